@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace mevo {
+
+/// A window of any program. 0 is no window.
+using WindowId = quint64;
+
+/// How a text went into a window.
+struct PostResult
+{
+    int posted = 0;        ///< UTF-16 code units of the text that went, from its start
+    bool complete = false; ///< all of them did
+};
+
+/// Windows of this program and of others.
+class WindowSystem
+{
+public:
+    using PostDone = std::function<void(const PostResult &)>;
+
+    virtual ~WindowSystem() = default;
+
+    /// The top-level window in front, 0 if none.
+    virtual WindowId foregroundWindow() = 0;
+    /// The window that has the keyboard focus, which may be a child of the one in front; 0 if none.
+    virtual WindowId focusedWindow() = 0;
+    /// Whether the window still exists.
+    virtual bool isWindow(WindowId window) = 0;
+    /// Types `text` into `window` character by character, even when the focus has moved elsewhere.
+    /// Returns at once. Texts go in the order of the calls; `done` is called once for each, on the
+    /// GUI thread. A text that could not go whole is reported with what did go.
+    virtual void postText(WindowId window, const QString &text, PostDone done) = 0;
+    /// Whether characters can be posted at all on this desktop.
+    virtual bool canPostText() const = 0;
+    /// Brings the window to the front and gives it the focus. False when it is gone.
+    virtual bool activate(WindowId window) = 0;
+    /// A top-level window by class and title; an empty text matches any. 0 if none.
+    virtual WindowId findWindow(const QString &windowClass, const QString &title) = 0;
+    /// Asks the window to close as its close button would. False when it is gone.
+    virtual bool closeWindow(WindowId window) = 0;
+    /// Class and title of the window, empty when it is gone.
+    virtual QString windowClass(WindowId window) = 0;
+    virtual QString windowTitle(WindowId window) = 0;
+    /// The text caret of the focused window in screen pixels, when it can be known.
+    virtual std::optional<QRect> caretRectangle() = 0;
+    /// Makes a window of ours never take the keyboard focus. `window` is its native id.
+    virtual void neverTakeFocus(WindowId window) = 0;
+};
+
+} // namespace mevo

@@ -1,0 +1,4 @@
+# The Linux platform, a line for each pair of files.
+mevo_app_sources(
+    platform/linux/LinuxTime.h
+    platform/linux/MakePlatform.cpp)

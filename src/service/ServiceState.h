@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+#include <atomic>
+
+/// The backend and the network. The atomics are read by the reader thread.
+struct ServiceState
+{
+    std::atomic<bool> IsOnline{false};         ///< the last poll said that there is a connection
+    std::atomic<bool> BackendReachable{false}; ///< the web API has answered
+    QString ServerVersion;                     ///< version text of the last probe
+
+    QString SchemaName; ///< database schema, the first argument of every statement
+    QString ServerUrl, ServerUrlBk1, ServerUrlBk2;
+    QString VersionCheckUrl, VersionCheckUrl1;
+    QString ManualDownloadUrl, ManualDownloadUrl1;
+    QString PushSocketUrl;
+
+    bool UseNetworkProxy = false;
+    QString NetworkProxy_IP;
+    int NetworkProxy_Port = -1;
+    QString NetworkProxy_UserName;
+    QString NetworkProxy_Password; ///< never logged
+
+    bool CountersLocked = false; ///< no counter flush happens
+    int AutoUpdateSwitch = 1;
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QMutex>
+#include <QString>
+#include <QStringList>
+
+/// The calls that fakes have taken, in order, from any thread.
+class CallLog
+{
+public:
+    void add(const QString &call)
+    {
+        QMutexLocker lock(&m_mutex);
+        m_calls.append(call);
+    }
+    QStringList calls() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_calls;
+    }
+    /// The calls that start with `prefix`.
+    QStringList calls(const QString &prefix) const
+    {
+        QStringList found;
+        for (const QString &call : calls()) {
+            if (call.startsWith(prefix)) {
+                found.append(call);
+            }
+        }
+        return found;
+    }
+    bool has(const QString &call) const { return calls().contains(call); }
+    int indexOf(const QString &call) const { return calls().indexOf(call); }
+    void clear()
+    {
+        QMutexLocker lock(&m_mutex);
+        m_calls.clear();
+    }
+
+private:
+    mutable QMutex m_mutex;
+    QStringList m_calls;
+};

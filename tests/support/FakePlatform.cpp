@@ -1,0 +1,210 @@
+#include "support/FakePlatform.h"
+
+#include <cstring>
+
+using mevo::HidEntry;
+using mevo::HidHandle;
+using mevo::MessageIcon;
+using mevo::Processes;
+using mevo::WindowId;
+
+namespace {
+
+QString hex(const unsigned char *data, std::size_t length)
+{
+    return QString::fromLatin1(
+        QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(length)).toHex(' '));
+}
+
+template <typename Fake, typename Slot, typename... Arguments>
+Fake *install(Slot &slot, Arguments &...arguments)
+{
+    auto fake = std::make_unique<Fake>(arguments...);
+    Fake *raw = fake.get();
+    slot = std::move(fake);
+    return raw;
+}
+
+} // namespace
+
+int FakeHid::init()
+{
+    m_log.add(QStringLiteral("hid init"));
+    return initResult;
+}
+
+std::vector<HidEntry> FakeHid::enumerate(quint16 vendor, quint16 product)
+{
+    std::vector<HidEntry> found;
+    for (const HidEntry &entry : entries) {
+        if ((vendor == 0 || entry.vendorId == vendor) && (product == 0 || entry.productId == product)) {
+            found.push_back(entry);
+        }
+    }
+    return found;
+}
+
+HidHandle FakeHid::openPath(const QByteArray &path)
+{
+    m_log.add(QStringLiteral("hid open ") + QString::fromLocal8Bit(path));
+    if (unopenable.contains(path)) {
+        return nullptr;
+    }
+    ++openHandles;
+    return reinterpret_cast<HidHandle>(m_nextHandle++); // NOLINT(performance-no-int-to-ptr)
+}
+
+int FakeHid::setNonBlocking(HidHandle, bool)
+{
+    return 0;
+}
+
+int FakeHid::read(HidHandle, unsigned char *data, std::size_t length)
+{
+    if (gone) {
+        return -1;
+    }
+    QMutexLocker lock(&m_mutex);
+    if (m_input.empty()) {
+        return 0;
+    }
+    const QByteArray report = m_input.front();
+    m_input.pop_front();
+    const auto size = qMin(length, static_cast<std::size_t>(report.size()));
+    std::memcpy(data, report.constData(), size);
+    return static_cast<int>(size);
+}
+
+int FakeHid::readTimeout(HidHandle handle, unsigned char *data, std::size_t length, int)
+{
+    return read(handle, data, length);
+}
+
+int FakeHid::sendFeatureReport(HidHandle, const unsigned char *data, std::size_t length)
+{
+    m_log.add(QStringLiteral("hid send ") + hex(data, length));
+    if (sendResult > 0 && length > 1 && data[0] == 5 && data[1] == 0x2c && !identityReply.isEmpty()) {
+        push(identityReply);
+    }
+    return sendResult;
+}
+
+int FakeHid::exit()
+{
+    m_log.add(QStringLiteral("hid exit"));
+    openHandles = 0;
+    return 0;
+}
+
+std::vector<HidEntry> FakeHid::receiver(const QByteArray &path)
+{
+    return {{path, 0x258A, 0x1016, 0x000D, 1}, {path, 0x258A, 0x1016, 0xFF00, 1}};
+}
+
+void FakeHid::push(const QByteArray &report)
+{
+    QMutexLocker lock(&m_mutex);
+    m_input.push_back(report);
+}
+
+QStringList FakeHid::sent() const
+{
+    QStringList reports;
+    const QString prefix = QStringLiteral("hid send ");
+    for (const QString &call : m_log.calls(prefix)) {
+        reports.append(call.mid(prefix.size()));
+    }
+    return reports;
+}
+
+void FakeWindowSystem::postText(WindowId window, const QString &text, PostDone done)
+{
+    const int units = postLimit < 0 ? text.size() : qMin(postLimit, text.size());
+    m_log.add(QStringLiteral("post %1 %2").arg(window, 0, 16).arg(text.left(units)));
+    if (done) {
+        done({units, units == text.size()});
+    }
+}
+
+bool FakeWindowSystem::activate(WindowId window)
+{
+    m_log.add(QStringLiteral("activate %1").arg(window, 0, 16));
+    return isWindow(window);
+}
+
+WindowId FakeWindowSystem::findWindow(const QString &, const QString &title)
+{
+    return byTitle.value(title, 0);
+}
+
+bool FakeWindowSystem::closeWindow(WindowId window)
+{
+    m_log.add(QStringLiteral("close window %1").arg(window, 0, 16));
+    return isWindow(window);
+}
+
+bool FakeProcesses::startDetached(const QString &program, const QStringList &arguments)
+{
+    m_log.add((QStringList{QStringLiteral("start"), program} + arguments).join(QLatin1Char(' ')));
+    return true;
+}
+
+bool FakeProcesses::startSibling(const QString &name, const QStringList &arguments, bool)
+{
+    m_log.add((QStringList{QStringLiteral("sibling"), name} + arguments).join(QLatin1Char(' ')));
+    return true;
+}
+
+Processes::Captured FakeProcesses::capture(const QString &program, const QStringList &arguments, int)
+{
+    m_log.add((QStringList{QStringLiteral("capture"), program} + arguments).join(QLatin1Char(' ')));
+    return captured;
+}
+
+bool FakeProcesses::killByImageName(const QString &imageName)
+{
+    m_log.add(QStringLiteral("kill ") + imageName);
+    return running.removeAll(imageName) > 0;
+}
+
+bool FakeProcesses::openElevated(const QString &program, const QStringList &arguments)
+{
+    m_log.add((QStringList{QStringLiteral("elevated"), program} + arguments).join(QLatin1Char(' ')));
+    return true;
+}
+
+bool FakeProcesses::restartComputer()
+{
+    m_log.add(QStringLiteral("restart computer"));
+    return true;
+}
+
+bool FakeProcesses::shutDownComputer()
+{
+    m_log.add(QStringLiteral("shut down computer"));
+    return true;
+}
+
+void FakeNotifications::message(const QString &, const QString &text, MessageIcon, int milliseconds)
+{
+    m_log.add(QStringLiteral("message %1 (%2)").arg(text).arg(milliseconds));
+}
+
+FakePlatform::FakePlatform()
+    : time(install<FakeTime>(platform.time, log))
+    , systemFacts(install<FakeSystemFacts>(platform.systemFacts))
+    , hid(install<FakeHid>(platform.hid, log))
+    , deviceNotifier(install<FakeDeviceNotifier>(platform.deviceNotifier))
+    , windowSystem(install<FakeWindowSystem>(platform.windowSystem, log))
+    , keyboard(install<FakeKeyboard>(platform.keyboard, log))
+    , clipboard(install<FakeClipboard>(platform.clipboard, log))
+    , processes(install<FakeProcesses>(platform.processes, log))
+    , elevation(install<FakeElevation>(platform.elevation, log))
+    , startupEntry(install<FakeStartupEntry>(platform.startupEntry, log))
+    , registry(install<FakeRegistry>(platform.registry))
+    , audioRouter(install<FakeAudioRouter>(platform.audioRouter, log))
+    , networkState(install<FakeNetworkState>(platform.networkState))
+    , singleInstance(install<FakeSingleInstance>(platform.singleInstance))
+    , notifications(install<FakeNotifications>(platform.notifications, log))
+{
+}

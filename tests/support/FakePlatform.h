@@ -1,0 +1,348 @@
+#pragma once
+
+#include "platform/Platform.h"
+#include "support/CallLog.h"
+
+#include <QHash>
+#include <QMutex>
+
+#include <atomic>
+#include <deque>
+
+/// A clock that moves only by sleeping on it or by a test's hand.
+class FakeTime : public mevo::Time
+{
+public:
+    explicit FakeTime(CallLog &log)
+        : m_log(log)
+    {
+    }
+    QDateTime now() const override { return start.addMSecs(m_us.load() / 1000); }
+    qint64 monotonicMs() const override { return m_us.load() / 1000; }
+    void sleepMs(int milliseconds) override
+    {
+        m_log.add(QStringLiteral("sleep %1").arg(milliseconds));
+        m_us += qint64(milliseconds) * 1000;
+    }
+    void sleepUs(int microseconds) override { m_us += microseconds; }
+    void advance(int milliseconds) { m_us += qint64(milliseconds) * 1000; }
+
+    QDateTime start = QDateTime(QDate(2026, 11, 24), QTime(9, 0));
+
+private:
+    CallLog &m_log;
+    std::atomic<qint64> m_us{0};
+};
+
+/// A receiver that a test scripts: what is enumerated, what is read, what it was sent.
+/// Calls are logged as "hid init", "hid open PATH", "hid send 05 2c ...", "hid exit".
+class FakeHid : public mevo::Hid
+{
+public:
+    explicit FakeHid(CallLog &log)
+        : m_log(log)
+    {
+    }
+    int init() override;
+    std::vector<mevo::HidEntry> enumerate(quint16 vendor, quint16 product) override;
+    mevo::HidHandle openPath(const QByteArray &path) override;
+    int setNonBlocking(mevo::HidHandle handle, bool nonBlocking) override;
+    int read(mevo::HidHandle handle, unsigned char *data, std::size_t length) override;
+    int readTimeout(mevo::HidHandle handle, unsigned char *data, std::size_t length,
+                    int milliseconds) override;
+    int sendFeatureReport(mevo::HidHandle handle, const unsigned char *data, std::size_t length) override;
+    int exit() override;
+
+    /// The two collections of one receiver on one node.
+    static std::vector<mevo::HidEntry> receiver(const QByteArray &path = "/dev/hidraw3");
+    /// Queues an input report for the next read of any handle.
+    void push(const QByteArray &report);
+    /// Reports sent so far, as "05 2c 00 ..." texts.
+    QStringList sent() const;
+
+    int initResult = 0;
+    int sendResult = 8;                  ///< what a send answers, -1 to fail
+    std::vector<mevo::HidEntry> entries; ///< what is plugged in
+    QList<QByteArray> unopenable;        ///< paths whose open fails
+    QByteArray identityReply;            ///< queued as an input report when 05 2c is sent; empty for none
+    std::atomic<bool> gone{false};       ///< reads answer -1
+    std::atomic<int> openHandles{0};
+
+private:
+    CallLog &m_log;
+    mutable QMutex m_mutex;
+    std::deque<QByteArray> m_input;
+    quintptr m_nextHandle = 0x100;
+};
+
+class FakeDeviceNotifier : public mevo::DeviceNotifier
+{
+public:
+    bool start(Handler handler) override
+    {
+        m_handler = std::move(handler);
+        return true;
+    }
+    void stop() override { m_handler = nullptr; }
+    /// Reports a change as the system would.
+    void report(Change change, const QString &name = QStringLiteral("HID#VID_258A&PID_1016&MI_01&Col02"))
+    {
+        if (m_handler) {
+            m_handler(change, name);
+        }
+    }
+
+private:
+    Handler m_handler;
+};
+
+/// Windows by id; posting is logged as "post ID TEXT" and finishes at once unless `holdPosts`.
+class FakeWindowSystem : public mevo::WindowSystem
+{
+public:
+    explicit FakeWindowSystem(CallLog &log)
+        : m_log(log)
+    {
+    }
+    mevo::WindowId foregroundWindow() override { return foreground; }
+    mevo::WindowId focusedWindow() override { return focused; }
+    bool isWindow(mevo::WindowId window) override { return window != 0 && !gone.contains(window); }
+    void postText(mevo::WindowId window, const QString &text, PostDone done) override;
+    bool canPostText() const override { return canPost; }
+    bool activate(mevo::WindowId window) override;
+    mevo::WindowId findWindow(const QString &windowClass, const QString &title) override;
+    bool closeWindow(mevo::WindowId window) override;
+    QString windowClass(mevo::WindowId) override { return {}; }
+    QString windowTitle(mevo::WindowId) override { return {}; }
+    std::optional<QRect> caretRectangle() override { return caret; }
+    void neverTakeFocus(mevo::WindowId) override {}
+
+    mevo::WindowId foreground = 0x10;
+    mevo::WindowId focused = 0x11;
+    QList<mevo::WindowId> gone;
+    QHash<QString, mevo::WindowId> byTitle; ///< what findWindow answers
+    std::optional<QRect> caret;
+    bool canPost = true;
+    int postLimit = -1; ///< units that go before a post breaks off, -1 for all
+
+private:
+    CallLog &m_log;
+};
+
+class FakeKeyboard : public mevo::Keyboard
+{
+public:
+    explicit FakeKeyboard(CallLog &log)
+        : m_log(log)
+    {
+    }
+    void keyDown(int virtualKey) override { m_log.add(QStringLiteral("key down %1").arg(virtualKey, 0, 16)); }
+    void keyUp(int virtualKey) override { m_log.add(QStringLiteral("key up %1").arg(virtualKey, 0, 16)); }
+
+private:
+    CallLog &m_log;
+};
+
+class FakeClipboard : public mevo::Clipboard
+{
+public:
+    explicit FakeClipboard(CallLog &log)
+        : m_log(log)
+    {
+    }
+    void setText(const QString &text) override
+    {
+        m_log.add(QStringLiteral("clipboard set ") + text);
+        content = text;
+        m_hasText = !text.isEmpty();
+    }
+    QString text() const override { return content; }
+    void clear() override
+    {
+        m_log.add(QStringLiteral("clipboard clear"));
+        content.clear();
+        m_hasText = false;
+    }
+    bool hasText() const override { return m_hasText; }
+
+    QString content;
+
+private:
+    CallLog &m_log;
+    std::atomic<bool> m_hasText{false};
+};
+
+class FakeProcesses : public mevo::Processes
+{
+public:
+    explicit FakeProcesses(CallLog &log)
+        : m_log(log)
+    {
+    }
+    bool startDetached(const QString &program, const QStringList &arguments) override;
+    bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
+    Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) override;
+    bool killByImageName(const QString &imageName) override;
+    bool isRunning(const QString &imageName) override { return running.contains(imageName); }
+    bool openElevated(const QString &program, const QStringList &arguments) override;
+    bool restartComputer() override;
+    bool shutDownComputer() override;
+
+    QStringList running;
+    Captured captured;
+
+private:
+    CallLog &m_log;
+};
+
+class FakeSystemFacts : public mevo::SystemFacts
+{
+public:
+    bool isXpClass() const override { return xpClass; }
+    int localeId() const override { return locale; }
+    qint64 freeSpaceMiB() const override { return freeMiB; }
+    bool compilerRuntimeInstalled() const override { return runtime; }
+    QString computerId() const override { return QStringLiteral("test-computer"); }
+
+    bool xpClass = false;
+    int locale = 0x0804;
+    qint64 freeMiB = 50000;
+    bool runtime = true;
+};
+
+class FakeElevation : public mevo::Elevation
+{
+public:
+    explicit FakeElevation(CallLog &log)
+        : m_log(log)
+    {
+    }
+    bool isSet() const override { return marked; }
+    bool set() override
+    {
+        m_log.add(QStringLiteral("elevation set"));
+        return marked = true;
+    }
+    bool clear() override
+    {
+        m_log.add(QStringLiteral("elevation clear"));
+        marked = false;
+        return true;
+    }
+    bool marked = false;
+
+private:
+    CallLog &m_log;
+};
+
+class FakeStartupEntry : public mevo::StartupEntry
+{
+public:
+    explicit FakeStartupEntry(CallLog &log)
+        : m_log(log)
+    {
+    }
+    bool exists(const QString &name) const override { return names.contains(name); }
+    bool set(const QString &name) override
+    {
+        m_log.add(QStringLiteral("startup set ") + name);
+        names.append(name);
+        return true;
+    }
+    bool clear(const QString &name) override
+    {
+        m_log.add(QStringLiteral("startup clear ") + name);
+        return names.removeAll(name) > 0;
+    }
+    QStringList names;
+
+private:
+    CallLog &m_log;
+};
+
+class FakeRegistry : public mevo::Registry
+{
+public:
+    std::optional<QString> value(const QString &path, const QString &name) const override
+    {
+        const auto found = values.constFind(path + QLatin1Char('|') + name);
+        return found == values.constEnd() ? std::nullopt : std::optional<QString>(*found);
+    }
+    QHash<QString, QString> values; ///< "PATH|NAME" to value
+};
+
+class FakeAudioRouter : public mevo::AudioRouter
+{
+public:
+    explicit FakeAudioRouter(CallLog &log)
+        : m_log(log)
+    {
+    }
+    QStringList inputNames() override { return names; }
+    bool switchDefault(const QString &name) override
+    {
+        m_log.add(QStringLiteral("audio switch ") + name);
+        return names.contains(name);
+    }
+    QStringList names;
+
+private:
+    CallLog &m_log;
+};
+
+class FakeNetworkState : public mevo::NetworkState
+{
+public:
+    Connection connection() override { return kind; }
+    Connection kind = Connection::Lan;
+};
+
+class FakeSingleInstance : public mevo::SingleInstance
+{
+public:
+    bool acquire(const QString &) override { return free; }
+    void release() override {}
+    bool free = true;
+};
+
+/// Messages are logged as "message TEXT (MILLISECONDS)".
+class FakeNotifications : public mevo::Notifications
+{
+public:
+    explicit FakeNotifications(CallLog &log)
+        : m_log(log)
+    {
+    }
+    void attach(QSystemTrayIcon *) override {}
+    bool trayAvailable() const override { return true; }
+    void message(const QString &title, const QString &text, mevo::MessageIcon icon,
+                 int milliseconds) override;
+
+private:
+    CallLog &m_log;
+};
+
+/// A platform made of the fakes above, with one call log. The members stay reachable under their
+/// own types; `platform` is what the program is given.
+struct FakePlatform
+{
+    FakePlatform();
+
+    CallLog log;
+    mevo::Platform platform;
+    FakeTime *time;
+    FakeSystemFacts *systemFacts;
+    FakeHid *hid;
+    FakeDeviceNotifier *deviceNotifier;
+    FakeWindowSystem *windowSystem;
+    FakeKeyboard *keyboard;
+    FakeClipboard *clipboard;
+    FakeProcesses *processes;
+    FakeElevation *elevation;
+    FakeStartupEntry *startupEntry;
+    FakeRegistry *registry;
+    FakeAudioRouter *audioRouter;
+    FakeNetworkState *networkState;
+    FakeSingleInstance *singleInstance;
+    FakeNotifications *notifications;
+};
