@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/MainState.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace mevo {
+
+/// A key combination for the receiver's keyboard; `usage` is a HID keyboard usage.
+struct KeyCombination
+{
+    bool shift = false;
+    bool ctrl = false;
+    bool alt = false;
+    bool win = false;
+    int usage = 0;
+
+    bool operator==(const KeyCombination &other) const
+    {
+        return shift == other.shift && ctrl == other.ctrl && alt == other.alt && win == other.win &&
+               usage == other.usage;
+    }
+};
+
+/// What sending one text to the screen comes to.
+struct SendPlan
+{
+    enum class Way {
+        Nothing,  ///< the text is not typed
+        Post,     ///< characters posted to the focus window
+        Clipboard ///< clipboard and paste key
+    };
+
+    std::vector<KeyCombination> keys; ///< mapped words' keys, typed first
+    Way way = Way::Nothing;
+    QString text;           ///< what is typed, all effects applied
+    bool lostFocus = false; ///< the settings ask for posting and there is no window to post to
+};
+
+/// Plans a text for the screen from the settings and the session. `translationDialogOpen` and
+/// `canPost` (whether this desktop lets characters be posted) choose the way.
+SendPlan planSend(const QString &text, const MainState &state, bool translationDialogOpen, bool canPost);
+
+} // namespace mevo

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Notifications.h"
+
+#include <QString>
+
+namespace mevo {
+
+/// What the result pipeline asks of the rest of the program.
+class PipelinePort
+{
+public:
+    virtual ~PipelinePort() = default;
+
+    virtual void sendToScreen(const QString &text) = 0;
+    virtual void trayMessage(const QString &text, MessageIcon icon, int milliseconds) = 0;
+    /// Starts the after-recognition timer anew (5000 ms).
+    virtual void restartAfterRecognition() = 0;
+    /// Writes the usage counters and switches the microphone latch off, with a receiver connected.
+    virtual void endDeviceSession() = 0;
+    virtual void updateMicWin(const QString &picture) = 0;
+    /// Ends the tip window's latch, when it is set, and shows its status buttons again.
+    virtual void endTipLatch() = 0;
+    /// Shows the voice mode flags on the tip window.
+    virtual void updateStatusButtons() = 0;
+
+    virtual bool translationDialogExists() const = 0;
+    virtual bool translationDialogClosing() const = 0;
+    virtual void showOnTranslationDialog(const QString &text) = 0;
+    /// Opens the translation dialog, or shows it when it is hidden.
+    virtual void openTranslationDialog() = 0;
+
+    virtual void voiceSearch(const QString &text) = 0;
+    /// Runs the command bound to a word. False when no word matches.
+    virtual bool runCommandWord(const QString &word) = 0;
+    /// Applies the engine choice again; a change of mode may leave or enter third-party input.
+    virtual void reloadEngineChoice() = 0;
+    /// Which engine's text this is.
+    virtual bool usesBaidu() const = 0;
+    virtual bool usesTencent() const = 0;
+    virtual bool usesXunFei() const = 0;
+};
+
+} // namespace mevo

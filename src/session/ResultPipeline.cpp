@@ -1,0 +1,249 @@
+#include "session/ResultPipeline.h"
+
+#include "session/SessionMachine.h"
+
+#include <QCoreApplication>
+
+namespace mevo {
+
+ResultPipeline::ResultPipeline(MainState &state, PipelinePort &port)
+    : m_state(state)
+    , m_port(port)
+{
+}
+
+void ResultPipeline::showRecText(const QString &text)
+{
+    if (isOverLimitText(text)) {
+        m_port.sendToScreen(withoutOverLimitCode(text));
+        m_state.PartialResultCount = 0;
+        m_state.RecTextBuffer.clear();
+        m_port.trayMessage(
+            QCoreApplication::translate(
+                "Session",
+                "当天语音使用识别量已超限! 如当天继续使用，建议切到讯飞语音输入法或搜狗语音输入法"),
+            MessageIcon::Information, 2000);
+        return;
+    }
+    m_port.restartAfterRecognition();
+    if (text.isEmpty()) {
+        return;
+    }
+    if (text.contains(QLatin1String(autoOverMarker))) {
+        endByEngine();
+        return;
+    }
+    // The engine flags exclude each other in normal use; nothing here depends on it.
+    if (m_port.usesTencent()) {
+        handleRecResult(text);
+    }
+    if (m_port.usesXunFei()) {
+        handleRecResult(text);
+    }
+    if (m_port.usesBaidu()) {
+        handleRecResult(text);
+    }
+}
+
+void ResultPipeline::endByEngine()
+{
+    m_state.QuickReleaseCount = 0;
+    m_state.Recording = false;
+    m_port.endDeviceSession();
+    m_port.endTipLatch();
+    m_port.updateMicWin(QLatin1String(pictures::micIdle));
+    m_state.PartialResultCount = 0;
+    m_state.RecTextBuffer.clear();
+}
+
+void ResultPipeline::handleRecResult(const QString &text)
+{
+    if (handleMarker(text)) {
+        return;
+    }
+    m_state.ResultIdle = false;
+    m_port.updateMicWin(QLatin1String(pictures::micIdle));
+    m_port.endTipLatch();
+
+    const QString out = withoutOverMarker(text);
+    m_state.RecTextBuffer += out;
+    const ResultText result = makeResultText(m_state.RecTextBuffer, out, m_state.AddPunctuationWhenEnd,
+                                             m_port.usesBaidu() || m_port.usesTencent());
+    m_state.RecTextBuffer.clear();
+    route(result);
+    m_state.ResultIdle = true;
+}
+
+bool ResultPipeline::handleMarker(const QString &text)
+{
+    struct Marker
+    {
+        const char16_t *text;
+        const char16_t *typed;
+        int times;
+    };
+    static constexpr Marker markers[] = {
+        {u"__over__", u"", 0},
+        {u"。__over__", u"。", 2}, // kept: producers count on two
+        {u"？__over__", u"？", 1},
+        {u"！__over__", u"！", 1},
+    };
+    for (const Marker &marker : markers) {
+        if (text == QString::fromUtf16(marker.text)) {
+            for (int i = 0; i < marker.times; ++i) {
+                m_port.sendToScreen(QString::fromUtf16(marker.typed));
+            }
+            m_state.RecTextBuffer.clear();
+            return true;
+        }
+    }
+    return false;
+}
+
+void ResultPipeline::route(const ResultText &received)
+{
+    ResultText text = received;
+    bool sent = false;
+    if (matchDirectCommand(text, sent)) {
+        if (!m_state.VoiceCommandWordMode) {
+            m_port.updateStatusButtons();
+        }
+        runCommand(text, sent);
+        m_state.OneShotCommandWord = false;
+        return;
+    }
+    if (matchDirectSearch(text) || matchModeSwitch(text)) {
+        return;
+    }
+    if (m_state.OneShotCommandWord || m_state.VoiceCommandWordMode) {
+        if (m_state.OneShotCommandWord && !m_state.VoiceCommandWordMode) {
+            m_port.updateStatusButtons();
+        }
+        runCommand(text, false);
+    } else if (m_state.VoiceSearchMode) {
+        m_port.voiceSearch(text.match);
+    } else if (m_state.VoiceTranslateMode) {
+        if (m_port.translationDialogExists()) {
+            sendToDialogOrScreen(text.out);
+        }
+    } else {
+        m_port.sendToScreen(text.out);
+    }
+    m_state.OneShotCommandWord = false;
+}
+
+bool ResultPipeline::matchDirectCommand(ResultText &text, bool &sent)
+{
+    if (!m_state.Enable_CommandWord_Direct) {
+        return false;
+    }
+    for (const QString &word : m_state.CmdFlags_Contents_Driect) {
+        const QString head = text.match.left(word.length());
+        if (head.isEmpty() || head != word) {
+            continue;
+        }
+        text.match = text.match.mid(word.length());
+        if (m_state.Enable_CmdFlagsWord2Screen_Direct && !m_port.translationDialogExists()) {
+            m_port.sendToScreen(text.out);
+            sent = true;
+        }
+        return true;
+    }
+    return false;
+}
+
+bool ResultPipeline::matchDirectSearch(const ResultText &text)
+{
+    if (!m_state.Enable_Search_Direct || text.match.isEmpty()) {
+        return false;
+    }
+    for (const QString &word : m_state.SearchFlags_Contents_Driect) {
+        const QString head = text.match.left(word.length());
+        if (head.isEmpty() || head != word) {
+            continue;
+        }
+        if (m_state.Enable_SearchFlagsWord2Screen_Direct && !m_port.translationDialogExists() &&
+            !m_state.ThirdPartyActive) {
+            m_port.sendToScreen(text.out);
+        }
+        m_port.voiceSearch(text.match.mid(word.length()));
+        return true;
+    }
+    return false;
+}
+
+bool ResultPipeline::matchModeSwitch(const ResultText &text)
+{
+    if (!m_state.Enable_SwitchFunctionMode || text.match.isEmpty()) {
+        return false; // an empty list setting holds one empty word, which is no word
+    }
+    if (m_state.SetEnterVoiceTypeModeSwitchModeFlags.contains(text.match)) {
+        enterMode(&SessionState::VoiceTypeMode);
+    } else if (m_state.SetEnterVoiceTranslateModeSwitchModeFlags.contains(text.match)) {
+        m_state.VoiceTranslateMode = true;
+        m_state.VoiceSearchMode = false;
+        m_port.openTranslationDialog();
+        m_port.updateStatusButtons();
+        showSwitchWord(text.out);
+        return true; // translating leaves the engine choice alone
+    } else if (m_state.SetEnterVoiceCommandWordModeSwitchModeFlags.contains(text.match)) {
+        enterMode(&SessionState::VoiceCommandWordMode);
+    } else if (m_state.SetEnterVoiceSearchModeSwitchModeFlags.contains(text.match)) {
+        enterMode(&SessionState::VoiceSearchMode);
+    } else {
+        return false;
+    }
+    m_port.updateStatusButtons();
+    showSwitchWord(text.out);
+    m_port.reloadEngineChoice();
+    return true;
+}
+
+void ResultPipeline::enterMode(std::atomic<bool> SessionState::*mode)
+{
+    for (const auto flag : {&SessionState::VoiceTypeMode, &SessionState::VoiceCommandWordMode,
+                            &SessionState::VoiceSearchMode}) {
+        m_state.*flag = flag == mode;
+    }
+}
+
+void ResultPipeline::showSwitchWord(const QString &out)
+{
+    if (!m_state.Enable_SwitchModeFlagsWord2Screen) {
+        return;
+    }
+    if (m_port.translationDialogExists()) {
+        sendToDialogOrScreen(out);
+    } else if (!m_state.LocalEnableASR3) {
+        m_port.sendToScreen(out);
+    }
+}
+
+void ResultPipeline::runCommand(const ResultText &text, bool sent)
+{
+    const bool dialog = m_port.translationDialogExists();
+    if (dialog) {
+        if (!m_port.translationDialogClosing()) {
+            m_port.showOnTranslationDialog(text.out);
+            m_state.ResultIdle = true;
+        } else if (!sent) {
+            m_port.sendToScreen(text.out);
+            sent = true;
+        }
+    }
+    if (!m_port.runCommandWord(text.match) && !sent && !dialog) {
+        m_port.sendToScreen(text.out);
+    }
+}
+
+void ResultPipeline::sendToDialogOrScreen(const QString &out)
+{
+    if (m_port.translationDialogClosing()) {
+        m_port.sendToScreen(out);
+    } else {
+        m_state.ResultIdle = true;
+        m_port.showOnTranslationDialog(out);
+    }
+}
+
+} // namespace mevo

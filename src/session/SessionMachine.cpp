@@ -1,0 +1,178 @@
+#include "session/SessionMachine.h"
+
+#include "session/ThirdPartyKeys.h"
+
+#include <QCoreApplication>
+#include <QMutexLocker>
+
+namespace mevo {
+
+namespace {
+constexpr int quickReleaseMs = 1000;
+constexpr int quickReleasesTolerated = 3;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("Session", text);
+}
+} // namespace
+
+SessionMachine::SessionMachine(MainState &state, SessionPort &port)
+    : m_state(state)
+    , m_port(port)
+{
+}
+
+void SessionMachine::process(const char *report)
+{
+    if (m_state.BaiduQuotaHit || m_state.XunFeiQuotaHit || m_state.TencentQuotaHit) {
+        return;
+    }
+    if (m_state.ASRFuncClosed && !m_state.ThirdPartyActive) {
+        m_port.trayMessage(tr("已关闭语音识别功能！"), MessageIcon::Information, 100);
+        return;
+    }
+    m_port.logReport(QString::asprintf(
+        "MEVOInput:GetHIDData :%02x %02x %02x %02x %02x\n", static_cast<unsigned char>(report[0]),
+        static_cast<unsigned char>(report[1]), static_cast<unsigned char>(report[2]),
+        static_cast<unsigned char>(report[3]), static_cast<unsigned char>(report[4])));
+    if (const auto key = parseKeyReport(report)) {
+        key->pressed ? press(*key) : release(*key);
+    }
+}
+
+void SessionMachine::reset()
+{
+    m_state.ResultIdle = true;
+    m_state.QuickReleaseCount = 0;
+    m_state.QuickReleaseRun = 0;
+    m_port.recordStop();
+    // The key's own release, when it still comes, finds nothing left to stop.
+    m_state.Recording = false;
+    m_state.PressPending = false;
+}
+
+void SessionMachine::press(const KeyReport &report)
+{
+    if (!m_state.ResultIdle) {
+        return;
+    }
+    m_port.clearClipboard();
+
+    const int index = m_state.LocalUseASR3Index;
+    if (m_state.ThirdPartyActive && index == thirdPartyCustom) {
+        if (m_state.ShowASR3Custom) {
+            pressCustomMethod();
+            return;
+        }
+    } else if (m_state.ThirdPartyActive && m_state.VoiceTypeMode &&
+               (index == thirdPartyXunFei || index == thirdPartySogou)) {
+        pressThirdParty();
+        return;
+    } else {
+        const WindowId window = m_port.findInputMethodWindow();
+        if (window != 0 && m_state.ThirdPartyWindowOpen && !m_state.XFVM3) {
+            m_port.closeWindow(window);
+        }
+    }
+    startSession(report);
+}
+
+void SessionMachine::startSession(const KeyReport &report)
+{
+    m_port.preparePartialResults();
+    m_state.PressTime = m_port.monotonicMs();
+    if (m_state.QuickReleaseCount > 0) {
+        --m_state.QuickReleaseCount;
+        return;
+    }
+    if (m_state.KeyUpBusy) {
+        return;
+    }
+    const QMutexLocker lock(&m_sessionMutex);
+    m_state.KeyDownBusy = true;
+    if (m_state.Send2ScreenMethod != 2) {
+        m_port.saveFocusWindow();
+    }
+    m_port.raiseBar();
+    m_state.KeyDownHeld = true;
+    const auto leave = [this] {
+        m_state.KeyDownHeld = false;
+        m_state.KeyDownBusy = false;
+    };
+    if (m_state.DelimitTranslation && m_port.translationDialogTakesKeys() && m_state.DeviceConnected) {
+        leave();
+        return;
+    }
+    m_state.OneShotCommandWord = report.key == KeyCommand;
+    if (!m_state.MicWinShown) {
+        m_port.showTipWindow(report.fromTipWindow);
+        m_state.MicWinShown = true;
+    }
+    m_port.updateMicWin(QLatin1String(pictures::micSpeak));
+    m_port.recordStart();
+    m_state.Recording = true;
+    leave();
+    m_state.PressPending = true;
+    m_state.PartialResultCount = 0;
+    m_state.RecTextBuffer.clear();
+}
+
+void SessionMachine::release(const KeyReport &report)
+{
+    if (m_state.ThirdPartyActive && releaseThirdParty()) {
+        return;
+    }
+    countQuickRelease();
+    if (m_state.KeyDownBusy) {
+        return;
+    }
+    const QMutexLocker lock(&m_sessionMutex);
+    m_state.KeyUpBusy = true;
+    if (m_state.Recording) {
+        if (!m_state.PressPending) {
+            return; // kept: KeyUpBusy stays, and only the next full session clears it
+        }
+        stopSession(report);
+    }
+    m_state.KeyUpBusy = false;
+}
+
+void SessionMachine::stopSession(const KeyReport &report)
+{
+    m_state.KeyUpHeld = true;
+    if (m_state.DelimitTranslation && m_port.translationDialogTakesKeys() && m_state.DeviceConnected) {
+        m_state.KeyUpHeld = false;
+        m_state.PressPending = false;
+        return;
+    }
+    m_port.updateMicWin(QLatin1String(pictures::micIdle));
+    if (m_state.DeviceConnected && !report.fromTipWindow) {
+        m_port.hideTipWindow();
+        m_state.MicWinShown = false;
+    }
+    m_port.recordStop();
+    m_state.Recording = false;
+    m_state.KeyUpHeld = false;
+    m_state.PressPending = false;
+}
+
+bool SessionMachine::countQuickRelease()
+{
+    m_state.ReleaseTime = m_port.monotonicMs();
+    if (m_state.ReleaseTime - m_state.PressTime >= quickReleaseMs) {
+        m_state.QuickReleaseCount = 0;
+        m_state.QuickReleaseRun = 0;
+        return false;
+    }
+    ++m_state.QuickReleaseCount;
+    ++m_state.QuickReleaseRun;
+    if (m_state.QuickReleaseRun <= quickReleasesTolerated) {
+        m_state.QuickReleaseCount = 0;
+        return false;
+    }
+    m_port.trayMessage(tr("松开按键太快！请长按松开后再正式语音输入！"), MessageIcon::Warning, 1000);
+    return true;
+}
+
+} // namespace mevo

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/MainState.h"
+#include "session/KeyReport.h"
+#include "session/SessionPort.h"
+
+#include <QMutex>
+
+namespace mevo {
+
+namespace pictures {
+constexpr char micIdle[] = ":/rec/MicLongPressSpeaking_NoActive.png";
+constexpr char micActive[] = ":/rec/MicLongPressSpeaking_Active.png";
+constexpr char micSpeak[] = ":/rec/MicSpeakPlease.png";
+} // namespace pictures
+
+/// Turns key reports into voice sessions: a press opens the recorder or drives the installed input
+/// method, a release closes it. GUI thread only.
+class SessionMachine
+{
+public:
+    SessionMachine(MainState &state, SessionPort &port);
+
+    /// Takes a 16-byte key report of the reader or of the tip window; anything else is ignored.
+    void process(const char *report);
+
+    /// Ends what is under way and accepts the next press, whatever state the session is in.
+    void reset();
+
+private:
+    void press(const KeyReport &report);
+    void release(const KeyReport &report);
+    void startSession(const KeyReport &report);
+    void stopSession(const KeyReport &report);
+    bool countQuickRelease();
+
+    void pressThirdParty();
+    void pressCustomMethod();
+    bool releaseThirdParty();
+
+    MainState &m_state;
+    SessionPort &m_port;
+    QMutex m_sessionMutex;
+};
+
+} // namespace mevo

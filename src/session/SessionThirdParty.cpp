@@ -1,0 +1,133 @@
+// The part of a session that an installed input method takes over: its window is started and its hot
+// key is typed through the receiver, with the pauses that the input methods need.
+
+#include "session/SessionMachine.h"
+
+#include "session/ThirdPartyKeys.h"
+
+#include <QFileInfo>
+
+namespace mevo {
+
+namespace {
+
+constexpr int keyPauseMs = 100;
+
+int hotKeyModifiers(const SettingsState &settings)
+{
+    return settings.LocalXunFeiASR3CtrlKey ^ settings.LocalXunFeiASR3AltKey ^
+           settings.LocalXunFeiASR3ShiftKey;
+}
+
+} // namespace
+
+void SessionMachine::pressThirdParty()
+{
+    const bool xunFei = m_state.LocalUseASR3Index == thirdPartyXunFei;
+    const auto placeBar = [this, xunFei] { m_port.placeBar(299, xunFei ? 389 : 319); };
+    const auto hideBarIfWanted = [this] {
+        if (m_state.HidMainUIWhenASR) {
+            m_port.hideBar();
+        }
+    };
+    const auto markStarted = [this, &hideBarIfWanted] {
+        m_state.ThirdPartyWindowOpen = true;
+        m_port.markInputMethodStarted();
+        hideBarIfWanted();
+        m_port.sleepMs(keyPauseMs);
+    };
+
+    bool started = false;
+    const bool found = m_port.findInputMethodWindow() != 0;
+    if (!found) {
+        placeBar();
+        if (xunFei && !m_state.LocalASR3XunFeiInstallPath.isEmpty()) {
+            m_state.MicWinShown = false;
+            m_port.hideTipWindow();
+            m_port.startXunFeiInputMethod();
+            markStarted();
+            started = true;
+        } else if (!xunFei && !m_state.LocalASR3SougoInstallPath.isEmpty()) {
+            m_port.startProgram(m_state.LocalASR3SougoInstallPath);
+            markStarted();
+            started = true;
+        }
+        if (started) {
+            if (!m_state.ASR3HoldToTalk) {
+                return; // the fresh window listens by itself
+            }
+            m_port.sleepMs(500);
+        }
+    } else {
+        if (!xunFei) {
+            placeBar();
+        }
+        hideBarIfWanted();
+    }
+
+    const int modifiers = hotKeyModifiers(m_state);
+    if (m_state.ASR3HoldToTalk) {
+        m_port.sendDeviceKey(modifiers, m_state.ASR3ShortCutKey); // held until the release
+        return;
+    }
+    if (!found) {
+        hideBarIfWanted();
+    }
+    const int usage = m_state.LocalXunFeiASR3ShortcutKey != 0 ? m_state.LocalXunFeiASR3ShortcutKey : usageF2;
+    m_port.sendDeviceKey(modifiers, usage);
+    m_port.sleepMs(keyPauseMs);
+    m_port.sendDeviceKey(modifiers, 0);
+}
+
+void SessionMachine::pressCustomMethod()
+{
+    const QString path = m_state.LocalASR3CustomInstallPath;
+    // The path may come from another system's settings: either separator ends a folder.
+    const QString name = QFileInfo(QString(path).replace(QLatin1Char('\\'), QLatin1Char('/'))).fileName();
+    if (!name.isEmpty() && !m_port.isProgramRunning(name)) {
+        m_port.startProgram(path);
+        m_port.sleepMs(keyPauseMs);
+        if (name.contains(QLatin1String("SpeechInput.exe"))) {
+            m_port.sleepMs(500);
+        }
+        if (name.contains(QLatin1String("VoiceInput.exe"))) {
+            return;
+        }
+    }
+    m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
+    m_port.sleepMs(keyPauseMs);
+    m_port.sendDeviceKey(0, 0);
+}
+
+bool SessionMachine::releaseThirdParty()
+{
+    if (m_state.LocalUseASR3Index == thirdPartyCustom) {
+        if (!m_state.ShowASR3Custom) {
+            return false;
+        }
+        m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
+        m_port.sleepMs(keyPauseMs);
+        m_port.sendDeviceKey(0, 0);
+        return true;
+    }
+    if (!m_state.VoiceTypeMode) {
+        return false;
+    }
+    m_port.startPasteContentTimer();
+    if (!m_state.ASR3HoldToTalk) {
+        m_port.startTapTimer();
+        return true;
+    }
+    m_port.sendDeviceKey(0, 0);
+    m_port.sleepMs(keyPauseMs);
+    const int usage = m_state.LocalXunFeiASR3ShortcutKey != 0 ? m_state.LocalXunFeiASR3ShortcutKey
+                                                              : m_state.ASR3ShortCutKey;
+    m_port.sendDeviceKey(hotKeyModifiers(m_state), usage);
+    m_port.sleepMs(200);
+    m_port.sendDeviceKey(0, 0);
+    m_port.sleepMs(200);
+    m_port.sendDeviceKey(0, 0);
+    return true;
+}
+
+} // namespace mevo
