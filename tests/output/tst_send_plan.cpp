@@ -1,0 +1,189 @@
+#include "output/SendPlan.h"
+#include "output/TextEffects.h"
+
+#include <QtTest>
+
+using mevo::SendPlan;
+using Set = std::function<void(MainState &)>;
+Q_DECLARE_METATYPE(Set)
+
+class TestSendPlan : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wayAndText_data()
+    {
+        QTest::addColumn<Set>("set");
+        QTest::addColumn<bool>("dialog");
+        QTest::addColumn<bool>("canPost");
+        QTest::addColumn<QString>("outcome"); // way and text
+        const auto row = [](const char *name, const Set &set, const char *outcome, bool dialog = false,
+                            bool canPost = true) {
+            QTest::newRow(name) << set << dialog << canPost << QString::fromUtf8(outcome);
+        };
+        row(
+            "post", [](MainState &) {}, "post 句。");
+        row(
+            "clipboard when chosen", [](MainState &s) { s.Send2ScreenMethod = 2; }, "clipboard 句。");
+        row(
+            "clipboard when there is no focus", [](MainState &s) { s.FocusWindow = 0; }, "clipboard 句。");
+        row(
+            "clipboard beside the translation dialog", [](MainState &) {}, "clipboard 句。", true);
+        row(
+            "clipboard where nothing can be posted", [](MainState &) {}, "clipboard 句。", false, false);
+        row(
+            "method 1 without focus loses the text",
+            [](MainState &s) {
+                s.Send2ScreenMethod = 1;
+                s.FocusWindow = 0;
+            },
+            "lost 句。");
+        row(
+            "method 5 without focus loses the text",
+            [](MainState &s) {
+                s.Send2ScreenMethod = 5;
+                s.FocusWindow = 0;
+            },
+            "lost 句。");
+        row(
+            "method 5 with focus posts", [](MainState &s) { s.Send2ScreenMethod = 5; }, "post 句。");
+        row(
+            "full stop as comma", [](MainState &s) { s.AddPunctuationWhenEnd = true; }, "post 句，");
+        row(
+            "full stop kept",
+            [](MainState &s) {
+                s.AddPunctuationWhenEnd = true;
+                s.Juhao2Douhao = false;
+            },
+            "post 句。");
+        row(
+            "the input method types for itself",
+            [](MainState &s) {
+                s.ThirdPartyActive = true;
+                s.VoiceTypeMode = true;
+            },
+            "nothing ");
+        row(
+            "commands are not typed",
+            [](MainState &s) {
+                s.VoiceCommandWordMode = true;
+                s.DontSend2ScreenWhenCmdStatus = true;
+            },
+            "nothing ");
+    }
+
+    void wayAndText()
+    {
+        QFETCH(Set, set);
+        QFETCH(bool, dialog);
+        QFETCH(bool, canPost);
+        MainState state;
+        state.FocusWindow = 9;
+        set(state);
+        const SendPlan plan = mevo::planSend(QStringLiteral("句。"), state, dialog, canPost);
+        static const QMap<SendPlan::Way, QString> names = {
+            {SendPlan::Way::Post, QStringLiteral("post ")},
+            {SendPlan::Way::Clipboard, QStringLiteral("clipboard ")},
+            {SendPlan::Way::Nothing, QStringLiteral("nothing ")}};
+        const QString way = plan.lostFocus ? QStringLiteral("lost ") : names.value(plan.way);
+        QTEST(way + plan.text, "outcome");
+    }
+
+    void mappedWords_data()
+    {
+        QTest::addColumn<Set>("set");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("keys"); // shift ctrl alt win usage
+        QTest::addColumn<bool>("typed");
+        const Set send = [](MainState &s) {
+            s.VoiceSend = s.VoiceSend_AltS = s.VoiceSend_Enter = s.VoiceSend_CtrlEnter = true;
+            s.VoiceSend_AltS_MapWords = QStringLiteral("发送;Send It");
+            s.VoiceSend_Enter_MapWords = QStringLiteral("回车;发送");
+            s.VoiceSend_CtrlEnter_MapWords = QStringLiteral("");
+        };
+        const Set sendTyped = [=](MainState &s) {
+            send(s);
+            s.VoiceSend_MapWords2Screen = true;
+        };
+        const Set clear = [](MainState &s) {
+            s.VoiceClear = s.VoiceClear_Backspace = s.VoiceClear_Delete = true;
+            s.VoiceClear_Backspace_MapWords = QStringLiteral("退格");
+            s.VoiceClear_Delete_MapWords = QStringLiteral("删除");
+        };
+        QTest::newRow("first hit ends it") << send << "发送"
+                                           << "00100016" << false;
+        QTest::newRow("further tests run when the word is typed") << sendTyped << "发送"
+                                                                  << "00100016 00000028" << true;
+        QTest::newRow("case does not matter") << send << "SEND it"
+                                              << "00100016" << false;
+        QTest::newRow("no word") << send << "发送吧"
+                                 << "" << true;
+        QTest::newRow("backspace") << clear << "退格"
+                                   << "0000002a" << false;
+        QTest::newRow("delete") << clear << "删除"
+                                << "0000004c" << false;
+        QTest::newRow("last character does not count with punctuation") << Set([=](MainState &s) {
+            send(s);
+            s.AddPunctuationWhenEnd = true;
+        }) << "回车。"
+                                                                        << "00000028" << false;
+        QTest::newRow("group switched off") << Set([=](MainState &s) {
+            send(s);
+            s.VoiceSend = false;
+        }) << "发送"
+                                            << "" << true;
+        QTest::newRow("an empty list holds no word") << Set([=](MainState &s) {
+            send(s);
+            s.AddPunctuationWhenEnd = true;
+        }) << "。"
+                                                     << "" << true;
+    }
+
+    void mappedWords()
+    {
+        QFETCH(Set, set);
+        QFETCH(QString, text);
+        QFETCH(bool, typed);
+        MainState state;
+        state.FocusWindow = 9;
+        set(state);
+        const SendPlan plan = mevo::planSend(text, state, false, true);
+        QStringList keys;
+        for (const auto &key : plan.keys) {
+            keys.append(QString::asprintf("%d%d%d%d%04x", key.shift, key.ctrl, key.alt, key.win,
+                                          static_cast<unsigned>(key.usage)));
+        }
+        QTEST(keys.join(QLatin1Char(' ')), "keys");
+        QCOMPARE(plan.way == SendPlan::Way::Post, typed);
+    }
+
+    void traditionalOutputChangesCharactersNotWords_data()
+    {
+        QTest::addColumn<QString>("simplified");
+        QTest::addColumn<QString>("traditional");
+        QTest::newRow("characters") << "汉语听写"
+                                    << "漢語聽寫";
+        QTest::newRow("context chooses the character") << "头发发现"
+                                                       << "頭髮發現";
+        QTest::newRow("Taiwan's variant") << "里面"
+                                          << "裡面";
+        QTest::newRow("words stay") << "软件鼠标"
+                                    << "軟件鼠標";
+        QTest::newRow("nothing to convert") << "ABC 123，。😀𠀀"
+                                            << "ABC 123，。😀𠀀";
+    }
+
+    void traditionalOutputChangesCharactersNotWords()
+    {
+        QFETCH(QString, simplified);
+        QTEST(mevo::toTraditional(simplified), "traditional");
+        MainState state;
+        state.FocusWindow = 9;
+        state.Output2Tranditional = true;
+        QTEST(mevo::planSend(simplified, state, false, true).text, "traditional");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSendPlan)
+#include "tst_send_plan.moc"

@@ -1,0 +1,329 @@
+#include "session/ResultPipeline.h"
+#include "support/CallLog.h"
+
+#include <QtTest>
+
+namespace {
+
+class RecordingPort : public mevo::PipelinePort
+{
+public:
+    CallLog log;
+    bool dialog = false;
+    bool dialogClosing = false;
+    bool baidu = true;
+    bool tencent = false;
+    bool xunFei = false;
+    QStringList commandWords;
+
+    void sendToScreen(const QString &text) override { log.add(QStringLiteral("screen ") + text); }
+    void trayMessage(const QString &, mevo::MessageIcon, int) override { log.add(QStringLiteral("tray")); }
+    void restartAfterRecognition() override { log.add(QStringLiteral("timer")); }
+    void endDeviceSession() override { log.add(QStringLiteral("end session")); }
+    void updateMicWin(const QString &) override {}
+    void endTipLatch() override { log.add(QStringLiteral("latch off")); }
+    void updateStatusButtons() override { log.add(QStringLiteral("buttons")); }
+    bool translationDialogExists() const override { return dialog; }
+    bool translationDialogClosing() const override { return dialogClosing; }
+    void showOnTranslationDialog(const QString &text) override { log.add(QStringLiteral("dialog ") + text); }
+    void openTranslationDialog() override { log.add(QStringLiteral("open dialog")); }
+    void voiceSearch(const QString &text) override { log.add(QStringLiteral("search ") + text); }
+    bool runCommandWord(const QString &word) override
+    {
+        log.add(QStringLiteral("command ") + word);
+        return commandWords.contains(word);
+    }
+    void reloadEngineChoice() override { log.add(QStringLiteral("reload")); }
+    bool usesBaidu() const override { return baidu; }
+    bool usesTencent() const override { return tencent; }
+    bool usesXunFei() const override { return xunFei; }
+};
+
+struct Desk
+{
+    MainState state;
+    RecordingPort port;
+    mevo::ResultPipeline pipeline{state, port};
+
+    Desk()
+    {
+        state.VoiceTypeMode = true;
+        state.OneShotCommandWord = false;
+    }
+    /// What a text led to, without the steps that every text takes.
+    QString take(const QString &text)
+    {
+        port.log.clear();
+        pipeline.handleRecResult(text);
+        QStringList calls = port.log.calls();
+        calls.removeAll(QStringLiteral("latch off"));
+        return calls.join(QLatin1Char('|'));
+    }
+};
+
+using Set = std::function<void(Desk &)>;
+
+void mode(Desk &desk, std::atomic<bool> SessionState::*flag)
+{
+    desk.state.VoiceTypeMode = false;
+    desk.state.*flag = true;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Set)
+
+class TestPipeline : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textIsCleaned_data()
+    {
+        QTest::addColumn<bool>("addPunctuation");
+        QTest::addColumn<bool>("strip");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("match");
+        QTest::newRow("marks of Baidu go") << false << true << "你好，世界。"
+                                           << "你好世界"
+                                           << "你好世界";
+        QTest::newRow("ASCII marks stay") << false << true << "a, b! c?"
+                                          << "a, b! c?"
+                                          << "a, b! c?";
+        QTest::newRow("XunFei is left alone") << false << false << "你好，世界。"
+                                              << "你好，世界。"
+                                              << "你好，世界。";
+        QTest::newRow("punctuation wanted: last character goes from the match")
+            << true << true << "打开，浏览器。"
+            << "打开，浏览器。"
+            << "打开浏览器";
+        QTest::newRow("a full stop inside and an ASCII question mark stay") << true << true << "甲。乙?丙！。"
+                                                                            << "甲。乙?丙！。"
+                                                                            << "甲。乙?丙";
+        QTest::newRow("one character leaves nothing to match") << true << true << "好"
+                                                               << "好"
+                                                               << "";
+        QTest::newRow("nothing at all") << true << true << ""
+                                        << ""
+                                        << "";
+    }
+
+    void textIsCleaned()
+    {
+        QFETCH(bool, addPunctuation);
+        QFETCH(bool, strip);
+        QFETCH(QString, text);
+        const auto result = mevo::makeResultText(text, text, addPunctuation, strip);
+        QTEST(result.out, "out");
+        QTEST(result.match, "match");
+    }
+
+    void textIsRouted_data()
+    {
+        QTest::addColumn<Set>("set");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("calls");
+        const auto row = [](const char *name, const Set &set, const char *text, const char *calls) {
+            QTest::newRow(name) << set << QString::fromUtf8(text) << QString::fromUtf8(calls);
+        };
+        const Set plain = [](Desk &) {};
+        row("typing", plain, "你好__over__", "screen 你好");
+        row("marker alone", plain, "__over__", "");
+        row("full stop is typed twice", plain, "。__over__", "screen 。|screen 。");
+        row("question mark once", plain, "？__over__", "screen ？");
+        row("exclamation mark once", plain, "！__over__", "screen ！");
+        row("marker in the middle", plain, "甲__over__乙", "screen 甲乙");
+        row(
+            "search", [](Desk &d) { mode(d, &SessionState::VoiceSearchMode); }, "天气，北京",
+            "search 天气北京");
+        row(
+            "translate without a dialog", [](Desk &d) { d.state.VoiceTranslateMode = true; }, "甲", "");
+        const Set translating = [](Desk &d) {
+            d.state.VoiceTranslateMode = true;
+            d.port.dialog = true;
+        };
+        row("translate", translating, "甲", "dialog 甲");
+        row(
+            "translate while the dialog closes",
+            [=](Desk &d) {
+                translating(d);
+                d.port.dialogClosing = true;
+            },
+            "甲", "screen 甲");
+        const Set commands = [](Desk &d) {
+            mode(d, &SessionState::VoiceCommandWordMode);
+            d.port.commandWords = QStringList{QStringLiteral("复制")};
+        };
+        row("command word", commands, "复制。", "command 复制");
+        row("no command word is typed", commands, "别的", "command 别的|screen 别的");
+        row(
+            "one command from typing mode",
+            [](Desk &d) {
+                d.state.OneShotCommandWord = true;
+                d.port.commandWords = QStringList{QStringLiteral("复制")};
+            },
+            "复制", "buttons|command 复制");
+        row(
+            "command with the dialog open",
+            [=](Desk &d) {
+                commands(d);
+                d.port.dialog = true;
+            },
+            "别的", "dialog 别的|command 别的");
+        row(
+            "command while the dialog closes",
+            [=](Desk &d) {
+                commands(d);
+                d.port.dialog = d.port.dialogClosing = true;
+            },
+            "别的", "screen 别的|command 别的");
+
+        const Set directCommand = [](Desk &d) {
+            d.state.Enable_CommandWord_Direct = true;
+            d.state.CmdFlags_Contents_Driect = QStringList{QString(), QStringLiteral("执行")};
+            d.state.Enable_CmdFlagsWord2Screen_Direct = true;
+            d.port.commandWords = QStringList{QStringLiteral("复制")};
+        };
+        row("direct command, typed as well", directCommand, "执行复制",
+            "screen 执行复制|buttons|command 复制");
+        row("direct command, unknown word is not typed twice", directCommand, "执行乙",
+            "screen 执行乙|buttons|command 乙");
+        row(
+            "direct command switched off",
+            [=](Desk &d) {
+                directCommand(d);
+                d.state.Enable_CommandWord_Direct = false;
+            },
+            "执行复制", "screen 执行复制");
+        const Set directSearch = [](Desk &d) {
+            d.state.Enable_Search_Direct = true;
+            d.state.SearchFlags_Contents_Driect = QStringList{QStringLiteral("搜索")};
+        };
+        row("direct search", directSearch, "搜索天气", "search 天气");
+        row(
+            "direct search, typed as well",
+            [=](Desk &d) {
+                directSearch(d);
+                d.state.Enable_SearchFlagsWord2Screen_Direct = true;
+            },
+            "搜索天气", "screen 搜索天气|search 天气");
+        row("the word inside a sentence is no prefix", directSearch, "我要搜索", "screen 我要搜索");
+
+        const Set switching = [](Desk &d) {
+            d.state.Enable_SwitchFunctionMode = true;
+            d.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("打字")};
+            d.state.SetEnterVoiceTranslateModeSwitchModeFlags = QStringList{QStringLiteral("翻译")};
+            d.state.SetEnterVoiceCommandWordModeSwitchModeFlags = QStringList{QStringLiteral("命令")};
+            d.state.SetEnterVoiceSearchModeSwitchModeFlags = QStringList{QStringLiteral("查找")};
+        };
+        row("switch to commands", switching, "命令。", "buttons|reload");
+        row("switch to translation leaves the engine", switching, "翻译", "open dialog|buttons");
+        row("switch word in a sentence is text", switching, "打字吧", "screen 打字吧");
+        row(
+            "switch word is typed when wanted",
+            [=](Desk &d) {
+                switching(d);
+                d.state.Enable_SwitchModeFlagsWord2Screen = true;
+            },
+            "查找", "buttons|screen 查找|reload");
+        row(
+            "switch word is not typed beside an input method",
+            [=](Desk &d) {
+                switching(d);
+                d.state.Enable_SwitchModeFlagsWord2Screen = true;
+                d.state.LocalEnableASR3 = true;
+            },
+            "打字", "buttons|reload");
+        row(
+            "switching off: a word is a word",
+            [=](Desk &d) {
+                switching(d);
+                d.state.Enable_SwitchFunctionMode = false;
+            },
+            "命令", "screen 命令");
+        row(
+            "an empty list matches no empty text",
+            [](Desk &d) {
+                d.state.Enable_SwitchFunctionMode = true;
+                d.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QString()};
+            },
+            "。", "screen ");
+    }
+
+    void textIsRouted()
+    {
+        QFETCH(Set, set);
+        QFETCH(QString, text);
+        Desk desk;
+        set(desk);
+        QTEST(desk.take(text), "calls");
+        QVERIFY(desk.state.ResultIdle);
+        QVERIFY(desk.state.RecTextBuffer.isEmpty());
+    }
+
+    void spokenModes_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("modes"); // type, command, search, translate
+        QTest::newRow("type") << "打字"
+                              << "1000";
+        QTest::newRow("command") << "命令"
+                                 << "0100";
+        QTest::newRow("search") << "查找"
+                                << "0010";
+        QTest::newRow("translate clears search only") << "翻译"
+                                                      << "0101";
+    }
+
+    void spokenModes()
+    {
+        QFETCH(QString, word);
+        Desk desk;
+        desk.state.Enable_SwitchFunctionMode = true;
+        desk.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("打字")};
+        desk.state.SetEnterVoiceTranslateModeSwitchModeFlags = QStringList{QStringLiteral("翻译")};
+        desk.state.SetEnterVoiceCommandWordModeSwitchModeFlags = QStringList{QStringLiteral("命令")};
+        desk.state.SetEnterVoiceSearchModeSwitchModeFlags = QStringList{QStringLiteral("查找")};
+        desk.state.VoiceTypeMode = false;
+        desk.state.VoiceCommandWordMode = true;
+        desk.state.VoiceSearchMode = word == QStringLiteral("翻译");
+        desk.take(word);
+        const QString modes = QStringLiteral("%1%2%3%4")
+                                  .arg(int(desk.state.VoiceTypeMode))
+                                  .arg(int(desk.state.VoiceCommandWordMode))
+                                  .arg(int(desk.state.VoiceSearchMode))
+                                  .arg(int(desk.state.VoiceTranslateMode));
+        QTEST(modes, "modes");
+    }
+
+    void theDoorTellsWordsFromErrors_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("calls");
+        QTest::newRow("words") << "甲__over__"
+                               << "timer|latch off|screen 甲";
+        QTest::newRow("nothing") << ""
+                                 << "timer";
+        QTest::newRow("over the limit") << "错11201"
+                                        << "screen 错|tray";
+        QTest::newRow("the code at the start is text") << "11201"
+                                                       << "timer|latch off|screen 11201";
+        QTest::newRow("ended by the engine") << "甲__AutoOver__"
+                                             << "timer|end session|latch off";
+    }
+
+    void theDoorTellsWordsFromErrors()
+    {
+        QFETCH(QString, text);
+        Desk desk;
+        desk.state.Recording = true;
+        desk.state.RecTextBuffer.clear();
+        desk.pipeline.showRecText(text);
+        QTEST(desk.port.log.calls().join(QLatin1Char('|')), "calls");
+        QCOMPARE(desk.state.Recording.load(), !text.contains(QLatin1String("__AutoOver__")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPipeline)
+#include "tst_pipeline.moc"

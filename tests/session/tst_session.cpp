@@ -1,0 +1,347 @@
+#include "session/SessionMachine.h"
+#include "session/ThirdPartyKeys.h"
+#include "support/CallLog.h"
+
+#include <QtTest>
+
+using mevo::SessionMachine;
+
+namespace {
+
+/// Writes down what the session asks for.
+class RecordingPort : public mevo::SessionPort
+{
+public:
+    CallLog log;
+    qint64 clock = 0;
+    mevo::WindowId inputMethodWindow = 0;
+    bool dialogTakesKeys = false;
+    QStringList running;
+
+    qint64 monotonicMs() const override { return clock; }
+    void sleepMs(int milliseconds) override { log.add(QStringLiteral("sleep %1").arg(milliseconds)); }
+    void trayMessage(const QString &text, mevo::MessageIcon, int milliseconds) override
+    {
+        log.add(QStringLiteral("message %1 %2").arg(text).arg(milliseconds));
+    }
+    void logReport(const QString &line) override { lastReport = line; }
+    void clearClipboard() override { log.add(QStringLiteral("clear clipboard")); }
+    void saveFocusWindow() override { log.add(QStringLiteral("save focus")); }
+    void raiseBar() override { log.add(QStringLiteral("raise")); }
+    void hideBar() override { log.add(QStringLiteral("hide bar")); }
+    void placeBar(int right, int bottom) override
+    {
+        log.add(QStringLiteral("place %1 %2").arg(right).arg(bottom));
+    }
+    void showTipWindow(bool longPress) override
+    {
+        log.add(longPress ? QStringLiteral("tip long press") : QStringLiteral("tip show"));
+    }
+    void hideTipWindow() override { log.add(QStringLiteral("tip hide")); }
+    void updateMicWin(const QString &picture) override { log.add(picture); }
+    void preparePartialResults() override { log.add(QStringLiteral("partial")); }
+    bool translationDialogTakesKeys() const override { return dialogTakesKeys; }
+    void recordStart() override { log.add(QStringLiteral("record start")); }
+    void recordStop() override { log.add(QStringLiteral("record stop")); }
+    mevo::WindowId findInputMethodWindow() override { return inputMethodWindow; }
+    void closeWindow(mevo::WindowId) override { log.add(QStringLiteral("close window")); }
+    void startXunFeiInputMethod() override { log.add(QStringLiteral("start xunfei")); }
+    void startProgram(const QString &path) override { log.add(QStringLiteral("start ") + path); }
+    bool isProgramRunning(const QString &name) override { return running.contains(name); }
+    void markInputMethodStarted() override { log.add(QStringLiteral("mark")); }
+    void sendDeviceKey(int modifiers, int usage) override
+    {
+        log.add(QStringLiteral("key %1 %2").arg(modifiers).arg(usage, 0, 16));
+    }
+    void startPasteContentTimer() override { log.add(QStringLiteral("paste timer")); }
+    void startTapTimer() override { log.add(QStringLiteral("tap timer")); }
+
+    QString lastReport;
+};
+
+struct Desk
+{
+    MainState state;
+    RecordingPort port;
+    SessionMachine session{state, port};
+
+    Desk()
+    {
+        state.VoiceTypeMode = true;
+        state.DeviceConnected = true;
+    }
+    void key(int number, int pressed, bool fromTip = false)
+    {
+        char report[mevo::keyReportSize] = {1, 0x70, static_cast<char>(number), static_cast<char>(pressed)};
+        report[15] = fromTip;
+        session.process(report);
+    }
+    QStringList calls()
+    {
+        const QStringList taken = port.log.calls();
+        port.log.clear();
+        return taken;
+    }
+};
+
+const QStringList ownPress{QStringLiteral("clear clipboard"), QStringLiteral("partial"),
+                           QStringLiteral("save focus"),      QStringLiteral("raise"),
+                           QStringLiteral("tip show"),        QStringLiteral(":/rec/MicSpeakPlease.png"),
+                           QStringLiteral("record start")};
+const QStringList ownRelease{QStringLiteral(":/rec/MicLongPressSpeaking_NoActive.png"),
+                             QStringLiteral("tip hide"), QStringLiteral("record stop")};
+const QString tooQuick = QStringLiteral("message 松开按键太快！请长按松开后再正式语音输入！ 1000");
+
+} // namespace
+
+using Set = std::function<void(Desk &)>;
+Q_DECLARE_METATYPE(Set)
+
+class TestSession : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pressIsTakenOrNot_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<Set>("set");
+        QTest::addColumn<QStringList>("calls");
+        const Set nothing = [](Desk &) {};
+        for (int key : {1, 2, 3, 6, 8, 14, 16}) {
+            QTest::addRow("key %d", key) << key << nothing << ownPress;
+        }
+        for (int key : {0, 4, 5, 7, 15, 17, 255}) {
+            QTest::addRow("no voice key %d", key) << key << nothing << QStringList();
+        }
+        const auto row = [](const char *name, const Set &set, const QStringList &calls) {
+            QTest::newRow(name) << 1 << set << calls;
+        };
+        row("quota of Baidu", [](Desk &d) { d.state.BaiduQuotaHit = true; }, {});
+        row("quota of XunFei", [](Desk &d) { d.state.XunFeiQuotaHit = true; }, {});
+        row("quota of Tencent", [](Desk &d) { d.state.TencentQuotaHit = true; }, {});
+        row("closed recognition", [](Desk &d) { d.state.ASRFuncClosed = true; },
+            {QStringLiteral("message 已关闭语音识别功能！ 100")});
+        row("result under way", [](Desk &d) { d.state.ResultIdle = false; }, {});
+        row(
+            "press to be ignored", [](Desk &d) { d.state.QuickReleaseCount = 2; }, ownPress.mid(0, 2));
+        row(
+            "release under way", [](Desk &d) { d.state.KeyUpBusy = true; }, ownPress.mid(0, 2));
+        row(
+            "clipboard method saves no focus", [](Desk &d) { d.state.Send2ScreenMethod = 2; },
+            QStringList(ownPress.mid(0, 2)) + ownPress.mid(3));
+        row(
+            "tip window already up", [](Desk &d) { d.state.MicWinShown = true; },
+            QStringList(ownPress.mid(0, 4)) + ownPress.mid(5));
+        row(
+            "translation dialog takes the key",
+            [](Desk &d) {
+                d.state.DelimitTranslation = true;
+                d.port.dialogTakesKeys = true;
+            },
+            ownPress.mid(0, 4));
+        row(
+            "our own input method window is closed first",
+            [](Desk &d) {
+                d.port.inputMethodWindow = 7;
+                d.state.ThirdPartyWindowOpen = true;
+            },
+            QStringList(ownPress.mid(0, 1)) + QStringList{QStringLiteral("close window")} + ownPress.mid(1));
+        row(
+            "the newer XunFei window is left open",
+            [](Desk &d) {
+                d.port.inputMethodWindow = 7;
+                d.state.ThirdPartyWindowOpen = true;
+                d.state.XFVM3 = true;
+            },
+            ownPress);
+        row(
+            "input method on, but the mode is commands",
+            [](Desk &d) {
+                d.state.ThirdPartyActive = true;
+                d.state.VoiceTypeMode = false;
+                d.state.VoiceCommandWordMode = true;
+            },
+            ownPress);
+    }
+
+    void pressIsTakenOrNot()
+    {
+        QFETCH(int, key);
+        QFETCH(Set, set);
+        QFETCH(QStringList, calls);
+        Desk desk;
+        set(desk);
+        desk.key(key, 1);
+        QCOMPARE(desk.calls(), calls);
+        QCOMPARE(desk.state.Recording.load(), calls.contains(QStringLiteral("record start")));
+        QCOMPARE(desk.state.PressPending.load(), desk.state.Recording.load());
+        QVERIFY(!desk.state.KeyDownBusy && !desk.state.KeyDownHeld);
+    }
+
+    void pressAndReleaseWalkTheStates()
+    {
+        Desk desk;
+        desk.state.RecTextBuffer = QStringLiteral("left over");
+        desk.state.PartialResultCount = 3;
+        desk.key(1, 1);
+        QCOMPARE(desk.calls(), ownPress);
+        QVERIFY(desk.state.MicWinShown && !desk.state.OneShotCommandWord);
+        QVERIFY(desk.state.RecTextBuffer.isEmpty() && desk.state.PartialResultCount == 0);
+        desk.port.clock += 1500;
+        desk.key(1, 0);
+        QCOMPARE(desk.calls(), ownRelease);
+        QVERIFY(!desk.state.Recording && !desk.state.PressPending && !desk.state.KeyUpBusy);
+        QVERIFY(!desk.state.MicWinShown);
+        desk.key(1, 0);
+        QCOMPARE(desk.calls(), QStringList());
+        desk.key(6, 1);
+        QVERIFY(desk.state.OneShotCommandWord);
+        QCOMPARE(desk.port.lastReport, QStringLiteral("MEVOInput:GetHIDData :01 70 06 01 00\n"));
+    }
+
+    void theTipWindowStaysWhenItTalksItself()
+    {
+        Desk desk;
+        desk.key(3, 1, true);
+        QVERIFY(desk.calls().contains(QStringLiteral("tip long press")));
+        desk.port.clock += 1500;
+        desk.key(1, 0, true);
+        QVERIFY(!desk.calls().contains(QStringLiteral("tip hide")));
+        QVERIFY(desk.state.MicWinShown);
+    }
+
+    void fourthShortReleaseWarnsAndCostsAPress()
+    {
+        Desk desk;
+        for (int i = 1; i <= 4; ++i) {
+            desk.key(1, 1);
+            desk.port.clock += 999;
+            desk.calls();
+            desk.key(1, 0);
+            const QStringList calls = desk.calls();
+            QCOMPARE(calls.contains(tooQuick), i == 4);
+            QVERIFY(calls.contains(QStringLiteral("record stop")));
+        }
+        QCOMPARE(desk.state.QuickReleaseCount.load(), 1);
+        desk.key(1, 1);
+        QVERIFY(!desk.calls().contains(QStringLiteral("record start")));
+        desk.port.clock += 1000;
+        desk.key(1, 0);
+        QCOMPARE(desk.state.QuickReleaseRun.load(), 0);
+        desk.key(1, 1);
+        QVERIFY(desk.calls().contains(QStringLiteral("record start")));
+    }
+
+    void resetEndsARecordingOnce()
+    {
+        Desk desk;
+        desk.key(1, 1);
+        desk.state.QuickReleaseCount = 3;
+        desk.calls();
+        desk.session.reset();
+        QCOMPARE(desk.calls(), QStringList{QStringLiteral("record stop")});
+        desk.port.clock += 2000;
+        desk.key(1, 0);
+        QCOMPARE(desk.calls(), QStringList());
+        desk.key(1, 1);
+        QVERIFY(desk.state.Recording);
+    }
+
+    void aReleaseWithoutItsPressKeepsTheKeyBusy()
+    {
+        Desk desk;
+        desk.state.Recording = true;
+        desk.port.clock = 5000;
+        desk.key(1, 0);
+        QCOMPARE(desk.calls(), QStringList());
+        QVERIFY(desk.state.KeyUpBusy);
+    }
+
+    void oddReportsAreIgnored_data()
+    {
+        QTest::addColumn<QByteArray>("report");
+        QTest::newRow("other marker") << QByteArray("\x01\x20\x01\x01", 4);
+        QTest::newRow("neither press nor release") << QByteArray("\x01\x70\x01\x02", 4);
+        QTest::newRow("all ones") << QByteArray(16, '\xff');
+        QTest::newRow("zeros") << QByteArray();
+    }
+
+    void oddReportsAreIgnored()
+    {
+        QFETCH(QByteArray, report);
+        Desk desk;
+        report.resize(mevo::keyReportSize);
+        desk.session.process(report.constData());
+        QCOMPARE(desk.calls(), QStringList());
+    }
+
+    void inputMethodIsDrivenByItsHotKey_data()
+    {
+        QTest::addColumn<Set>("set");
+        QTest::addColumn<QString>("press");
+        QTest::addColumn<QString>("release");
+        QTest::newRow("XunFei open, hold")
+            << Set([](Desk &d) {
+                   d.port.inputMethodWindow = 7;
+                   d.state.ASR3HoldToTalk = true;
+                   d.state.LocalXunFeiASR3CtrlKey = 1;
+                   d.state.LocalXunFeiASR3AltKey = 4;
+               })
+            << "clear clipboard|key 5 3f"
+            << "paste timer|key 0 0|sleep 100|key 5 3f|sleep 200|key 0 0|sleep 200|key 0 0";
+        QTest::newRow("XunFei not running, tap") << Set([](Desk &d) {
+            d.state.LocalASR3XunFeiInstallPath = QStringLiteral("/x/iFlyVoice");
+            d.state.HidMainUIWhenASR = true;
+        }) << "clear clipboard|place 299 389|tip hide|start xunfei|mark|hide bar|sleep 100"
+                                                 << "paste timer|tap timer";
+        QTest::newRow("XunFei not installed, tap")
+            << Set([](Desk &) {}) << "clear clipboard|place 299 389|key 0 3b|sleep 100|key 0 0"
+            << "paste timer|tap timer";
+        QTest::newRow("Sogou not running, hold")
+            << Set([](Desk &d) {
+                   d.state.LocalUseASR3Index = mevo::thirdPartySogou;
+                   d.state.LocalASR3SougoInstallPath = QStringLiteral("/s/sogou");
+                   d.state.ASR3HoldToTalk = true;
+                   d.state.ASR3ShortCutKey = 0x3b;
+               })
+            << "clear clipboard|place 299 319|start /s/sogou|mark|sleep 100|sleep 500|key 0 3b"
+            << "paste timer|key 0 0|sleep 100|key 0 3b|sleep 200|key 0 0|sleep 200|key 0 0";
+        QTest::newRow("Sogou open, tap with its own key") << Set([](Desk &d) {
+            d.state.LocalUseASR3Index = mevo::thirdPartySogou;
+            d.port.inputMethodWindow = 7;
+            d.state.LocalXunFeiASR3ShortcutKey = 0x40;
+        }) << "clear clipboard|place 299 319|key 0 40|sleep 100|key 0 0"
+                                                          << "paste timer|tap timer";
+        QTest::newRow("custom method, started first") << Set([](Desk &d) {
+            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+            d.state.LocalASR3CustomInstallPath = QStringLiteral("C:\\x\\SpeechInput.exe");
+            d.state.ASR3CustomCtrlShortCutKey = 2;
+            d.state.ASR3CustomShortCutKey = 0x41;
+        }) << "clear clipboard|start C:\\x\\SpeechInput.exe|sleep 100|sleep 500|key 2 41|sleep 100|key 0 0"
+                                                      << "key 2 41|sleep 100|key 0 0";
+        QTest::newRow("custom method that listens by itself once started") << Set([](Desk &d) {
+            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+            d.state.LocalASR3CustomInstallPath = QStringLiteral("/x/VoiceInput.exe");
+        }) << "clear clipboard|start /x/VoiceInput.exe|sleep 100"
+                                                                           << "key 0 0|sleep 100|key 0 0";
+    }
+
+    void inputMethodIsDrivenByItsHotKey()
+    {
+        QFETCH(Set, set);
+        QFETCH(QString, press);
+        QFETCH(QString, release);
+        Desk desk;
+        desk.state.ThirdPartyActive = true;
+        set(desk);
+        desk.key(1, 1);
+        QCOMPARE(desk.calls().join(QLatin1Char('|')), press);
+        QVERIFY(!desk.state.Recording);
+        desk.key(1, 0);
+        QCOMPARE(desk.calls().join(QLatin1Char('|')), release);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSession)
+#include "tst_session.moc"
