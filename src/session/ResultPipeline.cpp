@@ -1,6 +1,7 @@
 #include "session/ResultPipeline.h"
 
 #include "session/SessionMachine.h"
+#include "session/VoiceModes.h"
 
 #include <QCoreApplication>
 
@@ -178,7 +179,7 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
         return false; // an empty list setting holds one empty word, which is no word
     }
     if (m_state.SetEnterVoiceTypeModeSwitchModeFlags.contains(text.match)) {
-        enterMode(&SessionState::VoiceTypeMode);
+        enterMode(m_state, &SessionState::VoiceTypeMode);
     } else if (m_state.SetEnterVoiceTranslateModeSwitchModeFlags.contains(text.match)) {
         m_state.VoiceTranslateMode = true;
         m_state.VoiceSearchMode = false;
@@ -187,9 +188,9 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
         showSwitchWord(text.out);
         return true; // translating leaves the engine choice alone
     } else if (m_state.SetEnterVoiceCommandWordModeSwitchModeFlags.contains(text.match)) {
-        enterMode(&SessionState::VoiceCommandWordMode);
+        enterMode(m_state, &SessionState::VoiceCommandWordMode);
     } else if (m_state.SetEnterVoiceSearchModeSwitchModeFlags.contains(text.match)) {
-        enterMode(&SessionState::VoiceSearchMode);
+        enterMode(m_state, &SessionState::VoiceSearchMode);
     } else {
         return false;
     }
@@ -197,14 +198,6 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
     showSwitchWord(text.out);
     m_port.reloadEngineChoice();
     return true;
-}
-
-void ResultPipeline::enterMode(std::atomic<bool> SessionState::*mode)
-{
-    for (const auto flag : {&SessionState::VoiceTypeMode, &SessionState::VoiceCommandWordMode,
-                            &SessionState::VoiceSearchMode}) {
-        m_state.*flag = flag == mode;
-    }
 }
 
 void ResultPipeline::showSwitchWord(const QString &out)

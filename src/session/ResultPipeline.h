@@ -25,7 +25,6 @@ private:
     bool matchDirectCommand(ResultText &text, bool &sent);
     bool matchDirectSearch(const ResultText &text);
     bool matchModeSwitch(const ResultText &text);
-    void enterMode(std::atomic<bool> SessionState::*mode);
     void showSwitchWord(const QString &out);
     void runCommand(const ResultText &text, bool sent);
     void sendToDialogOrScreen(const QString &out);

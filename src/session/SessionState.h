@@ -17,6 +17,7 @@ struct SessionState
     std::atomic<bool> ResultIdle{true};    ///< the result pipeline is not working on a result
     std::atomic<int> QuickReleaseCount{0}; ///< presses still to ignore after too-short releases
     std::atomic<int> QuickReleaseRun{0};   ///< too-short releases in a row
+    bool MouseSession = false;             ///< the tip window itself started the session
     qint64 PressTime = 0;                  ///< monotonic milliseconds
     qint64 ReleaseTime = 0;                ///< monotonic milliseconds
     bool KeyDownHeld = false;              ///< holds the usage counters back while a press is handled
