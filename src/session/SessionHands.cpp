@@ -1,0 +1,207 @@
+#include "session/SessionHands.h"
+
+#include "app/MainWindow.h"
+#include "app/SettingsFile.h"
+#include "audio/AudioRecorder.h"
+#include "device/DeviceCommands.h"
+#include "device/DeviceReports.h"
+#include "ui/CPatialResultDialog.h"
+#include "ui/MicTipDialog.h"
+#include "ui/QToolTips.h"
+
+#include <QCursor>
+#include <QDebug>
+#include <QTimer>
+
+namespace mevo {
+
+qint64 SessionHands::monotonicMs() const { return m_window.m_platform.time->monotonicMs(); }
+
+void SessionHands::sleepMs(int milliseconds) { m_window.m_platform.time->sleepMs(milliseconds); }
+
+void SessionHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)
+{
+    m_window.message(text, icon, milliseconds);
+}
+
+void SessionHands::logReport(const QString &line) { qDebug().noquote() << line.trimmed(); }
+
+void SessionHands::clearClipboard() { m_window.m_platform.clipboard->clear(); }
+
+void SessionHands::saveFocusWindow() { m_window.saveFocusWindow(); }
+
+void SessionHands::raiseBar() { m_window.raise(); }
+
+void SessionHands::hideBar() { m_window.hide(); }
+
+void SessionHands::placeBar(int fromRight, int fromBottom) { m_window.placeBar(fromRight, fromBottom, 200); }
+
+void SessionHands::showTipWindow(bool longPressStart)
+{
+    if (m_window.m_micTip == nullptr) {
+        return;
+    }
+    if (longPressStart) {
+        m_window.m_micTip->showLongPress();
+    } else {
+        m_window.m_micTip->show();
+    }
+}
+
+void SessionHands::hideTipWindow()
+{
+    if (m_window.m_micTip != nullptr) {
+        m_window.m_micTip->hide();
+    }
+}
+
+void SessionHands::updateMicWin(const QString &picture) { Q_EMIT m_window.updateMicWin(picture); }
+
+void SessionHands::preparePartialResults()
+{
+    if (m_window.m_recorder == nullptr || !m_window.m_recorder->EnableXunFeiWebApiDwa) {
+        return;
+    }
+    const auto caret = m_window.m_platform.windowSystem->caretRectangle();
+    m_window.m_partialResult->move(caret ? caret->topLeft() : QCursor::pos());
+}
+
+bool SessionHands::translationDialogTakesKeys() const { return false; }
+
+void SessionHands::recordStart()
+{
+    if (m_window.m_recorder != nullptr) {
+        m_window.m_recorder->OnRecordStart();
+    }
+}
+
+void SessionHands::recordStop()
+{
+    if (m_window.m_recorder != nullptr) {
+        m_window.m_recorder->OnRecordStop();
+    }
+}
+
+WindowId SessionHands::findInputMethodWindow()
+{
+    return m_window.m_platform.windowSystem->findWindow(m_window.ASR3WinClassName, m_window.ASR3WindowName);
+}
+
+void SessionHands::closeWindow(WindowId window) { m_window.m_platform.windowSystem->closeWindow(window); }
+
+void SessionHands::startXunFeiInputMethod()
+{
+    m_window.DetectXunFeiVersion();
+    startProgram(m_window.LocalASR3XunFeiInstallPath);
+}
+
+void SessionHands::startProgram(const QString &path)
+{
+    if (!m_window.m_platform.processes->startDetached(path, {})) {
+        qWarning().noquote() << "Input method: cannot start" << path;
+    }
+}
+
+bool SessionHands::isProgramRunning(const QString &imageName)
+{
+    return m_window.m_platform.processes->isRunning(imageName);
+}
+
+void SessionHands::markInputMethodStarted()
+{
+    SettingsFile().setValue(QStringLiteral("RunThirdpartVoiceInputByORV"), 1);
+}
+
+void SessionHands::sendDeviceKey(int modifiers, int usage)
+{
+    if (m_window.deviceOpen()) {
+        m_window.m_device->SendDeviceCommand(reports::keyDown(modifiers, usage));
+    }
+}
+
+void SessionHands::startPasteContentTimer()
+{
+    QTimer::singleShot(1000, &m_window, &MainWindow::TimeOutGetPasteContent);
+}
+
+void SessionHands::startTapTimer()
+{
+    QTimer::singleShot(200, &m_window, &MainWindow::TimeOutDelaySendF2);
+}
+
+void PipelineHands::sendToScreen(const QString &text) { m_window.Send2Screen(text, 0, 100); }
+
+void PipelineHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)
+{
+    m_window.message(text, icon, milliseconds);
+}
+
+void PipelineHands::restartAfterRecognition()
+{
+    if (m_window.m_afterRecognition != nullptr) {
+        m_window.m_afterRecognition->start();
+    }
+}
+
+void PipelineHands::endDeviceSession()
+{
+    if (m_window.deviceOpen()) {
+        m_window.updateRecCountsTimerOut();
+        m_window.sendMicrophoneLatch(false);
+    }
+}
+
+void PipelineHands::updateMicWin(const QString &picture) { Q_EMIT m_window.updateMicWin(picture); }
+
+void PipelineHands::endTipLatch()
+{
+    if (m_window.m_micTip != nullptr) {
+        m_window.m_micTip->endLatch();
+    }
+}
+
+void PipelineHands::updateStatusButtons()
+{
+    if (m_window.m_micTip != nullptr) {
+        m_window.m_micTip->UpdateStatusButtons();
+    }
+}
+
+bool PipelineHands::translationDialogExists() const { return false; }
+
+bool PipelineHands::translationDialogClosing() const { return false; }
+
+void PipelineHands::showOnTranslationDialog(const QString &text)
+{
+    Q_EMIT m_window.showRecTextOnTransDlgSignal(text);
+}
+
+void PipelineHands::openTranslationDialog() { m_window.pushBuutton_Translate_clicked(); }
+
+void PipelineHands::voiceSearch(const QString &text)
+{
+    // Until searches can be opened, what was said is kept where the user can reach it.
+    qInfo() << "Voice search is not part of this build; the text goes to the clipboard";
+    m_window.m_platform.clipboard->setText(text);
+}
+
+bool PipelineHands::runCommandWord(const QString &) { return false; }
+
+void PipelineHands::reloadEngineChoice() { m_window.CallMainFunctionSlot(21); }
+
+bool PipelineHands::usesBaidu() const
+{
+    return m_window.m_recorder != nullptr && m_window.m_recorder->BaiDuNoStreamApi;
+}
+
+bool PipelineHands::usesTencent() const
+{
+    return m_window.m_recorder != nullptr && m_window.m_recorder->UseTXASRApi;
+}
+
+bool PipelineHands::usesXunFei() const
+{
+    return m_window.m_recorder != nullptr && m_window.m_recorder->UseXunFeiWebApi;
+}
+
+} // namespace mevo

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "session/PipelinePort.h"
+#include "session/SessionPort.h"
+
+class MainWindow;
+
+namespace mevo {
+
+/// Carries out what a voice session decides.
+class SessionHands : public SessionPort
+{
+public:
+    explicit SessionHands(MainWindow &window) : m_window(window) {}
+
+    qint64 monotonicMs() const override;
+    void sleepMs(int milliseconds) override;
+    void trayMessage(const QString &text, MessageIcon icon, int milliseconds) override;
+    void logReport(const QString &line) override;
+    void clearClipboard() override;
+    void saveFocusWindow() override;
+    void raiseBar() override;
+    void hideBar() override;
+    void placeBar(int fromRight, int fromBottom) override;
+    void showTipWindow(bool longPressStart) override;
+    void hideTipWindow() override;
+    void updateMicWin(const QString &picture) override;
+    void preparePartialResults() override;
+    bool translationDialogTakesKeys() const override;
+    void recordStart() override;
+    void recordStop() override;
+    WindowId findInputMethodWindow() override;
+    void closeWindow(WindowId window) override;
+    void startXunFeiInputMethod() override;
+    void startProgram(const QString &path) override;
+    bool isProgramRunning(const QString &imageName) override;
+    void markInputMethodStarted() override;
+    void sendDeviceKey(int modifiers, int usage) override;
+    void startPasteContentTimer() override;
+    void startTapTimer() override;
+
+private:
+    MainWindow &m_window;
+};
+
+/// Carries out what becomes of a recognised text.
+class PipelineHands : public PipelinePort
+{
+public:
+    explicit PipelineHands(MainWindow &window) : m_window(window) {}
+
+    void sendToScreen(const QString &text) override;
+    void trayMessage(const QString &text, MessageIcon icon, int milliseconds) override;
+    void restartAfterRecognition() override;
+    void endDeviceSession() override;
+    void updateMicWin(const QString &picture) override;
+    void endTipLatch() override;
+    void updateStatusButtons() override;
+    bool translationDialogExists() const override;
+    bool translationDialogClosing() const override;
+    void showOnTranslationDialog(const QString &text) override;
+    void openTranslationDialog() override;
+    void voiceSearch(const QString &text) override;
+    bool runCommandWord(const QString &word) override;
+    void reloadEngineChoice() override;
+    bool usesBaidu() const override;
+    bool usesTencent() const override;
+    bool usesXunFei() const override;
+
+private:
+    MainWindow &m_window;
+};
+
+} // namespace mevo
