@@ -11,6 +11,7 @@ struct DeviceState
 {
     std::atomic<bool> DeviceConnected{false};               ///< the receiver is regarded as present
     std::atomic<bool> DeviceIDBusy{false};                  ///< the identity is being read; the reader pauses
+    std::atomic<bool> ReaderInRead{false};                  ///< the reader is waiting on HidInputHandle
     std::atomic<bool> HidBusy{false};                       ///< a key is being typed through the receiver
     std::atomic<bool> HeartbeatOK{false};                   ///< the last heartbeat went out
     std::atomic<mevo::HidHandle> HidInputHandle{nullptr};   ///< digitizer collection, non-blocking

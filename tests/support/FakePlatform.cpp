@@ -75,8 +75,14 @@ int FakeHid::read(HidHandle, unsigned char *data, std::size_t length)
     return static_cast<int>(size);
 }
 
-int FakeHid::readTimeout(HidHandle handle, unsigned char *data, std::size_t length, int)
+int FakeHid::readTimeout(HidHandle handle, unsigned char *data, std::size_t length, int milliseconds)
 {
+    {
+        QMutexLocker lock(&m_mutex);
+        if (m_input.empty() && !gone) {
+            m_pushed.wait(&m_mutex, static_cast<unsigned long>(qMin(milliseconds, waitLimitMs.load())));
+        }
+    }
     return read(handle, data, length);
 }
 
@@ -105,6 +111,7 @@ void FakeHid::push(const QByteArray &report)
 {
     QMutexLocker lock(&m_mutex);
     m_input.push_back(report);
+    m_pushed.wakeAll();
 }
 
 QStringList FakeHid::sent() const

@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QMutex>
+#include <QWaitCondition>
 
 #include <atomic>
 #include <deque>
@@ -48,6 +49,7 @@ public:
     mevo::HidHandle openPath(const QByteArray &path) override;
     int setNonBlocking(mevo::HidHandle handle, bool nonBlocking) override;
     int read(mevo::HidHandle handle, unsigned char *data, std::size_t length) override;
+    /// Waits in real time for a push, at most `waitLimitMs`, so that a reader thread does not spin.
     int readTimeout(mevo::HidHandle handle, unsigned char *data, std::size_t length,
                     int milliseconds) override;
     int sendFeatureReport(mevo::HidHandle handle, const unsigned char *data, std::size_t length) override;
@@ -67,10 +69,12 @@ public:
     QByteArray identityReply;            ///< queued as an input report when 05 2c is sent; empty for none
     std::atomic<bool> gone{false};       ///< reads answer -1
     std::atomic<int> openHandles{0};
+    std::atomic<int> waitLimitMs{20};
 
 private:
     CallLog &m_log;
     mutable QMutex m_mutex;
+    QWaitCondition m_pushed;
     std::deque<QByteArray> m_input;
     quintptr m_nextHandle = 0x100;
 };
