@@ -1,0 +1,367 @@
+#include "audio/AudioRecorder.h"
+
+#include "app/MainState.h"
+#include "app/SettingsFile.h"
+#include "audio/FirstRunEngine.h"
+#include "audio/MicrophoneChoice.h"
+#include "audio/RecorderHost.h"
+#include "audio/Samples.h"
+#include "platform/Platform.h"
+
+#include <QAudioDeviceInfo>
+#include <QAudioInput>
+#include <QBuffer>
+#include <QDebug>
+
+namespace {
+
+constexpr int ReadBufferBytes = 4096;
+constexpr int PeriodBytes = 640; ///< 20 ms of mono; the sound server's own choice would be 50 ms
+constexpr int CloseDelay = 1;    ///< milliseconds
+constexpr int DefaultSwitchWait = 300;
+
+QAudioFormat captureFormat(bool twoChannels)
+{
+    QAudioFormat format;
+    format.setSampleRate(mevo::CaptureRate);
+    format.setChannelCount(twoChannels ? 2 : 1);
+    format.setSampleSize(16);
+    format.setSampleType(QAudioFormat::SignedInt);
+    format.setByteOrder(QAudioFormat::LittleEndian);
+    format.setCodec(QStringLiteral("audio/pcm"));
+    return format;
+}
+
+/// The default input of the sound server. Other back ends list the same hardware once more and hold it
+/// for themselves alone, so their devices are left out. Null when there is none.
+QAudioDeviceInfo defaultMicrophone()
+{
+    const QString realm = QStringLiteral("default");
+    const QAudioDeviceInfo device = QAudioDeviceInfo::defaultInputDevice();
+    if (device.realm() == realm) {
+        return device;
+    }
+    for (const QAudioDeviceInfo &other : QAudioDeviceInfo::availableDevices(QAudio::AudioInput)) {
+        if (other.realm() == realm) {
+            return other;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, RecorderHost &host, QObject *parent)
+    : QObject(parent)
+    , m_state(state)
+    , m_platform(platform)
+    , m_host(host)
+    , m_format(captureFormat(state.SimulateDoubleChannel))
+    , m_readBuffer(ReadBufferBytes, '\0')
+{
+    m_closeTimer.setSingleShot(true);
+    m_closeTimer.setInterval(CloseDelay);
+    m_closeTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_closeTimer, &QTimer::timeout, this, &AudioRecorder::DeleyCloseMicTimer);
+    m_silence.setSingleShot(true);
+    m_silence.setInterval(SilenceTimeout);
+    connect(&m_silence, &QTimer::timeout, this, [this] { reportDeadMicrophone("gives no data"); });
+
+    {
+        QAudioInput probe(defaultMicrophone(), m_format);
+        SavedInputVolume = probe.volume();
+        probe.setVolume(1.0);
+    }
+
+    if (m_state.FirstRunApp && m_state.DeviceConnected && m_state.IsOnline) {
+        applyFirstRun();
+    }
+    {
+        const mevo::SettingsFile settings;
+        const auto isOn = [&settings](const char *key) {
+            return settings.value(QLatin1String(key)).toBool();
+        };
+        BaiDuNoStreamApi = BaiDuNoStreamApi || isOn("BaiDuNoStreamApi"); // the key can only raise it
+        UseXunFeiWebApi = isOn("UseXunFeiWebApi");
+        EnableXunFeiWebApiDwa = isOn("EnableXunFeiWebApiDwa");
+        m_state.OnlyUseOurDeviceMic = isOn("OnlyUseOurDeviceMic");
+        UseTXASRApi = isOn("UseTXASRApi");
+    }
+    chooseMicrophone();
+
+    BaiduTokenRefreshed = m_host.refreshBaiduToken();
+    InitMicDevice();
+}
+
+AudioRecorder::~AudioRecorder()
+{
+    closeInput();
+}
+
+void AudioRecorder::applyFirstRun()
+{
+    BaiDuNoStreamApi = false;
+    UseTXASRApi = true;
+    UseXunFeiWebApi = false;
+    m_state.LocalEnableASR3 = false;
+    m_state.LocalUseASR3Index = -1;
+    m_state.FirstRunApp = false;
+    {
+        mevo::SettingsFile settings;
+        settings.setValue(QStringLiteral("BaiDuCurrentVoiceType"), m_state.BaiDuCurrentVoiceType);
+        settings.setValue(QStringLiteral("BaiDuNoStreamApi_FastVersion"),
+                          m_state.BaiDuNoStreamApi_FastVersion ? 1 : 0);
+        settings.setValue(QStringLiteral("UseXunFeiWebApi"), 0);
+        settings.setValue(QStringLiteral("BaiDuNoStreamApi"), 0);
+        settings.setValue(QStringLiteral("UseTXASRApi"), 1);
+        settings.setValue(QStringLiteral("LocalEnableASR3"), 0);
+        settings.setValue(QStringLiteral("LocalUseASR3Index"), -1);
+        settings.setValue(QStringLiteral("FirstRunApp"), 0);
+    }
+    m_host.clearRunAsAdministrator();
+    if (m_state.BackendReachable) {
+        m_host.runBackendSql(mevo::firstRunStatement(m_state.SchemaName, m_state.BaiDuNoStreamApi_FastVersion,
+                                                     m_state.DongleID));
+    }
+}
+
+void AudioRecorder::chooseMicrophone()
+{
+    if (!m_platform.audioRouter || m_platform.systemFacts->isXpClass() || !m_state.OnlyUseOurDeviceMic) {
+        return;
+    }
+    const QString name = mevo::productMicrophone(m_platform.audioRouter->inputNames());
+    if (name.isEmpty()) {
+        return;
+    }
+    const QString before = defaultMicrophone().deviceName();
+    if (!m_platform.audioRouter->switchDefault(name)) {
+        qWarning().noquote() << "Recorder: cannot make" << name << "the default microphone";
+        return;
+    }
+    // The new default reaches Qt's device list on a thread of its own, a little later.
+    for (int waited = 0; waited < DefaultSwitchWait; waited += 10) {
+        const QString now = defaultMicrophone().deviceName();
+        if (now != before || mevo::isProductMicrophone(now)) {
+            break;
+        }
+        m_platform.time->sleepMs(10);
+    }
+}
+
+void AudioRecorder::InitMicDevice()
+{
+    const QAudioDeviceInfo device = defaultMicrophone();
+    m_format = captureFormat(m_state.SimulateDoubleChannel);
+    if (!device.isFormatSupported(m_format)) {
+        const QAudioFormat nearest = device.nearestFormat(m_format);
+        if (nearest.isValid()) { // it is not when there is no device; the next one may be better
+            m_format = nearest;
+        }
+    }
+    if (m_state.DeviceConnected) {
+        m_deviceName = device.deviceName();
+        if (!mevo::isProductMicrophone(m_deviceName)) {
+            m_platform.notifications->message(QString(),
+                                              tr("正在使用电脑自带麦克风,如不能正常语音识别,"
+                                                 "请尝试在设置中选择其它麦克风或启用/禁用立体声混音！"),
+                                              mevo::MessageIcon::Information, 2000);
+        }
+    }
+    if (m_device) {
+        m_device->disconnect();
+        m_device = nullptr;
+        m_silence.stop();
+    }
+}
+
+void AudioRecorder::OnRecordStart()
+{
+    RecordStarting = true;
+    if (m_closeTimer.isActive()) {
+        // A blocking engine call has held the last session's close back: it comes now, so that it
+        // does not hit this session.
+        m_closeTimer.stop();
+        DeleyCloseMicTimer();
+    }
+    ++m_session;
+    m_blockCount = 0;
+    mVoiceBuffer.clear();
+    if (UseXunFeiWebApi && !m_platform.systemFacts->isXpClass()) {
+        m_host.openXunFeiSocket();
+        FrameStatus = STATUS_FIRST;
+    }
+    if (m_input && !m_device) {
+        closeInput(); // the sound server has taken it away; it would never give data again
+    }
+    if (!m_input) {
+        openInput();
+    }
+    if (BaiDuNoStreamApi && !BaiduTokenRefreshed) {
+        BaiduTokenRefreshed = m_host.refreshBaiduToken();
+    }
+    RecordStarting = false;
+}
+
+void AudioRecorder::openInput()
+{
+    const QAudioDeviceInfo microphone = defaultMicrophone();
+    const int channels = m_state.SimulateDoubleChannel ? 2 : 1;
+    QAudioFormat asked = m_format;
+    asked.setChannelCount(channels); // an engine may have changed its mind since InitMicDevice()
+    if (microphone.isFormatSupported(asked)) {
+        m_format = asked;
+    }
+
+    m_deadReported = false;
+    m_input = new QAudioInput(microphone, m_format, this);
+    m_input->setBufferSize(PeriodBytes * m_format.channelCount());
+    m_device = m_input->start();
+    if (!m_device) {
+        reportDeadMicrophone("cannot be opened");
+        return;
+    }
+    connect(m_input, &QAudioInput::stateChanged, this, &AudioRecorder::onInputStateChanged);
+    connect(m_device, &QIODevice::readyRead, this, &AudioRecorder::OnReadMore);
+    SavedInputVolume = m_input->volume();
+    m_input->setVolume(1.0);
+    m_silence.start();
+}
+
+void AudioRecorder::closeInput()
+{
+    m_silence.stop();
+    if (m_device) {
+        m_device->disconnect(this);
+        m_device = nullptr;
+    }
+    if (!m_input) {
+        return;
+    }
+    m_input->disconnect(this);
+    m_input->stop();
+    // Not deleted on the spot: one of its own signals may have brought us here.
+    m_input->deleteLater();
+    m_input = nullptr;
+}
+
+void AudioRecorder::OnReadMore()
+{
+    // Reading stops only when nothing comes: the sound server may have delivered several periods
+    // under one signal, and its count of ready bytes is 0 inside readyRead().
+    for (bool more = m_device != nullptr; more && m_device;) {
+        // Written in place, though receivers of earlier blocks may share the buffer: they want the
+        // latest level, and no block costs an allocation.
+        char *const buffer = const_cast<char *>(m_readBuffer.constData());
+        const auto length = static_cast<int>(m_device->read(buffer, mevo::MaxBlockBytes));
+        more = length > 0;
+        if (more || FrameStatus == STATUS_LAST) {
+            processBlock(qMax(0, length));
+        }
+    }
+}
+
+void AudioRecorder::processBlock(int length)
+{
+    if (length > 0) {
+        m_silence.start();
+        ++m_blockCount;
+    }
+    QByteArray block = QByteArray::fromRawData(m_readBuffer.constData(), length);
+    if (m_format.channelCount() == 2) {
+        block = mevo::leftChannel(m_readBuffer.constData(), length);
+    }
+    if (UseXunFeiWebApi && m_host.xunFeiConnected()) {
+        streamBlock(block);
+    }
+    if (BaiDuNoStreamApi || UseTXASRApi) {
+        mVoiceBuffer.append(block.constData(), block.size());
+    }
+    emit SendVolume2MicDlg(m_readBuffer, block.size());
+}
+
+void AudioRecorder::streamBlock(const QByteArray &block)
+{
+    if (FrameStatus == STATUS_FIRST) {
+        m_host.sendXunFeiFrame(block, STATUS_FIRST);
+        FrameStatus = STATUS_CONTINUE;
+    }
+    if (FrameStatus == STATUS_CONTINUE) { // kept: the first block goes out twice
+        m_host.sendXunFeiFrame(block, STATUS_CONTINUE);
+    } else if (FrameStatus == STATUS_LAST) {
+        m_host.sendXunFeiFrame(QByteArray(), STATUS_LAST);
+        FrameStatus = STATUS_CLOSED;
+    }
+}
+
+void AudioRecorder::OnRecordStop()
+{
+    OnReadMore(); // what the microphone still holds is the end of the last word
+    const int session = m_session;
+    if (UseXunFeiWebApi) {
+        FrameStatus = STATUS_LAST; // the microphone stays open: its next block sends the closing frame
+    } else {
+        m_closeTimer.start();
+        BufferReady = true;
+    }
+    qDebug("Recorder: session of %d blocks, %d bytes", m_blockCount, mVoiceBuffer.size());
+    if (UseTXASRApi || BaiDuNoStreamApi) {
+        // The engine may run an event loop, and the next session start in it: this session's audio is
+        // taken out of the way.
+        QByteArray audio;
+        audio.swap(mVoiceBuffer);
+        QBuffer buffer(&audio);
+        m_host.recognise(&buffer, m_format);
+    }
+    if (session == m_session) {
+        BufferReady = false;
+        mVoiceBuffer.clear();
+    }
+}
+
+void AudioRecorder::OnStateChange(QAudio::State s)
+{
+    if (s == QAudio::IdleState) {
+        OnRecordStop();
+    }
+}
+
+void AudioRecorder::onInputStateChanged(QAudio::State state)
+{
+    if (state == QAudio::StoppedState && m_input && m_input->error() == QAudio::FatalError) {
+        reportDeadMicrophone("was taken away by the sound server");
+        m_silence.stop();
+        return;
+    }
+    OnStateChange(state);
+}
+
+void AudioRecorder::reportDeadMicrophone(const char *reason)
+{
+    if (m_deadReported) {
+        return;
+    }
+    m_deadReported = true;
+    qWarning("Recorder: the microphone %s", reason);
+    m_platform.notifications->message(
+        QString(),
+        tr("打开麦克风设备失败，请查看设备管理器中显示设备是否正常，如是Windows "
+           "10系统，请先确认麦克风权限是否已打开!"),
+        mevo::MessageIcon::Information, 3000);
+}
+
+void AudioRecorder::OnTimeOut() {}
+
+void AudioRecorder::showRecText(QString text)
+{
+    emit SendRec2Main(text);
+}
+
+void AudioRecorder::DeleyCloseMicTimer()
+{
+    m_closeTimer.stop();
+    closeInput();
+    m_host.closeXunFeiSocket();
+    m_blockCount = 0;
+    BufferReady = true;
+}

@@ -1,0 +1,420 @@
+#include "audio/LevelMeter.h"
+#include "audio/RecorderFixture.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+#include <csignal>
+#include <functional>
+
+namespace {
+
+ScratchHome home;
+
+/// Samples without a zero byte, no two near ones alike.
+QByteArray waveform(int samples, int seed = 0)
+{
+    QByteArray bytes(samples * 2, '\0');
+    for (int i = 0; i < samples; ++i) {
+        bytes[2 * i] = static_cast<char>(1 + (i * 7 + seed) % 251);
+        bytes[2 * i + 1] = static_cast<char>(1 + (i * 13 + i / 251 + seed) % 60);
+    }
+    return bytes;
+}
+
+QByteArray stereo(const QByteArray &left, const QByteArray &right)
+{
+    QByteArray both;
+    for (int i = 0; i < left.size(); i += 2) {
+        both.append(left.mid(i, 2)).append(right.mid(i, 2));
+    }
+    return both;
+}
+
+/// Plays PCM into a sink through a player of the sound server's own.
+class Player : public QProcess
+{
+public:
+    Player(const QString &sink, int channels, const QByteArray &pcm)
+    {
+        start(QStringLiteral("pacat"),
+              {QStringLiteral("--playback"), QStringLiteral("-d"), sink, QStringLiteral("--raw"),
+               QStringLiteral("--rate=16000"), QStringLiteral("--format=s16le"),
+               QStringLiteral("--channels=%1").arg(channels), QStringLiteral("--latency-msec=40")});
+        write(pcm);
+        closeWriteChannel();
+    }
+    bool hasEnded() const { return state() == QProcess::NotRunning; }
+};
+
+QString microphoneSink()
+{
+    return QStringLiteral("vmic_in");
+}
+
+QString run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished(10000);
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+void pactl(const QString &line)
+{
+    run(QStringLiteral("pactl"), line.split(QLatin1Char(' ')));
+}
+
+/// Resident memory in KiB.
+int residentKiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:")) {
+            return line.mid(6).trimmed().split(' ').first().toInt();
+        }
+    }
+    return -1;
+}
+
+int openDescriptors()
+{
+    return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size();
+}
+
+} // namespace
+
+class AudioRecorderTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { home.write(QStringLiteral("MEVOSetting.ini"), "[MainSetting]\nUseTXASRApi=1\n"); }
+
+    void collectsASessionExactly()
+    {
+        RecorderFixture f;
+        QCOMPARE(f.fakes.log.calls(), QStringList{QStringLiteral("token")});
+        f.recorder.OnRecordStart();
+        QVERIFY(f.recorder.isOpen());
+        QTRY_VERIFY(f.blocks > 0);
+        const QByteArray played = waveform(16000);
+        Player player(microphoneSink(), 1, played);
+        QTRY_VERIFY_WITH_TIMEOUT(player.hasEnded(), 10000);
+        const int after = f.blocks + 5;
+        QTRY_VERIFY(f.blocks > after);
+
+        f.recorder.OnRecordStop();
+        QVERIFY(f.recorder.isOpen()); // the engine is called before the microphone closes
+        QVERIFY(!f.recorder.BufferReady);
+        QCOMPARE(f.host.sessions.size(), 1);
+        QVERIFY(f.host.sessions.first().contains(played));
+        QCOMPARE(f.host.sessions.first().size(), f.bytes);
+        QVERIFY(f.longest <= 2560);
+        QTRY_VERIFY(!f.recorder.isOpen());
+        QVERIFY(f.fakes.log.indexOf(QStringLiteral("recognise")) <
+                f.fakes.log.indexOf(QStringLiteral("socket close")));
+        QVERIFY(f.recorder.BufferReady);
+    }
+
+    void growsBy32000BytesASecond()
+    {
+        RecorderFixture f;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.bytes > 0);
+        QElapsedTimer timer;
+        timer.start();
+        const int before = f.bytes;
+        QTRY_VERIFY_WITH_TIMEOUT(f.bytes - before >= 64000, 10000);
+        const double rate = (f.bytes - before) * 1000.0 / static_cast<double>(timer.elapsed());
+        f.recorder.OnRecordStop();
+        qInfo("rate %.0f bytes/s: a minute is %.2f MB", rate, rate * 60 / 1e6);
+        QVERIFY2(rate > 29000 && rate < 35000, qPrintable(QString::number(rate)));
+    }
+
+    void keepsTheLastWordWhileTheLoopIsBusy()
+    {
+        RecorderFixture f;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > 0);
+        const QByteArray played = waveform(8000);
+        Player player(microphoneSink(), 1, played);
+        QVERIFY(player.waitForFinished(10000)); // no event of the microphone is handled meanwhile
+        f.recorder.OnRecordStop();
+        // All but what is still on its way from the sink.
+        QVERIFY(f.host.sessions.first().contains(played.left(played.size() * 3 / 4)));
+    }
+
+    void twoChannelsGiveTheLeftOne()
+    {
+        pactl(QStringLiteral("load-module module-null-sink sink_name=two norewinds=1 rate=16000 channels=2 "
+                             "format=s16le"));
+        pactl(QStringLiteral("load-module module-remap-source source_name=twomic master=two.monitor "
+                             "channels=2 remix=no"));
+        pactl(QStringLiteral("set-default-source twomic"));
+        {
+            RecorderFixture f(true);
+            QCOMPARE(f.recorder.format().channelCount(), 2);
+            // The list of the sound server reaches Qt a moment later; the name tells.
+            f.state.DeviceConnected = true;
+            QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), QStringLiteral("twomic"));
+            f.recorder.OnRecordStart();
+            QTRY_VERIFY(f.blocks > 0);
+            const QByteArray left = waveform(8000);
+            Player player(QStringLiteral("two"), 2, stereo(left, waveform(8000, 99)));
+            QTRY_VERIFY_WITH_TIMEOUT(player.hasEnded(), 10000);
+            const int after = f.blocks + 5;
+            QTRY_VERIFY(f.blocks > after);
+            f.recorder.OnRecordStop();
+
+            // Each block ends in a zero sample; all others are the left channel's.
+            const QByteArray heard = f.host.sessions.first();
+            QCOMPARE(heard.size(), f.bytes);
+            QVERIFY(f.longest <= 1280);
+            const int start = heard.indexOf(left.left(40));
+            QVERIFY(start >= 0);
+            int zeros = 0;
+            for (int i = 0; i + 1 < left.size(); i += 2) {
+                const QByteArray sample = heard.mid(start + i, 2);
+                if (sample == QByteArray(2, '\0')) {
+                    ++zeros;
+                } else {
+                    QCOMPARE(sample, left.mid(i, 2));
+                }
+            }
+            QVERIFY2(zeros <= f.blocks, qPrintable(QString::number(zeros)));
+        }
+        pactl(QStringLiteral("set-default-source vmic"));
+        RecorderFixture f;
+        f.state.DeviceConnected = true;
+        QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), QStringLiteral("vmic"));
+    }
+
+    void meterHearsWithoutAnEngine()
+    {
+        RecorderFixture f;
+        f.recorder.UseTXASRApi = false;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > 0);
+        QCOMPARE(mevo::meterPeak(f.lastBuffer, f.longest, 20), 0);
+        Player player(microphoneSink(), 1, QByteArray(32000, '\x11'));
+        QTRY_COMPARE(mevo::meterPeak(f.lastBuffer, f.longest, 20), 0x1111 * 20 / 50);
+        f.recorder.OnRecordStop();
+        QCOMPARE(f.host.sessions.size(), 0);
+        QCOMPARE(f.lastBuffer.size(), 4096);
+        player.kill();
+        player.waitForFinished();
+    }
+
+    void streamsToXunFei()
+    {
+        RecorderFixture f;
+        f.recorder.UseTXASRApi = false;
+        f.recorder.UseXunFeiWebApi = true;
+        f.recorder.OnRecordStart();
+        QVERIFY(f.fakes.log.has(QStringLiteral("socket open")));
+        QTRY_VERIFY(f.blocks > 1);
+        QVERIFY(f.host.frames.isEmpty()); // not connected: neither sent nor kept
+        f.host.connected = true;
+        QTRY_VERIFY(f.host.frames.size() >= 4);
+        QCOMPARE(f.host.frames.at(0).status, AudioRecorder::STATUS_FIRST);
+        QCOMPARE(f.host.frames.at(1).status, AudioRecorder::STATUS_CONTINUE);
+        QCOMPARE(f.host.frames.at(0).block, f.host.frames.at(1).block);
+        QCOMPARE(f.host.frames.at(3).status, AudioRecorder::STATUS_CONTINUE);
+        QVERIFY(f.host.frames.at(3).block.size() > 0);
+
+        f.recorder.OnRecordStop();
+        QCOMPARE(f.recorder.FrameStatus, AudioRecorder::STATUS_LAST);
+        QTRY_COMPARE(f.recorder.FrameStatus, AudioRecorder::STATUS_CLOSED);
+        QCOMPARE(f.host.frames.last().status, AudioRecorder::STATUS_LAST);
+        QCOMPARE(f.host.frames.last().block, QByteArray());
+        const int sent = f.host.frames.size();
+        const int blocks = f.blocks + 3;
+        QTRY_VERIFY(f.blocks > blocks); // open until the engine answers
+        QCOMPARE(f.host.frames.size(), sent);
+        f.recorder.DeleyCloseMicTimer();
+        QVERIFY(!f.recorder.isOpen());
+        QVERIFY(f.fakes.log.has(QStringLiteral("socket close")));
+    }
+
+    void noStreamOnOldSystems()
+    {
+        RecorderFixture f;
+        f.fakes.systemFacts->xpClass = true;
+        f.recorder.UseXunFeiWebApi = true;
+        f.recorder.OnRecordStart();
+        QVERIFY(!f.fakes.log.has(QStringLiteral("socket open")));
+    }
+
+    void onlyIdleEndsASession()
+    {
+        RecorderFixture f;
+        f.recorder.OnRecordStart();
+        for (QAudio::State state : {QAudio::ActiveState, QAudio::SuspendedState, QAudio::StoppedState}) {
+            f.recorder.OnStateChange(state);
+        }
+        QVERIFY(f.host.sessions.isEmpty());
+        f.recorder.OnStateChange(QAudio::IdleState);
+        QCOMPARE(f.host.sessions.size(), 1);
+        QTRY_VERIFY(!f.recorder.isOpen());
+    }
+
+    void pressDuringARecognitionKeepsItsAudio()
+    {
+        RecorderFixture f;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.bytes > 0);
+        int atStart = 0;
+        f.host.whileRecognising = [&] {
+            // A blocking engine: the press comes before the first session's microphone has closed.
+            f.host.whileRecognising = nullptr;
+            f.recorder.OnRecordStart();
+            atStart = f.bytes;
+            QEventLoop loop;
+            connect(&f.recorder, &AudioRecorder::SendVolume2MicDlg, &loop, [&] {
+                if (f.bytes - atStart > 6400) {
+                    loop.quit();
+                }
+            });
+            loop.exec();
+        };
+        f.recorder.OnRecordStop();
+        QVERIFY(f.recorder.isOpen());
+        const int heard = f.bytes;
+        QTRY_VERIFY(f.bytes > heard); // the first session's close has not hit the second
+        f.recorder.OnRecordStop();
+        QCOMPARE(f.host.sessions.size(), 2);
+        QCOMPARE(f.host.sessions.at(1).size(), f.bytes - atStart);
+    }
+
+    void firstDataAfterThePress()
+    {
+        RecorderFixture f;
+        qint64 worst = 0;
+        for (int press = 0; press < 5; ++press) {
+            const int before = f.blocks;
+            QElapsedTimer timer;
+            timer.start();
+            f.recorder.OnRecordStart();
+            QTRY_VERIFY(f.blocks > before);
+            worst = qMax(worst, timer.elapsed());
+            f.recorder.OnRecordStop();
+            QTRY_VERIFY(!f.recorder.isOpen());
+        }
+        qInfo("first data after at most %lld ms", worst);
+        QVERIFY(worst < 1000);
+    }
+
+    void twoHundredSessionsLeaveNothingBehind()
+    {
+        RecorderFixture f;
+        int memory = 0;
+        int descriptors = 0;
+        for (int press = 0; press < 220; ++press) {
+            if (press == 20) { // the sound libraries have made what they keep
+                memory = residentKiB();
+                descriptors = openDescriptors();
+            }
+            const int before = f.blocks;
+            f.recorder.OnRecordStart();
+            QTRY_VERIFY(f.blocks > before);
+            f.recorder.OnRecordStop();
+            f.host.sessions.clear();
+            QTRY_VERIFY(!f.recorder.isOpen());
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        qInfo("200 sessions: %+d KiB, %+d descriptors", residentKiB() - memory,
+              openDescriptors() - descriptors);
+        QVERIFY(openDescriptors() - descriptors <= 1);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // which keep freed memory
+        QVERIFY(residentKiB() - memory < 2048);
+#endif
+    }
+
+    void silentSourceIsReportedOnce()
+    {
+        RecorderFixture f;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > 0);
+        pactl(QStringLiteral("suspend-source vmic 1"));
+        QTRY_COMPARE_WITH_TIMEOUT(f.messages().size(), 1, AudioRecorder::SilenceTimeout + 5000);
+        QVERIFY(f.messages().first().contains(QStringLiteral("打开麦克风设备失败")));
+        f.recorder.OnReadMore();
+        f.recorder.OnRecordStop();
+        QTRY_VERIFY(!f.recorder.isOpen());
+        QCOMPARE(f.messages().size(), 1);
+        pactl(QStringLiteral("suspend-source vmic 0"));
+        const int before = f.blocks;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > before);
+    }
+
+    void removedSourceLeavesTheNextPressWorking()
+    {
+        RecorderFixture f;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > 0);
+        pactl(QStringLiteral("unload-module module-remap-source"));
+        const int removed = f.blocks;
+        // The sound server moves the session to another source, or leaves it without data.
+        QTRY_VERIFY_WITH_TIMEOUT(f.blocks > removed + 3 || !f.messages().isEmpty(), 10000);
+        f.recorder.OnRecordStop();
+        QTRY_VERIFY(!f.recorder.isOpen());
+        pactl(QStringLiteral("load-module module-remap-source source_name=vmic master=vmic_in.monitor "
+                             "channels=1 remix=no"));
+        pactl(QStringLiteral("set-default-source vmic"));
+        f.state.DeviceConnected = true;
+        QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), QStringLiteral("vmic"));
+        const int before = f.blocks;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > before);
+    }
+
+    void deathOfTheSoundServer()
+    {
+        RecorderFixture f;
+        f.recorder.UseXunFeiWebApi = true; // whose microphone stays open after the stop
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > 0);
+        QCOMPARE(kill(qEnvironmentVariableIntValue("MEVO_DESK_PULSE_PID"), SIGKILL), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(f.messages().size(), 1, 10000);
+        f.recorder.OnReadMore();
+        f.recorder.OnRecordStop();
+        QCOMPARE(f.host.sessions.size(), 1);
+
+        QFile::remove(qEnvironmentVariable("MEVO_DESK_DIR") + QStringLiteral("/run/pulse.sock"));
+        QProcess server;
+        server.start(QStringLiteral("env"),
+                     {QStringLiteral("-u"), QStringLiteral("PULSE_SERVER"), QStringLiteral("pulseaudio"),
+                      QStringLiteral("-n"), QStringLiteral("-F"),
+                      qEnvironmentVariable("MEVO_DESK_DIR") + QStringLiteral("/default.pa"),
+                      QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
+                      QStringLiteral("--use-pid-file=no"), QStringLiteral("--disable-shm=yes"),
+                      QStringLiteral("--realtime=no"), QStringLiteral("--high-priority=no")});
+        QTRY_VERIFY_WITH_TIMEOUT(
+            run(QStringLiteral("pactl"), {QStringLiteral("info")}).contains(QStringLiteral("Server Name")),
+            15000);
+        // Qt finds the server again a moment later; until then a press tells the user.
+        const auto pressWorks = [&f] {
+            const int told = f.messages().size();
+            f.recorder.DeleyCloseMicTimer();
+            f.recorder.OnRecordStart();
+            return f.messages().size() == told;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(pressWorks(), 15000);
+        const int before = f.blocks;
+        QTRY_VERIFY(f.blocks > before);
+        server.terminate();
+        QVERIFY(server.waitForFinished(10000));
+    }
+};
+
+QTEST_GUILESS_MAIN(AudioRecorderTest)
+#include "tst_audio_recorder.moc"
