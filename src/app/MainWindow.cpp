@@ -1,0 +1,217 @@
+#include "app/MainWindow.h"
+
+#include "app/ApplicationFiles.h"
+#include "app/Endpoints.h"
+#include "app/InterfaceLanguage.h"
+#include "app/SettingsFile.h"
+#include "app/SettingsTable.h"
+#include "app/VersionText.h"
+#include "audio/AudioRecorder.h"
+#include "device/DeviceCommands.h"
+#include "device/GetHIDDataThread.h"
+#include "engines/BaiduSpeech.h"
+#include "engines/BaiduTokens.h"
+#include "service/WebApi.h"
+#include "service/WebCipher.h"
+#include "service/isOnl.h"
+#include "session/VoiceModes.h"
+#include "ui/CPatialResultDialog.h"
+#include "ui/MicTipDialog.h"
+#include "ui/QToolTips.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QNetworkAccessManager>
+#include <QTimer>
+
+namespace {
+constexpr int afterRecognitionMs = 5000;
+constexpr int topMostMs = 500;
+constexpr int updateCheckMs = 5000;
+MainWindow *theWindow = nullptr;
+} // namespace
+
+MainWindow *MainWindow::instance() { return theWindow; }
+
+MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
+    : QMainWindow(parent)
+    , m_platform(platform)
+    , m_session(*this, m_sessionHands)
+    , m_pipeline(*this, m_pipelineHands)
+{
+    setAttribute(Qt::WA_QuitOnClose, false);
+    m_endpoints = mevo::loadEndpoints(*this);
+    m_versionText = mevo::versionText();
+    m_buildStamp = mevo::buildStamp();
+    DetectXunFeiVersion();
+    readEarlySettings();
+    installInterfaceLanguage();
+    m_firstArgument = QCoreApplication::arguments().value(1);
+    CurrentVersion = 107;
+    createTrayIcon();
+    createMenu();
+    BaiDuCurrentVoiceType =
+        mevo::SettingsFile().value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
+    readServerAddresses();
+    theWindow = this;
+    openDeviceAtStart();
+    createNetworkObjects();
+    introduceDevice();
+    createRecorderAndBar();
+    loadServicesAndSettings();
+    createTipWindow();
+    createTimers();
+    placeBar(299, 199, 200);
+    mevo::enterMode(*this, &SessionState::VoiceTypeMode);
+    mevo::saveLastModes(*this);
+    m_micTip->UpdateStatusButtons();
+    startSiblings();
+    finishStart();
+}
+
+MainWindow::~MainWindow()
+{
+    if (m_reader != nullptr) {
+        stopReader(); // a window that goes without an exit must not leave a thread that reads its flags
+    }
+    theWindow = nullptr;
+}
+
+void MainWindow::createNetworkObjects()
+{
+    m_network = new QNetworkAccessManager(this);
+    connect(m_network, &QNetworkAccessManager::finished, this, &MainWindow::slot_requestFinished_NotRead);
+    m_partialResult = new CPatialResultDialog(this);
+    m_online = new isOnl(*m_platform.networkState, *this, this);
+    m_online->GetInternetConnectState();
+    IsOnline = m_online->isOnline;
+    connect(m_online, &isOnl::returnisonline, this, &MainWindow::showOnline);
+    if (IsOnline) {
+        ProbeBackend();
+    }
+}
+
+void MainWindow::createRecorderAndBar()
+{
+    m_recorder = new AudioRecorder(*this, m_platform, *this, this);
+    createBar();
+    VoiceTypeMode = false;
+    VoiceCommandWordMode = false;
+    VoiceSearchMode = false;
+    VoiceTranslateMode = false;
+}
+
+void MainWindow::loadServicesAndSettings()
+{
+    loadAllCredentials();
+    m_platform.deviceNotifier->start(
+        [this](mevo::DeviceNotifier::Change change, const QString &name) { HandleDeviceChange(change, name); });
+    LoadSettings();
+    if (BackendReachable) {
+        ReadServerInfo();
+    }
+}
+
+void MainWindow::createTipWindow()
+{
+    m_micTip = new MicTipDialog(*this, *this, this);
+    m_platform.windowSystem->neverTakeFocus(m_micTip->winId());
+    connect(m_micTip, &MicTipDialog::returnMouseKeyResult, this, &MainWindow::ProcessResult);
+    connect(m_micTip, &MicTipDialog::CreateTransDlgSignal, this, &MainWindow::CreateTransDlg);
+    connect(m_micTip, &MicTipDialog::CallMainFunctionSignal, this, &MainWindow::CallMainFunctionSlot);
+    connect(this, &MainWindow::updateMicWin, m_micTip, &MicTipDialog::UpdataMicWin);
+    connect(m_recorder, &AudioRecorder::SendRec2Main, this, &MainWindow::showRecText);
+    connect(m_recorder, &AudioRecorder::SendVolume2MicDlg, m_micTip, &MicTipDialog::showMicVolume);
+    if (m_reader != nullptr) {
+        connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_micTip,
+                &MicTipDialog::CallMicDlgFunctionSlot);
+    }
+    m_micTip->hide();
+}
+
+void MainWindow::createTimers()
+{
+    m_afterRecognition = new QTimer(this);
+    m_afterRecognition->setSingleShot(true);
+    m_afterRecognition->setInterval(afterRecognitionMs);
+    connect(m_afterRecognition, &QTimer::timeout, this, &MainWindow::onEnterTimerAfterRec);
+    m_topMost = new QTimer(this);
+    connect(m_topMost, &QTimer::timeout, this, &MainWindow::setWndTopMostTimeout);
+    m_topMost->start(topMostMs);
+}
+
+void MainWindow::startSiblings()
+{
+    if (m_platform.windowSystem->findWindow(QString(), QStringLiteral("ORVQuillary")) == 0) {
+        m_platform.processes->startSibling(QStringLiteral("\\..\\HW\\PenPadHost.exe"), {}, false);
+    }
+    m_platform.processes->startSibling(QStringLiteral("\\KeypadHost.exe"), {QStringLiteral("ORVKBAppHide")},
+                                       true);
+}
+
+void MainWindow::finishStart()
+{
+    if (DeviceConnected) {
+        m_device->ResetDeviceKeys();
+    }
+    if (AutoUpdateSwitch == 1) {
+        QTimer::singleShot(updateCheckMs, this, &MainWindow::CheckUpdateTimeout);
+    }
+    if (DeviceConnected) {
+        setTrayPicture(IsOnline ? QStringLiteral(":/rec/ORDeviceConnect.png")
+                                : QStringLiteral(":/rec/ORNoNetwork.png"));
+    } else if (NoDeviceMode) {
+        setTrayPicture(QStringLiteral(":/rec/NoORDevice.png"));
+        show();
+    } else {
+        setTrayPicture(QStringLiteral(":/rec/ORDeviceDisConnect.png"));
+        hide();
+    }
+    m_toolTips = new QToolTips(this);
+    SetupAsr3();
+    BuildAsrLanMenu(false, true);
+    m_platform.windowSystem->neverTakeFocus(winId());
+    InitDone = true;
+    const bool thirdPartyNeedsElevation = LocalEnableASR3 && LocalUseASR3Index == 1;
+    if (!thirdPartyNeedsElevation && RunAsAdmin) {
+        clearRunAsAdministrator();
+    }
+}
+
+void MainWindow::slot_requestFinished_NotRead(QNetworkReply *) {}
+
+void MainWindow::CheckUpdateTimeout() { qInfo() << "The update checker is not part of this build"; }
+
+void MainWindow::SetupAsr3() {}
+
+void MainWindow::DetectXunFeiVersion() {}
+
+void MainWindow::TimeOutReadInitPara()
+{
+    if (ProbeBackend() < 0) {
+        return;
+    }
+    loadAllCredentials();
+    LoadSettings();
+    ReadServerInfo();
+    BackendReachable = true;
+}
+
+void MainWindow::DownloadBaiduINIFileTimeout()
+{
+    TimeOutReadInitPara();
+    SetupAsr3();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (ExitInProgress) {
+        event->accept();
+        return;
+    }
+    // A window manager's close asks for the same exit as the menu.
+    event->ignore();
+    QTimer::singleShot(0, this, &MainWindow::on_exitAppAction);
+}
