@@ -1,0 +1,89 @@
+#include "app/Endpoints.h"
+
+#include "app/ApplicationFiles.h"
+#include "app/SettingsFile.h"
+
+#include <QHostAddress>
+#include <QUrl>
+
+namespace mevo {
+
+namespace {
+
+struct ServiceAddress {
+    const char *key;
+    const char *fallback;
+    QString ServiceState::*member;
+};
+
+constexpr ServiceAddress serviceAddresses[] = {
+    {"BackendUrl", "http://127.0.0.1:19004/mevowebapi?", &ServiceState::ServerUrl},
+    {"BackendUrlBk1", "http://127.0.0.1:19004/mevowebapi?", &ServiceState::ServerUrlBk1},
+    {"BackendUrlBk2", "http://127.0.0.1:19004/mevowebapi?", &ServiceState::ServerUrlBk2},
+    {"Schema", "mevodb", &ServiceState::SchemaName},
+    {"VersionCheckUrl", "http://127.0.0.1:19004/NewVersion", &ServiceState::VersionCheckUrl},
+    {"VersionCheckUrl1", "http://127.0.0.1:19004/NewVersion", &ServiceState::VersionCheckUrl1},
+    {"ManualDownloadUrl", "http://127.0.0.1:19004/NewVersion_Manual", &ServiceState::ManualDownloadUrl},
+    {"ManualDownloadUrl1", "http://127.0.0.1:19004/NewVersion_Manual", &ServiceState::ManualDownloadUrl1},
+    {"PushSocketUrl", "ws://127.0.0.1:19006", &ServiceState::PushSocketUrl},
+};
+
+struct EngineHostName {
+    const char *key;
+    QString EngineEndpoints::*member;
+};
+
+constexpr EngineHostName engineHosts[] = {
+    {"BaiduSpeechHost", &EngineEndpoints::BaiduSpeechHost},
+    {"BaiduSpeechHttpsHost", &EngineEndpoints::BaiduSpeechHttpsHost},
+    {"BaiduTokenHost", &EngineEndpoints::BaiduTokenHost},
+    {"TencentHost", &EngineEndpoints::TencentHost},
+    {"XunFeiSignHost", &EngineEndpoints::XunFeiSignHost},
+    {"XunFeiSocketHost", &EngineEndpoints::XunFeiSocketHost},
+    {"TranslateHost", &EngineEndpoints::TranslateHost},
+    {"BaiduTtsHost", &EngineEndpoints::BaiduTtsHost},
+};
+
+bool isLoopback(const QString &address)
+{
+    const QUrl url(address.contains(QLatin1String("://")) ? address : QLatin1String("//") + address);
+    return url.host() == QLatin1String("localhost") || QHostAddress(url.host()).isLoopback();
+}
+
+} // namespace
+
+EngineEndpoints loadEndpoints(ServiceState &state, const QString &path)
+{
+    EngineEndpoints endpoints;
+    const SettingsFile file(QStringLiteral("Endpoints"),
+                            path.isEmpty() ? appFile(QStringLiteral("MEVOEndpoints.ini")) : path);
+    const auto value = [&file](const char *key, const QString &fallback) {
+        const QString text = file.value(QLatin1String(key)).toString().trimmed();
+        return text.isEmpty() ? fallback : text;
+    };
+    for (const ServiceAddress &row : serviceAddresses) {
+        state.*row.member = value(row.key, QLatin1String(row.fallback));
+    }
+    for (const EngineHostName &row : engineHosts) {
+        endpoints.*row.member = value(row.key, endpoints.*row.member);
+    }
+    endpoints.VerifyCertificates = file.value(QStringLiteral("VerifyCertificates"), false).toInt() != 0;
+    return endpoints;
+}
+
+bool allOnThisMachine(const ServiceState &state, const EngineEndpoints &endpoints)
+{
+    for (const ServiceAddress &row : serviceAddresses) {
+        if (row.member != &ServiceState::SchemaName && !isLoopback(state.*row.member)) {
+            return false;
+        }
+    }
+    for (const EngineHostName &row : engineHosts) {
+        if (!isLoopback(endpoints.*row.member)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace mevo

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace mevo {
+
+/// Key names and their codes for the key pickers, parallel and in the order of the file.
+struct KeyTable {
+    QStringList names;
+    QStringList codes;
+};
+
+/// Reads "MEVOKeysSetting.ini"-like text: a group a key with `ShowName` and `VKCode`. The order of the
+/// groups counts, which is why this is not left to QSettings: it sorts them. A group that lacks one of
+/// the two is passed over with a log line.
+KeyTable parseKeyTable(const QByteArray &ini);
+
+/// The table of the application folder; empty when the file is not there.
+KeyTable loadKeyTable();
+
+} // namespace mevo
