@@ -15,7 +15,8 @@ namespace mevo {
 namespace {
 
 /// A level's bit and its names in the short and in the long form.
-struct Level {
+struct Level
+{
     QtMsgType type;
     int bit;
     const char *shortName;
@@ -61,12 +62,12 @@ QString logLine(QtMsgType type, const QMessageLogContext &context, const QString
         const QString stamp = time.toString(QStringLiteral("[ yyyy-MM-dd HH:mm:ss:zzz ]"));
         // Joined rather than filled in: a message may hold "%1" itself.
         if (!withPosition) {
-            return stamp + QLatin1String(":\t ") + QLatin1String(level.shortName) + QLatin1String(":\t")
-                   + message;
+            return stamp + QLatin1String(":\t ") + QLatin1String(level.shortName) + QLatin1String(":\t") +
+                   message;
         }
-        return stamp + QLatin1String(":\t(") + QString::fromUtf8(context.file) + QLatin1String(",(")
-               + QString::number(context.line) + QLatin1String("),: ") + QString::fromUtf8(context.function)
-               + QLatin1String(")  ") + QLatin1String(level.longName) + QLatin1String(":\t") + message;
+        return stamp + QLatin1String(":\t(") + QString::fromUtf8(context.file) + QLatin1String(",(") +
+               QString::number(context.line) + QLatin1String("),: ") + QString::fromUtf8(context.function) +
+               QLatin1String(")  ") + QLatin1String(level.longName) + QLatin1String(":\t") + message;
     }
     return {};
 }

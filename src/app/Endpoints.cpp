@@ -10,7 +10,8 @@ namespace mevo {
 
 namespace {
 
-struct ServiceAddress {
+struct ServiceAddress
+{
     const char *key;
     const char *fallback;
     QString ServiceState::*member;
@@ -28,7 +29,8 @@ constexpr ServiceAddress serviceAddresses[] = {
     {"PushSocketUrl", "ws://127.0.0.1:19006", &ServiceState::PushSocketUrl},
 };
 
-struct EngineHostName {
+struct EngineHostName
+{
     const char *key;
     QString EngineEndpoints::*member;
 };

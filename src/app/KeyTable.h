@@ -6,7 +6,8 @@
 namespace mevo {
 
 /// Key names and their codes for the key pickers, parallel and in the order of the file.
-struct KeyTable {
+struct KeyTable
+{
     QStringList names;
     QStringList codes;
 };

@@ -33,7 +33,10 @@ constexpr int updateCheckMs = 5000;
 MainWindow *theWindow = nullptr;
 } // namespace
 
-MainWindow *MainWindow::instance() { return theWindow; }
+MainWindow *MainWindow::instance()
+{
+    return theWindow;
+}
 
 MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     : QMainWindow(parent)
@@ -52,8 +55,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     CurrentVersion = 107;
     createTrayIcon();
     createMenu();
-    BaiDuCurrentVoiceType =
-        mevo::SettingsFile().value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
+    BaiDuCurrentVoiceType = mevo::SettingsFile().value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
     readServerAddresses();
     theWindow = this;
     openDeviceAtStart();
@@ -106,8 +108,9 @@ void MainWindow::createRecorderAndBar()
 void MainWindow::loadServicesAndSettings()
 {
     loadAllCredentials();
-    m_platform.deviceNotifier->start(
-        [this](mevo::DeviceNotifier::Change change, const QString &name) { HandleDeviceChange(change, name); });
+    m_platform.deviceNotifier->start([this](mevo::DeviceNotifier::Change change, const QString &name) {
+        HandleDeviceChange(change, name);
+    });
     LoadSettings();
     if (BackendReachable) {
         ReadServerInfo();
@@ -182,7 +185,10 @@ void MainWindow::finishStart()
 
 void MainWindow::slot_requestFinished_NotRead(QNetworkReply *) {}
 
-void MainWindow::CheckUpdateTimeout() { qInfo() << "The update checker is not part of this build"; }
+void MainWindow::CheckUpdateTimeout()
+{
+    qInfo() << "The update checker is not part of this build";
+}
 
 void MainWindow::SetupAsr3() {}
 

@@ -21,11 +21,17 @@ namespace {
 const QString keypadSibling = QStringLiteral("\\KeypadHost.exe");
 const QString penPadSibling = QStringLiteral("\\..\\HW\\PenPadHost.exe");
 
-QString startupLinkName() { return MainWindow::tr("灵犀听写系统.lnk"); }
+QString startupLinkName()
+{
+    return MainWindow::tr("灵犀听写系统.lnk");
+}
 
 } // namespace
 
-void MainWindow::on_exitAppAction() { walkExit(ExitKind::Asked); }
+void MainWindow::on_exitAppAction()
+{
+    walkExit(ExitKind::Asked);
+}
 
 void MainWindow::RebootAppDelayTimeout()
 {
@@ -33,7 +39,10 @@ void MainWindow::RebootAppDelayTimeout()
     walkExit(ExitKind::Unasked);
 }
 
-void MainWindow::exitByItself() { walkExit(ExitKind::ByItself); }
+void MainWindow::exitByItself()
+{
+    walkExit(ExitKind::ByItself);
+}
 
 void MainWindow::walkExit(ExitKind kind)
 {
@@ -60,8 +69,8 @@ void MainWindow::walkExit(ExitKind kind)
         m_device->ReleaseHidDevice();
     }
     m_platform.deviceNotifier->stop();
-    if (kind == ExitKind::ByItself
-        && m_platform.windowSystem->findWindow(QString(), QStringLiteral("ORVQuillary")) != 0) {
+    if (kind == ExitKind::ByItself &&
+        m_platform.windowSystem->findWindow(QString(), QStringLiteral("ORVQuillary")) != 0) {
         m_platform.processes->startSibling(penPadSibling, {QStringLiteral("/close")}, false);
     }
     m_cipher.reset();
@@ -76,10 +85,9 @@ bool MainWindow::askAboutStartup()
         return true;
     }
     enum Answer { Yes, Back, No };
-    const int answer = mevo::ask(this, {tr("自动启动软件"),
-                                        tr("下次开机是否自动启动语音软件?"),
-                                        {tr("是"), tr("返回"), tr("否")},
-                                        false});
+    const int answer = mevo::ask(
+        this,
+        {tr("自动启动软件"), tr("下次开机是否自动启动语音软件?"), {tr("是"), tr("返回"), tr("否")}, false});
     if (answer == Yes) {
         if (!m_platform.startupEntry->set(startupLinkName())) {
             qWarning() << "Start at login could not be set";

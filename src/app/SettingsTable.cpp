@@ -26,13 +26,14 @@ QString wholeText(const QVariant &value)
 
 QStringList splitList(const QVariant &value)
 {
-    QString text = value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(','))
-                                                        : value.toString();
+    QString text =
+        value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
     const int end = text.indexOf(QChar(0));
     return (end < 0 ? text : text.left(end)).split(QLatin1Char(';'));
 }
 
-struct Loader {
+struct Loader
+{
     const SettingRow &row;
     const QVariant value;
     MainState &state;
@@ -47,8 +48,9 @@ struct Loader {
 private:
     bool flag(bool before) const
     {
-        const bool now = row.kind == SettingKind::NonZero ? value.toInt() != 0 || value.toString() == QLatin1String("true")
-                                                          : value.toBool();
+        const bool now = row.kind == SettingKind::NonZero
+                             ? value.toInt() != 0 || value.toString() == QLatin1String("true")
+                             : value.toBool();
         return row.sticky ? before || now : now;
     }
     int number(int before) const
@@ -143,7 +145,8 @@ const std::vector<SettingRow> &settingRows()
         {"SetEnterVoiceTranslateMode", &S::SetEnterVoiceTranslateMode},
         {"SetEnterVoiceSearchMode", &S::SetEnterVoiceSearchMode},
         {"SetEnterVoiceTypeModeSwitchModeFlags", &S::SetEnterVoiceTypeModeSwitchModeFlags, list},
-        {"SetEnterVoiceCommandWordModeSwitchModeFlags", &S::SetEnterVoiceCommandWordModeSwitchModeFlags, list},
+        {"SetEnterVoiceCommandWordModeSwitchModeFlags", &S::SetEnterVoiceCommandWordModeSwitchModeFlags,
+         list},
         {"SetEnterVoiceTranslateModeSwitchModeFlags", &S::SetEnterVoiceTranslateModeSwitchModeFlags, list},
         {"SetEnterVoiceSearchModeSwitchModeFlags", &S::SetEnterVoiceSearchModeSwitchModeFlags, list},
         {"SetEnterVoiceKeyboardModeSwitchModeFlags", &S::SetEnterVoiceKeyboardModeSwitchModeFlags, list},
@@ -229,9 +232,9 @@ void loadEarlySettings(MainState &state, QSettings &settings, bool xpClass, cons
     if (state.XFPKGName.isEmpty()) {
         state.XFPKGName = QStringLiteral("iFlyIME_Setup3.0.1727.exe");
     }
-    settings.setValue(QStringLiteral("EXEPath"),
-                      QDir::toNativeSeparators(programPath)
-                          .replace(QLatin1String("\\"), QLatin1String("\\\\")));
+    settings.setValue(
+        QStringLiteral("EXEPath"),
+        QDir::toNativeSeparators(programPath).replace(QLatin1String("\\"), QLatin1String("\\\\")));
 }
 
 void loadProxySettings(MainState &state, const QSettings &settings)
@@ -244,10 +247,9 @@ void loadProxySettings(MainState &state, const QSettings &settings)
     state.NetworkProxy_Port = port.isEmpty() ? -1 : port.toInt();
     state.NetworkProxy_UserName = text("NetworkProxy_UserName");
     state.NetworkProxy_Password = text("NetworkProxy_Password");
-    state.UseNetworkProxy = settings.value(QStringLiteral("UseNetworkProxy")).toBool()
-                            && !(state.NetworkProxy_IP.isEmpty() && port.isEmpty()
-                                 && state.NetworkProxy_UserName.isEmpty()
-                                 && state.NetworkProxy_Password.isEmpty());
+    state.UseNetworkProxy = settings.value(QStringLiteral("UseNetworkProxy")).toBool() &&
+                            !(state.NetworkProxy_IP.isEmpty() && port.isEmpty() &&
+                              state.NetworkProxy_UserName.isEmpty() && state.NetworkProxy_Password.isEmpty());
 }
 
 } // namespace mevo

@@ -25,7 +25,8 @@ using SettingMember =
                  std::atomic<bool> MainState::*, std::atomic<int> MainState::*>;
 
 /// One key of the group `MainSetting` and the member it fills at a load.
-struct SettingRow {
+struct SettingRow
+{
     const char *key;
     SettingMember member;
     SettingKind kind = SettingKind::Plain;

@@ -5,7 +5,10 @@
 
 namespace mevo {
 
-QString versionText() { return QString::asprintf("V%d.%02d", 1, 7); }
+QString versionText()
+{
+    return QString::asprintf("V%d.%02d", 1, 7);
+}
 
 QString buildStamp(const QString &compilerDate, const QString &compilerTime)
 {
@@ -18,6 +21,9 @@ QString buildStamp(const QString &compilerDate, const QString &compilerTime)
     return QStringLiteral("(%1 %2)").arg(date.toString(QStringLiteral("yyyy.MM.dd")), compilerTime);
 }
 
-QString buildStamp() { return buildStamp(QStringLiteral(__DATE__), QStringLiteral(__TIME__)); }
+QString buildStamp()
+{
+    return buildStamp(QStringLiteral(__DATE__), QStringLiteral(__TIME__));
+}
 
 } // namespace mevo

@@ -22,7 +22,10 @@ constexpr int arrivalIdentityRetries = 51;
 constexpr int arrivalRetryPauseMs = 50;
 } // namespace
 
-bool MainWindow::deviceOpen() const { return DeviceConnected && HidCommandHandle != nullptr; }
+bool MainWindow::deviceOpen() const
+{
+    return DeviceConnected && HidCommandHandle != nullptr;
+}
 
 void MainWindow::openDeviceAtStart()
 {
@@ -54,9 +57,8 @@ void MainWindow::createReader()
     connect(m_reader, &GetHIDDataThread::OfflineWarning, this, [this] {
         message(tr("未连接外部网络，该功能无法实现！"), mevo::MessageIcon::Information, 3000);
     });
-    connect(m_reader, &GetHIDDataThread::StartStopRecordTimer, this, [this] {
-        QTimer::singleShot(5000, m_reader, &GetHIDDataThread::TimeOutStopRecord);
-    });
+    connect(m_reader, &GetHIDDataThread::StartStopRecordTimer, this,
+            [this] { QTimer::singleShot(5000, m_reader, &GetHIDDataThread::TimeOutStopRecord); });
     if (m_micTip != nullptr) {
         connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_micTip,
                 &MicTipDialog::CallMicDlgFunctionSlot);

@@ -7,25 +7,29 @@ namespace mevo {
 const std::vector<LanguageRow> &menuLanguages()
 {
     static const std::vector<LanguageRow> rows = {
-        {Engine::Tencent, QT_TRANSLATE_NOOP("AsrLanMenu", "普通话(腾讯版)"), "16k_zh", "PuTongHua", "PuTongHuaV"},
+        {Engine::Tencent, QT_TRANSLATE_NOOP("AsrLanMenu", "普通话(腾讯版)"), "16k_zh", "PuTongHua",
+         "PuTongHuaV"},
         {Engine::Tencent, QT_TRANSLATE_NOOP("AsrLanMenu", "粤语(腾讯版)"), "16k_ca", "YueYu", "YueYuV"},
         {Engine::Tencent, QT_TRANSLATE_NOOP("AsrLanMenu", "普通话+医疗(腾讯版)"), "16k_zh_medical",
          "PuTongHuaYiliao", "PutongHuaYiliaoV"},
-        {Engine::Tencent, QT_TRANSLATE_NOOP("AsrLanMenu", "自识别方言(腾讯版)"), "16k_zh_dialect", "TXFangYan",
-         "TXFangYanV"},
+        {Engine::Tencent, QT_TRANSLATE_NOOP("AsrLanMenu", "自识别方言(腾讯版)"), "16k_zh_dialect",
+         "TXFangYan", "TXFangYanV"},
         {Engine::Tencent, QT_TRANSLATE_NOOP("AsrLanMenu", "英语(腾讯版)"), "16k_en", "English", "EnglishV"},
         {Engine::Tencent, QT_TRANSLATE_NOOP("AsrLanMenu", "日语(腾讯版)"), "16k_ja", "jp", "JpV"},
         {Engine::Baidu, QT_TRANSLATE_NOOP("AsrLanMenu", "普通话(百度版)"), "1537", "PuTongHua", "PuTongHuaV"},
         {Engine::Baidu, QT_TRANSLATE_NOOP("AsrLanMenu", "粤语(百度版)"), "1637", "YueYu", "YueYuV"},
-        {Engine::Baidu, QT_TRANSLATE_NOOP("AsrLanMenu", "四川话(百度版)"), "1837", "SiChuanHua", "SiChuanHuaV"},
+        {Engine::Baidu, QT_TRANSLATE_NOOP("AsrLanMenu", "四川话(百度版)"), "1837", "SiChuanHua",
+         "SiChuanHuaV"},
         {Engine::Baidu, QT_TRANSLATE_NOOP("AsrLanMenu", "英语(百度版)"), "1737", "English", "EnglishV"},
-        {Engine::XunFei, QT_TRANSLATE_NOOP("AsrLanMenu", "普通话(讯飞版)"), "mandarin", "PuTongHuaXF", "PuTongHuaXFV"},
+        {Engine::XunFei, QT_TRANSLATE_NOOP("AsrLanMenu", "普通话(讯飞版)"), "mandarin", "PuTongHuaXF",
+         "PuTongHuaXFV"},
         {Engine::XunFei, QT_TRANSLATE_NOOP("AsrLanMenu", "英语(讯飞版)"), "en_us", "English", "EnglishV"},
         {Engine::ThirdParty, QT_TRANSLATE_NOOP("AsrLanMenu", "使用讯飞语音输入法"), "1", ":/rec/xunfei.png",
          ":/rec/xunfeiV.png"},
         {Engine::ThirdParty, QT_TRANSLATE_NOOP("AsrLanMenu", "使用搜狗语音输入法"), "2", ":/rec/sougo.png",
          ":/rec/sougoV.png"},
-        {Engine::ThirdParty, QT_TRANSLATE_NOOP("AsrLanMenu", "使用自定义语音输入法"), "3", "ZiDingYi", "ZiDingYiV"},
+        {Engine::ThirdParty, QT_TRANSLATE_NOOP("AsrLanMenu", "使用自定义语音输入法"), "3", "ZiDingYi",
+         "ZiDingYiV"},
     };
     return rows;
 }
@@ -33,21 +37,36 @@ const std::vector<LanguageRow> &menuLanguages()
 const std::vector<XunFeiLanguage> &xunFeiLanguages()
 {
     static const std::vector<XunFeiLanguage> rows = {
-        {"长沙话", "changshanese", "ChangShaHua"}, {"东北话", "dongbeiese", "DongBeiHua"},
-        {"甘肃话", "gansunese", "GanSuHua"},       {"广东话", "cantonese", "YueYu"},
-        {"杭州话", "hangzhounese", "HangZhouHua"}, {"河北话", "hebeinese", "HeBeiHua"},
-        {"合肥话", "hefeinese", "HeiFeiHua"},      {"河南话", "henanese", "HeNanHua"},
-        {"客家话", "hakkanese", "KeJiaHua"},       {"闽南话", "minnanese", "MinNanHua"},
-        {"南昌话", "nanchangnese", "NanChangHua"}, {"南京话", "nankinese", "NanJingHua"},
-        {"山东话", "shandongnese", "ShanDongHua"}, {"上海话", "shanghainese", "ShangHaiHua"},
-        {"陕西话", "shanxinese", "ShanXiHua"},     {"四川话", "lmz", "SiChuanHua"},
-        {"台湾话", "taiwanese", "TaiWanHua"},      {"太原话", "taiyuanese", "TaiYuanHua"},
-        {"天津话", "tianjinese", "TianJinHua"},    {"武汉话", "wuhanese", "WuHanHua"},
-        {"云南话", "yunnanese", "YunNanHua"},      {"宁夏话", "ningxianese", "NingXiaHua"},
-        {"贵州话", "guizhounese", "GuiZhouHua"},   {"皖北话", "wanbeinese", "WanBeiHua"},
-        {"普通话", "mandarin", "PuTongHuaXF"},     {"英语", "en_us", "English"},
-        {"日语", "ja_jp", "jp"},                   {"韩语", "ko_kr", "kr"},
-        {"俄语", "ru-ru", "ru"},                   {"法语", "fr_fr", "fr"},
+        {"长沙话", "changshanese", "ChangShaHua"},
+        {"东北话", "dongbeiese", "DongBeiHua"},
+        {"甘肃话", "gansunese", "GanSuHua"},
+        {"广东话", "cantonese", "YueYu"},
+        {"杭州话", "hangzhounese", "HangZhouHua"},
+        {"河北话", "hebeinese", "HeBeiHua"},
+        {"合肥话", "hefeinese", "HeiFeiHua"},
+        {"河南话", "henanese", "HeNanHua"},
+        {"客家话", "hakkanese", "KeJiaHua"},
+        {"闽南话", "minnanese", "MinNanHua"},
+        {"南昌话", "nanchangnese", "NanChangHua"},
+        {"南京话", "nankinese", "NanJingHua"},
+        {"山东话", "shandongnese", "ShanDongHua"},
+        {"上海话", "shanghainese", "ShangHaiHua"},
+        {"陕西话", "shanxinese", "ShanXiHua"},
+        {"四川话", "lmz", "SiChuanHua"},
+        {"台湾话", "taiwanese", "TaiWanHua"},
+        {"太原话", "taiyuanese", "TaiYuanHua"},
+        {"天津话", "tianjinese", "TianJinHua"},
+        {"武汉话", "wuhanese", "WuHanHua"},
+        {"云南话", "yunnanese", "YunNanHua"},
+        {"宁夏话", "ningxianese", "NingXiaHua"},
+        {"贵州话", "guizhounese", "GuiZhouHua"},
+        {"皖北话", "wanbeinese", "WanBeiHua"},
+        {"普通话", "mandarin", "PuTongHuaXF"},
+        {"英语", "en_us", "English"},
+        {"日语", "ja_jp", "jp"},
+        {"韩语", "ko_kr", "kr"},
+        {"俄语", "ru-ru", "ru"},
+        {"法语", "fr_fr", "fr"},
         {"西班牙语", "es_es", "es"},
     };
     return rows;
@@ -62,8 +81,8 @@ QStringList catalogueCodes(Engine engine)
         }
     }
     if (engine == Engine::Baidu) {
-        return {QStringLiteral("1537"), QStringLiteral("1637"), QStringLiteral("1737"), QStringLiteral("1837"),
-                QStringLiteral("1936")};
+        return {QStringLiteral("1537"), QStringLiteral("1637"), QStringLiteral("1737"),
+                QStringLiteral("1837"), QStringLiteral("1936")};
     }
     return codes;
 }

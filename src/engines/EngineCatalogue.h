@@ -9,7 +9,8 @@ namespace mevo {
 enum class Engine { Baidu, Tencent, XunFei, ThirdParty };
 
 /// A language that an engine offers in the menu.
-struct LanguageRow {
+struct LanguageRow
+{
     Engine engine;
     const char *label;         ///< source text of the context "AsrLanMenu"
     const char *code;          ///< the service's own code; a third-party method's index
@@ -21,7 +22,8 @@ struct LanguageRow {
 const std::vector<LanguageRow> &menuLanguages();
 
 /// A dialect or language of XunFei's full set.
-struct XunFeiLanguage {
+struct XunFeiLanguage
+{
     const char *label;
     const char *code; ///< as the service knows it: "lmz" and "ru-ru" are no slips
     const char *image;

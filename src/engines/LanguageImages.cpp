@@ -4,17 +4,19 @@ namespace mevo {
 
 QString languageButtonStyle(const QString &stem, bool vertical)
 {
-    const QString path = stem.startsWith(QLatin1String(":/"))
-                             ? stem
-                             : QStringLiteral(":/rec/ChineseLan/%1%2.png")
-                                   .arg(stem, vertical && !stem.endsWith(QLatin1Char('V')) ? QStringLiteral("V")
-                                                                                           : QString());
-    return QStringLiteral("QPushButton::menu-indicator{image:none;}QPushButton{border-image: url(%1);}").arg(path);
+    const QString path =
+        stem.startsWith(QLatin1String(":/"))
+            ? stem
+            : QStringLiteral(":/rec/ChineseLan/%1%2.png")
+                  .arg(stem, vertical && !stem.endsWith(QLatin1Char('V')) ? QStringLiteral("V") : QString());
+    return QStringLiteral("QPushButton::menu-indicator{image:none;}QPushButton{border-image: url(%1);}")
+        .arg(path);
 }
 
 QString baiduLanguageStyle(const QString &voiceType, bool vertical)
 {
-    static constexpr struct {
+    static constexpr struct
+    {
         const char *code;
         const char *stem;
     } rows[] = {

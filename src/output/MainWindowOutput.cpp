@@ -17,8 +17,7 @@ mevo::WindowId MainWindow::GetFocusWindow()
 
 void MainWindow::Send2Screen(const QString &text, int, int)
 {
-    const mevo::SendPlan plan =
-        mevo::planSend(text, *this, false, m_platform.windowSystem->canPostText());
+    const mevo::SendPlan plan = mevo::planSend(text, *this, false, m_platform.windowSystem->canPostText());
     for (const mevo::KeyCombination &keys : plan.keys) {
         SendHWKey(keys.shift, keys.ctrl, keys.alt, keys.win, keys.consumerKey, keys.key);
     }
@@ -53,8 +52,7 @@ void MainWindow::pasteText(const QString &text)
 {
     m_platform.clipboard->setText(text);
     const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
-    const mevo::PasteShortcut shortcut =
-        mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
+    const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
     if (deviceOpen()) {
         SendHWKey(shortcut.shift, shortcut.ctrl, false, false, false, shortcut.usage);
         return;
@@ -94,4 +92,7 @@ void MainWindow::SendCopyCombination()
     m_platform.keyboard->keyUp(mevo::VkControl);
 }
 
-void MainWindow::CopyClipboardText() { m_platform.time->sleepMs(200); }
+void MainWindow::CopyClipboardText()
+{
+    m_platform.time->sleepMs(200);
+}

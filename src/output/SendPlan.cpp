@@ -33,19 +33,21 @@ const std::vector<MappedGroup> &mappedGroups()
     static const std::vector<MappedGroup> groups = {
         {&S::VoiceSend,
          &S::VoiceSend_MapWords2Screen,
-         {{&S::VoiceSend_AltS, &S::VoiceSend_AltS_MapWords, {false, false, true, false, usageS}},
-          {&S::VoiceSend_Enter, &S::VoiceSend_Enter_MapWords, {false, false, false, false, usageEnter}},
+         {{&S::VoiceSend_AltS, &S::VoiceSend_AltS_MapWords, {false, false, true, false, false, usageS}},
+          {&S::VoiceSend_Enter,
+           &S::VoiceSend_Enter_MapWords,
+           {false, false, false, false, false, usageEnter}},
           {&S::VoiceSend_CtrlEnter,
            &S::VoiceSend_CtrlEnter_MapWords,
-           {false, true, false, false, usageEnter}}}},
+           {false, true, false, false, false, usageEnter}}}},
         {&S::VoiceClear,
          &S::VoiceClear_MapWords2Screen,
          {{&S::VoiceClear_Backspace,
            &S::VoiceClear_Backspace_MapWords,
-           {false, false, false, false, usageBackspace}},
+           {false, false, false, false, false, usageBackspace}},
           {&S::VoiceClear_Delete,
            &S::VoiceClear_Delete_MapWords,
-           {false, false, false, false, usageDelete}}}},
+           {false, false, false, false, false, usageDelete}}}},
     };
     return groups;
 }

@@ -1,28 +1,13 @@
 #pragma once
 
 #include "app/MainState.h"
+#include "device/KeyInjection.h"
 
 #include <QString>
 
 #include <vector>
 
 namespace mevo {
-
-/// A key combination for the receiver's keyboard; `usage` is a HID keyboard usage.
-struct KeyCombination
-{
-    bool shift = false;
-    bool ctrl = false;
-    bool alt = false;
-    bool win = false;
-    int usage = 0;
-
-    bool operator==(const KeyCombination &other) const
-    {
-        return shift == other.shift && ctrl == other.ctrl && alt == other.alt && win == other.win &&
-               usage == other.usage;
-    }
-};
 
 /// What sending one text to the screen comes to.
 struct SendPlan

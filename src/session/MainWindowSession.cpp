@@ -27,7 +27,10 @@ void MainWindow::ProcessResult(char *report)
     }
 }
 
-void MainWindow::showRecText(QString text) { m_pipeline.showRecText(text); }
+void MainWindow::showRecText(QString text)
+{
+    m_pipeline.showRecText(text);
+}
 
 void MainWindow::CallMainFunctionSlot(int iFuncIndex)
 {
@@ -100,15 +103,15 @@ void MainWindow::pushButton_Mic_clicked()
     }
     const mevo::WindowId window = m_sessionHands.findInputMethodWindow();
     if (!ThirdPartyWindowOpen && window == 0) {
-        if (LocalUseASR3Index == mevo::thirdPartyXunFei && !LocalASR3XunFeiInstallPath.isEmpty()
-            && ThirdPartyActive) {
+        if (LocalUseASR3Index == mevo::thirdPartyXunFei && !LocalASR3XunFeiInstallPath.isEmpty() &&
+            ThirdPartyActive) {
             m_sessionHands.startProgram(LocalASR3XunFeiInstallPath);
             message(tr("正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，"
                        "检测过程中可忽略提示信息或窗口！"),
                     mevo::MessageIcon::Information, 1000);
             ThirdPartyWindowOpen = true;
-        } else if (LocalUseASR3Index == mevo::thirdPartySogou && !LocalASR3SougoInstallPath.isEmpty()
-                   && ThirdPartyActive) {
+        } else if (LocalUseASR3Index == mevo::thirdPartySogou && !LocalASR3SougoInstallPath.isEmpty() &&
+                   ThirdPartyActive) {
             m_sessionHands.startProgram(LocalASR3SougoInstallPath);
             ThirdPartyWindowOpen = true;
         }
@@ -147,12 +150,20 @@ void MainWindow::on_closeASRFuncAction()
 
 bool MainWindow::sendMicrophoneLatch(bool on)
 {
-    return deviceOpen()
-           && m_device->SendDeviceCommand(on ? mevo::reports::latchOn : mevo::reports::latchOff);
+    return deviceOpen() && m_device->SendDeviceCommand(on ? mevo::reports::latchOn : mevo::reports::latchOff);
 }
 
-void MainWindow::flushUsageCounters() { updateRecCountsTimerOut(); }
+void MainWindow::flushUsageCounters()
+{
+    updateRecCountsTimerOut();
+}
 
-void MainWindow::saveFocusWindow() { FocusWindow = GetFocusWindow(); }
+void MainWindow::saveFocusWindow()
+{
+    FocusWindow = GetFocusWindow();
+}
 
-bool MainWindow::isXpClass() const { return m_platform.systemFacts->isXpClass(); }
+bool MainWindow::isXpClass() const
+{
+    return m_platform.systemFacts->isXpClass();
+}

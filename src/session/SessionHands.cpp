@@ -15,26 +15,50 @@
 
 namespace mevo {
 
-qint64 SessionHands::monotonicMs() const { return m_window.m_platform.time->monotonicMs(); }
+qint64 SessionHands::monotonicMs() const
+{
+    return m_window.m_platform.time->monotonicMs();
+}
 
-void SessionHands::sleepMs(int milliseconds) { m_window.m_platform.time->sleepMs(milliseconds); }
+void SessionHands::sleepMs(int milliseconds)
+{
+    m_window.m_platform.time->sleepMs(milliseconds);
+}
 
 void SessionHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)
 {
     m_window.message(text, icon, milliseconds);
 }
 
-void SessionHands::logReport(const QString &line) { qDebug().noquote() << line.trimmed(); }
+void SessionHands::logReport(const QString &line)
+{
+    qDebug().noquote() << line.trimmed();
+}
 
-void SessionHands::clearClipboard() { m_window.m_platform.clipboard->clear(); }
+void SessionHands::clearClipboard()
+{
+    m_window.m_platform.clipboard->clear();
+}
 
-void SessionHands::saveFocusWindow() { m_window.saveFocusWindow(); }
+void SessionHands::saveFocusWindow()
+{
+    m_window.saveFocusWindow();
+}
 
-void SessionHands::raiseBar() { m_window.raise(); }
+void SessionHands::raiseBar()
+{
+    m_window.raise();
+}
 
-void SessionHands::hideBar() { m_window.hide(); }
+void SessionHands::hideBar()
+{
+    m_window.hide();
+}
 
-void SessionHands::placeBar(int fromRight, int fromBottom) { m_window.placeBar(fromRight, fromBottom, 200); }
+void SessionHands::placeBar(int fromRight, int fromBottom)
+{
+    m_window.placeBar(fromRight, fromBottom, 200);
+}
 
 void SessionHands::showTipWindow(bool longPressStart)
 {
@@ -55,7 +79,10 @@ void SessionHands::hideTipWindow()
     }
 }
 
-void SessionHands::updateMicWin(const QString &picture) { Q_EMIT m_window.updateMicWin(picture); }
+void SessionHands::updateMicWin(const QString &picture)
+{
+    Q_EMIT m_window.updateMicWin(picture);
+}
 
 void SessionHands::preparePartialResults()
 {
@@ -66,7 +93,10 @@ void SessionHands::preparePartialResults()
     m_window.m_partialResult->move(caret ? caret->topLeft() : QCursor::pos());
 }
 
-bool SessionHands::translationDialogTakesKeys() const { return false; }
+bool SessionHands::translationDialogTakesKeys() const
+{
+    return false;
+}
 
 void SessionHands::recordStart()
 {
@@ -87,7 +117,10 @@ WindowId SessionHands::findInputMethodWindow()
     return m_window.m_platform.windowSystem->findWindow(m_window.ASR3WinClassName, m_window.ASR3WindowName);
 }
 
-void SessionHands::closeWindow(WindowId window) { m_window.m_platform.windowSystem->closeWindow(window); }
+void SessionHands::closeWindow(WindowId window)
+{
+    m_window.m_platform.windowSystem->closeWindow(window);
+}
 
 void SessionHands::startXunFeiInputMethod()
 {
@@ -129,7 +162,10 @@ void SessionHands::startTapTimer()
     QTimer::singleShot(200, &m_window, &MainWindow::TimeOutDelaySendF2);
 }
 
-void PipelineHands::sendToScreen(const QString &text) { m_window.Send2Screen(text, 0, 100); }
+void PipelineHands::sendToScreen(const QString &text)
+{
+    m_window.Send2Screen(text, 0, 100);
+}
 
 void PipelineHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)
 {
@@ -151,7 +187,10 @@ void PipelineHands::endDeviceSession()
     }
 }
 
-void PipelineHands::updateMicWin(const QString &picture) { Q_EMIT m_window.updateMicWin(picture); }
+void PipelineHands::updateMicWin(const QString &picture)
+{
+    Q_EMIT m_window.updateMicWin(picture);
+}
 
 void PipelineHands::endTipLatch()
 {
@@ -167,16 +206,25 @@ void PipelineHands::updateStatusButtons()
     }
 }
 
-bool PipelineHands::translationDialogExists() const { return false; }
+bool PipelineHands::translationDialogExists() const
+{
+    return false;
+}
 
-bool PipelineHands::translationDialogClosing() const { return false; }
+bool PipelineHands::translationDialogClosing() const
+{
+    return false;
+}
 
 void PipelineHands::showOnTranslationDialog(const QString &text)
 {
     Q_EMIT m_window.showRecTextOnTransDlgSignal(text);
 }
 
-void PipelineHands::openTranslationDialog() { m_window.pushBuutton_Translate_clicked(); }
+void PipelineHands::openTranslationDialog()
+{
+    m_window.pushBuutton_Translate_clicked();
+}
 
 void PipelineHands::voiceSearch(const QString &text)
 {
@@ -185,9 +233,15 @@ void PipelineHands::voiceSearch(const QString &text)
     m_window.m_platform.clipboard->setText(text);
 }
 
-bool PipelineHands::runCommandWord(const QString &) { return false; }
+bool PipelineHands::runCommandWord(const QString &)
+{
+    return false;
+}
 
-void PipelineHands::reloadEngineChoice() { m_window.CallMainFunctionSlot(21); }
+void PipelineHands::reloadEngineChoice()
+{
+    m_window.CallMainFunctionSlot(21);
+}
 
 bool PipelineHands::usesBaidu() const
 {

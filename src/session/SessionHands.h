@@ -11,7 +11,10 @@ namespace mevo {
 class SessionHands : public SessionPort
 {
 public:
-    explicit SessionHands(MainWindow &window) : m_window(window) {}
+    explicit SessionHands(MainWindow &window)
+        : m_window(window)
+    {
+    }
 
     qint64 monotonicMs() const override;
     void sleepMs(int milliseconds) override;
@@ -47,7 +50,10 @@ private:
 class PipelineHands : public PipelinePort
 {
 public:
-    explicit PipelineHands(MainWindow &window) : m_window(window) {}
+    explicit PipelineHands(MainWindow &window)
+        : m_window(window)
+    {
+    }
 
     void sendToScreen(const QString &text) override;
     void trayMessage(const QString &text, MessageIcon icon, int milliseconds) override;

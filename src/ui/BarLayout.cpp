@@ -8,7 +8,10 @@ namespace mevo {
 
 namespace {
 
-QRect corners(int left, int top, int right, int bottom) { return {QPoint(left, top), QPoint(right, bottom)}; }
+QRect corners(int left, int top, int right, int bottom)
+{
+    return {QPoint(left, top), QPoint(right, bottom)};
+}
 
 } // namespace
 
@@ -18,16 +21,15 @@ const std::vector<BarButton> &barButtons()
         {"pushButton_Close", corners(251, 7, 258, 14), corners(30, 251, 37, 258), nullptr, nullptr,
          QT_TRANSLATE_NOOP("MainWindow", "菜单")},
         {"pushButton_Mic", corners(53, 11, 67, 34), corners(15, 51, 29, 74), "Mic",
-         QT_TRANSLATE_NOOP("MainWindow",
-                           "打开的麦克风窗口可设置语音命令或语音搜索的功能;\r "
-                           "当用讯飞语音输入法时，打开的讯飞麦克风窗口可设置方言等功能"),
+         QT_TRANSLATE_NOOP("MainWindow", "打开的麦克风窗口可设置语音命令或语音搜索的功能;\r "
+                                         "当用讯飞语音输入法时，打开的讯飞麦克风窗口可设置方言等功能"),
          QT_TRANSLATE_NOOP("MainWindow", "麦克风")},
         {"pushBuutton_VoiceType", corners(75, 13, 110, 32), corners(13, 80, 32, 114), nullptr,
          QT_TRANSLATE_NOOP("MainWindow", "点击选择语言"), QT_TRANSLATE_NOOP("MainWindow", "语言")},
         {"pushBuutton_VoiceKeypad", corners(116, 13, 141, 32), corners(10, 123, 35, 142), "KeyPad",
          QT_TRANSLATE_NOOP("MainWindow", "点击打开虚拟键盘"), QT_TRANSLATE_NOOP("MainWindow", "虚拟键盘")},
-        {"pushBuutton_HandWriter", corners(150, 12, 171, 33), corners(12, 146, 33, 167), "HandWriter", nullptr,
-         QT_TRANSLATE_NOOP("MainWindow", "手写")},
+        {"pushBuutton_HandWriter", corners(150, 12, 171, 33), corners(12, 146, 33, 167), "HandWriter",
+         nullptr, QT_TRANSLATE_NOOP("MainWindow", "手写")},
         {"pushBuutton_CommandWord", corners(178, 12, 199, 33), corners(12, 175, 33, 196), "CommandWord",
          QT_TRANSLATE_NOOP("MainWindow", "点击打开设置语音命令词"),
          QT_TRANSLATE_NOOP("MainWindow", "语音命令词")},
@@ -39,7 +41,10 @@ const std::vector<BarButton> &barButtons()
     return buttons;
 }
 
-QSize barSize(bool vertical) { return vertical ? QSize(45, 260) : QSize(260, 45); }
+QSize barSize(bool vertical)
+{
+    return vertical ? QSize(45, 260) : QSize(260, 45);
+}
 
 QPoint barPosition(const BarPlace &place, const QRect &screen, const std::vector<QRect> &screens)
 {
@@ -55,8 +60,8 @@ QPoint barPosition(const BarPlace &place, const QRect &screen, const std::vector
         }
     }
     const int left = screen.left() + screen.width() - (place.vertical ? 99 : place.fromRight);
-    const int top = place.vertical ? screen.top() + place.verticalTop
-                                   : screen.top() + screen.height() - place.fromBottom;
+    const int top =
+        place.vertical ? screen.top() + place.verticalTop : screen.top() + screen.height() - place.fromBottom;
     return {qBound(screen.left(), left, qMax(screen.left(), screen.right() - size.width())),
             qBound(screen.top(), top, qMax(screen.top(), screen.bottom() - size.height()))};
 }

@@ -11,11 +11,12 @@ namespace mevo {
 
 /// One button of the bar: where it stands in either layout, its pictures and its texts. Texts are
 /// sources of the context "MainWindow"; a button without a tool-tip has none.
-struct BarButton {
-    const char *name;      ///< object name
+struct BarButton
+{
+    const char *name; ///< object name
     QRect horizontal;
     QRect vertical;
-    const char *picture;   ///< stem of NAME_On.png and NAME_Hover.png; null for its own style
+    const char *picture; ///< stem of NAME_On.png and NAME_Hover.png; null for its own style
     const char *toolTip;
     const char *accessibleName;
 };
@@ -39,7 +40,8 @@ QSize barSize(bool vertical);
 /// Where the bar stands on a screen: the saved position when both coordinates are set and it is on one
 /// of `screens`, else the given distances from the right and bottom (horizontal) or the right and top
 /// (vertical) of `screen`, kept inside it.
-struct BarPlace {
+struct BarPlace
+{
     int savedLeft = 0;
     int savedTop = 0;
     bool vertical = false;

@@ -74,19 +74,16 @@ void MainWindow::createBar()
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_MouseTracking);
-    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
-                   | Qt::WindowDoesNotAcceptFocus);
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                   Qt::WindowDoesNotAcceptFocus);
     setAccessibleName(tr("灵犀听写"));
 
     using Slot = void (MainWindow::*)();
-    static const Slot slots_[] = {&MainWindow::pushButton_Close_clicked,
-                                  &MainWindow::pushButton_Mic_clicked,
-                                  &MainWindow::pushBuutton_VoiceType_clicked,
-                                  &MainWindow::pushBuutton_VoiceKeypad_clicked,
-                                  &MainWindow::pushBuutton_HandWriter_clicked,
-                                  &MainWindow::pushBuutton_CommandWord_clicked,
-                                  &MainWindow::pushBuutton_Translate_clicked,
-                                  &MainWindow::pushBuutton_Setting_clicked};
+    static const Slot slots_[] = {
+        &MainWindow::pushButton_Close_clicked,       &MainWindow::pushButton_Mic_clicked,
+        &MainWindow::pushBuutton_VoiceType_clicked,  &MainWindow::pushBuutton_VoiceKeypad_clicked,
+        &MainWindow::pushBuutton_HandWriter_clicked, &MainWindow::pushBuutton_CommandWord_clicked,
+        &MainWindow::pushBuutton_Translate_clicked,  &MainWindow::pushBuutton_Setting_clicked};
     for (const mevo::BarButton &row : mevo::barButtons()) {
         auto *button = new QPushButton(this);
         button->setObjectName(QLatin1String(row.name));
@@ -121,7 +118,10 @@ void MainWindow::layOutBar()
     update();
 }
 
-QRect MainWindow::screenRect() const { return QGuiApplication::primaryScreen()->geometry(); }
+QRect MainWindow::screenRect() const
+{
+    return QGuiApplication::primaryScreen()->geometry();
+}
 
 void MainWindow::placeBar(int horizontalRight, int horizontalBottom, int verticalTop)
 {
@@ -129,8 +129,8 @@ void MainWindow::placeBar(int horizontalRight, int horizontalBottom, int vertica
     for (const QScreen *screen : QGuiApplication::screens()) {
         screens.push_back(screen->geometry());
     }
-    const mevo::BarPlace place{MainWinLeft,      MainWinTop,  ShowVerticalUI, horizontalRight,
-                               horizontalBottom, verticalTop};
+    const mevo::BarPlace place{MainWinLeft,     MainWinTop,       ShowVerticalUI,
+                               horizontalRight, horizontalBottom, verticalTop};
     move(mevo::barPosition(place, screenRect(), screens));
 }
 
@@ -194,8 +194,8 @@ void MainWindow::showOnline(int state)
 
 void MainWindow::setWndTopMostTimeout()
 {
-    const bool menuOpen = (m_menu != nullptr && m_menu->isVisible())
-                          || (m_languageMenu != nullptr && m_languageMenu->isVisible());
+    const bool menuOpen = (m_menu != nullptr && m_menu->isVisible()) ||
+                          (m_languageMenu != nullptr && m_languageMenu->isVisible());
     if (menuOpen || HidBusy) {
         return;
     }
@@ -206,7 +206,10 @@ void MainWindow::setWndTopMostTimeout()
     }
 }
 
-void MainWindow::on_CancelAction() { m_menu->hide(); }
+void MainWindow::on_CancelAction()
+{
+    m_menu->hide();
+}
 
 void MainWindow::on_ShowHorizontalOrVertical()
 {
@@ -284,7 +287,10 @@ void MainWindow::pushBuutton_CommandWord_clicked()
     qInfo() << "The command word editor is not part of this build";
 }
 
-void MainWindow::pushBuutton_Setting_clicked() { qInfo() << "The settings dialog is not part of this build"; }
+void MainWindow::pushBuutton_Setting_clicked()
+{
+    qInfo() << "The settings dialog is not part of this build";
+}
 
 void MainWindow::pushBuutton_Translate_clicked()
 {
@@ -292,7 +298,10 @@ void MainWindow::pushBuutton_Translate_clicked()
     QToolTip::showText(QCursor::pos(), tr("语音翻译模式已打开"), this);
 }
 
-void MainWindow::CreateTransDlg() { qInfo() << "The translation dialog is not part of this build"; }
+void MainWindow::CreateTransDlg()
+{
+    qInfo() << "The translation dialog is not part of this build";
+}
 
 void MainWindow::paintEvent(QPaintEvent *)
 {

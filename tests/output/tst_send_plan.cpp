@@ -152,7 +152,7 @@ private Q_SLOTS:
         QStringList keys;
         for (const auto &key : plan.keys) {
             keys.append(QString::asprintf("%d%d%d%d%04x", key.shift, key.ctrl, key.alt, key.win,
-                                          static_cast<unsigned>(key.usage)));
+                                          static_cast<unsigned>(key.key)));
         }
         QTEST(keys.join(QLatin1Char(' ')), "keys");
         QCOMPARE(plan.way == SendPlan::Way::Post, typed);

@@ -1,0 +1,165 @@
+#include "engines/EngineSelection.h"
+
+namespace mevo {
+
+namespace {
+
+void leaveThirdParty(EngineState &state)
+{
+    state.LocalEnableASR3 = false;
+    state.LocalUseASR3Index = -1;
+}
+
+EngineChange moveTo(Engine engine, RecorderState &recorder, bool persist, bool setup)
+{
+    setEngineFlags(recorder, engine);
+    EngineChange change;
+    change.writes = engineKeyWrites(recorder);
+    change.rebuild = true;
+    change.persistEngine = persist;
+    change.setupInputMethod = setup;
+    return change;
+}
+
+} // namespace
+
+void setEngineFlags(RecorderState &recorder, Engine engine)
+{
+    recorder.BaiDuNoStreamApi = engine == Engine::Baidu;
+    recorder.UseXunFeiWebApi = engine == Engine::XunFei;
+    recorder.UseTXASRApi = engine == Engine::Tencent || engine == Engine::ThirdParty;
+}
+
+Engine engineInForce(const RecorderState &recorder)
+{
+    return recorder.UseXunFeiWebApi ? Engine::XunFei : recorder.UseTXASRApi ? Engine::Tencent : Engine::Baidu;
+}
+
+std::vector<SettingWrite> engineKeyWrites(const RecorderState &recorder)
+{
+    return {{"UseXunFeiWebApi", int(recorder.UseXunFeiWebApi)},
+            {"UseTXASRApi", int(recorder.UseTXASRApi)},
+            {"BaiDuNoStreamApi", int(recorder.BaiDuNoStreamApi)}};
+}
+
+EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, RecorderState &recorder)
+{
+    const QLatin1String code(row.code);
+    EngineChange change;
+    state.BaiDuNoStreamApi_FastVersion = false;
+    switch (row.engine) {
+    case Engine::Tencent:
+        state.TXCurrentVoiceType = code;
+        state.UseTecentZhDialect = code == QLatin1String("16k_zh_dialect");
+        break;
+    case Engine::Baidu:
+        change.reloadBaiduAccount = state.BaiDuCurrentVoiceType != code;
+        state.BaiDuCurrentVoiceType = code;
+        recorder.BaiduTokenRefreshed = true;
+        break;
+    case Engine::XunFei:
+        state.XunFeiWebApiCurrentVoiceType = code;
+        recorder.BaiduTokenRefreshed = false;
+        break;
+    case Engine::ThirdParty:
+        state.LocalEnableASR3 = true;
+        state.LocalUseASR3Index = QByteArray(row.code).toInt();
+        break;
+    }
+    setEngineFlags(recorder, row.engine);
+    if (row.engine != Engine::ThirdParty) {
+        leaveThirdParty(state);
+    }
+    change.writes = {{"BaiDuCurrentVoiceType", state.BaiDuCurrentVoiceType},
+                     {"BaiDuNoStreamApi_FastVersion", int(state.BaiDuNoStreamApi_FastVersion)},
+                     {"XunFeiWebApiCurrentVoiceType", state.XunFeiWebApiCurrentVoiceType},
+                     {"TXCurrentVoiceType", state.TXCurrentVoiceType},
+                     {"BaiDuNoStreamApi", int(recorder.BaiDuNoStreamApi)},
+                     {"UseBaiDuiAI", int(recorder.BaiDuNoStreamApi)},
+                     {"UseTXASRApi", int(recorder.UseTXASRApi)},
+                     {"UseXunFeiWebApi", int(recorder.UseXunFeiWebApi)},
+                     {"UseTecentZhDialect", int(state.UseTecentZhDialect)},
+                     {"LocalEnableASR3", int(state.LocalEnableASR3)},
+                     {"LocalUseASR3Index", state.LocalUseASR3Index}};
+    change.rebuild = true;
+    change.persistEngine = true;
+    change.setupInputMethod = row.engine == Engine::ThirdParty;
+    return change;
+}
+
+std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState &recorder, bool xpClass,
+                                               int storedDialect, int storedSmallLan)
+{
+    std::vector<EngineChange> changes;
+    if (xpClass && (state.UseXFWAPIPara == 1 || state.UseXFSDKPara == 1)) {
+        state.UseBDAPIPara = state.UseXFWAPIPara = state.UseXFSDKPara = 0;
+        state.UseTXAPIPara = 1;
+        changes.push_back(moveTo(Engine::Tencent, recorder, false, false));
+    }
+    if (state.UseBDFstPara >= 0 && (state.UseBDFstPara != 0) != state.BaiDuNoStreamApi_FastVersion) {
+        state.BaiDuNoStreamApi_FastVersion = state.UseBDFstPara != 0;
+        state.BaiDuCurrentVoiceType =
+            state.BaiDuNoStreamApi_FastVersion ? QStringLiteral("80001") : QStringLiteral("1537");
+        EngineChange change;
+        change.writes = {{"BaiDuNoStreamApi_FastVersion", int(state.BaiDuNoStreamApi_FastVersion)},
+                         {"BaiDuCurrentVoiceType", state.BaiDuCurrentVoiceType}};
+        change.rebuild = true;
+        changes.push_back(change);
+    }
+    if (state.UseXFWPIDWAPara >= 0) {
+        recorder.EnableXunFeiWebApiDwa = state.UseXFWPIDWAPara != 0;
+        EngineChange change;
+        change.writes = {{"EnableXunFeiWebApiDwa", int(recorder.EnableXunFeiWebApiDwa)}};
+        changes.push_back(change);
+    }
+    // More than one selector may be set: the last one wins.
+    if (state.UseBDAPIPara == 1 && !recorder.BaiDuNoStreamApi) {
+        changes.push_back(moveTo(Engine::Baidu, recorder, false, false));
+    }
+    if (state.UseXFWAPIPara == 1 && !recorder.UseXunFeiWebApi) {
+        changes.push_back(moveTo(Engine::XunFei, recorder, false, false));
+    }
+    if (state.UseTXAPIPara == 1 && !recorder.UseTXASRApi) {
+        changes.push_back(moveTo(Engine::Tencent, recorder, false, false));
+    }
+    if (state.ShowXFSmallLan != storedSmallLan || state.ShowXFDialect != storedDialect) {
+        state.XunFeiWebApiCurrentVoiceType = QStringLiteral("mandarin");
+        EngineChange change;
+        change.writes = {{"XunFeiWebApiCurrentVoiceType", state.XunFeiWebApiCurrentVoiceType},
+                         {"ShowXFSmallLan", state.ShowXFSmallLan},
+                         {"ShowXFDialect", state.ShowXFDialect}};
+        change.rebuild = change.persistEngine = change.setupInputMethod = recorder.UseXunFeiWebApi;
+        changes.push_back(change);
+    }
+    return changes;
+}
+
+EngineChange fallToXunFei(RecorderState &recorder)
+{
+    recorder.BaiDuNoStreamApi = false;
+    recorder.UseXunFeiWebApi = true;
+    recorder.BaiduTokenRefreshed = false;
+    recorder.BaiduViaSettings = false;
+    EngineChange change;
+    change.writes = {{"UseXunFeiWebApi", 1}, {"BaiDuNoStreamApi", 0}};
+    change.rebuild = change.persistEngine = change.setupInputMethod = true;
+    return change;
+}
+
+EngineChange fallToTencent(RecorderState &recorder)
+{
+    return moveTo(Engine::Tencent, recorder, true, true);
+}
+
+QString languageAfterXunFeiRefusal(const QString &current)
+{
+    static const char *const minor[] = {"ja_jp", "ko_kr", "ru-ru", "fr_fr", "es_es"};
+    for (const char *code : minor) {
+        if (current == QLatin1String(code)) {
+            return QStringLiteral("en_us");
+        }
+    }
+    return QStringLiteral("mandarin");
+}
+
+} // namespace mevo

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "audio/RecorderState.h"
+#include "engines/EngineCatalogue.h"
+#include "engines/EngineState.h"
+
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+#include <vector>
+
+namespace mevo {
+
+/// One key of `MainSetting` to write.
+struct SettingWrite
+{
+    const char *key;
+    QVariant value;
+};
+
+/// What a change of engine asks of the main window, besides the states that it has changed.
+struct EngineChange
+{
+    std::vector<SettingWrite> writes;
+    bool reloadBaiduAccount = false; ///< load the account of the new language and fetch a token
+    bool rebuild = false;            ///< build the menu anew, with the two arguments below
+    bool persistEngine = false;
+    bool setupInputMethod = false;
+};
+
+/// Makes one engine the only one of the recorder's flags; third parties leave Tencent as the idle one.
+void setEngineFlags(RecorderState &recorder, Engine engine);
+
+/// The engine that the recorder's flags name; the later of several wins as the pipeline sees it.
+Engine engineInForce(const RecorderState &recorder);
+
+/// A row of the menu has been chosen.
+EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, RecorderState &recorder);
+
+/// The record's engine selectors, applied in their order at a start and at every read of the record.
+/// `storedDialect` and `storedSmallLan` are the menu switches that the settings held.
+std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState &recorder, bool xpClass,
+                                               int storedDialect, int storedSmallLan);
+
+/// Baidu has refused its account: XunFei takes over from the next press on.
+EngineChange fallToXunFei(RecorderState &recorder);
+
+/// The day's quota of the engine is used up and Tencent's is not.
+EngineChange fallToTencent(RecorderState &recorder);
+
+/// XunFei has refused the language: what the next session uses.
+QString languageAfterXunFeiRefusal(const QString &current);
+
+/// The three engine keys of the settings for what the recorder's flags say.
+std::vector<SettingWrite> engineKeyWrites(const RecorderState &recorder);
+
+} // namespace mevo
