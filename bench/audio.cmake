@@ -1,0 +1,4 @@
+# Run inside a desk: lab/desk/with-desk --pulse -- build/release/bin/recorder_latency
+add_executable(recorder_latency recorder_latency.cpp)
+target_include_directories(recorder_latency PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+target_link_libraries(recorder_latency PRIVATE mevo_app mevo_test_support mevo_warnings)
