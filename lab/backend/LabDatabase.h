@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+struct sqlite3;
+
+namespace lab {
+
+class LabCipher;
+
+/// The backend's tables in a SQLite file that is attached under the schema's name, so that statements of
+/// the form "select ... from SCHEMA.TABLE" run as they come.
+class LabDatabase
+{
+public:
+    LabDatabase() = default;
+    ~LabDatabase();
+    LabDatabase(const LabDatabase &) = delete;
+    LabDatabase &operator=(const LabDatabase &) = delete;
+
+    /// Opens or makes the file and seeds tables that are empty. False with `error()` on failure.
+    bool open(const QString &file, const QString &schema, const LabCipher &cipher);
+    QString error() const { return m_error; }
+
+    /// Runs one select, update or insert. {"items": n, "result0": {...}}; anything else is refused, with
+    /// "items" -1 and the reason under "error".
+    QJsonObject run(const QByteArray &statement);
+
+    /// The receiver that the seed knows, and the accounts of the services.
+    static constexpr char DongleId[] = "02-01-345612";
+    static constexpr char BaiduAppId[] = "lab-app-1";
+    static constexpr char BaiduClientId[] = "lab-client-id-1";
+    static constexpr char BaiduClientSecret[] = "lab-client-secret-1";
+
+private:
+    bool execute(const QByteArray &sql);
+    void seed(const QString &schema, const LabCipher &cipher);
+
+    sqlite3 *m_database = nullptr;
+    QString m_error;
+};
+
+} // namespace lab

@@ -1,0 +1,185 @@
+#include "services/RunServices.h"
+
+#include "backend/WebApiService.h"
+#include "recognisers/BaiduService.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDebug>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QTextStream>
+#include <QUrlQuery>
+
+namespace lab {
+
+namespace {
+
+/// What the services have been asked, for /control/log.
+class RequestLog
+{
+public:
+    void add(QJsonObject entry)
+    {
+        entry.insert(QStringLiteral("monotonicMs"), clockMs());
+        m_entries.append(entry);
+        if (m_entries.size() > 10000) {
+            m_entries.removeFirst();
+        }
+    }
+    QByteArray json() const { return QJsonDocument(m_entries).toJson(QJsonDocument::Compact); }
+    void clear() { m_entries = QJsonArray(); }
+
+private:
+    static double clockMs()
+    {
+        timespec now{};
+        clock_gettime(CLOCK_MONOTONIC, &now);
+        return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+    }
+    QJsonArray m_entries;
+};
+
+bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 https, const QString &schema)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+        return false;
+    }
+    const QString api = QStringLiteral("http://127.0.0.1:%1/").arg(backend);
+    const QString nobody = QStringLiteral("127.0.0.1:9"); // the discard port: nothing answers there
+    QTextStream out(&file);
+    out.setCodec("UTF-8");
+    out << "[Endpoints]\n";
+    for (const char *key : {"BackendUrl", "BackendUrlBk1", "BackendUrlBk2"}) {
+        out << key << '=' << '"' << api << "mevowebapi?\"\n";
+    }
+    out << "Schema=" << schema << '\n';
+    for (const char *key : {"VersionCheckUrl", "VersionCheckUrl1"}) {
+        out << key << '=' << api << "NewVersion\n";
+    }
+    for (const char *key : {"ManualDownloadUrl", "ManualDownloadUrl1"}) {
+        out << key << '=' << api << "NewVersion_Manual\n";
+    }
+    out << "PushSocketUrl=ws://127.0.0.1:9\n";
+    out << "BaiduSpeechHost=127.0.0.1:" << http << "\nBaiduTokenHost=127.0.0.1:" << http
+        << "\nBaiduSpeechHttpsHost=127.0.0.1:" << https << '\n';
+    for (const char *key :
+         {"TencentHost", "XunFeiSignHost", "XunFeiSocketHost", "TranslateHost", "BaiduTtsHost", "SearchBaidu",
+          "SearchSogou", "Search360", "SearchGoogle", "SearchBing"}) {
+        out << key << '=' << nobody << '\n';
+    }
+    out << "VerifyCertificates=0\n";
+    return true;
+}
+
+} // namespace
+
+int runServices(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    const auto option = [&parser](const QString &name, const QString &fallback) {
+        parser.addOption({name, name, name, fallback});
+    };
+    option(QStringLiteral("home"), QDir::currentPath());
+    for (const char *port : {"port-backend", "baidu-http", "baidu-https", "control"}) {
+        option(QLatin1String(port), QStringLiteral("0"));
+    }
+    option(QStringLiteral("schema"), QStringLiteral("mevodb"));
+    option(QStringLiteral("write-endpoints"), QString());
+    parser.process(QStringList{QStringLiteral("services")} + arguments);
+    const auto port = [&parser](const char *name) {
+        return quint16(parser.value(QLatin1String(name)).toUInt());
+    };
+    const QString schema = parser.value(QStringLiteral("schema"));
+
+    RequestLog log;
+    const auto note = [&log](const QJsonObject &entry) { log.add(entry); };
+    const LabCipher cipher;
+    LabDatabase database;
+    const QString file =
+        QDir(parser.value(QStringLiteral("home"))).filePath(QStringLiteral("backend.sqlite"));
+    if (!database.open(file, schema, cipher)) {
+        qCritical().noquote() << "services:" << file << database.error();
+        return 1;
+    }
+    WebApiService webApi(database, cipher, note);
+    BaiduService baidu(QLatin1String(LabDatabase::BaiduClientId),
+                       QLatin1String(LabDatabase::BaiduClientSecret), note);
+
+    const auto notFound = HttpResponse{404, "text/plain", {}};
+    const auto baiduHandler = [&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
+        if (request.path() == "/oauth/2.0/token") {
+            baidu.handleToken(request, reply);
+        } else if (request.path() == "/server_api" || request.path() == "/pro_api") {
+            baidu.handleSpeech(request, reply);
+        } else {
+            reply(notFound);
+        }
+    };
+    LabHttpServer backendServer([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
+        webApi.handle(request, reply);
+    });
+    LabHttpServer baiduHttp(baiduHandler);
+    LabHttpServer baiduHttps(baiduHandler);
+    LabHttpServer *const servers[] = {&backendServer, &baiduHttp, &baiduHttps};
+
+    LabHttpServer control([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
+        const QUrlQuery query(QString::fromUtf8(request.query()));
+        const auto value = [&query](const char *name) {
+            return query.queryItemValue(QLatin1String(name), QUrl::FullyDecoded);
+        };
+        const QByteArray path = request.path();
+        if (path == "/control/log") {
+            reply({200, "application/json", log.json()});
+            return;
+        }
+        if (path == "/control/clear") {
+            log.clear();
+            baidu.setError(0, 0);
+            for (LabHttpServer *server : servers) {
+                server->clearFaults();
+            }
+        } else if (path == "/control/fault") {
+            const QString count = value("count");
+            for (LabHttpServer *server : servers) {
+                server->setFault(value("path").toUtf8(), {value("kind").toLatin1(), value("value").toInt(),
+                                                          count.isEmpty() ? 1 : count.toInt()});
+            }
+        } else if (path == "/control/text") {
+            baidu.setTexts(value("text").split(QLatin1Char('|')));
+        } else if (path == "/control/error") {
+            const QString count = value("count");
+            baidu.setError(value("number").toInt(), count.isEmpty() ? 1 : count.toInt());
+        } else {
+            reply(notFound);
+            return;
+        }
+        reply({200, "application/json", "{}"});
+    });
+
+    if (!baiduHttps.useTls() || !backendServer.start(port("port-backend")) ||
+        !baiduHttp.start(port("baidu-http")) || !baiduHttps.start(port("baidu-https")) ||
+        !control.start(port("control"))) {
+        qCritical() << "services: a port cannot be had";
+        return 1;
+    }
+    const QString endpoints = parser.value(QStringLiteral("write-endpoints"));
+    if (!endpoints.isEmpty() && !writeEndpoints(endpoints, backendServer.serverPort(), baiduHttp.serverPort(),
+                                                baiduHttps.serverPort(), schema)) {
+        qCritical().noquote() << "services: cannot write" << endpoints;
+        return 1;
+    }
+    QTextStream(stdout) << QJsonDocument(QJsonObject{{QStringLiteral("backend"), backendServer.serverPort()},
+                                                     {QStringLiteral("baiduHttp"), baiduHttp.serverPort()},
+                                                     {QStringLiteral("baiduHttps"), baiduHttps.serverPort()},
+                                                     {QStringLiteral("control"), control.serverPort()}})
+                               .toJson(QJsonDocument::Compact)
+                        << '\n';
+    return QCoreApplication::exec();
+}
+
+} // namespace lab
