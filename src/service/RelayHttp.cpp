@@ -22,6 +22,14 @@ void HTTP::setProxy(const std::optional<QNetworkProxy> &proxy)
     m_manager.setProxy(proxy.value_or(QNetworkProxy(QNetworkProxy::DefaultProxy)));
 }
 
+void HTTP::setCertificateChecks(bool on)
+{
+    if (on != m_checkCertificates) {
+        m_checkCertificates = on;
+        m_manager.clearConnectionCache(); // a kept connection goes on as it was set up
+    }
+}
+
 QNetworkRequest HTTP::prepared(QNetworkRequest request) const
 {
     if (!m_checkCertificates) {

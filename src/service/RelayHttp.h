@@ -26,7 +26,7 @@ public:
     /// The proxy of the calls from now on; nothing for the system's own.
     void setProxy(const std::optional<QNetworkProxy> &proxy);
     /// Whether the certificates of servers are checked, as they are unless told otherwise.
-    void setCertificateChecks(bool on) { m_checkCertificates = on; }
+    void setCertificateChecks(bool on);
 
 signals:
     void finished(QByteArray data);

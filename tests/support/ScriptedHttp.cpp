@@ -162,8 +162,8 @@ void ScriptedHttp::read(QTcpSocket *socket)
     requests.append(request);
     const ScriptedAnswer answer = m_answers.isEmpty() ? fallback : m_answers.takeFirst();
     const QPointer<QTcpSocket> open(socket);
-    if (onRequest) {
-        onRequest(request);
+    if (const auto callback = onRequest) { // a copy: it may replace itself
+        callback(request);
     }
     if (answer.held) {
         m_held.append({open, answer});
