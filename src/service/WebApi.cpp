@@ -1,0 +1,173 @@
+#include "service/WebApi.h"
+
+#include "service/ProxyChoice.h"
+#include "service/ReplyWait.h"
+#include "service/Statements.h"
+#include "service/WebApiReply.h"
+
+#include <QDebug>
+#include <QEventLoop>
+#include <QTimer>
+
+namespace mevo {
+
+namespace {
+
+/// A request that nobody waits for is given up after this time, so that a dead server collects none.
+constexpr int ForgottenTimeoutMs = 15000;
+
+QNetworkReply *sendGet(QNetworkAccessManager &manager, const QNetworkRequest &request, const QByteArray &)
+{
+    return manager.get(request);
+}
+
+QNetworkReply *sendPost(QNetworkAccessManager &manager, const QNetworkRequest &request,
+                        const QByteArray &body)
+{
+    return manager.post(request, body);
+}
+
+void setProxy(QNetworkAccessManager &manager, const ServiceState &state)
+{
+    manager.setProxy(chosenProxy(state).value_or(QNetworkProxy(QNetworkProxy::DefaultProxy)));
+}
+
+} // namespace
+
+WebApi::WebApi(MainState &state, const Time &time, const WebCipher &cipher, QObject *parent)
+    : QObject(parent)
+    , m_state(state)
+    , m_time(time)
+    , m_cipher(cipher)
+{
+}
+
+int WebApi::BackendGet(const QUrl &url, int timeoutMs, QString &reply)
+{
+    return call(sendGet, QNetworkRequest(url), {}, timeoutMs, reply,
+                QByteArrayLiteral("application/x-www-form-urlencoded"));
+}
+
+int WebApi::BackendPost(const QUrl &url, int timeoutMs, const QByteArray &body, QString &reply,
+                        const QByteArray &contentType)
+{
+    return call(sendPost, QNetworkRequest(url), body, timeoutMs, reply, contentType);
+}
+
+int WebApi::call(Send send, QNetworkRequest request, const QByteArray &body, int timeoutMs, QString &reply,
+                 const QByteArray &contentType)
+{
+    if (!m_state.IsOnline) {
+        return -1;
+    }
+    if (timeoutMs < ShortestWaitMs) {
+        setProxy(m_manager, m_state);
+        forget(send(m_manager, request, body));
+        return 0;
+    }
+
+    request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
+    const Time &time = m_time;
+    const qint64 start = time.monotonicMs();
+    const QString host = request.url().host();
+    QNetworkAccessManager manager;
+    setProxy(manager, m_state);
+    const ReplyOutcome outcome = waitForReply(send(manager, request, body), timeoutMs);
+    // `this` may be gone from here on.
+    if (outcome.code != 200) {
+        qInfo("Backend: %s gave %d after %lld ms", qPrintable(host), outcome.code,
+              time.monotonicMs() - start);
+    } else {
+        reply = QString::fromUtf8(outcome.body);
+    }
+    return outcome.code;
+}
+
+void WebApi::forget(QNetworkReply *reply)
+{
+    m_pending.insert(reply);
+    limitReply(reply);
+    QTimer::singleShot(ForgottenTimeoutMs, reply, &QNetworkReply::abort);
+    connect(reply, &QNetworkReply::finished, this, [this, reply] {
+        m_pending.remove(reply);
+        reply->deleteLater();
+        if (m_pending.isEmpty()) {
+            emit drained();
+        }
+    });
+}
+
+bool WebApi::drain(int maxMs)
+{
+    if (!m_pending.isEmpty()) {
+        const QPointer<WebApi> alive(this);
+        QEventLoop loop;
+        QTimer::singleShot(maxMs, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+        connect(this, &WebApi::drained, &loop, &QEventLoop::quit);
+        connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+        if (alive.isNull()) {
+            return false;
+        }
+    }
+    return m_pending.isEmpty();
+}
+
+QString WebApi::RunBackendSql(const QObject *owner, const QString &sql, const QString &baseUrl, int timeoutMs)
+{
+    if (!m_state.IsOnline || !m_state.BackendReachable) {
+        return {};
+    }
+    const QPointer<const QObject> waiting(owner);
+    QString reply;
+    const int code = BackendGet(webApiUrl(m_cipher, baseUrl, SqlTag, sql), timeoutMs, reply);
+    if (code != 200 || (owner != nullptr && waiting.isNull())) {
+        return {};
+    }
+    return reply;
+}
+
+std::optional<QString> WebApi::RunWithFailover(const QString &sql, const FailoverTimeouts &timeouts)
+{
+    const std::array<QString, 3> bases{m_state.ServerUrl, m_state.ServerUrlBk1, m_state.ServerUrlBk2};
+    const QPointer<WebApi> alive(this);
+    for (std::size_t i = 0; i < bases.size() && !alive.isNull(); ++i) {
+        QString reply;
+        if (BackendGet(webApiUrl(m_cipher, bases[i], SqlTag, sql), timeouts[i], reply) == 200) {
+            return reply;
+        }
+    }
+    return std::nullopt;
+}
+
+int WebApi::ProbeBackend()
+{
+    const QPointer<WebApi> alive(this);
+    QString reply;
+    const QUrl url = webApiUrl(m_cipher, m_state.ServerUrl, ProbeTag, QLatin1String(ProbeWord));
+    const int code = BackendGet(url, ProbeTimeoutMs, reply);
+    if (alive.isNull()) {
+        return -1;
+    }
+    m_state.BackendReachable = code == 200;
+    if (code != 200) {
+        return -1;
+    }
+    const std::optional<WebApiReply> unwrapped = unwrapReply(m_cipher, reply);
+    if (!unwrapped) {
+        return 0;
+    }
+    m_state.ServerVersion = unwrapped->result;
+    return unwrapped->items;
+}
+
+int WebApi::WriteDeviceColumn(const QString &assignments)
+{
+    const QString sql =
+        deviceStatement(Statement::WriteDeviceColumns, m_state.SchemaName, {assignments, m_state.DongleID});
+    QString reply;
+    const QUrl url = webApiUrl(m_cipher, m_state.ServerUrl, ColumnWriteTag, sql);
+    return BackendGet(url, ColumnWriteTimeoutMs, reply) == 200 ? 0 : -1;
+}
+
+} // namespace mevo
