@@ -58,6 +58,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     BaiDuCurrentVoiceType = mevo::SettingsFile().value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
     readServerAddresses();
     theWindow = this;
+    createServices();
     openDeviceAtStart();
     createNetworkObjects();
     introduceDevice();
@@ -78,6 +79,11 @@ MainWindow::~MainWindow()
     if (m_reader != nullptr) {
         stopReader(); // a window that goes without an exit must not leave a thread that reads its flags
     }
+    // What refers to this window's state goes before the state does.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    delete m_micTip;
+    delete m_recorder;
+    delete m_online;
     theWindow = nullptr;
 }
 
@@ -86,7 +92,7 @@ void MainWindow::createNetworkObjects()
     m_network = new QNetworkAccessManager(this);
     connect(m_network, &QNetworkAccessManager::finished, this, &MainWindow::slot_requestFinished_NotRead);
     m_partialResult = new CPatialResultDialog(this);
-    m_online = new isOnl(*m_platform.networkState, *this, this);
+    m_online = new isOnl(*m_platform.networkState, HidBusy, this);
     m_online->GetInternetConnectState();
     IsOnline = m_online->isOnline;
     connect(m_online, &isOnl::returnisonline, this, &MainWindow::showOnline);
@@ -177,6 +183,9 @@ void MainWindow::finishStart()
     BuildAsrLanMenu(false, true);
     m_platform.windowSystem->neverTakeFocus(winId());
     InitDone = true;
+    if (m_exitWanted) {
+        QTimer::singleShot(0, this, &MainWindow::exitByItself);
+    }
     const bool thirdPartyNeedsElevation = LocalEnableASR3 && LocalUseASR3Index == 1;
     if (!thirdPartyNeedsElevation && RunAsAdmin) {
         clearRunAsAdministrator();

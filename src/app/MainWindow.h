@@ -20,6 +20,7 @@
 
 class AudioRecorder;
 class CPatialResultDialog;
+class DeviceCommands;
 class GetHIDDataThread;
 class isOnl;
 class MicTipDialog;
@@ -34,8 +35,8 @@ class WebCipher;
 
 namespace mevo {
 class BaiduTokens;
-class DeviceCommands;
 class WebApi;
+class CredentialStore;
 struct EngineChange;
 } // namespace mevo
 
@@ -49,7 +50,7 @@ class BaiduSpeech;
 class MainWindow : public QMainWindow,
                    public MainState,
                    private RecorderHost,
-                   private EngineHost,
+                   private mevo::EngineHost,
                    private mevo::TipWindowHost
 {
     Q_OBJECT
@@ -167,6 +168,7 @@ private:
     void openDeviceAtStart();
     void createNetworkObjects();
     void introduceDevice();
+    void createServices();
     void createRecorderAndBar();
     void loadServicesAndSettings();
     void createTipWindow();
@@ -176,7 +178,6 @@ private:
 
     // Settings.
     void LoadSettings();
-    void applyEngineSettings();
 
     // Device.
     void createReader();
@@ -186,8 +187,6 @@ private:
     void deviceArrived();
     void deviceRemoved();
     void restartKeypadSibling();
-    void startHeartbeatTimer();
-    void stopHeartbeatTimer();
     void closeInputMethodWindow();
 
     // Engines and services.
@@ -195,11 +194,11 @@ private:
     void loadAllCredentials();
     void SetupAsr3();
     void DetectXunFeiVersion();
-    bool sendUsageOnExit(bool withTencent);
+    void sendUsageOnExit(bool withTencent);
 
     // Output.
     void pasteText(const QString &text);
-    void SendImmediateKeys();
+    void sendImmediateKeys();
 
     // Exit.
     enum class ExitKind { Asked, Unasked, ByItself };
@@ -214,7 +213,6 @@ private:
     void setLanguageButtonImage(const QString &styleSheet);
     void setTrayPicture(const QString &picture);
     void message(const QString &text, mevo::MessageIcon icon, int milliseconds);
-    void showEngineTip(const QString &text, bool regardless) override;
     QRect screenRect() const;
 
     // RecorderHost
@@ -227,6 +225,15 @@ private:
     void clearRunAsAdministrator() override;
     void runBackendSql(const QString &statement) override;
 
+    // EngineHost
+    void loadCurrentBaiduCredentials() override;
+    void fetchBaiduToken() override;
+    void loadBaiduTranslateCredentials() override;
+    void buildAsrLanMenu(bool persistEngine, bool setupInputMethod) override;
+    void ensureEngineTip() override;
+    void showEngineTip(const QString &text, bool regardlessOfShowTipsDlg) override;
+    void channelCountChanged() override;
+
     // TipWindowHost
     bool sendMicrophoneLatch(bool on) override;
     void flushUsageCounters() override;
@@ -238,11 +245,12 @@ private:
     mevo::PipelineHands m_pipelineHands{*this};
     mevo::SessionMachine m_session;
     mevo::ResultPipeline m_pipeline;
-    EngineEndpoints m_endpoints;
+    mevo::EngineEndpoints m_endpoints;
 
     std::unique_ptr<WebCipher> m_cipher;
     std::unique_ptr<mevo::WebApi> m_webApi;
-    std::unique_ptr<mevo::DeviceCommands> m_device;
+    std::unique_ptr<DeviceCommands> m_device;
+    std::unique_ptr<mevo::CredentialStore> m_credentials;
     std::unique_ptr<mevo::BaiduTokens> m_tokens;
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
     GetHIDDataThread *m_reader = nullptr;
@@ -273,5 +281,6 @@ private:
     QPoint m_dragFrom;
     bool m_dragging = false;
     bool m_moved = false;
+    bool m_exitWanted = false; ///< an exit was asked for before the construction had ended
     QStringList m_pasteQueue;
 };

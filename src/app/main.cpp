@@ -29,9 +29,7 @@ int main(int argc, char *argv[])
 
     auto window = std::make_unique<MainWindow>(*platform);
     window->setWindowTitle(QStringLiteral("aaaaaa"));
-    if (window->shouldShow()) {
-        window->show();
-    }
+    window->show();
     const int result = QApplication::exec();
     if (result == MainWindow::restartCode) {
         platform->singleInstance->release();

@@ -2,7 +2,7 @@
 
 #include "app/MainWindow.h"
 
-#include "device/SendHWKeyThread.h"
+#include "device/DeviceCommands.h"
 #include "output/PasteShortcut.h"
 #include "output/SendPlan.h"
 
@@ -34,7 +34,7 @@ void MainWindow::Send2Screen(const QString &text, int, int)
         m_platform.windowSystem->postText(
             FocusWindow, plan.text, [this, typed = plan.text](const mevo::PostResult &result) {
                 if (result.complete) {
-                    SendImmediateKeys();
+                    sendImmediateKeys();
                     return;
                 }
                 // What could not be typed is still the user's: the clipboard keeps it.
@@ -71,7 +71,7 @@ void MainWindow::pasteText(const QString &text)
     m_platform.keyboard->keyUp(shortcut.virtualKey);
     modifiers(&mevo::Keyboard::keyUp);
     m_platform.time->sleepMs(100);
-    SendImmediateKeys();
+    sendImmediateKeys();
 }
 
 void MainWindow::Paster2ScreenHandOut()
@@ -95,4 +95,18 @@ void MainWindow::SendCopyCombination()
 void MainWindow::CopyClipboardText()
 {
     m_platform.time->sleepMs(200);
+}
+
+void MainWindow::SendHWKey(bool shift, bool ctrl, bool alt, bool win, bool consumerKey, int key)
+{
+    if (deviceOpen()) {
+        m_device->SendHWKey(shift, ctrl, alt, win, consumerKey, key);
+    }
+}
+
+void MainWindow::sendImmediateKeys()
+{
+    if (VoiceImmediateSend && deviceOpen()) {
+        m_device->SendImmediateKeys();
+    }
 }

@@ -158,17 +158,6 @@ void MainWindow::message(const QString &text, mevo::MessageIcon icon, int millis
     m_platform.notifications->message(QString(), text, icon, milliseconds);
 }
 
-void MainWindow::showEngineTip(const QString &text, bool regardless)
-{
-    if (!regardless && !ShowTipsDlg) {
-        return;
-    }
-    if (m_toolTips.isNull()) {
-        m_toolTips = new QToolTips(this);
-    }
-    m_toolTips->showText(text, geometry());
-}
-
 void MainWindow::showOnline(int state)
 {
     if (state < 0) {
