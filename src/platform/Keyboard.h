@@ -10,6 +10,7 @@ enum VirtualKey {
     VkShift = 0x10,
     VkControl = 0x11,
     VkMenu = 0x12,
+    VkInsert = 0x2D,
     VkDelete = 0x2E,
     VkC = 0x43,
     VkS = 0x53,

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/Clipboard.h"
+
+#include <QObject>
+
+#include <atomic>
+
+namespace mevo {
+
+/// The desktop's clipboard. Lives on the GUI thread; hasText() is a mirror that any thread may read.
+class QtClipboard : public QObject, public Clipboard
+{
+    Q_OBJECT
+
+public:
+    QtClipboard();
+    void setText(const QString &text) override;
+    QString text() const override;
+    void clear() override;
+    bool hasText() const override { return m_hasText; }
+
+private:
+    std::atomic<bool> m_hasText{false};
+};
+
+} // namespace mevo

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+struct _XDisplay;
+
+namespace mevo {
+
+/// A connection of our own to the X server, used by one thread. Errors of the server never end the
+/// program: the handler notes them.
+class X11Connection
+{
+public:
+    X11Connection();
+    ~X11Connection();
+    X11Connection(const X11Connection &) = delete;
+    X11Connection &operator=(const X11Connection &) = delete;
+
+    /// Null when there is no X server.
+    _XDisplay *display() const { return m_display; }
+    explicit operator bool() const { return m_display != nullptr; }
+    unsigned long root() const;
+    unsigned long atom(const char *name) const;
+
+    /// Whether the window has the property at all.
+    bool hasProperty(unsigned long window, unsigned long property) const;
+    /// The first 32-bit item of a property, 0 when it is absent.
+    unsigned long firstItem(unsigned long window, unsigned long property) const;
+    /// A text property as UTF-8 or Latin-1; empty when it is absent.
+    QString text(unsigned long window, const char *property) const;
+    bool exists(unsigned long window) const;
+    /// The top-level window that holds `window`, 0 when it is gone.
+    unsigned long topLevel(unsigned long window) const;
+    unsigned long focus() const;
+
+private:
+    _XDisplay *m_display = nullptr;
+};
+
+} // namespace mevo

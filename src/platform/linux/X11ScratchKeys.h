@@ -1,0 +1,41 @@
+#pragma once
+
+#include "output/PostingPlan.h"
+
+#include <utility>
+#include <vector>
+
+namespace mevo {
+
+class X11Connection;
+
+/// The keycodes that the keyboard map leaves free, bound to whatever symbols a text needs. Which ones
+/// are bound is written on the root window beside a selection that dies with us, so that the next start
+/// can unbind what a crash has left.
+class X11ScratchKeys
+{
+public:
+    explicit X11ScratchKeys(X11Connection &connection);
+    ~X11ScratchKeys();
+
+    int count() const { return static_cast<int>(m_keycodes.size()); }
+    int keycode(int slot) const { return m_keycodes[static_cast<std::size_t>(slot)]; }
+    /// Binds slots to symbols in one request; symbol 0 unbinds.
+    void bind(const std::vector<ScratchSlots::Binding> &bindings);
+    /// Unbinds every slot and takes the mark away.
+    void release();
+
+private:
+    void recover();
+    void findFree();
+    void mark(bool on);
+    void setMap(const std::vector<std::pair<int, KeySymbol>> &symbols);
+
+    X11Connection &m_connection;
+    std::vector<int> m_keycodes;
+    std::vector<bool> m_bound;
+    unsigned long m_owner = 0;
+    bool m_marked = false;
+};
+
+} // namespace mevo

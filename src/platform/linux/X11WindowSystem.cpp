@@ -1,0 +1,191 @@
+#include "platform/linux/X11WindowSystem.h"
+
+#include "platform/linux/X11Poster.h"
+
+#include <QDebug>
+#include <QPointer>
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+namespace mevo {
+
+/// Lives on the typing thread.
+class X11WindowSystem::Worker : public QObject
+{
+public:
+    bool start()
+    {
+        m_poster = std::make_unique<X11Poster>();
+        return m_poster->isUsable();
+    }
+    void finish() { m_poster.reset(); }
+    PostResult post(WindowId window, const QString &text) { return m_poster->post(window, text); }
+
+private:
+    std::unique_ptr<X11Poster> m_poster;
+};
+
+X11WindowSystem::X11WindowSystem()
+    : m_worker(new Worker)
+{
+    m_worker->moveToThread(&m_thread);
+    m_thread.setObjectName(QStringLiteral("typing"));
+    m_thread.start();
+    QMetaObject::invokeMethod(
+        m_worker, [this] { m_canPost = m_worker->start(); }, Qt::BlockingQueuedConnection);
+}
+
+X11WindowSystem::~X11WindowSystem()
+{
+    // What is queued is still typed: it has been said.
+    QMetaObject::invokeMethod(
+        m_worker, [this] { m_worker->finish(); }, Qt::BlockingQueuedConnection);
+    m_thread.quit();
+    m_thread.wait();
+    delete m_worker;
+}
+
+void X11WindowSystem::postText(WindowId window, const QString &text, PostDone done)
+{
+    QPointer<X11WindowSystem> self(this);
+    QMetaObject::invokeMethod(
+        m_worker,
+        [this, self, window, text, done = std::move(done)] {
+            const PostResult result = m_worker->post(window, text);
+            if (done) {
+                QMetaObject::invokeMethod(
+                    this,
+                    [self, done, result] {
+                        if (!self.isNull()) {
+                            done(result);
+                        }
+                    },
+                    Qt::QueuedConnection);
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+WindowId X11WindowSystem::foregroundWindow()
+{
+    return m_connection ? m_connection.firstItem(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"))
+                        : 0;
+}
+
+WindowId X11WindowSystem::focusedWindow()
+{
+    return m_connection ? m_connection.focus() : 0;
+}
+
+bool X11WindowSystem::isWindow(WindowId window)
+{
+    return m_connection && m_connection.exists(window);
+}
+
+bool X11WindowSystem::sendToRoot(WindowId window, const char *message, long first, long second)
+{
+    if (!isWindow(window)) {
+        return false;
+    }
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = m_connection.atom(message);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = first;
+    event.xclient.data.l[1] = second;
+    XSendEvent(m_connection.display(), m_connection.root(), False,
+               SubstructureNotifyMask | SubstructureRedirectMask, &event);
+    XFlush(m_connection.display());
+    return true;
+}
+
+bool X11WindowSystem::activate(WindowId window)
+{
+    constexpr long fromPager = 2; // the user's own wish, which window managers honour
+    return sendToRoot(m_connection ? m_connection.topLevel(window) : 0, "_NET_ACTIVE_WINDOW", fromPager,
+                      CurrentTime);
+}
+
+bool X11WindowSystem::closeWindow(WindowId window)
+{
+    return sendToRoot(m_connection ? m_connection.topLevel(window) : 0, "_NET_CLOSE_WINDOW", CurrentTime, 1);
+}
+
+WindowId X11WindowSystem::findWindow(const QString &wantedClass, const QString &title)
+{
+    if (!m_connection) {
+        return 0;
+    }
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0, rest = 0;
+    unsigned char *data = nullptr;
+    WindowId found = 0;
+    if (XGetWindowProperty(m_connection.display(), m_connection.root(), m_connection.atom("_NET_CLIENT_LIST"),
+                           0, 4096, False, XA_WINDOW, &type, &format, &count, &rest, &data) == Success &&
+        data != nullptr) {
+        const auto *windows = reinterpret_cast<const unsigned long *>(data);
+        for (unsigned long i = 0; i < count && found == 0; ++i) {
+            const bool classFits = wantedClass.isEmpty() ||
+                                   windowClass(windows[i]).split(QLatin1Char('.')).contains(wantedClass);
+            if (classFits && (title.isEmpty() || windowTitle(windows[i]) == title)) {
+                found = windows[i];
+            }
+        }
+        XFree(data);
+    }
+    return found;
+}
+
+QString X11WindowSystem::windowClass(WindowId window)
+{
+    if (!isWindow(window)) {
+        return {};
+    }
+    XClassHint hint{};
+    const unsigned long top = m_connection.topLevel(window);
+    if (top == 0 || XGetClassHint(m_connection.display(), top, &hint) == 0) {
+        return {};
+    }
+    const QString text =
+        QString::fromLatin1(hint.res_name) + QLatin1Char('.') + QString::fromLatin1(hint.res_class);
+    XFree(hint.res_name);
+    XFree(hint.res_class);
+    return text;
+}
+
+QString X11WindowSystem::windowTitle(WindowId window)
+{
+    if (!isWindow(window)) {
+        return {};
+    }
+    const unsigned long top = m_connection.topLevel(window);
+    const QString title = m_connection.text(top, "_NET_WM_NAME");
+    return title.isEmpty() ? m_connection.text(top, "WM_NAME") : title;
+}
+
+std::optional<QRect> X11WindowSystem::caretRectangle()
+{
+    return std::nullopt; // known to accessible programs only; the caller uses the pointer
+}
+
+void X11WindowSystem::neverTakeFocus(WindowId window)
+{
+    if (!isWindow(window)) {
+        return;
+    }
+    XWMHints hints{};
+    if (XWMHints *present = XGetWMHints(m_connection.display(), window)) {
+        hints = *present;
+        XFree(present);
+    }
+    hints.flags |= InputHint;
+    hints.input = False;
+    XSetWMHints(m_connection.display(), window, &hints);
+    XFlush(m_connection.display());
+}
+
+} // namespace mevo

@@ -1,0 +1,18 @@
+mevo_core_sources(
+    output/PasteShortcut.cpp
+    output/PasteShortcut.h
+    output/PostingPlan.cpp
+    output/PostingPlan.h)
+mevo_app_sources(
+    platform/linux/QtClipboard.cpp
+    platform/linux/QtClipboard.h
+    platform/linux/X11Connection.cpp
+    platform/linux/X11Connection.h
+    platform/linux/X11Keyboard.cpp
+    platform/linux/X11Keyboard.h
+    platform/linux/X11Poster.cpp
+    platform/linux/X11Poster.h
+    platform/linux/X11ScratchKeys.cpp
+    platform/linux/X11ScratchKeys.h
+    platform/linux/X11WindowSystem.cpp
+    platform/linux/X11WindowSystem.h)
