@@ -31,6 +31,8 @@ std::unique_ptr<TargetWindow> XtermTarget::start()
                                 QStringLiteral("monospace"),
                                 QStringLiteral("-fs"),
                                 QStringLiteral("12"),
+                                QStringLiteral("-T"),
+                                QStringLiteral("xterm"),
                                 QStringLiteral("-geometry"),
                                 QStringLiteral("80x24+40+40"),
                                 QStringLiteral("-e"),
