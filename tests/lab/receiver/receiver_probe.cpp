@@ -1,5 +1,6 @@
 // Finds and reads the receiver through hidapi and follows it through libudev, one line of output for each
-// thing that it sees. Commands come from standard input: enumerate, feature HEX, identity, descriptors, quit.
+// thing that it sees. Commands (enumerate, feature HEX, identity, descriptors, quit) come from the command
+// line, one an argument, and then from standard input.
 
 #include <hidapi/hidapi.h>
 #include <libudev.h>
@@ -146,7 +147,7 @@ private:
 
 } // namespace
 
-int main()
+int main(int argc, char *argv[])
 {
     hid_init();
     udev *context = udev_new();
@@ -158,6 +159,8 @@ int main()
     say("ready");
 
     std::string input;
+    for (int i = 1; i < argc; ++i)
+        probe.command(argv[i]);
     for (bool running = true; running;) {
         pollfd descriptors[] = {{STDIN_FILENO, POLLIN, 0}, {udev_monitor_get_fd(monitor), POLLIN, 0}};
         poll(descriptors, 2, 1);

@@ -1,0 +1,442 @@
+#include "desk/DeskRunner.h"
+
+#include "desk/HttpGet.h"
+#include "desk/SpeechClip.h"
+#include "receiver/LaunchEnvironment.h"
+#include "receiver/WaitUntil.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+namespace mevo::lab {
+
+namespace {
+
+using Result = DeskRunner::Result;
+
+constexpr int defaultWaitMs = 5000;
+constexpr int defaultQuietMs = 1000;
+constexpr int toolTimeoutMs = 30000;
+constexpr int logLinesOnFailure = 30;
+
+QString within()
+{
+    return QStringLiteral("within");
+}
+
+void say(const QString &line)
+{
+    std::printf("%s\n", qUtf8Printable(line));
+    std::fflush(stdout);
+}
+
+/// A text so that control characters can be seen.
+QString visible(const QString &text)
+{
+    QString result = text;
+    result.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    result.replace(QLatin1Char('\n'), QLatin1String("\\n"));
+    result.replace(QLatin1Char('\r'), QLatin1String("\\r"));
+    result.replace(QLatin1Char('\t'), QLatin1String("\\t"));
+    result.replace(QLatin1Char('\x1b'), QLatin1String("\\e"));
+    return QLatin1Char('"') + result + QLatin1Char('"');
+}
+
+QString lastLines(const QByteArray &text, int count)
+{
+    const QList<QByteArray> lines = text.trimmed().split('\n');
+    return QString::fromUtf8(lines.mid(std::max(0, lines.size() - count)).join('\n'));
+}
+
+} // namespace
+
+Result Result::failed(const QString &expected, const QString &seen)
+{
+    return {false, {}, expected, seen};
+}
+
+struct DeskRunner::Verb
+{
+    const char *name;
+    Result (DeskRunner::*run)(Step step);
+};
+
+const DeskRunner::Verb DeskRunner::verbs[] = {
+    {"set", &DeskRunner::set},
+    {"start-program", &DeskRunner::startProgram},
+    {"stop-program", &DeskRunner::stopProgram},
+    {"wait-exit", &DeskRunner::waitExit},
+    {"expect-running", &DeskRunner::expectRunning},
+    {"target", &DeskRunner::openTarget},
+    {"close", &DeskRunner::closeTarget},
+    {"focus", &DeskRunner::focusTarget},
+    {"clear", &DeskRunner::clearTarget},
+    {"wait-text", &DeskRunner::waitText},
+    {"expect-text", &DeskRunner::expectText},
+    {"wait-log", &DeskRunner::waitLog},
+    {"no-log", &DeskRunner::noLog},
+    {"expect-feature", &DeskRunner::expectFeature},
+    {"wait-window", &DeskRunner::waitWindow},
+    {"no-window", &DeskRunner::noWindow},
+    {"speak", &DeskRunner::speak},
+    {"hold", &DeskRunner::hold},
+    {"key", &DeskRunner::key},
+    {"click", &DeskRunner::click},
+    {"screenshot", &DeskRunner::screenshot},
+    {"http", &DeskRunner::http},
+    {"sh", &DeskRunner::shell},
+    {"note", &DeskRunner::note},
+    {"log", &DeskRunner::printLog},
+    {"clock", &DeskRunner::startClock},
+    {"lap", &DeskRunner::lap},
+};
+
+DeskRunner::DeskRunner(Options options, KeyboardPort *keyboard)
+    : m_options(std::move(options))
+    , m_console(keyboard)
+{
+}
+
+bool DeskRunner::run(const DeskScript &script)
+{
+    const qint64 start = monotonicNs();
+    const auto msSinceStart = [start] { return double(monotonicNs() - start) / 1e6; };
+    for (const DeskStep &step : script.steps) {
+        const double began = msSinceStart();
+        const Result result = runStep(step);
+        QString line = QStringLiteral("[%1 ms] +%2 ms  %3: %4")
+                           .arg(began, 9, 'f', 1)
+                           .arg(msSinceStart() - began, 0, 'f', 1)
+                           .arg(step.line)
+                           .arg(step.source);
+        if (result.ok) {
+            say(result.note.isEmpty() ? line : line + QStringLiteral("  -> ") + result.note);
+            continue;
+        }
+        say(line);
+        say(QStringLiteral("FAILED at line %1\n  expected: %2\n  seen:     %3")
+                .arg(step.line)
+                .arg(result.expected, result.seen));
+        if (!m_program.log().isEmpty())
+            say(QStringLiteral("--- the program's last lines\n") +
+                lastLines(m_program.log(), logLinesOnFailure));
+        return false;
+    }
+    return true;
+}
+
+Result DeskRunner::runStep(const DeskStep &step)
+{
+    const auto *verb = std::find_if(std::begin(verbs), std::end(verbs), [&step](const Verb &row) {
+        return step.verb == QLatin1String(row.name);
+    });
+    if (verb != std::end(verbs))
+        return (this->*verb->run)(step);
+    if (step.verb == QLatin1String("mark"))
+        m_logMark = m_program.log().size();
+    const ReceiverConsole::Answer answer = m_console.execute(QStringList{step.verb} + step.arguments);
+    return answer.ok ? Result{true, answer.text, {}, {}} : Result::failed(step.source, answer.text);
+}
+
+Result DeskRunner::set(Step step)
+{
+    m_options.environment.insert(step.arguments.at(0), step.arguments.at(1));
+    return {};
+}
+
+Result DeskRunner::startProgram(Step step)
+{
+    const QString started = QStringLiteral("the program starts");
+    if (m_options.program.isEmpty())
+        return Result::failed(started, QStringLiteral("no --program is given"));
+    if (m_program.running())
+        return Result::failed(started, QStringLiteral("it is running"));
+    m_logMark = m_program.log().size();
+    if (!m_program.start(m_options.program, step.arguments,
+                         launchEnvironment(m_console.bed().root(), m_options.program, m_options.environment)))
+        return Result::failed(started, m_program.errorText());
+    return {};
+}
+
+Result DeskRunner::stopProgram(Step step)
+{
+    if (!m_program.running())
+        return Result::failed(QStringLiteral("the program ends"), QStringLiteral("it is not running"));
+    if (!m_program.stop(step.milliseconds(within(), defaultWaitMs)))
+        return Result::failed(QStringLiteral("the program ends"), QStringLiteral("it had to be killed"));
+    return {true, QStringLiteral("exit code %1").arg(m_program.exitCode()), {}, {}};
+}
+
+Result DeskRunner::waitExit(Step step)
+{
+    const QString expected = QStringLiteral("exit code %1").arg(step.arguments.first());
+    if (!waitUntil([this] { return !m_program.running(); }, step.milliseconds(within(), defaultWaitMs)))
+        return Result::failed(expected, QStringLiteral("it is still running"));
+    const QString code = QString::number(m_program.exitCode());
+    return code == step.arguments.first() ? Result{}
+                                          : Result::failed(expected, QStringLiteral("exit code ") + code);
+}
+
+Result DeskRunner::expectRunning(Step)
+{
+    if (m_program.running())
+        return {};
+    return Result::failed(QStringLiteral("the program runs"),
+                          QStringLiteral("it ended with exit code %1").arg(m_program.exitCode()));
+}
+
+TargetWindow *DeskRunner::targetOf(const QString &name) const
+{
+    const auto entry = m_targets.find(name.isEmpty() ? m_current : name);
+    return entry == m_targets.end() ? nullptr : entry->second.get();
+}
+
+Result DeskRunner::openTarget(Step step)
+{
+    const QString kind = step.arguments.first();
+    const QString name = step.options.value(QStringLiteral("as"), kind);
+    std::unique_ptr<TargetWindow> target = TargetWindow::start(kind);
+    if (!target)
+        return Result::failed(kind + QStringLiteral(" takes keys"), QStringLiteral("it does not come up"));
+    m_targets[name] = std::move(target);
+    m_current = name;
+    return {};
+}
+
+Result DeskRunner::closeTarget(Step step)
+{
+    return m_targets.erase(step.arguments.first()) == 1
+               ? Result{}
+               : Result::failed(QStringLiteral("a target of this name"), QStringLiteral("none"));
+}
+
+Result DeskRunner::focusTarget(Step step)
+{
+    TargetWindow *target = targetOf(step.arguments.first());
+    if (!target)
+        return Result::failed(QStringLiteral("a target of this name"), QStringLiteral("none"));
+    m_current = step.arguments.first();
+    return target->focus()
+               ? Result{}
+               : Result::failed(QStringLiteral("it gets the focus"), QStringLiteral("another has it"));
+}
+
+Result DeskRunner::clearTarget(Step step)
+{
+    TargetWindow *target = targetOf(step.arguments.value(0));
+    if (!target)
+        return Result::failed(QStringLiteral("a target"), QStringLiteral("none"));
+    return target->clear() ? Result{}
+                           : Result::failed(QStringLiteral("an empty target"), QStringLiteral("text"));
+}
+
+Result DeskRunner::waitText(Step step)
+{
+    TargetWindow *target = targetOf(step.options.value(QStringLiteral("in")));
+    if (!target)
+        return Result::failed(QStringLiteral("a target"), QStringLiteral("none"));
+    const QString wanted = step.arguments.first();
+    QString seen;
+    const auto holds = [&] {
+        seen = target->peek();
+        return seen.contains(wanted);
+    };
+    if (waitUntil(holds, step.milliseconds(within(), defaultWaitMs)))
+        return {true, visible(seen), {}, {}};
+    return Result::failed(QStringLiteral("a text with ") + visible(wanted), visible(seen));
+}
+
+Result DeskRunner::expectText(Step step)
+{
+    TargetWindow *target = targetOf(step.options.value(QStringLiteral("in")));
+    if (!target)
+        return Result::failed(QStringLiteral("a target"), QStringLiteral("none"));
+    const QString wanted = step.arguments.first();
+    const QString seen = target->text(wanted.size(), step.milliseconds(within(), defaultWaitMs));
+    return seen == wanted ? Result{} : Result::failed(visible(wanted), visible(seen));
+}
+
+QByteArray DeskRunner::logSinceMark() const
+{
+    return m_program.log().mid(m_logMark);
+}
+
+Result DeskRunner::waitLog(Step step)
+{
+    const QByteArray wanted = step.arguments.first().toUtf8();
+    if (waitUntil([&] { return logSinceMark().contains(wanted); },
+                  step.milliseconds(within(), defaultWaitMs)))
+        return {};
+    return Result::failed(QStringLiteral("a log line with ") + visible(step.arguments.first()),
+                          QStringLiteral("%1 bytes without it").arg(logSinceMark().size()));
+}
+
+Result DeskRunner::noLog(Step step)
+{
+    const QByteArray unwanted = step.arguments.first().toUtf8();
+    if (!waitUntil([&] { return logSinceMark().contains(unwanted); },
+                   step.milliseconds(QStringLiteral("for"), defaultQuietMs)))
+        return {};
+    return Result::failed(QStringLiteral("no log line with ") + visible(step.arguments.first()),
+                          QStringLiteral("it is there"));
+}
+
+Result DeskRunner::expectFeature(Step step)
+{
+    const QStringList words =
+        QStringList{QStringLiteral("wait-feature")} + step.arguments +
+        QStringList{within(), QString::number(step.milliseconds(within(), defaultWaitMs))};
+    const ReceiverConsole::Answer answer = m_console.execute(words);
+    return answer.ok ? Result{} : Result::failed(step.arguments.join(QLatin1Char(' ')), answer.text);
+}
+
+Result DeskRunner::windowStep(Step step, bool wanted)
+{
+    const QString pattern = step.arguments.first();
+    const QRegularExpression expression(pattern);
+    if (!expression.isValid())
+        return Result::failed(QStringLiteral("a pattern"), expression.errorString());
+    if (!m_desktop)
+        m_desktop = Desktop::open();
+    if (!m_desktop)
+        return Result::failed(QStringLiteral("a display"), QStringLiteral("none"));
+    const auto reached = [&] { return m_desktop->findWindow(expression).has_value() == wanted; };
+    if (waitUntil(reached, step.milliseconds(within(), defaultWaitMs), 20))
+        return {};
+    QStringList titles;
+    for (const Desktop::Window window : m_desktop->clientWindows())
+        titles.append(m_desktop->title(window));
+    return Result::failed((wanted ? QStringLiteral("a window ") : QStringLiteral("no window ")) + pattern,
+                          QStringLiteral("managed windows: ") + titles.join(QStringLiteral("; ")));
+}
+
+Result DeskRunner::waitWindow(Step step)
+{
+    return windowStep(step, true);
+}
+
+Result DeskRunner::noWindow(Step step)
+{
+    return windowStep(step, false);
+}
+
+Result DeskRunner::speak(Step step)
+{
+    QString clip = step.arguments.first();
+    QString reason;
+    QTemporaryDir folder;
+    if (!QFileInfo(clip).isFile()) {
+        const QString text = clip;
+        clip = folder.filePath(QStringLiteral("speech.wav"));
+        const QString voice = step.options.value(QStringLiteral("voice"), QStringLiteral("rms"));
+        if (!speakIntoFile(text, voice, clip, &reason))
+            return Result::failed(QStringLiteral("a spoken sentence"), reason);
+    }
+    return playIntoMicrophone(clip, &reason) ? Result{}
+                                             : Result::failed(QStringLiteral("a played clip"), reason);
+}
+
+Result DeskRunner::hold(Step step)
+{
+    bool isNumber = false;
+    const int milliseconds = step.arguments.first().toInt(&isNumber);
+    if (!isNumber)
+        return Result::failed(QStringLiteral("milliseconds"), step.arguments.first());
+    waitUntil([] { return false; }, milliseconds);
+    return {};
+}
+
+Result DeskRunner::runTool(const QString &tool, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(tool, arguments);
+    if (!process.waitForStarted() ||
+        !waitUntil([&process] { return process.state() == QProcess::NotRunning; }, toolTimeoutMs)) {
+        process.kill();
+        process.waitForFinished();
+        return Result::failed(tool + QStringLiteral(" ends"), process.errorString());
+    }
+    const QString output = QString::fromUtf8(process.readAll()).trimmed();
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        return Result::failed(tool + QStringLiteral(" succeeds"),
+                              QStringLiteral("exit code %1: %2").arg(process.exitCode()).arg(output));
+    return {true, output, {}, {}};
+}
+
+Result DeskRunner::key(Step step)
+{
+    return runTool(QStringLiteral("xdotool"), {QStringLiteral("key"), step.arguments.first()});
+}
+
+Result DeskRunner::click(Step step)
+{
+    return runTool(QStringLiteral("xdotool"),
+                   {QStringLiteral("mousemove"), step.arguments.at(0), step.arguments.at(1),
+                    QStringLiteral("click"), step.arguments.value(2, QStringLiteral("1"))});
+}
+
+Result DeskRunner::screenshot(Step step)
+{
+    if (!m_desktop)
+        m_desktop = Desktop::open();
+    const QString file = m_options.artifacts.absoluteFilePath(step.arguments.first());
+    if (m_desktop && m_desktop->screenshot(file))
+        return {true, file, {}, {}};
+    return Result::failed(QStringLiteral("a picture in ") + file, QStringLiteral("it cannot be made"));
+}
+
+Result DeskRunner::http(Step step)
+{
+    if (step.arguments.first() != QLatin1String("GET"))
+        return Result::failed(QStringLiteral("GET"), step.arguments.first());
+    const HttpAnswer answer =
+        httpGet(QUrl(step.arguments.at(1), QUrl::StrictMode), step.milliseconds(within(), defaultWaitMs));
+    const QString body = QString::fromUtf8(answer.body);
+    if (!answer.error.isEmpty())
+        return Result::failed(QStringLiteral("an answer"),
+                              QStringLiteral("status %1, %2 %3").arg(answer.status).arg(answer.error, body));
+    const QString wanted = step.options.value(QStringLiteral("contains"));
+    if (!body.contains(wanted))
+        return Result::failed(QStringLiteral("an answer with ") + visible(wanted), visible(body));
+    return {true, body.simplified(), {}, {}};
+}
+
+Result DeskRunner::shell(Step step)
+{
+    return runTool(QStringLiteral("sh"), {QStringLiteral("-c"), step.arguments.first()});
+}
+
+Result DeskRunner::note(Step step)
+{
+    say(step.arguments.first());
+    return {};
+}
+
+Result DeskRunner::printLog(Step)
+{
+    say(QString::fromUtf8(m_program.log()));
+    return {};
+}
+
+Result DeskRunner::startClock(Step)
+{
+    m_clock.start();
+    return {};
+}
+
+Result DeskRunner::lap(Step step)
+{
+    if (!m_clock.isValid())
+        return Result::failed(QStringLiteral("a started clock"), QStringLiteral("none"));
+    const QString milliseconds = QString::number(double(m_clock.nsecsElapsed()) / 1e6, 'f', 1);
+    say(QStringLiteral("LAP %1: %2 ms").arg(step.arguments.first(), milliseconds));
+    return {};
+}
+
+} // namespace mevo::lab

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "desk/TargetWindow.h"
+#include "receiver/XTestKeyboard.h"
+
+namespace mevo::lab {
+
+/// A text editor; its text is read by having it save.
+class EditorTarget : public TargetWindow
+{
+public:
+    static std::unique_ptr<TargetWindow> startMousepad();
+    static std::unique_ptr<TargetWindow> startFeatherpad();
+    QString peek() override;
+    bool clear() override;
+
+protected:
+    bool waitReady() override;
+
+private:
+    EditorTarget(const QString &kind, std::unique_ptr<Desktop> desktop,
+                 std::unique_ptr<XTestKeyboard> keyboard);
+    static std::unique_ptr<EditorTarget> create(const QString &kind);
+    bool save();
+
+    std::unique_ptr<XTestKeyboard> m_keyboard;
+};
+
+} // namespace mevo::lab
