@@ -1,8 +1,6 @@
 #include "desk/DeskCommand.h"
 #include "receiver/ReceiverCommand.h"
-#if defined(MEVOLAB_HAS_SERVICES)
-#include "backend/ServicesCommand.h"
-#endif
+#include "services/RunServices.h"
 
 #include <QCoreApplication>
 
@@ -22,9 +20,7 @@ struct Subcommand
 constexpr Subcommand subcommands[] = {
     {"receiver", "a virtual receiver, driven by lines on standard input or a socket", mevo::lab::runReceiver},
     {"desk", "runs a script of steps: plug, press, speak, expect text, ...", mevo::lab::runDesk},
-#if defined(MEVOLAB_HAS_SERVICES)
-    {"services", "the services on the loopback interface", mevo::lab::runServices},
-#endif
+    {"services", "the services on the loopback interface", lab::runServices},
 };
 
 int usage()

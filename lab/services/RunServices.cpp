@@ -90,7 +90,7 @@ int runServices(const QStringList &arguments)
     }
     option(QStringLiteral("schema"), QStringLiteral("mevodb"));
     option(QStringLiteral("write-endpoints"), QString());
-    parser.process(QStringList{QStringLiteral("services")} + arguments);
+    parser.process(arguments);
     const auto port = [&parser](const char *name) {
         return quint16(parser.value(QLatin1String(name)).toUInt());
     };

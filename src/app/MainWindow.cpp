@@ -11,6 +11,7 @@
 #include "device/GetHIDDataThread.h"
 #include "engines/BaiduSpeech.h"
 #include "engines/BaiduTokens.h"
+#include "engines/CredentialStore.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
@@ -24,6 +25,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QTimer>
 
 namespace {
@@ -87,6 +89,13 @@ MainWindow::~MainWindow()
     theWindow = nullptr;
 }
 
+void MainWindow::createServices()
+{
+    m_webApi = std::make_unique<mevo::WebApi>(*this, *m_platform.time, *m_cipher);
+    m_credentials = std::make_unique<mevo::CredentialStore>(*this, *m_webApi, *m_cipher);
+    m_tokens = std::make_unique<mevo::BaiduTokens>(*this, *m_webApi, *m_cipher, m_endpoints);
+}
+
 void MainWindow::createNetworkObjects()
 {
     m_network = new QNetworkAccessManager(this);
@@ -104,6 +113,9 @@ void MainWindow::createNetworkObjects()
 void MainWindow::createRecorderAndBar()
 {
     m_recorder = new AudioRecorder(*this, m_platform, *this, this);
+    m_baiduSpeech = std::make_unique<Relay_Speech::BaiduSpeech>(*this, *m_recorder, *m_platform.systemFacts, static_cast<mevo::EngineHost &>(*this), m_endpoints);
+    connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, m_recorder,
+            &AudioRecorder::showRecText);
     createBar();
     VoiceTypeMode = false;
     VoiceCommandWordMode = false;

@@ -11,6 +11,7 @@
 #include "ui/TipWindowHost.h"
 
 #include <QMainWindow>
+#include <QNetworkReply>
 #include <QPixmap>
 #include <QPointer>
 #include <QSystemTrayIcon>
@@ -27,7 +28,6 @@ class MicTipDialog;
 class QAction;
 class QMenu;
 class QNetworkAccessManager;
-class QNetworkReply;
 class QPushButton;
 class QTimer;
 class QToolTips;

@@ -73,7 +73,8 @@ private:
     {
         switch (row.engine) {
         case Engine::Tencent:
-            return QLatin1String(row.code) != dialectCode || (m_state.UseTecentZhDialect && !m_menu.clearTencentDialect);
+            return QLatin1String(row.code) != dialectCode ||
+                   (m_state.UseTecentZhDialect && !m_menu.clearTencentDialect);
         case Engine::Baidu:
             return baiduRowShown(m_state, QLatin1String(row.code));
         case Engine::XunFei:

@@ -40,6 +40,9 @@ std::vector<PostUnit> postUnits(const QString &text)
             units.push_back({ReturnSymbol, i + 1});
         } else if (c == U'\t') {
             units.push_back({TabSymbol, i + 1});
+        } else if (c >= 0xa0 && c <= 0xff) {
+            units.push_back(
+                {static_cast<KeySymbol>(c), i + 1}); // terminals know these by their old symbols only
         } else if (!isControl(c)) {
             units.push_back({UnicodeSymbols | static_cast<KeySymbol>(c), i + 1});
         }

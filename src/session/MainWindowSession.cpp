@@ -8,6 +8,7 @@
 #include "session/ThirdPartyKeys.h"
 #include "ui/MicTipDialog.h"
 
+#include <QAction>
 #include <QTimer>
 
 namespace {

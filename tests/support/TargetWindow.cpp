@@ -72,16 +72,17 @@ bool TargetWindow::focus()
 {
     m_windows.activate(m_topLevel);
     const bool active = waitUntil([this] { return m_windows.foregroundWindow() == m_topLevel; }, 5000);
-    // A program moves the focus to the widget inside a moment after its window has got it.
+    // The server's focus follows a moment after, and the program then moves it to a widget inside.
     mevo::WindowId before = 0;
+    const QString title = m_windows.windowTitle(m_topLevel);
     waitUntil(
         [&] {
             m_focused = m_windows.focusedWindow();
-            const bool settled = m_focused != 0 && m_focused == before;
+            const bool settled = m_focused != 0 && m_focused == before && m_windows.windowTitle(m_focused) == title;
             before = m_focused;
             return settled;
         },
-        2000);
+        3000);
     return active && m_focused != 0;
 }
 

@@ -1,5 +1,14 @@
+#include "app/Endpoints.h"
 #include "platform/Platform.h"
+#include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/HidapiHid.h"
+#include "platform/linux/LinuxProcesses.h"
+#include "platform/linux/LinuxSystem.h"
 #include "platform/linux/LinuxTime.h"
+#include "platform/linux/QtClipboard.h"
+#include "platform/linux/UdevNotifier.h"
+#include "platform/linux/X11Keyboard.h"
+#include "platform/linux/X11WindowSystem.h"
 
 namespace mevo {
 
@@ -7,6 +16,26 @@ std::unique_ptr<Platform> makePlatform()
 {
     auto platform = std::make_unique<Platform>();
     platform->time = std::make_unique<LinuxTime>();
+    platform->systemFacts = std::make_unique<LinuxSystemFacts>();
+    platform->hid = std::make_unique<HidapiHid>();
+    platform->deviceNotifier = std::make_unique<UdevNotifier>();
+    platform->windowSystem = std::make_unique<X11WindowSystem>();
+    platform->keyboard = std::make_unique<X11Keyboard>();
+    platform->clipboard = std::make_unique<QtClipboard>();
+    platform->processes = std::make_unique<LinuxProcesses>();
+    platform->elevation = std::make_unique<LinuxElevation>();
+    platform->startupEntry = std::make_unique<XdgStartupEntry>();
+    platform->registry = std::make_unique<NoRegistry>();
+    platform->networkState = std::make_unique<RouteNetworkState>([] {
+        static const bool local = [] {
+            ServiceState services;
+            const EngineEndpoints endpoints = loadEndpoints(services);
+            return allOnThisMachine(services, endpoints);
+        }();
+        return local;
+    });
+    platform->singleInstance = std::make_unique<FlockSingleInstance>();
+    platform->notifications = std::make_unique<DesktopNotifications>();
     return platform;
 }
 

@@ -283,7 +283,8 @@ void X11Poster::strike(const PostBatch &batch, void *device)
         const auto keycode = static_cast<unsigned>(keycodeOf(stroke));
         for (const Bool down : {True, False}) {
             if (device != nullptr) {
-                XTestFakeDeviceKeyEvent(display, static_cast<XDevice *>(device), keycode, down, nullptr, 0, CurrentTime);
+                XTestFakeDeviceKeyEvent(display, static_cast<XDevice *>(device), keycode, down, nullptr, 0,
+                                        CurrentTime);
             } else {
                 XTestFakeKeyEvent(display, keycode, down, CurrentTime);
             }
