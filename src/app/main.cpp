@@ -2,6 +2,7 @@
 #include "app/MainWindow.h"
 #include "app/SettingsFile.h"
 #include "platform/Platform.h"
+#include "platform/linux/TerminationSignals.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -30,6 +31,7 @@ int main(int argc, char *argv[])
     auto window = std::make_unique<MainWindow>(*platform);
     window->setWindowTitle(QStringLiteral("aaaaaa"));
     window->show();
+    mevo::onTerminationSignal(window.get(), [&window] { window->exitByItself(); });
     const int result = QApplication::exec();
     if (result == MainWindow::restartCode) {
         platform->singleInstance->release();

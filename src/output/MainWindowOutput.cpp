@@ -34,6 +34,7 @@ void MainWindow::Send2Screen(const QString &text, int, int)
         m_platform.windowSystem->postText(
             FocusWindow, plan.text, [this, typed = plan.text](const mevo::PostResult &result) {
                 if (result.complete) {
+                    qInfo() << "Send to screen: typed" << result.posted << "characters";
                     sendImmediateKeys();
                     return;
                 }

@@ -102,12 +102,14 @@ void SessionHands::recordStart()
 {
     if (m_window.m_recorder != nullptr) {
         m_window.m_recorder->OnRecordStart();
+        qInfo() << "Session: recording";
     }
 }
 
 void SessionHands::recordStop()
 {
     if (m_window.m_recorder != nullptr) {
+        qInfo() << "Session: recording ends";
         m_window.m_recorder->OnRecordStop();
     }
 }

@@ -4,4 +4,6 @@ mevo_app_sources(
     platform/linux/LinuxProcesses.cpp
     platform/linux/LinuxProcesses.h
     platform/linux/LinuxSystem.cpp
-    platform/linux/LinuxSystem.h)
+    platform/linux/LinuxSystem.h
+    platform/linux/TerminationSignals.cpp
+    platform/linux/TerminationSignals.h)
