@@ -78,7 +78,8 @@ std::vector<Desktop::Window> Desktop::clientWindows() const
 {
     const QByteArray list = property(m_root, atom("_NET_CLIENT_LIST"));
     std::vector<Window> windows(size_t(list.size()) / sizeof(Window));
-    std::memcpy(windows.data(), list.constData(), windows.size() * sizeof(Window));
+    if (!windows.empty())
+        std::memcpy(windows.data(), list.constData(), windows.size() * sizeof(Window));
     return windows;
 }
 

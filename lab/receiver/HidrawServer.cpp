@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -21,6 +22,16 @@ namespace mevo::lab {
 namespace {
 
 constexpr int failed = -1;
+
+/// Hands a finished server over to umockdev's worker thread: GLib does so by locks that a thread sanitizer
+/// cannot see.
+std::atomic<int> serversPublished{0};
+
+HidrawServer *published(gpointer data)
+{
+    serversPublished.load(std::memory_order_acquire);
+    return static_cast<std::shared_ptr<HidrawServer> *>(data)->get();
+}
 
 /// Gives the driver's answer to a read.
 void answerRead(UMockdevIoctlClient *client, const QByteArray &report)
@@ -70,15 +81,14 @@ void HidrawServer::connectSignals()
             GConnectFlags(0));
     };
     connect("handle-ioctl", G_CALLBACK(+[](UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data) {
-                return gboolean((*static_cast<std::shared_ptr<HidrawServer> *>(data))->handleIoctl(client));
+                return gboolean(published(data)->handleIoctl(client));
             }));
     connect("handle-read", G_CALLBACK(+[](UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data) {
-                return gboolean((*static_cast<std::shared_ptr<HidrawServer> *>(data))->handleRead(client));
+                return gboolean(published(data)->handleRead(client));
             }));
-    connect("client-connected",
-            G_CALLBACK(+[](UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data) {
-                (*static_cast<std::shared_ptr<HidrawServer> *>(data))->clientConnected(client);
-            }));
+    connect("client-connected", G_CALLBACK(+[](UMockdevIoctlBase *, UMockdevIoctlClient *client,
+                                               gpointer data) { published(data)->clientConnected(client); }));
+    serversPublished.fetch_add(1, std::memory_order_release);
 }
 
 dev_t HidrawServer::start()

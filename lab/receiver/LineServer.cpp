@@ -86,8 +86,7 @@ void LineServer::readStandardInput()
     }
     m_notifier->setEnabled(false);
     m_ended = true;
-    if (!m_busy)
-        Q_EMIT inputEnded();
+    feed(m_input, "\n");
 }
 
 void LineServer::feed(const std::shared_ptr<Source> &source, const QByteArray &data)

@@ -220,7 +220,7 @@ Answer ReceiverConsole::moveKey(Words words, bool pressed)
     case VirtualReceiver::KeyFate::Sent:
         return {true, QStringLiteral("sent")};
     case VirtualReceiver::KeyFate::Silent:
-        return {true, QStringLiteral("silent: no heartbeat")};
+        return {true, QStringLiteral("silent")};
     case VirtualReceiver::KeyFate::Unplugged:
         break;
     }

@@ -71,7 +71,7 @@ private:
     void tick();
     KeyFate fateOf(const ReceiverFirmware::Outcome &outcome);
 
-    mutable std::mutex m_mutex; ///< guards what follows up to the log; keeps reports in order
+    mutable std::mutex m_mutex; ///< guards the four members below, and keeps reports in order
     ReceiverFirmware m_firmware;
     bool m_refusing = false;
     QByteArray m_refusedPrefix;
