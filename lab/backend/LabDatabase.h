@@ -29,7 +29,7 @@ public:
     QJsonObject run(const QByteArray &statement);
 
     /// The receiver that the seed knows, and the accounts of the services.
-    static constexpr char DongleId[] = "02-01-345612";
+    static constexpr char DongleId[] = "02-01-001357";
     static constexpr char BaiduAppId[] = "lab-app-1";
     static constexpr char BaiduClientId[] = "lab-client-id-1";
     static constexpr char BaiduClientSecret[] = "lab-client-secret-1";

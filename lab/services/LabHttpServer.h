@@ -21,7 +21,7 @@ struct HttpRequest
     QHash<QByteArray, QByteArray> headers; ///< names in lower case
     QByteArray body;
 
-    QByteArray path() const { return target.left(target.indexOf('?')); }
+    QByteArray path() const { return target.split('?').first(); }
     QByteArray query() const
     {
         return target.contains('?') ? target.mid(target.indexOf('?') + 1) : QByteArray();

@@ -195,6 +195,7 @@ void MainWindow::finishStart()
     BuildAsrLanMenu(false, true);
     m_platform.windowSystem->neverTakeFocus(winId());
     InitDone = true;
+    qInfo() << "Start: ready";
     if (m_exitWanted) {
         QTimer::singleShot(0, this, &MainWindow::exitByItself);
     }
