@@ -61,6 +61,7 @@ int FakeHid::setNonBlocking(HidHandle, bool)
 
 int FakeHid::read(HidHandle, unsigned char *data, std::size_t length)
 {
+    ++reads;
     if (gone) {
         return -1;
     }

@@ -70,6 +70,7 @@ public:
     std::atomic<bool> gone{false};       ///< reads answer -1
     std::atomic<int> openHandles{0};
     std::atomic<int> waitLimitMs{20};
+    std::atomic<int> reads{0}; ///< reads so far, with or without a report
 
 private:
     CallLog &m_log;
