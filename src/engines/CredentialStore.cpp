@@ -38,8 +38,9 @@ bool CredentialStore::LoadBaiduCredentials(const QString &file)
 bool CredentialStore::LoadCurrentBaiduCredentials()
 {
     const SettingsFile settings;
-    const CredentialListRow *row =
-        baiduCredentialList(settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString());
+    const QString chosen = settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
+    // Without a choice the request goes out in Mandarin, and needs that language's account.
+    const CredentialListRow *row = baiduCredentialList(chosen.isEmpty() ? QStringLiteral("1537") : chosen);
     return row != nullptr && load(row->id);
 }
 
