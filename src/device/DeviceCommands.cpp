@@ -137,6 +137,9 @@ bool DeviceCommands::SendDeviceCommand(const mevo::FeatureReport &report)
         return false;
     }
     const mevo::HidHandle handle = m_state.HidCommandHandle;
+    if (handle == nullptr) {
+        return false; // regarded as present since the start, but never opened
+    }
     m_platform.hid->setNonBlocking(handle, false);
     return m_platform.hid->sendFeatureReport(handle, report.data(), report.size()) >= 0;
 }

@@ -68,13 +68,13 @@ bool GetHIDDataThread::StopReader(int milliseconds)
         m_wake.wakeAll();
     }
     quit();
-    if (wait(static_cast<unsigned long>(milliseconds))) {
-        return true;
+    bool ended = wait(static_cast<unsigned long>(milliseconds));
+    if (!ended) {
+        qWarning("the device reader hangs in a read and is terminated");
+        terminate();
+        ended = wait(static_cast<unsigned long>(milliseconds));
     }
-    qWarning("the device reader hangs in a read and is terminated");
-    terminate();
-    const bool ended = wait(static_cast<unsigned long>(milliseconds));
-    m_state.ReaderInRead = false;
+    m_state.ReaderInRead.exchange(false);
     return ended;
 }
 
@@ -111,6 +111,7 @@ void GetHIDDataThread::run()
             break;
         }
     }
+    m_state.ReaderInRead = false; // last of all: StopReader() takes it for the sign of the end
 }
 
 GetHIDDataThread::ReadResult GetHIDDataThread::readReport(mevo::InputReport &report)

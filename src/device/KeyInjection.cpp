@@ -1,8 +1,7 @@
 #include "device/KeyInjection.h"
 
-#include <QDeadlineTimer>
-
 #include <algorithm>
+#include <chrono>
 
 namespace mevo {
 
@@ -56,7 +55,7 @@ KeyInjectionQueue::KeyInjectionQueue(std::atomic<bool> &busy)
 
 KeyInjectionQueue::Ticket KeyInjectionQueue::join()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_waiting.push_back(m_next);
     m_busy = true;
     return m_next++;
@@ -64,34 +63,27 @@ KeyInjectionQueue::Ticket KeyInjectionQueue::join()
 
 void KeyInjectionQueue::awaitTurn(Ticket ticket)
 {
-    const QMutexLocker lock(&m_mutex);
-    while (!m_waiting.empty() && m_waiting.front() != ticket) {
-        m_changed.wait(&m_mutex);
-    }
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_changed.wait(lock, [&] { return m_waiting.empty() || m_waiting.front() == ticket; });
 }
 
 void KeyInjectionQueue::leave(Ticket ticket)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     const auto found = std::find(m_waiting.begin(), m_waiting.end(), ticket);
     if (found == m_waiting.end()) {
         return;
     }
     m_waiting.erase(found);
     m_busy = !m_waiting.empty();
-    m_changed.wakeAll();
+    m_changed.notify_all();
 }
 
 bool KeyInjectionQueue::waitIdle(int milliseconds)
 {
-    const QDeadlineTimer deadline(milliseconds);
-    const QMutexLocker lock(&m_mutex);
-    while (!m_waiting.empty()) {
-        if (!m_changed.wait(&m_mutex, deadline)) {
-            return m_waiting.empty();
-        }
-    }
-    return true;
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                              [this] { return m_waiting.empty(); });
 }
 
 } // namespace mevo

@@ -2,11 +2,12 @@
 
 #include "device/DeviceReports.h"
 
-#include <QMutex>
-#include <QWaitCondition>
+#include <QtGlobal>
 
 #include <atomic>
+#include <condition_variable>
 #include <deque>
+#include <mutex>
 #include <vector>
 
 namespace mevo {
@@ -63,8 +64,8 @@ public:
 
 private:
     std::atomic<bool> &m_busy;
-    QMutex m_mutex;
-    QWaitCondition m_changed;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
     std::deque<Ticket> m_waiting;
     Ticket m_next = 1;
 };

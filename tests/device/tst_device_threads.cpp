@@ -241,9 +241,9 @@ private slots:
 
     void stopWhileReadHangs()
     {
-        CallLog log;
-        HangingHid hid(log);
-        Reading r(mevo::ReaderPacing::Wait, &hid);
+        // Never freed: a terminated thread gives the thread sanitizer no sign that it has ended.
+        auto &hid = *new HangingHid(*new CallLog);
+        auto &r = *new Reading(mevo::ReaderPacing::Wait, &hid);
         r.reader.start();
         QVERIFY(hid.hanging.tryAcquire(1, 5000));
         QVERIFY(r.state.ReaderInRead);
@@ -316,9 +316,9 @@ private slots:
         const auto queue = std::make_shared<mevo::KeyInjectionQueue>(state.HidBusy);
         SendHWKeyThread thread(fake.platform, state, queue,
                                mevo::KeyCombination{false, true, false, false, consumer, key});
-        bool busyAtSignal = true;
+        std::atomic<bool> busyAtSignal{true};
         connect(
-            &thread, &SendHWKeyThread::HeartbeatWanted, &thread, [&] { busyAtSignal = state.HidBusy; },
+            &thread, &SendHWKeyThread::HeartbeatWanted, &thread, [&] { busyAtSignal = state.HidBusy.load(); },
             Qt::DirectConnection);
         QVERIFY(state.HidBusy);
         thread.start(QThread::InheritPriority);

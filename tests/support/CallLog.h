@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QMutex>
 #include <QString>
 #include <QStringList>
+
+#include <mutex>
 
 /// The calls that fakes have taken, in order, from any thread.
 class CallLog
@@ -10,12 +11,12 @@ class CallLog
 public:
     void add(const QString &call)
     {
-        QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_calls.append(call);
     }
     QStringList calls() const
     {
-        QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         return m_calls;
     }
     /// The calls that start with `prefix`.
@@ -33,11 +34,11 @@ public:
     int indexOf(const QString &call) const { return calls().indexOf(call); }
     void clear()
     {
-        QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_calls.clear();
     }
 
 private:
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QStringList m_calls;
 };

@@ -1,5 +1,6 @@
 #include "support/FakePlatform.h"
 
+#include <chrono>
 #include <cstring>
 
 using mevo::HidEntry;
@@ -65,7 +66,7 @@ int FakeHid::read(HidHandle, unsigned char *data, std::size_t length)
     if (gone) {
         return -1;
     }
-    QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_input.empty()) {
         return 0;
     }
@@ -79,9 +80,9 @@ int FakeHid::read(HidHandle, unsigned char *data, std::size_t length)
 int FakeHid::readTimeout(HidHandle handle, unsigned char *data, std::size_t length, int milliseconds)
 {
     {
-        QMutexLocker lock(&m_mutex);
+        std::unique_lock<std::mutex> lock(m_mutex);
         if (m_input.empty() && !gone) {
-            m_pushed.wait(&m_mutex, static_cast<unsigned long>(qMin(milliseconds, waitLimitMs.load())));
+            m_pushed.wait_for(lock, std::chrono::milliseconds(qMin(milliseconds, waitLimitMs.load())));
         }
     }
     return read(handle, data, length);
@@ -110,9 +111,9 @@ std::vector<HidEntry> FakeHid::receiver(const QByteArray &path)
 
 void FakeHid::push(const QByteArray &report)
 {
-    QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_input.push_back(report);
-    m_pushed.wakeAll();
+    m_pushed.notify_all();
 }
 
 QStringList FakeHid::sent() const

@@ -4,11 +4,11 @@
 #include "support/CallLog.h"
 
 #include <QHash>
-#include <QMutex>
-#include <QWaitCondition>
 
 #include <atomic>
+#include <condition_variable>
 #include <deque>
+#include <mutex>
 
 /// A clock that moves only by sleeping on it or by a test's hand.
 class FakeTime : public mevo::Time
@@ -74,8 +74,8 @@ public:
 
 private:
     CallLog &m_log;
-    mutable QMutex m_mutex;
-    QWaitCondition m_pushed;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_pushed;
     std::deque<QByteArray> m_input;
     quintptr m_nextHandle = 0x100;
 };

@@ -4,12 +4,11 @@
 
 #include <hidapi/hidapi.h>
 
-#include <chrono>
-
 namespace mevo {
 
 /// hidapi keeps the text of a device's last error without a lock, hence the mutex: the command
-/// collection is used by the GUI thread and by key injections at once.
+/// collection is used by the GUI thread and by key injections at once. A read that finds the device
+/// taken, by a reader that hangs, answers "no report" instead of hanging too.
 struct HidapiHid::Device
 {
     explicit Device(hid_device *opened)
@@ -20,7 +19,7 @@ struct HidapiHid::Device
     Q_DISABLE_COPY(Device)
 
     hid_device *const device;
-    std::timed_mutex mutex;
+    std::mutex mutex;
 };
 
 HidapiHid::~HidapiHid()
@@ -65,7 +64,7 @@ int HidapiHid::setNonBlocking(HidHandle handle, bool nonBlocking)
     if (!found) {
         return -1;
     }
-    const std::lock_guard<std::timed_mutex> lock(found->mutex);
+    const std::lock_guard<std::mutex> lock(found->mutex);
     return hid_set_nonblocking(found->device, nonBlocking ? 1 : 0);
 }
 
@@ -75,7 +74,7 @@ int HidapiHid::read(HidHandle handle, unsigned char *data, std::size_t length)
     if (!found) {
         return -1;
     }
-    const std::unique_lock<std::timed_mutex> lock(found->mutex, std::try_to_lock);
+    const std::unique_lock<std::mutex> lock(found->mutex, std::try_to_lock);
     return lock.owns_lock() ? hid_read(found->device, data, length) : 0;
 }
 
@@ -85,7 +84,7 @@ int HidapiHid::readTimeout(HidHandle handle, unsigned char *data, std::size_t le
     if (!found) {
         return -1;
     }
-    const std::unique_lock<std::timed_mutex> lock(found->mutex, std::chrono::milliseconds(milliseconds));
+    const std::unique_lock<std::mutex> lock(found->mutex, std::try_to_lock);
     return lock.owns_lock() ? hid_read_timeout(found->device, data, length, milliseconds) : 0;
 }
 
@@ -95,7 +94,7 @@ int HidapiHid::sendFeatureReport(HidHandle handle, const unsigned char *data, st
     if (!found) {
         return -1;
     }
-    const std::lock_guard<std::timed_mutex> lock(found->mutex);
+    const std::lock_guard<std::mutex> lock(found->mutex);
     return hid_send_feature_report(found->device, data, length);
 }
 
