@@ -42,7 +42,7 @@ void paintMicrophone(QPainter &painter, const QPointF &centre, qreal height, con
 /// The dark, softly lit ground that bar and card have in common, inside `place`.
 void paintGround(QPainter &painter, const QRectF &place, qreal radius, qreal opacity);
 
-/// One line of text, its ink (not its advance) centred in `place`.
+/// One line of Chinese text, its em squares centred in `place`.
 void paintCentred(QPainter &painter, const QRectF &place, const QString &text, qreal pixelSize);
 
 } // namespace mevo

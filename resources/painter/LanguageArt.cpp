@@ -44,7 +44,8 @@ void paintLanguage(QPainter &painter, const Art &art)
         return;
     }
     const qreal step = threeWords ? 11 : 15;
-    const qreal first = place.center().y() - step * art.text.size() / 2;
+    // Three fill the button: one pixel up keeps the last one off the rim.
+    const qreal first = place.center().y() - step * art.text.size() / 2 - (threeWords ? 1 : 0);
     for (int i = 0; i < art.text.size(); ++i) {
         paintCentred(painter, QRectF(0, first + step * i, art.width, step), art.text.mid(i, 1), pixelSize);
     }

@@ -64,14 +64,12 @@ void paintTray(QPainter &painter, const Art &art)
         break;
     }
     case LowPower: {
-        paintDisc(painter, QColor(0x3a, 0x4d, 0x5e), palette::dusk);
+        paintDisc(painter, palette::red.lighter(108), palette::red.darker(125));
         painter.setPen(stroke(palette::white, 2.4));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(QRectF(5.7, 10.2, 18.6, 11.6), 2.6, 2.6);
-        painter.drawLine(QPointF(27, 14), QPointF(27, 18));
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(palette::red.lighter(115));
-        painter.drawRect(QRectF(8.5, 13, 4.5, 6));
+        painter.drawLine(QPointF(27, 14.2), QPointF(27, 17.8));
+        painter.fillRect(QRectF(8.5, 13, 3.8, 6), palette::white);
         break;
     }
     default: {

@@ -36,15 +36,17 @@ QString familyFor(const QVector<Art> &table)
             wanted.insert(c);
         }
     }
-    QStringList families{QStringLiteral("WenQuanYi Micro Hei"), QStringLiteral("Noto Sans CJK SC"),
-                         QStringLiteral("Source Han Sans SC"), QStringLiteral("WenQuanYi Zen Hei")};
-    families += QFontDatabase().families(QFontDatabase::SimplifiedChinese);
-    for (const QString &family : families) {
-        // Asked by name, the database answers with whatever comes nearest, so see what came.
-        const QRawFont font = QRawFont::fromFont(QFont(family));
-        const bool complete =
-            std::all_of(wanted.begin(), wanted.end(), [&font](QChar c) { return font.supportsCharacter(c); });
-        if (font.isValid() && complete) {
+    // Asked for a font that it has not, Qt answers with one that claims to have everything and draws boxes.
+    const QStringList present = QFontDatabase().families(QFontDatabase::SimplifiedChinese);
+    const QStringList liked{QStringLiteral("WenQuanYi Micro Hei"), QStringLiteral("Noto Sans CJK SC"),
+                            QStringLiteral("Source Han Sans SC"), QStringLiteral("WenQuanYi Zen Hei")};
+    for (const QString &family : liked + present) {
+        if (!present.contains(family)) {
+            continue;
+        }
+        const QRawFont font = QRawFont::fromFont(QFont(family), QFontDatabase::SimplifiedChinese);
+        if (std::all_of(wanted.begin(), wanted.end(),
+                        [&font](QChar c) { return font.supportsCharacter(c); })) {
             return family;
         }
     }
@@ -125,7 +127,7 @@ QByteArray resourceList(const QVector<Art> &table, const QVector<mevo::ArtAlias>
 /// All pictures side by side, plain and double, on the dark and the light halves of one sheet.
 QImage contactSheet(const QVector<Art> &table)
 {
-    constexpr int half = 900;
+    constexpr int half = 1400;
     constexpr int gap = 8;
     constexpr int label = 12;
     struct Cell
