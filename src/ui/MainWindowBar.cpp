@@ -7,6 +7,7 @@
 #include "engines/LanguageImages.h"
 #include "ui/BarLayout.h"
 #include "ui/MicTipDialog.h"
+#include "ui/Picture.h"
 #include "ui/QToolTips.h"
 
 #include <QAction>
@@ -108,8 +109,7 @@ void MainWindow::createBar()
 
 void MainWindow::layOutBar()
 {
-    m_background =
-        QPixmap(ShowVerticalUI ? QStringLiteral(":/rec/mainbkV.png") : QStringLiteral(":/rec/mainbk.png"));
+    m_background = mevo::picture(ShowVerticalUI ? QStringLiteral(":/rec/mainbkV.png") : QStringLiteral(":/rec/mainbk.png"));
     setFixedSize(mevo::barSize(ShowVerticalUI));
     for (int i = 0; i < m_buttons.size(); ++i) {
         const mevo::BarButton &row = mevo::barButtons()[static_cast<std::size_t>(i)];

@@ -4,6 +4,7 @@
 #include "audio/LevelMeter.h"
 #include "session/SessionMachine.h"
 #include "session/VoiceModes.h"
+#include "ui/Picture.h"
 #include "ui/TipWindowHost.h"
 
 #include <QGuiApplication>
@@ -103,7 +104,7 @@ MicTipDialog *MicTipDialog::instance()
 void MicTipDialog::setPicture(const QString &picture)
 {
     m_picture = picture;
-    m_pixmap = QPixmap(picture);
+    m_pixmap = mevo::picture(picture);
     update();
 }
 
