@@ -1,0 +1,59 @@
+#pragma once
+
+#include "app/MainState.h"
+#include "audio/RecorderState.h"
+#include "engines/BaiduReply.h"
+#include "engines/EngineEndpoints.h"
+#include "engines/EngineHost.h"
+#include "platform/SystemServices.h"
+
+#include <QBuffer>
+#include <QObject>
+#include <QPair>
+#include <QString>
+
+namespace Relay_Speech {
+
+/// Turns a whole recording into text with Baidu's short speech service, or hands it to Tencent.
+/// GUI thread; a request runs a nested event loop, in which this object may be deleted.
+class BaiduSpeech : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All but `endpoints` must outlive this object.
+    BaiduSpeech(MainState &state, RecorderState &recorder, const mevo::SystemFacts &facts,
+                mevo::EngineHost &host, mevo::EngineEndpoints endpoints, QObject *parent = nullptr);
+
+    int requestTimeoutMs = 5000;
+
+signals:
+    /// A recognised text, ending in "__over__".
+    void finishTrans(QString text);
+    void connected();
+    void readyRead();
+
+public slots:
+    /// Always true: the token is fetched when a recording needs it.
+    bool refreshToken() { return true; }
+
+    /// Recognises the samples in `RelayBuffer` with the engine that the recorder's flags tell, and waits.
+    /// True with the text when it was recognised, else false with the raw reply. The text also goes out
+    /// by finishTrans(); an error is shown, and what can be done about it is done.
+    QPair<bool, QString> finish(QBuffer *RelayBuffer);
+
+private:
+    QByteArray send(const QByteArray &pcm, bool fast, const QString &voiceType);
+    void onEmptyReply(bool fast);
+    void onError(const mevo::BaiduReply &reply);
+    void swapChannels();
+    void fallToXunFei();
+
+    MainState &m_state;
+    RecorderState &m_recorder;
+    const mevo::SystemFacts &m_facts;
+    mevo::EngineHost &m_host;
+    mevo::EngineEndpoints m_endpoints;
+};
+
+} // namespace Relay_Speech

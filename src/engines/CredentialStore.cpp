@@ -1,0 +1,89 @@
+#include "engines/CredentialStore.h"
+
+#include "app/ApplicationFiles.h"
+#include "app/SettingsFile.h"
+#include "service/WebApiReply.h"
+
+#include <QDebug>
+#include <QFileInfo>
+
+namespace mevo {
+
+CredentialStore::CredentialStore(MainState &state, WebApi &api, const WebCipher &cipher, DrawNumber draw,
+                                 QObject *parent)
+    : QObject(parent)
+    , m_state(state)
+    , m_api(api)
+    , m_cipher(cipher)
+    , m_draw(std::move(draw))
+{
+}
+
+bool CredentialStore::load(CredentialList list)
+{
+    const CredentialListRow &row = credentialList(list);
+    return drawAccount(row, appFile(QLatin1String(row.file)), m_cipher, m_draw, m_state);
+}
+
+bool CredentialStore::LoadBaiduCredentials(const QString &file)
+{
+    for (const CredentialListRow &row : credentialLists()) {
+        if (row.voiceType != nullptr && file == QLatin1String(row.file)) {
+            return load(row.id);
+        }
+    }
+    return false;
+}
+
+bool CredentialStore::LoadCurrentBaiduCredentials()
+{
+    const SettingsFile settings;
+    const CredentialListRow *row =
+        baiduCredentialList(settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString());
+    return row != nullptr && load(row->id);
+}
+
+bool CredentialStore::DownloadCredentialFile(CredentialList list)
+{
+    const CredentialListRow &row = credentialList(list);
+    const WebCipher &cipher = m_cipher;
+    const QString sql = statementText(row.statement, {m_state.SchemaName});
+    const QString text = m_api.RunBackendSql(this, sql, m_state.ServerUrl, DownloadTimeoutMs);
+    if (text.isNull()) {
+        return false; // offline, no answer, or we are gone
+    }
+    const std::optional<WebApiReply> reply = unwrapReply(cipher, text);
+    if (!reply || reply->items <= 0 || reply->rows.size() != static_cast<std::size_t>(reply->items)) {
+        qInfo("Accounts: the service gave none for %s; the file stays", row.file);
+        return false;
+    }
+    return writeCredentialFile(row, appFile(QLatin1String(row.file)), reply->rows);
+}
+
+void CredentialStore::RefreshCredentialFiles()
+{
+    download(listsOfOtherSize(m_state, [](const QString &file) { return QFileInfo(appFile(file)).size(); }));
+}
+
+void CredentialStore::FetchUnsizedCredentialFiles()
+{
+    download(listsWithoutSize(m_state));
+}
+
+void CredentialStore::download(const std::vector<CredentialList> &lists)
+{
+    if (m_downloading) {
+        return; // the device record is being applied again while we wait for an answer
+    }
+    m_downloading = true;
+    const QPointer<CredentialStore> alive(this);
+    for (const CredentialList list : lists) {
+        DownloadCredentialFile(list);
+        if (alive.isNull()) {
+            return;
+        }
+    }
+    m_downloading = false;
+}
+
+} // namespace mevo

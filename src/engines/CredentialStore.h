@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/MainState.h"
+#include "engines/CredentialFile.h"
+#include "service/WebApi.h"
+
+#include <QPointer>
+
+namespace mevo {
+
+/// The account lists of the cloud services: draws accounts from their files, and keeps the files as the
+/// service has them. GUI thread; downloads run in nested event loops.
+class CredentialStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All but `draw` must outlive this object.
+    CredentialStore(MainState &state, WebApi &api, const WebCipher &cipher, DrawNumber draw = RandomInRange,
+                    QObject *parent = nullptr);
+
+    /// Each draws one account. A list without a readable one leaves the account before it; false then.
+    bool LoadXunFeiCredentials() { return load(CredentialList::XunFei); }
+    bool LoadXunFeiMinorCredentials() { return load(CredentialList::XunFeiMinor); }
+    bool LoadBaiduCredentials(const QString &file);
+    bool LoadBaiduTtsCredentials() { return load(CredentialList::BaiduTts); }
+    bool LoadBaiduTranslateCredentials() { return load(CredentialList::BaiduTranslate); }
+    /// Draws for the Baidu language that the settings file tells; a language without a list draws nothing.
+    bool LoadCurrentBaiduCredentials();
+
+    /// Fetches one list and replaces its file. False, and the file stays, when offline, on any failure,
+    /// and when the service has no accounts.
+    bool DownloadCredentialFile(CredentialList list);
+    /// Fetches every list whose file differs in size from what the product record told.
+    void RefreshCredentialFiles();
+    /// Fetches the lists that the product record tells no size of.
+    void FetchUnsizedCredentialFiles();
+
+    static constexpr int DownloadTimeoutMs = 3000;
+
+private:
+    bool load(CredentialList list);
+    void download(const std::vector<CredentialList> &lists);
+
+    MainState &m_state;
+    WebApi &m_api;
+    const WebCipher &m_cipher;
+    DrawNumber m_draw;
+    bool m_downloading = false;
+};
+
+} // namespace mevo

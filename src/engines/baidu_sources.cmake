@@ -1,0 +1,27 @@
+mevo_core_sources(
+    engines/BaiduErrors.cpp
+    engines/BaiduErrors.h
+    engines/BaiduFastVariant.h
+    engines/BaiduReply.cpp
+    engines/BaiduReply.h
+    engines/BaiduRequest.cpp
+    engines/BaiduRequest.h
+    engines/BaiduToken.cpp
+    engines/BaiduToken.h
+    engines/CredentialFile.cpp
+    engines/CredentialFile.h
+    engines/CredentialTable.cpp
+    engines/CredentialTable.h
+    engines/EngineEndpoints.h
+    engines/EngineHost.cpp
+    engines/EngineHost.h
+    engines/RandomInRange.cpp
+    engines/RandomInRange.h)
+
+mevo_app_sources(
+    engines/BaiduSpeech.cpp
+    engines/BaiduSpeech.h
+    engines/BaiduTokens.cpp
+    engines/BaiduTokens.h
+    engines/CredentialStore.cpp
+    engines/CredentialStore.h)

@@ -1,0 +1,1 @@
+mevo_test(tst_credentials SOURCES tst_credentials.cpp APP)
