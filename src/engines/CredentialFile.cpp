@@ -4,7 +4,12 @@
 #include "service/WebApiReply.h"
 
 #include <QDebug>
+#include <QFile>
 #include <QFileInfo>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 
 namespace mevo {
 
@@ -53,18 +58,31 @@ bool drawAccount(const CredentialListRow &list, const QString &path, const WebCi
 bool writeCredentialFile(const CredentialListRow &list, const QString &path,
                          const std::vector<QJsonObject> &rows)
 {
-    // QSettings collects the changes in memory and exchanges the file by renaming when it is saved.
-    SettingsFile file(QString(), path);
-    file.clear();
-    int group = 0;
-    for (const QJsonObject &row : rows) {
-        file.beginGroup(QString::number(group++));
-        for (int key = 0; key < list.keys; ++key) {
-            file.setValue(QString::number(key), columnText(row, QStringLiteral("F%1").arg(key)));
+    // Not written in place: after a failed write QSettings goes on holding the new values for that path.
+    const QString fresh = path + QStringLiteral(".new");
+    bool saved = false;
+    {
+        SettingsFile file(QString(), fresh);
+        file.clear();
+        int group = 0;
+        for (const QJsonObject &row : rows) {
+            file.beginGroup(QString::number(group++));
+            for (int key = 0; key < list.keys; ++key) {
+                file.setValue(QString::number(key), columnText(row, QStringLiteral("F%1").arg(key)));
+            }
+            file.endGroup();
         }
-        file.endGroup();
+        saved = file.save();
     }
-    return file.save();
+    if (saved &&
+        std::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(path).constData()) != 0) {
+        qWarning("Accounts: %s cannot be replaced: %s", list.file, std::strerror(errno));
+        saved = false;
+    }
+    if (!saved) {
+        QFile::remove(fresh);
+    }
+    return saved;
 }
 
 } // namespace mevo

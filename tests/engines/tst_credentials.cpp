@@ -261,8 +261,8 @@ void TestCredentials::currentLanguage_data()
                                 << "bschdsrbdssset.ini";
     QTest::newRow("far field") << "1936"
                                << "";
-    QTest::newRow("none") << ""
-                          << "";
+    QTest::newRow("none is Mandarin") << ""
+                                      << "bbzdsrbdssset.ini";
 }
 
 void TestCredentials::currentLanguage()
