@@ -2,23 +2,70 @@
 
 #include "app/ApplicationFiles.h"
 
+#include <QDateTime>
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QMutex>
+#include <QMutexLocker>
 #include <QTextCodec>
 
 namespace mevo {
+
+namespace {
+
+/// Whether text that somebody may have written by hand can be read to its last line as INI in UTF-8.
+/// QSettings itself reads over most damage without a word, and would write back only what it understood.
+bool isReadable(const QByteArray &content)
+{
+    if (content.contains('\0') || QString::fromUtf8(content).contains(QChar::ReplacementCharacter)) {
+        return false;
+    }
+    for (const QByteArray &raw : content.split('\n')) {
+        const QByteArray line = raw.trimmed();
+        const int quotes = line.count('"') - line.count("\\\"");
+        if (line.isEmpty() || line.startsWith(';') || line.startsWith('#')) {
+            continue;
+        }
+        if (line.startsWith('[') ? !line.endsWith(']') : !line.contains('=') || quotes % 2 != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Looks at a file once for each of its states; a broken one is kept under another name.
+void keepIfBroken(const QString &path, bool unparsed)
+{
+    static QMutex mutex;
+    static QHash<QString, QDateTime> seen;
+    const QFileInfo info(path);
+    if (!info.isFile()) {
+        return;
+    }
+    const QMutexLocker lock(&mutex);
+    if (seen.value(path) == info.lastModified()) {
+        return;
+    }
+    seen.insert(path, info.lastModified());
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || (isReadable(file.readAll()) && !unparsed)) {
+        return;
+    }
+    const QString kept = path + QStringLiteral(".broken");
+    QFile::remove(kept);
+    file.copy(kept);
+    qWarning().noquote() << "Settings:" << path << "cannot be read whole; a copy is kept as" << kept;
+}
+
+} // namespace
 
 SettingsFile::SettingsFile(const QString &group, const QString &path)
     : QSettings(path, QSettings::IniFormat)
 {
     setIniCodec(QTextCodec::codecForName("UTF-8"));
-    if (status() == QSettings::FormatError) {
-        const QString kept = path + QStringLiteral(".broken");
-        if (!QFile::exists(kept)) {
-            QFile::copy(path, kept);
-        }
-        qWarning().noquote() << "Settings:" << path << "cannot be parsed; a copy is kept as" << kept;
-    }
+    keepIfBroken(path, status() == QSettings::FormatError);
     if (!group.isEmpty()) {
         beginGroup(group);
     }
