@@ -39,16 +39,17 @@ bool isReadable(const QByteArray &content)
 void keepIfBroken(const QString &path, bool unparsed)
 {
     static QMutex mutex;
-    static QHash<QString, QDateTime> seen;
+    static QHash<QString, QPair<QDateTime, qint64>> seen;
     const QFileInfo info(path);
     if (!info.isFile()) {
         return;
     }
     const QMutexLocker lock(&mutex);
-    if (seen.value(path) == info.lastModified()) {
+    const auto state = qMakePair(info.lastModified(), info.size());
+    if (seen.value(path) == state) {
         return;
     }
-    seen.insert(path, info.lastModified());
+    seen.insert(path, state);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly) || (isReadable(file.readAll()) && !unparsed)) {
         return;
