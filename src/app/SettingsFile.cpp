@@ -19,7 +19,9 @@ namespace {
 /// QSettings itself reads over most damage without a word, and would write back only what it understood.
 bool isReadable(const QByteArray &content)
 {
-    if (content.contains('\0') || QString::fromUtf8(content).contains(QChar::ReplacementCharacter)) {
+    QTextCodec::ConverterState conversion;
+    QTextCodec::codecForName("UTF-8")->toUnicode(content.constData(), content.size(), &conversion);
+    if (content.contains('\0') || conversion.invalidChars > 0) {
         return false;
     }
     for (const QByteArray &raw : content.split('\n')) {
@@ -54,8 +56,10 @@ void keepIfBroken(const QString &path, bool unparsed)
     if (!file.open(QIODevice::ReadOnly) || (isReadable(file.readAll()) && !unparsed)) {
         return;
     }
-    const QString kept = path + QStringLiteral(".broken");
-    QFile::remove(kept);
+    QString kept = path + QStringLiteral(".broken");
+    for (int copy = 2; QFile::exists(kept); ++copy) {
+        kept = path + QStringLiteral(".broken%1").arg(copy);
+    }
     file.copy(kept);
     qWarning().noquote() << "Settings:" << path << "cannot be read whole; a copy is kept as" << kept;
 }
