@@ -2,3 +2,4 @@
 mevo_app_sources(
     platform/linux/LinuxTime.h
     platform/linux/MakePlatform.cpp)
+include(linux/system_sources.cmake)
