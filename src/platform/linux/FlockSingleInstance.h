@@ -6,7 +6,7 @@ namespace mevo {
 
 /// A locked file in the user's runtime folder. The lock goes with the process, however it ends, and
 /// programs that it starts do not inherit it.
-class FlockSingleInstance : public SingleInstance
+class FlockSingleInstance final : public SingleInstance
 {
 public:
     FlockSingleInstance() = default;

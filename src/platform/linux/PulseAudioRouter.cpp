@@ -80,6 +80,7 @@ private:
     static void addNamesToTwins(std::vector<Source> &sources)
     {
         std::vector<QString> labels;
+        labels.reserve(sources.size());
         for (const Source &source : sources) {
             labels.push_back(source.label);
         }

@@ -11,7 +11,7 @@ namespace mevo {
 
 namespace {
 
-constexpr qint64 MaxTableBytes = 4 * 1024 * 1024; // a router's full table; nobody else comes near
+constexpr qint64 MaxTableBytes = 4 << 20; // a router's full table; nobody else comes near
 
 struct Route
 {

@@ -72,7 +72,7 @@ bool XdgStartupEntry::exists(const QString &name) const
     if (!file.open(QIODevice::ReadOnly)) {
         return false;
     }
-    for (const QByteArray &line : file.read(64 * 1024).split('\n')) {
+    for (const QByteArray &line : file.read(65536).split('\n')) {
         const QByteArray plain = line.simplified().replace(" ", "");
         if (plain == "Hidden=true" || plain == "X-GNOME-Autostart-enabled=false") {
             return false;
