@@ -15,6 +15,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setApplicationName(QStringLiteral("mevoinput"));
+    QApplication::setApplicationDisplayName(QStringLiteral("灵犀听写"));
     // The bar hides when the receiver goes; that is no reason to end.
     QApplication::setQuitOnLastWindowClosed(false);
 

@@ -13,6 +13,8 @@
 #include <QBuffer>
 #include <QDebug>
 
+#include <utility>
+
 namespace {
 
 constexpr int ReadBufferBytes = 4096;
@@ -131,13 +133,26 @@ void AudioRecorder::chooseMicrophone()
         return;
     }
     const QString name = mevo::productMicrophone(m_platform.audioRouter->inputNames());
-    if (name.isEmpty()) {
-        return;
+    if (!name.isEmpty()) {
+        makeDefault(name);
     }
+}
+
+bool AudioRecorder::switchMicrophone(const QString &name)
+{
+    if (!m_platform.audioRouter || m_platform.systemFacts->isXpClass() || !makeDefault(name)) {
+        return false;
+    }
+    InitMicDevice();
+    return true;
+}
+
+bool AudioRecorder::makeDefault(const QString &name)
+{
     const QString before = defaultMicrophone().deviceName();
     if (!m_platform.audioRouter->switchDefault(name)) {
         qWarning().noquote() << "Recorder: cannot make" << name << "the default microphone";
-        return;
+        return false;
     }
     // The new default reaches Qt's device list on a thread of its own, a little later.
     for (int waited = 0; waited < DefaultSwitchWait; waited += 10) {
@@ -147,6 +162,7 @@ void AudioRecorder::chooseMicrophone()
         }
         m_platform.time->sleepMs(10);
     }
+    return true;
 }
 
 void AudioRecorder::InitMicDevice()
@@ -354,7 +370,7 @@ void AudioRecorder::OnTimeOut() {}
 
 void AudioRecorder::showRecText(QString text)
 {
-    emit SendRec2Main(text);
+    emit SendRec2Main(std::move(text));
 }
 
 void AudioRecorder::DeleyCloseMicTimer()

@@ -46,6 +46,9 @@ public:
     /// Takes the capture format for the default microphone and says so when that is not the product's
     /// own. To be called whenever SimulateDoubleChannel or the default microphone has changed.
     void InitMicDevice();
+    /// Makes the named microphone of the audio router the default one and takes it for the next session.
+    /// False, and nothing changes, where microphones cannot be switched or that one is not there.
+    bool switchMicrophone(const QString &name);
 
     /// The format that the next session opens the microphone with.
     QAudioFormat format() const { return m_format; }
@@ -71,6 +74,7 @@ signals:
 private:
     void applyFirstRun();
     void chooseMicrophone();
+    bool makeDefault(const QString &name);
     void openInput();
     void closeInput();
     void processBlock(int length);

@@ -8,15 +8,14 @@ namespace mevo {
 
 namespace {
 
-constexpr QLatin1String ProductWords[] = {QLatin1String("OR"), QLatin1String("QMZ"),
-                                          QLatin1String("mirandel")};
+constexpr const char *ProductWords[] = {"OR", "QMZ", "mirandel"};
 
 } // namespace
 
 bool isProductMicrophone(const QString &name)
 {
     return std::any_of(std::begin(ProductWords), std::end(ProductWords),
-                       [&](QLatin1String word) { return name.contains(word); });
+                       [&name](const char *word) { return name.contains(QLatin1String(word)); });
 }
 
 QString productMicrophone(const QStringList &names)

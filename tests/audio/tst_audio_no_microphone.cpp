@@ -124,6 +124,8 @@ private slots:
         fakes.audioRouter->names = QStringList{QStringLiteral("Built-in"), QStringLiteral("QMZ mic")};
         AudioRecorder recorder(state, fakes.platform, host);
         QTEST(fakes.log.calls(QStringLiteral("audio switch QMZ mic")).size(), "switches");
+        QCOMPARE(recorder.switchMicrophone(QStringLiteral("Built-in")), !xpClass);
+        QVERIFY(!recorder.switchMicrophone(QStringLiteral("missing")));
     }
 
     void foreignMicrophoneIsNamedOnlyWithADevice()

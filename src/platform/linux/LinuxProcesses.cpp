@@ -1,129 +1,224 @@
 #include "platform/linux/LinuxProcesses.h"
 
-#include <QCoreApplication>
-#include <QDBusConnection>
-#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusReply>
 #include <QDebug>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStandardPaths>
 
+#include <algorithm>
 #include <csignal>
-
-#include <sys/types.h>
+#include <unistd.h>
+#include <vector>
 
 namespace mevo {
 
 namespace {
 
-const QLatin1String windowsSuffix(".exe");
-constexpr int largestOutput = 1024 * 1024;
+constexpr int LogindTimeout = 2000;               ///< milliseconds
+constexpr int AuthenticationTimeout = 120 * 1000; ///< the user may be asked for a password
+constexpr int KillWait = 1000;
+constexpr int CommLength = 15; ///< the kernel keeps that much of a program's name
 
-QString withoutSuffix(const QString &name)
+QString withoutExe(const QString &name)
 {
-    return name.endsWith(windowsSuffix, Qt::CaseInsensitive) ? name.chopped(windowsSuffix.size()) : name;
+    return name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive) ? name.chopped(4) : name;
 }
 
-/// Processes whose program file has that name, ours left out.
-QList<pid_t> processesNamed(const QString &imageName)
+QByteArray readProc(int pid, const char *file)
 {
-    QList<pid_t> found;
-    const QString wanted = withoutSuffix(imageName);
-    for (const QString &entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+    QFile source(QStringLiteral("/proc/%1/%2").arg(pid).arg(QLatin1String(file)));
+    return source.open(QIODevice::ReadOnly) ? source.read(4096) : QByteArray();
+}
+
+/// Whether a process is known by the name, which a Windows program under Wine keeps with its suffix:
+/// by its executable, by the first word of its command line, or, for a script, by the kernel's name.
+bool hasName(int pid, const QString &name)
+{
+    const auto equal = [&name](const QString &other) {
+        return withoutExe(other).compare(name, Qt::CaseInsensitive) == 0;
+    };
+    const QString executable = QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(pid));
+    if (equal(QFileInfo(executable).fileName())) {
+        return true;
+    }
+    QString command = QFile::decodeName(readProc(pid, "cmdline").split('\0').first());
+    command.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    if (equal(command.section(QLatin1Char('/'), -1))) {
+        return true;
+    }
+    const QString comm = QFile::decodeName(readProc(pid, "comm")).trimmed();
+    return equal(comm) || (QFile::encodeName(comm).size() == CommLength &&
+                           QFile::encodeName(name).startsWith(QFile::encodeName(comm)));
+}
+
+/// This user's processes of that name, without this one and without those that have ended.
+std::vector<int> processesNamed(const QString &imageName)
+{
+    const QString name = withoutExe(imageName);
+    std::vector<int> found;
+    for (const QFileInfo &entry : QDir(QStringLiteral("/proc")).entryInfoList(QDir::Dirs)) {
         bool isNumber = false;
-        const int pid = entry.toInt(&isNumber);
-        if (!isNumber || pid == QCoreApplication::applicationPid()) {
+        const int pid = entry.fileName().toInt(&isNumber);
+        if (!isNumber || pid == getpid() || entry.ownerId() != geteuid() || !hasName(pid, name)) {
             continue;
         }
-        const QString program = QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(pid));
-        if (!program.isEmpty() && QFileInfo(program).fileName() == wanted) {
-            found.append(pid);
+        const QByteArray status = readProc(pid, "stat");
+        if (status.mid(status.lastIndexOf(')')).startsWith(") Z")) {
+            continue;
         }
+        found.push_back(pid);
     }
     return found;
 }
 
-bool askLogind(const QString &method)
+bool start(const QString &program, const QStringList &arguments, const QString &folder = {})
 {
-    QDBusInterface manager(QStringLiteral("org.freedesktop.login1"),
-                           QStringLiteral("/org/freedesktop/login1"),
-                           QStringLiteral("org.freedesktop.login1.Manager"), QDBusConnection::systemBus());
-    if (!manager.isValid() || manager.call(method, true).type() == QDBusMessage::ErrorMessage) {
-        qWarning().noquote() << "Power:" << method << "was refused";
-        return false;
+    if (QProcess::startDetached(program, arguments, folder)) {
+        return true;
     }
-    return true;
+    qWarning().noquote() << "Processes: cannot start" << program;
+    return false;
 }
 
 } // namespace
 
-bool LinuxProcesses::startDetached(const QString &program, const QStringList &arguments)
+QString siblingPath(const QString &programFolder, const QString &name)
 {
-    return QProcess::startDetached(program, arguments);
+    QString relative = withoutExe(name);
+    relative.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    return QDir::cleanPath(programFolder + QLatin1Char('/') + relative);
 }
 
-QString LinuxProcesses::siblingPath(const QString &folder, const QString &name)
+LinuxProcesses::LinuxProcesses(const QString &programFolder, const QDBusConnection &systemBus)
+    : m_programFolder(programFolder)
+    , m_systemBus(systemBus)
 {
-    const QString relative = withoutSuffix(QString(name).replace(QLatin1Char('\\'), QLatin1Char('/')));
-    return QDir::cleanPath(folder + QLatin1Char('/') + relative);
+}
+
+bool LinuxProcesses::startDetached(const QString &program, const QStringList &arguments)
+{
+    return start(program, arguments);
 }
 
 bool LinuxProcesses::startSibling(const QString &name, const QStringList &arguments, bool)
 {
-    const QString path = siblingPath(QCoreApplication::applicationDirPath(), name);
-    if (!QFileInfo(path).isExecutable()) {
-        qInfo().noquote() << "Sibling:" << path << "is not installed";
+    const QFileInfo sibling(siblingPath(m_programFolder, name));
+    if (!sibling.isFile() || !sibling.isExecutable()) {
+        qWarning().noquote() << "Processes:" << sibling.filePath() << "is not installed";
         return false;
     }
-    return startDetached(path, arguments);
+    return start(sibling.filePath(), arguments, sibling.path());
 }
 
 Processes::Captured LinuxProcesses::capture(const QString &program, const QStringList &arguments,
                                             int timeoutMs)
 {
-    Captured captured;
+    QElapsedTimer timer;
+    timer.start();
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setStandardInputFile(QProcess::nullDevice());
     process.start(program, arguments, QIODevice::ReadOnly);
-    captured.finished = process.waitForFinished(timeoutMs);
-    if (!captured.finished) {
-        qWarning().noquote() << "Command:" << program << "did not end:" << process.errorString();
-        process.kill();
-        process.waitForFinished(1000);
+
+    QByteArray output;
+    const auto takeOutput = [&] { output.append(process.readAll().left(MaxCapturedBytes - output.size())); };
+    while (process.state() != QProcess::NotRunning && !timer.hasExpired(timeoutMs)) {
+        process.waitForReadyRead(static_cast<int>(qMax<qint64>(0, timeoutMs - timer.elapsed())));
+        takeOutput();
     }
-    captured.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    captured.output = QString::fromLocal8Bit(process.read(largestOutput));
+    Captured captured;
+    captured.finished = process.state() == QProcess::NotRunning &&
+                        process.error() == QProcess::UnknownError &&
+                        process.exitStatus() == QProcess::NormalExit;
+    if (captured.finished) {
+        captured.exitCode = process.exitCode();
+    } else {
+        qWarning().noquote() << "Processes:" << program
+                             << (process.error() == QProcess::FailedToStart
+                                     ? "cannot be started"
+                                     : "did not end by itself in time");
+        process.kill();
+        process.waitForFinished(KillWait);
+    }
+    takeOutput();
+    captured.output = QString::fromLocal8Bit(output.constData(), output.size());
     return captured;
 }
 
 bool LinuxProcesses::killByImageName(const QString &imageName)
 {
-    const QList<pid_t> processes = processesNamed(imageName);
-    for (const pid_t process : processes) {
-        kill(process, SIGTERM);
+    bool killed = false;
+    for (int pid : processesNamed(imageName)) {
+        killed = kill(pid, SIGKILL) == 0 || killed;
     }
-    return !processes.isEmpty();
+    return killed;
 }
 
 bool LinuxProcesses::isRunning(const QString &imageName)
 {
-    return !processesNamed(imageName).isEmpty();
+    return !processesNamed(imageName).empty();
 }
 
 bool LinuxProcesses::openElevated(const QString &program, const QStringList &arguments)
 {
-    return startDetached(QStringLiteral("pkexec"), QStringList{program} + arguments);
+    const QString pkexec = QStandardPaths::findExecutable(QStringLiteral("pkexec"));
+    if (pkexec.isEmpty()) {
+        qWarning().noquote() << "Processes: no pkexec to start" << program
+                             << "with the administrator's rights";
+        return false;
+    }
+    // pkexec starts with an empty environment; a program with windows needs its way to the display.
+    QStringList command{QStringLiteral("env")};
+    for (const char *name : {"DISPLAY", "XAUTHORITY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "LANG"}) {
+        if (qEnvironmentVariableIsSet(name)) {
+            command.append(QLatin1String(name) + QLatin1Char('=') + qEnvironmentVariable(name));
+        }
+    }
+    return start(pkexec, command + QStringList{program} + arguments);
 }
 
 bool LinuxProcesses::restartComputer()
 {
-    return askLogind(QStringLiteral("Reboot"));
+    return askLogind(QStringLiteral("CanReboot"), QStringLiteral("Reboot"));
 }
 
 bool LinuxProcesses::shutDownComputer()
 {
-    return askLogind(QStringLiteral("PowerOff"));
+    return askLogind(QStringLiteral("CanPowerOff"), QStringLiteral("PowerOff"));
+}
+
+bool LinuxProcesses::askLogind(const QString &question, const QString &command)
+{
+    const auto message = [](const QString &method) {
+        return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.login1"),
+                                              QStringLiteral("/org/freedesktop/login1"),
+                                              QStringLiteral("org.freedesktop.login1.Manager"), method);
+    };
+    const QDBusReply<QString> may = m_systemBus.call(message(question), QDBus::Block, LogindTimeout);
+    if (!may.isValid() ||
+        (may.value() != QLatin1String("yes") && may.value() != QLatin1String("challenge"))) {
+        qWarning().noquote() << "Processes: logind refuses" << command << "-"
+                             << (may.isValid() ? may.value() : may.error().message());
+        return false;
+    }
+    QDBusMessage call = message(command);
+    call.setInteractiveAuthorizationAllowed(true);
+    call << true; // logind may ask the user for a password
+    auto *watcher = new QDBusPendingCallWatcher(m_systemBus.asyncCall(call, AuthenticationTimeout));
+    QObject::connect(
+        watcher, &QDBusPendingCallWatcher::finished, watcher, [command](QDBusPendingCallWatcher *done) {
+            if (done->isError()) {
+                qWarning().noquote() << "Processes:" << command << "failed:" << done->error().message();
+            }
+            done->deleteLater();
+        });
+    return true;
 }
 
 } // namespace mevo

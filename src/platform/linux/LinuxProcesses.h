@@ -2,23 +2,42 @@
 
 #include "platform/Processes.h"
 
+#include <QCoreApplication>
+#include <QDBusConnection>
+
 namespace mevo {
 
+/// Programs through QProcess, running programs through /proc, power state through logind.
 class LinuxProcesses : public Processes
 {
 public:
+    /// Output that capture() keeps; what a program says beyond it is dropped.
+    static constexpr int MaxCapturedBytes = 1024 * 1024;
+
+    /// Siblings are looked for from `programFolder` on; `systemBus` is where logind answers.
+    explicit LinuxProcesses(const QString &programFolder = QCoreApplication::applicationDirPath(),
+                            const QDBusConnection &systemBus = QDBusConnection::systemBus());
+
     bool startDetached(const QString &program, const QStringList &arguments) override;
+    /// `hidden` has no counterpart here: the siblings are told by their arguments.
     bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
     Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) override;
+    /// Ends them at once, as far as they are this user's own.
     bool killByImageName(const QString &imageName) override;
     bool isRunning(const QString &imageName) override;
     bool openElevated(const QString &program, const QStringList &arguments) override;
+    /// True when logind lets this user do it, perhaps after asking; it is on its way then.
     bool restartComputer() override;
     bool shutDownComputer() override;
 
-    /// Where a sibling's Windows-style name stands on this system: "\..\HW\PenPadHost.exe" is
-    /// "../HW/PenPadHost" below `folder`.
-    static QString siblingPath(const QString &folder, const QString &name);
+private:
+    bool askLogind(const QString &question, const QString &command);
+
+    QString m_programFolder;
+    QDBusConnection m_systemBus;
 };
+
+/// Where a sibling stands: "\..\HW\PenPadHost.exe" below "/opt/mevo/bin" is "/opt/mevo/HW/PenPadHost".
+QString siblingPath(const QString &programFolder, const QString &name);
 
 } // namespace mevo

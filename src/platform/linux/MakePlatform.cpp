@@ -1,14 +1,20 @@
 #include "app/Endpoints.h"
 #include "platform/Platform.h"
 #include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/FlockSingleInstance.h"
 #include "platform/linux/HidapiHid.h"
+#include "platform/linux/LinuxElevation.h"
 #include "platform/linux/LinuxProcesses.h"
-#include "platform/linux/LinuxSystem.h"
+#include "platform/linux/LinuxSystemFacts.h"
 #include "platform/linux/LinuxTime.h"
+#include "platform/linux/NoRegistry.h"
+#include "platform/linux/PulseAudioRouter.h"
 #include "platform/linux/QtClipboard.h"
+#include "platform/linux/RouteNetworkState.h"
 #include "platform/linux/UdevNotifier.h"
 #include "platform/linux/X11Keyboard.h"
 #include "platform/linux/X11WindowSystem.h"
+#include "platform/linux/XdgStartupEntry.h"
 
 namespace mevo {
 
@@ -26,6 +32,7 @@ std::unique_ptr<Platform> makePlatform()
     platform->elevation = std::make_unique<LinuxElevation>();
     platform->startupEntry = std::make_unique<XdgStartupEntry>();
     platform->registry = std::make_unique<NoRegistry>();
+    platform->audioRouter = std::make_unique<PulseAudioRouter>();
     platform->networkState = std::make_unique<RouteNetworkState>([] {
         static const bool local = [] {
             ServiceState services;

@@ -1,9 +1,23 @@
+# Files, processes, sound routing and messages of the Linux platform.
 mevo_app_sources(
     platform/linux/DesktopNotifications.cpp
     platform/linux/DesktopNotifications.h
+    platform/linux/FlockSingleInstance.cpp
+    platform/linux/FlockSingleInstance.h
+    platform/linux/LinuxElevation.cpp
+    platform/linux/LinuxElevation.h
     platform/linux/LinuxProcesses.cpp
     platform/linux/LinuxProcesses.h
-    platform/linux/LinuxSystem.cpp
-    platform/linux/LinuxSystem.h
+    platform/linux/LinuxSystemFacts.cpp
+    platform/linux/LinuxSystemFacts.h
+    platform/linux/NoRegistry.h
+    platform/linux/PulseAudioRouter.cpp
+    platform/linux/PulseAudioRouter.h
+    platform/linux/RouteNetworkState.cpp
+    platform/linux/RouteNetworkState.h
+    platform/linux/WindowsLocaleId.cpp
+    platform/linux/WindowsLocaleId.h
+    platform/linux/XdgStartupEntry.cpp
+    platform/linux/XdgStartupEntry.h
     platform/linux/TerminationSignals.cpp
     platform/linux/TerminationSignals.h)

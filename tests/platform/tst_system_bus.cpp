@@ -1,0 +1,231 @@
+#include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/LinuxProcesses.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+#include <QTest>
+#include <QThread>
+#include <QVariantMap>
+
+#include <cstdlib>
+#include <memory>
+#include <thread>
+
+#include <xcb/xcb.h>
+
+namespace {
+
+QDBusConnection serviceBus()
+{
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("services"));
+}
+
+/// Lines of qInfo() and above, for the messages that end in the log.
+QStringList loggedLines;
+QtMessageHandler nextHandler = nullptr;
+void collect(QtMsgType type, const QMessageLogContext &context, const QString &line)
+{
+    loggedLines.append(line);
+    nextHandler(type, context, line);
+}
+
+} // namespace
+
+/// What a desktop offers under org.freedesktop.Notifications.
+class FakeNotificationService : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    QStringList shown;
+
+public slots:
+    uint Notify(const QString &, uint, const QString &icon, const QString &summary, const QString &body,
+                const QStringList &, const QVariantMap &, int timeout)
+    {
+        shown.append(QStringLiteral("%1|%2|%3|%4").arg(icon, summary, body).arg(timeout));
+        return static_cast<uint>(shown.size());
+    }
+};
+
+/// logind's manager, which says `may` and takes note.
+class FakeLogind : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
+
+public:
+    QString may = QStringLiteral("yes");
+    QStringList done;
+
+public slots:
+    QString CanReboot() { return may; }
+    QString CanPowerOff() { return may; }
+    void Reboot(bool interactive) { done.append(QStringLiteral("reboot %1").arg(interactive)); }
+    void PowerOff(bool interactive) { done.append(QStringLiteral("power off %1").arg(interactive)); }
+};
+
+class SystemBusTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QApplication::setApplicationDisplayName(QStringLiteral("MEVOInput"));
+        QApplication::setQuitOnLastWindowClosed(false);
+        nextHandler = qInstallMessageHandler(collect);
+    }
+
+    void messageWithoutAServiceIsLogged()
+    {
+        mevo::DesktopNotifications notifications;
+        notifications.message(QString(), QStringLiteral("nobody hears"), mevo::MessageIcon::Warning, 1000);
+        QTRY_VERIFY(loggedLines.join(QLatin1Char('\n')).contains(QStringLiteral("nobody hears")));
+
+        mevo::DesktopNotifications withoutBus(QDBusConnection(QStringLiteral("none")));
+        withoutBus.message(QString(), QStringLiteral("no bus"), mevo::MessageIcon::None, 1000);
+        QVERIFY(loggedLines.join(QLatin1Char('\n')).contains(QStringLiteral("no bus")));
+    }
+
+    void messageWithoutATray()
+    {
+        FakeNotificationService service;
+        QDBusConnection bus = serviceBus();
+        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
+                                   QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+
+        mevo::DesktopNotifications notifications;
+        QSystemTrayIcon icon;
+        icon.setIcon(QPixmap(16, 16));
+        icon.show();
+        notifications.attach(&icon);
+        QVERIFY(!notifications.trayAvailable());
+        notifications.message(QString(), QStringLiteral("未连接 <外部> & 网络"), mevo::MessageIcon::Warning,
+                              3000);
+        notifications.message(QStringLiteral("标题"), QStringLiteral("text"), mevo::MessageIcon::None, 2000);
+        std::thread other([&] {
+            notifications.message(QString(), QStringLiteral("from a thread"), mevo::MessageIcon::Critical, 1);
+            notifications.trayAvailable();
+        });
+        other.join();
+        QTRY_COMPARE(
+            service.shown,
+            QStringList({QStringLiteral("dialog-warning|MEVOInput|未连接 &lt;外部&gt; &amp; 网络|3000"),
+                         QStringLiteral("|标题|text|2000"),
+                         QStringLiteral("dialog-error|MEVOInput|from a thread|1")}));
+        bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
+        bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
+    }
+
+    void waitingMessageDoesNotOutliveItsNotifications()
+    {
+        auto notifications = std::make_unique<mevo::DesktopNotifications>();
+        std::thread other([&] {
+            notifications->message(QString(), QStringLiteral("too late"), mevo::MessageIcon::None, 1);
+        });
+        other.join();
+        notifications.reset();
+        QCoreApplication::processEvents();
+    }
+
+    void messageFromTheTray()
+    {
+        // A tray as far as applications see it: the owner of its selection.
+        xcb_connection_t *display = xcb_connect(nullptr, nullptr);
+        QCOMPARE(xcb_connection_has_error(display), 0);
+        const QByteArray selection = "_NET_SYSTEM_TRAY_S0";
+        xcb_intern_atom_reply_t *tray = xcb_intern_atom_reply(
+            display,
+            xcb_intern_atom(display, 0, static_cast<uint16_t>(selection.size()), selection.constData()),
+            nullptr);
+        const xcb_window_t owner = xcb_generate_id(display);
+        xcb_create_window(display, 0, owner, xcb_setup_roots_iterator(xcb_get_setup(display)).data->root, 0,
+                          0, 32, 32, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, 0, 0, nullptr);
+        xcb_set_selection_owner(display, owner, tray->atom, XCB_CURRENT_TIME);
+        xcb_flush(display);
+        std::free(tray);
+
+        FakeNotificationService service;
+        QDBusConnection bus = serviceBus();
+        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
+                                   QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+        {
+            mevo::DesktopNotifications notifications;
+            QSystemTrayIcon icon;
+            icon.setIcon(QPixmap(16, 16));
+            notifications.attach(&icon);
+            QTRY_VERIFY(notifications.trayAvailable());
+            notifications.message(QString(), QStringLiteral("hidden icon"), mevo::MessageIcon::None, 1000);
+            QTRY_COMPARE(service.shown.size(), 1);
+
+            icon.show();
+            notifications.message(QStringLiteral("T"), QStringLiteral("tray"), mevo::MessageIcon::Information,
+                                  60000);
+            const auto balloon = [] {
+                for (const QWidget *widget : QApplication::topLevelWidgets()) {
+                    if (QByteArray(widget->metaObject()->className()) == "QBalloonTip") {
+                        return true;
+                    }
+                }
+                return false;
+            };
+            QTRY_VERIFY(balloon());
+            QCOMPARE(service.shown.size(), 1);
+            notifications.attach(nullptr);
+            QVERIFY(!notifications.trayAvailable());
+        }
+        bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
+        bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
+        xcb_disconnect(display);
+    }
+
+    void powerState_data()
+    {
+        QTest::addColumn<QString>("may");
+        QTest::addColumn<bool>("goes");
+        QTest::newRow("yes") << QStringLiteral("yes") << true;
+        QTest::newRow("after a password") << QStringLiteral("challenge") << true;
+        QTest::newRow("no") << QStringLiteral("no") << false;
+        QTest::newRow("nonsense") << QString() << false;
+    }
+    void powerState()
+    {
+        QFETCH(QString, may);
+        QFETCH(bool, goes);
+        // logind lives in a thread of its own: the question waits for its answer.
+        FakeLogind logind;
+        logind.may = may;
+        QThread thread;
+        logind.moveToThread(&thread);
+        thread.start();
+        QDBusConnection bus = serviceBus();
+        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/login1"), &logind,
+                                   QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.login1")));
+        mevo::LinuxProcesses processes(QStringLiteral("/"), QDBusConnection::sessionBus());
+        QCOMPARE(processes.restartComputer(), goes);
+        QCOMPARE(processes.shutDownComputer(), goes);
+        const QStringList expected{QStringLiteral("reboot 1"), QStringLiteral("power off 1")};
+        const auto done = [&] {
+            QStringList copy;
+            QMetaObject::invokeMethod(
+                &logind, [&] { copy = logind.done; }, Qt::BlockingQueuedConnection);
+            return copy;
+        };
+        QTRY_COMPARE(done(), goes ? expected : QStringList());
+        bus.unregisterService(QStringLiteral("org.freedesktop.login1"));
+        bus.unregisterObject(QStringLiteral("/org/freedesktop/login1"));
+        thread.quit();
+        thread.wait();
+        QVERIFY(!processes.restartComputer()); // without logind
+    }
+};
+
+QTEST_MAIN(SystemBusTest)
+#include "tst_system_bus.moc"

@@ -1,0 +1,374 @@
+#include "platform/linux/FlockSingleInstance.h"
+#include "platform/linux/LinuxElevation.h"
+#include "platform/linux/LinuxProcesses.h"
+#include "platform/linux/LinuxSystemFacts.h"
+#include "platform/linux/NoRegistry.h"
+#include "platform/linux/RouteNetworkState.h"
+#include "platform/linux/WindowsLocaleId.h"
+#include "platform/linux/XdgStartupEntry.h"
+#include "support/ScratchHome.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+ScratchHome home;
+
+QString lockName()
+{
+    return QStringLiteral("mevoinput-test-%1").arg(qEnvironmentVariable("MEVO_TEST_LOCK"));
+}
+
+/// The other process of the lock's test: takes the lock, says so and waits to be ended.
+int holdLock()
+{
+    mevo::FlockSingleInstance lock;
+    const bool taken = lock.acquire(lockName());
+    std::puts(taken ? "taken" : "busy");
+    std::fflush(stdout);
+    if (taken) {
+        std::getchar();
+    }
+    return 0;
+}
+
+QByteArray answer(QProcess &process)
+{
+    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--hold-lock")});
+    while (!process.canReadLine() && process.waitForReadyRead(10000)) {
+    }
+    return process.readLine().trimmed();
+}
+
+void write(const QString &path, const QByteArray &content)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), static_cast<qint64>(content.size()));
+}
+
+void writeScript(const QString &path, const QByteArray &body)
+{
+    write(path, "#!/bin/sh\n" + body);
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class SystemServicesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+    }
+
+    void siblings_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("file");
+        QTest::newRow("beside") << QStringLiteral("\\KeypadHost.exe") << QStringLiteral("bin/KeypadHost");
+        QTest::newRow("above") << QStringLiteral("\\..\\HW\\PenPadHost.exe")
+                               << QStringLiteral("HW/PenPadHost");
+        QTest::newRow("not ASCII") << QStringLiteral("校时助手.exe") << QStringLiteral("bin/校时助手");
+        QTest::newRow("no suffix") << QStringLiteral("/Tool") << QStringLiteral("bin/Tool");
+    }
+    void siblings()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, file);
+        const QString path = m_folder->filePath(file);
+        const QString result = m_folder->filePath(QStringLiteral("result"));
+        mevo::LinuxProcesses processes(m_folder->filePath(QStringLiteral("bin")));
+        QVERIFY(!processes.startSibling(name, {}, false)); // not there
+        write(path, "#!/bin/sh\n");
+        QVERIFY(!processes.startSibling(name, {}, false)); // not a program
+        writeScript(path, "printf '%s|' \"$@\" > '" + QFile::encodeName(result) + ".part'; mv '" +
+                              QFile::encodeName(result) + ".part' '" + QFile::encodeName(result) + "'\n");
+        const QStringList arguments{QStringLiteral("ORVKBAppHide"), QStringLiteral("a b;$(touch x)")};
+        QVERIFY(processes.startSibling(name, arguments, true));
+        QTRY_COMPARE(read(result), QByteArray("ORVKBAppHide|a b;$(touch x)|"));
+    }
+
+    void capture()
+    {
+        mevo::LinuxProcesses processes(m_folder->path());
+        const QString tool = m_folder->filePath(QStringLiteral("tool"));
+        const auto run = [&](const QByteArray &body, int timeout) {
+            writeScript(tool, body);
+            return processes.capture(tool, {QStringLiteral("$HOME")}, timeout);
+        };
+        auto result = run("echo out \"$1\"; echo err >&2; exit 3", 10000);
+        QVERIFY(result.finished);
+        QCOMPARE(result.exitCode, 3);
+        QCOMPARE(result.output, QStringLiteral("out $HOME\nerr\n"));
+
+        QElapsedTimer timer;
+        timer.start();
+        result = run("echo begun; exec sleep 100", 300);
+        QVERIFY(!result.finished);
+        QCOMPARE(result.output, QStringLiteral("begun\n"));
+        QVERIFY(timer.elapsed() < 5000);
+
+        result = run("exec head -c 5000000 /dev/zero", 10000);
+        QVERIFY(result.finished);
+        QCOMPARE(result.output.size(), mevo::LinuxProcesses::MaxCapturedBytes);
+
+        result = run("read line; echo \"[$line]\"", 10000); // nobody is there to type
+        QCOMPARE(result.output, QStringLiteral("[]\n"));
+
+        QVERIFY(!run("kill -9 $$", 10000).finished);
+        QVERIFY(!processes.capture(m_folder->filePath(QStringLiteral("missing")), {}, 1000).finished);
+        QVERIFY(!processes.startDetached(m_folder->filePath(QStringLiteral("missing")), {}));
+    }
+
+    void killsByName_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("image");
+        QTest::newRow("script, as Windows names it")
+            << QStringLiteral("MevoVoice") << QStringLiteral("MevoVoice.exe");
+        QTest::newRow("name longer than the kernel keeps")
+            << QStringLiteral("MevoSpeechInputTool") << QStringLiteral("MevoSpeechInputTool");
+        QTest::newRow("with the suffix, other case")
+            << QStringLiteral("MevoInput.exe") << QStringLiteral("mevoinput.EXE");
+    }
+    void killsByName()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, image);
+        mevo::LinuxProcesses processes(m_folder->path());
+        QVERIFY(!processes.isRunning(image));
+        QVERIFY(!processes.killByImageName(image));
+        writeScript(m_folder->filePath(file), "read line\n");
+        QProcess process;
+        process.start(m_folder->filePath(file), QStringList());
+        QVERIFY(process.waitForStarted());
+        QTRY_VERIFY(processes.isRunning(image));
+        QVERIFY(!processes.isRunning(image.left(5)));
+        QVERIFY(processes.killByImageName(image));
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QVERIFY(!processes.isRunning(image));
+    }
+
+    void localeIds_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::newRow("zh_CN") << 0x0804;
+        QTest::newRow("zh_SG") << 0x1004;
+        QTest::newRow("zh_TW") << 0x0404;
+        QTest::newRow("zh_Hant_HK") << 0x0C04;
+        QTest::newRow("zh_Hant_MO") << 0x1404;
+        QTest::newRow("zh_Hant") << 0x0404;
+        QTest::newRow("zh") << 0x0804;
+        QTest::newRow("en_US") << 0x0409;
+        QTest::newRow("en_GB") << 0x0809;
+        QTest::newRow("fr_BE") << 0x040C;
+        QTest::newRow("C") << 0x0409;
+        QTest::newRow("is_IS") << 0x0409;
+    }
+    void localeIds()
+    {
+        QTEST(mevo::windowsLocaleId(QLocale(QString::fromLatin1(QTest::currentDataTag()))), "id");
+    }
+
+    void computerIdIsStable()
+    {
+        const QString machine = m_folder->filePath(QStringLiteral("machine-id"));
+        const QString own = m_folder->filePath(QStringLiteral("deep/own-id"));
+        const auto id = [&] { return mevo::LinuxSystemFacts({machine}, own).computerId(); };
+        const QString random = id();
+        QCOMPARE(random.size(), 32);
+        QCOMPARE(id(), random);
+        write(machine, "uninitialized\n");
+        QCOMPARE(id(), random);
+        write(own, "damaged");
+        const QString second = id();
+        QVERIFY(second != random);
+        QCOMPARE(id(), second);
+
+        const QByteArray secret = "0123456789abcdef0123456789abcdef";
+        write(machine, secret + "\n");
+        QCOMPARE(id().size(), 32);
+        QVERIFY(id() != QString::fromLatin1(secret));
+        QCOMPARE(id(), id());
+    }
+
+    void facts()
+    {
+        const mevo::LinuxSystemFacts facts;
+        QVERIFY(!facts.isXpClass());
+        QVERIFY(facts.compilerRuntimeInstalled());
+        QVERIFY(facts.freeSpaceMiB() > 0);
+        QVERIFY(facts.localeId() > 0);
+        QVERIFY(!mevo::NoRegistry().value(QStringLiteral("HKLM"), QStringLiteral("x")).has_value());
+    }
+
+    void elevationMark()
+    {
+        const QString file = m_folder->filePath(QStringLiteral("conf/mevo.conf"));
+        mevo::LinuxElevation mark(file, QStringLiteral("/opt/语音 input"));
+        QVERIFY(!mark.isSet());
+        QVERIFY(mark.clear());
+        QVERIFY(mark.set());
+        QVERIFY(mark.isSet());
+        QVERIFY(!mevo::LinuxElevation(file, QStringLiteral("/elsewhere")).isSet());
+        QVERIFY(mark.clear());
+        QVERIFY(!mark.isSet());
+        QVERIFY(!mevo::LinuxElevation(QStringLiteral("/proc/none/mevo.conf"), QStringLiteral("/x")).set());
+    }
+
+    void startupEntry()
+    {
+        const QString name = QStringLiteral("灵犀听写系统.lnk");
+        const QString path = m_folder->filePath(QStringLiteral("autostart/灵犀听写系统.desktop"));
+        mevo::XdgStartupEntry entry(m_folder->filePath(QStringLiteral("autostart")),
+                                    QStringLiteral("/opt/a \"b\" $c 100%/mevoinput"));
+        QVERIFY(!entry.exists(name));
+        QVERIFY(entry.clear(name));
+        QVERIFY(entry.set(name));
+        QVERIFY(entry.exists(name));
+        const QByteArray content = read(path);
+        QVERIFY(content.contains("\nName=灵犀听写系统\n"));
+        QVERIFY(content.contains("\nExec=\"/opt/a \\\\\"b\\\\\" \\\\$c 100%%/mevoinput\"\n"));
+        write(path, content + "Hidden = true\n");
+        QVERIFY(!entry.exists(name));
+        QVERIFY(entry.set(name));
+        QVERIFY(entry.exists(name));
+        QVERIFY(entry.clear(name));
+        QVERIFY(!QFile::exists(path));
+
+        QVERIFY(!entry.set(QString()));
+        QVERIFY(entry.set(QStringLiteral("../../x\ny")));
+        QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("autostart/.._.._x_y.desktop"))));
+        QVERIFY(!mevo::XdgStartupEntry(QStringLiteral("/proc/none"), QStringLiteral("/x")).set(name));
+    }
+
+    void network_data()
+    {
+        using Connection = mevo::NetworkState::Connection;
+        QTest::addColumn<QByteArray>("routes4");
+        QTest::addColumn<QByteArray>("routes6");
+        QTest::addColumn<QByteArray>("proxy");
+        QTest::addColumn<int>("connection");
+        const QByteArray head = "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\tMTU\n";
+        const QByteArray lan = "eth0\t00000000\t0100A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0\n";
+        const QByteArray near = "eth0\t0000A8C0\t00000000\t0001\t0\t0\t100\t00FFFFFF\t0\t0\t0\n";
+        const QByteArray modem = "wwan0\t00000000\t0100A8C0\t0003\t0\t0\t50\t00000000\t0\t0\t0\n";
+        const QByteArray unplugged = "down0\t00000000\t0100A8C0\t0003\t0\t0\t1\t00000000\t0\t0\t0\n";
+        const QByteArray zero(32, '0');
+        const QByteArray refused = zero + " 00 " + zero + " 00 " + zero + " ffffffff 1 0 00200200 lo\n";
+        const QByteArray lan6 =
+            zero + " 00 " + zero + " 00 fe80" + QByteArray(28, '1') + " 00000400 1 0 00000003 eth0\n";
+        const auto row = [](const char *tag, const QByteArray &routes4, const QByteArray &routes6,
+                            const char *proxy, Connection connection) {
+            QTest::newRow(tag) << routes4 << routes6 << QByteArray(proxy) << static_cast<int>(connection);
+        };
+        row("lan", head + near + lan, refused, "", Connection::Lan);
+        row("modem preferred by its metric", head + lan + modem, "", "", Connection::Modem);
+        row("cable pulled", head + unplugged, "", "", Connection::None);
+        row("cable pulled, modem left", head + unplugged + modem, "", "", Connection::Modem);
+        row("only IPv6", head, lan6 + refused, "", Connection::Lan);
+        row("proxy in the neighbourhood", head + near, "", "http://p:3128", Connection::Proxy);
+        row("proxy, but also a way out", head + lan, "", "http://p:3128", Connection::Lan);
+        row("proxy without any route", head, refused, "http://p:3128", Connection::None);
+        row("neighbourhood only", head + near, refused, "", Connection::None);
+        row("nothing to read", "", "", "", Connection::None);
+        row("garbage", "\n\t\teth0\n00000000 \xff\n", "x y z\n", "", Connection::None);
+    }
+    void network()
+    {
+        QFETCH(QByteArray, routes4);
+        QFETCH(QByteArray, routes6);
+        QFETCH(QByteArray, proxy);
+        for (const char *name : {"HTTP_PROXY", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"}) {
+            qunsetenv(name);
+        }
+        qputenv("http_proxy", proxy);
+        write(m_folder->filePath(QStringLiteral("proc/net/route")), routes4);
+        write(m_folder->filePath(QStringLiteral("proc/net/ipv6_route")), routes6);
+        write(m_folder->filePath(QStringLiteral("sys/class/net/down0/operstate")), "down\n");
+        write(m_folder->filePath(QStringLiteral("sys/class/net/eth0/operstate")), "up\n");
+        QTEST(static_cast<int>(mevo::RouteNetworkState({}, m_folder->path()).connection()), "connection");
+        QCOMPARE(mevo::RouteNetworkState([] { return true; }, m_folder->path()).connection(),
+                 mevo::NetworkState::Connection::Lan);
+    }
+
+    void oneInstance_data()
+    {
+        QTest::addColumn<bool>("runtimeFolder");
+        QTest::newRow("runtime folder") << true;
+        QTest::newRow("common folder") << false;
+    }
+    void oneInstance()
+    {
+        QFETCH(bool, runtimeFolder);
+        qputenv("XDG_RUNTIME_DIR", runtimeFolder ? QFile::encodeName(m_folder->path()) : QByteArray());
+        qputenv("MEVO_TEST_LOCK", QByteArray::number(QCoreApplication::applicationPid()));
+        QProcess holder;
+        QCOMPARE(answer(holder), QByteArray("taken"));
+        mevo::FlockSingleInstance lock;
+        QVERIFY(!lock.acquire(lockName()));
+        holder.kill(); // without a chance to clean up
+        QVERIFY(holder.waitForFinished());
+        QVERIFY(lock.acquire(lockName()));
+        QVERIFY(lock.acquire(lockName()));
+
+        // A child does not keep the lock of the program that started it.
+        QProcess child;
+        child.start(QStringLiteral("cat"), QStringList());
+        QVERIFY(child.waitForStarted());
+        QProcess second;
+        QCOMPARE(answer(second), QByteArray("busy"));
+        QVERIFY(second.waitForFinished());
+        lock.release();
+        QProcess third;
+        QCOMPARE(answer(third), QByteArray("taken"));
+        third.closeWriteChannel();
+        QVERIFY(third.waitForFinished());
+        QCOMPARE(child.state(), QProcess::Running);
+        child.closeWriteChannel();
+        QVERIFY(child.waitForFinished());
+    }
+    void lockThatCannotBeMade()
+    {
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder->path()));
+        QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("x.lock")));
+        QVERIFY(mevo::FlockSingleInstance().acquire(QStringLiteral("x")));
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    if (application.arguments().value(1) == QLatin1String("--hold-lock")) {
+        return holdLock();
+    }
+    SystemServicesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_system_services.moc"
