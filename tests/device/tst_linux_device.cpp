@@ -204,7 +204,7 @@ private slots:
             hid.exit();
             before = cycle == 0 ? openDescriptors() : before;
         }
-        QTRY_COMPARE(openDescriptors(), before); // the test bed closes its ends a little later
+        QTRY_VERIFY(openDescriptors() <= before); // the test bed closes its own ends a little later
         unplug();
     }
 
