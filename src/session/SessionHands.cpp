@@ -4,7 +4,6 @@
 #include "app/SettingsFile.h"
 #include "audio/AudioRecorder.h"
 #include "device/DeviceCommands.h"
-#include "device/DeviceReports.h"
 #include "ui/CPatialResultDialog.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
@@ -150,7 +149,7 @@ void SessionHands::markInputMethodStarted()
 void SessionHands::sendDeviceKey(int modifiers, int usage)
 {
     if (m_window.deviceOpen()) {
-        m_window.m_device->SendDeviceCommand(reports::keyDown(modifiers, usage));
+        m_window.m_device->SendKeyReport(modifiers, usage);
     }
 }
 
