@@ -37,7 +37,7 @@ bool drawAccount(const CredentialListRow &list, const QString &path, const WebCi
         qInfo("Accounts: %s holds none", list.file);
         return false;
     }
-    const QString group = groups.at(draw(0, groups.size()));
+    const QString &group = groups.at(draw(0, groups.size()));
     file.beginGroup(group);
     QString values[3];
     for (int key = 0; key < list.keys; ++key) {

@@ -142,7 +142,7 @@ void runRounds(const uchar *in, uchar *out, const quint32 *key, int rounds, cons
     quint32 state[Columns];
     quint32 next[Columns];
     for (int column = 0; column < Columns; ++column) {
-        state[column] = qFromBigEndian<quint32>(in + 4 * column) ^ *key++;
+        state[column] = qFromBigEndian<quint32>(in + ptrdiff_t(4) * column) ^ *key++;
     }
     for (int round = 1; round < rounds; ++round) {
         for (int column = 0; column < Columns; ++column) {
@@ -156,7 +156,7 @@ void runRounds(const uchar *in, uchar *out, const quint32 *key, int rounds, cons
         const quint32 last =
             word(box[state[column] >> 24], box[byteOf(state[from[1][column]], 1)],
                  box[byteOf(state[from[2][column]], 2)], box[byteOf(state[from[3][column]], 3)]);
-        qToBigEndian<quint32>(last ^ *key++, out + 4 * column);
+        qToBigEndian<quint32>(last ^ *key++, out + ptrdiff_t(4) * column);
     }
 }
 
@@ -182,7 +182,7 @@ void CRijndael::MakeKey(const QByteArray &key, const QByteArray &chain, int keyL
 
     const int words = m_columns * (m_rounds + 1);
     for (int i = 0; i < keyWords; ++i) {
-        m_encryption[size_t(i)] = qFromBigEndian<quint32>(key.constData() + 4 * i);
+        m_encryption[size_t(i)] = qFromBigEndian<quint32>(key.constData() + ptrdiff_t(4) * i);
     }
     quint8 roundConstant = 1;
     for (int i = keyWords; i < words; ++i) {
@@ -199,8 +199,8 @@ void CRijndael::MakeKey(const QByteArray &key, const QByteArray &chain, int keyL
     // Deciphering walks the rounds backwards; all but the outer two keys go through the inverse mixing.
     for (int round = 0; round <= m_rounds; ++round) {
         for (int column = 0; column < m_columns; ++column) {
-            const quint32 w = m_encryption[size_t((m_rounds - round) * m_columns + column)];
-            m_decryption[size_t(round * m_columns + column)] =
+            const quint32 w = m_encryption[size_t(m_rounds - round) * size_t(m_columns) + size_t(column)];
+            m_decryption[size_t(round) * size_t(m_columns) + size_t(column)] =
                 round == 0 || round == m_rounds ? w : inverseMix(w);
         }
     }

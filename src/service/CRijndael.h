@@ -3,6 +3,7 @@
 #include <QByteArray>
 
 #include <array>
+#include <cstddef>
 
 /// The Rijndael cipher with key and block lengths of 16, 24 or 32 bytes each; a block of 16 is AES.
 /// Misuse is thrown as a std::string: "Empty key", "Incorrect key length", "Incorrect block length".
@@ -24,8 +25,8 @@ public:
     int BlockLength() const { return m_columns * 4; }
 
 private:
-    static constexpr int MaxColumns = 8;
-    static constexpr int MaxRounds = 14;
+    static constexpr std::size_t MaxColumns = 8;
+    static constexpr std::size_t MaxRounds = 14;
     using Schedule = std::array<quint32, MaxColumns *(MaxRounds + 1)>;
 
     template <int Columns>

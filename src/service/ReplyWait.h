@@ -6,7 +6,7 @@
 namespace mevo {
 
 /// The largest reply body that is taken from any service.
-constexpr qint64 MaxReplyBytes = 8 * 1024 * 1024;
+constexpr qint64 MaxReplyBytes = 8LL * 1024 * 1024;
 
 /// Aborts `reply`, with OperationCanceledError, as soon as its body grows past `maxBytes`.
 void limitReply(QNetworkReply *reply, qint64 maxBytes = MaxReplyBytes);

@@ -1,5 +1,7 @@
 #include "service/WebCipher.h"
 
+#include <QDebug>
+
 #include <algorithm>
 
 namespace {
@@ -90,6 +92,13 @@ std::optional<QString> decipherField(const WebCipher &cipher, const QString &fie
 QString decipherUnsizedField(const WebCipher &cipher, const QString &field)
 {
     return cipher.DecryptString(field.mid(LengthDigits));
+}
+
+void logCipherTest(const WebCipher &cipher)
+{
+    const QString enciphered = cipher.EncryptString(QStringLiteral("MEVOInput cipher test"));
+    qInfo().noquote() << "Encrpt:" << enciphered;
+    qInfo().noquote() << "Decrypt:" << cipher.DecryptString(enciphered);
 }
 
 } // namespace mevo

@@ -46,4 +46,8 @@ std::optional<QString> decipherField(const WebCipher &cipher, const QString &fie
 /// The text of an enciphered field whose three leading characters are passed over unread.
 QString decipherUnsizedField(const WebCipher &cipher, const QString &field);
 
+/// Writes a fixed text, enciphered and deciphered again, to the log: the first thing to compare when the
+/// backend does not understand this program.
+void logCipherTest(const WebCipher &cipher);
+
 } // namespace mevo

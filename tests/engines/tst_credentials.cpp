@@ -213,7 +213,7 @@ void TestCredentials::keepsTheAccountBefore_data()
     QTest::newRow("cut cipher") << QByteArray("[0]\n0=" + field("a") + "\n1=" + field("b").chopped(2) +
                                               "\n2=" + field("c") + "\n");
     QTest::newRow("list in place of a value") << QByteArray("[0]\n0=a, b\n1=a, b\n2=a, b\n");
-    QTest::newRow("binary") << QByteArray("\x00\xff\xfe[0]\x00\n0=\x01\n", 14);
+    QTest::newRow("binary") << QByteArray("\x00\xff\xfe[0]\x00\n0=\x01\n", 12);
 }
 
 void TestCredentials::keepsTheAccountBefore()

@@ -97,6 +97,10 @@ void TestWebApiTexts::keyTexts()
              openSslHex(text.toUtf8(), "0123456789abcdef"));
     QCOMPARE(WebCipher("abc").EncryptString(text).toLatin1(), openSslHex(text.toUtf8(), "abcabcabcabcabca"));
     QVERIFY_EXCEPTION_THROWN(WebCipher{QByteArray()}, std::string);
+
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(QStringLiteral("^Encrpt: [0-9a-f]{64}$")));
+    QTest::ignoreMessage(QtInfoMsg, "Decrypt: MEVOInput cipher test");
+    mevo::logCipherTest(WebCipher());
 }
 
 void TestWebApiTexts::stripsTrailingControls_data()
