@@ -206,12 +206,15 @@ void MainWindow::channelCountChanged()
 
 void MainWindow::recognise(QBuffer *audio, const QAudioFormat &)
 {
-    m_baiduSpeech->finish(audio);
+    if (m_baiduSpeech) {
+        m_baiduSpeech->finish(audio);
+    }
 }
 
+// The recorder asks while it is being made, before there is an engine.
 bool MainWindow::refreshBaiduToken()
 {
-    return m_baiduSpeech->refreshToken();
+    return !m_baiduSpeech || m_baiduSpeech->refreshToken();
 }
 
 void MainWindow::openXunFeiSocket()
