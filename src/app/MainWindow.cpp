@@ -113,7 +113,8 @@ void MainWindow::createNetworkObjects()
 void MainWindow::createRecorderAndBar()
 {
     m_recorder = new AudioRecorder(*this, m_platform, *this, this);
-    m_baiduSpeech = std::make_unique<Relay_Speech::BaiduSpeech>(*this, *m_recorder, *m_platform.systemFacts, static_cast<mevo::EngineHost &>(*this), m_endpoints);
+    m_baiduSpeech = std::make_unique<Relay_Speech::BaiduSpeech>(
+        *this, *m_recorder, *m_platform.systemFacts, static_cast<mevo::EngineHost &>(*this), m_endpoints);
     connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, m_recorder,
             &AudioRecorder::showRecText);
     createBar();
@@ -218,10 +219,13 @@ void MainWindow::DetectXunFeiVersion() {}
 
 void MainWindow::TimeOutReadInitPara()
 {
-    if (ProbeBackend() < 0) {
-        return;
+    if (hasTornDown() || ProbeBackend() < 0 || hasTornDown()) {
+        return; // waits run event loops, and an exit may have come through one
     }
     loadAllCredentials();
+    if (hasTornDown()) {
+        return;
+    }
     LoadSettings();
     ReadServerInfo();
     BackendReachable = true;

@@ -205,6 +205,8 @@ private:
     void walkExit(ExitKind kind);
     bool askAboutStartup();
     void tearDown();
+    /// The exit has taken the dialogs, the recorder and the timers; nothing may be started any more.
+    bool hasTornDown() const { return InitDone && m_recorder == nullptr; }
 
     // Bar.
     void createBar();
@@ -281,6 +283,7 @@ private:
     QPoint m_dragFrom;
     bool m_dragging = false;
     bool m_moved = false;
+    bool m_leaving = false;    ///< the program is about to leave by itself
     bool m_exitWanted = false; ///< an exit was asked for before the construction had ended
     QStringList m_pasteQueue;
 };

@@ -46,7 +46,7 @@ void MainWindow::exitByItself()
 
 void MainWindow::walkExit(ExitKind kind)
 {
-    if (ExitInProgress) {
+    if (ExitInProgress || hasTornDown()) {
         return;
     }
     ExitInProgress = true;
@@ -57,7 +57,7 @@ void MainWindow::walkExit(ExitKind kind)
     }
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
     sendUsageOnExit(kind == ExitKind::ByItself);
-    if (kind != ExitKind::ByItself || DeviceConnected) {
+    if ((kind != ExitKind::ByItself || DeviceConnected) && !hasTornDown()) {
         tearDown();
     }
     if (deviceOpen()) {

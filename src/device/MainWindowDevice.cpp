@@ -35,7 +35,10 @@ void MainWindow::openDeviceAtStart()
     hooks.trayMessage = [this](const QString &text, mevo::MessageIcon icon, int milliseconds) {
         message(text, icon, milliseconds);
     };
-    hooks.leaveProgram = [this] { QTimer::singleShot(0, this, &MainWindow::exitByItself); };
+    hooks.leaveProgram = [this] {
+        m_leaving = true;
+        QTimer::singleShot(0, this, &MainWindow::exitByItself);
+    };
     m_device = std::make_unique<DeviceCommands>(m_platform, *this, hooks);
 
     const int result = m_device->OpenHidDevice();
@@ -149,8 +152,14 @@ void MainWindow::deviceArrived()
         }
         m_reader->InputHandle = HidInputHandle.load();
     }
+    if (m_leaving) {
+        return;
+    }
     m_online->GetInternetConnectState();
     ProbeBackend();
+    if (hasTornDown()) {
+        return; // the wait for the backend has let an exit through
+    }
     placeBar(299, 199, 200);
     show();
 
@@ -159,6 +168,9 @@ void MainWindow::deviceArrived()
     for (int i = 0; i < arrivalIdentityRetries && DongleID.isEmpty() && deviceOpen(); ++i) {
         m_platform.time->sleepMs(arrivalRetryPauseMs);
         m_device->ReadDeviceIdentity();
+    }
+    if (m_leaving) {
+        return;
     }
     if (DongleID.isEmpty()) {
         mevo::ask(this, {tr("错误"), tr("请确认插上设备后再重启运行!"), {tr("确定")}, true});
