@@ -109,7 +109,8 @@ void MainWindow::createBar()
 
 void MainWindow::layOutBar()
 {
-    m_background = mevo::picture(ShowVerticalUI ? QStringLiteral(":/rec/mainbkV.png") : QStringLiteral(":/rec/mainbk.png"));
+    m_background = mevo::picture(ShowVerticalUI ? QStringLiteral(":/rec/mainbkV.png")
+                                                : QStringLiteral(":/rec/mainbk.png"));
     setFixedSize(mevo::barSize(ShowVerticalUI));
     for (int i = 0; i < m_buttons.size(); ++i) {
         const mevo::BarButton &row = mevo::barButtons()[static_cast<std::size_t>(i)];

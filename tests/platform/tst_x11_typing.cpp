@@ -51,7 +51,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<TargetWindow::Kind>("kind");
         QTest::addColumn<QString>("text");
-        const struct {
+        const struct
+        {
             const char *name;
             TargetWindow::Kind kind;
         } targets[] = {{"xterm", TargetWindow::Xterm},

@@ -28,9 +28,15 @@ TargetWindow::TargetWindow(Kind kind, mevo::WindowSystem &windows)
 {
 }
 
-TargetWindow::~TargetWindow() { stop(); }
+TargetWindow::~TargetWindow()
+{
+    stop();
+}
 
-QString TargetWindow::filePath() const { return m_folder.filePath(QStringLiteral("target.txt")); }
+QString TargetWindow::filePath() const
+{
+    return m_folder.filePath(QStringLiteral("target.txt"));
+}
 
 bool TargetWindow::start()
 {
@@ -45,8 +51,8 @@ bool TargetWindow::start()
     switch (m_kind) {
     case Xterm:
         m_process.start(QStringLiteral("xterm"),
-                        {QStringLiteral("-u8"), QStringLiteral("-T"), title, QStringLiteral("-e"), QStringLiteral("sh"),
-                         QStringLiteral("-c"),
+                        {QStringLiteral("-u8"), QStringLiteral("-T"), title, QStringLiteral("-e"),
+                         QStringLiteral("sh"), QStringLiteral("-c"),
                          QStringLiteral("stty raw -echo; exec cat > '%1'").arg(filePath())});
         break;
     case Mousepad:
@@ -78,7 +84,8 @@ bool TargetWindow::focus()
     waitUntil(
         [&] {
             m_focused = m_windows.focusedWindow();
-            const bool settled = m_focused != 0 && m_focused == before && m_windows.windowTitle(m_focused) == title;
+            const bool settled =
+                m_focused != 0 && m_focused == before && m_windows.windowTitle(m_focused) == title;
             before = m_focused;
             return settled;
         },
