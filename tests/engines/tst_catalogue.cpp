@@ -338,13 +338,20 @@ private Q_SLOTS:
         const QString shown = rendered(mevo::buildAsrMenu(desk.state, desk.recorder, desk.facts));
         QCOMPARE(shown.count(u'*'), 1);
         QVERIFY2(shown.contains(QLatin1Char('*') + QLatin1String(code)), qPrintable(shown));
-        const QString keys = written(change.writes);
-        QVERIFY2(
-            keys.contains(QStringLiteral("BaiDuNoStreamApi=%1").arg(int(desk.recorder.BaiDuNoStreamApi))) &&
-                keys.contains(QStringLiteral("UseBaiDuiAI=%1").arg(int(desk.recorder.BaiDuNoStreamApi))) &&
-                keys.contains(QStringLiteral("UseTXASRApi=%1").arg(int(desk.recorder.UseTXASRApi))) &&
-                keys.contains(QStringLiteral("UseXunFeiWebApi=%1").arg(int(desk.recorder.UseXunFeiWebApi))),
-            qPrintable(keys));
+        const QString keys = QLatin1Char(' ') + written(change.writes) + QLatin1Char(' ');
+        const EngineState &now = desk.state;
+        const int baidu = desk.recorder.BaiDuNoStreamApi;
+        for (const mevo::SettingWrite &expected : std::vector<mevo::SettingWrite>{
+                 {"BaiDuCurrentVoiceType", now.BaiDuCurrentVoiceType},
+                 {"BaiDuNoStreamApi_FastVersion", 0},
+                 {"XunFeiWebApiCurrentVoiceType", now.XunFeiWebApiCurrentVoiceType},
+                 {"TXCurrentVoiceType", now.TXCurrentVoiceType},
+                 {"BaiDuNoStreamApi", baidu},
+                 {"UseBaiDuiAI", baidu},
+                 {"UseTXASRApi", int(desk.recorder.UseTXASRApi)},
+                 {"UseXunFeiWebApi", int(desk.recorder.UseXunFeiWebApi)}}) {
+            QVERIFY2(keys.contains(QLatin1Char(' ') + written({expected}) + QLatin1Char(' ')), expected.key);
+        }
     }
 
     void selectors_data()
