@@ -388,6 +388,13 @@ private Q_SLOTS:
             },
             "X", "1637 en_us", "RR");
         add(
+            "XP class, XunFei alone",
+            [](Desk &d) {
+                d.facts.xpClass = true;
+                d.state.UseXFWAPIPara = 1;
+            },
+            "T", "1637 en_us", "R");
+        add(
             "XP class takes XunFei as Tencent",
             [](Desk &d) {
                 d.facts.xpClass = true;
