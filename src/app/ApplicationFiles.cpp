@@ -26,7 +26,7 @@ void copyShippedFiles(const QString &target)
     const QString program = QCoreApplication::applicationDirPath();
     for (const QString &source : {program, program + QStringLiteral("/../share/mevoinput")}) {
         const QDir shipped(source);
-        for (const QString &name : shipped.entryList({QStringLiteral("MEVO*.ini")}, QDir::Files)) {
+        for (const QString &name : shipped.entryList({QStringLiteral("MEV*.ini")}, QDir::Files)) {
             const QString copy = target + QLatin1Char('/') + name;
             if (!QFile::exists(copy)) {
                 QFile::copy(shipped.filePath(name), copy);

@@ -46,7 +46,7 @@ KeyTable parseKeyTable(const QByteArray &ini)
 
 KeyTable loadKeyTable()
 {
-    QFile file(appFile(QStringLiteral("MEVOKeysSetting.ini")));
+    QFile file(appFile(QStringLiteral("MEVKeysSetting.ini")));
     return file.open(QIODevice::ReadOnly) ? parseKeyTable(file.readAll()) : KeyTable();
 }
 

@@ -5,14 +5,15 @@
 
 namespace mevo {
 
-/// Key names and their codes for the key pickers, parallel and in the order of the file.
+/// Key names and their codes (USB usages in base 16) for the key pickers, parallel and in the order of
+/// the file.
 struct KeyTable
 {
     QStringList names;
     QStringList codes;
 };
 
-/// Reads "MEVOKeysSetting.ini"-like text: a group a key with `ShowName` and `VKCode`. The order of the
+/// Reads "MEVKeysSetting.ini"-like text: a group a key with `ShowName` and `VKCode`. The order of the
 /// groups counts, which is why this is not left to QSettings: it sorts them. A group that lacks one of
 /// the two is passed over with a log line.
 KeyTable parseKeyTable(const QByteArray &ini);

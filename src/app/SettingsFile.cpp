@@ -9,11 +9,26 @@
 #include <QHash>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QSaveFile>
 #include <QTextCodec>
 
 namespace mevo {
 
 namespace {
+
+/// Whether a quoted part of the line is not closed; a backslash takes the next character's meaning.
+bool endsInQuotes(const QByteArray &line)
+{
+    bool quoted = false;
+    for (int i = 0; i < line.size(); ++i) {
+        if (line[i] == '\\') {
+            ++i;
+        } else if (line[i] == '"') {
+            quoted = !quoted;
+        }
+    }
+    return quoted;
+}
 
 /// Whether text that somebody may have written by hand can be read to its last line as INI in UTF-8.
 /// QSettings itself reads over most damage without a word, and would write back only what it understood.
@@ -21,40 +36,78 @@ bool isReadable(const QByteArray &content)
 {
     QTextCodec::ConverterState conversion;
     QTextCodec::codecForName("UTF-8")->toUnicode(content.constData(), content.size(), &conversion);
-    if (content.contains('\0') || conversion.invalidChars > 0) {
+    if (content.contains('\0') || conversion.invalidChars > 0 || conversion.remainingChars > 0) {
         return false;
     }
     for (const QByteArray &raw : content.split('\n')) {
         const QByteArray line = raw.trimmed();
-        const int quotes = line.count('"') - line.count("\\\"");
         if (line.isEmpty() || line.startsWith(';') || line.startsWith('#')) {
             continue;
         }
-        if (line.startsWith('[') ? !line.endsWith(']') : !line.contains('=') || quotes % 2 != 0) {
+        if (line.startsWith('[') ? !line.endsWith(']') : !line.contains('=') || endsInQuotes(line)) {
             return false;
         }
     }
     return true;
 }
 
-/// Looks at a file once for each of its states; a broken one is kept under another name.
-void keepIfBroken(const QString &path, bool unparsed)
+/// The same text with quotes around every unquoted value that holds a "," or ";": QSettings would split
+/// the value at the first and end it at the second. A ";" after a blank begins a remark.
+QByteArray withQuotes(const QByteArray &content)
+{
+    QByteArray quoted;
+    for (const QByteArray &line : content.split('\n')) {
+        const int equals = line.indexOf('=');
+        QByteArray value = line.mid(equals + 1).trimmed();
+        QByteArray remark;
+        const int blank = value.indexOf(" ;");
+        if (blank >= 0) {
+            remark = value.mid(blank);
+            value.truncate(blank);
+        }
+        const char first = line.trimmed().isEmpty() ? ';' : line.trimmed().front();
+        const bool split = value.contains(',') || value.contains(';');
+        const bool plain = !value.contains('"') && !value.endsWith('\\');
+        if (equals > 0 && split && plain && first != ';' && first != '#' && first != '[') {
+            quoted +=
+                line.left(equals + 1) + '"' + value + '"' + remark + (line.endsWith('\r') ? "\r\n" : "\n");
+        } else {
+            quoted += line + '\n';
+        }
+    }
+    quoted.chop(1);
+    return quoted;
+}
+
+/// Looks at a file once for each of its states, before QSettings does: a broken one is kept under
+/// another name, one that was typed by hand gets its quotes. Gives back `path`.
+QString prepared(const QString &path)
 {
     static QMutex mutex;
     static QHash<QString, QPair<QDateTime, qint64>> seen;
     const QFileInfo info(path);
     if (!info.isFile()) {
-        return;
+        return path;
     }
     const QMutexLocker lock(&mutex);
     const auto state = qMakePair(info.lastModified(), info.size());
     if (seen.value(path) == state) {
-        return;
+        return path;
     }
     seen.insert(path, state);
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || (isReadable(file.readAll()) && !unparsed)) {
-        return;
+    if (!file.open(QIODevice::ReadOnly)) {
+        return path;
+    }
+    const QByteArray content = file.readAll();
+    if (isReadable(content)) {
+        const QByteArray quoted = withQuotes(content);
+        QSaveFile rewritten(path);
+        if (quoted != content && rewritten.open(QIODevice::WriteOnly)) {
+            rewritten.write(quoted);
+            rewritten.commit(); // where it cannot be written the values stay as QSettings sees them
+        }
+        return path;
     }
     QString kept = path + QStringLiteral(".broken");
     for (int copy = 2; QFile::exists(kept); ++copy) {
@@ -62,15 +115,15 @@ void keepIfBroken(const QString &path, bool unparsed)
     }
     file.copy(kept);
     qWarning().noquote() << "Settings:" << path << "cannot be read whole; a copy is kept as" << kept;
+    return path;
 }
 
 } // namespace
 
 SettingsFile::SettingsFile(const QString &group, const QString &path)
-    : QSettings(path, QSettings::IniFormat)
+    : QSettings(prepared(path), QSettings::IniFormat)
 {
     setIniCodec(QTextCodec::codecForName("UTF-8"));
-    keepIfBroken(path, status() == QSettings::FormatError);
     if (!group.isEmpty()) {
         beginGroup(group);
     }
@@ -97,16 +150,6 @@ bool SettingsFile::save()
         return false;
     }
     return true;
-}
-
-QStringList SettingsFile::list(const QString &key) const
-{
-    QByteArray text = value(key).toByteArray();
-    const int end = text.indexOf('\0');
-    if (end >= 0) {
-        text.truncate(end);
-    }
-    return QString::fromUtf8(text).split(QLatin1Char(';'));
 }
 
 } // namespace mevo

@@ -6,7 +6,8 @@ namespace mevo {
 
 /// One INI file of the application in UTF-8, opened at one group for a few reads or writes. The
 /// destructor writes to disk; a file that cannot be written is named in the log. A file that cannot
-/// be parsed reads as empty and is kept beside itself as "NAME.broken" before the first write.
+/// be read whole is kept beside itself as "NAME.broken" before the first write, and what it has that can
+/// be read counts. Values typed by hand with a "," or ";" are put into quotes, since they are meant whole.
 class SettingsFile : public QSettings
 {
 public:
@@ -21,9 +22,6 @@ public:
 
     /// Writes now; false, with a log line, when the disk refuses.
     bool save();
-
-    /// A list value, ";"-separated: empty parts are kept, so an absent key gives one empty text.
-    QStringList list(const QString &key) const;
 
 private:
     bool m_saved = false;

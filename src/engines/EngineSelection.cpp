@@ -13,6 +13,9 @@ void leaveThirdParty(EngineState &state)
 EngineChange moveTo(Engine engine, RecorderState &recorder, bool persist, bool setup)
 {
     setEngineFlags(recorder, engine);
+    if (engine == Engine::XunFei) {
+        recorder.BaiduTokenRefreshed = false;
+    }
     EngineChange change;
     change.writes = engineKeyWrites(recorder);
     change.rebuild = true;

@@ -1,3 +1,4 @@
+#include "app/ApplicationFiles.h"
 #include "app/DiagnosticLog.h"
 #include "app/Endpoints.h"
 #include "app/InterfaceLanguage.h"
@@ -5,6 +6,7 @@
 #include "app/VersionText.h"
 #include "support/ScratchHome.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -105,6 +107,30 @@ private Q_SLOTS:
         QVERIFY(mevo::parseKeyTable("").names.isEmpty());
     }
 
+    /// Keys from index 69 on are played as media keys, the ones before as keyboard keys.
+    void theShippedKeysAreUsagesWithTheMediaKeysLast()
+    {
+        QFile file(QStringLiteral(MEVO_RESOURCES "/MEVKeysSetting.ini"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const mevo::KeyTable keys = mevo::parseKeyTable(file.readAll());
+        QVERIFY(keys.names.size() > 69);
+        QCOMPARE(QSet<QString>(keys.names.begin(), keys.names.end()).size(), keys.names.size());
+        for (int i = 0; i < keys.codes.size(); ++i) {
+            bool number = false;
+            const int usage = keys.codes[i].toInt(&number, 16);
+            QVERIFY2(number && (usage >= 0xb0) == (i >= 69), qPrintable(keys.names[i]));
+        }
+        QCOMPARE(keys.codes[keys.names.indexOf(QStringLiteral("S"))].toInt(nullptr, 16), 0x16);
+        QCOMPARE(keys.codes[keys.names.indexOf(QStringLiteral("Enter"))].toInt(nullptr, 16), 0x28);
+    }
+
+    void theFolderIsTheOneThatIsForced()
+    {
+        QCOMPARE(mevo::appFolder(), QDir(home.path(QString())).absolutePath());
+        home.write(QStringLiteral("MEVKeysSetting.ini"), "[k]\nShowName=S\nVKCode=16\n");
+        QCOMPARE(mevo::loadKeyTable().codes, QStringList{QStringLiteral("16")});
+    }
+
     void endpoints()
     {
         ServiceState state;
@@ -113,7 +139,7 @@ private Q_SLOTS:
         QCOMPARE(defaults.BaiduSpeechHost, QStringLiteral("vop.baidu.com"));
         QVERIFY(!mevo::allOnThisMachine(state, defaults));
         QByteArray local =
-            "[Endpoints]\nVerifyCertificates=1\nBackendUrl=\"http://localhost:1/mevowebapi?\"\n";
+            "[Endpoints]\nVerifyCertificates=true\nBackendUrl=\"http://localhost:1/mevowebapi?\"\n";
         for (const char *key : {"BaiduSpeechHost", "BaiduSpeechHttpsHost", "BaiduTokenHost", "TencentHost",
                                 "XunFeiSignHost", "XunFeiSocketHost", "TranslateHost", "BaiduTtsHost"}) {
             local += QByteArray(key) + "=127.0.0.1:9\n";

@@ -124,15 +124,21 @@ private Q_SLOTS:
     {
         home.write(fileName,
                    "[MainSetting]\nSearchFlags_Contents_Driect=搜索;查, 一下;;\nSupportContact=甲, 乙\n"
-                   "UserManual=\"a,b;c\"\n");
+                   "UserManual=\"a,b;c\"\r\nWebsite=http://h/?a=1,2\r\nSupportEmail=\"c,d\\\\\"\n"
+                   "Send2ScreenMethod=2 ; 0, 1 or 2\n; a remark, with = and ;\nSearchEngines_Bing=1");
+        mevo::SettingsFile().setValue(QStringLiteral("EnableP3Keyboard"), 1); // a write loses nothing either
         MainState state;
         const mevo::SettingsFile file;
         for (const mevo::SettingRow &row : mevo::settingRows()) {
             mevo::loadSetting(row, file, state);
         }
-        QCOMPARE(state.SearchFlags_Contents_Driect.value(0), QStringLiteral("搜索"));
+        QCOMPARE(state.SearchFlags_Contents_Driect.join(u'|'), QStringLiteral("搜索|查, 一下||"));
         QCOMPARE(state.SupportContact, QStringLiteral("甲, 乙"));
         QCOMPARE(state.UserManual, QStringLiteral("a,b;c"));
+        QCOMPARE(state.Website, QStringLiteral("http://h/?a=1,2"));
+        QCOMPARE(state.SupportEmail, QStringLiteral("c,d\\"));
+        QCOMPARE(state.Send2ScreenMethod, 2);
+        QCOMPARE(state.SearchEngines_Bing, true);
     }
 
     void unofferedInputMethodIsTakenBack()
@@ -161,6 +167,17 @@ private Q_SLOTS:
         QCOMPARE(state.XFPKGName, QStringLiteral("iFlyIME_Setup3.0.1727.exe"));
         QCOMPARE(mevo::SettingsFile().value(QStringLiteral("EXEPath")).toString(),
                  QStringLiteral("/opt/a\\\\b"));
+    }
+
+    void aListEndsAtItsFirstZero()
+    {
+        mevo::SettingsFile().setValue(QStringLiteral("CmdFlags_Contents_Driect"),
+                                      QStringLiteral(";甲;") + QChar(0) + QStringLiteral("乙;丙"));
+        MainState state;
+        mevo::SettingsFile file;
+        mevo::loadSettings(state, file, false);
+        QCOMPARE(state.CmdFlags_Contents_Driect.join(u'|'), QStringLiteral("|甲|"));
+        QCOMPARE(state.AutoRunApp, QString());
     }
 
     void proxy_data()
@@ -192,6 +209,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("no INI") << QByteArray("MainSetting]\nx = = y\n[[[\n\x01\x02");
         QTest::newRow("half a file") << QByteArray("[MainSetting]\nUserManual=\"abc");
+        QTest::newRow("half a character") << QByteArray("[MainSetting]\nSupportContact=\xe7\x94");
         QTest::newRow("zeros") << QByteArray(64, '\0');
         QTest::newRow("other encoding") << QByteArray("[MainSetting]\nSupportContact=\xc4\xe3\xba\xc3\n");
     }
@@ -206,6 +224,19 @@ private Q_SLOTS:
         QCOMPARE(mevo::SettingsFile().value(QStringLiteral("Send2ScreenMethod")).toInt(), 2);
         const QByteArray kept = home.read(fileName + QStringLiteral(".broken"));
         QCOMPARE(kept, content);
+    }
+
+    void aSecondBrokenFileKeepsTheFirstOnesCopy()
+    {
+        home.remove(fileName + QStringLiteral(".broken"));
+        home.remove(fileName + QStringLiteral(".broken2"));
+        for (const QByteArray &content : {QByteArray("first\n"), QByteArray("the second\n")}) {
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot be read whole")));
+            home.write(fileName, content);
+            mevo::SettingsFile().setValue(QStringLiteral("Send2ScreenMethod"), 2);
+        }
+        QCOMPARE(home.read(fileName + QStringLiteral(".broken")), QByteArray("first\n"));
+        QCOMPARE(home.read(fileName + QStringLiteral(".broken2")), QByteArray("the second\n"));
     }
 
     void aFileThatCannotBeWrittenIsSaid()

@@ -151,7 +151,7 @@ private slots:
         QTest::newRow("name longer than the kernel keeps")
             << QStringLiteral("MevoSpeechInputTool") << QStringLiteral("MevoSpeechInputTool");
         QTest::newRow("with the suffix, other case")
-            << QStringLiteral("MevoInput.exe") << QStringLiteral("mevoinput.EXE");
+            << QStringLiteral("MevoOddCase.exe") << QStringLiteral("mevooddcase.EXE");
     }
     void killsByName()
     {
