@@ -46,10 +46,10 @@ void SessionMachine::reset()
     m_state.ResultIdle = true;
     m_state.QuickReleaseCount = 0;
     m_state.QuickReleaseRun = 0;
-    m_port.recordStop();
     // The key's own release, when it still comes, finds nothing left to stop.
     m_state.Recording = false;
     m_state.PressPending = false;
+    m_port.recordStop();
 }
 
 void SessionMachine::press(const KeyReport &report)
@@ -104,6 +104,7 @@ void SessionMachine::startSession(const KeyReport &report)
         leave();
         return;
     }
+    m_state.MouseSession = report.fromTipWindow;
     m_state.OneShotCommandWord = report.key == KeyCommand;
     if (!m_state.MicWinShown) {
         m_port.showTipWindow(report.fromTipWindow);
@@ -127,52 +128,54 @@ void SessionMachine::release(const KeyReport &report)
     if (m_state.KeyDownBusy) {
         return;
     }
+    if (closeSession(report)) {
+        // Last, and with nothing held: recognition waits in an event loop, and the next press may come in it.
+        m_port.recordStop();
+    }
+}
+
+bool SessionMachine::closeSession(const KeyReport &report)
+{
     const QMutexLocker lock(&m_sessionMutex);
     m_state.KeyUpBusy = true;
+    bool stop = false;
     if (m_state.Recording) {
         if (!m_state.PressPending) {
-            return; // kept: KeyUpBusy stays, and only the next full session clears it
+            return false; // kept: KeyUpBusy stays, and only the next full session clears it
         }
-        stopSession(report);
-    }
-    m_state.KeyUpBusy = false;
-}
-
-void SessionMachine::stopSession(const KeyReport &report)
-{
-    m_state.KeyUpHeld = true;
-    if (m_state.DelimitTranslation && m_port.translationDialogTakesKeys() && m_state.DeviceConnected) {
+        m_state.KeyUpHeld = true;
+        stop =
+            !(m_state.DelimitTranslation && m_port.translationDialogTakesKeys() && m_state.DeviceConnected);
+        if (stop) {
+            m_port.updateMicWin(QLatin1String(pictures::micIdle));
+            if (m_state.DeviceConnected && !report.fromTipWindow) {
+                m_port.hideTipWindow();
+                m_state.MicWinShown = false;
+            }
+            m_state.Recording = false;
+        }
         m_state.KeyUpHeld = false;
         m_state.PressPending = false;
-        return;
     }
-    m_port.updateMicWin(QLatin1String(pictures::micIdle));
-    if (m_state.DeviceConnected && !report.fromTipWindow) {
-        m_port.hideTipWindow();
-        m_state.MicWinShown = false;
-    }
-    m_port.recordStop();
-    m_state.Recording = false;
-    m_state.KeyUpHeld = false;
-    m_state.PressPending = false;
+    m_state.KeyUpBusy = false;
+    return stop;
 }
 
-bool SessionMachine::countQuickRelease()
+void SessionMachine::countQuickRelease()
 {
     m_state.ReleaseTime = m_port.monotonicMs();
     if (m_state.ReleaseTime - m_state.PressTime >= quickReleaseMs) {
         m_state.QuickReleaseCount = 0;
         m_state.QuickReleaseRun = 0;
-        return false;
+        return;
     }
     ++m_state.QuickReleaseCount;
     ++m_state.QuickReleaseRun;
     if (m_state.QuickReleaseRun <= quickReleasesTolerated) {
         m_state.QuickReleaseCount = 0;
-        return false;
+        return;
     }
     m_port.trayMessage(tr("松开按键太快！请长按松开后再正式语音输入！"), MessageIcon::Warning, 1000);
-    return true;
 }
 
 } // namespace mevo

@@ -31,8 +31,9 @@ private:
     void press(const KeyReport &report);
     void release(const KeyReport &report);
     void startSession(const KeyReport &report);
-    void stopSession(const KeyReport &report);
-    bool countQuickRelease();
+    /// Ends the session under the lock; true when the recorder is to be stopped.
+    bool closeSession(const KeyReport &report);
+    void countQuickRelease();
 
     void pressThirdParty();
     void pressCustomMethod();

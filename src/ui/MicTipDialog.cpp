@@ -242,7 +242,6 @@ void MicTipDialog::Mic_Longpressed()
     m_host.saveFocusWindow();
     m_longPress->stop();
     LongPressed = true;
-    m_state.MouseSession = true;
     MicStart();
 }
 

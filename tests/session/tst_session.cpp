@@ -42,7 +42,14 @@ public:
     void preparePartialResults() override { log.add(QStringLiteral("partial")); }
     bool translationDialogTakesKeys() const override { return dialogTakesKeys; }
     void recordStart() override { log.add(QStringLiteral("record start")); }
-    void recordStop() override { log.add(QStringLiteral("record stop")); }
+    void recordStop() override
+    {
+        log.add(QStringLiteral("record stop"));
+        if (duringStop) {
+            std::exchange(duringStop, nullptr)();
+        }
+    }
+    std::function<void()> duringStop; ///< what comes while the recogniser is waited for
     mevo::WindowId findInputMethodWindow() override { return inputMethodWindow; }
     void closeWindow(mevo::WindowId) override { log.add(QStringLiteral("close window")); }
     void startXunFeiInputMethod() override { log.add(QStringLiteral("start xunfei")); }
@@ -208,7 +215,9 @@ private Q_SLOTS:
         desk.port.clock += 1500;
         desk.key(1, 0, true);
         QVERIFY(!desk.calls().contains(QStringLiteral("tip hide")));
-        QVERIFY(desk.state.MicWinShown);
+        QVERIFY(desk.state.MicWinShown && desk.state.MouseSession);
+        desk.key(1, 1);
+        QVERIFY(!desk.state.MouseSession);
     }
 
     void fourthShortReleaseWarnsAndCostsAPress()
@@ -231,6 +240,22 @@ private Q_SLOTS:
         QCOMPARE(desk.state.QuickReleaseRun.load(), 0);
         desk.key(1, 1);
         QVERIFY(desk.calls().contains(QStringLiteral("record start")));
+    }
+
+    void theNextPressMayComeDuringRecognition()
+    {
+        Desk desk;
+        desk.key(1, 1);
+        desk.port.clock += 1500;
+        bool taken = false;
+        desk.port.duringStop = [&] {
+            QVERIFY(!desk.state.KeyUpBusy && !desk.state.Recording);
+            desk.key(1, 1);
+            taken = desk.state.Recording;
+        };
+        desk.key(1, 0);
+        QVERIFY(taken);
+        QVERIFY(desk.state.Recording && desk.state.PressPending && !desk.state.KeyUpBusy);
     }
 
     void resetEndsARecordingOnce()
