@@ -26,6 +26,7 @@
 #include <QDir>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 namespace {
@@ -115,8 +116,14 @@ void MainWindow::createRecorderAndBar()
     m_recorder = new AudioRecorder(*this, m_platform, *this, this);
     m_baiduSpeech = std::make_unique<Relay_Speech::BaiduSpeech>(
         *this, *m_recorder, *m_platform.systemFacts, static_cast<mevo::EngineHost &>(*this), m_endpoints);
-    connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, m_recorder,
-            &AudioRecorder::showRecText);
+    connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, this, [this](const QString &text) {
+        // The next press may have come during the request: the text still belongs to its own window.
+        const QScopedValueRollback<mevo::WindowId> target(FocusWindow,
+                                                          m_targets.empty() ? FocusWindow : m_targets.back());
+        if (m_recorder != nullptr) {
+            m_recorder->showRecText(text);
+        }
+    });
     createBar();
     VoiceTypeMode = false;
     VoiceCommandWordMode = false;

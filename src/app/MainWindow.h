@@ -198,6 +198,7 @@ private:
 
     // Output.
     void pasteText(const QString &text);
+    void pasteNext();
     void sendImmediateKeys();
 
     // Exit.
@@ -283,7 +284,9 @@ private:
     QPoint m_dragFrom;
     bool m_dragging = false;
     bool m_moved = false;
-    bool m_leaving = false;    ///< the program is about to leave by itself
-    bool m_exitWanted = false; ///< an exit was asked for before the construction had ended
-    QStringList m_pasteQueue;
+    bool m_leaving = false;                ///< the program is about to leave by itself
+    bool m_exitWanted = false;             ///< an exit was asked for before the construction had ended
+    QStringList m_pasteQueue;              ///< of Paster2ScreenHandOut()
+    QStringList m_pendingPastes;           ///< texts whose turn at the clipboard has not come
+    std::vector<mevo::WindowId> m_targets; ///< of the sessions being recognised, the innermost last
 };

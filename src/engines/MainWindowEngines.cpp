@@ -206,9 +206,10 @@ void MainWindow::channelCountChanged()
 
 void MainWindow::recognise(QBuffer *audio, const QAudioFormat &)
 {
-    if (m_baiduSpeech) {
-        m_baiduSpeech->finish(audio);
-    }
+    // A request waits in an event loop, so that one may run inside another; they end in reverse order.
+    m_targets.push_back(FocusWindow);
+    m_baiduSpeech->finish(audio);
+    m_targets.pop_back();
 }
 
 // The recorder asks while it is being made, before there is an engine.
