@@ -7,6 +7,7 @@
 #include "output/SendPlan.h"
 
 #include <QDebug>
+#include <QTimer>
 
 mevo::WindowId MainWindow::GetFocusWindow()
 {
@@ -51,11 +52,27 @@ void MainWindow::Send2Screen(const QString &text, int, int)
 
 void MainWindow::pasteText(const QString &text)
 {
-    m_platform.clipboard->setText(text);
+    m_pendingPastes.append(text);
+    pasteNext();
+}
+
+void MainWindow::pasteNext()
+{
+    constexpr int lookAgainMs = 10;
+    if (m_pendingPastes.isEmpty()) {
+        return;
+    }
+    if (HidBusy) {
+        // The clipboard still belongs to the text whose Ctrl+V the receiver is typing.
+        QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
+        return;
+    }
+    m_platform.clipboard->setText(m_pendingPastes.takeFirst());
     const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
     if (deviceOpen()) {
         SendHWKey(shortcut.shift, shortcut.ctrl, false, false, false, shortcut.usage);
+        pasteNext();
         return;
     }
     const auto modifiers = [this, &shortcut](void (mevo::Keyboard::*change)(int)) {

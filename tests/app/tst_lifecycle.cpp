@@ -286,6 +286,28 @@ private Q_SLOTS:
         QCOMPARE(program.fake.clipboard->content, QStringLiteral("乙丙丁"));
     }
 
+    void pastedTextsWaitForEachOther()
+    {
+        Program program;
+        program.start();
+        program.window->Send2ScreenMethod = 2;
+        program.fake.log.clear();
+        program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
+        program.window->Send2Screen(QStringLiteral("乙"), 0, 100);
+        const QString second = QStringLiteral("clipboard set 乙");
+        QTRY_VERIFY(program.fake.log.has(second));
+        QTRY_VERIFY(!program.window->HidBusy);
+        QStringList seen;
+        for (const QString &call : program.fake.log.calls()) {
+            if (call.startsWith(QLatin1String("clipboard set")) ||
+                call.contains(QLatin1String("81 04 01 19"))) {
+                seen.append(call);
+            }
+        }
+        const QString paste = QStringLiteral("hid send 05 81 04 01 19 00 00 00");
+        QCOMPARE(seen, QStringList({QStringLiteral("clipboard set 甲"), paste, second, paste}));
+    }
+
     void theBarsButtonsNeverTakeTheFocus()
     {
         Program program;
