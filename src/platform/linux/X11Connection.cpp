@@ -30,6 +30,17 @@ X11Connection::~X11Connection()
     }
 }
 
+void X11Connection::discardEvents() const
+{
+    while (XPending(m_display) > 0) {
+        XEvent event;
+        XNextEvent(m_display, &event);
+        if (event.type == MappingNotify) {
+            XRefreshKeyboardMapping(&event.xmapping);
+        }
+    }
+}
+
 unsigned long X11Connection::root() const
 {
     return DefaultRootWindow(m_display);
@@ -122,6 +133,7 @@ unsigned long X11Connection::topLevel(unsigned long window) const
 
 unsigned long X11Connection::focus() const
 {
+    discardEvents();
     Window window = 0;
     int revert = 0;
     XGetInputFocus(m_display, &window, &revert);

@@ -21,6 +21,9 @@ public:
     /// Null when there is no X server.
     _XDisplay *display() const { return m_display; }
     explicit operator bool() const { return m_display != nullptr; }
+    /// Throws away what has come in: the server tells every client of each change of the keyboard map,
+    /// and what nobody takes piles up.
+    void discardEvents() const;
     unsigned long root() const;
     unsigned long atom(const char *name) const;
 

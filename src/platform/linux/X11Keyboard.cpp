@@ -45,6 +45,7 @@ void X11Keyboard::strike(int virtualKey, bool down)
     }
     XTestFakeKeyEvent(display, keycode, down ? True : False, CurrentTime);
     XFlush(display);
+    m_connection.discardEvents();
 }
 
 } // namespace mevo

@@ -116,7 +116,6 @@ X11Poster::X11Poster()
         return;
     }
     XTestGrabControl(display, True);
-    XSelectInput(display, m_connection.root(), SubstructureNotifyMask | StructureNotifyMask);
     m_keys = std::make_unique<X11ScratchKeys>(m_connection);
     m_slots = std::make_unique<ScratchSlots>(m_keys->count());
     m_usable = m_keys->count() > 0;
@@ -177,6 +176,7 @@ PostResult X11Poster::post(WindowId window, const QString &text)
     }
     m_slots->clear();
     m_keys->release();
+    m_connection.discardEvents();
     result.complete = whole && m_connection.exists(window);
     if (result.complete) {
         result.posted = text.size();
@@ -198,9 +198,19 @@ bool X11Poster::awaitTranslated(unsigned long topLevel, bool &answersPing, int m
 bool X11Poster::ping(unsigned long topLevel)
 {
     Display *display = m_connection.display();
+    const long serial = 0x4D450000L + (++m_pingSerial & 0xffff);
+    // The answer comes to the root window; outside the wait nothing that happens there is of interest.
+    XSelectInput(display, m_connection.root(), SubstructureNotifyMask);
+    const auto answered = awaitPong(topLevel, serial);
+    XSelectInput(display, m_connection.root(), NoEventMask);
+    return answered;
+}
+
+bool X11Poster::awaitPong(unsigned long topLevel, long serial)
+{
+    Display *display = m_connection.display();
     const Atom protocols = m_connection.atom("WM_PROTOCOLS");
     const Atom pingAtom = m_connection.atom("_NET_WM_PING");
-    const long serial = 0x4D450000L + (++m_pingSerial & 0xffff);
     XEvent event{};
     event.xclient.type = ClientMessage;
     event.xclient.window = topLevel;

@@ -26,6 +26,7 @@ private:
     struct SecondKeyboard;
     bool awaitTranslated(unsigned long topLevel, bool &answersPing, int drainMs);
     bool ping(unsigned long topLevel);
+    bool awaitPong(unsigned long topLevel, long serial);
     bool sendFocused(WindowId window, const PostBatch &batch);
     bool sendBySecondKeyboard(WindowId window, const PostBatch &batch);
     /// `device` is an XDevice of the second keyboard, null for the user's own.
