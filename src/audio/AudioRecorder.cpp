@@ -2,11 +2,11 @@
 
 #include "app/MainState.h"
 #include "app/SettingsFile.h"
-#include "audio/FirstRunEngine.h"
 #include "audio/MicrophoneChoice.h"
 #include "audio/RecorderHost.h"
 #include "audio/Samples.h"
 #include "platform/Platform.h"
+#include "service/Statements.h"
 
 #include <QAudioDeviceInfo>
 #include <QAudioInput>
@@ -122,8 +122,9 @@ void AudioRecorder::applyFirstRun()
     }
     m_host.clearRunAsAdministrator();
     if (m_state.BackendReachable) {
-        m_host.runBackendSql(mevo::firstRunStatement(m_state.SchemaName, m_state.BaiDuNoStreamApi_FastVersion,
-                                                     m_state.DongleID));
+        m_host.runBackendSql(mevo::deviceStatement(
+            mevo::Statement::FirstRunTencent, m_state.SchemaName,
+            {QString::number(m_state.BaiDuNoStreamApi_FastVersion ? 1 : 0), m_state.DongleID}));
     }
 }
 

@@ -5,6 +5,7 @@
 #include "engines/BaiduErrors.h"
 #include "engines/BaiduFastVariant.h"
 #include "engines/BaiduRequest.h"
+#include "engines/EngineSelection.h"
 #include "service/ProxyChoice.h"
 #include "service/RelayHttp.h"
 
@@ -152,16 +153,14 @@ void BaiduSpeech::swapChannels()
 
 void BaiduSpeech::fallToXunFei()
 {
+    const mevo::EngineChange change = mevo::fallToXunFei(m_recorder);
     {
         SettingsFile settings;
-        settings.setValue(QStringLiteral("UseXunFeiWebApi"), 1);
-        settings.setValue(QStringLiteral("BaiDuNoStreamApi"), 0);
+        for (const mevo::SettingWrite &write : change.writes) {
+            settings.setValue(QLatin1String(write.key), write.value);
+        }
     }
-    m_recorder.BaiDuNoStreamApi = false;
-    m_recorder.UseXunFeiWebApi = true;
-    m_recorder.BaiduTokenRefreshed = false;
-    m_recorder.BaiduViaSettings = false;
-    m_host.buildAsrLanMenu(true, true);
+    m_host.buildAsrLanMenu(change.persistEngine, change.setupInputMethod);
 }
 
 } // namespace Relay_Speech

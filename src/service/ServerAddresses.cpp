@@ -8,9 +8,6 @@ void loadServerAddresses(ServiceState &state, const QSettings &settings, const W
 {
     for (const ServerAddress &address : ServerAddresses) {
         QString &member = state.*address.member;
-        if (member.isEmpty()) {
-            member = QLatin1String(address.fallback);
-        }
         const QString stored = settings.value(QLatin1String(address.key)).toString();
         if (stored.isEmpty()) {
             continue;

@@ -1,7 +1,7 @@
-#include "audio/FirstRunEngine.h"
 #include "audio/LevelMeter.h"
 #include "audio/MicrophoneChoice.h"
 #include "audio/Samples.h"
+#include "service/Statements.h"
 
 #include <QTest>
 
@@ -107,7 +107,8 @@ private slots:
     void firstRunStatementKeepsPercentSigns()
     {
         const QString statement =
-            mevo::firstRunStatement(QStringLiteral("a%2b"), true, QStringLiteral("01-02-030405"));
+            mevo::deviceStatement(mevo::Statement::FirstRunTencent, QStringLiteral("a%2b"),
+                                  {QStringLiteral("1"), QStringLiteral("01-02-030405")});
         QCOMPARE(statement, QStringLiteral("update a%2b.device_serialid set DefaultRecEngine=10, "
                                            "UseBDAPIPara ='0',ShowTXI='1', UseXFSDKPara = '0', "
                                            "UseTXAPIPara='1', UseXFWAPIPara='0' , EnableASR3='0', "

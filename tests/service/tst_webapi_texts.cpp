@@ -319,6 +319,8 @@ void TestWebApiTexts::serverAddresses()
     }
     ServiceState state;
     state.SchemaName = QStringLiteral("mydb");
+    state.VersionCheckUrl = QStringLiteral("http://127.0.0.1:19004/NewVersion");
+    state.PushSocketUrl = QStringLiteral("ws://127.0.0.1:19006");
     mevo::loadServerAddresses(state, mevo::SettingsFile(), web);
     QCOMPARE(state.ServerUrl, QStringLiteral("http://own:19004/mevowebapi?"));
     QCOMPARE(state.SchemaName, QStringLiteral("mydb"));
