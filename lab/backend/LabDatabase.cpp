@@ -79,7 +79,9 @@ void LabDatabase::seed(const QString &schema, const LabCipher &cipher)
         columns += ", " + name + " text default ''";
     }
     execute("create table if not exists " + s + "device_serialid (" + columns + ")");
-    execute("insert or ignore into " + s + "device_serialid (DongleID) values ('" + DongleId + "')");
+    for (const QByteArray &id : {QByteArray(DongleId), QByteArray(NoDeviceId)}) {
+        execute("insert or ignore into " + s + "device_serialid (DongleID) values ('" + id + "')");
+    }
     execute("create table if not exists " + s +
             "productrecord (CustomIndex, ProductionIndex, VoiceIntervalTime default 1000, TXSCD default '', "
             "TXSCK default '', VWebIntervalTime default 0, VWebSeed default 0, VWeb default '', "

@@ -30,6 +30,8 @@ public:
 
     /// The receiver that the seed knows, and the accounts of the services.
     static constexpr char DongleId[] = "02-01-001357";
+    /// Of a program that is used without a receiver.
+    static constexpr char NoDeviceId[] = "02-01--1";
     static constexpr char BaiduAppId[] = "lab-app-1";
     static constexpr char BaiduClientId[] = "lab-client-id-1";
     static constexpr char BaiduClientSecret[] = "lab-client-secret-1";

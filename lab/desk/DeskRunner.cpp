@@ -87,6 +87,9 @@ const DeskRunner::Verb DeskRunner::verbs[] = {
     {"hold", &DeskRunner::hold},
     {"key", &DeskRunner::key},
     {"click", &DeskRunner::click},
+    {"pointer", &DeskRunner::movePointer},
+    {"button", &DeskRunner::mouseButton},
+    {"expect-focus", &DeskRunner::expectFocus},
     {"screenshot", &DeskRunner::screenshot},
     {"http", &DeskRunner::http},
     {"sh", &DeskRunner::shell},
@@ -295,9 +298,8 @@ Result DeskRunner::expectFeature(Step step)
     return answer.ok ? Result{} : Result::failed(step.arguments.join(QLatin1Char(' ')), answer.text);
 }
 
-Result DeskRunner::windowStep(Step step, bool wanted)
+Result DeskRunner::windowStep(const QString &pattern, bool wanted, int timeoutMs)
 {
-    const QString pattern = step.arguments.first();
     const QRegularExpression expression(pattern);
     if (!expression.isValid())
         return Result::failed(QStringLiteral("a pattern"), expression.errorString());
@@ -306,7 +308,7 @@ Result DeskRunner::windowStep(Step step, bool wanted)
     if (!m_desktop)
         return Result::failed(QStringLiteral("a display"), QStringLiteral("none"));
     const auto reached = [&] { return m_desktop->findWindow(expression).has_value() == wanted; };
-    if (waitUntil(reached, step.milliseconds(within(), defaultWaitMs), 20))
+    if (waitUntil(reached, timeoutMs, 20))
         return {};
     QStringList titles;
     for (const Desktop::Window window : m_desktop->clientWindows())
@@ -317,12 +319,12 @@ Result DeskRunner::windowStep(Step step, bool wanted)
 
 Result DeskRunner::waitWindow(Step step)
 {
-    return windowStep(step, true);
+    return windowStep(step.arguments.first(), true, step.milliseconds(within(), defaultWaitMs));
 }
 
 Result DeskRunner::noWindow(Step step)
 {
-    return windowStep(step, false);
+    return windowStep(step.arguments.first(), false, step.milliseconds(within(), defaultWaitMs));
 }
 
 Result DeskRunner::speak(Step step)
@@ -374,11 +376,50 @@ Result DeskRunner::key(Step step)
     return runTool(QStringLiteral("xdotool"), {QStringLiteral("key"), step.arguments.first()});
 }
 
+Result DeskRunner::movePointer(Step step)
+{
+    QPoint corner;
+    const QString pattern = step.options.value(QStringLiteral("over"));
+    if (!pattern.isEmpty()) {
+        const Result found = windowStep(pattern, true, defaultWaitMs);
+        if (!found.ok)
+            return found;
+        const auto window = m_desktop->findWindow(QRegularExpression(pattern));
+        if (!window)
+            return Result::failed(QStringLiteral("a window ") + pattern, QStringLiteral("it has gone"));
+        corner = m_desktop->corner(*window);
+    }
+    return runTool(QStringLiteral("xdotool"),
+                   {QStringLiteral("mousemove"), QString::number(corner.x() + step.arguments.at(0).toInt()),
+                    QString::number(corner.y() + step.arguments.at(1).toInt())});
+}
+
 Result DeskRunner::click(Step step)
 {
+    const Result moved = movePointer(step);
+    return moved.ok ? runTool(QStringLiteral("xdotool"),
+                              {QStringLiteral("click"), step.arguments.value(2, QStringLiteral("1"))})
+                    : moved;
+}
+
+Result DeskRunner::mouseButton(Step step)
+{
+    const bool down = step.arguments.first() == QLatin1String("down");
     return runTool(QStringLiteral("xdotool"),
-                   {QStringLiteral("mousemove"), step.arguments.at(0), step.arguments.at(1),
-                    QStringLiteral("click"), step.arguments.value(2, QStringLiteral("1"))});
+                   {down ? QStringLiteral("mousedown") : QStringLiteral("mouseup"), step.arguments.at(1)});
+}
+
+Result DeskRunner::expectFocus(Step step)
+{
+    const TargetWindow *target = targetOf(step.arguments.first());
+    if (!target)
+        return Result::failed(QStringLiteral("a target of this name"), QStringLiteral("none"));
+    if (target->hasFocus())
+        return {};
+    if (!m_desktop)
+        m_desktop = Desktop::open();
+    return Result::failed(QStringLiteral("it has the focus"),
+                          m_desktop ? m_desktop->title(m_desktop->focusedWindow()) : QString());
 }
 
 Result DeskRunner::screenshot(Step step)

@@ -72,6 +72,9 @@ private:
     Result hold(Step step);
     Result key(Step step);
     Result click(Step step);
+    Result movePointer(Step step);
+    Result mouseButton(Step step);
+    Result expectFocus(Step step);
     Result screenshot(Step step);
     Result http(Step step);
     Result shell(Step step);
@@ -82,7 +85,7 @@ private:
 
     TargetWindow *targetOf(const QString &name) const;
     QByteArray logSinceMark() const;
-    Result windowStep(Step step, bool wanted);
+    Result windowStep(const QString &pattern, bool wanted, int timeoutMs);
     Result runTool(const QString &tool, const QStringList &arguments);
 
     Options m_options;

@@ -43,7 +43,12 @@ constexpr StepKind stepKinds[] = {
      "speak FILE|\"TEXT\" [voice rms|kal16|mandarin]: into the microphone, to its end"},
     {"hold", 1, 1, "", "hold MS: time passes"},
     {"key", 1, 1, "", "key CHORD: on the user's keyboard, such as ctrl+z"},
-    {"click", 2, 3, "", "click X Y [BUTTON]: with the user's mouse"},
+    {"click", 2, 3, "over",
+     "click X Y [BUTTON] [over \"PATTERN\"]: with the user's mouse; X and Y count "
+     "from the corner of a window's title or class"},
+    {"pointer", 2, 2, "over", "pointer X Y [over \"PATTERN\"]: the mouse goes there"},
+    {"button", 2, 2, "", "button down|up BUTTON: of the mouse"},
+    {"expect-focus", 1, 1, "", "expect-focus NAME: this target has the focus"},
     {"screenshot", 1, 1, "", "screenshot FILE"},
     {"http", 2, 2, "contains within", "http GET URL [contains \"TEXT\"] [within MS]"},
     {"sh", 1, 1, "", "sh \"COMMAND\": fails when the command does"},

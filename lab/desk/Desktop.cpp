@@ -130,6 +130,13 @@ QString Desktop::title(Window window) const
     return utf8.isEmpty() ? QString::fromLatin1(property(window, XCB_ATOM_WM_NAME)) : QString::fromUtf8(utf8);
 }
 
+QPoint Desktop::corner(Window window) const
+{
+    const auto reply = owned(xcb_translate_coordinates_reply(
+        m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr));
+    return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint();
+}
+
 Desktop::Window Desktop::focusedWindow() const
 {
     const auto reply =

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QPoint>
 #include <QRegularExpression>
 #include <QString>
 
@@ -31,6 +32,8 @@ public:
     /// A visible window whose title or class matches, managed or not.
     std::optional<Window> findWindow(const QRegularExpression &pattern) const;
     QString title(Window window) const;
+    /// Place of a window's upper left corner on the screen.
+    QPoint corner(Window window) const;
 
     /// The window that has the input focus, 0 when none has.
     Window focusedWindow() const;

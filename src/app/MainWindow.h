@@ -81,6 +81,9 @@ public:
     void BuildAsrLanMenu(bool persistEngine, bool setupInputMethod);
     /// Reads the device record and applies it; nothing without network, backend or device.
     void ReadServerInfo();
+    /// Reads the record of this receiver's product and applies it; without a receiver, that of the product
+    /// itself, which says whether the program may be used without one. False when it could not be had.
+    bool ReadProductRecord();
     /// Asks the backend for its version. -1 when it does not answer.
     int ProbeBackend();
     /// Runs one statement on the backend; the reply's text, null when there is none.
@@ -104,6 +107,9 @@ public Q_SLOTS:
     void pushBuutton_Translate_clicked();
     void on_exitAppAction();
     void RebootAppDelayTimeout();
+    /// Opens the menu, for a user who sees neither bar nor tray icon and starts the program once more. It has
+    /// the keyboard while it is open.
+    void presentMenu();
     /// Leaves without a question, for a reason of the program's own.
     void exitByItself();
 
@@ -182,7 +188,6 @@ private:
     // Device.
     void createReader();
     void stopReader();
-    bool deviceOpen() const;
     void HandleDeviceChange(mevo::DeviceNotifier::Change change, const QString &name);
     void deviceArrived();
     void deviceRemoved();

@@ -15,7 +15,6 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setApplicationName(QStringLiteral("mevoinput"));
-    QApplication::setApplicationDisplayName(QStringLiteral("灵犀听写"));
     // The bar hides when the receiver goes; that is no reason to end.
     QApplication::setQuitOnLastWindowClosed(false);
 
@@ -32,6 +31,7 @@ int main(int argc, char *argv[])
     auto window = std::make_unique<MainWindow>(*platform);
     window->setWindowTitle(QStringLiteral("aaaaaa"));
     window->show();
+    platform->singleInstance->whenStartedAgain([&window] { window->presentMenu(); });
     mevo::onTerminationSignal(window.get(), [&window] { window->exitByItself(); });
     const int result = QApplication::exec();
     if (result == MainWindow::restartCode) {

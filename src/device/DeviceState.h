@@ -20,6 +20,9 @@ struct DeviceState
     int VoiceIntervalTime = 1000;                           ///< heartbeat interval in milliseconds
     bool NoDeviceMode = false;                              ///< the program may run without a receiver
     bool ClickCanASR = false;                               ///< the tip window itself may start a session
+    /// The receiver can be written to, which DeviceConnected alone does not say: it is also on after a start
+    /// without a receiver.
+    bool deviceOpen() const { return DeviceConnected && HidCommandHandle != nullptr; }
     QString DongleID; ///< "%02x-%02x-%02x%02x%02x", the key of the device record
     QString DongleIDDecimal;
 

@@ -22,11 +22,6 @@ constexpr int arrivalIdentityRetries = 51;
 constexpr int arrivalRetryPauseMs = 50;
 } // namespace
 
-bool MainWindow::deviceOpen() const
-{
-    return DeviceConnected && HidCommandHandle != nullptr;
-}
-
 void MainWindow::openDeviceAtStart()
 {
     mevo::DeviceLinkHooks hooks;
@@ -44,9 +39,6 @@ void MainWindow::openDeviceAtStart()
     const int result = m_device->OpenHidDevice();
     if (result != 0) {
         qInfo() << "Receiver: not opened at start, result" << result;
-        if (NoDeviceMode) {
-            DongleID = QLatin1String(mevo::kNoDeviceIdentity);
-        }
     }
     DeviceConnected = true; // until a removal says otherwise
     createReader();
@@ -92,6 +84,12 @@ void MainWindow::introduceDevice()
         for (int i = 0; i < retries && DongleID.isEmpty(); ++i) {
             m_device->ReadDeviceIdentity();
         }
+    }
+    if (ReadProductRecord()) {
+        NoDeviceMode = NoDeviceMode || ClickCanASR;
+    }
+    if (!deviceOpen() && NoDeviceMode) {
+        DongleID = QLatin1String(mevo::kNoDeviceIdentity);
     }
     if (!IsOnline) {
         setTrayPicture(QStringLiteral(":/rec/ORNoNetwork.png"));
@@ -177,7 +175,14 @@ void MainWindow::deviceArrived()
         exitByItself();
         return;
     }
-    QTimer::singleShot(1000, this, &MainWindow::DownloadBaiduINIFileTimeout);
+    if (ReadProductRecord()) {
+        QTimer::singleShot(1000, this, &MainWindow::DownloadBaiduINIFileTimeout);
+    } else if (!hasTornDown()) {
+        ReadServerInfo();
+    }
+    if (hasTornDown()) {
+        return;
+    }
     restartKeypadSibling();
     m_device->StartHeartbeat();
     if (DeviceConnected) {

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace mevo {
@@ -83,6 +84,9 @@ public:
     virtual bool acquire(const QString &name) = 0;
     /// Gives the lock back early, for a restart of the program.
     virtual void release() = 0;
+    /// Calls `handler` from the event loop each time another process has asked for the lock that this one
+    /// holds: the user has started the program once more.
+    virtual void whenStartedAgain(std::function<void()> handler) = 0;
 };
 
 /// Clock and waiting.

@@ -4,7 +4,11 @@
 
 #include "app/SettingsFile.h"
 #include "audio/AudioRecorder.h"
+#include "device/DeviceCommands.h"
+#include "device/DeviceReports.h"
+#include "engines/CredentialStore.h"
 #include "engines/EngineSelection.h"
+#include "service/ProductRecord.h"
 #include "service/Statements.h"
 #include "service/WebApi.h"
 #include "service/WebApiReply.h"
@@ -75,6 +79,39 @@ int MainWindow::ProbeBackend()
 QString MainWindow::RunBackendSql(const QString &sql, int timeoutMs)
 {
     return m_webApi->RunBackendSql(this, sql, ServerUrl, timeoutMs);
+}
+
+bool MainWindow::ReadProductRecord()
+{
+    const bool withoutDevice = !deviceOpen();
+    const auto key = mevo::productKey(withoutDevice ? QLatin1String(mevo::kNoDeviceIdentity) : DongleID);
+    if (!IsOnline || !BackendReachable || !key) {
+        return false;
+    }
+    const auto reply =
+        m_webApi->RunWithFailover(mevo::statementText(mevo::Statement::ReadProductRecord,
+                                                      {SchemaName, key->customIndex, key->productionIndex}),
+                                  mevo::ProductRecordTimeouts);
+    if (!reply || hasTornDown()) {
+        return false; // the wait may have let an exit through
+    }
+    const auto content = mevo::unwrapReply(*m_cipher, *reply);
+    if (!content || content->items != 1 || content->rows.empty()) {
+        qWarning() << "Product record: the backend has none for this product";
+        return false;
+    }
+    const int interval = VoiceIntervalTime;
+    {
+        mevo::SettingsFile settings;
+        for (const mevo::ProductSetting &setting : applyProductRecord(*this, content->rows.front())) {
+            settings.setValue(setting.key, setting.value);
+        }
+    }
+    if (interval != VoiceIntervalTime && HeartbeatTimerId != 0) {
+        m_device->StartHeartbeat();
+    }
+    m_credentials->RefreshCredentialFiles();
+    return !hasTornDown();
 }
 
 void MainWindow::ReadServerInfo()

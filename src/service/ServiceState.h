@@ -25,4 +25,10 @@ struct ServiceState
 
     bool CountersLocked = false; ///< no counter flush happens
     int AutoUpdateSwitch = 1;
+
+    int VWebIntervalTime = 0; ///< milliseconds before the product's page may be shown
+    int VWebSeed = 0;         ///< one start in this many shows it
+    QString VWeb;             ///< address of that page
+    QString SWName;           ///< title of the help pages
+    bool ShowCopyRight = false;
 };

@@ -196,6 +196,15 @@ void MainWindow::setWndTopMostTimeout()
     }
 }
 
+void MainWindow::presentMenu()
+{
+    if (isVisible()) {
+        raise();
+    }
+    m_menu->popup(isVisible() ? geometry().bottomLeft() : QCursor::pos());
+    m_menu->setActiveAction(m_menu->actions().first());
+}
+
 void MainWindow::on_CancelAction()
 {
     m_menu->hide();

@@ -222,7 +222,7 @@ void MicTipDialog::emitReport(int key, bool pressed)
 
 void MicTipDialog::MicStart()
 {
-    if (m_state.DeviceConnected && !m_host.sendMicrophoneLatch(true)) {
+    if (m_state.deviceOpen() && !m_host.sendMicrophoneLatch(true)) {
         return;
     }
     emitReport(mevo::KeyVoiceTyping, true);
@@ -230,7 +230,7 @@ void MicTipDialog::MicStart()
 
 void MicTipDialog::micStop()
 {
-    if (m_state.DeviceConnected) {
+    if (m_state.deviceOpen()) {
         m_host.flushUsageCounters();
         m_host.sendMicrophoneLatch(false);
     }
@@ -258,7 +258,7 @@ void MicTipDialog::toggleLatch()
         return;
     }
     m_state.MicLatched = false;
-    if (m_state.DeviceConnected) {
+    if (m_state.deviceOpen()) {
         m_host.sendMicrophoneLatch(false); // the device wants to hear it twice
     }
     micStop();

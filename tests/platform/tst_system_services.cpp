@@ -334,6 +334,8 @@ private slots:
         QVERIFY(holder.waitForFinished());
         QVERIFY(lock.acquire(lockName()));
         QVERIFY(lock.acquire(lockName()));
+        int knocks = 0;
+        lock.whenStartedAgain([&knocks] { ++knocks; });
 
         // A child does not keep the lock of the program that started it.
         QProcess child;
@@ -342,6 +344,7 @@ private slots:
         QProcess second;
         QCOMPARE(answer(second), QByteArray("busy"));
         QVERIFY(second.waitForFinished());
+        QTRY_COMPARE(knocks, 1);
         lock.release();
         QProcess third;
         QCOMPARE(answer(third), QByteArray("taken"));

@@ -307,6 +307,7 @@ class FakeSingleInstance : public mevo::SingleInstance
 public:
     bool acquire(const QString &) override { return free; }
     void release() override {}
+    void whenStartedAgain(std::function<void()>) override {}
     bool free = true;
 };
 

@@ -104,7 +104,7 @@ void DesktopNotifications::notify(const QString &title, const QString &text, Mes
     const QString service = QStringLiteral("org.freedesktop.Notifications");
     QDBusMessage call = QDBusMessage::createMethodCall(
         service, QStringLiteral("/org/freedesktop/Notifications"), service, QStringLiteral("Notify"));
-    const QString application = QGuiApplication::applicationDisplayName();
+    const QString application = QCoreApplication::translate("Notifications", "灵犀听写");
     call << application << 0U << QString::fromLatin1(row(icon).themeName)
          << (title.isEmpty() ? application : title) // a notification needs a summary
          << text.toHtmlEscaped() << QStringList() << QVariantMap() << milliseconds;

@@ -3,6 +3,8 @@
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocalServer>
+#include <QLocalSocket>
 
 #include <cerrno>
 #include <cstring>
@@ -15,13 +17,24 @@ namespace mevo {
 
 namespace {
 
-QString lockPath(const QString &name)
+constexpr int knockTimeoutMs = 500;
+
+QString runtimePath(const QString &name, const QString &suffix)
 {
     const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (!runtime.isEmpty() && QFileInfo(runtime).isWritable()) {
-        return QStringLiteral("%1/%2.lock").arg(runtime, name);
+        return QStringLiteral("%1/%2%3").arg(runtime, name, suffix);
     }
-    return QStringLiteral("/tmp/%1-%2.lock").arg(name).arg(geteuid());
+    return QStringLiteral("/tmp/%1-%2%3").arg(name).arg(geteuid()).arg(suffix);
+}
+
+/// Tells the holder of the lock that it is wanted. One that is still starting does not listen yet, and will
+/// show itself anyway.
+void knock(const QString &name)
+{
+    QLocalSocket socket;
+    socket.connectToServer(runtimePath(name, QStringLiteral(".socket")));
+    socket.waitForConnected(knockTimeoutMs);
 }
 
 /// In a folder that all users share, the file must be a plain file of our own.
@@ -33,6 +46,8 @@ bool isOurs(int descriptor)
 
 } // namespace
 
+FlockSingleInstance::FlockSingleInstance() = default;
+
 FlockSingleInstance::~FlockSingleInstance()
 {
     release();
@@ -43,7 +58,7 @@ bool FlockSingleInstance::acquire(const QString &name)
     if (m_descriptor >= 0) {
         return true;
     }
-    const QString path = lockPath(name);
+    const QString path = runtimePath(name, QStringLiteral(".lock"));
     const int descriptor =
         open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor < 0 || !isOurs(descriptor)) {
@@ -60,6 +75,7 @@ bool FlockSingleInstance::acquire(const QString &name)
     } while (result != 0 && errno == EINTR);
     if (result == 0) {
         m_descriptor = descriptor;
+        m_name = name;
         return true;
     }
     const int error = errno;
@@ -67,11 +83,37 @@ bool FlockSingleInstance::acquire(const QString &name)
     if (error != EWOULDBLOCK) {
         qWarning().noquote() << "Single instance:" << path << "cannot be locked:" << std::strerror(error);
     }
-    return error != EWOULDBLOCK;
+    if (error == EWOULDBLOCK) {
+        knock(name);
+        return false;
+    }
+    return true;
+}
+
+void FlockSingleInstance::whenStartedAgain(std::function<void()> handler)
+{
+    if (m_descriptor < 0) {
+        return;
+    }
+    const QString path = runtimePath(m_name, QStringLiteral(".socket"));
+    QLocalServer::removeServer(path); // a killed holder has left it; the lock says that it is ours now
+    m_door = std::make_unique<QLocalServer>();
+    m_door->setSocketOptions(QLocalServer::UserAccessOption);
+    if (!m_door->listen(path)) {
+        qWarning().noquote() << "Single instance:" << path << m_door->errorString();
+    }
+    QObject::connect(m_door.get(), &QLocalServer::newConnection, m_door.get(),
+                     [door = m_door.get(), handler = std::move(handler)] {
+                         while (QLocalSocket *visitor = door->nextPendingConnection()) {
+                             visitor->deleteLater();
+                         }
+                         handler();
+                     });
 }
 
 void FlockSingleInstance::release()
 {
+    m_door.reset();
     if (m_descriptor >= 0) {
         // The file stays: removing it would let a third process lock a new one beside a second's.
         close(m_descriptor);

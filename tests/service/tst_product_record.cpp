@@ -1,0 +1,91 @@
+#include "service/ProductRecord.h"
+
+#include <QtTest>
+
+class TestProductRecord : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keyOfAnIdentity_data()
+    {
+        QTest::addColumn<QString>("identity");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("decimal digits") << "02-01-001357"
+                                        << "2,1";
+        QTest::newRow("hexadecimal") << "0a-1f-000000"
+                                     << "10,31";
+        QTest::newRow("without a receiver") << "02-01--1"
+                                            << "2,1";
+        QTest::newRow("empty") << ""
+                               << "";
+        QTest::newRow("no number") << "zz-01-000000"
+                                   << "";
+        QTest::newRow("one group") << "02"
+                                   << "";
+        QTest::newRow("a quote that would end the statement") << "02' or '1-01-0"
+                                                              << "";
+    }
+    void keyOfAnIdentity()
+    {
+        QFETCH(QString, identity);
+        const auto key = mevo::productKey(identity);
+        QTEST(key ? key->customIndex + QLatin1Char(',') + key->productionIndex : QString(), "key");
+    }
+
+    void heartbeatAndTalkButton_data()
+    {
+        QTest::addColumn<QString>("interval");
+        QTest::addColumn<QString>("click");
+        QTest::addColumn<int>("expectedInterval");
+        QTest::addColumn<bool>("expectedClick");
+        QTest::newRow("given") << "1500"
+                               << "1" << 1500 << true;
+        QTest::newRow("shortest") << "500"
+                                  << "2" << 500 << true;
+        QTest::newRow("too short") << "300"
+                                   << "0" << 1000 << false;
+        QTest::newRow("negative") << "-1"
+                                  << "0" << 1000 << false;
+        QTest::newRow("empty columns leave what stands") << ""
+                                                         << "" << 800 << true;
+        QTest::newRow("garbage leaves what stands") << "soon"
+                                                    << "yes" << 800 << true;
+    }
+    void heartbeatAndTalkButton()
+    {
+        QFETCH(QString, interval);
+        QFETCH(QString, click);
+        MainState state;
+        state.VoiceIntervalTime = 800;
+        state.ClickCanASR = true;
+        mevo::applyProductRecord(
+            state, {{QStringLiteral("VoiceIntervalTime"), interval}, {QStringLiteral("ClickCanASR"), click}});
+        QTEST(state.VoiceIntervalTime, "expectedInterval");
+        QTEST(state.ClickCanASR, "expectedClick");
+    }
+
+    void textsAreKeptAndSizesTaken()
+    {
+        MainState state;
+        state.Website = QStringLiteral("old");
+        state.SupportEmail = QStringLiteral("stays");
+        const auto settings = mevo::applyProductRecord(
+            state, {{QStringLiteral("Website"), QStringLiteral("https://example.org")},
+                    {QStringLiteral("SupportEmail"), QString()},
+                    {QStringLiteral("SWName"), QStringLiteral("灵犀")},
+                    {QStringLiteral("bdsrbdsssetbzlen"), QStringLiteral("321")},
+                    {QStringLiteral("besrfdsssetlen"), 77}});
+        QCOMPARE(settings.size(), 1);
+        QCOMPARE(settings.first().key, QStringLiteral("Website"));
+        QCOMPARE(state.Website, settings.first().value);
+        QCOMPARE(state.SupportEmail, QStringLiteral("stays"));
+        QCOMPARE(state.SWName, QStringLiteral("灵犀"));
+        QCOMPARE(state.bdsrbdsssetbzlen, 321);
+        QCOMPARE(state.besrfdsssetlen, 77);
+        QCOMPARE(state.bdsrbdsssetenlen, -1);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestProductRecord)
+#include "tst_product_record.moc"
