@@ -41,6 +41,17 @@ const std::vector<BarButton> &barButtons()
     return buttons;
 }
 
+namespace {
+
+/// The nearest place at which all of the bar is seen; its upper left end when the screen is too small.
+QPoint insideOf(const QRect &screen, const QPoint &place, const QSize &size)
+{
+    return {qBound(screen.left(), place.x(), qMax(screen.left(), screen.right() - size.width() + 1)),
+            qBound(screen.top(), place.y(), qMax(screen.top(), screen.bottom() - size.height() + 1))};
+}
+
+} // namespace
+
 QSize barSize(bool vertical)
 {
     return vertical ? QSize(45, 260) : QSize(260, 45);
@@ -50,20 +61,20 @@ QPoint barPosition(const BarPlace &place, const QRect &screen, const std::vector
 {
     const QSize size = barSize(place.vertical);
     if (place.savedLeft != 0 && place.savedTop != 0) {
-        const QRect saved(QPoint(place.savedLeft, place.savedTop), size);
-        const bool reachable = std::any_of(screens.begin(), screens.end(), [&saved](const QRect &room) {
-            const QRect seen = room.intersected(saved);
-            return seen.width() >= saved.width() / 2 && seen.height() >= saved.height() / 2;
+        const QPoint saved(place.savedLeft, place.savedTop);
+        // What was saved is where the pointer let the bar go, so that it lies on a screen as long as that
+        // screen is there; the bar may be longer than what is left of it.
+        const auto room = std::find_if(screens.begin(), screens.end(), [&saved](const QRect &candidate) {
+            return candidate.contains(saved);
         });
-        if (reachable) {
-            return saved.topLeft();
+        if (room != screens.end()) {
+            return insideOf(*room, saved, size);
         }
     }
     const int left = screen.left() + screen.width() - (place.vertical ? 99 : place.fromRight);
     const int top =
         place.vertical ? screen.top() + place.verticalTop : screen.top() + screen.height() - place.fromBottom;
-    return {qBound(screen.left(), left, qMax(screen.left(), screen.right() - size.width())),
-            qBound(screen.top(), top, qMax(screen.top(), screen.bottom() - size.height()))};
+    return insideOf(screen, {left, top}, size);
 }
 
 QString barButtonStyle(const QString &stem)

@@ -32,10 +32,12 @@ private Q_SLOTS:
         add("saved, upright", {300, 400}, true, 200, oneScreen, false, {300, 400});
         add("left alone", {300, 0}, false, 200, oneScreen, false, flat);
         add("top alone", {0, 300}, false, 200, oneScreen, false, flat);
-        add("half over the edge", {-100, 50}, false, 200, oneScreen, false, {-100, 50});
+        add("over the right edge", {1800, 50}, false, 200, oneScreen, false, {1920 - 260, 50});
+        add("over the lower edge, upright", {300, 900}, true, 200, oneScreen, false, {300, 1080 - 260});
         add("on the second screen", {2000, 400}, false, 200, oneScreen, true, {2000, 400});
         add("on a screen that is gone", {2000, 400}, false, 200, oneScreen, false, flat);
-        add("a sliver is left in sight", {1910, 400}, false, 200, oneScreen, false, flat);
+        add("the corner is left in sight", {1919, 1079}, false, 200, oneScreen, false,
+            {1920 - 260, 1080 - 45});
         add("default on the second screen", {0, 0}, false, 200, rightScreen, true,
             {1920 + 1280 - 299, 1024 - 199});
         add("small screen", {0, 0}, false, 200, {0, 0, 280, 150}, false, {0, 0});
