@@ -1,0 +1,645 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_TW" sourcelanguage="zh_CN">
+<context>
+    <name>AsrLanMenu</name>
+    <message>
+        <source>普通话(腾讯版)</source>
+        <translation>普通話(騰訊版)</translation>
+    </message>
+    <message>
+        <source>粤语(腾讯版)</source>
+        <translation>粵語(騰訊版)</translation>
+    </message>
+    <message>
+        <source>普通话+医疗(腾讯版)</source>
+        <translation>普通話+醫療(騰訊版)</translation>
+    </message>
+    <message>
+        <source>自识别方言(腾讯版)</source>
+        <translation>自辨識方言(騰訊版)</translation>
+    </message>
+    <message>
+        <source>英语(腾讯版)</source>
+        <translation>英語(騰訊版)</translation>
+    </message>
+    <message>
+        <source>日语(腾讯版)</source>
+        <translation>日語(騰訊版)</translation>
+    </message>
+    <message>
+        <source>普通话(百度版)</source>
+        <translation>普通話(百度版)</translation>
+    </message>
+    <message>
+        <source>粤语(百度版)</source>
+        <translation>粵語(百度版)</translation>
+    </message>
+    <message>
+        <source>四川话(百度版)</source>
+        <translation>四川話(百度版)</translation>
+    </message>
+    <message>
+        <source>英语(百度版)</source>
+        <translation>英語(百度版)</translation>
+    </message>
+    <message>
+        <source>普通话(讯飞版)</source>
+        <translation>普通話(訊飛版)</translation>
+    </message>
+    <message>
+        <source>英语(讯飞版)</source>
+        <translation>英語(訊飛版)</translation>
+    </message>
+    <message>
+        <source>使用讯飞语音输入法</source>
+        <translation>使用訊飛語音輸入法</translation>
+    </message>
+    <message>
+        <source>使用搜狗语音输入法</source>
+        <translation>使用搜狗語音輸入法</translation>
+    </message>
+    <message>
+        <source>使用自定义语音输入法</source>
+        <translation>使用自訂語音輸入法</translation>
+    </message>
+</context>
+<context>
+    <name>AudioRecorder</name>
+    <message>
+        <source>正在使用电脑自带麦克风,如不能正常语音识别,请尝试在设置中选择其它麦克风或启用/禁用立体声混音！</source>
+        <translation>正在使用電腦自帶麥克風,如不能正常語音辨識,請嘗試在設定中選擇其它麥克風或啟用/禁用立體聲混音！</translation>
+    </message>
+    <message>
+        <source>打开麦克风设备失败，请查看设备管理器中显示设备是否正常，如是Windows 10系统，请先确认麦克风权限是否已打开!</source>
+        <translation>開啟麥克風裝置失敗，請檢視裝置管理器中顯示裝置是否正常，如是Windows 10系統，請先確認麥克風權限是否已開啟!</translation>
+    </message>
+</context>
+<context>
+    <name>CPatialResultDialog</name>
+    <message>
+        <source>识别中的文字</source>
+        <translation>辨識中的文字</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceCommands</name>
+    <message>
+        <source>您电脑已连接多个本公司产品，暂不能同时支持，请选择一款，在安装配套软件后使用！</source>
+        <translation>您電腦已連接多個本公司產品，暫不能同時支援，請選擇一款，在安裝配套軟體後使用！</translation>
+    </message>
+    <message>
+        <source>请尝试将设备接到到其它USB口再打开软件，如一直显示此信息，请与供货商联系(</source>
+        <translation>請嘗試將裝置接到其它USB口再開啟軟體，如一直顯示此資訊，請與供應商聯絡(</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>灵犀听写系统.lnk</source>
+        <translation>靈犀聽寫系統.lnk</translation>
+    </message>
+    <message>
+        <source>自动启动软件</source>
+        <translation>自動啟動軟體</translation>
+    </message>
+    <message>
+        <source>下次开机是否自动启动语音软件?</source>
+        <translation>下次開機是否自動啟動語音軟體?</translation>
+    </message>
+    <message>
+        <source>是</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>返回</source>
+        <translation>返回</translation>
+    </message>
+    <message>
+        <source>否</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>未连接外部网络，该功能无法实现！</source>
+        <translation>未連線外部網路，該功能無法實現！</translation>
+    </message>
+    <message>
+        <source>未连接外部网络</source>
+        <translation>未連線外部網路</translation>
+    </message>
+    <message>
+        <source>错误</source>
+        <translation>錯誤</translation>
+    </message>
+    <message>
+        <source>请确认插上设备后再重启运行!</source>
+        <translation>請確認插上裝置後再重啟執行!</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>確定</translation>
+    </message>
+    <message>
+        <source>请选择语音识别引擎</source>
+        <translation>請選擇語音辨識引擎</translation>
+    </message>
+    <message>
+        <source>文字未能全部输入，其余文字已放入剪贴板，可用 Ctrl+V 粘贴。</source>
+        <translation>文字未能全部輸入，其餘文字已放入剪貼簿，可用 Ctrl+V 貼上。</translation>
+    </message>
+    <message>
+        <source>正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，检测过程中可忽略提示信息或窗口！</source>
+        <translation>正在首次啟動訊飛麥克風視窗過程中，辨識檢測時間稍長，請稍候，檢測過程中可忽略提示資訊或視窗！</translation>
+    </message>
+    <message>
+        <source>已打开语音输入识别功能！</source>
+        <translation>已開啟語音輸入辨識功能！</translation>
+    </message>
+    <message>
+        <source>关闭语音输入识别</source>
+        <translation>關閉語音輸入辨識</translation>
+    </message>
+    <message>
+        <source>打开语音输入识别</source>
+        <translation>開啟語音輸入辨識</translation>
+    </message>
+    <message>
+        <source>3秒后会关闭语音输入识别功能！</source>
+        <translation>3秒後會關閉語音輸入辨識功能！</translation>
+    </message>
+    <message>
+        <source>菜单</source>
+        <translation>選單</translation>
+    </message>
+    <message>
+        <source>打开的麦克风窗口可设置语音命令或语音搜索的功能;<byte value="xd"/> 当用讯飞语音输入法时，打开的讯飞麦克风窗口可设置方言等功能</source>
+        <translation>開啟的麥克風視窗可設定語音命令或語音搜尋的功能;
+ 當用訊飛語音輸入法時，開啟的訊飛麥克風視窗可設定方言等功能</translation>
+    </message>
+    <message>
+        <source>麦克风</source>
+        <translation>麥克風</translation>
+    </message>
+    <message>
+        <source>点击选择语言</source>
+        <translation>點選選擇語言</translation>
+    </message>
+    <message>
+        <source>语言</source>
+        <translation>語言</translation>
+    </message>
+    <message>
+        <source>点击打开虚拟键盘</source>
+        <translation>點選開啟虛擬鍵盤</translation>
+    </message>
+    <message>
+        <source>虚拟键盘</source>
+        <translation>虛擬鍵盤</translation>
+    </message>
+    <message>
+        <source>手写</source>
+        <translation>手寫</translation>
+    </message>
+    <message>
+        <source>点击打开设置语音命令词</source>
+        <translation>點選開啟設定語音命令詞</translation>
+    </message>
+    <message>
+        <source>语音命令词</source>
+        <translation>語音命令詞</translation>
+    </message>
+    <message>
+        <source>点击打开翻译窗口</source>
+        <translation>點選開啟翻譯視窗</translation>
+    </message>
+    <message>
+        <source>翻译</source>
+        <translation>翻譯</translation>
+    </message>
+    <message>
+        <source>点击打开设置窗口</source>
+        <translation>點選開啟設定視窗</translation>
+    </message>
+    <message>
+        <source>设置</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>语音输入系统托盘图标</source>
+        <translation>語音輸入系統匣圖示</translation>
+    </message>
+    <message>
+        <source>C盘空间太小，如不清理可能影响软件运行！</source>
+        <translation>C盤空間太小，如不清理可能影響軟體執行！</translation>
+    </message>
+    <message>
+        <source>隐藏此菜单</source>
+        <translation>隱藏此選單</translation>
+    </message>
+    <message>
+        <source>显示水平界面</source>
+        <translation>顯示水平介面</translation>
+    </message>
+    <message>
+        <source>显示垂直界面</source>
+        <translation>顯示垂直介面</translation>
+    </message>
+    <message>
+        <source>隐藏主界面</source>
+        <translation>隱藏主介面</translation>
+    </message>
+    <message>
+        <source>默认窗口显示位置</source>
+        <translation>預設視窗顯示位置</translation>
+    </message>
+    <message>
+        <source>关闭语音识别</source>
+        <translation>關閉語音辨識</translation>
+    </message>
+    <message>
+        <source>使用说明</source>
+        <translation>使用說明</translation>
+    </message>
+    <message>
+        <source>退出软件</source>
+        <translation>退出軟體</translation>
+    </message>
+    <message>
+        <source>灵犀听写</source>
+        <translation>靈犀聽寫</translation>
+    </message>
+    <message>
+        <source>已连接外部网络！</source>
+        <translation>已連線外部網路！</translation>
+    </message>
+    <message>
+        <source>显示界面</source>
+        <translation>顯示介面</translation>
+    </message>
+    <message>
+        <source>隐藏界面</source>
+        <translation>隱藏介面</translation>
+    </message>
+    <message>
+        <source>语音翻译模式已打开</source>
+        <translation>語音翻譯模式已開啟</translation>
+    </message>
+</context>
+<context>
+    <name>MicTipDialog</name>
+    <message>
+        <source>语音打字模式已打开</source>
+        <translation>語音打字模式已開啟</translation>
+    </message>
+    <message>
+        <source>点击进入语音打字模式</source>
+        <translation>點選進入語音打字模式</translation>
+    </message>
+    <message>
+        <source>语音命令词模式已打开</source>
+        <translation>語音命令詞模式已開啟</translation>
+    </message>
+    <message>
+        <source>点击进入语音命令词模式</source>
+        <translation>點選進入語音命令詞模式</translation>
+    </message>
+    <message>
+        <source>语音搜索模式已打开</source>
+        <translation>語音搜尋模式已開啟</translation>
+    </message>
+    <message>
+        <source>点击进入语音搜素模式</source>
+        <translation>點選進入語音搜尋模式</translation>
+    </message>
+    <message>
+        <source>麦克风</source>
+        <translation>麥克風</translation>
+    </message>
+</context>
+<context>
+    <name>Notifications</name>
+    <message>
+        <source>灵犀听写</source>
+        <translation>靈犀聽寫</translation>
+    </message>
+</context>
+<context>
+    <name>QToolTips</name>
+    <message>
+        <source>灵犀听写提示窗</source>
+        <translation>靈犀聽寫提示窗</translation>
+    </message>
+</context>
+<context>
+    <name>Relay_Speech::BaiduSpeech</name>
+    <message>
+        <source>
+ (错误码:3301)语音质量可能过差，确认默认麦克风设备是否正确，请尝试启动立体声混音后再打开软件，如仍提示此错误，建议更换一台电脑测试，如存在一样问题，请与售后人员联系！ (错误码:3301)
+
+
+提示：
+鼠标光标移动到此窗口中，将不会自动隐藏该窗口</source>
+        <translation>
+ (錯誤碼:3301)語音質量可能過差，確認預設麥克風裝置是否正確，請嘗試啟動立體聲混音後再開啟軟體，如仍提示此錯誤，建議更換一臺電腦測試，如存在一樣問題，請與售後人員聯絡！ (錯誤碼:3301)
+
+
+提示：
+滑鼠游標移動到此視窗中，將不會自動隱藏該視窗</translation>
+    </message>
+    <message>
+        <source>
+ (错误码:3314)语音长度太短, 下次语音识别将切换语音通道，如仍不行，先确认系统是否允许打开麦克风，确认默认麦克风设备是否正确，请尝试启动立体声混音后再打开软件，如仍提示此错误，建议更换一台电脑测试，如存在一样问题，请与售后人员联系！
+
+
+提示：
+鼠标光标移动到此窗口中，将不会自动隐藏该窗口</source>
+        <translation>
+ (錯誤碼:3314)語音長度太短, 下次語音辨識將切換語音通道，如仍不行，先確認系統是否允許開啟麥克風，確認預設麥克風裝置是否正確，請嘗試啟動立體聲混音後再開啟軟體，如仍提示此錯誤，建議更換一臺電腦測試，如存在一樣問題，請與售後人員聯絡！
+
+
+提示：
+滑鼠游標移動到此視窗中，將不會自動隱藏該視窗</translation>
+    </message>
+    <message>
+        <source>(错误码:3304)请手动切换到讯飞语音输入法或搜狗语音输入法或与产品供应商联系！
+
+
+
+
+
+
+
+提示：
+鼠标光标移动到此窗口中，将不会自动隐藏该窗口</source>
+        <translation>(錯誤碼:3304)請手動切換到訊飛語音輸入法或搜狗語音輸入法或與產品供應商聯絡！
+
+
+
+
+
+
+
+提示：
+滑鼠游標移動到此視窗中，將不會自動隱藏該視窗</translation>
+    </message>
+    <message>
+        <source> (错误码:3304)将切换到讯飞接口，如还有问题，请手动切换到讯飞语音输入法或搜狗语音输入法或与产品供应商联系！
+
+
+
+
+
+
+
+提示：
+鼠标光标移动到此窗口中，将不会自动隐藏该窗口</source>
+        <translation> (錯誤碼:3304)將切換到訊飛介面，如還有問題，請手動切換到訊飛語音輸入法或搜狗語音輸入法或與產品供應商聯絡！
+
+
+
+
+
+
+
+提示：
+滑鼠游標移動到此視窗中，將不會自動隱藏該視窗</translation>
+    </message>
+    <message>
+        <source>
+(错误码:3307) 语音质量可能过差，确认默认麦克风设备是否正确，请尝试启动立体声混音后再打开软件，如仍提示此错误，建议更换一台电脑测试，如存在一样问题，请与售后人员联系
+
+
+
+
+
+
+
+提示：
+鼠标光标移动到此窗口中，将不会自动隐藏该窗口</source>
+        <translation>
+(錯誤碼:3307) 語音質量可能過差，確認預設麥克風裝置是否正確，請嘗試啟動立體聲混音後再開啟軟體，如仍提示此錯誤，建議更換一臺電腦測試，如存在一樣問題，請與售後人員聯絡
+
+
+
+
+
+
+
+提示：
+滑鼠游標移動到此視窗中，將不會自動隱藏該視窗</translation>
+    </message>
+    <message>
+        <source> (错误码:3305)如连接提示此窗口，请手动切换讯飞语音输入法或搜狗语音输入法或与产品供应商联系！
+
+
+
+
+
+
+
+提示：
+鼠标光标移动到此窗口中，将不会自动隐藏该窗口</source>
+        <translation> (錯誤碼:3305)如連線提示此視窗，請手動切換訊飛語音輸入法或搜狗語音輸入法或與產品供應商聯絡！
+
+
+
+
+
+
+
+提示：
+滑鼠游標移動到此視窗中，將不會自動隱藏該視窗</translation>
+    </message>
+    <message>
+        <source>将切换到讯飞接口，如有问题，请手动切换讯飞或搜狗语音输入法或与产品供应商联系！ (错误码:3305)
+
+
+
+
+
+
+
+提示：
+鼠标光标移动到此窗口中，将不会自动隐藏该窗口</source>
+        <translation>將切換到訊飛介面，如有問題，請手動切換訊飛或搜狗語音輸入法或與產品供應商聯絡！ (錯誤碼:3305)
+
+
+
+
+
+
+
+提示：
+滑鼠游標移動到此視窗中，將不會自動隱藏該視窗</translation>
+    </message>
+    <message>
+        <source>
+   如连续多次提示此窗口，建议尝试手动切换其它识别接口！
+
+
+
+
+
+
+
+提示：
+鼠标光标移动到此窗口中，将不会自动隐藏该窗口</source>
+        <translation>
+   如連續多次提示此視窗，建議嘗試手動切換其它辨識介面！
+
+
+
+
+
+
+
+提示：
+滑鼠游標移動到此視窗中，將不會自動隱藏該視窗</translation>
+    </message>
+</context>
+<context>
+    <name>Session</name>
+    <message>
+        <source>当天语音使用识别量已超限! 如当天继续使用，建议切到讯飞语音输入法或搜狗语音输入法</source>
+        <translation>當天語音使用辨識量已超限! 如當天繼續使用，建議切到訊飛語音輸入法或搜狗語音輸入法</translation>
+    </message>
+</context>
+<context>
+    <name>XunFeiLanguages</name>
+    <message>
+        <source>长沙话</source>
+        <translation>長沙話</translation>
+    </message>
+    <message>
+        <source>东北话</source>
+        <translation>東北話</translation>
+    </message>
+    <message>
+        <source>甘肃话</source>
+        <translation>甘肅話</translation>
+    </message>
+    <message>
+        <source>广东话</source>
+        <translation>廣東話</translation>
+    </message>
+    <message>
+        <source>杭州话</source>
+        <translation>杭州話</translation>
+    </message>
+    <message>
+        <source>河北话</source>
+        <translation>河北話</translation>
+    </message>
+    <message>
+        <source>合肥话</source>
+        <translation>合肥話</translation>
+    </message>
+    <message>
+        <source>河南话</source>
+        <translation>河南話</translation>
+    </message>
+    <message>
+        <source>客家话</source>
+        <translation>客家話</translation>
+    </message>
+    <message>
+        <source>闽南话</source>
+        <translation>閩南話</translation>
+    </message>
+    <message>
+        <source>南昌话</source>
+        <translation>南昌話</translation>
+    </message>
+    <message>
+        <source>南京话</source>
+        <translation>南京話</translation>
+    </message>
+    <message>
+        <source>山东话</source>
+        <translation>山東話</translation>
+    </message>
+    <message>
+        <source>上海话</source>
+        <translation>上海話</translation>
+    </message>
+    <message>
+        <source>陕西话</source>
+        <translation>陝西話</translation>
+    </message>
+    <message>
+        <source>四川话</source>
+        <translation>四川話</translation>
+    </message>
+    <message>
+        <source>台湾话</source>
+        <translation>臺灣話</translation>
+    </message>
+    <message>
+        <source>太原话</source>
+        <translation>太原話</translation>
+    </message>
+    <message>
+        <source>天津话</source>
+        <translation>天津話</translation>
+    </message>
+    <message>
+        <source>武汉话</source>
+        <translation>武漢話</translation>
+    </message>
+    <message>
+        <source>云南话</source>
+        <translation>雲南話</translation>
+    </message>
+    <message>
+        <source>宁夏话</source>
+        <translation>寧夏話</translation>
+    </message>
+    <message>
+        <source>贵州话</source>
+        <translation>貴州話</translation>
+    </message>
+    <message>
+        <source>皖北话</source>
+        <translation>皖北話</translation>
+    </message>
+    <message>
+        <source>普通话</source>
+        <translation>普通話</translation>
+    </message>
+    <message>
+        <source>英语</source>
+        <translation>英語</translation>
+    </message>
+    <message>
+        <source>日语</source>
+        <translation>日語</translation>
+    </message>
+    <message>
+        <source>韩语</source>
+        <translation>韓語</translation>
+    </message>
+    <message>
+        <source>俄语</source>
+        <translation>俄語</translation>
+    </message>
+    <message>
+        <source>法语</source>
+        <translation>法語</translation>
+    </message>
+    <message>
+        <source>西班牙语</source>
+        <translation>西班牙語</translation>
+    </message>
+</context>
+<context>
+    <name>mevo::SessionMachine</name>
+    <message>
+        <source>已关闭语音识别功能！</source>
+        <translation>已關閉語音辨識功能！</translation>
+    </message>
+    <message>
+        <source>松开按键太快！请长按松开后再正式语音输入！</source>
+        <translation>鬆開按鍵太快！請長按鬆開後再正式語音輸入！</translation>
+    </message>
+</context>
+</TS>
