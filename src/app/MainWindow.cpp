@@ -56,17 +56,24 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     installInterfaceLanguage();
     m_firstArgument = QCoreApplication::arguments().value(1);
     CurrentVersion = 107;
+    m_startClock.mark("settings");
     createTrayIcon();
     createMenu();
     BaiDuCurrentVoiceType = mevo::SettingsFile().value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
     readServerAddresses();
     theWindow = this;
     createServices();
+    m_startClock.mark("tray");
     openDeviceAtStart();
+    m_startClock.mark("device");
     createNetworkObjects();
+    m_startClock.mark("network");
     introduceDevice();
+    m_startClock.mark("identity and product");
     createRecorderAndBar();
+    m_startClock.mark("recorder and bar");
     loadServicesAndSettings();
+    m_startClock.mark("accounts and record");
     createTipWindow();
     createTimers();
     placeBar(299, 199, 200);
@@ -203,7 +210,8 @@ void MainWindow::finishStart()
     BuildAsrLanMenu(false, true);
     m_platform.windowSystem->neverTakeFocus(winId());
     InitDone = true;
-    qInfo() << "Start: ready";
+    m_startClock.mark("windows and menus");
+    qInfo().noquote() << "Start: ready;" << m_startClock.summary();
     if (m_exitWanted) {
         QTimer::singleShot(0, this, &MainWindow::exitByItself);
     }

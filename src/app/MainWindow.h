@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/MainState.h"
+#include "app/StartClock.h"
 #include "audio/RecorderHost.h"
 #include "engines/EngineEndpoints.h"
 #include "engines/EngineHost.h"
@@ -248,6 +249,7 @@ private:
     void saveFocusWindow() override;
     bool isXpClass() const override;
 
+    mevo::StartClock m_startClock;
     mevo::Platform &m_platform;
     mevo::SessionHands m_sessionHands{*this};
     mevo::PipelineHands m_pipelineHands{*this};

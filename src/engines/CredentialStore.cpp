@@ -46,19 +46,25 @@ bool CredentialStore::LoadCurrentBaiduCredentials()
 
 bool CredentialStore::DownloadCredentialFile(CredentialList list)
 {
+    return fetch(list) == Fetched::Written;
+}
+
+CredentialStore::Fetched CredentialStore::fetch(CredentialList list)
+{
     const CredentialListRow &row = credentialList(list);
     const WebCipher &cipher = m_cipher;
     const QString sql = statementText(row.statement, {m_state.SchemaName});
     const QString text = m_api.RunBackendSql(this, sql, m_state.ServerUrl, DownloadTimeoutMs);
     if (text.isNull()) {
-        return false; // offline, no answer, or we are gone
+        return Fetched::NoAnswer; // offline, no answer, or we are gone
     }
     const std::optional<WebApiReply> reply = unwrapReply(cipher, text);
     if (!reply || reply->items <= 0 || reply->rows.size() != static_cast<std::size_t>(reply->items)) {
         qInfo("Accounts: the service gave none for %s; the file stays", row.file);
-        return false;
+        return Fetched::Nothing;
     }
-    return writeCredentialFile(row, appFile(QLatin1String(row.file)), reply->rows);
+    return writeCredentialFile(row, appFile(QLatin1String(row.file)), reply->rows) ? Fetched::Written
+                                                                                   : Fetched::Nothing;
 }
 
 void CredentialStore::RefreshCredentialFiles()
@@ -79,9 +85,15 @@ void CredentialStore::download(const std::vector<CredentialList> &lists)
     m_downloading = true;
     const QPointer<CredentialStore> alive(this);
     for (const CredentialList list : lists) {
-        DownloadCredentialFile(list);
+        const Fetched fetched = fetch(list);
         if (alive.isNull()) {
             return;
+        }
+        if (fetched == Fetched::NoAnswer) {
+            // The start waits for this, and a service that has once not answered would hold it up again for
+            // each of the others.
+            qInfo("Accounts: no answer for %s; the other lists stay too", credentialList(list).file);
+            break;
         }
     }
     m_downloading = false;

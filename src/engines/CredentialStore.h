@@ -31,15 +31,18 @@ public:
     /// Fetches one list and replaces its file. False, and the file stays, when offline, on any failure,
     /// and when the service has no accounts.
     bool DownloadCredentialFile(CredentialList list);
-    /// Fetches every list whose file differs in size from what the product record told.
+    /// Fetches every list, until one is not answered, whose file differs in size from what the product record
+    /// told.
     void RefreshCredentialFiles();
-    /// Fetches the lists that the product record tells no size of.
+    /// Fetches the lists that the product record tells no size of, until one is not answered.
     void FetchUnsizedCredentialFiles();
 
     static constexpr int DownloadTimeoutMs = 3000;
 
 private:
+    enum class Fetched { Written, Nothing, NoAnswer };
     bool load(CredentialList list);
+    Fetched fetch(CredentialList list);
     void download(const std::vector<CredentialList> &lists);
 
     MainState &m_state;

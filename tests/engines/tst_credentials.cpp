@@ -383,6 +383,12 @@ void TestCredentials::refreshesByName()
                           QStringLiteral("select F0,F1,F2 from db.bdasrid where F3 = 1 and yby = 1")}));
 
     m_server->requests.clear();
+    m_server->fallback = ScriptedAnswer::body({}, 503);
+    m_state.bdsrbdsssetenlen = m_state.bdsrbdsssetschlen = kept.size();
+    m_store->RefreshCredentialFiles();
+    QCOMPARE(m_server->requests.size(), 1); // a service that does not answer is not asked again and again
+
+    m_server->requests.clear();
     m_state.BackendReachable = false;
     m_store->RefreshCredentialFiles();
     QVERIFY(m_server->requests.isEmpty());
