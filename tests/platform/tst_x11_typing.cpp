@@ -1,11 +1,13 @@
+#include "desk/TargetWindow.h"
 #include "platform/linux/X11WindowSystem.h"
-#include "support/TargetWindow.h"
 
 #include <QtTest>
 
 #include <X11/Xlib.h>
 
 namespace {
+
+constexpr int readMs = 8000;
 
 const QString mixedText =
     QStringLiteral("今天天气很好，我们去公园。Hello, World! (a<b) {c} \"d\" 'e' ~`@#$%^&*_+-=|\\;:/?.>"
@@ -22,13 +24,15 @@ QString longText()
 
 } // namespace
 
-Q_DECLARE_METATYPE(TargetWindow::Kind)
-
 class TestX11Typing : public QObject
 {
     Q_OBJECT
 
+    using Target = std::unique_ptr<mevo::lab::TargetWindow>;
+
     mevo::X11WindowSystem windows;
+
+    static Target open(const char *kind) { return mevo::lab::TargetWindow::start(QLatin1String(kind)); }
 
     mevo::PostResult post(mevo::WindowId window, const QString &text)
     {
@@ -49,75 +53,67 @@ private Q_SLOTS:
 
     void textArrivesWhole_data()
     {
-        QTest::addColumn<TargetWindow::Kind>("kind");
         QTest::addColumn<QString>("text");
-        const struct
-        {
-            const char *name;
-            TargetWindow::Kind kind;
-        } targets[] = {{"xterm", TargetWindow::Xterm},
-                       {"mousepad", TargetWindow::Mousepad},
-                       {"featherpad", TargetWindow::Featherpad}};
-        for (const auto &target : targets) {
-            QTest::addRow("%s mixed", target.name) << target.kind << mixedText;
-            QTest::addRow("%s 600 characters", target.name) << target.kind << longText();
-            QTest::addRow("%s repeated", target.name) << target.kind << QStringLiteral("哈哈哈aa啊啊\tbb");
-        }
+        QTest::newRow("mixed") << mixedText;
+        QTest::newRow("600 characters") << longText();
+        QTest::newRow("repeated") << QStringLiteral("哈哈哈aa啊啊\tbb");
     }
 
     void textArrivesWhole()
     {
-        QFETCH(TargetWindow::Kind, kind);
         QFETCH(QString, text);
-        TargetWindow target(kind, windows);
-        QVERIFY(target.start());
-        const mevo::PostResult result = post(target.focusedWindow(), text);
-        QVERIFY(result.complete);
-        QCOMPARE(result.posted, text.size());
-        QCOMPARE(target.waitForText(text), text);
+        for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
+            const Target target = mevo::lab::TargetWindow::start(kind);
+            QVERIFY2(target, qPrintable(kind));
+            const mevo::PostResult result = post(windows.focusedWindow(), text);
+            QVERIFY2(result.complete, qPrintable(kind));
+            QCOMPARE(result.posted, text.size());
+            QCOMPARE(target->text(text.size(), readMs), text);
+        }
     }
 
     void lineEndsAreReturns()
     {
-        TargetWindow target(TargetWindow::Mousepad, windows);
-        QVERIFY(target.start());
-        QVERIFY(post(target.focusedWindow(), QStringLiteral("一\r\n二\n三\r四\x01五")).complete);
-        QCOMPARE(target.waitForText(QStringLiteral("一\n二\n三\n四五")), QStringLiteral("一\n二\n三\n四五"));
+        const Target target = open("mousepad");
+        QVERIFY(target);
+        QVERIFY(post(windows.focusedWindow(), QStringLiteral("一\r\n二\n三\r四\x01五")).complete);
+        QCOMPARE(target->text(QStringLiteral("一\n二\n三\n四五").size(), readMs),
+                 QStringLiteral("一\n二\n三\n四五"));
     }
 
     void textGoesToItsWindowWhenTheFocusHasMoved()
     {
-        TargetWindow first(TargetWindow::Xterm, windows);
-        TargetWindow second(TargetWindow::Xterm, windows);
-        QVERIFY(first.start());
-        const mevo::WindowId saved = first.focusedWindow();
-        QVERIFY(second.start());
+        const Target first = open("xterm");
+        QVERIFY(first);
+        const mevo::WindowId saved = windows.focusedWindow();
+        const Target second = open("xterm");
+        QVERIFY(second);
         const QString text = QStringLiteral("这段话属于第一个窗口 abc");
         QVERIFY(post(saved, text).complete);
-        QCOMPARE(first.waitForText(text), text);
-        QVERIFY(post(second.focusedWindow(), QStringLiteral("第二个")).complete);
-        QCOMPARE(second.waitForText(QStringLiteral("第二个")), QStringLiteral("第二个"));
+        QCOMPARE(first->text(text.size(), readMs), text);
+        QVERIFY(post(windows.focusedWindow(), QStringLiteral("第二个")).complete);
+        QCOMPARE(second->text(QStringLiteral("第二个").size(), readMs), QStringLiteral("第二个"));
     }
 
     void queuedTextsKeepTheirOrder()
     {
-        TargetWindow target(TargetWindow::Xterm, windows);
-        QVERIFY(target.start());
+        const Target target = open("xterm");
+        QVERIFY(target);
         QString expected;
         for (int i = 0; i < 20; ++i) {
             const QString text = QStringLiteral("第%1句。").arg(i);
             expected += text;
-            windows.postText(target.focusedWindow(), text, {});
+            windows.postText(windows.focusedWindow(), text, {});
         }
-        QCOMPARE(target.waitForText(expected), expected);
+        QCOMPARE(target->text(expected.size(), readMs), expected);
     }
 
     void aWindowThatIsGoneTakesNothing()
     {
-        TargetWindow target(TargetWindow::Xterm, windows);
-        QVERIFY(target.start());
-        const mevo::WindowId window = target.focusedWindow();
-        target.stop();
+        const Target target = open("xterm");
+        QVERIFY(target);
+        const mevo::WindowId window = windows.focusedWindow();
+        target->stop();
         QTRY_VERIFY(!windows.isWindow(window));
         const mevo::PostResult result = post(window, QStringLiteral("没有人"));
         QVERIFY(!result.complete);
@@ -137,10 +133,10 @@ private Q_SLOTS:
             return copy;
         };
         const std::vector<KeySym> before = symbols();
-        TargetWindow target(TargetWindow::Xterm, windows);
-        QVERIFY(target.start());
+        const Target target = open("xterm");
+        QVERIFY(target);
         for (int i = 0; i < 30; ++i) {
-            QVERIFY(post(target.focusedWindow(), QStringLiteral("甲乙丙%1").arg(i)).complete);
+            QVERIFY(post(windows.focusedWindow(), QStringLiteral("甲乙丙%1").arg(i)).complete);
         }
         QVERIFY(symbols() == before);
         XCloseDisplay(display);
@@ -148,15 +144,15 @@ private Q_SLOTS:
 
     void windowsAreFoundAndClosed()
     {
-        TargetWindow target(TargetWindow::Xterm, windows);
-        QVERIFY(target.start());
-        QVERIFY(windows.windowClass(target.topLevel()).contains(QLatin1String("XTerm")));
-        const QString title = windows.windowTitle(target.topLevel());
-        QCOMPARE(windows.findWindow(QStringLiteral("XTerm"), title), target.topLevel());
+        const Target target = open("xterm");
+        QVERIFY(target);
+        QVERIFY(windows.windowClass(mevo::WindowId(target->windowId())).contains(QLatin1String("XTerm")));
+        const QString title = windows.windowTitle(mevo::WindowId(target->windowId()));
+        QCOMPARE(windows.findWindow(QStringLiteral("XTerm"), title), mevo::WindowId(target->windowId()));
         QCOMPARE(windows.findWindow(QStringLiteral("NoSuchClass"), title), mevo::WindowId(0));
-        QVERIFY(windows.closeWindow(target.topLevel()));
-        QTRY_VERIFY(!windows.isWindow(target.topLevel()));
-        QVERIFY(!windows.closeWindow(target.topLevel()));
+        QVERIFY(windows.closeWindow(mevo::WindowId(target->windowId())));
+        QTRY_VERIFY(!windows.isWindow(mevo::WindowId(target->windowId())));
+        QVERIFY(!windows.closeWindow(mevo::WindowId(target->windowId())));
     }
 };
 
