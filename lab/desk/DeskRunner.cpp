@@ -97,6 +97,7 @@ const DeskRunner::Verb DeskRunner::verbs[] = {
     {"log", &DeskRunner::printLog},
     {"clock", &DeskRunner::startClock},
     {"lap", &DeskRunner::lap},
+    {"moment", &DeskRunner::moment},
 };
 
 DeskRunner::DeskRunner(Options options, KeyboardPort *keyboard)
@@ -450,7 +451,9 @@ Result DeskRunner::http(Step step)
 
 Result DeskRunner::shell(Step step)
 {
-    return runTool(QStringLiteral("sh"), {QStringLiteral("-c"), step.arguments.first()});
+    return runTool(QStringLiteral("env"),
+                   {QStringLiteral("PROGRAM_PID=%1").arg(m_program.processId()), QStringLiteral("sh"),
+                    QStringLiteral("-c"), step.arguments.first()});
 }
 
 Result DeskRunner::note(Step step)
@@ -477,6 +480,14 @@ Result DeskRunner::lap(Step step)
         return Result::failed(QStringLiteral("a started clock"), QStringLiteral("none"));
     const QString milliseconds = QString::number(double(m_clock.nsecsElapsed()) / 1e6, 'f', 1);
     say(QStringLiteral("LAP %1: %2 ms").arg(step.arguments.first(), milliseconds));
+    return {};
+}
+
+Result DeskRunner::moment(Step step)
+{
+    say(QStringLiteral("MOMENT %1: %2")
+            .arg(step.arguments.first())
+            .arg(double(monotonicNs()) / 1e6, 0, 'f', 2));
     return {};
 }
 

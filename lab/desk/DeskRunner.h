@@ -82,6 +82,7 @@ private:
     Result printLog(Step);
     Result startClock(Step);
     Result lap(Step step);
+    Result moment(Step step);
 
     TargetWindow *targetOf(const QString &name) const;
     QByteArray logSinceMark() const;

@@ -51,11 +51,12 @@ constexpr StepKind stepKinds[] = {
     {"expect-focus", 1, 1, "", "expect-focus NAME: this target has the focus"},
     {"screenshot", 1, 1, "", "screenshot FILE"},
     {"http", 2, 2, "contains within", "http GET URL [contains \"TEXT\"] [within MS]"},
-    {"sh", 1, 1, "", "sh \"COMMAND\": fails when the command does"},
+    {"sh", 1, 1, "", "sh \"COMMAND\": fails when the command does; PROGRAM_PID is the program's process"},
     {"note", 1, 1, "", "note \"TEXT\": prints it"},
     {"log", 0, 0, "", "log: prints what the program has written"},
     {"clock", 0, 0, "", "clock: starts the stopwatch"},
     {"lap", 1, 1, "", "lap \"LABEL\": prints the stopwatch"},
+    {"moment", 1, 1, "", "moment \"LABEL\": prints the monotonic clock in milliseconds, as services note it"},
 };
 
 struct Word

@@ -21,6 +21,8 @@ public:
     bool running() const { return m_process.state() != QProcess::NotRunning; }
     /// The exit code, 128 + signal after a crash. Meaningful when it has run and is not running.
     int exitCode() const;
+    /// 0 when it does not run.
+    qint64 processId() const { return m_process.processId(); }
     QString errorText() const { return m_process.errorString(); }
     /// Everything it has written so far.
     QByteArray log() const { return m_log; }

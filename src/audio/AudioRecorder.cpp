@@ -282,7 +282,9 @@ void AudioRecorder::processBlock(int length)
 {
     if (length > 0) {
         m_silence.start();
-        ++m_blockCount;
+        if (++m_blockCount == 1) {
+            qDebug("Recorder: first samples");
+        }
     }
     QByteArray block = QByteArray::fromRawData(m_readBuffer.constData(), length);
     if (m_format.channelCount() == 2) {

@@ -103,8 +103,16 @@ MicTipDialog *MicTipDialog::instance()
 
 void MicTipDialog::setPicture(const QString &picture)
 {
+    if (picture == m_picture) {
+        return;
+    }
     m_picture = picture;
-    m_pixmap = mevo::picture(picture);
+    // The level changes with every block of sound, and reading a picture costs more than all the rest.
+    auto cached = m_pictures.find(picture);
+    if (cached == m_pictures.end()) {
+        cached = m_pictures.insert(picture, mevo::picture(picture));
+    }
+    m_pixmap = *cached;
     update();
 }
 

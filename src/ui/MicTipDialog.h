@@ -3,6 +3,7 @@
 #include "session/KeyReport.h"
 
 #include <QDialog>
+#include <QHash>
 #include <QPixmap>
 
 struct MainState;
@@ -79,6 +80,7 @@ private:
     QTimer *m_longPress = nullptr;
     QPushButton *m_buttons[3] = {};
     QPixmap m_pixmap;
+    QHash<QString, QPixmap> m_pictures; ///< those shown so far
     QString m_picture;
     QPoint m_dragFrom;
     bool LongPressed = false;
