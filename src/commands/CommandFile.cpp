@@ -46,11 +46,17 @@ struct Group
     QStringList faults;
 };
 
+constexpr char blanks[] = " \t\r";
+
+Bytes trimmedRight(Bytes text)
+{
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
 Bytes trimmed(Bytes text)
 {
-    constexpr char blanks[] = " \t\r";
-    const auto first = text.find_first_not_of(blanks);
-    return first == Bytes::npos ? Bytes() : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return trimmedRight(text);
 }
 
 QString decoded(Bytes text)
@@ -94,7 +100,7 @@ QString unescaped(Bytes text, std::size_t &at)
     return QString(QChar(unit));
 }
 
-/// A value's text without quotes, escapes and remark.
+/// A value's text without quotes, escapes and remark. No blank stands at the end of the given text.
 QString unquoted(Bytes text, bool &open)
 {
     QString value = QLatin1String(""); // empty, which is not the same as absent
@@ -116,17 +122,15 @@ QString unquoted(Bytes text, bool &open)
             const auto remark = quotes                    ? Bytes::npos
                                 : quoted && run[0] == ';' ? std::size_t(0)
                                                           : run.find(" ;");
-            value += decoded(run.substr(0, remark));
             if (remark != Bytes::npos) {
+                value += decoded(trimmedRight(run.substr(0, remark)));
                 break;
             }
+            value += decoded(run);
             at = end;
         }
     }
     open = quotes;
-    while (!quoted && (value.endsWith(QLatin1Char(' ')) || value.endsWith(QLatin1Char('\t')))) {
-        value.chop(1);
-    }
     return value;
 }
 
@@ -273,14 +277,21 @@ void appendEscaped(QByteArray &out, QChar character)
     out += "\\x" + QByteArray::number(character.unicode(), 16);
 }
 
-QByteArray quotedValue(const QString &value)
+/// The opposite of withoutTypeMark().
+QString withTypeMark(const QString &value)
 {
+    if (value.contains(QChar(QChar::Null))) {
+        return QStringLiteral("@String(%1)").arg(value);
+    }
+    return value.startsWith(QLatin1Char('@')) ? QLatin1Char('@') + value : value;
+}
+
+QByteArray quotedValue(const QString &given)
+{
+    const QString value = withTypeMark(given);
     QByteArray out;
     bool needsQuotes = value.startsWith(QLatin1Char(' ')) || value.endsWith(QLatin1Char(' '));
     bool afterNumber = false; // a hexadecimal digit behind a number would be read as part of it
-    if (value.startsWith(QLatin1Char('@'))) {
-        out += '@';
-    }
     for (const QChar character : value) {
         const ushort unit = character.unicode();
         if (afterNumber && isHexDigit(character)) {
