@@ -377,11 +377,11 @@ std::optional<QByteArray> readCommandFile(const QString &path)
     if (!info.exists()) {
         return QByteArray();
     }
-    if (!info.isFile() || info.size() > largestFile || !file.open(QIODevice::ReadOnly)) {
+    if (!info.isFile() || info.size() > largestFile || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         qWarning().noquote() << "Command table:" << path << "cannot be read";
         return std::nullopt;
     }
-    return file.read(largestFile);
+    return file.readAll();
 }
 
 void logFaults(const QString &path, const QStringList &faults)

@@ -10,9 +10,10 @@ namespace mevo {
 
 namespace {
 
-/// A file that was written this recently may be written again under the same times: file systems count
-/// in steps, of which those of FAT are the longest.
-constexpr qint64 settleMs = 2500;
+/// A file that was written so recently may be written again under the same times: clocks of file systems
+/// move in steps.
+constexpr qint64 finestStepMs = 100;
+constexpr qint64 wholeSecondsMs = 2500; ///< where times are whole seconds, as on FAT and old servers
 
 } // namespace
 
@@ -57,7 +58,8 @@ void CommandMatcher::refresh(const FileState &state)
     }
     m_read = true;
     m_state = state;
-    m_settled = !state.exists || !text || age > settleMs;
+    const bool wholeSeconds = state.modifiedMs % 1000 == 0 && state.changedMs % 1000 == 0;
+    m_settled = !state.exists || !text || age > (wholeSeconds ? wholeSecondsMs : finestStepMs);
     m_text = m_settled ? std::nullopt : std::move(text);
 }
 
