@@ -32,7 +32,7 @@ void openUrl(const QUrl &url, Processes &processes)
         }
     }
     if (QDesktopServices::openUrl(url) || openWithGio(url, processes)) {
-        qInfo().noquote() << "Commands: opened" << name;
+        qInfo().noquote() << "Commands: handed to the desktop:" << name;
     } else {
         qWarning().noquote() << "Commands: nothing here opens" << name;
     }

@@ -65,32 +65,22 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("contents");
         QTest::addColumn<QString>("keys");
-        QTest::newRow("one key") << "K0"
-                                 << "100";
-        QTest::newRow("modifiers and a key") << "Control+Alt+Shift+Win+K1"
-                                             << "shift ctrl alt win 101";
-        QTest::newRow("any order") << "K2+Shift"
-                                   << "shift 102";
-        QTest::newRow("modifier alone") << "Alt"
-                                        << "alt 0";
-        QTest::newRow("last keyboard key") << "K68"
-                                           << "168";
-        QTest::newRow("first media key") << "M69"
-                                         << "media 169";
-        QTest::newRow("the later key counts, media stays") << "M70+K3"
-                                                           << "media 103";
-        QTest::newRow("unknown name") << "Control+K999"
-                                      << "ctrl 0";
-        QTest::newRow("an unknown name takes the key away") << "K4+control"
-                                                            << "0";
-        QTest::newRow("trailing plus") << "Control+K5+"
-                                       << "ctrl 0";
-        QTest::newRow("blanks count") << "Control + K5"
-                                      << "0";
-        QTest::newRow("a code that is no number") << "Shift+broken"
-                                                  << "shift media 0";
-        QTest::newRow("nothing") << ""
-                                 << "0";
+        const auto row = [](const char *name, const char *contents, const char *keys) {
+            QTest::newRow(name) << contents << keys;
+        };
+        row("one key", "K0", "100");
+        row("modifiers and a key", "Control+Alt+Shift+Win+K1", "shift ctrl alt win 101");
+        row("any order", "K2+Shift", "shift 102");
+        row("modifier alone", "Alt", "alt 0");
+        row("last keyboard key", "K68", "168");
+        row("first media key", "M69", "media 169");
+        row("the later key counts, media stays", "M70+K3", "media 103");
+        row("unknown name", "Control+K999", "ctrl 0");
+        row("an unknown name takes the key away", "K4+control", "0");
+        row("trailing plus", "Control+K5+", "ctrl 0");
+        row("blanks count", "Control + K5", "0");
+        row("a code that is no number", "Shift+broken", "shift media 0");
+        row("nothing", "", "0");
     }
 
     void shortcuts()
@@ -106,24 +96,24 @@ private Q_SLOTS:
         QTest::addColumn<QString>("contents");
         QTest::addColumn<bool>("sent");
         QTest::addColumn<QString>("calls");
+        const auto row = [](const char *name, CommandType type, const char *contents, const char *calls,
+                            bool sent = false) {
+            QTest::newRow(name) << type << QString::fromUtf8(contents) << sent << QString::fromUtf8(calls);
+        };
         using T = CommandType;
-        QTest::newRow("web") << T::Web << "https://h/a?b=c" << false << "open https://h/a?b=c";
-        QTest::newRow("web, a bare word") << T::Web << "example.com" << true << "open http://example.com";
-        QTest::newRow("web, another scheme") << T::Web << "ftp://h/" << false << "open http://ftp//h/";
-        QTest::newRow("web, the scheme further on")
-            << T::Web << "go?to=https://h" << false << "open go?to=https://h";
-        QTest::newRow("web, capitals are no scheme")
-            << T::Web << "HTTP://h" << false << "open http://http//h";
-        QTest::newRow("web, blanks and Chinese")
-            << T::Web << "h/你 好" << false << "open http://h/%E4%BD%A0%20%E5%A5%BD";
-        QTest::newRow("file") << T::File << "/a b/c;touch x" << false << "open file:///a%20b/c;touch%20x";
-        QTest::newRow("folder, as it stands")
-            << T::Directory << "~/文件" << false << "open file:~/%E6%96%87%E4%BB%B6";
-        QTest::newRow("shortcut") << T::Shortcut << "Win+K0" << true << "keys win 100";
-        QTest::newRow("phrase") << T::Phrase << "你好；\n再见" << false << "screen 你好；\n再见";
-        QTest::newRow("phrase whose word is on the screen") << T::Phrase << "你好" << true << "";
-        QTest::newRow("voice keyboard") << T::VoiceKeyboard << "a" << false << "";
-        QTest::newRow("pinyin keyboard") << T::PinyinKeyboard << "ang" << false << "";
+        row("web", T::Web, "https://h/a?b=c", "open https://h/a?b=c");
+        row("web, a bare word", T::Web, "example.com", "open http://example.com", true);
+        row("web, another scheme", T::Web, "ftp://h/", "open http://ftp//h/");
+        row("web, the scheme further on", T::Web, "go?to=https://h", "open go?to=https://h");
+        row("web, capitals are no scheme", T::Web, "HTTP://h", "open http://http//h");
+        row("web, blanks and Chinese", T::Web, "h/你 好", "open http://h/%E4%BD%A0%20%E5%A5%BD");
+        row("file", T::File, "/a b/c;touch x", "open file:///a%20b/c;touch%20x");
+        row("folder, as it stands", T::Directory, "~/文件", "open file:~/%E6%96%87%E4%BB%B6");
+        row("shortcut", T::Shortcut, "Win+K0", "keys win 100", true);
+        row("phrase", T::Phrase, "你好；\n再见", "screen 你好；\n再见");
+        row("phrase whose word is on the screen", T::Phrase, "你好", "", true);
+        row("voice keyboard", T::VoiceKeyboard, "a", "");
+        row("pinyin keyboard", T::PinyinKeyboard, "ang", "");
     }
 
     void rowsAreCarriedOut()
@@ -144,22 +134,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("engines");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("addresses");
-        QTest::newRow("none") << ""
-                              << "天气"
-                              << "";
-        QTest::newRow("all, in their order")
-            << "bg3sG"
-            << "x"
-            << "https://www.baidu.com/s?ie=UTF-8&wd=x https://www.sogou.com/webquery=?x "
-               "https://www.so.com/s?ie=utf-8&q=x http://www.google.com/search?q=x "
-               "https://www.bing.com/search?q=+x";
-        QTest::newRow("Chinese and a blank")
-            << "b"
-            << "北京 天气"
-            << "https://www.baidu.com/s?ie=UTF-8&wd=%E5%8C%97%E4%BA%AC%20%E5%A4%A9%E6%B0%94";
-        QTest::newRow("nothing to search for") << "G"
-                                               << ""
-                                               << "http://www.google.com/search?q=";
+        const auto row = [](const char *name, const char *engines, const char *text, const char *addresses) {
+            QTest::newRow(name) << engines << QString::fromUtf8(text) << addresses;
+        };
+        row("none", "", "天气", "");
+        row("all, in their order", "bg3sG", "x",
+            "https://www.baidu.com/s?ie=UTF-8&wd=x https://www.sogou.com/webquery=?x "
+            "https://www.so.com/s?ie=utf-8&q=x http://www.google.com/search?q=x "
+            "https://www.bing.com/search?q=+x");
+        row("Chinese and a blank", "b", "天 气", "https://www.baidu.com/s?ie=UTF-8&wd=%E5%A4%A9%20%E6%B0%94");
+        row("nothing to search for", "G", "", "http://www.google.com/search?q=");
     }
 
     void searches()
@@ -204,21 +188,20 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("entry");
         QTest::addColumn<QString>("command"); // words joined by "|"
-        const auto exec = [](const char *line) {
-            return QByteArray("# remark\n[Other]\nExec=wrong\n[Desktop Entry]\nType=Application\nExec=") +
-                   line + "\n[Desktop Action new]\nExec=wrong\n";
+        const auto row = [](const char *name, const char *exec, const char *command) {
+            QTest::newRow(name) << QByteArray("# remark\n[Other]\nExec=wrong\n[Desktop Entry]\n"
+                                              "Type=Application\nExec=") +
+                                       exec + "\n[Desktop Action new]\nExec=wrong\n"
+                                << command;
         };
-        QTest::newRow("field codes go") << exec("mousepad --new %U") << "mousepad|--new";
-        QTest::newRow("quoted") << exec(R"("/opt/my app/run" "a \\"b\\" \\$c \\\\" 100%%)")
-                                << R"(/opt/my app/run|a "b" $c \|100%)";
-        QTest::newRow("nothing for a shell") << exec("a;touch x `y` $(z)") << "a;touch|x|`y`|$(z)";
-        QTest::newRow("an empty word") << exec(R"(a "" b)") << "a||b";
-        QTest::newRow("open quote") << exec(R"(a "b)") << "";
+        row("field codes go", "mousepad --new %U", "mousepad|--new");
+        row("quoted", R"("/opt/my app/run" "a \\"b\\" \\$c \\\\" 100%%)",
+            R"(/opt/my app/run|a "b" $c \|100%)");
+        row("nothing for a shell", "a;touch x `y` $(z)", "a;touch|x|`y`|$(z)");
+        row("an empty word", R"(a "" b)", "a||b");
+        row("open quote", R"(a "b)", "");
         QTest::newRow("a link") << QByteArray("[Desktop Entry]\nType=Link\nURL=http://h\nExec=a\n") << "";
-        QTest::newRow("no entry at all") << QByteArray("\x7f"
-                                                       "ELF\0\xff",
-                                                       6)
-                                         << "";
+        QTest::newRow("no entry at all") << QByteArray("\177ELF\0\377", 6) << "";
     }
 
     void desktopEntries()
@@ -233,16 +216,16 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("executable");
         QTest::addColumn<QString>("command"); // "FILE" for the file's own path
-        QTest::newRow("script") << "s" << QByteArray("#!/bin/sh\n") << true << "FILE";
-        QTest::newRow("binary") << "b"
-                                << QByteArray("\x7f"
-                                              "ELFxyz")
-                                << true << "FILE";
-        QTest::newRow("script that may not run") << "s" << QByteArray("#!/bin/sh\n") << false << "";
-        QTest::newRow("text on a disk where all may run") << "t.txt" << QByteArray("text") << true << "";
-        QTest::newRow("entry") << "e.desktop" << QByteArray("[Desktop Entry]\nType=Application\nExec=a b\n")
-                               << false << "a|b";
-        QTest::newRow("broken entry") << "e.desktop" << QByteArray("nonsense") << true << "";
+        const auto row = [](const char *what, const char *name, const char *content, bool executable,
+                            const char *command) {
+            QTest::newRow(what) << name << QByteArray(content) << executable << command;
+        };
+        row("script", "s", "#!/bin/sh\n", true, "FILE");
+        row("binary", "b", "\177ELFxyz", true, "FILE");
+        row("script that may not run", "s", "#!/bin/sh\n", false, "");
+        row("text on a disk where all may run", "t.txt", "text", true, "");
+        row("entry", "e.desktop", "[Desktop Entry]\nType=Application\nExec=a b\n", false, "a|b");
+        row("broken entry", "e.desktop", "nonsense", true, "");
     }
 
     void filesThatArePrograms()

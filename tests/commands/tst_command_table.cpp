@@ -160,38 +160,28 @@ private Q_SLOTS:
         QTest::addColumn<QString>("cells");
         QTest::addColumn<QString>("fault"); // empty for a row that is not odd
         const QByteArray good = "Hide=0\nCmdWordType=网页\nCmdWordTypeIndex=2\nCmdWordContents=a\n";
-        QTest::newRow("typed by hand, no quotes") << good + "CommandWords = 复制;copy, now  ; a remark \r\n"
-                                                  << "0|复制;copy, now|网页|2|a"
-                                                  << "";
-        QTest::newRow("quotes and a remark") << good + "CommandWords=\"a;b \" ; remark"
-                                             << "0|a;b |网页|2|a"
-                                             << "";
-        QTest::newRow("the later of two keys") << good + "CommandWords=a\nCommandWords=b"
-                                               << "0|b|网页|2|a"
-                                               << "";
-        QTest::newRow("no words") << good << "0|-|网页|2|a"
-                                  << "row 1: no CommandWords";
-        QTest::newRow("nothing at all") << QByteArray() << "-|-|-|-|-"
-                                        << "no CmdWordContents";
-        QTest::newRow("keys of an inner group") << QByteArray("[1/0]\n") + good << "-|-|-|-|-"
-                                                << "no CommandWords";
-        QTest::newRow("unknown number") << QByteArray("CommandWords=a\nCmdWordTypeIndex=07") << "-|a|-|07|-"
-                                        << "no type has the number \"07\"";
-        QTest::newRow("label and number disagree") << good + "CommandWords=a\nCmdWordTypeIndex=3"
-                                                   << "0|a|网页|3|a"
-                                                   << "\"网页\" is not the type of that number";
-        QTest::newRow("open quote") << good + "CommandWords=\"a;b"
-                                    << "0|a;b|网页|2|a"
-                                    << "an open quote in CommandWords";
-        QTest::newRow("broken encoding")
-            << good + "CommandWords=a\xff;b" << QString::fromUtf8("0|a\uFFFD;b|网页|2|a")
-            << "CommandWords is not UTF-8";
-        QTest::newRow("a line without a value") << good + "CommandWords=a\nnonsense"
-                                                << "0|a|网页|2|a"
-                                                << "a line without";
-        QTest::newRow("a word that nobody says")
-            << good + "CommandWords=a;" + QByteArray(1001, 'x')
-            << QStringLiteral("0|a;%1|网页|2|a").arg(QString(1001, u'x')) << "a word of 1001 characters";
+        const auto row = [](const char *name, const QByteArray &lines, const QString &cells,
+                            const char *fault = "") { QTest::newRow(name) << lines << cells << fault; };
+        const auto words = [](const char *text) {
+            return QStringLiteral("0|%1|网页|2|a").arg(QString::fromUtf8(text));
+        };
+        row("typed by hand, no quotes", good + "CommandWords = 复制;copy, now  ; a remark \r\n",
+            words("复制;copy, now"));
+        row("quotes and a remark", good + "CommandWords=\"a;b \" ; remark", words("a;b "));
+        row("the later of two keys", good + "CommandWords=a\nCommandWords=b", words("b"));
+        row("no words", good, words("-"), "row 1: no CommandWords");
+        row("nothing at all", "", QStringLiteral("-|-|-|-|-"), "no CmdWordContents");
+        row("keys of an inner group", "[1/0]\n" + good, QStringLiteral("-|-|-|-|-"), "no CommandWords");
+        row("unknown number", "CommandWords=a\nCmdWordTypeIndex=07", QStringLiteral("-|a|-|07|-"),
+            "no type has the number \"07\"");
+        row("label and number disagree", good + "CommandWords=a\nCmdWordTypeIndex=3",
+            QStringLiteral("0|a|网页|3|a"), "\"网页\" is not the type of that number");
+        row("open quote", good + "CommandWords=\"a;b", words("a;b"), "an open quote in CommandWords");
+        row("broken encoding", good + "CommandWords=a\xff;b", words("a\uFFFD;b"),
+            "CommandWords is not UTF-8");
+        row("a line without a value", good + "CommandWords=a\nnonsense", words("a"), "a line without");
+        row("a word that nobody says", good + "CommandWords=a;" + QByteArray(1001, 'x'),
+            words(("a;" + QByteArray(1001, 'x')).constData()), "a word of 1001 characters");
     }
 
     void oddRowsAreNamedAndHarmNoOther()
@@ -209,6 +199,15 @@ private Q_SLOTS:
         QVERIFY2(fault.isEmpty() ? file.faults.isEmpty()
                                  : file.faults.size() == 1 && file.faults[0].contains(fault),
                  qPrintable(file.faults.join(u'/')));
+    }
+
+    void aFileThatIsNoTableIsNamed()
+    {
+        const auto file = mevo::parseCommandFile(QByteArray("\xff\xfe[\0"
+                                                            "0\0]\0\n\0",
+                                                            10));
+        QVERIFY(file.rows.empty() && file.faults.size() == 1);
+        QVERIFY(mevo::parseCommandFile("\n ").faults.isEmpty());
     }
 
     void theEditorsCellsAreWritten()
@@ -281,28 +280,20 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("word");
         QTest::addColumn<QString>("contents"); // of the row, "none" for none
-        QTest::newRow("a form") << "百度搜索"
-                                << "a";
-        QTest::newRow("the other form") << "打开百度"
-                                        << "a";
-        QTest::newRow("with a blank") << "打开百度 "
-                                      << "none";
-        QTest::newRow("a part") << "百度"
-                                << "none";
-        QTest::newRow("case counts") << "Copy"
-                                     << "none";
-        QTest::newRow("a blank beside the semicolon belongs to the word") << " 副本"
-                                                                          << "b";
-        QTest::newRow("hidden row") << "隐藏"
-                                    << "h";
-        QTest::newRow("first definition, in the order of text: 10 before 2") << "十"
-                                                                             << "ten";
-        QTest::newRow("a keyboard row neither acts nor stops") << "键"
-                                                               << "seven";
-        QTest::newRow("a row without a type neither") << "无"
-                                                      << "none";
-        QTest::newRow("nothing is the form behind a trailing semicolon") << ""
-                                                                         << "b";
+        const auto row = [](const char *name, const char *word, const char *contents) {
+            QTest::newRow(name) << QString::fromUtf8(word) << contents;
+        };
+        row("a form", "百度搜索", "a");
+        row("the other form", "打开百度", "a");
+        row("with a blank", "打开百度 ", "none");
+        row("a part", "百度", "none");
+        row("case counts", "Copy", "none");
+        row("a blank beside the semicolon belongs to the word", " 副本", "b");
+        row("hidden row", "隐藏", "h");
+        row("first definition, in the order of text: 10 before 2", "十", "ten");
+        row("a keyboard row neither acts nor stops", "键", "seven");
+        row("a row of no type neither", "无", "none");
+        row("nothing is the form behind a trailing semicolon", "", "b");
     }
 
     void aWordIsMatched()
