@@ -5,6 +5,7 @@
 #include "receiver/LaunchEnvironment.h"
 #include "receiver/WaitUntil.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -80,6 +81,7 @@ const DeskRunner::Verb DeskRunner::verbs[] = {
     {"expect-text", &DeskRunner::expectText},
     {"wait-log", &DeskRunner::waitLog},
     {"no-log", &DeskRunner::noLog},
+    {"wait-file", &DeskRunner::waitFile},
     {"expect-feature", &DeskRunner::expectFeature},
     {"wait-window", &DeskRunner::waitWindow},
     {"no-window", &DeskRunner::noWindow},
@@ -288,6 +290,20 @@ Result DeskRunner::noLog(Step step)
         return {};
     return Result::failed(QStringLiteral("no log line with ") + visible(step.arguments.first()),
                           QStringLiteral("it is there"));
+}
+
+Result DeskRunner::waitFile(Step step)
+{
+    const QString wanted = step.arguments.at(1);
+    QString seen;
+    const auto holds = [&] {
+        QFile file(step.arguments.first());
+        seen = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        return seen.contains(wanted);
+    };
+    if (waitUntil(holds, step.milliseconds(within(), defaultWaitMs)))
+        return {};
+    return Result::failed(QStringLiteral("a file with ") + visible(wanted), visible(seen));
 }
 
 Result DeskRunner::expectFeature(Step step)

@@ -65,6 +65,7 @@ private:
     Result expectText(Step step);
     Result waitLog(Step step);
     Result noLog(Step step);
+    Result waitFile(Step step);
     Result expectFeature(Step step);
     Result waitWindow(Step step);
     Result noWindow(Step step);

@@ -36,6 +36,7 @@ constexpr StepKind stepKinds[] = {
      "expect-text \"TEXT\" [in NAME] [within MS]: the target holds only it"},
     {"wait-log", 1, 1, "within", "wait-log \"TEXT\" [within MS]: the program has written it since the mark"},
     {"no-log", 1, 1, "for", "no-log \"TEXT\" [for MS]: it has not, and does not for a while"},
+    {"wait-file", 2, 2, "within", "wait-file FILE \"TEXT\" [within MS]: the file holds it"},
     {"expect-feature", 1, 8, "within", "expect-feature HEX [within MS]: the same as wait-feature"},
     {"wait-window", 1, 1, "within", "wait-window \"PATTERN\" [within MS]: a visible window's title or class"},
     {"no-window", 1, 1, "within", "no-window \"PATTERN\" [within MS]: none such is left"},

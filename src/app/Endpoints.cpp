@@ -46,6 +46,13 @@ constexpr EngineHostName engineHosts[] = {
     {"BaiduTtsHost", &EngineEndpoints::BaiduTtsHost},
 };
 
+/// The browser goes there, not the program: they do not count when it is asked what the program calls.
+constexpr EngineHostName searchHosts[] = {
+    {"SearchBaidu", &EngineEndpoints::SearchBaidu}, {"SearchSogou", &EngineEndpoints::SearchSogou},
+    {"Search360", &EngineEndpoints::Search360},     {"SearchGoogle", &EngineEndpoints::SearchGoogle},
+    {"SearchBing", &EngineEndpoints::SearchBing},
+};
+
 bool isLoopback(const QString &address)
 {
     const QUrl url(address.contains(QLatin1String("://")) ? address : QLatin1String("//") + address);
@@ -67,6 +74,9 @@ EngineEndpoints loadEndpoints(ServiceState &state, const QString &path)
         state.*row.member = value(row.key, QLatin1String(row.fallback));
     }
     for (const EngineHostName &row : engineHosts) {
+        endpoints.*row.member = value(row.key, endpoints.*row.member);
+    }
+    for (const EngineHostName &row : searchHosts) {
         endpoints.*row.member = value(row.key, endpoints.*row.member);
     }
     endpoints.VerifyCertificates = file.value(QStringLiteral("VerifyCertificates"), false).toBool();

@@ -7,6 +7,7 @@
 #include "app/SettingsTable.h"
 #include "app/VersionText.h"
 #include "audio/AudioRecorder.h"
+#include "commands/CommandMatcher.h"
 #include "device/DeviceCommands.h"
 #include "device/GetHIDDataThread.h"
 #include "engines/BaiduSpeech.h"

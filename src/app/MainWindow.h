@@ -36,6 +36,7 @@ class WebCipher;
 
 namespace mevo {
 class BaiduTokens;
+class CommandMatcher;
 class WebApi;
 class CredentialStore;
 struct EngineChange;
@@ -70,6 +71,11 @@ public:
 
     /// Types a text into the window that had the focus at the press; the numbers are not read.
     void Send2Screen(const QString &text, int, int);
+    /// Opens a search for the text in every search engine that is switched on.
+    void VoiceSearch(const QString &text);
+    /// Runs the command of a word of the merged table; `sent` says that the word is on the screen already.
+    /// False when no row acts on it.
+    bool runCommandWord(const QString &word, bool sent);
     /// Types one key combination through the receiver; nothing without one. `key` is a HID usage.
     void SendHWKey(bool shift, bool ctrl, bool alt, bool win, bool consumerKey, int key);
     /// Keeps the focused window as the target of this session's text.
@@ -147,7 +153,7 @@ public Q_SLOTS:
     void SendOpenMicTimeOut() {}
     void TimeOutDelaySendCustom() {}
     void Paster2ScreenHandOut();
-    void FindGloableCommandWord() {}
+    bool FindGloableCommandWord(QString text);
 
 Q_SIGNALS:
     void updateMicWin(QString picture);
@@ -263,6 +269,7 @@ private:
     std::unique_ptr<mevo::CredentialStore> m_credentials;
     std::unique_ptr<mevo::BaiduTokens> m_tokens;
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
+    std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
     GetHIDDataThread *m_reader = nullptr;
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;

@@ -50,7 +50,7 @@ struct SettingsState
     bool Output2Tranditional = false;
     bool AddPunctuationWhenEnd = false;
     bool Juhao2Douhao = true;
-    bool DontSend2ScreenWhenCmdStatus = false;
+    bool DontSend2ScreenWhenCmdStatus = true;
 
     std::atomic<bool> VoiceImmediateSend{false};
     std::atomic<bool> VoiceImmediateSend_AltS{false};
@@ -91,10 +91,10 @@ struct SettingsState
     QStringList SetEnterVoiceTranslateModeSwitchModeFlags;
     QStringList SetEnterVoiceSearchModeSwitchModeFlags;
     QStringList SetEnterVoiceKeyboardModeSwitchModeFlags;
-    bool Enable_SwitchModeFlagsWord2Screen = false;
-    bool Enable_CommandWord_Direct = false;
-    bool Enable_Search_Direct = false;
-    bool Enable_CmdFlagsWord2Screen_Direct = false;
+    bool Enable_SwitchModeFlagsWord2Screen = true;
+    bool Enable_CommandWord_Direct = true;
+    bool Enable_Search_Direct = true;
+    bool Enable_CmdFlagsWord2Screen_Direct = true;
     bool Enable_SearchFlagsWord2Screen_Direct = false;
     QStringList CmdFlags_Contents_Driect;
     QStringList SearchFlags_Contents_Driect;

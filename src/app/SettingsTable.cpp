@@ -29,7 +29,9 @@ QStringList splitList(const QVariant &value)
     QString text =
         value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
     const int end = text.indexOf(QChar(0));
-    return (end < 0 ? text : text.left(end)).split(QLatin1Char(';'));
+    text = end < 0 ? text : text.left(end);
+    // An absent list has no words, not one empty word that a text of mere punctuation would equal.
+    return text.isEmpty() ? QStringList() : text.split(QLatin1Char(';'));
 }
 
 struct Loader

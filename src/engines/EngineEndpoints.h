@@ -16,6 +16,12 @@ struct EngineEndpoints
     QString XunFeiSocketHost = QStringLiteral("iat-niche-api.xfyun.cn"); ///< the host that is connected to
     QString TranslateHost = QStringLiteral("api.fanyi.baidu.com");
     QString BaiduTtsHost = QStringLiteral("tsn.baidu.com");
+    // Where the browser is sent for a search.
+    QString SearchBaidu = QStringLiteral("www.baidu.com");
+    QString SearchSogou = QStringLiteral("www.sogou.com");
+    QString Search360 = QStringLiteral("www.so.com");
+    QString SearchGoogle = QStringLiteral("www.google.com");
+    QString SearchBing = QStringLiteral("www.bing.com");
     /// Checks certificates also where a service is called without by default.
     bool VerifyCertificates = false;
 };

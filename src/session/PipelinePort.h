@@ -31,8 +31,9 @@ public:
     virtual void openTranslationDialog() = 0;
 
     virtual void voiceSearch(const QString &text) = 0;
-    /// Runs the command bound to a word. False when no word matches.
-    virtual bool runCommandWord(const QString &word) = 0;
+    /// Runs the command bound to a word; `sent` says that the word's text is on the screen already. False
+    /// when no word matches.
+    virtual bool runCommandWord(const QString &word, bool sent) = 0;
     /// Applies the engine choice again; a change of mode may leave or enter third-party input.
     virtual void reloadEngineChoice() = 0;
     /// Which engine's text this is.

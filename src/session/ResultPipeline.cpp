@@ -1,5 +1,6 @@
 #include "session/ResultPipeline.h"
 
+#include "commands/DirectWords.h"
 #include "session/SessionMachine.h"
 #include "session/VoiceModes.h"
 
@@ -138,45 +139,39 @@ bool ResultPipeline::matchDirectCommand(ResultText &text, bool &sent)
     if (!m_state.Enable_CommandWord_Direct) {
         return false;
     }
-    for (const QString &word : m_state.CmdFlags_Contents_Driect) {
-        const QString head = text.match.left(word.length());
-        if (head.isEmpty() || head != word) {
-            continue;
-        }
-        text.match = text.match.mid(word.length());
-        if (m_state.Enable_CmdFlagsWord2Screen_Direct && !m_port.translationDialogExists()) {
-            m_port.sendToScreen(text.out);
-            sent = true;
-        }
-        return true;
+    const int prefix = directPrefixLength(m_state.CmdFlags_Contents_Driect, text.match);
+    if (prefix == 0) {
+        return false;
     }
-    return false;
+    text.match = text.match.mid(prefix);
+    if (m_state.Enable_CmdFlagsWord2Screen_Direct && !m_port.translationDialogExists()) {
+        m_port.sendToScreen(text.out);
+        sent = true;
+    }
+    return true;
 }
 
 bool ResultPipeline::matchDirectSearch(const ResultText &text)
 {
-    if (!m_state.Enable_Search_Direct || text.match.isEmpty()) {
+    if (!m_state.Enable_Search_Direct) {
         return false;
     }
-    for (const QString &word : m_state.SearchFlags_Contents_Driect) {
-        const QString head = text.match.left(word.length());
-        if (head.isEmpty() || head != word) {
-            continue;
-        }
-        if (m_state.Enable_SearchFlagsWord2Screen_Direct && !m_port.translationDialogExists() &&
-            !m_state.ThirdPartyActive) {
-            m_port.sendToScreen(text.out);
-        }
-        m_port.voiceSearch(text.match.mid(word.length()));
-        return true;
+    const int prefix = directPrefixLength(m_state.SearchFlags_Contents_Driect, text.match);
+    if (prefix == 0) {
+        return false;
     }
-    return false;
+    if (m_state.Enable_SearchFlagsWord2Screen_Direct && !m_port.translationDialogExists() &&
+        !m_state.ThirdPartyActive) {
+        m_port.sendToScreen(text.out);
+    }
+    m_port.voiceSearch(text.match.mid(prefix));
+    return true;
 }
 
 bool ResultPipeline::matchModeSwitch(const ResultText &text)
 {
-    if (!m_state.Enable_SwitchFunctionMode || text.match.isEmpty()) {
-        return false; // an empty list setting holds one empty word, which is no word
+    if (!m_state.Enable_SwitchFunctionMode) {
+        return false;
     }
     if (m_state.SetEnterVoiceTypeModeSwitchModeFlags.contains(text.match)) {
         enterMode(m_state, &SessionState::VoiceTypeMode);
@@ -224,7 +219,7 @@ void ResultPipeline::runCommand(const ResultText &text, bool sent)
             sent = true;
         }
     }
-    if (!m_port.runCommandWord(text.match) && !sent && !dialog) {
+    if (!m_port.runCommandWord(text.match, sent) && !sent && !dialog) {
         m_port.sendToScreen(text.out);
     }
 }

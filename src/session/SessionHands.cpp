@@ -229,14 +229,12 @@ void PipelineHands::openTranslationDialog()
 
 void PipelineHands::voiceSearch(const QString &text)
 {
-    // Until searches can be opened, what was said is kept where the user can reach it.
-    qInfo() << "Voice search is not part of this build; the text goes to the clipboard";
-    m_window.m_platform.clipboard->setText(text);
+    m_window.VoiceSearch(text);
 }
 
-bool PipelineHands::runCommandWord(const QString &)
+bool PipelineHands::runCommandWord(const QString &word, bool sent)
 {
-    return false;
+    return m_window.runCommandWord(word, sent);
 }
 
 void PipelineHands::reloadEngineChoice()

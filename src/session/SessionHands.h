@@ -67,7 +67,7 @@ public:
     void showOnTranslationDialog(const QString &text) override;
     void openTranslationDialog() override;
     void voiceSearch(const QString &text) override;
-    bool runCommandWord(const QString &word) override;
+    bool runCommandWord(const QString &word, bool sent) override;
     void reloadEngineChoice() override;
     bool usesBaidu() const override;
     bool usesTencent() const override;

@@ -114,7 +114,7 @@ private Q_SLOTS:
         QVERIFY(!state.Juhao2Douhao);
         QCOMPARE(state.MouseCurrentWheelSpeed.load(), 1); // read under its other spelling only
         QVERIFY(state.Output2Tranditional);
-        QCOMPARE(state.CmdFlags_Contents_Driect, QStringList{QString()});
+        QVERIFY(state.CmdFlags_Contents_Driect.isEmpty());
         QCOMPARE(state.AutoRunApp, QStringLiteral("1"));
         const QByteArray written = home.read(fileName);
         QVERIFY(written.contains("CurrentVersion=107") && written.contains("AutoRunApp=1"));

@@ -28,9 +28,9 @@ public:
     void showOnTranslationDialog(const QString &text) override { log.add(QStringLiteral("dialog ") + text); }
     void openTranslationDialog() override { log.add(QStringLiteral("open dialog")); }
     void voiceSearch(const QString &text) override { log.add(QStringLiteral("search ") + text); }
-    bool runCommandWord(const QString &word) override
+    bool runCommandWord(const QString &word, bool sent) override
     {
-        log.add(QStringLiteral("command ") + word);
+        log.add((sent ? QStringLiteral("command of a sent text ") : QStringLiteral("command ")) + word);
         return commandWords.contains(word);
     }
     void reloadEngineChoice() override { log.add(QStringLiteral("reload")); }
@@ -49,6 +49,7 @@ struct Desk
     {
         state.VoiceTypeMode = true;
         state.OneShotCommandWord = false;
+        state.Enable_SwitchModeFlagsWord2Screen = false;
     }
     /// What a text led to, without the steps that every text takes.
     QString take(const QString &text)
@@ -177,18 +178,63 @@ private Q_SLOTS:
                 commands(d);
                 d.port.dialog = d.port.dialogClosing = true;
             },
-            "别的", "screen 别的|command 别的");
+            "别的", "screen 别的|command of a sent text 别的");
+        row("a text of punctuation is the empty command", commands, "。", "command |screen ");
 
         const Set directCommand = [](Desk &d) {
             d.state.Enable_CommandWord_Direct = true;
-            d.state.CmdFlags_Contents_Driect = QStringList{QString(), QStringLiteral("执行")};
+            d.state.CmdFlags_Contents_Driect =
+                QStringList{QStringLiteral("执行"), QStringLiteral("命令"), QString()};
             d.state.Enable_CmdFlagsWord2Screen_Direct = true;
             d.port.commandWords = QStringList{QStringLiteral("复制")};
         };
         row("direct command, typed as well", directCommand, "执行复制",
-            "screen 执行复制|buttons|command 复制");
+            "screen 执行复制|buttons|command of a sent text 复制");
         row("direct command, unknown word is not typed twice", directCommand, "执行乙",
-            "screen 执行乙|buttons|command 乙");
+            "screen 执行乙|buttons|command of a sent text 乙");
+        row("the second direct word", directCommand, "命令复制",
+            "screen 命令复制|buttons|command of a sent text 复制");
+        row("a direct word alone", directCommand, "执行", "screen 执行|buttons|command of a sent text ");
+        row(
+            "direct command, not typed",
+            [=](Desk &d) {
+                directCommand(d);
+                d.state.Enable_CmdFlagsWord2Screen_Direct = false;
+            },
+            "执行乙", "buttons|command 乙|screen 执行乙");
+        row(
+            "direct command while searching comes first",
+            [=](Desk &d) {
+                directCommand(d);
+                mode(d, &SessionState::VoiceSearchMode);
+                d.state.Enable_Search_Direct = true;
+                d.state.SearchFlags_Contents_Driect = QStringList{QStringLiteral("执行")};
+            },
+            "执行复制", "screen 执行复制|buttons|command of a sent text 复制");
+        row(
+            "direct command in command mode leaves the buttons",
+            [=](Desk &d) {
+                directCommand(d);
+                mode(d, &SessionState::VoiceCommandWordMode);
+            },
+            "执行复制", "screen 执行复制|command of a sent text 复制");
+        row(
+            "direct command is typed once beside the dialog",
+            [=](Desk &d) {
+                directCommand(d);
+                d.port.dialog = d.port.dialogClosing = true;
+            },
+            "执行复制", "buttons|screen 执行复制|command of a sent text 复制");
+        for (const bool first : {true, false}) {
+            row(
+                first ? "an empty first direct word hides the others"
+                      : "an empty direct word hides those behind it",
+                [=](Desk &d) {
+                    directCommand(d);
+                    d.state.CmdFlags_Contents_Driect.insert(first ? 0 : 1, QString());
+                },
+                "命令复制", "screen 命令复制");
+        }
         row(
             "direct command switched off",
             [=](Desk &d) {
@@ -208,6 +254,28 @@ private Q_SLOTS:
                 d.state.Enable_SearchFlagsWord2Screen_Direct = true;
             },
             "搜索天气", "screen 搜索天气|search 天气");
+        row(
+            "direct search beside an input method is not typed",
+            [=](Desk &d) {
+                directSearch(d);
+                d.state.Enable_SearchFlagsWord2Screen_Direct = d.state.ThirdPartyActive = true;
+            },
+            "搜索天气", "search 天气");
+        row(
+            "a word that searches does not switch",
+            [=](Desk &d) {
+                directSearch(d);
+                d.state.Enable_SwitchFunctionMode = true;
+                d.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("搜索")};
+            },
+            "搜索", "search ");
+        row(
+            "an empty search word hides those behind it",
+            [=](Desk &d) {
+                directSearch(d);
+                d.state.SearchFlags_Contents_Driect.prepend(QString());
+            },
+            "搜索天气", "screen 搜索天气");
         row("the word inside a sentence is no prefix", directSearch, "我要搜索", "screen 我要搜索");
 
         const Set switching = [](Desk &d) {
@@ -243,12 +311,15 @@ private Q_SLOTS:
             },
             "命令", "screen 命令");
         row(
-            "an empty list matches no empty text",
-            [](Desk &d) {
-                d.state.Enable_SwitchFunctionMode = true;
-                d.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QString()};
-            },
+            "an empty list matches no empty text", [](Desk &d) { d.state.Enable_SwitchFunctionMode = true; },
             "。", "screen ");
+        row(
+            "the empty word of a list that ends in a semicolon matches an empty text",
+            [=](Desk &d) {
+                switching(d);
+                d.state.SetEnterVoiceSearchModeSwitchModeFlags.append(QString());
+            },
+            "。", "buttons|reload");
     }
 
     void textIsRouted()
@@ -260,6 +331,30 @@ private Q_SLOTS:
         QTEST(desk.take(text), "calls");
         QVERIFY(desk.state.ResultIdle);
         QVERIFY(desk.state.RecTextBuffer.isEmpty());
+    }
+
+    /// A search or a change of mode leaves the mark for the session that a command was asked for.
+    void oneShotEndsWithAFullPass_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("stays");
+        QTest::newRow("command") << "复制" << false;
+        QTest::newRow("direct command") << "执行复制" << false;
+        QTest::newRow("direct search") << "搜索天气" << true;
+        QTest::newRow("mode switch") << "打字" << true;
+    }
+
+    void oneShotEndsWithAFullPass()
+    {
+        QFETCH(QString, text);
+        Desk desk;
+        desk.state.OneShotCommandWord = true;
+        desk.state.CmdFlags_Contents_Driect = QStringList{QStringLiteral("执行")};
+        desk.state.SearchFlags_Contents_Driect = QStringList{QStringLiteral("搜索")};
+        desk.state.Enable_SwitchFunctionMode = true;
+        desk.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("打字")};
+        desk.take(text);
+        QTEST(desk.state.OneShotCommandWord.load(), "stays");
     }
 
     void spokenModes_data()

@@ -1,0 +1,99 @@
+#include "commands/CommandTable.h"
+
+#include "app/ApplicationFiles.h"
+#include "commands/CommandFile.h"
+
+#include <QDebug>
+#include <QSaveFile>
+
+namespace mevo {
+
+const char mergedTableName[] = "MEVOInputCmdWordTable.ini";
+
+namespace {
+
+constexpr std::array<const char *, allCommandTypes.size()> typedTableNames{
+    "MEVOInputCmdWordTable_VoiceKeyboard.ini", "MEVOInputCmdWordTable_PinyinKeyboard.ini",
+    "MEVOInputCmdWordTable_Web.ini",           "MEVOInputCmdWordTable_File.ini",
+    "MEVOInputCmdWordTable_Directory.ini",     "MEVOInputCmdWordTable_Shortcut.ini",
+    "MEVOInputCmdWordTable_Phrase.ini"};
+
+CommandRows readRows(const QString &path)
+{
+    CommandFile file = parseCommandFile(readCommandFile(path).value_or(QByteArray()));
+    logFaults(path, file.faults);
+    return std::move(file.rows);
+}
+
+/// The table is replaced as a whole: it is written beside the old file and takes its name when all of it
+/// is on the disk. Removing the old one first would lose the user's words to a crash or a full disk.
+bool writeRows(const QString &path, const CommandRows &rows)
+{
+    const QByteArray text = commandFileText(rows);
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit()) {
+        return true;
+    }
+    qWarning().noquote() << "Command table:" << path << "cannot be written:" << file.errorString();
+    return false;
+}
+
+} // namespace
+
+CommandTable::CommandTable(QString folder)
+    : m_folder(folder.isEmpty() ? appFolder() : std::move(folder))
+{
+}
+
+QString CommandTable::mergedPath() const
+{
+    return m_folder + QLatin1Char('/') + QLatin1String(mergedTableName);
+}
+
+QString CommandTable::typedPath(CommandType type) const
+{
+    return m_folder + QLatin1Char('/') + QLatin1String(typedTableNames[std::size_t(type)]);
+}
+
+CommandRows CommandTable::readTyped(CommandType type) const
+{
+    return readRows(typedPath(type));
+}
+
+CommandRows CommandTable::readMerged(std::optional<CommandType> only) const
+{
+    CommandRows rows = readRows(mergedPath());
+    if (!only) {
+        return rows;
+    }
+    CommandRows chosen;
+    for (CommandRow &row : rows) {
+        if (commandTypeOfIndex(row.CmdWordTypeIndex) == only) {
+            chosen.push_back(std::move(row));
+        }
+    }
+    return chosen;
+}
+
+bool CommandTable::writeTyped(CommandType type, const CommandRows &rows) const
+{
+    return writeRows(typedPath(type), rows);
+}
+
+bool CommandTable::writeMerged(const CommandRows &rows) const
+{
+    return writeRows(mergedPath(), rows);
+}
+
+bool CommandTable::rebuildMerged() const
+{
+    CommandRows rows;
+    for (const CommandType type : allCommandTypes) {
+        for (CommandRow &row : readTyped(type)) {
+            rows.push_back(std::move(row));
+        }
+    }
+    return writeMerged(rows);
+}
+
+} // namespace mevo

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "commands/CommandRow.h"
+
+namespace mevo {
+
+/// The eight files of the command words: one for each type, which the user edits, and the merged one,
+/// which alone is matched. Nothing is kept in memory; each call goes to the files. A file that is not
+/// there or cannot be read is a table without rows. GUI thread only.
+class CommandTable
+{
+public:
+    /// The tables of a folder, by default those of the application.
+    explicit CommandTable(QString folder = QString());
+
+    QString mergedPath() const;
+    QString typedPath(CommandType type) const;
+
+    /// All rows of one type's file, in the order of its groups as text. Rows of another type may stand in
+    /// it and are given as well.
+    CommandRows readTyped(CommandType type) const;
+    /// The merged file's rows: all, or those whose `CmdWordTypeIndex` is the given type's.
+    CommandRows readMerged(std::optional<CommandType> only = std::nullopt) const;
+
+    /// Writes a file anew from the rows, numbered by their places. False, with a log line, when the disk
+    /// refuses; the file is then as it was before.
+    bool writeTyped(CommandType type, const CommandRows &rows) const;
+    bool writeMerged(const CommandRows &rows) const;
+
+    /// Makes the merged file from the seven others. False when it cannot be written.
+    bool rebuildMerged() const;
+
+private:
+    QString m_folder;
+};
+
+/// "MEVOInputCmdWordTable.ini", the merged table.
+extern const char mergedTableName[];
+
+} // namespace mevo

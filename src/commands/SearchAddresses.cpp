@@ -1,0 +1,42 @@
+#include "commands/SearchAddresses.h"
+
+namespace mevo {
+
+namespace {
+
+struct SearchEngine
+{
+    bool SettingsState::*enabled;
+    QString EngineEndpoints::*host;
+    const char *scheme;
+    const char *query; ///< path and query, the text follows
+};
+
+constexpr SearchEngine engines[] = {
+    {&SettingsState::SearchEngines_Baidu, &EngineEndpoints::SearchBaidu, "https", "/s?ie=UTF-8&wd="},
+    {&SettingsState::SearchEngines_Sogou, &EngineEndpoints::SearchSogou, "https", "/webquery=?"}, // kept
+    {&SettingsState::SearchEngines_360, &EngineEndpoints::Search360, "https", "/s?ie=utf-8&q="},
+    {&SettingsState::SearchEngines_Google, &EngineEndpoints::SearchGoogle, "http", "/search?q="},
+    {&SettingsState::SearchEngines_Bing, &EngineEndpoints::SearchBing, "https", "/search?q=+"}, // kept
+};
+
+} // namespace
+
+QList<QUrl> searchAddresses(const QString &text, const SettingsState &settings,
+                            const EngineEndpoints &endpoints)
+{
+    QList<QUrl> addresses;
+    for (const SearchEngine &engine : engines) {
+        if (!(settings.*engine.enabled)) {
+            continue;
+        }
+        const QString host = endpoints.*engine.host;
+        const QString scheme = host.contains(QLatin1String("://"))
+                                   ? QString()
+                                   : QLatin1String(engine.scheme) + QStringLiteral("://");
+        addresses.append(QUrl(scheme + host + QLatin1String(engine.query) + text, QUrl::TolerantMode));
+    }
+    return addresses;
+}
+
+} // namespace mevo

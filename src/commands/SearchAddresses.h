@@ -1,0 +1,15 @@
+#pragma once
+
+#include "app/SettingsState.h"
+#include "engines/EngineEndpoints.h"
+
+#include <QList>
+#include <QUrl>
+
+namespace mevo {
+
+/// The pages that a search for `text` opens: one for each search engine that is switched on.
+QList<QUrl> searchAddresses(const QString &text, const SettingsState &settings,
+                            const EngineEndpoints &endpoints);
+
+} // namespace mevo

@@ -1,0 +1,436 @@
+#include "app/KeyTable.h"
+#include "commands/CommandExecution.h"
+#include "commands/CommandFile.h"
+#include "commands/CommandMatcher.h"
+#include "commands/CommandTable.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QtTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using mevo::CommandRow;
+using mevo::CommandRows;
+using mevo::CommandType;
+
+namespace {
+
+QStringList warnings;
+
+void keepWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtWarningMsg) {
+        warnings.append(message);
+    }
+}
+
+CommandRow row(CommandType type, const QString &words, const QString &contents = QStringLiteral("c"))
+{
+    return {QStringLiteral("0"), words, mevo::commandTypeLabel(type), contents, QString::number(int(type))};
+}
+
+/// All cells of all rows; an absent one is "-".
+QString shown(const CommandRows &rows)
+{
+    QStringList lines;
+    for (const CommandRow &r : rows) {
+        QStringList cells;
+        for (const QString &cell :
+             {r.Hide, r.CommandWords, r.CmdWordType, r.CmdWordTypeIndex, r.CmdWordContents}) {
+            cells.append(cell.isNull() ? QStringLiteral("-") : cell);
+        }
+        lines.append(cells.join(u'|'));
+    }
+    return lines.join(u'\n');
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+void write(const QString &path, const QByteArray &text)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(text), qint64(text.size()));
+}
+
+/// The table as any other program with Qt's settings sees it.
+CommandRows readByQt(const QString &path)
+{
+    QSettings settings(path, QSettings::IniFormat);
+    settings.setIniCodec(QTextCodec::codecForName("UTF-8"));
+    const auto cell = [&settings](const char *key) {
+        return settings.contains(QLatin1String(key)) ? settings.value(QLatin1String(key)).toString()
+                                                     : QString();
+    };
+    CommandRows rows;
+    for (const QString &group : settings.childGroups()) {
+        settings.beginGroup(group);
+        rows.push_back({cell("Hide"), cell("CommandWords"), cell("CmdWordType"), cell("CmdWordContents"),
+                        cell("CmdWordTypeIndex")});
+        settings.endGroup();
+    }
+    return rows;
+}
+
+void writeByQt(const QString &path, const CommandRows &rows)
+{
+    QSettings settings(path, QSettings::IniFormat);
+    settings.setIniCodec(QTextCodec::codecForName("UTF-8"));
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const std::pair<const char *, QString> cells[] = {{"Hide", rows[i].Hide},
+                                                          {"CommandWords", rows[i].CommandWords},
+                                                          {"CmdWordType", rows[i].CmdWordType},
+                                                          {"CmdWordTypeIndex", rows[i].CmdWordTypeIndex},
+                                                          {"CmdWordContents", rows[i].CmdWordContents}};
+        settings.beginGroup(QString::number(i));
+        for (const auto &[key, value] : cells) {
+            if (!value.isNull()) {
+                settings.setValue(QLatin1String(key), value);
+            }
+        }
+        settings.endGroup();
+    }
+}
+
+QString randomText(QRandomGenerator &random, bool withEmoji)
+{
+    static const QStringList pieces =
+        QString::fromUtf8("好 é ; , = \" \\ @ @@ # [ ] % 1 a f F x z \\n \\x41 ' ?").split(u' ')
+        << QStringLiteral(" ") << QStringLiteral("\t") << QStringLiteral("\n") << QString(QChar(0))
+        << QString(QChar(1)) << QString(QChar(0x7f)) << QString::fromUtf8("😀");
+    QString text = QLatin1String("");
+    for (int left = random.bounded(8); left > 0; --left) {
+        text += pieces[random.bounded(pieces.size() - (withEmoji ? 0 : 1))];
+    }
+    return text;
+}
+
+} // namespace
+
+class TestCommandTable : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        warnings.clear();
+        qInstallMessageHandler(keepWarnings);
+    }
+    void cleanup() { qInstallMessageHandler(nullptr); }
+
+    /// Files go to and fro between this program and whatever else uses Qt's settings.
+    void theFormatIsThatOfQtSettings()
+    {
+        const QTemporaryDir folder;
+        QRandomGenerator random(20260101);
+        for (int round = 0; round < 200; ++round) {
+            CommandRows rows;
+            for (int i = 0; i < 13; ++i) {
+                rows.push_back(row(CommandType(random.bounded(7)), randomText(random, round % 2 == 1),
+                                   randomText(random, round % 2 == 1)));
+            }
+            const QString path = folder.filePath(QStringLiteral("%1.ini").arg(round));
+            const QByteArray text = mevo::commandFileText(rows);
+            if (round % 2 == 0) { // with a codec Qt itself loses an emoji
+                writeByQt(path, rows);
+                QCOMPARE(text, contentOf(path));
+            }
+            const QString copy = path + QStringLiteral(".copy"); // Qt remembers what it wrote itself
+            write(copy, text);
+            const CommandRows read = mevo::parseCommandFile(text).rows;
+            QCOMPARE(shown(read), shown(readByQt(copy)));
+            QCOMPARE(read[0].CommandWords, rows[0].CommandWords);
+            QCOMPARE(read[4].CmdWordContents, rows[12].CmdWordContents); // "0", "1", "10", "11", "12", "2"
+        }
+    }
+
+    void oddRowsAreNamedAndHarmNoOther_data()
+    {
+        QTest::addColumn<QByteArray>("lines"); // of row 1, between two good rows
+        QTest::addColumn<QString>("cells");
+        QTest::addColumn<QString>("fault"); // empty for a row that is not odd
+        const QByteArray good = "Hide=0\nCmdWordType=网页\nCmdWordTypeIndex=2\nCmdWordContents=a\n";
+        const auto row = [](const char *name, const QByteArray &lines, const QString &cells,
+                            const char *fault = "") { QTest::newRow(name) << lines << cells << fault; };
+        const auto words = [](const char *text) {
+            return QStringLiteral("0|%1|网页|2|a").arg(QString::fromUtf8(text));
+        };
+        row("typed by hand, no quotes", good + "CommandWords = 复制;copy, now  ; a remark \r\n",
+            words("复制;copy, now"));
+        row("quotes and a remark", good + "CommandWords=\"a;b \" ; remark", words("a;b "));
+        row("the later of two keys", good + "CommandWords=a\nCommandWords=b", words("b"));
+        row("no words", good, words("-"), "row 1: no CommandWords");
+        row("nothing at all", "", QStringLiteral("-|-|-|-|-"), "no CmdWordContents");
+        row("keys of an inner group", "[1/0]\n" + good, QStringLiteral("-|-|-|-|-"), "no CommandWords");
+        row("unknown number", "CommandWords=a\nCmdWordTypeIndex=07", QStringLiteral("-|a|-|07|-"),
+            "no type has the number \"07\"");
+        row("label and number disagree", good + "CommandWords=a\nCmdWordTypeIndex=3",
+            QStringLiteral("0|a|网页|3|a"), "\"网页\" is not the type of that number");
+        row("open quote", good + "CommandWords=\"a;b", words("a;b"), "an open quote in CommandWords");
+        row("broken encoding", good + "CommandWords=a\xff;b", words("a\uFFFD;b"),
+            "CommandWords is not UTF-8");
+        row("a line without a value", good + "CommandWords=a\nnonsense", words("a"), "a line without");
+        row("a word that nobody says", good + "CommandWords=a;" + QByteArray(1001, 'x'),
+            words(("a;" + QByteArray(1001, 'x')).constData()), "a word of 1001 characters");
+    }
+
+    void oddRowsAreNamedAndHarmNoOther()
+    {
+        QFETCH(QByteArray, lines);
+        QFETCH(QString, fault);
+        const QByteArray other = "\nHide=0\nCommandWords=\"甲;乙\"\nCmdWordType=网页\nCmdWordTypeIndex=2\n"
+                                 "CmdWordContents=x\n";
+        const auto file =
+            mevo::parseCommandFile("\xEF\xBB\xBFstray=1\n[0]" + other + "[1]\n" + lines + "\n[2]" + other);
+        QCOMPARE(file.rows.size(), std::size_t(3));
+        QTEST(shown({file.rows[1]}), "cells");
+        QCOMPARE(shown({file.rows[0]}), QStringLiteral("0|甲;乙|网页|2|x"));
+        QCOMPARE(shown({file.rows[2]}), shown({file.rows[0]}));
+        QVERIFY2(fault.isEmpty() ? file.faults.isEmpty()
+                                 : file.faults.size() == 1 && file.faults[0].contains(fault),
+                 qPrintable(file.faults.join(u'/')));
+    }
+
+    void aFileThatIsNoTableIsNamed()
+    {
+        const auto file = mevo::parseCommandFile(QByteArray("\xff\xfe[\0"
+                                                            "0\0]\0\n\0",
+                                                            10));
+        QVERIFY(file.rows.empty() && file.faults.size() == 1);
+        QVERIFY(mevo::parseCommandFile("\n ").faults.isEmpty());
+    }
+
+    void theEditorsCellsAreWritten()
+    {
+        const CommandRows rows{
+            {QStringLiteral("1"), QStringLiteral("a"), QStringLiteral("快捷键"), QString(),
+             QStringLiteral("2")},
+            {QString(), QStringLiteral("b"), QStringLiteral("别的"), QLatin1String(""), QStringLiteral("2")}};
+        QCOMPARE(mevo::commandFileText(rows),
+                 QByteArray("[0]\nCmdWordType=快捷键\nCmdWordTypeIndex=5\n"
+                            "CommandWords=a\nHide=1\n\n"
+                            "[1]\nCmdWordContents=\nCmdWordType=别的\nCommandWords=b\n"));
+    }
+
+    void theMergedTableIsMadeInTheOrderOfTheTypes()
+    {
+        const QTemporaryDir folder;
+        const mevo::CommandTable table(folder.path());
+        CommandRows many;
+        for (int i = 0; i < 12; ++i) {
+            many.push_back(row(CommandType::Phrase, QString::number(i)));
+        }
+        QVERIFY(table.writeTyped(CommandType::Phrase, many));
+        QVERIFY(table.writeTyped(CommandType::Web, {row(CommandType::Web, QStringLiteral("w"))}));
+        QVERIFY(table.writeTyped(CommandType::VoiceKeyboard,
+                                 {row(CommandType::VoiceKeyboard, QStringLiteral("k"))}));
+        QVERIFY(table.rebuildMerged());
+        const auto words = [](const CommandRows &rows) {
+            QStringList all;
+            for (const CommandRow &r : rows) {
+                all.append(r.CommandWords);
+            }
+            return all.join(u' ');
+        };
+        // The phrases are sorted as text when their file is read, and all rows once more when the merged is.
+        QCOMPARE(words(table.readMerged()), QStringLiteral("k w 6 7 8 9 0 1 10 11 2 3 4 5"));
+        QCOMPARE(words(table.readMerged(CommandType::Web)), QStringLiteral("w"));
+        QCOMPARE(words(table.readTyped(CommandType::Phrase)), QStringLiteral("0 1 10 11 2 3 4 5 6 7 8 9"));
+        // What was saved in the merged file alone goes at the next rebuild.
+        QVERIFY(table.writeMerged({row(CommandType::Web, QStringLiteral("elsewhere"))}));
+        QVERIFY(table.rebuildMerged());
+        QVERIFY(table.readMerged().size() == 14);
+        QVERIFY(table.writeTyped(CommandType::Web, {}) && QFile::exists(table.typedPath(CommandType::Web)));
+        QVERIFY(table.readTyped(CommandType::Web).empty() && table.readTyped(CommandType::File).empty());
+        QVERIFY(warnings.isEmpty());
+    }
+
+    void aDiskThatRefusesLeavesTheOldTable()
+    {
+        const QTemporaryDir folder;
+        const mevo::CommandTable table(folder.path());
+        QVERIFY(table.writeMerged({row(CommandType::Web, QStringLiteral("old"))}));
+        const QByteArray before = contentOf(table.mergedPath());
+        rlimit usual{};
+        getrlimit(RLIMIT_FSIZE, &usual);
+        rlimit full = usual;
+        full.rlim_cur = 4096;
+        std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &full);
+        const bool written =
+            table.writeMerged({row(CommandType::Phrase, QStringLiteral("new"), QString(100000, u'x'))});
+        setrlimit(RLIMIT_FSIZE, &usual);
+        QVERIFY(!written);
+        QCOMPARE(contentOf(table.mergedPath()), before);
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+        QCOMPARE(warnings.size(), 1);
+    }
+
+    void aWordIsMatched_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("contents"); // of the row, "none" for none
+        const auto row = [](const char *name, const char *word, const char *contents) {
+            QTest::newRow(name) << QString::fromUtf8(word) << contents;
+        };
+        row("a form", "百度搜索", "a");
+        row("the other form", "打开百度", "a");
+        row("with a blank", "打开百度 ", "none");
+        row("a part", "百度", "none");
+        row("case counts", "Copy", "none");
+        row("a blank beside the semicolon belongs to the word", " 副本", "b");
+        row("hidden row", "隐藏", "h");
+        row("first definition, in the order of text: 10 before 2", "十", "ten");
+        row("a keyboard row neither acts nor stops", "键", "seven");
+        row("a row of no type neither", "无", "none");
+        row("nothing is the form behind a trailing semicolon", "", "b");
+    }
+
+    void aWordIsMatched()
+    {
+        QFETCH(QString, word);
+        QTemporaryDir folder;
+        const mevo::CommandTable table(folder.path());
+        CommandRows rows(12, row(CommandType::Web, QStringLiteral("-")));
+        rows[0] = row(CommandType::Web, QStringLiteral("打开百度;百度搜索"), QStringLiteral("a"));
+        rows[1] = row(CommandType::Shortcut, QStringLiteral("copy; 副本;"), QStringLiteral("b"));
+        rows[2] = row(CommandType::File, QStringLiteral("十;"), QStringLiteral("two"));
+        rows[3] = row(CommandType::File, QStringLiteral("隐藏"), QStringLiteral("h"));
+        rows[3].Hide = QStringLiteral("1");
+        rows[4] = row(CommandType::PinyinKeyboard, QStringLiteral("键"), QStringLiteral("four"));
+        rows[5] = row(CommandType::VoiceKeyboard, QStringLiteral("键;十"), QStringLiteral("five"));
+        rows[6] = row(CommandType::Web, QStringLiteral("无"));
+        rows[6].CmdWordType = QStringLiteral("别的");
+        rows[7] = row(CommandType::Phrase, QStringLiteral("键"), QStringLiteral("seven"));
+        rows[10] = row(CommandType::Directory, QStringLiteral("十"), QStringLiteral("ten"));
+        QVERIFY(table.writeMerged(rows));
+        mevo::CommandMatcher matcher(table.mergedPath());
+        const CommandRow *found = matcher.find(word);
+        QTEST(found == nullptr ? QStringLiteral("none") : found->CmdWordContents, "contents");
+    }
+
+    /// Whatever is done to the file, the next word sees it.
+    void anEditIsSeenAtTheNextWord()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("t.ini"));
+        const QString other = folder.filePath(QStringLiteral("other.ini"));
+        const auto table = [](const char *word) {
+            return mevo::commandFileText({row(CommandType::Web, QString::fromUtf8(word))});
+        };
+        const auto setBack = [](const QString &file) {
+            QFile aged(file);
+            QVERIFY(aged.open(QIODevice::ReadWrite));
+            aged.setFileTime(QDateTime::fromSecsSinceEpoch(1000000000), QFileDevice::FileModificationTime);
+        };
+        mevo::CommandMatcher matcher(path);
+        const auto knows = [&matcher](const char *word) {
+            return matcher.find(QString::fromUtf8(word)) != nullptr;
+        };
+        QVERIFY(!knows("a"));
+        write(path, table("a"));
+        QVERIFY(knows("a"));
+        for (const char *word : {"b", "c", "d"}) { // faster than the file system's clock counts
+            write(path, table(word));
+            QVERIFY(knows(word) && !knows("a"));
+        }
+        setBack(path);
+        // No longer fresh: its times are believed from here on.
+        QTRY_VERIFY(QFileInfo(path).metadataChangeTime().msecsTo(QDateTime::currentDateTime()) > 200);
+        QVERIFY(knows("d"));
+        write(path, table("e")); // same size and, set back, the same time
+        setBack(path);
+        QVERIFY(knows("e") && !knows("d"));
+        write(other, table("f"));
+        setBack(other);
+        QVERIFY(QFile::remove(path) && QFile::rename(other, path));
+        QVERIFY(knows("f") && !knows("e"));
+        QVERIFY(QFile::remove(path));
+        QVERIFY(!knows("f"));
+        QVERIFY(QDir().mkdir(path)); // no file at all
+        QVERIFY(!knows("f"));
+        QVERIFY(QDir().rmdir(path));
+        write(path, table("g"));
+        QVERIFY(knows("g"));
+    }
+
+    void oddRowsAreNamedOncePerChange()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("t.ini"));
+        QByteArray text = "[0]\nCommandWords=a\nCmdWordTypeIndex=2\nCmdWordType=网页\nCmdWordContents=b\n";
+        for (int i = 1; i < 20; ++i) {
+            text += "[" + QByteArray::number(i) + "]\nHide=0\n";
+        }
+        write(path, text);
+        mevo::CommandMatcher matcher(path);
+        for (int i = 0; i < 5; ++i) {
+            QVERIFY(matcher.find(QStringLiteral("a")) != nullptr);
+        }
+        QCOMPARE(warnings.size(), 1);
+        QVERIFY2(warnings[0].contains(QStringLiteral("row 1: no CmdWordContents")) &&
+                     warnings[0].contains(QStringLiteral("and 14 more")),
+                 qPrintable(warnings[0]));
+        write(path, text + "\n");
+        matcher.find(QString());
+        QCOMPARE(warnings.size(), 2);
+    }
+
+    void theShippedTablesAreWhole()
+    {
+        const mevo::CommandTable shipped(QStringLiteral(MEVO_RESOURCES "/commands"));
+        const QTemporaryDir folder;
+        const mevo::CommandTable copy(folder.path());
+        for (const CommandType type : mevo::allCommandTypes) {
+            QVERIFY(QFile::copy(shipped.typedPath(type), copy.typedPath(type)));
+            const CommandRows rows = copy.readTyped(type);
+            QVERIFY(!rows.empty());
+            for (const CommandRow &r : rows) {
+                QCOMPARE(mevo::commandTypeOfIndex(r.CmdWordTypeIndex), std::optional<CommandType>(type));
+            }
+        }
+        QVERIFY(copy.rebuildMerged());
+        QCOMPARE(contentOf(copy.mergedPath()), contentOf(shipped.mergedPath()));
+
+        QFile keyFile(QStringLiteral(MEVO_RESOURCES "/MEVKeysSetting.ini"));
+        QVERIFY(keyFile.open(QIODevice::ReadOnly));
+        const mevo::KeyTable keys = mevo::parseKeyTable(keyFile.readAll());
+        QSet<QString> words;
+        for (const CommandRow &r : shipped.readMerged()) {
+            const CommandType type = *mevo::commandTypeOfIndex(r.CmdWordTypeIndex);
+            if (type < CommandType::Web) {
+                continue;
+            }
+            for (const QString &word : r.CommandWords.split(u';')) {
+                QVERIFY2(!word.isEmpty() && !words.contains(word), qPrintable(r.CommandWords));
+                words.insert(word);
+            }
+            switch (type) {
+            case CommandType::Web:
+                QVERIFY(mevo::webAddress(r.CmdWordContents).isValid());
+                break;
+            case CommandType::Shortcut:
+                mevo::parseShortcut(r.CmdWordContents, keys.names, keys.codes);
+                break;
+            case CommandType::Phrase:
+                break;
+            default:
+                QVERIFY2(r.CmdWordContents.startsWith(u'/'), qPrintable(r.CmdWordContents));
+            }
+        }
+        QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n'))); // no odd row, no unknown key
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCommandTable)
+#include "tst_command_table.moc"
