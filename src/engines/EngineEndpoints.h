@@ -4,7 +4,7 @@
 
 namespace mevo {
 
-/// Hosts of the cloud services, each "HOST" or "HOST:PORT". A host may be written with a scheme
+/// Hosts of the cloud services and what else a deployment says about them. Each host is "HOST" or "HOST:PORT". A host may be written with a scheme
 /// ("http://HOST:PORT"), which then stands in place of the service's own.
 struct EngineEndpoints
 {
@@ -16,6 +16,8 @@ struct EngineEndpoints
     QString XunFeiSocketHost = QStringLiteral("iat-niche-api.xfyun.cn"); ///< the host that is connected to
     QString TranslateHost = QStringLiteral("api.fanyi.baidu.com");
     QString BaiduTtsHost = QStringLiteral("tsn.baidu.com");
+    /// Tencent's ids and keys where the service tells none, lists separated by ";". Never logged.
+    QString TencentSecretIds, TencentSecretKeys;
     /// Checks certificates also where a service is called without by default.
     bool VerifyCertificates = false;
 };

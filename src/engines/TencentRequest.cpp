@@ -1,0 +1,65 @@
+#include "engines/TencentRequest.h"
+
+#include "engines/WavImage.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace mevo {
+
+namespace {
+
+const QByteArray contentType = QByteArrayLiteral("application/json; charset=utf-8");
+constexpr char scheme[] = "https://";
+
+} // namespace
+
+QByteArray tencentPayload(const TencentUtterance &utterance)
+{
+    QJsonObject fields{
+        {QStringLiteral("UsrAudioKey"), QStringLiteral("test")},
+        {QStringLiteral("SubServiceType"), 2},
+        {QStringLiteral("ProjectId"), 0},
+        {QStringLiteral("EngSerViceType"), utterance.voiceType},
+        {QStringLiteral("VoiceFormat"), QStringLiteral("wav")},
+        {QStringLiteral("FilterPunc"), utterance.keepPunctuation ? 0 : 1},
+        {QStringLiteral("Data"), QString::fromLatin1(wavImage(utterance.pcm).toBase64())},
+        {QStringLiteral("SourceType"), 1},
+    };
+    if (utterance.plainNumbers) {
+        fields.insert(QStringLiteral("ConvertNumMode"), 0);
+    }
+    return QJsonDocument(fields).toJson();
+}
+
+TencentRequest tencentRequest(const EngineEndpoints &endpoints, const Tc3Credential &credential,
+                              const QByteArray &payload, qint64 timestamp)
+{
+    const QByteArray address = endpoints.TencentHost.toUtf8();
+    const int schemeEnd = address.indexOf("://");
+    const QByteArray host = schemeEnd < 0 ? address : address.mid(schemeEnd + 3);
+
+    Tc3Request toSign;
+    toSign.service = QByteArrayLiteral("asr");
+    toSign.canonicalHeaders = "content-type:" + contentType + "\nhost:" + host + '\n';
+    toSign.signedHeaders = QByteArrayLiteral("content-type;host");
+    toSign.timestamp = timestamp;
+    toSign.payload = payload;
+
+    TencentRequest request;
+    request.url = schemeEnd < 0 ? scheme + host : address;
+    request.authorization = tc3Authorization(toSign, credential);
+    request.headers = {
+        "Authorization: " + request.authorization,
+        "Content-Type: " + contentType,
+        "Host: " + host,
+        QByteArrayLiteral("X-TC-Action: SentenceRecognition"),
+        "X-TC-Timestamp: " + QByteArray::number(timestamp),
+        QByteArrayLiteral("X-TC-Version: 2019-06-14"),
+        QByteArrayLiteral("X-TC-Region: "), // no region: libcurl leaves a header without a value out
+    };
+    request.payload = payload;
+    return request;
+}
+
+} // namespace mevo
