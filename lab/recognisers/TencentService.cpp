@@ -1,12 +1,9 @@
 #include "recognisers/TencentService.h"
 
-#include "recognisers/SpeechDecoder.h"
-
 #include <QDateTime>
 #include <QJsonDocument>
 #include <QSet>
 #include <QUuid>
-#include <QtConcurrent>
 #include <QtEndian>
 
 #include <openssl/evp.h>
@@ -97,19 +94,15 @@ struct Authorization
 
 } // namespace
 
-TencentService::TencentService(QByteArray secretId, QByteArray secretKey, Note note, QObject *parent)
+TencentService::TencentService(QByteArray secretId, QByteArray secretKey, Recogniser recogniser, Note note,
+                               QObject *parent)
     : QObject(parent)
     , m_secretId(std::move(secretId))
     , m_secretKey(std::move(secretKey))
+    , m_recogniser(std::move(recogniser))
     , m_note(std::move(note))
     , m_texts{QStringLiteral("今天天气很好，我们去公园。")}
 {
-    m_worker.setMaxThreadCount(1);
-}
-
-TencentService::~TencentService()
-{
-    m_worker.waitForDone();
 }
 
 void TencentService::setError(const Error &error, int count)
@@ -239,15 +232,7 @@ void TencentService::handle(const HttpRequest &request, const LabHttpServer::Rep
         answer(reply, note, {}, text);
         return;
     }
-    // Decoding takes a fraction of the speech's length: not on the thread that answers everybody.
-    QtConcurrent::run(&m_worker, [this, pcm, reply, note] {
-        if (!m_decoder) {
-            m_decoder = std::make_unique<SpeechDecoder>();
-        }
-        const QString text = m_decoder->recognise(pcm);
-        QMetaObject::invokeMethod(
-            this, [this, reply, note, text] { answer(reply, note, {}, text); }, Qt::QueuedConnection);
-    });
+    m_recogniser(pcm, [this, reply, note](const QString &text) { answer(reply, note, {}, text); });
 }
 
 void TencentService::answer(const LabHttpServer::Reply &reply, QJsonObject note, const Error &error,

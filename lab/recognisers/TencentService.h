@@ -4,14 +4,10 @@
 
 #include <QJsonObject>
 #include <QStringList>
-#include <QThreadPool>
 
 #include <functional>
-#include <memory>
 
 namespace lab {
-
-class SpeechDecoder;
 
 /// Tencent's sentence recognition, as strict as the real one about signature, clock and fields. English is
 /// really recognised; for the other languages the texts are the ones that a test has set.
@@ -21,6 +17,9 @@ class TencentService : public QObject
 
 public:
     using Note = std::function<void(const QJsonObject &)>;
+    /// Recognises English speech and hands the words on.
+    using Recogniser =
+        std::function<void(const QByteArray &pcm, const std::function<void(const QString &)> &done)>;
     /// An error as the service names it; no code is no error.
     struct Error
     {
@@ -28,8 +27,8 @@ public:
         QString message;
     };
 
-    TencentService(QByteArray secretId, QByteArray secretKey, Note note, QObject *parent = nullptr);
-    ~TencentService() override;
+    TencentService(QByteArray secretId, QByteArray secretKey, Recogniser recogniser, Note note,
+                   QObject *parent = nullptr);
 
     void handle(const HttpRequest &request, const LabHttpServer::Reply &reply);
 
@@ -53,13 +52,12 @@ private:
 
     QByteArray m_secretId;
     QByteArray m_secretKey;
+    Recogniser m_recogniser;
     Note m_note;
     QStringList m_texts;
     Error m_error;
     int m_errorCount = 0;
     int m_clockOffset = 0;
-    QThreadPool m_worker;
-    std::unique_ptr<SpeechDecoder> m_decoder; ///< made by the worker, for the first English request
 };
 
 } // namespace lab

@@ -113,7 +113,12 @@ int runServices(const QStringList &arguments)
     BaiduService baidu(QLatin1String(LabDatabase::BaiduClientId),
                        QLatin1String(LabDatabase::BaiduClientSecret), note);
 
-    TencentService tencent(LabDatabase::TencentSecretId, LabDatabase::TencentSecretKey, note);
+    TencentService tencent(
+        LabDatabase::TencentSecretId, LabDatabase::TencentSecretKey,
+        [&baidu](const QByteArray &pcm, const std::function<void(const QString &)> &done) {
+            baidu.recognise(pcm, done);
+        },
+        note);
 
     const auto notFound = HttpResponse{404, "text/plain", {}};
     const auto baiduHandler = [&](const HttpRequest &request, const LabHttpServer::Reply &reply) {

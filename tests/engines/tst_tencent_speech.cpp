@@ -28,7 +28,9 @@ public:
         m_worker.moveToThread(&m_thread);
         in([this] {
             m_service = std::make_unique<lab::TencentService>(
-                "AKID-of-the-test", "key-of-the-test", [this](const QJsonObject &note) { m_note = note; });
+                "AKID-of-the-test", "key-of-the-test",
+                [](const QByteArray &, const auto &done) { done(QStringLiteral("hello")); },
+                [this](const QJsonObject &note) { m_note = note; });
             m_server = std::make_unique<lab::LabHttpServer>(
                 [this](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
                     m_requests.append(request);
