@@ -23,13 +23,25 @@ QByteArray tencentPayload(const TencentUtterance &utterance)
         {QStringLiteral("EngSerViceType"), utterance.voiceType},
         {QStringLiteral("VoiceFormat"), QStringLiteral("wav")},
         {QStringLiteral("FilterPunc"), utterance.keepPunctuation ? 0 : 1},
-        {QStringLiteral("Data"), QString::fromLatin1(wavImage(utterance.pcm).toBase64())},
+        {QStringLiteral("Data"), QString()},
         {QStringLiteral("SourceType"), 1},
     };
     if (utterance.plainNumbers) {
         fields.insert(QStringLiteral("ConvertNumMode"), 0);
     }
-    return QJsonDocument(fields).toJson();
+    // The audio needs no escaping and can be megabytes, so it is not sent through the JSON writer: that
+    // would take most of the time in which the window is blocked before anything is sent. In a value the
+    // quotes of this key would be escaped, so that it is found once.
+    const QByteArray json = QJsonDocument(fields).toJson();
+    const QByteArray key = QByteArrayLiteral("\"Data\": \"");
+    const int at = json.indexOf(key) + key.size();
+    const QByteArray audio = wavImage(utterance.pcm).toBase64();
+    QByteArray payload;
+    payload.reserve(json.size() + audio.size());
+    payload += QByteArray::fromRawData(json.constData(), at);
+    payload += audio;
+    payload += QByteArray::fromRawData(json.constData() + at, json.size() - at);
+    return payload;
 }
 
 TencentRequest tencentRequest(const EngineEndpoints &endpoints, const Tc3Credential &credential,
