@@ -4,8 +4,8 @@
 
 namespace mevo {
 
-/// Hosts of the cloud services and what else a deployment says about them. Each host is "HOST" or "HOST:PORT". A host may be written with a scheme
-/// ("http://HOST:PORT"), which then stands in place of the service's own.
+/// Hosts of the cloud services and what else a deployment says about them. Each host is "HOST" or
+/// "HOST:PORT", or has a scheme ("http://HOST:PORT"), which then stands in place of the service's own.
 struct EngineEndpoints
 {
     QString BaiduSpeechHost = QStringLiteral("vop.baidu.com");      ///< standard variant, http
