@@ -35,6 +35,8 @@ public:
     static constexpr char BaiduAppId[] = "lab-app-1";
     static constexpr char BaiduClientId[] = "lab-client-id-1";
     static constexpr char BaiduClientSecret[] = "lab-client-secret-1";
+    static constexpr char TencentSecretId[] = "AKIDlab00000000000000000000000000001";
+    static constexpr char TencentSecretKey[] = "labkey00000000000000000000000001";
 
 private:
     bool execute(const QByteArray &sql);

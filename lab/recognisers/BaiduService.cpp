@@ -150,12 +150,18 @@ void BaiduService::handleSpeech(const HttpRequest &request, const LabHttpServer:
         answer(reply, note, 0, text);
         return;
     }
-    // Decoding takes a fraction of the speech's length: not on the thread that answers everybody.
-    QtConcurrent::run(&m_worker, [this, decoder = m_decoder, pcm, reply, note] {
+    recognise(pcm, [this, reply, note](const QString &text) {
+        answer(reply, note, text.isEmpty() ? 3307 : 0, text);
+    });
+}
+
+void BaiduService::recognise(const QByteArray &pcm, const std::function<void(const QString &)> &done)
+{
+    // Decoding takes a fraction of the speech's length.
+    QtConcurrent::run(&m_worker, [this, decoder = m_decoder, pcm, done] {
         const QString text = decoder->recognise(pcm);
         QMetaObject::invokeMethod(
-            this, [this, reply, note, text] { answer(reply, note, text.isEmpty() ? 3307 : 0, text); },
-            Qt::QueuedConnection);
+            this, [done, text] { done(text); }, Qt::QueuedConnection);
     });
 }
 

@@ -28,6 +28,9 @@ public:
     void handleToken(const HttpRequest &request, const LabHttpServer::Reply &reply);
     void handleSpeech(const HttpRequest &request, const LabHttpServer::Reply &reply);
 
+    /// Recognises English, away from the thread that answers everybody; `done` is called on that one.
+    void recognise(const QByteArray &pcm, const std::function<void(const QString &)> &done);
+
     /// Texts for the next Chinese requests, in order; the last one stays.
     void setTexts(const QStringList &texts) { m_texts = texts; }
     /// An error number that the next `count` speech requests are answered with; -1 for all, 0 ends it.

@@ -14,6 +14,7 @@ struct LabHttpServer::Connection
     QPointer<QTcpSocket> socket;
     QByteArray buffer;
     bool busy = false;
+    bool continued = false; ///< the client has been told to go on with its body
 };
 
 namespace {
@@ -120,6 +121,7 @@ void LabHttpServer::read(const QSharedPointer<Connection> &connection)
     const QList<QByteArray> lines = connection->buffer.left(headerEnd).split('\n');
     const QList<QByteArray> start = lines.first().trimmed().split(' ');
     HttpRequest request;
+    request.head = connection->buffer.left(headerEnd + 2);
     bool numeric = true;
     if (start.size() == 3) {
         request.method = start[0];
@@ -142,8 +144,13 @@ void LabHttpServer::read(const QSharedPointer<Connection> &connection)
         return;
     }
     if (connection->buffer.size() < headerEnd + 4 + length) {
+        if (!connection->continued && request.headers.value("expect").toLower() == "100-continue") {
+            connection->continued = true;
+            connection->socket->write("HTTP/1.1 100 Continue\r\n\r\n");
+        }
         return;
     }
+    connection->continued = false;
     request.body = connection->buffer.mid(headerEnd + 4, length);
     connection->buffer.remove(0, headerEnd + 4 + length);
     connection->busy = true;

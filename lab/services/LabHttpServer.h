@@ -18,6 +18,7 @@ struct HttpRequest
 {
     QByteArray method;
     QByteArray target;                     ///< path and query as they came
+    QByteArray head;                       ///< request line and headers as they came
     QHash<QByteArray, QByteArray> headers; ///< names in lower case
     QByteArray body;
 

@@ -2,6 +2,7 @@
 
 #include "backend/WebApiService.h"
 #include "recognisers/BaiduService.h"
+#include "recognisers/TencentService.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -43,7 +44,8 @@ private:
     QJsonArray m_entries;
 };
 
-bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 https, const QString &schema)
+bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 https, quint16 tencent,
+                    const QString &schema)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
@@ -67,9 +69,10 @@ bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 
     out << "PushSocketUrl=ws://127.0.0.1:9\n";
     out << "BaiduSpeechHost=127.0.0.1:" << http << "\nBaiduTokenHost=127.0.0.1:" << http
         << "\nBaiduSpeechHttpsHost=127.0.0.1:" << https << '\n';
-    for (const char *key :
-         {"TencentHost", "XunFeiSignHost", "XunFeiSocketHost", "TranslateHost", "BaiduTtsHost", "SearchBaidu",
-          "SearchSogou", "Search360", "SearchGoogle", "SearchBing"}) {
+    out << "TencentHost=127.0.0.1:" << tencent << "\nTencentSecretIds=\"" << LabDatabase::TencentSecretId
+        << "\"\nTencentSecretKeys=\"" << LabDatabase::TencentSecretKey << "\"\n";
+    for (const char *key : {"XunFeiSignHost", "XunFeiSocketHost", "TranslateHost", "BaiduTtsHost",
+                            "SearchBaidu", "SearchSogou", "Search360", "SearchGoogle", "SearchBing"}) {
         out << key << '=' << nobody << '\n';
     }
     out << "VerifyCertificates=0\n";
@@ -85,7 +88,7 @@ int runServices(const QStringList &arguments)
         parser.addOption({name, name, name, fallback});
     };
     option(QStringLiteral("home"), QDir::currentPath());
-    for (const char *port : {"port-backend", "baidu-http", "baidu-https", "control"}) {
+    for (const char *port : {"port-backend", "baidu-http", "baidu-https", "tencent-https", "control"}) {
         option(QLatin1String(port), QStringLiteral("0"));
     }
     option(QStringLiteral("schema"), QStringLiteral("mevodb"));
@@ -110,6 +113,13 @@ int runServices(const QStringList &arguments)
     BaiduService baidu(QLatin1String(LabDatabase::BaiduClientId),
                        QLatin1String(LabDatabase::BaiduClientSecret), note);
 
+    TencentService tencent(
+        LabDatabase::TencentSecretId, LabDatabase::TencentSecretKey,
+        [&baidu](const QByteArray &pcm, const std::function<void(const QString &)> &done) {
+            baidu.recognise(pcm, done);
+        },
+        note);
+
     const auto notFound = HttpResponse{404, "text/plain", {}};
     const auto baiduHandler = [&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
         if (request.path() == "/oauth/2.0/token") {
@@ -125,7 +135,10 @@ int runServices(const QStringList &arguments)
     });
     LabHttpServer baiduHttp(baiduHandler);
     LabHttpServer baiduHttps(baiduHandler);
-    LabHttpServer *const servers[] = {&backendServer, &baiduHttp, &baiduHttps};
+    LabHttpServer tencentHttps([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
+        tencent.handle(request, reply);
+    });
+    LabHttpServer *const servers[] = {&backendServer, &baiduHttp, &baiduHttps, &tencentHttps};
 
     LabHttpServer control([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
         const QUrlQuery query(QString::fromUtf8(request.query()));
@@ -140,6 +153,8 @@ int runServices(const QStringList &arguments)
         if (path == "/control/clear") {
             log.clear();
             baidu.setError(0, 0);
+            tencent.setError({}, 0);
+            tencent.setClockOffset(0);
             for (LabHttpServer *server : servers) {
                 server->clearFaults();
             }
@@ -151,9 +166,13 @@ int runServices(const QStringList &arguments)
             }
         } else if (path == "/control/text") {
             baidu.setTexts(value("text").split(QLatin1Char('|')));
+            tencent.setTexts(value("text").split(QLatin1Char('|')));
         } else if (path == "/control/error") {
-            const QString count = value("count");
-            baidu.setError(value("number").toInt(), count.isEmpty() ? 1 : count.toInt());
+            const int count = value("count").isEmpty() ? 1 : value("count").toInt();
+            baidu.setError(value("number").toInt(), count);             // Baidu's errors are numbers
+            tencent.setError({value("code"), value("message")}, count); // and Tencent's are words
+        } else if (path == "/control/clock") {
+            tencent.setClockOffset(value("seconds").toInt());
         } else {
             reply(notFound);
             return;
@@ -161,22 +180,24 @@ int runServices(const QStringList &arguments)
         reply({200, "application/json", "{}"});
     });
 
-    if (!baiduHttps.useTls() || !backendServer.start(port("port-backend")) ||
-        !baiduHttp.start(port("baidu-http")) || !baiduHttps.start(port("baidu-https")) ||
-        !control.start(port("control"))) {
+    if (!baiduHttps.useTls() || !tencentHttps.useTls() || !tencentHttps.start(port("tencent-https")) ||
+        !backendServer.start(port("port-backend")) || !baiduHttp.start(port("baidu-http")) ||
+        !baiduHttps.start(port("baidu-https")) || !control.start(port("control"))) {
         qCritical() << "services: a port cannot be had";
         return 1;
     }
     const QString endpoints = parser.value(QStringLiteral("write-endpoints"));
     if (!endpoints.isEmpty() && !writeEndpoints(endpoints, backendServer.serverPort(), baiduHttp.serverPort(),
-                                                baiduHttps.serverPort(), schema)) {
+                                                baiduHttps.serverPort(), tencentHttps.serverPort(), schema)) {
         qCritical().noquote() << "services: cannot write" << endpoints;
         return 1;
     }
-    QTextStream(stdout) << QJsonDocument(QJsonObject{{QStringLiteral("backend"), backendServer.serverPort()},
-                                                     {QStringLiteral("baiduHttp"), baiduHttp.serverPort()},
-                                                     {QStringLiteral("baiduHttps"), baiduHttps.serverPort()},
-                                                     {QStringLiteral("control"), control.serverPort()}})
+    QTextStream(stdout) << QJsonDocument(
+                               QJsonObject{{QStringLiteral("backend"), backendServer.serverPort()},
+                                           {QStringLiteral("baiduHttp"), baiduHttp.serverPort()},
+                                           {QStringLiteral("baiduHttps"), baiduHttps.serverPort()},
+                                           {QStringLiteral("tencentHttps"), tencentHttps.serverPort()},
+                                           {QStringLiteral("control"), control.serverPort()}})
                                .toJson(QJsonDocument::Compact)
                         << '\n';
     return QCoreApplication::exec();

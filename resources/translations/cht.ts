@@ -505,6 +505,15 @@
     </message>
 </context>
 <context>
+    <name>TencentReply</name>
+    <message>
+        <source>腾讯语音识别错误返回信息：(如无法解决，请与供货商联系，鼠标放在此窗口上，该窗口不会消失):
+</source>
+        <translation>騰訊語音辨識錯誤返回資訊：(如無法解決，請與供應商聯絡，滑鼠放在此視窗上，該視窗不會消失):
+</translation>
+    </message>
+</context>
+<context>
     <name>XunFeiLanguages</name>
     <message>
         <source>长沙话</source>

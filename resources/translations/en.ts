@@ -504,6 +504,15 @@ keep the pointer on this window and it stays open</translation>
     </message>
 </context>
 <context>
+    <name>TencentReply</name>
+    <message>
+        <source>腾讯语音识别错误返回信息：(如无法解决，请与供货商联系，鼠标放在此窗口上，该窗口不会消失):
+</source>
+        <translation>Tencent speech recognition answered with an error (if it stays, please contact your supplier; this window stays open while the pointer is on it):
+</translation>
+    </message>
+</context>
+<context>
     <name>XunFeiLanguages</name>
     <message>
         <source>长沙话</source>

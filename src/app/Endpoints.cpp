@@ -79,6 +79,8 @@ EngineEndpoints loadEndpoints(ServiceState &state, const QString &path)
     for (const EngineHostName &row : searchHosts) {
         endpoints.*row.member = value(row.key, endpoints.*row.member);
     }
+    endpoints.TencentSecretIds = value("TencentSecretIds", {});
+    endpoints.TencentSecretKeys = value("TencentSecretKeys", {});
     endpoints.VerifyCertificates = file.value(QStringLiteral("VerifyCertificates"), false).toBool();
     return endpoints;
 }

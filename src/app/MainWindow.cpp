@@ -13,6 +13,7 @@
 #include "engines/BaiduSpeech.h"
 #include "engines/BaiduTokens.h"
 #include "engines/CredentialStore.h"
+#include "engines/TencentSpeech.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
@@ -27,7 +28,6 @@
 #include <QDir>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QScopedValueRollback>
 #include <QTimer>
 
 namespace {
@@ -124,14 +124,11 @@ void MainWindow::createRecorderAndBar()
     m_recorder = new AudioRecorder(*this, m_platform, *this, this);
     m_baiduSpeech = std::make_unique<Relay_Speech::BaiduSpeech>(
         *this, *m_recorder, *m_platform.systemFacts, static_cast<mevo::EngineHost &>(*this), m_endpoints);
-    connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, this, [this](const QString &text) {
-        // The next press may have come during the request: the text still belongs to its own window.
-        const QScopedValueRollback<mevo::WindowId> target(FocusWindow,
-                                                          m_targets.empty() ? FocusWindow : m_targets.back());
-        if (m_recorder != nullptr) {
-            m_recorder->showRecText(text);
-        }
-    });
+    connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, this,
+            &MainWindow::deliverRecognised);
+    m_tencentSpeech = std::make_unique<mevo::TencentSpeech>(
+        *this, static_cast<mevo::EngineHost &>(*this), *m_platform.time, *m_platform.processes, m_endpoints,
+        [this](const QString &text) { deliverRecognised(text); });
     createBar();
     VoiceTypeMode = false;
     VoiceCommandWordMode = false;

@@ -37,6 +37,7 @@ class WebCipher;
 namespace mevo {
 class BaiduTokens;
 class CommandMatcher;
+class TencentSpeech;
 class WebApi;
 class CredentialStore;
 struct EngineChange;
@@ -204,6 +205,7 @@ private:
     // Engines and services.
     void carryOut(const mevo::EngineChange &change);
     void loadAllCredentials();
+    void deliverRecognised(const QString &text);
     void SetupAsr3();
     void DetectXunFeiVersion();
     void sendUsageOnExit(bool withTencent);
@@ -248,6 +250,7 @@ private:
     void ensureEngineTip() override;
     void showEngineTip(const QString &text, bool regardlessOfShowTipsDlg) override;
     void channelCountChanged() override;
+    QPair<bool, QString> recogniseWithTencent(const QByteArray &pcm) override;
 
     // TipWindowHost
     bool sendMicrophoneLatch(bool on) override;
@@ -270,6 +273,7 @@ private:
     std::unique_ptr<mevo::BaiduTokens> m_tokens;
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
     std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
+    std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
     GetHIDDataThread *m_reader = nullptr;
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;

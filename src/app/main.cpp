@@ -1,6 +1,7 @@
 #include "app/DiagnosticLog.h"
 #include "app/MainWindow.h"
 #include "app/SettingsFile.h"
+#include "engines/CurlPost.h"
 #include "platform/Platform.h"
 #include "platform/linux/TerminationSignals.h"
 
@@ -11,6 +12,7 @@
 
 int main(int argc, char *argv[])
 {
+    const mevo::CurlLibrary curl;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);

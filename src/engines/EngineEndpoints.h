@@ -4,8 +4,8 @@
 
 namespace mevo {
 
-/// Hosts of the cloud services, each "HOST" or "HOST:PORT". A host may be written with a scheme
-/// ("http://HOST:PORT"), which then stands in place of the service's own.
+/// Hosts of the cloud services and what else a deployment says about them. Each host is "HOST" or
+/// "HOST:PORT", or has a scheme ("http://HOST:PORT"), which then stands in place of the service's own.
 struct EngineEndpoints
 {
     QString BaiduSpeechHost = QStringLiteral("vop.baidu.com");      ///< standard variant, http
@@ -22,6 +22,8 @@ struct EngineEndpoints
     QString Search360 = QStringLiteral("www.so.com");
     QString SearchGoogle = QStringLiteral("www.google.com");
     QString SearchBing = QStringLiteral("www.bing.com");
+    /// Tencent's ids and keys where the service tells none, lists separated by ";". Never logged.
+    QString TencentSecretIds, TencentSecretKeys;
     /// Checks certificates also where a service is called without by default.
     bool VerifyCertificates = false;
 };

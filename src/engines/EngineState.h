@@ -56,6 +56,10 @@ struct EngineState : EnginePermissions
     QString XunFeiAppId, XunFeiApiKey, XunFeiApiSecret;
     QString XunFeiMinorAppId, XunFeiMinorApiKey, XunFeiMinorApiSecret;
 
+    /// Tencent's ids and keys as the service's record tells them, each a list separated by ";"; empty until
+    /// it does. Never logged.
+    QString TXSCD, TXSCK;
+
     /// Day's use and limit of each engine.
     int BDSR1DUsedQuantity = 0, BDSR1DMaxUsageQuantity = 500;
     int TXSR1DUsedQuantity = 0, TXSR1DMaxUsageQuantity = 500;

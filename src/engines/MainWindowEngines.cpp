@@ -10,6 +10,7 @@
 #include "engines/BaiduTokens.h"
 #include "engines/CredentialStore.h"
 #include "engines/EngineSelection.h"
+#include "engines/TencentSpeech.h"
 #include "service/Statements.h"
 #include "service/WebApi.h"
 #include "service/WebApiReply.h"
@@ -23,6 +24,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QWidgetAction>
 
 #include <algorithm>
@@ -210,6 +212,21 @@ void MainWindow::recognise(QBuffer *audio, const QAudioFormat &)
     m_targets.push_back(FocusWindow);
     m_baiduSpeech->finish(audio);
     m_targets.pop_back();
+}
+
+QPair<bool, QString> MainWindow::recogniseWithTencent(const QByteArray &pcm)
+{
+    return m_tencentSpeech->recognise(pcm);
+}
+
+void MainWindow::deliverRecognised(const QString &text)
+{
+    // The next press may have come during the request: the text still belongs to its own window.
+    const QScopedValueRollback<mevo::WindowId> target(FocusWindow,
+                                                      m_targets.empty() ? FocusWindow : m_targets.back());
+    if (m_recorder != nullptr) {
+        m_recorder->showRecText(text);
+    }
 }
 
 // The recorder asks while it is being made, before there is an engine.

@@ -31,7 +31,9 @@ public:
     virtual bool killByImageName(const QString &imageName) = 0;
     /// Whether a process of that executable name runs.
     virtual bool isRunning(const QString &imageName) = 0;
-    /// Starts a program with the administrator's rights, asking the user as the system does.
+    /// Starts a program with the administrator's rights, asking the user as the system does. A name that
+    /// begins with a backslash is a sibling's, as for startSibling(). False, with a log line, when there is
+    /// no such program or no way to ask.
     virtual bool openElevated(const QString &program, const QStringList &arguments) = 0;
     virtual bool restartComputer() = 0;
     virtual bool shutDownComputer() = 0;

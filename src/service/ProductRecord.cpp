@@ -37,6 +37,8 @@ struct TextColumn
 };
 
 constexpr TextColumn textColumns[] = {
+    {"TXSCD", &MainState::TXSCD, false},
+    {"TXSCK", &MainState::TXSCK, false},
     {"VWeb", &MainState::VWeb, false},
     {"DownloadDrvWeb", &MainState::DownloadDrvWeb, true},
     {"UserManual", &MainState::UserManual, true},

@@ -138,8 +138,8 @@ private Q_SLOTS:
         QCOMPARE(state.ServerUrl, QStringLiteral("http://127.0.0.1:19004/mevowebapi?"));
         QCOMPARE(defaults.BaiduSpeechHost, QStringLiteral("vop.baidu.com"));
         QVERIFY(!mevo::allOnThisMachine(state, defaults));
-        QByteArray local =
-            "[Endpoints]\nVerifyCertificates=true\nBackendUrl=\"http://localhost:1/mevowebapi?\"\n";
+        QByteArray local = "[Endpoints]\nVerifyCertificates=true\nTencentSecretIds=\"a;b\"\nBackendUrl="
+                           "\"http://localhost:1/mevowebapi?\"\n";
         for (const char *key : {"BaiduSpeechHost", "BaiduSpeechHttpsHost", "BaiduTokenHost", "TencentHost",
                                 "XunFeiSignHost", "XunFeiSocketHost", "TranslateHost", "BaiduTtsHost"}) {
             local += QByteArray(key) + "=127.0.0.1:9\n";
@@ -147,6 +147,8 @@ private Q_SLOTS:
         home.write(QStringLiteral("local.ini"), local);
         const mevo::EngineEndpoints read = mevo::loadEndpoints(state, home.path(QStringLiteral("local.ini")));
         QCOMPARE(state.ServerUrl, QStringLiteral("http://localhost:1/mevowebapi?"));
+        QCOMPARE(read.TencentSecretIds, QStringLiteral("a;b"));
+        QVERIFY(read.TencentSecretKeys.isEmpty());
         QVERIFY(read.VerifyCertificates && mevo::allOnThisMachine(state, read));
         state.PushSocketUrl = QStringLiteral("ws://10.0.0.1:19006");
         QVERIFY(!mevo::allOnThisMachine(state, read));

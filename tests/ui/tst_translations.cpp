@@ -64,9 +64,12 @@ const QRegularExpression &chinese()
 /// Chinese words of the program that are no texts for the user to read.
 const QStringList &notForReading()
 {
-    static const QStringList words{
-        QStringLiteral("讯飞语音悬浮窗"), // another program's window
-    };
+    static const QStringList words{QStringLiteral("讯飞语音悬浮窗"), // another program's window
+                                   QStringLiteral("\\校时助手.exe"), // a sibling program
+                                   // Labels as they stand in the files of the command words.
+                                   QStringLiteral("语音键盘"), QStringLiteral("拼音键盘"),
+                                   QStringLiteral("网页"), QStringLiteral("文件"), QStringLiteral("文件夹"),
+                                   QStringLiteral("快捷键"), QStringLiteral("常用短语")};
     return words;
 }
 

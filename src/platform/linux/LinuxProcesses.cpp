@@ -106,14 +106,20 @@ bool LinuxProcesses::startDetached(const QString &program, const QStringList &ar
     return start(program, arguments);
 }
 
-bool LinuxProcesses::startSibling(const QString &name, const QStringList &arguments, bool)
+QString LinuxProcesses::installedSibling(const QString &name) const
 {
     const QFileInfo sibling(siblingPath(m_programFolder, name));
     if (!sibling.isFile() || !sibling.isExecutable()) {
         qWarning().noquote() << "Processes:" << sibling.filePath() << "is not installed";
-        return false;
+        return {};
     }
-    return start(sibling.filePath(), arguments, sibling.path());
+    return sibling.filePath();
+}
+
+bool LinuxProcesses::startSibling(const QString &name, const QStringList &arguments, bool)
+{
+    const QString path = installedSibling(name);
+    return !path.isEmpty() && start(path, arguments, QFileInfo(path).path());
 }
 
 Processes::Captured LinuxProcesses::capture(const QString &program, const QStringList &arguments,
@@ -167,10 +173,13 @@ bool LinuxProcesses::isRunning(const QString &imageName)
 
 bool LinuxProcesses::openElevated(const QString &program, const QStringList &arguments)
 {
+    const QString path = program.startsWith(QLatin1Char('\\')) ? installedSibling(program) : program;
+    if (path.isEmpty()) {
+        return false;
+    }
     const QString pkexec = QStandardPaths::findExecutable(QStringLiteral("pkexec"));
     if (pkexec.isEmpty()) {
-        qWarning().noquote() << "Processes: no pkexec to start" << program
-                             << "with the administrator's rights";
+        qWarning().noquote() << "Processes: no pkexec to start" << path << "with the administrator's rights";
         return false;
     }
     // pkexec starts with an empty environment; a program with windows needs its way to the display.
@@ -180,7 +189,7 @@ bool LinuxProcesses::openElevated(const QString &program, const QStringList &arg
             command.append(QLatin1String(name) + QLatin1Char('=') + qEnvironmentVariable(name));
         }
     }
-    return start(pkexec, command + QStringList{program} + arguments);
+    return start(pkexec, command + QStringList{path} + arguments);
 }
 
 bool LinuxProcesses::restartComputer()

@@ -31,6 +31,7 @@ public:
     bool shutDownComputer() override;
 
 private:
+    QString installedSibling(const QString &name) const; ///< its path, or empty and a log line
     bool askLogind(const QString &question, const QString &command);
 
     QString m_programFolder;

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "engines/EngineEndpoints.h"
+#include "engines/EngineState.h"
+#include "engines/RandomInRange.h"
+#include "engines/Tc3Signature.h"
+
+namespace mevo {
+
+/// Draws an id and a key from the lists `TXSCD` and `TXSCK`, or from the deployment's own where the
+/// service has given none. The two are drawn each on its own and the last entry of a list is never drawn:
+/// lists of one entry are what works. Both empty when nobody has given any.
+Tc3Credential drawTencentCredential(const EngineState &state, const EngineEndpoints &endpoints,
+                                    const DrawNumber &draw);
+
+} // namespace mevo

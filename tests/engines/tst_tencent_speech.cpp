@@ -1,0 +1,371 @@
+#include "engines/CurlPost.h"
+#include "engines/TencentSpeech.h"
+#include "recognisers/TencentService.h"
+#include "support/FakePlatform.h"
+#include "support/ScratchHome.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QThread>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+#include <unistd.h>
+
+namespace {
+
+ScratchHome home;
+const mevo::CurlLibrary curl;
+
+/// Tencent's service of the lab, on a thread of its own: the engine blocks the one that it is asked on.
+class Service
+{
+public:
+    Service()
+    {
+        m_thread.start();
+        m_worker.moveToThread(&m_thread);
+        in([this] {
+            m_service = std::make_unique<lab::TencentService>(
+                "AKID-of-the-test", "key-of-the-test",
+                [](const QByteArray &, const auto &done) { done(QStringLiteral("hello")); },
+                [this](const QJsonObject &note) { m_note = note; });
+            m_server = std::make_unique<lab::LabHttpServer>(
+                [this](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
+                    m_requests.append(request);
+                    m_service->handle(request, reply);
+                });
+            m_ready = m_server->useTls() && m_server->start(0);
+        });
+    }
+    ~Service()
+    {
+        in([this] {
+            m_server.reset();
+            m_service.reset();
+        });
+        m_thread.quit();
+        m_thread.wait();
+    }
+    Q_DISABLE_COPY(Service)
+
+    void anew()
+    {
+        in([this] {
+            m_requests.clear();
+            m_note = {};
+            m_server->clearFaults();
+            m_service->setError({}, 0);
+            m_service->setClockOffset(0);
+            m_service->setTexts({QStringLiteral("今天")});
+        });
+    }
+    void change(const std::function<void(lab::TencentService &, lab::LabHttpServer &)> &how)
+    {
+        in([&] { how(*m_service, *m_server); });
+    }
+    QString host() const { return QStringLiteral("127.0.0.1:%1").arg(m_server->serverPort()); }
+    bool ready() const { return m_ready; }
+    QList<lab::HttpRequest> requests()
+    {
+        QList<lab::HttpRequest> copy;
+        in([&] { copy = m_requests; });
+        return copy;
+    }
+    QJsonObject note()
+    {
+        QJsonObject copy;
+        in([&] { copy = m_note; });
+        return copy;
+    }
+
+private:
+    void in(const std::function<void()> &work)
+    {
+        QMetaObject::invokeMethod(&m_worker, work, Qt::BlockingQueuedConnection);
+    }
+
+    QThread m_thread;
+    QObject m_worker;
+    std::unique_ptr<lab::TencentService> m_service;
+    std::unique_ptr<lab::LabHttpServer> m_server;
+    QList<lab::HttpRequest> m_requests;
+    QJsonObject m_note;
+    bool m_ready = false;
+};
+
+class FakeHost : public mevo::EngineHost
+{
+public:
+    explicit FakeHost(CallLog &log)
+        : m_log(log)
+    {
+    }
+    void loadCurrentBaiduCredentials() override { m_log.add(QStringLiteral("load account")); }
+    void fetchBaiduToken() override { m_log.add(QStringLiteral("fetch token")); }
+    void loadBaiduTranslateCredentials() override { m_log.add(QStringLiteral("load translation")); }
+    void buildAsrLanMenu(bool, bool) override { m_log.add(QStringLiteral("menu")); }
+    void ensureEngineTip() override {}
+    void showEngineTip(const QString &text, bool regardless) override
+    {
+        m_log.add(QStringLiteral("tip %1 ").arg(regardless) + text.section(QLatin1Char('\n'), 1, 1));
+    }
+    void channelCountChanged() override { m_log.add(QStringLiteral("channels")); }
+
+private:
+    CallLog &m_log;
+};
+
+/// What one of the standard streams is sent while this lives.
+class Captured
+{
+public:
+    explicit Captured(int descriptor)
+        : m_descriptor(descriptor)
+        , m_kept(dup(descriptor))
+        , m_file(home.path(QStringLiteral("stream%1").arg(descriptor)))
+    {
+        std::fflush(nullptr);
+        m_file.open(QIODevice::ReadWrite | QIODevice::Truncate);
+        dup2(m_file.handle(), descriptor);
+    }
+    ~Captured() { end(); }
+    Q_DISABLE_COPY(Captured)
+    QByteArray end()
+    {
+        if (m_kept >= 0) {
+            std::fflush(nullptr);
+            dup2(m_kept, m_descriptor);
+            close(m_kept);
+            m_kept = -1;
+            m_file.seek(0);
+        }
+        return m_file.readAll();
+    }
+
+private:
+    int m_descriptor;
+    int m_kept;
+    QFile m_file;
+};
+
+/// The parties of one case, for what a row does to them.
+struct Case
+{
+    MainState &state;
+    lab::TencentService &service;
+};
+using Setup = std::function<void(Case &)>;
+
+QStringList logged;
+
+void keepLog(QtMsgType, const QMessageLogContext &, const QString &text)
+{
+    logged.append(text);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Setup)
+
+class TestTencentSpeech : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY(m_service.ready()); }
+
+    void init()
+    {
+        m_service.anew();
+        m_platform.log.clear();
+        m_platform.time->start = QDateTime::currentDateTime();
+        m_state = std::make_unique<MainState>();
+        m_state->TXCurrentVoiceType = QStringLiteral("16k_zh");
+        m_state->ShowTipsDlg = true;
+        m_state->TXSCD = QStringLiteral("AKID-of-the-test");
+        m_state->TXSCK = QStringLiteral("key-of-the-test");
+        m_endpoints = {};
+        m_endpoints.TencentHost = m_service.host();
+        m_texts.clear();
+    }
+
+    void onTheWire()
+    {
+        const QByteArray pcm("\x01\x02\x03", 3);
+        m_state->AddPunctuationWhenEnd = true;
+        QCOMPARE(recognise(pcm), qMakePair(true, QStringLiteral("今天")));
+        QCOMPARE(m_texts, QStringList{QStringLiteral("今天__over__")});
+        QCOMPARE(m_state->TXSR1DUsedQuantity, 1);
+        QVERIFY(m_platform.log.calls().isEmpty());
+        QCOMPARE(home.read(QStringLiteral("test.pcm")), QByteArray("\x03\x00\x00\x00", 4) + pcm);
+
+        QCOMPARE(m_service.requests().size(), 1);
+        const lab::HttpRequest request = m_service.requests().first();
+        QStringList names;
+        for (const QByteArray &line : request.head.split('\n').mid(1)) {
+            names.append(QString::fromLatin1(line.left(qMax(0, line.indexOf(':')))));
+        }
+        names.removeAll(QString());
+        QCOMPARE(names, QStringLiteral("Host Accept Authorization Content-Type X-TC-Action X-TC-Timestamp "
+                                       "X-TC-Version Content-Length")
+                            .split(QLatin1Char(' ')));
+        QCOMPARE(request.headers.value("host"), m_service.host().toLatin1());
+        QCOMPARE(request.headers.value("content-type"), QByteArray("application/json; charset=utf-8"));
+        const QJsonObject body = QJsonDocument::fromJson(request.body).object();
+        QCOMPARE(body.value(QStringLiteral("FilterPunc")).toInt(-1), 0);
+        QCOMPARE(QByteArray::fromBase64(body.value(QStringLiteral("Data")).toString().toLatin1()).mid(44),
+                 pcm);
+        QVERIFY(!body.contains(QStringLiteral("ConvertNumMode")));
+    }
+
+    void longAudio()
+    {
+        const int length = 60 * 32000;
+        QVERIFY(recognise(QByteArray(length, '\x11')).first);
+        QCOMPARE(m_service.note().value(QStringLiteral("pcmBytes")).toInt(), length);
+    }
+
+    void refusals_data()
+    {
+        QTest::addColumn<Setup>("setup");
+        QTest::addColumn<QStringList>("calls");
+        const auto tip = [](const char *code) { return QStringLiteral("tip 0 ") + QLatin1String(code); };
+        const auto clock = [](int seconds) {
+            return Setup([seconds](Case &c) { c.service.setClockOffset(seconds); });
+        };
+        const auto accept = QStringList();
+        const QString tool = QStringLiteral("elevated \\校时助手.exe");
+        QTest::newRow("clock behind") << clock(330) << QStringList{tool, tip("AuthFailure.SignatureExpire")};
+        QTest::newRow("clock ahead") << clock(-330) << QStringList{tool, tip("AuthFailure.SignatureExpire")};
+        QTest::newRow("clock nearly right") << clock(250) << accept;
+        QTest::newRow("clock behind, no tips wanted") << Setup([](Case &c) {
+            c.service.setClockOffset(330);
+            c.state.ShowTipsDlg = false;
+        }) << QStringList{tip("AuthFailure.SignatureExpire")}; // which the host does not show
+        QTest::newRow("wrong key") << Setup([](Case &c) { c.state.TXSCK = QStringLiteral("k"); })
+                                   << QStringList{tip("AuthFailure.SignatureFailure")};
+        QTest::newRow("unknown id") << Setup([](Case &c) { c.state.TXSCD = QStringLiteral("i"); })
+                                    << QStringList{tip("AuthFailure.SecretIdNotFound")};
+        QTest::newRow("no credentials") << Setup([](Case &c) { c.state.TXSCD = c.state.TXSCK = QString(); })
+                                        << QStringList{tip("AuthFailure.SecretIdNotFound")};
+        QTest::newRow("unknown language")
+            << Setup([](Case &c) { c.state.TXCurrentVoiceType = QStringLiteral("16k_xx"); })
+            << QStringList{tip("InvalidParameterValue.ErrorInvalidEngservice")};
+        QTest::newRow("no money left") << Setup([](Case &c) {
+            c.service.setError({QStringLiteral("FailedOperation.UserHasNoAmount"), {}}, 1);
+        }) << QStringList{tip("FailedOperation.UserHasNoAmount")};
+    }
+
+    void refusals()
+    {
+        QFETCH(Setup, setup);
+        QFETCH(QStringList, calls);
+        m_service.change([&](auto &service, auto &) {
+            Case parties{*m_state, service};
+            setup(parties);
+        });
+        QCOMPARE(recognise("samples").first, calls.isEmpty()); // an error ends the transfer
+        QCOMPARE(m_texts.isEmpty(), !calls.isEmpty());
+        QCOMPARE(m_state->TXSR1DUsedQuantity, calls.isEmpty() ? 1 : 0);
+        QCOMPARE(m_platform.log.calls(), calls);
+        init(); // and once all is well again
+        QCOMPARE(recognise("samples"), qMakePair(true, QStringLiteral("今天")));
+    }
+
+    void faults_data()
+    {
+        QTest::addColumn<QByteArray>("kind");
+        QTest::addColumn<int>("value");
+        QTest::addColumn<bool>("done");
+        QTest::addColumn<int>("texts");
+        QTest::newRow("closed") << QByteArray("close") << 0 << false << 0;
+        QTest::newRow("cut") << QByteArray("cut") << 20 << false << 0;
+        QTest::newRow("whole, but too short") << QByteArray("length") << 7 << false << 1;
+        QTest::newRow("garbage") << QByteArray("garbage") << 0 << true << 0;
+        QTest::newRow("empty") << QByteArray("empty") << 0 << true << 0;
+        QTest::newRow("server error") << QByteArray("status") << 500 << true << 1; // the body is what counts
+        QTest::newRow("without end") << QByteArray("huge") << 5 * mevo::TencentSpeech::MaxReplyBytes << false
+                                     << 0;
+        QTest::newRow("late") << QByteArray("delay") << 200 << true << 1;
+    }
+
+    void faults()
+    {
+        QFETCH(QByteArray, kind);
+        QFETCH(int, value);
+        QFETCH(bool, done);
+        QFETCH(int, texts);
+        m_service.change([&](auto &, auto &server) { server.setFault("/", {kind, value, 1}); });
+        QCOMPARE(recognise("samples").first, done);
+        QCOMPARE(m_texts.size(), texts);
+        QCOMPARE(m_state->TXSR1DUsedQuantity, texts);
+        QVERIFY(m_platform.log.calls().isEmpty()); // nothing for the user to see
+    }
+
+    void replyInTwoChunks()
+    {
+        m_service.change([](auto &service, auto &) { service.setTexts({QString(20000, QChar(0x5b57))}); });
+        QCOMPARE(recognise("samples"), qMakePair(true, QString()));
+        QVERIFY(m_texts.isEmpty());
+    }
+
+    void nobodyThere()
+    {
+        m_endpoints.TencentHost = QStringLiteral("127.0.0.1:9");
+        QCOMPARE(recognise("samples"), qMakePair(false, QString()));
+    }
+
+    void certificateIsCheckedOnRequest()
+    {
+        m_endpoints.VerifyCertificates = true;
+        QCOMPARE(recognise("samples"), qMakePair(false, QString()));
+        QVERIFY(m_service.requests().isEmpty());
+    }
+
+    void standardStreams()
+    {
+        logged.clear();
+        const QtMessageHandler before = qInstallMessageHandler(keepLog);
+        Captured out(STDOUT_FILENO);
+        Captured err(STDERR_FILENO);
+        recognise("samples");
+        m_state->TXSCK = QStringLiteral("wrong");
+        recognise("samples");
+        const QByteArray output = out.end();
+        const QByteArray errors = err.end();
+        qInstallMessageHandler(before);
+        const QList<lab::HttpRequest> requests = m_service.requests();
+        QCOMPARE(requests.size(), 2);
+        for (const lab::HttpRequest &request : requests) {
+            QVERIFY(output.contains(request.headers.value("authorization") + '\n'));
+        }
+        QVERIFY(output.contains("\nsize * nmemb：\n"));
+        QVERIFY(errors.startsWith("size * nmemb： "));
+        QVERIFY(errors.contains("\nresult_code != CURLE_fail\n"));
+        QVERIFY(errors.endsWith(
+            "\ncurl_easy_perform() failed: Failed writing received data to disk/application\n"));
+        const QString log = logged.join(QLatin1Char('\n'));
+        QVERIFY(log.contains(QLatin1String("AuthFailure.SignatureFailure")));
+        QVERIFY(!log.contains(QLatin1String("AKID")) && !log.contains(QLatin1String("Signature=")));
+    }
+
+private:
+    QPair<bool, QString> recognise(const QByteArray &pcm)
+    {
+        mevo::TencentSpeech speech(*m_state, m_host, *m_platform.time, *m_platform.processes, m_endpoints,
+                                   [this](const QString &text) { m_texts.append(text); });
+        return speech.recognise(pcm);
+    }
+
+    Service m_service;
+    FakePlatform m_platform;
+    FakeHost m_host{m_platform.log};
+    std::unique_ptr<MainState> m_state;
+    mevo::EngineEndpoints m_endpoints;
+    QStringList m_texts;
+};
+
+QTEST_GUILESS_MAIN(TestTencentSpeech)
+#include "tst_tencent_speech.moc"
