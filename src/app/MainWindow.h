@@ -182,12 +182,12 @@ private:
     // Device.
     void createReader();
     void stopReader();
-    bool deviceOpen() const;
     void HandleDeviceChange(mevo::DeviceNotifier::Change change, const QString &name);
     void deviceArrived();
     void deviceRemoved();
     void restartKeypadSibling();
     void closeInputMethodWindow();
+    void endRunningSession();
 
     // Engines and services.
     void carryOut(const mevo::EngineChange &change);
@@ -238,6 +238,7 @@ private:
     void channelCountChanged() override;
 
     // TipWindowHost
+    bool deviceOpen() const override;
     bool sendMicrophoneLatch(bool on) override;
     void flushUsageCounters() override;
     void saveFocusWindow() override;
@@ -246,6 +247,7 @@ private:
     mevo::Platform &m_platform;
     mevo::SessionHands m_sessionHands{*this};
     mevo::PipelineHands m_pipelineHands{*this};
+    mevo::TranslationHands m_translationHands;
     mevo::SessionMachine m_session;
     mevo::ResultPipeline m_pipeline;
     mevo::EngineEndpoints m_endpoints;

@@ -14,6 +14,7 @@
 #include "service/WebApi.h"
 #include "service/WebApiReply.h"
 #include "session/ThirdPartyKeys.h"
+#include "session/VoiceModes.h"
 #include "ui/QToolTips.h"
 
 #include <QAction>
@@ -121,6 +122,7 @@ void MainWindow::trigerAllAsrLanMenu(QAction *act)
     if (row == nullptr) {
         return;
     }
+    mevo::saveLastModes(*this);
     closeInputMethodWindow();
     if (RunAsAdmin) {
         clearRunAsAdministrator();

@@ -202,12 +202,12 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
 
 void ResultPipeline::showSwitchWord(const QString &out)
 {
-    if (!m_state.Enable_SwitchModeFlagsWord2Screen) {
+    if (!m_state.Enable_SwitchModeFlagsWord2Screen || m_state.LocalEnableASR3) {
         return;
     }
     if (m_port.translationDialogExists()) {
         sendToDialogOrScreen(out);
-    } else if (!m_state.LocalEnableASR3) {
+    } else {
         m_port.sendToScreen(out);
     }
 }

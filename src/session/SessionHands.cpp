@@ -94,7 +94,7 @@ void SessionHands::preparePartialResults()
 
 bool SessionHands::translationDialogTakesKeys() const
 {
-    return false;
+    return m_window.m_translationHands.takesKeys();
 }
 
 void SessionHands::recordStart()
@@ -209,12 +209,12 @@ void PipelineHands::updateStatusButtons()
 
 bool PipelineHands::translationDialogExists() const
 {
-    return false;
+    return m_window.m_translationHands.exists();
 }
 
 bool PipelineHands::translationDialogClosing() const
 {
-    return false;
+    return m_window.m_translationHands.isClosing();
 }
 
 void PipelineHands::showOnTranslationDialog(const QString &text)
@@ -224,7 +224,11 @@ void PipelineHands::showOnTranslationDialog(const QString &text)
 
 void PipelineHands::openTranslationDialog()
 {
-    m_window.pushBuutton_Translate_clicked();
+    if (m_window.m_translationHands.exists()) {
+        m_window.m_translationHands.show(); // the button would take a visible one away
+    } else {
+        m_window.pushBuutton_Translate_clicked();
+    }
 }
 
 void PipelineHands::voiceSearch(const QString &text)
@@ -257,6 +261,12 @@ bool PipelineHands::usesTencent() const
 bool PipelineHands::usesXunFei() const
 {
     return m_window.m_recorder != nullptr && m_window.m_recorder->UseXunFeiWebApi;
+}
+
+bool TranslationHands::create()
+{
+    qInfo() << "The translation dialog is not part of this build";
+    return false;
 }
 
 } // namespace mevo

@@ -5,6 +5,7 @@
 #include "app/SettingsFile.h"
 #include "audio/AudioRecorder.h"
 #include "engines/LanguageImages.h"
+#include "session/VoiceModes.h"
 #include "ui/BarLayout.h"
 #include "ui/MicTipDialog.h"
 #include "ui/Picture.h"
@@ -284,13 +285,14 @@ void MainWindow::pushBuutton_Setting_clicked()
 
 void MainWindow::pushBuutton_Translate_clicked()
 {
-    CreateTransDlg();
+    mevo::toggleTranslation(*this, m_translationHands);
+    // kept: the text stands even when the mode goes off
     QToolTip::showText(QCursor::pos(), tr("语音翻译模式已打开"), this);
 }
 
 void MainWindow::CreateTransDlg()
 {
-    qInfo() << "The translation dialog is not part of this build";
+    mevo::openTranslation(*this, m_translationHands);
 }
 
 void MainWindow::paintEvent(QPaintEvent *)

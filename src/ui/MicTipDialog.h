@@ -69,8 +69,9 @@ protected:
 private:
     void setPicture(const QString &picture);
     void setButtonsVisible(bool visible);
-    void MicStart();
-    void micStop();
+    /// False when the device refused its latch: then nothing has started.
+    bool MicStart();
+    void micStop(int latchReports = 1);
     void emitReport(int key, bool pressed);
     void toggleLatch();
 

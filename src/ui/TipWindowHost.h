@@ -7,6 +7,8 @@ class TipWindowHost
 {
 public:
     virtual ~TipWindowHost() = default;
+    /// The receiver is there and open.
+    virtual bool deviceOpen() const = 0;
     /// Switches the device's microphone latch. False when the receiver refused.
     virtual bool sendMicrophoneLatch(bool on) = 0;
     /// Writes the usage counters to the backend.
