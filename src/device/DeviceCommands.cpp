@@ -207,10 +207,9 @@ void DeviceCommands::requestIdentity()
 void DeviceCommands::tellZeroIdentity(const mevo::DeviceIdentity &identity)
 {
     if (identity.dongleIdDecimal == QLatin1String(mevo::kZeroIdentityDecimal)) {
-        m_hooks.trayMessage(
-            tr("请尝试将设备接到到其它USB口再打开软件，如一直显示此信息，请与供货商联系(") +
-                identity.dongleIdDecimal + QLatin1Char(')'),
-            mevo::MessageIcon::Warning, 3000);
+        m_hooks.trayMessage(tr("请尝试将设备接到到其它USB口再打开软件，如一直显示此信息，请与供货商联系(") +
+                                identity.dongleIdDecimal + QLatin1Char(')'),
+                            mevo::MessageIcon::Warning, 3000);
     }
 }
 
