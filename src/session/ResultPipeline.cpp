@@ -183,7 +183,11 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
     } else if (m_state.SetEnterVoiceTranslateModeSwitchModeFlags.contains(text.match)) {
         m_state.VoiceTranslateMode = true;
         m_state.VoiceSearchMode = false;
-        m_port.openTranslationDialog();
+        if (m_port.translationDialogExists()) {
+            m_port.showTranslationDialog(); // the button would take a visible one away
+        } else {
+            m_port.pressTranslateButton();
+        }
         m_port.updateStatusButtons();
         showSwitchWord(text.out);
         return true; // translating leaves the engine choice alone

@@ -222,13 +222,14 @@ void PipelineHands::showOnTranslationDialog(const QString &text)
     Q_EMIT m_window.showRecTextOnTransDlgSignal(text);
 }
 
-void PipelineHands::openTranslationDialog()
+void PipelineHands::showTranslationDialog()
 {
-    if (m_window.m_translationHands.exists()) {
-        m_window.m_translationHands.show(); // the button would take a visible one away
-    } else {
-        m_window.pushBuutton_Translate_clicked();
-    }
+    m_window.m_translationHands.show();
+}
+
+void PipelineHands::pressTranslateButton()
+{
+    m_window.pushBuutton_Translate_clicked();
 }
 
 void PipelineHands::voiceSearch(const QString &text)

@@ -66,7 +66,8 @@ public:
     bool translationDialogExists() const override;
     bool translationDialogClosing() const override;
     void showOnTranslationDialog(const QString &text) override;
-    void openTranslationDialog() override;
+    void showTranslationDialog() override;
+    void pressTranslateButton() override;
     void voiceSearch(const QString &text) override;
     bool runCommandWord(const QString &word) override;
     void reloadEngineChoice() override;
