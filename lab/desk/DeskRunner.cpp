@@ -87,6 +87,8 @@ const DeskRunner::Verb DeskRunner::verbs[] = {
     {"hold", &DeskRunner::hold},
     {"key", &DeskRunner::key},
     {"click", &DeskRunner::click},
+    {"click-window", &DeskRunner::clickWindow},
+    {"expect-focus", &DeskRunner::expectFocus},
     {"screenshot", &DeskRunner::screenshot},
     {"http", &DeskRunner::http},
     {"sh", &DeskRunner::shell},
@@ -295,16 +297,23 @@ Result DeskRunner::expectFeature(Step step)
     return answer.ok ? Result{} : Result::failed(step.arguments.join(QLatin1Char(' ')), answer.text);
 }
 
-Result DeskRunner::windowStep(Step step, bool wanted)
+Result DeskRunner::readyToFind(const QString &pattern)
 {
-    const QString pattern = step.arguments.first();
     const QRegularExpression expression(pattern);
     if (!expression.isValid())
         return Result::failed(QStringLiteral("a pattern"), expression.errorString());
     if (!m_desktop)
         m_desktop = Desktop::open();
-    if (!m_desktop)
-        return Result::failed(QStringLiteral("a display"), QStringLiteral("none"));
+    return m_desktop ? Result{} : Result::failed(QStringLiteral("a display"), QStringLiteral("none"));
+}
+
+Result DeskRunner::windowStep(Step step, bool wanted)
+{
+    const QString pattern = step.arguments.first();
+    const Result ready = readyToFind(pattern);
+    if (!ready.ok)
+        return ready;
+    const QRegularExpression expression(pattern);
     const auto reached = [&] { return m_desktop->findWindow(expression).has_value() == wanted; };
     if (waitUntil(reached, step.milliseconds(within(), defaultWaitMs), 20))
         return {};
@@ -313,6 +322,19 @@ Result DeskRunner::windowStep(Step step, bool wanted)
         titles.append(m_desktop->title(window));
     return Result::failed((wanted ? QStringLiteral("a window ") : QStringLiteral("no window ")) + pattern,
                           QStringLiteral("managed windows: ") + titles.join(QStringLiteral("; ")));
+}
+
+Result DeskRunner::withWindow(const QString &pattern,
+                              const std::function<Result(Desktop::Window window)> &action)
+{
+    const Result ready = readyToFind(pattern);
+    if (!ready.ok)
+        return ready;
+    const QRegularExpression expression(pattern);
+    std::optional<Desktop::Window> window;
+    waitUntil([&] { return (window = m_desktop->findWindow(expression)).has_value(); }, defaultWaitMs, 20);
+    return window ? action(*window)
+                  : Result::failed(QStringLiteral("a window ") + pattern, QStringLiteral("none"));
 }
 
 Result DeskRunner::waitWindow(Step step)
@@ -381,14 +403,38 @@ Result DeskRunner::click(Step step)
                     QStringLiteral("click"), step.arguments.value(2, QStringLiteral("1"))});
 }
 
+Result DeskRunner::clickWindow(Step step)
+{
+    return withWindow(step.arguments.first(), [&](Desktop::Window window) {
+        return runTool(QStringLiteral("xdotool"),
+                       {QStringLiteral("mousemove"), QStringLiteral("--window"), QString::number(window),
+                        step.arguments.at(1), step.arguments.at(2), QStringLiteral("click"),
+                        step.arguments.value(3, QStringLiteral("1"))});
+    });
+}
+
+Result DeskRunner::expectFocus(Step step)
+{
+    const TargetWindow *target = targetOf(step.arguments.first());
+    if (!target)
+        return Result::failed(QStringLiteral("a target of this name"), QStringLiteral("none"));
+    return target->hasFocus() ? Result{}
+                              : Result::failed(QStringLiteral("it has the focus"),
+                                               QStringLiteral("another has it, or none"));
+}
+
 Result DeskRunner::screenshot(Step step)
 {
-    if (!m_desktop)
-        m_desktop = Desktop::open();
     const QString file = m_options.artifacts.absoluteFilePath(step.arguments.first());
-    if (m_desktop && m_desktop->screenshot(file))
-        return {true, file, {}, {}};
-    return Result::failed(QStringLiteral("a picture in ") + file, QStringLiteral("it cannot be made"));
+    const auto take = [&](Desktop::Window window) {
+        return m_desktop->screenshot(file, window) ? Result{true, file, {}, {}}
+                                                   : Result::failed(QStringLiteral("a picture in ") + file,
+                                                                    QStringLiteral("it cannot be made"));
+    };
+    if (step.options.contains(QStringLiteral("of")))
+        return withWindow(step.options.value(QStringLiteral("of")), take);
+    const Result ready = readyToFind({});
+    return ready.ok ? take(0) : ready;
 }
 
 Result DeskRunner::http(Step step)

@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QProcessEnvironment>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -72,6 +73,8 @@ private:
     Result hold(Step step);
     Result key(Step step);
     Result click(Step step);
+    Result clickWindow(Step step);
+    Result expectFocus(Step step);
     Result screenshot(Step step);
     Result http(Step step);
     Result shell(Step step);
@@ -83,6 +86,10 @@ private:
     TargetWindow *targetOf(const QString &name) const;
     QByteArray logSinceMark() const;
     Result windowStep(Step step, bool wanted);
+    /// Opens the display, once; fails without one and at a bad pattern.
+    Result readyToFind(const QString &pattern);
+    /// Acts on a visible window, waiting for it first.
+    Result withWindow(const QString &pattern, const std::function<Result(Desktop::Window window)> &action);
     Result runTool(const QString &tool, const QStringList &arguments);
 
     Options m_options;

@@ -4,8 +4,19 @@
 #include "session/VoiceModes.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 
 namespace mevo {
+
+namespace {
+
+/// Says in the log what a text was taken for; never the text itself.
+void logRoute(const ResultText &text, const char *destination)
+{
+    qInfo("Result: %d characters for %s", text.out.size(), destination);
+}
+
+} // namespace
 
 ResultPipeline::ResultPipeline(MainState &state, PipelinePort &port)
     : m_state(state)
@@ -106,6 +117,7 @@ void ResultPipeline::route(const ResultText &received)
     ResultText text = received;
     bool sent = false;
     if (matchDirectCommand(text, sent)) {
+        logRoute(text, "a command");
         if (!m_state.VoiceCommandWordMode) {
             m_port.updateStatusButtons();
         }
@@ -120,14 +132,18 @@ void ResultPipeline::route(const ResultText &received)
         if (m_state.OneShotCommandWord && !m_state.VoiceCommandWordMode) {
             m_port.updateStatusButtons();
         }
+        logRoute(text, "a command");
         runCommand(text, false);
     } else if (m_state.VoiceSearchMode) {
+        logRoute(text, "a search");
         m_port.voiceSearch(text.match);
     } else if (m_state.VoiceTranslateMode) {
+        logRoute(text, "the translation");
         if (m_port.translationDialogExists()) {
             sendToDialogOrScreen(text.out);
         }
     } else {
+        logRoute(text, "the screen");
         m_port.sendToScreen(text.out);
     }
     m_state.OneShotCommandWord = false;
@@ -167,6 +183,7 @@ bool ResultPipeline::matchDirectSearch(const ResultText &text)
             !m_state.ThirdPartyActive) {
             m_port.sendToScreen(text.out);
         }
+        logRoute(text, "a search");
         m_port.voiceSearch(text.match.mid(word.length()));
         return true;
     }
@@ -200,12 +217,14 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
     }
     m_port.updateStatusButtons();
     showSwitchWord(text.out);
+    m_state.ResultIdle = true; // the reload may wait for the backend, and the next press need not
     m_port.reloadEngineChoice();
     return true;
 }
 
 void ResultPipeline::showSwitchWord(const QString &out)
 {
+    qInfo("Result: a change of mode");
     if (!m_state.Enable_SwitchModeFlagsWord2Screen || m_state.LocalEnableASR3) {
         return;
     }

@@ -349,6 +349,12 @@ void MicTipDialog::leaveEvent(QEvent *event)
     }
 }
 
+void MicTipDialog::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    QToolTip::hideText(); // it lies over the bar's buttons and takes their clicks
+}
+
 bool MicTipDialog::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Enter) {
