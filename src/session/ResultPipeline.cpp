@@ -8,16 +8,6 @@
 
 namespace mevo {
 
-namespace {
-
-/// Says in the log what a text was taken for; never the text itself.
-void logRoute(const ResultText &text, const char *destination)
-{
-    qInfo("Result: %d characters for %s", text.out.size(), destination);
-}
-
-} // namespace
-
 ResultPipeline::ResultPipeline(MainState &state, PipelinePort &port)
     : m_state(state)
     , m_port(port)
@@ -82,8 +72,9 @@ void ResultPipeline::handleRecResult(const QString &text)
     const ResultText result = makeResultText(m_state.RecTextBuffer, out, m_state.AddPunctuationWhenEnd,
                                              m_port.usesBaidu() || m_port.usesTencent());
     m_state.RecTextBuffer.clear();
-    route(result);
+    const char *const destination = route(result);
     m_state.ResultIdle = true;
+    qInfo("Result: %d characters, %s", result.out.size(), destination); // never the text itself
 }
 
 bool ResultPipeline::handleMarker(const QString &text)
@@ -112,41 +103,50 @@ bool ResultPipeline::handleMarker(const QString &text)
     return false;
 }
 
-void ResultPipeline::route(const ResultText &received)
+const char *ResultPipeline::route(const ResultText &received)
 {
     ResultText text = received;
     bool sent = false;
     if (matchDirectCommand(text, sent)) {
-        logRoute(text, "a command");
         if (!m_state.VoiceCommandWordMode) {
             m_port.updateStatusButtons();
         }
         runCommand(text, sent);
         m_state.OneShotCommandWord = false;
-        return;
+        return "direct command";
     }
-    if (matchDirectSearch(text) || matchModeSwitch(text)) {
-        return;
+    if (matchDirectSearch(text)) {
+        return "direct search";
     }
+    if (matchModeSwitch(text)) {
+        return "mode word";
+    }
+    const char *const destination = routeByMode(text);
+    m_state.OneShotCommandWord = false;
+    return destination;
+}
+
+const char *ResultPipeline::routeByMode(const ResultText &text)
+{
     if (m_state.OneShotCommandWord || m_state.VoiceCommandWordMode) {
         if (m_state.OneShotCommandWord && !m_state.VoiceCommandWordMode) {
             m_port.updateStatusButtons();
         }
-        logRoute(text, "a command");
         runCommand(text, false);
-    } else if (m_state.VoiceSearchMode) {
-        logRoute(text, "a search");
+        return "command";
+    }
+    if (m_state.VoiceSearchMode) {
         m_port.voiceSearch(text.match);
-    } else if (m_state.VoiceTranslateMode) {
-        logRoute(text, "the translation");
+        return "search";
+    }
+    if (m_state.VoiceTranslateMode) {
         if (m_port.translationDialogExists()) {
             sendToDialogOrScreen(text.out);
         }
-    } else {
-        logRoute(text, "the screen");
-        m_port.sendToScreen(text.out);
+        return "translation";
     }
-    m_state.OneShotCommandWord = false;
+    m_port.sendToScreen(text.out);
+    return "typing";
 }
 
 bool ResultPipeline::matchDirectCommand(ResultText &text, bool &sent)
@@ -183,7 +183,6 @@ bool ResultPipeline::matchDirectSearch(const ResultText &text)
             !m_state.ThirdPartyActive) {
             m_port.sendToScreen(text.out);
         }
-        logRoute(text, "a search");
         m_port.voiceSearch(text.match.mid(word.length()));
         return true;
     }
@@ -224,7 +223,6 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
 
 void ResultPipeline::showSwitchWord(const QString &out)
 {
-    qInfo("Result: a change of mode");
     if (!m_state.Enable_SwitchModeFlagsWord2Screen || m_state.LocalEnableASR3) {
         return;
     }

@@ -136,7 +136,11 @@ struct Desk : mevo::PipelinePort
     void pressTranslateButton() override { mevo::toggleTranslation(state, translation); }
     void voiceSearch(const QString &) override {}
     bool runCommandWord(const QString &) override { return true; }
-    void reloadEngineChoice() override { log.add(QStringLiteral("reload")); }
+    void reloadEngineChoice() override
+    {
+        // It may wait for the backend: the next press must not be refused meanwhile.
+        log.add(state.ResultIdle ? QStringLiteral("reload") : QStringLiteral("reload while busy"));
+    }
     bool usesBaidu() const override { return true; }
     bool usesTencent() const override { return false; }
     bool usesXunFei() const override { return false; }
