@@ -315,15 +315,22 @@ Result DeskRunner::expectFeature(Step step)
     return answer.ok ? Result{} : Result::failed(step.arguments.join(QLatin1Char(' ')), answer.text);
 }
 
-Result DeskRunner::windowStep(const QString &pattern, bool wanted, int timeoutMs)
+Result DeskRunner::readyToFind(const QString &pattern)
 {
     const QRegularExpression expression(pattern);
     if (!expression.isValid())
         return Result::failed(QStringLiteral("a pattern"), expression.errorString());
     if (!m_desktop)
         m_desktop = Desktop::open();
-    if (!m_desktop)
-        return Result::failed(QStringLiteral("a display"), QStringLiteral("none"));
+    return m_desktop ? Result{} : Result::failed(QStringLiteral("a display"), QStringLiteral("none"));
+}
+
+Result DeskRunner::windowStep(const QString &pattern, bool wanted, int timeoutMs)
+{
+    const Result ready = readyToFind(pattern);
+    if (!ready.ok)
+        return ready;
+    const QRegularExpression expression(pattern);
     const auto reached = [&] { return m_desktop->findWindow(expression).has_value() == wanted; };
     if (waitUntil(reached, timeoutMs, 20))
         return {};
@@ -332,6 +339,19 @@ Result DeskRunner::windowStep(const QString &pattern, bool wanted, int timeoutMs
         titles.append(m_desktop->title(window));
     return Result::failed((wanted ? QStringLiteral("a window ") : QStringLiteral("no window ")) + pattern,
                           QStringLiteral("managed windows: ") + titles.join(QStringLiteral("; ")));
+}
+
+Result DeskRunner::withWindow(const QString &pattern,
+                              const std::function<Result(Desktop::Window window)> &action)
+{
+    const Result ready = readyToFind(pattern);
+    if (!ready.ok)
+        return ready;
+    const QRegularExpression expression(pattern);
+    std::optional<Desktop::Window> window;
+    waitUntil([&] { return (window = m_desktop->findWindow(expression)).has_value(); }, defaultWaitMs, 20);
+    return window ? action(*window)
+                  : Result::failed(QStringLiteral("a window ") + pattern, QStringLiteral("none"));
 }
 
 Result DeskRunner::waitWindow(Step step)
@@ -395,20 +415,16 @@ Result DeskRunner::key(Step step)
 
 Result DeskRunner::movePointer(Step step)
 {
-    QPoint corner;
+    const auto moveFrom = [&](const QPoint &corner) {
+        return runTool(QStringLiteral("xdotool"),
+                       {QStringLiteral("mousemove"),
+                        QString::number(corner.x() + step.arguments.at(0).toInt()),
+                        QString::number(corner.y() + step.arguments.at(1).toInt())});
+    };
     const QString pattern = step.options.value(QStringLiteral("over"));
-    if (!pattern.isEmpty()) {
-        const Result found = windowStep(pattern, true, defaultWaitMs);
-        if (!found.ok)
-            return found;
-        const auto window = m_desktop->findWindow(QRegularExpression(pattern));
-        if (!window)
-            return Result::failed(QStringLiteral("a window ") + pattern, QStringLiteral("it has gone"));
-        corner = m_desktop->corner(*window);
-    }
-    return runTool(QStringLiteral("xdotool"),
-                   {QStringLiteral("mousemove"), QString::number(corner.x() + step.arguments.at(0).toInt()),
-                    QString::number(corner.y() + step.arguments.at(1).toInt())});
+    return pattern.isEmpty() ? moveFrom({}) : withWindow(pattern, [&](Desktop::Window window) {
+        return moveFrom(m_desktop->corner(window));
+    });
 }
 
 Result DeskRunner::click(Step step)
@@ -441,12 +457,16 @@ Result DeskRunner::expectFocus(Step step)
 
 Result DeskRunner::screenshot(Step step)
 {
-    if (!m_desktop)
-        m_desktop = Desktop::open();
     const QString file = m_options.artifacts.absoluteFilePath(step.arguments.first());
-    if (m_desktop && m_desktop->screenshot(file))
-        return {true, file, {}, {}};
-    return Result::failed(QStringLiteral("a picture in ") + file, QStringLiteral("it cannot be made"));
+    const auto take = [&](Desktop::Window window) {
+        return m_desktop->screenshot(file, window) ? Result{true, file, {}, {}}
+                                                   : Result::failed(QStringLiteral("a picture in ") + file,
+                                                                    QStringLiteral("it cannot be made"));
+    };
+    if (step.options.contains(QStringLiteral("of")))
+        return withWindow(step.options.value(QStringLiteral("of")), take);
+    const Result ready = readyToFind({});
+    return ready.ok ? take(0) : ready;
 }
 
 Result DeskRunner::http(Step step)

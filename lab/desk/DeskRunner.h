@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QProcessEnvironment>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -88,6 +89,10 @@ private:
     TargetWindow *targetOf(const QString &name) const;
     QByteArray logSinceMark() const;
     Result windowStep(const QString &pattern, bool wanted, int timeoutMs);
+    /// Opens the display, once; fails without one and at a bad pattern.
+    Result readyToFind(const QString &pattern);
+    /// Acts on a visible window, waiting for it first.
+    Result withWindow(const QString &pattern, const std::function<Result(Desktop::Window window)> &action);
     Result runTool(const QString &tool, const QStringList &arguments);
 
     Options m_options;

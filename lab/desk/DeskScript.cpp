@@ -50,7 +50,7 @@ constexpr StepKind stepKinds[] = {
     {"pointer", 2, 2, "over", "pointer X Y [over \"PATTERN\"]: the mouse goes there"},
     {"button", 2, 2, "", "button down|up BUTTON: of the mouse"},
     {"expect-focus", 1, 1, "", "expect-focus NAME: this target has the focus"},
-    {"screenshot", 1, 1, "", "screenshot FILE"},
+    {"screenshot", 1, 1, "of", "screenshot FILE [of \"PATTERN\"]: of the screen or of a visible window"},
     {"http", 2, 2, "contains within", "http GET URL [contains \"TEXT\"] [within MS]"},
     {"sh", 1, 1, "", "sh \"COMMAND\": fails when the command does; PROGRAM_PID is the program's process"},
     {"note", 1, 1, "", "note \"TEXT\": prints it"},

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QLoggingCategory>
+#include <QRect>
 
 #include <xcb/xcb.h>
 
@@ -176,8 +177,18 @@ bool Desktop::focus(Window window, int timeoutMs)
     return focused();
 }
 
-bool Desktop::screenshot(const QString &file) const
+bool Desktop::screenshot(const QString &file, Window window) const
 {
+    QRect area(0, 0, m_width, m_height);
+    if (window != 0) {
+        const auto size =
+            owned(xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
+        const auto corner = owned(xcb_translate_coordinates_reply(
+            m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr));
+        if (!size || !corner)
+            return false;
+        area = area.intersected(QRect(corner->dst_x, corner->dst_y, size->width, size->height));
+    }
     const auto cookie =
         xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root, 0, 0, m_width, m_height, ~0u);
     const auto reply = owned(xcb_get_image_reply(m_connection, cookie, nullptr));
@@ -185,7 +196,7 @@ bool Desktop::screenshot(const QString &file) const
     if (!reply || xcb_get_image_data_length(reply.get()) < m_width * m_height * bytesPerPixel)
         return false;
     const QImage image(xcb_get_image_data(reply.get()), m_width, m_height, QImage::Format_RGB32);
-    return image.save(file);
+    return image.copy(area).save(file);
 }
 
 } // namespace mevo::lab

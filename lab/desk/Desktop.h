@@ -43,8 +43,9 @@ public:
     /// when it never got it.
     bool focus(Window window, int timeoutMs);
 
-    /// Writes a picture of the whole screen; the suffix chooses the format. False on failure.
-    bool screenshot(const QString &file) const;
+    /// Writes a picture of the screen, or of what is seen where a window stands; the suffix chooses the
+    /// format. False on failure.
+    bool screenshot(const QString &file, Window window = 0) const;
 
 private:
     Desktop(xcb_connection_t *connection, int screen);

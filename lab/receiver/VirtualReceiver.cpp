@@ -10,7 +10,7 @@ namespace {
 
 constexpr int tickMs = 50;
 
-qint64 nowMs()
+qint64 systemMs()
 {
     return monotonicNs() / 1000000;
 }
@@ -19,6 +19,7 @@ qint64 nowMs()
 
 VirtualReceiver::VirtualReceiver(TestBed &bed, KeyboardPort *keyboard, int usbPort, QObject *parent)
     : QObject(parent)
+    , m_nowMs(systemMs)
     , m_keyboard(keyboard)
     , m_node(bed, DeviceTree(usbPort, usbPort + 1),
              [this](const QByteArray &report) { return takeFeature(report); })
@@ -38,7 +39,7 @@ bool VirtualReceiver::plug()
         return false;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        deliver(m_firmware.powerOn(nowMs()));
+        deliver(m_firmware.powerOn(m_nowMs()));
     }
     if (!m_node.plug())
         return false;
@@ -68,7 +69,7 @@ VirtualReceiver::KeyFate VirtualReceiver::key(int number, bool pressed)
     if (!plugged())
         return KeyFate::Unplugged;
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return fateOf(m_firmware.key(number, pressed, nowMs()));
+    return fateOf(m_firmware.key(number, pressed, m_nowMs()));
 }
 
 VirtualReceiver::KeyFate VirtualReceiver::customKey(CustomKey which, bool pressed)
@@ -76,7 +77,7 @@ VirtualReceiver::KeyFate VirtualReceiver::customKey(CustomKey which, bool presse
     if (!plugged())
         return KeyFate::Unplugged;
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return fateOf(m_firmware.customKey(which, pressed, nowMs()));
+    return fateOf(m_firmware.customKey(which, pressed, m_nowMs()));
 }
 
 bool VirtualReceiver::sendStatus()
@@ -95,6 +96,12 @@ bool VirtualReceiver::sendRaw(const QByteArray &report)
     return plugged() && deliver(outcome);
 }
 
+void VirtualReceiver::setClock(std::function<qint64()> nowMs)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_nowMs = std::move(nowMs);
+}
+
 void VirtualReceiver::configure(const std::function<void(ReceiverFirmware &)> &change)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -104,7 +111,7 @@ void VirtualReceiver::configure(const std::function<void(ReceiverFirmware &)> &c
 bool VirtualReceiver::voiceKeysSilent() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_firmware.voiceKeysSilent(nowMs());
+    return m_firmware.voiceKeysSilent(m_nowMs());
 }
 
 void VirtualReceiver::refuse(const QByteArray &prefix)
@@ -139,7 +146,7 @@ int VirtualReceiver::takeFeature(const QByteArray &report)
     if (m_refusing && report.startsWith(m_refusedPrefix))
         outcome.accepted = false;
     else
-        outcome = m_firmware.feature(report, nowMs());
+        outcome = m_firmware.feature(report, m_nowMs());
     entry.accepted = outcome.accepted;
     entry.known = outcome.known;
     m_log.add(entry);
@@ -166,7 +173,7 @@ bool VirtualReceiver::deliver(const ReceiverFirmware::Outcome &outcome)
 void VirtualReceiver::tick()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    deliver(m_firmware.tick(nowMs()));
+    deliver(m_firmware.tick(m_nowMs()));
 }
 
 } // namespace mevo::lab

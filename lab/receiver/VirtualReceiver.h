@@ -49,6 +49,8 @@ public:
     /// Sends any bytes as an input report.
     bool sendRaw(const QByteArray &report);
 
+    /// Replaces the system's monotonic clock, in milliseconds, so that time passes by a script's hand.
+    void setClock(std::function<qint64()> nowMs);
     /// Looks at or changes identity, settings and options, safe against the worker thread.
     void configure(const std::function<void(ReceiverFirmware &)> &change);
     bool voiceKeysSilent() const;
@@ -71,7 +73,8 @@ private:
     void tick();
     KeyFate fateOf(const ReceiverFirmware::Outcome &outcome);
 
-    mutable std::mutex m_mutex; ///< guards the four members below, and keeps reports in order
+    mutable std::mutex m_mutex; ///< guards the five members below, and keeps reports in order
+    std::function<qint64()> m_nowMs;
     ReceiverFirmware m_firmware;
     bool m_refusing = false;
     QByteArray m_refusedPrefix;

@@ -317,6 +317,61 @@
     </message>
 </context>
 <context>
+    <name>MouseSettings</name>
+    <message>
+        <source>读取DongleID时没有发现设备!</source>
+        <translation>讀取DongleID時沒有發現裝置!</translation>
+    </message>
+    <message>
+        <source>麦克风</source>
+        <translation type="unfinished">麥克風</translation>
+    </message>
+    <message>
+        <source>麦克风(F6)</source>
+        <translation>麥克風(F6)</translation>
+    </message>
+    <message>
+        <source>语音打字</source>
+        <translation>語音打字</translation>
+    </message>
+    <message>
+        <source>语音搜索</source>
+        <translation>語音搜尋</translation>
+    </message>
+    <message>
+        <source>语音命令</source>
+        <translation>語音命令</translation>
+    </message>
+    <message>
+        <source>语音翻译</source>
+        <translation>語音翻譯</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>刪除</translation>
+    </message>
+    <message>
+        <source>回桌面</source>
+        <translation>回桌面</translation>
+    </message>
+    <message>
+        <source>前进</source>
+        <translation>前進</translation>
+    </message>
+    <message>
+        <source>后退</source>
+        <translation>後退</translation>
+    </message>
+    <message>
+        <source>长按中键上滚</source>
+        <translation>長按中鍵上滾</translation>
+    </message>
+    <message>
+        <source>长按中键下滚</source>
+        <translation>長按中鍵下滾</translation>
+    </message>
+</context>
+<context>
     <name>Notifications</name>
     <message>
         <source>灵犀听写</source>

@@ -316,6 +316,61 @@
     </message>
 </context>
 <context>
+    <name>MouseSettings</name>
+    <message>
+        <source>读取DongleID时没有发现设备!</source>
+        <translation>No receiver was found to read the ID from.</translation>
+    </message>
+    <message>
+        <source>麦克风</source>
+        <translation type="unfinished">Microphone</translation>
+    </message>
+    <message>
+        <source>麦克风(F6)</source>
+        <translation>Microphone (F6)</translation>
+    </message>
+    <message>
+        <source>语音打字</source>
+        <translation>Voice typing</translation>
+    </message>
+    <message>
+        <source>语音搜索</source>
+        <translation>Voice search</translation>
+    </message>
+    <message>
+        <source>语音命令</source>
+        <translation>Voice command</translation>
+    </message>
+    <message>
+        <source>语音翻译</source>
+        <translation>Voice translation</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>回桌面</source>
+        <translation>Show desktop</translation>
+    </message>
+    <message>
+        <source>前进</source>
+        <translation>Forward</translation>
+    </message>
+    <message>
+        <source>后退</source>
+        <translation>Back</translation>
+    </message>
+    <message>
+        <source>长按中键上滚</source>
+        <translation>Hold middle button: scroll up</translation>
+    </message>
+    <message>
+        <source>长按中键下滚</source>
+        <translation>Hold middle button: scroll down</translation>
+    </message>
+</context>
+<context>
     <name>Notifications</name>
     <message>
         <source>灵犀听写</source>

@@ -201,6 +201,7 @@ private:
     void deviceRemoved();
     void restartKeypadSibling();
     void closeInputMethodWindow();
+    void endRunningSession();
 
     // Engines and services.
     void carryOut(const mevo::EngineChange &change);
@@ -262,6 +263,7 @@ private:
     mevo::Platform &m_platform;
     mevo::SessionHands m_sessionHands{*this};
     mevo::PipelineHands m_pipelineHands{*this};
+    mevo::TranslationHands m_translationHands;
     mevo::SessionMachine m_session;
     mevo::ResultPipeline m_pipeline;
     mevo::EngineEndpoints m_endpoints;

@@ -191,12 +191,7 @@ void DeviceCommands::requestIdentity()
         mevo::SettingsFile settings;
         settings.setValue(QStringLiteral("DongleID"), m_state.DongleID);
         settings.setValue(QStringLiteral("DongleIDDecimal"), m_state.DongleIDDecimal);
-        if (m_state.DongleIDDecimal == QLatin1String(mevo::kZeroIdentityDecimal)) {
-            m_hooks.trayMessage(
-                tr("请尝试将设备接到到其它USB口再打开软件，如一直显示此信息，请与供货商联系(") +
-                    m_state.DongleIDDecimal + QLatin1Char(')'),
-                mevo::MessageIcon::Warning, 3000);
-        }
+        tellZeroIdentity(*identity);
         return;
     }
     // A report that was under way when the reader paused comes first; the reply is the next one.
@@ -204,7 +199,17 @@ void DeviceCommands::requestIdentity()
     if (m_platform.hid->read(handle, reply.data(), reply.size()) > 0) {
         if (const auto identity = mevo::parseIdentity(reply)) {
             m_state.DongleID = identity->dongleId;
+            tellZeroIdentity(*identity);
         }
+    }
+}
+
+void DeviceCommands::tellZeroIdentity(const mevo::DeviceIdentity &identity)
+{
+    if (identity.dongleIdDecimal == QLatin1String(mevo::kZeroIdentityDecimal)) {
+        m_hooks.trayMessage(tr("请尝试将设备接到到其它USB口再打开软件，如一直显示此信息，请与供货商联系(") +
+                                identity.dongleIdDecimal + QLatin1Char(')'),
+                            mevo::MessageIcon::Warning, 3000);
     }
 }
 

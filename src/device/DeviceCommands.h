@@ -89,6 +89,7 @@ private:
     bool sendChecked(const std::optional<mevo::FeatureReport> &report, const char *what, int value);
     void awaitReaderPause();
     void requestIdentity();
+    void tellZeroIdentity(const mevo::DeviceIdentity &identity);
     int failOpening(int result);
     void startInjection(std::optional<mevo::KeyCombination> combination);
 

@@ -211,12 +211,8 @@ void MainWindow::deviceRemoved()
         m_device->StopHeartbeat();
         stopReader();
         m_device->ReleaseHidDevice();
-        if (Recording && !MouseSession) {
-            // The key that was held can no longer come up: what was said so far still counts.
-            m_session.reset();
-            m_sessionHands.hideTipWindow();
-            MicWinShown = false;
-            Q_EMIT updateMicWin(QLatin1String(mevo::pictures::micIdle));
+        if (!MouseSession) {
+            endRunningSession(); // the key that was held can no longer come up
         }
     }
     hide();

@@ -15,6 +15,7 @@
 #include "service/WebApi.h"
 #include "service/WebApiReply.h"
 #include "session/ThirdPartyKeys.h"
+#include "session/VoiceModes.h"
 #include "ui/QToolTips.h"
 
 #include <QAction>
@@ -123,6 +124,7 @@ void MainWindow::trigerAllAsrLanMenu(QAction *act)
     if (row == nullptr) {
         return;
     }
+    mevo::saveLastModes(*this);
     closeInputMethodWindow();
     if (RunAsAdmin) {
         clearRunAsAdministrator();

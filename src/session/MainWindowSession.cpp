@@ -4,7 +4,6 @@
 
 #include "audio/AudioRecorder.h"
 #include "device/DeviceCommands.h"
-#include "device/DeviceReports.h"
 #include "session/ThirdPartyKeys.h"
 #include "ui/MicTipDialog.h"
 
@@ -138,20 +137,35 @@ void MainWindow::on_closeASRFuncAction()
         m_closeAsrAction->setText(tr("关闭语音输入识别"));
         return;
     }
-    if (sendMicrophoneLatch(false)) {
-        ASRFuncClosed = true;
-    }
-    if (!m_device->DeviceGoodbye()) {
+    if (!sendMicrophoneLatch(false)) {
         return;
     }
     ASRFuncClosed = true;
-    m_closeAsrAction->setText(tr("打开语音输入识别"));
-    message(tr("3秒后会关闭语音输入识别功能！"), mevo::MessageIcon::Information, 100);
+    if (m_device->DeviceGoodbye()) {
+        m_closeAsrAction->setText(tr("打开语音输入识别"));
+        message(tr("3秒后会关闭语音输入识别功能！"), mevo::MessageIcon::Information, 100);
+    }
+    endRunningSession(); // its release is no longer taken, and the microphone would stay open
+}
+
+/// For a session whose release can no longer come: what was said so far still counts.
+void MainWindow::endRunningSession()
+{
+    if (!Recording) {
+        return;
+    }
+    if (m_micTip != nullptr) {
+        m_micTip->endLatch();
+    }
+    m_sessionHands.hideTipWindow();
+    MicWinShown = false;
+    Q_EMIT updateMicWin(QLatin1String(mevo::pictures::micIdle));
+    m_session.reset(); // last: recognition waits in an event loop
 }
 
 bool MainWindow::sendMicrophoneLatch(bool on)
 {
-    return deviceOpen() && m_device->SendDeviceCommand(on ? mevo::reports::latchOn : mevo::reports::latchOff);
+    return deviceOpen() && (on ? m_device->MicLatchOn() : m_device->MicLatchOff());
 }
 
 void MainWindow::flushUsageCounters()

@@ -27,8 +27,10 @@ public:
     virtual bool translationDialogExists() const = 0;
     virtual bool translationDialogClosing() const = 0;
     virtual void showOnTranslationDialog(const QString &text) = 0;
-    /// Opens the translation dialog, or shows it when it is hidden.
-    virtual void openTranslationDialog() = 0;
+    /// Shows the translation dialog that exists; a visible one stays as it is.
+    virtual void showTranslationDialog() = 0;
+    /// Does what a click on the bar's translate button does.
+    virtual void pressTranslateButton() = 0;
 
     virtual void voiceSearch(const QString &text) = 0;
     /// Runs the command bound to a word; `sent` says that the word's text is on the screen already. False

@@ -5,6 +5,7 @@
 #include "session/VoiceModes.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 
 namespace mevo {
 
@@ -72,8 +73,9 @@ void ResultPipeline::handleRecResult(const QString &text)
     const ResultText result = makeResultText(m_state.RecTextBuffer, out, m_state.AddPunctuationWhenEnd,
                                              m_port.usesBaidu() || m_port.usesTencent());
     m_state.RecTextBuffer.clear();
-    route(result);
+    const char *const destination = route(result);
     m_state.ResultIdle = true;
+    qInfo("Result: %d characters, %s", result.out.size(), destination); // never the text itself
 }
 
 bool ResultPipeline::handleMarker(const QString &text)
@@ -102,7 +104,7 @@ bool ResultPipeline::handleMarker(const QString &text)
     return false;
 }
 
-void ResultPipeline::route(const ResultText &received)
+const char *ResultPipeline::route(const ResultText &received)
 {
     ResultText text = received;
     bool sent = false;
@@ -112,26 +114,40 @@ void ResultPipeline::route(const ResultText &received)
         }
         runCommand(text, sent);
         m_state.OneShotCommandWord = false;
-        return;
+        return "direct command";
     }
-    if (matchDirectSearch(text) || matchModeSwitch(text)) {
-        return;
+    if (matchDirectSearch(text)) {
+        return "direct search";
     }
+    if (matchModeSwitch(text)) {
+        return "mode word";
+    }
+    const char *const destination = routeByMode(text);
+    m_state.OneShotCommandWord = false;
+    return destination;
+}
+
+const char *ResultPipeline::routeByMode(const ResultText &text)
+{
     if (m_state.OneShotCommandWord || m_state.VoiceCommandWordMode) {
         if (m_state.OneShotCommandWord && !m_state.VoiceCommandWordMode) {
             m_port.updateStatusButtons();
         }
         runCommand(text, false);
-    } else if (m_state.VoiceSearchMode) {
+        return "command";
+    }
+    if (m_state.VoiceSearchMode) {
         m_port.voiceSearch(text.match);
-    } else if (m_state.VoiceTranslateMode) {
+        return "search";
+    }
+    if (m_state.VoiceTranslateMode) {
         if (m_port.translationDialogExists()) {
             sendToDialogOrScreen(text.out);
         }
-    } else {
-        m_port.sendToScreen(text.out);
+        return "translation";
     }
-    m_state.OneShotCommandWord = false;
+    m_port.sendToScreen(text.out);
+    return "typing";
 }
 
 bool ResultPipeline::matchDirectCommand(ResultText &text, bool &sent)
@@ -178,7 +194,11 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
     } else if (m_state.SetEnterVoiceTranslateModeSwitchModeFlags.contains(text.match)) {
         m_state.VoiceTranslateMode = true;
         m_state.VoiceSearchMode = false;
-        m_port.openTranslationDialog();
+        if (m_port.translationDialogExists()) {
+            m_port.showTranslationDialog(); // the button would take a visible one away
+        } else {
+            m_port.pressTranslateButton();
+        }
         m_port.updateStatusButtons();
         showSwitchWord(text.out);
         return true; // translating leaves the engine choice alone
@@ -191,18 +211,19 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
     }
     m_port.updateStatusButtons();
     showSwitchWord(text.out);
+    m_state.ResultIdle = true; // the reload may wait for the backend, and the next press need not
     m_port.reloadEngineChoice();
     return true;
 }
 
 void ResultPipeline::showSwitchWord(const QString &out)
 {
-    if (!m_state.Enable_SwitchModeFlagsWord2Screen) {
+    if (!m_state.Enable_SwitchModeFlagsWord2Screen || m_state.LocalEnableASR3) {
         return;
     }
     if (m_port.translationDialogExists()) {
         sendToDialogOrScreen(out);
-    } else if (!m_state.LocalEnableASR3) {
+    } else {
         m_port.sendToScreen(out);
     }
 }

@@ -21,7 +21,9 @@ public:
 private:
     bool handleMarker(const QString &text);
     void endByEngine();
-    void route(const ResultText &text);
+    /// Does what the text asks for, and answers what it was taken for, for the log.
+    const char *route(const ResultText &text);
+    const char *routeByMode(const ResultText &text);
     bool matchDirectCommand(ResultText &text, bool &sent);
     bool matchDirectSearch(const ResultText &text);
     bool matchModeSwitch(const ResultText &text);

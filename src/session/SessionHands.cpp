@@ -94,7 +94,7 @@ void SessionHands::preparePartialResults()
 
 bool SessionHands::translationDialogTakesKeys() const
 {
-    return false;
+    return m_window.m_translationHands.takesKeys();
 }
 
 void SessionHands::recordStart()
@@ -209,12 +209,12 @@ void PipelineHands::updateStatusButtons()
 
 bool PipelineHands::translationDialogExists() const
 {
-    return false;
+    return m_window.m_translationHands.exists();
 }
 
 bool PipelineHands::translationDialogClosing() const
 {
-    return false;
+    return m_window.m_translationHands.isClosing();
 }
 
 void PipelineHands::showOnTranslationDialog(const QString &text)
@@ -222,7 +222,12 @@ void PipelineHands::showOnTranslationDialog(const QString &text)
     Q_EMIT m_window.showRecTextOnTransDlgSignal(text);
 }
 
-void PipelineHands::openTranslationDialog()
+void PipelineHands::showTranslationDialog()
+{
+    m_window.m_translationHands.show();
+}
+
+void PipelineHands::pressTranslateButton()
 {
     m_window.pushBuutton_Translate_clicked();
 }
@@ -255,6 +260,12 @@ bool PipelineHands::usesTencent() const
 bool PipelineHands::usesXunFei() const
 {
     return m_window.m_recorder != nullptr && m_window.m_recorder->UseXunFeiWebApi;
+}
+
+bool TranslationHands::create()
+{
+    qInfo() << "The translation dialog is not part of this build";
+    return false;
 }
 
 } // namespace mevo

@@ -2,6 +2,7 @@
 
 #include "session/PipelinePort.h"
 #include "session/SessionPort.h"
+#include "session/TranslationPort.h"
 
 class MainWindow;
 
@@ -65,7 +66,8 @@ public:
     bool translationDialogExists() const override;
     bool translationDialogClosing() const override;
     void showOnTranslationDialog(const QString &text) override;
-    void openTranslationDialog() override;
+    void showTranslationDialog() override;
+    void pressTranslateButton() override;
     void voiceSearch(const QString &text) override;
     bool runCommandWord(const QString &word, bool sent) override;
     void reloadEngineChoice() override;
@@ -75,6 +77,19 @@ public:
 
 private:
     MainWindow &m_window;
+};
+
+/// The translation dialog, which is not part of this build: there is none and none can be made.
+class TranslationHands : public TranslationPort
+{
+public:
+    bool exists() const override { return false; }
+    bool isVisible() const override { return false; }
+    bool isClosing() const override { return false; }
+    bool takesKeys() const override { return false; }
+    bool create() override;
+    void show() override {}
+    void destroy() override {}
 };
 
 } // namespace mevo

@@ -1,6 +1,7 @@
 #include "session/VoiceModes.h"
 
 #include "session/KeyReport.h"
+#include "session/TranslationPort.h"
 
 namespace mevo {
 
@@ -47,6 +48,26 @@ ModeChange changeModeByKey(SessionState &state, int key)
         return ModeChange::Changed;
     default:
         return ModeChange::None;
+    }
+}
+
+void openTranslation(SessionState &state, TranslationPort &dialog)
+{
+    if (dialog.exists() || dialog.create()) {
+        dialog.show();
+    } else {
+        state.VoiceTranslateMode = false;
+    }
+}
+
+void toggleTranslation(SessionState &state, TranslationPort &dialog)
+{
+    const bool opens = !dialog.isVisible();
+    state.VoiceTranslateMode = opens;
+    if (opens) {
+        openTranslation(state, dialog);
+    } else {
+        dialog.destroy();
     }
 }
 

@@ -228,19 +228,22 @@ void MicTipDialog::emitReport(int key, bool pressed)
     Q_EMIT returnMouseKeyResult(m_report);
 }
 
-void MicTipDialog::MicStart()
+bool MicTipDialog::MicStart()
 {
     if (m_state.deviceOpen() && !m_host.sendMicrophoneLatch(true)) {
-        return;
+        return false;
     }
     emitReport(mevo::KeyVoiceTyping, true);
+    return true;
 }
 
-void MicTipDialog::micStop()
+void MicTipDialog::micStop(int latchReports)
 {
     if (m_state.deviceOpen()) {
         m_host.flushUsageCounters();
-        m_host.sendMicrophoneLatch(false);
+        for (int i = 0; i < latchReports; ++i) {
+            m_host.sendMicrophoneLatch(false);
+        }
     }
     emitReport(mevo::KeyVoice, false);
 }
@@ -258,18 +261,18 @@ void MicTipDialog::toggleLatch()
     if (!m_state.MicLatched) {
         m_host.saveFocusWindow();
         m_state.MicLatched = true;
-        MicStart();
-        setButtonsVisible(false);
+        if (MicStart()) {
+            setButtonsVisible(false);
+        } else {
+            m_state.MicLatched = false; // nothing was started, and a latch keeps the device's keys away
+        }
         return;
     }
     if (m_state.KeyUpHeld) {
         return;
     }
     m_state.MicLatched = false;
-    if (m_state.deviceOpen()) {
-        m_host.sendMicrophoneLatch(false); // the device wants to hear it twice
-    }
-    micStop();
+    micStop(2); // the device wants to hear it twice
 }
 
 void MicTipDialog::mousePressEvent(QMouseEvent *event)
@@ -352,6 +355,12 @@ void MicTipDialog::leaveEvent(QEvent *event)
     if (!m_state.MicLatched && !m_state.Recording) {
         setPicture(QLatin1String(mevo::pictures::micIdle));
     }
+}
+
+void MicTipDialog::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    QToolTip::hideText(); // it lies over the bar's buttons and takes their clicks
 }
 
 bool MicTipDialog::eventFilter(QObject *watched, QEvent *event)

@@ -62,6 +62,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void enterEvent(QEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -70,8 +71,9 @@ protected:
 private:
     void setPicture(const QString &picture);
     void setButtonsVisible(bool visible);
-    void MicStart();
-    void micStop();
+    /// False when the device refused its latch: then nothing has started.
+    bool MicStart();
+    void micStop(int latchReports = 1);
     void emitReport(int key, bool pressed);
     void toggleLatch();
 

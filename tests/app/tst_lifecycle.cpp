@@ -7,6 +7,7 @@
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
 
+#include <QAction>
 #include <QMenu>
 #include <QPushButton>
 #include <QtTest>
@@ -199,6 +200,13 @@ private Q_SLOTS:
         program.window->CallMainFunctionSlot(16);
         QVERIFY(program.fake.log.has(QStringLiteral("sleep 500")));
         QVERIFY(!program.window->Recording);
+        const QMenu *menu = program.window->languageMenu();
+        program.window->recorder()->BaiDuNoStreamApi = false;
+        program.window->CallMainFunctionSlot(21);
+        QCOMPARE(program.window->languageMenu(), menu);
+        program.window->recorder()->BaiDuNoStreamApi = true;
+        program.window->CallMainFunctionSlot(21);
+        QVERIFY(program.window->languageMenu() != menu);
         for (const int index : {-1, 0, 15, 19, 20, 23, 1000}) {
             program.window->CallMainFunctionSlot(index);
         }
@@ -272,6 +280,99 @@ private Q_SLOTS:
         QTRY_VERIFY(!program.window->Recording);
         program.fake.hid->push(QByteArray::fromHex("01700601000000000000000000000000"));
         QTRY_VERIFY(program.window->VoiceCommandWordMode && !program.window->VoiceTypeMode);
+    }
+
+    void voiceInputClosesAndOpens()
+    {
+        Program program;
+        program.start();
+        MainWindow &window = *program.window;
+        const QAction *action = nullptr;
+        for (const QAction *each : window.findChildren<QAction *>()) {
+            action = each->text() == QStringLiteral("关闭语音识别") ? each : action;
+        }
+        QVERIFY(action != nullptr);
+        const auto take = [&program](const std::function<void()> &step) {
+            program.fake.log.clear();
+            step();
+            QStringList calls = program.fake.log.calls(QStringLiteral("hid send"));
+            return calls + program.fake.log.calls(QStringLiteral("message"));
+        };
+        const auto click = [&window] { window.on_closeASRFuncAction(); };
+        char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
+
+        program.fake.hid->sendResult = -1; // refused: it stops there
+        QCOMPARE(take(click), QStringList{latchOff});
+        QVERIFY(!window.ASRFuncClosed);
+        program.fake.hid->sendResult = 8;
+        window.ProcessResult(press);
+        QVERIFY(window.Recording);
+        QCOMPARE(take(click), (QStringList{latchOff, goodbye,
+                                           QStringLiteral("message 3秒后会关闭语音输入识别功能！ (100)")}));
+        QVERIFY(!window.Recording && !window.micTip()->isVisible()); // the microphone does not stay open
+        QCOMPARE(action->text(), QStringLiteral("打开语音输入识别"));
+        QCOMPARE(take([&] { window.ProcessResult(press); }),
+                 QStringList{QStringLiteral("message 已关闭语音识别功能！ (100)")});
+        QCOMPARE(take(click), (QStringList{QStringLiteral("hid send 05 81 01 00 00 00 00 00"),
+                                           QStringLiteral("message 已打开语音输入识别功能！ (100)")}));
+        QCOMPARE(action->text(), QStringLiteral("关闭语音输入识别"));
+        window.DeviceConnected = false;
+        QCOMPARE(take(click), QStringList());
+        QVERIFY(!window.ASRFuncClosed);
+    }
+
+    void tipWindowLatchesTheMicrophone_data()
+    {
+        QTest::addColumn<bool>("plugged");
+        QTest::addColumn<int>("sendResult");
+        QTest::addColumn<bool>("records");
+        QTest::newRow("with a receiver") << true << 8 << true;
+        QTest::newRow("the receiver refuses") << true << -1 << false;
+        QTest::newRow("without a receiver") << false << -1 << true;
+    }
+
+    void tipWindowLatchesTheMicrophone()
+    {
+        QFETCH(bool, plugged);
+        QFETCH(int, sendResult);
+        QFETCH(bool, records);
+        Program program(plugged);
+        program.start();
+        MainWindow &window = *program.window;
+        window.ClickCanASR = true;
+        window.micTip()->show();
+        const auto reports = [&] {
+            const QStringList sent = program.fake.log.calls(QStringLiteral("hid send 05 20"));
+            program.fake.log.clear();
+            return sent;
+        };
+        const QStringList on =
+            plugged ? QStringList{QStringLiteral("hid send 05 20 0c 00 00 00 00 00")} : QStringList();
+        const auto off = [&](int times) {
+            QStringList list;
+            for (int i = 0; plugged && i < times; ++i) {
+                list.append(latchOff);
+            }
+            return list;
+        };
+        reports();
+        program.fake.hid->sendResult = sendResult;
+        QTest::mousePress(window.micTip(), Qt::RightButton);
+        QCOMPARE(reports(), on);
+        QCOMPARE(window.Recording.load(), records);
+        QCOMPARE(window.MicLatched.load(), records); // a latch without a session would only bar the keys
+        if (records) {
+            QTest::mousePress(window.micTip(), Qt::RightButton);
+            QCOMPARE(reports(), off(2));
+            QVERIFY(!window.Recording && !window.MicLatched);
+        }
+        QTest::mousePress(window.micTip(), Qt::LeftButton);
+        QTRY_COMPARE(program.fake.log.calls(QStringLiteral("hid send 05 20")), on);
+        QTRY_COMPARE(window.Recording.load(), records);
+        reports();
+        QTest::mouseRelease(window.micTip(), Qt::LeftButton);
+        QCOMPARE(reports(), off(1));
+        QVERIFY(!window.Recording);
     }
 
     void textIsPostedAndWhatDoesNotGoIsKept()

@@ -2,9 +2,11 @@
 
 #include "app/MainState.h"
 #include "app/SettingsFile.h"
+#include "device/MouseSettings.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
 
+#include <QTranslator>
 #include <QtTest>
 
 namespace {
@@ -23,14 +25,16 @@ struct Link
                         fake.log.add(QStringLiteral("timer start %1").arg(interval));
                         return ++lastTimer;
                     },
-                    [this](int id) { fake.log.add(QStringLiteral("timer kill %1").arg(id)); },
-                    [this](const QString &text, mevo::MessageIcon icon, int milliseconds) {
-                        fake.log.add(
-                            QStringLiteral("tray %1 %2 %3").arg(int(icon)).arg(milliseconds).arg(text));
-                    },
+                    [this](int id) { fake.log.add(QStringLiteral("timer kill %1").arg(id)); }, say(),
                     [this] { fake.log.add(QStringLiteral("leave")); }})
     {
         fake.hid->entries = FakeHid::receiver();
+    }
+    decltype(mevo::DeviceLinkHooks::trayMessage) say()
+    {
+        return [this](const QString &text, mevo::MessageIcon icon, int milliseconds) {
+            fake.log.add(QStringLiteral("tray %1 %2 %3").arg(int(icon)).arg(milliseconds).arg(text));
+        };
     }
     void open()
     {
@@ -42,6 +46,19 @@ struct Link
     MainState state;
     int lastTimer = 0;
     DeviceCommands commands;
+};
+
+/// A language in which forward and back are one word.
+class SameLabels : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char *, const char *text, const char *, int) const override
+    {
+        const QString label = QString::fromUtf8(text);
+        return label == QStringLiteral("前进") || label == QStringLiteral("后退") ? QStringLiteral("move")
+                                                                                  : QString();
+    }
 };
 
 } // namespace
@@ -168,10 +185,20 @@ private slots:
         QCOMPARE(link.fake.log.calls(QStringLiteral("tray")), QStringList());
     }
 
+    void zeroIdentityIsTold_data()
+    {
+        QTest::addColumn<bool>("second"); ///< the reply comes behind another report
+        QTest::newRow("first reply") << false;
+        QTest::newRow("second reply") << true;
+    }
     void zeroIdentityIsTold()
     {
         Link link;
         link.open();
+        QFETCH(bool, second);
+        if (second) {
+            link.fake.hid->push(kKey);
+        }
         link.fake.hid->identityReply = QByteArray::fromHex("010c");
         link.commands.ReadDeviceIdentity();
         QCOMPARE(link.state.DongleID, QStringLiteral("00-00-000000"));
@@ -227,18 +254,69 @@ private slots:
 
         link.open();
         QCOMPARE(run(), commands.size());
-        QCOMPARE(
-            link.fake.hid->sent(),
-            (QStringList{QStringLiteral("05 20 10 00 00 01 00 00"), QStringLiteral("05 20 20 00 00 00 02 00"),
-                         QStringLiteral("05 20 40 00 00 00 00 01"), QStringLiteral("05 71 02 0f 00 00 00 00"),
-                         QStringLiteral("05 20 0c 00 00 00 00 00"), QStringLiteral("05 20 08 00 00 00 00 00"),
-                         QStringLiteral("05 81 07 00 00 00 00 00"), QStringLiteral("05 81 04 00 00 00 00 00"),
-                         QStringLiteral("05 2d 00 00 00 00 00 00"), QStringLiteral("05 81 01 00 00 00 00 00"),
-                         QStringLiteral("05 81 04 01 06 00 00 00")}));
         QVERIFY(!link.state.HidBusy);
         QVERIFY(!link.commands.SetMouseDPI(1234));
         link.fake.hid->sendResult = -1;
         QCOMPARE(run(), 0);
+    }
+
+    void settingsPage_data()
+    {
+        QTest::addColumn<bool>("connected");
+        QTest::newRow("with a device") << true;
+        QTest::newRow("without one all is written, nothing sent") << false;
+    }
+    void settingsPage()
+    {
+        QFETCH(bool, connected);
+        scratchHome.remove(QStringLiteral("MEVOSetting.ini"));
+        Link link;
+        link.fake.hid->identityReply = kIdentity;
+        if (connected) {
+            link.open();
+        }
+        SameLabels sameLabels;
+        QCoreApplication::installTranslator(&sameLabels);
+        mevo::MouseSettings page(link.commands, link.state, *link.fake.time, link.say());
+        page.choose(mevo::mouseDPI, 0);
+        page.choose(mevo::mouseDataRate, 2);
+        page.choose(mevo::mouseWheelSpeed, 0);
+        page.choose(mevo::mouseWheelSpeed, 3);
+        QVERIFY(page.assignKey(mevo::CustomKey::Left, QStringLiteral("move")));
+        QVERIFY(page.assignKey(mevo::CustomKey::Right, QStringLiteral("删除")));
+        QVERIFY(!page.assignKey(mevo::CustomKey::Right, QStringLiteral("自定义")));
+        QCOMPARE(link.fake.hid->sent().size(), connected ? 5 : 0);
+
+        const QList<QPair<const char *, const char *>> written{
+            {"MouseCurrentDPI", "800"},
+            {"MouseCurrentDataRate", "500"},
+            {"MouseCurrentWheelSpeed", "0"},
+            {"MouseCurrentLeftKeyString", "move"},
+            {"MouseCurrentLeftKeyValue", "11"}, // the later one of the two rows of that name
+            {"MouseCurrentRightKeyString", "删除"},
+            {"MouseCurrentRightKeyValue", "15"}};
+        for (const auto &pair : written) {
+            QCOMPARE(mevo::SettingsFile().value(QLatin1String(pair.first)).toString(),
+                     QString::fromUtf8(pair.second));
+        }
+        QCOMPARE(link.state.MouseCurrentDPI.load(), 800);
+        QCOMPARE(link.state.MouseCurrentDataRate.load(), 500);
+        QCOMPARE(link.state.MouseCurrentWheelSpeed.load(), 0);
+        QCOMPARE(link.state.MouseCurrentLeftKeyValue.load(), 11);
+        QCOMPARE(link.state.MouseCurrentRightKeyString, QStringLiteral("删除"));
+
+        link.fake.log.clear();
+        QCOMPARE(page.showDongleID(), connected ? QStringLiteral("0a-03-040305") : QString());
+        QCOMPARE(link.state.DongleID, QString());
+        QCOMPARE(link.fake.log.has(QStringLiteral("tray 3 2000 读取DongleID时没有发现设备!")), !connected);
+        QCOMPARE(link.fake.log.has(QStringLiteral("sleep 200")), connected);
+    }
+
+    void batteryPictures()
+    {
+        QCOMPARE(mevo::batteryPicture(0), QStringLiteral(":/rec/PowerLevel0.png"));
+        QCOMPARE(mevo::batteryPicture(3), QStringLiteral(":/rec/PowerLevel3.png"));
+        QCOMPARE(mevo::batteryPicture(-1), QString());
     }
 
     void heartbeat()

@@ -1,70 +1,97 @@
+#include "app/MainState.h"
+#include "app/SettingsFile.h"
+#include "device/MouseSettings.h"
 #include "device/ReceiverDiscovery.h"
 #include "platform/linux/HidapiHid.h"
 #include "platform/linux/UdevNotifier.h"
+#include "receiver/VirtualReceiver.h"
+#include "support/FakePlatform.h"
+#include "support/ScratchHome.h"
 
-#include <QDir>
+#include <QRegularExpression>
 #include <QtTest>
 
-#undef signals // GLib has a member of that name
-#include <umockdev.h>
+/// The real hidapi and libudev at the lab's virtual receiver, in one process: umockdev must be preloaded.
 
-#include <cstring>
-#include <linux/hidraw.h>
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
-/// The real hidapi and libudev on devices of umockdev, which must be preloaded into this process.
+using mevo::lab::LoggedReport;
+using mevo::lab::ReceiverFirmware;
+using mevo::lab::VirtualReceiver;
 
 namespace {
 
-const QByteArray kUsb = "/devices/pci0000:00/0000:00:14.0/usb1/1-2";
-const QByteArray kInterface = kUsb + "/1-2:1.1";
-const QByteArray kHid = kInterface + "/0003:258A:1016.0002";
-const QByteArray kHidraw = kHid + "/hidraw/hidraw3";
-/// A digitizer collection with 15-byte input reports of id 1, a vendor one with feature reports of id 5.
-const QByteArray kDescriptor = QByteArray::fromHex("050d0901a101850115002 6ff007508950f09018102c0"
-                                                   "0600ff0901a1018505150026ff007508950709 01b102c0");
+ScratchHome scratchHome;
 
-gboolean answerIoctl(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer features)
+/// Writes down what the receiver types.
+class Keyboard : public mevo::lab::KeyboardPort
 {
-    const gulong request = umockdev_ioctl_client_get_request(client);
-    const gsize length = _IOC_SIZE(request);
-    g_autoptr(UMockdevIoctlData) data =
-        umockdev_ioctl_data_resolve(umockdev_ioctl_client_get_arg(client), 0, length, nullptr);
-    if (_IOC_TYPE(request) != 'H' || data == nullptr) {
-        return FALSE;
+public:
+    void apply(const mevo::lab::KeyboardReport &report) override
+    {
+        log.add(QStringLiteral("%1 %2").arg(report.modifiers, 0, 16).arg(report.usage, 0, 16));
     }
-    glong result = 0;
-    switch (_IOC_NR(request)) {
-    case 1: { // size of the descriptor
-        const int size = kDescriptor.size();
-        std::memcpy(data->data, &size, sizeof size);
-        break;
-    }
-    case 2: // the descriptor
-        std::memcpy(reinterpret_cast<hidraw_report_descriptor *>(data->data)->value, kDescriptor.constData(),
-                    static_cast<std::size_t>(kDescriptor.size()));
-        break;
-    case 6: // feature report
-        static_cast<QList<QByteArray> *>(features)->append(
-            QByteArray(reinterpret_cast<const char *>(data->data), static_cast<int>(length)).toHex(' '));
-        result = static_cast<glong>(length);
-        break;
-    default:
-        umockdev_ioctl_client_complete(client, -1, EINVAL);
-        return TRUE;
-    }
-    umockdev_ioctl_client_complete(client, result, 0);
-    return TRUE;
-}
+    void turnWheel(int) override {}
+    CallLog log;
+};
 
-int openDescriptors()
+/// The program's device commands at the plugged receiver, whose clock stands still unless it is moved.
+struct Link
 {
-    return QDir(QStringLiteral("/proc/self/fd"))
-        .entryList(QDir::NoDotAndDotDot | QDir::System | QDir::Files)
-        .size();
-}
+    explicit Link(mevo::lab::TestBed &bed)
+        : receiver(bed, &keyboard)
+        , commands(fake.platform, state, {[](int) { return 1; }, [](int) {}, say, [] {}})
+        , settings(commands, state, *fake.time, say)
+    {
+        fake.platform.hid = std::make_unique<mevo::HidapiHid>();
+        receiver.setClock([this] { return clock.load(); });
+        receiver.configure([](ReceiverFirmware &firmware) { firmware.options.statusIntervalMs = 0; });
+        receiver.plug();
+        commands.OpenHidDevice();
+    }
+    ~Link() { commands.ReleaseHidDevice(); }
+
+    /// The feature reports that came since the last call.
+    QStringList received()
+    {
+        QStringList reports;
+        const std::vector<LoggedReport> news = receiver.log().since(m_seen);
+        m_seen += news.size();
+        for (const LoggedReport &report : news) {
+            if (report.kind == LoggedReport::Feature) {
+                reports.append(QString::fromLatin1(report.bytes.toHex(' ')));
+            }
+        }
+        return reports;
+    }
+    ReceiverFirmware firmware()
+    {
+        ReceiverFirmware copy;
+        receiver.configure([&copy](ReceiverFirmware &firmware) { copy = firmware; });
+        return copy;
+    }
+    /// Key number of the next key report, as the program reads it; -1 when none comes.
+    int nextKey()
+    {
+        unsigned char data[16] = {};
+        while (fake.platform.hid->readTimeout(state.HidInputHandle, data, sizeof data, 2000) > 0) {
+            if (data[1] == 0x70) {
+                return data[2];
+            }
+        }
+        return -1;
+    }
+
+    const decltype(mevo::DeviceLinkHooks::trayMessage) say = [](const QString &, mevo::MessageIcon, int) {};
+    FakePlatform fake;
+    MainState state;
+    Keyboard keyboard;
+    std::atomic<qint64> clock{0};
+    VirtualReceiver receiver;
+    DeviceCommands commands;
+    mevo::MouseSettings settings;
+
+private:
+    std::size_t m_seen = 0;
+};
 
 } // namespace
 
@@ -73,22 +100,9 @@ class TestLinuxDevice : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        m_testbed = umockdev_testbed_new();
-        QVERIFY2(umockdev_in_mock_environment(), "umockdev must be preloaded");
-        m_ioctl = umockdev_ioctl_base_new();
-        g_signal_connect(m_ioctl, "handle-ioctl", G_CALLBACK(&answerIoctl), &m_features);
-        QVERIFY(umockdev_testbed_attach_ioctl(m_testbed, "/dev/hidraw3", m_ioctl, nullptr));
-    }
-    void cleanupTestCase()
-    {
-        g_clear_object(&m_ioctl);
-        g_clear_object(&m_testbed);
-    }
-
     void comingAndGoing()
     {
+        VirtualReceiver receiver(m_bed, nullptr);
         mevo::UdevNotifier notifier;
         QStringList heard;
         bool nested = false;
@@ -112,156 +126,152 @@ private slots:
             }
             return list;
         };
-        const auto sorted = [&] {
-            QStringList list = heard;
+        const auto sorted = [&](const char *prefix) {
+            QStringList list = heard.filter(
+                QRegularExpression(QLatin1Char('^') + QRegularExpression::escape(QLatin1String(prefix))));
             list.sort();
+            if (*prefix == '+') {
+                list.removeDuplicates(); // the test bed tells of an addition by itself as well
+            }
             return list;
         };
-        plug();
-        QTRY_COMPARE(sorted(), expected("+ "));
-        heard.clear();
-        unplug(); // what sysfs said is gone before the notification is read
-        QTRY_COMPARE(sorted(), expected("- "));
+        receiver.plug();
+        QTRY_COMPARE(sorted("+ "), expected("+ "));
+        receiver.unplug(); // what sysfs said is gone before the notification is read
+        QTRY_COMPARE(sorted("- "), expected("- "));
 
         heard.clear();
         notifier.stop();
-        plug();
+        receiver.plug();
         QVERIFY(notifier.start(note)); // now it is there already
-        unplug();
-        QTRY_COMPARE(sorted(), expected("- "));
+        receiver.unplug();
+        QTRY_COMPARE(sorted("- "), expected("- "));
 
         // A device that tells nothing about itself is reported all the same.
         heard.clear();
-        umockdev_testbed_add_from_string(
-            m_testbed,
-            "P: /devices/odd/hidraw/hidraw9\nN: hidraw9\nE: SUBSYSTEM=hidraw\nE: DEVNAME=/dev/hidraw9\n",
-            nullptr);
+        QVERIFY(m_bed.add("P: /devices/odd/hidraw/hidraw9\nN: hidraw9\nE: SUBSYSTEM=hidraw\n"
+                          "E: DEVNAME=/dev/hidraw9\n"));
         QTRY_COMPARE(heard, QStringList{QStringLiteral("+ HIDRAW#hidraw9")});
-        umockdev_testbed_uevent(m_testbed, "/sys/devices/odd/hidraw/hidraw9", "remove");
-        QTRY_COMPARE(heard.last(), QStringLiteral("- HIDRAW#hidraw9"));
-        umockdev_testbed_remove_device(m_testbed, "/sys/devices/odd/hidraw/hidraw9");
     }
 
     void stoppingFromTheHandler()
     {
+        VirtualReceiver receiver(m_bed, nullptr);
         auto notifier = std::make_unique<mevo::UdevNotifier>();
         int calls = 0;
         QVERIFY(notifier->start([&](mevo::DeviceNotifier::Change, const QString &) {
             ++calls;
             notifier.reset(); // the program leaves at a second receiver
         }));
-        plug();
+        receiver.plug();
         QTRY_COMPARE(calls, 1);
-        unplug();
+        receiver.unplug();
         QCoreApplication::processEvents();
         QCOMPARE(calls, 1);
     }
 
-    void receiverOnOneNode()
+    void everyCommandArrivesAsItIsMeant()
     {
-        plug();
-        mevo::HidapiHid hid;
-        QCOMPARE(hid.init(), 0);
-        const auto entries = hid.enumerate(mevo::kReceiverVendor, mevo::kReceiverProduct);
-        const auto path = [&](quint16 page) {
-            return mevo::findCollection(
-                entries, {mevo::kReceiverVendor, mevo::kReceiverProduct, page, mevo::kReceiverUsage});
+        Link link(m_bed);
+        QVERIFY(link.state.HidCommandHandle.load() != nullptr);
+        DeviceCommands &device = link.commands;
+        const auto expect = [&link](const char *name, const QStringList &reports) {
+            const QStringList received = link.received();
+            QVERIFY2(received == reports, qPrintable(QLatin1String(name) + QStringLiteral(": ") +
+                                                     received.join(QLatin1Char(','))));
         };
-        QCOMPARE(path(mevo::kDigitizerPage).path, QByteArray("/dev/hidraw3"));
-        QCOMPARE(path(mevo::kVendorPage).path, QByteArray("/dev/hidraw3"));
-        QVERIFY(!path(mevo::kDigitizerPage).secondReceiver);
+        device.ReadDeviceIdentity();
+        expect("identity", {QStringLiteral("05 2c 00 00 00 00 00 00")});
+        QCOMPARE(link.state.DongleID, QStringLiteral("02-01-001357"));
+        QVERIFY(device.RequestMouseID());
+        expect("mouse id", {QStringLiteral("05 2d 00 00 00 00 00 00")});
+        QVERIFY(device.ResetDeviceKeys() && device.SendHeartbeat() && device.SendKeyReport(1, 6));
+        expect("keys and heartbeat",
+               {QStringLiteral("05 81 04 00 00 00 00 00"), QStringLiteral("05 81 01 00 00 00 00 00"),
+                QStringLiteral("05 81 04 01 06 00 00 00")});
+        QVERIFY(device.MicLatchOn());
+        QVERIFY(link.firmware().microphoneLatched());
+        QVERIFY(device.MicLatchOff());
+        QVERIFY(!link.firmware().microphoneLatched());
+        expect("latch",
+               {QStringLiteral("05 20 0c 00 00 00 00 00"), QStringLiteral("05 20 08 00 00 00 00 00")});
 
-        const mevo::HidHandle input = hid.openPath("/dev/hidraw3");
-        const mevo::HidHandle command = hid.openPath("/dev/hidraw3");
-        QVERIFY(input != nullptr && command != nullptr);
-        const unsigned char heartbeat[8] = {0x05, 0x81, 0x01};
-        QCOMPARE(hid.sendFeatureReport(command, heartbeat, 8), 8);
-        QCOMPARE(m_features, QList<QByteArray>{"05 81 01 00 00 00 00 00"});
+        struct Group
+        {
+            const mevo::MouseGroup &group;
+            const char *report;
+            quint8 ReceiverFirmware::Settings::*field;
+        };
+        const Group groups[] = {
+            {mevo::mouseDPI, "05 20 10 00 00 0%1 00 00", &ReceiverFirmware::Settings::dpi},
+            {mevo::mouseDataRate, "05 20 20 00 00 00 0%1 00", &ReceiverFirmware::Settings::rate},
+            {mevo::mouseWheelSpeed, "05 20 40 00 00 00 00 0%1", &ReceiverFirmware::Settings::wheel},
+        };
+        for (const Group &row : groups) {
+            for (const int place : {2, 1, 0}) {
+                link.settings.choose(row.group, place);
+                expect(row.group.key, {QString::fromLatin1(row.report).arg(place)});
+                QCOMPARE(int(link.firmware().settings.*row.field), place);
+            }
+        }
 
-        unsigned char data[16] = {};
-        QCOMPARE(hid.setNonBlocking(input, true), 0);
-        QCOMPARE(hid.read(input, data, sizeof data), 0);
-        QCOMPARE(hid.readTimeout(input, data, sizeof data, 5), 0);
-        const QByteArray report = QByteArray::fromHex("01700801000000000000000000000000");
-        QCOMPARE(::write(m_device, report.constData(), 16), ssize_t(16));
-        QCOMPARE(hid.readTimeout(input, data, sizeof data, 5000), 16);
-        QCOMPARE(QByteArray(reinterpret_cast<const char *>(data), 16), report);
-        hid.exit();
-        QCOMPARE(hid.read(input, data, sizeof data), -1);
-        unplug();
-        QVERIFY(hid.enumerate(mevo::kReceiverVendor, mevo::kReceiverProduct).empty());
+        link.keyboard.log.clear();
+        device.SendHWKey(false, true, false, false, false, 0x19);
+        QTRY_VERIFY(!link.state.HidBusy);
+        QCOMPARE(link.keyboard.log.calls(),
+                 QStringList({QStringLiteral("1 19"), QStringLiteral("0 0"), QStringLiteral("0 0")}));
+
+        link.receiver.refuse({});
+        QVERIFY(!device.SendHeartbeat() && !link.state.HeartbeatOK && !device.MicLatchOff());
     }
 
-    void thousandCyclesLeaveNoDescriptor()
+    void customKeysReportTheirFunction()
     {
-        plug();
-        mevo::HidapiHid hid;
-        int before = 0;
-        for (int cycle = 0; cycle <= 1000; ++cycle) {
-            hid.init();
-            QVERIFY(hid.openPath("/dev/hidraw3") != nullptr);
-            QVERIFY(hid.openPath("/dev/hidraw3") != nullptr);
-            hid.exit();
-            before = cycle == 0 ? openDescriptors() : before;
+        Link link(m_bed);
+        const QList<int> voiceKeys{1, 8, 3, 14, 6, 2};
+        for (const mevo::CustomKeyFunction &function : mevo::customKeyFunctions) {
+            for (const auto key : {mevo::CustomKey::Left, mevo::CustomKey::Right}) {
+                const bool left = key == mevo::CustomKey::Left;
+                QVERIFY(link.settings.assignKey(key, QString::fromUtf8(function.label)));
+                QCOMPARE(link.received(), QStringList{QStringLiteral("05 71 0%1 %2 00 00 00 00")
+                                                          .arg(int(key))
+                                                          .arg(function.value, 2, 16, QLatin1Char('0'))});
+                const auto custom =
+                    left ? VirtualReceiver::CustomKey::Left : VirtualReceiver::CustomKey::Right;
+                QCOMPARE(link.receiver.customKey(custom, true), VirtualReceiver::KeyFate::Sent);
+                if (voiceKeys.contains(function.value)) {
+                    QCOMPARE(link.nextKey(), function.value);
+                }
+                link.receiver.customKey(custom, false);
+                if (voiceKeys.contains(function.value)) {
+                    QCOMPARE(link.nextKey(), function.value);
+                }
+            }
         }
-        QTRY_VERIFY(openDescriptors() <= before); // the test bed closes its own ends a little later
-        unplug();
+    }
+
+    void voiceKeysLiveOnHeartbeats()
+    {
+        Link link(m_bed);
+        link.clock = 2999;
+        QVERIFY(link.commands.SendHeartbeat());
+        link.clock = 2999 + 2999;
+        QCOMPARE(link.receiver.key(8, true), VirtualReceiver::KeyFate::Sent);
+        QCOMPARE(link.receiver.key(8, false), VirtualReceiver::KeyFate::Sent);
+        link.state.ASRFuncClosed = true; // voice input is closed: no heartbeat goes out any more
+        QVERIFY(!link.commands.SendHeartbeat());
+        link.clock = 2999 + 3000;
+        QCOMPARE(link.receiver.key(8, true), VirtualReceiver::KeyFate::Silent);
+        link.state.ASRFuncClosed = false;
+        QVERIFY(link.commands.SendHeartbeat());
+        QCOMPARE(link.receiver.key(8, true), VirtualReceiver::KeyFate::Sent);
+        QVERIFY(link.commands.DeviceGoodbye());
+        QCOMPARE(link.receiver.key(3, true), VirtualReceiver::KeyFate::Silent);
+        QCOMPARE(link.received().last(), QStringLiteral("05 81 07 00 00 00 00 00"));
     }
 
 private:
-    void plug()
-    {
-        const QByteArray description =
-            "P: " + kUsb +
-            "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nE: PRODUCT=258a/1016/110\nA: idVendor=258a\\n\n"
-            "A: idProduct=1016\\n\n\n"
-            "P: " +
-            kInterface +
-            "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\nA: bInterfaceNumber=01\\n\n\n"
-            "P: " +
-            kHid +
-            "\nE: SUBSYSTEM=hid\nE: HID_ID=0003:0000258A:00001016\nE: HID_NAME=Receiver\nE: HID_UNIQ=\n"
-            "H: report_descriptor=" +
-            kDescriptor.toHex().toUpper() +
-            "\n\n"
-            "P: " +
-            kHidraw +
-            "\nE: SUBSYSTEM=hidraw\nE: DEVNAME=/dev/hidraw3\n"
-            "L: device=../../../0003:258A:1016.0002\n";
-        // The node is a terminal of ours: the test bed makes a node of one name only once.
-        int program = -1;
-        char terminal[128];
-        termios raw{};
-        ::cfmakeraw(&raw);
-        QCOMPARE(::openpty(&m_device, &program, terminal, &raw, nullptr), 0);
-        ::close(program);
-        QDir().mkpath(QFileInfo(node()).path());
-        QVERIFY(QFile::link(QFile::decodeName(terminal), node()));
-        QVERIFY(umockdev_testbed_add_from_string(m_testbed, description.constData(), nullptr));
-    }
-    void unplug()
-    {
-        const QByteArrayList devices{kHidraw, kHid, kInterface, kUsb};
-        for (const QByteArray &device : devices) {
-            umockdev_testbed_uevent(m_testbed, ("/sys" + device).constData(), "remove");
-        }
-        for (const QByteArray &device : devices) {
-            umockdev_testbed_remove_device(m_testbed, ("/sys" + device).constData());
-        }
-        QFile::remove(node());
-        ::close(m_device);
-    }
-
-    UMockdevTestbed *m_testbed = nullptr;
-    UMockdevIoctlBase *m_ioctl = nullptr;
-    QString node() const
-    {
-        g_autofree char *root = umockdev_testbed_get_root_dir(m_testbed);
-        return QFile::decodeName(root) + QLatin1String("/dev/hidraw3");
-    }
-
-    QList<QByteArray> m_features;
-    int m_device = -1;
+    mevo::lab::TestBed m_bed;
 };
 
 QTEST_GUILESS_MAIN(TestLinuxDevice)

@@ -143,45 +143,6 @@ private slots:
         other[1] = 0x20;
         QCOMPARE(stepsFor(other, flagsOf(flags)), QString());
     }
-
-    /// Whatever the flags: a key goes to one place at most, never to a busy session, and a voice key
-    /// that is neither delivered nor the translation dialog's resets the session.
-    void everyCombination()
-    {
-        for (int bits = 0; bits < 256; ++bits) {
-            DispatchFlags flags;
-            flags.micLatched = (bits & 1) != 0;
-            flags.delimitTranslation = (bits & 2) != 0;
-            flags.voiceTypeMode = (bits & 4) != 0;
-            flags.voiceTranslateMode = (bits & 8) != 0;
-            flags.online = (bits & 16) != 0;
-            flags.resultIdle = (bits & 32) != 0;
-            flags.keyDownBusy = (bits & 64) != 0;
-            flags.keyUpBusy = (bits & 128) != 0;
-            const bool busy = !flags.resultIdle || flags.keyDownBusy || flags.keyUpBusy;
-            for (int key = 0; key < 256; ++key) {
-                for (int quick : {0, 1, 2}) {
-                    for (int state : {0, 1}) {
-                        flags.quickReleaseCount = quick;
-                        const QString steps = stepsFor(keyReport(key, state), flags);
-                        const auto has = [&](const char *step) {
-                            return steps.contains(QLatin1String(step));
-                        };
-                        const bool passed =
-                            QList<int>{1, 2, 3, 6, 8, 14, 16}.contains(key) && !flags.micLatched;
-                        const bool reaches = passed && !flags.delimitTranslation;
-                        QCOMPARE(has("session"), reaches && !busy);
-                        QCOMPARE(has("main 22"), reaches && busy);
-                        QCOMPARE(has("timer"), reaches && busy && quick >= 2);
-                        QCOMPARE(has("translation"),
-                                 passed && flags.delimitTranslation && state == 1 && key != 16);
-                        QVERIFY(passed || steps.isEmpty());
-                        QVERIFY(!flags.online || !has("offline"));
-                    }
-                }
-            }
-        }
-    }
 };
 
 QTEST_APPLESS_MAIN(TestReportDispatch)

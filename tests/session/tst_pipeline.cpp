@@ -26,7 +26,8 @@ public:
     bool translationDialogExists() const override { return dialog; }
     bool translationDialogClosing() const override { return dialogClosing; }
     void showOnTranslationDialog(const QString &text) override { log.add(QStringLiteral("dialog ") + text); }
-    void openTranslationDialog() override { log.add(QStringLiteral("open dialog")); }
+    void showTranslationDialog() override { log.add(QStringLiteral("show dialog")); }
+    void pressTranslateButton() override { log.add(QStringLiteral("press translate")); }
     void voiceSearch(const QString &text) override { log.add(QStringLiteral("search ") + text); }
     bool runCommandWord(const QString &word, bool sent) override
     {
@@ -281,28 +282,9 @@ private Q_SLOTS:
         const Set switching = [](Desk &d) {
             d.state.Enable_SwitchFunctionMode = true;
             d.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("打字")};
-            d.state.SetEnterVoiceTranslateModeSwitchModeFlags = QStringList{QStringLiteral("翻译")};
             d.state.SetEnterVoiceCommandWordModeSwitchModeFlags = QStringList{QStringLiteral("命令")};
-            d.state.SetEnterVoiceSearchModeSwitchModeFlags = QStringList{QStringLiteral("查找")};
         };
-        row("switch to commands", switching, "命令。", "buttons|reload");
-        row("switch to translation leaves the engine", switching, "翻译", "open dialog|buttons");
         row("switch word in a sentence is text", switching, "打字吧", "screen 打字吧");
-        row(
-            "switch word is typed when wanted",
-            [=](Desk &d) {
-                switching(d);
-                d.state.Enable_SwitchModeFlagsWord2Screen = true;
-            },
-            "查找", "buttons|screen 查找|reload");
-        row(
-            "switch word is not typed beside an input method",
-            [=](Desk &d) {
-                switching(d);
-                d.state.Enable_SwitchModeFlagsWord2Screen = true;
-                d.state.LocalEnableASR3 = true;
-            },
-            "打字", "buttons|reload");
         row(
             "switching off: a word is a word",
             [=](Desk &d) {
@@ -355,41 +337,6 @@ private Q_SLOTS:
         desk.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("打字")};
         desk.take(text);
         QTEST(desk.state.OneShotCommandWord.load(), "stays");
-    }
-
-    void spokenModes_data()
-    {
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<QString>("modes"); // type, command, search, translate
-        QTest::newRow("type") << "打字"
-                              << "1000";
-        QTest::newRow("command") << "命令"
-                                 << "0100";
-        QTest::newRow("search") << "查找"
-                                << "0010";
-        QTest::newRow("translate clears search only") << "翻译"
-                                                      << "0101";
-    }
-
-    void spokenModes()
-    {
-        QFETCH(QString, word);
-        Desk desk;
-        desk.state.Enable_SwitchFunctionMode = true;
-        desk.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("打字")};
-        desk.state.SetEnterVoiceTranslateModeSwitchModeFlags = QStringList{QStringLiteral("翻译")};
-        desk.state.SetEnterVoiceCommandWordModeSwitchModeFlags = QStringList{QStringLiteral("命令")};
-        desk.state.SetEnterVoiceSearchModeSwitchModeFlags = QStringList{QStringLiteral("查找")};
-        desk.state.VoiceTypeMode = false;
-        desk.state.VoiceCommandWordMode = true;
-        desk.state.VoiceSearchMode = word == QStringLiteral("翻译");
-        desk.take(word);
-        const QString modes = QStringLiteral("%1%2%3%4")
-                                  .arg(int(desk.state.VoiceTypeMode))
-                                  .arg(int(desk.state.VoiceCommandWordMode))
-                                  .arg(int(desk.state.VoiceSearchMode))
-                                  .arg(int(desk.state.VoiceTranslateMode));
-        QTEST(modes, "modes");
     }
 
     void theDoorTellsWordsFromErrors_data()
