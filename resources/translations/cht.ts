@@ -324,7 +324,7 @@
     </message>
     <message>
         <source>麦克风</source>
-        <translation type="unfinished">麥克風</translation>
+        <translation>麥克風</translation>
     </message>
     <message>
         <source>麦克风(F6)</source>

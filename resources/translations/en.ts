@@ -323,7 +323,7 @@
     </message>
     <message>
         <source>麦克风</source>
-        <translation type="unfinished">Microphone</translation>
+        <translation>Microphone</translation>
     </message>
     <message>
         <source>麦克风(F6)</source>

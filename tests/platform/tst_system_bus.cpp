@@ -75,7 +75,6 @@ class SystemBusTest : public QObject
 private slots:
     void initTestCase()
     {
-        QApplication::setApplicationDisplayName(QStringLiteral("MEVOInput"));
         QApplication::setQuitOnLastWindowClosed(false);
         nextHandler = qInstallMessageHandler(collect);
     }
@@ -115,9 +114,9 @@ private slots:
         other.join();
         QTRY_COMPARE(
             service.shown,
-            QStringList({QStringLiteral("dialog-warning|MEVOInput|未连接 &lt;外部&gt; &amp; 网络|3000"),
+            QStringList({QStringLiteral("dialog-warning|灵犀听写|未连接 &lt;外部&gt; &amp; 网络|3000"),
                          QStringLiteral("|标题|text|2000"),
-                         QStringLiteral("dialog-error|MEVOInput|from a thread|1")}));
+                         QStringLiteral("dialog-error|灵犀听写|from a thread|1")}));
         bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
         bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
     }

@@ -63,6 +63,7 @@ struct Desk : mevo::PipelinePort
         state.IsOnline = true;
         state.OneShotCommandWord = false;
         state.Enable_SwitchFunctionMode = true;
+        state.Enable_SwitchModeFlagsWord2Screen = false;
         state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("打字")};
         state.SetEnterVoiceTranslateModeSwitchModeFlags = QStringList{QStringLiteral("翻译")};
         state.SetEnterVoiceCommandWordModeSwitchModeFlags = QStringList{QStringLiteral("命令")};
