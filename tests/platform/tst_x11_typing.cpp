@@ -142,6 +142,28 @@ private Q_SLOTS:
         XCloseDisplay(display);
     }
 
+    /// Nothing is known before the first question; then the caret is followed through a text of two lines.
+    void theCaretIsFollowed()
+    {
+        const Target target = open("mousepad");
+        QVERIFY(target);
+        windows.caretRectangle();
+        const auto caretAfter = [&](const QString &text) {
+            const std::optional<QRect> before = windows.caretRectangle();
+            post(windows.focusedWindow(), text);
+            const bool moved = QTest::qWaitFor(
+                [&] { return windows.caretRectangle() && windows.caretRectangle() != before; });
+            return moved ? windows.caretRectangle() : std::nullopt;
+        };
+        const auto first = caretAfter(QStringLiteral("甲"));
+        const auto second = caretAfter(QStringLiteral("乙丙丁"));
+        const auto third = caretAfter(QStringLiteral("\n"));
+        QVERIFY(first && second && third);
+        QVERIFY(second->left() > first->left() && second->top() == first->top());
+        QVERIFY(third->top() > second->top() && third->left() < second->left());
+        QVERIFY(first->height() > 5 && first->height() < 100);
+    }
+
     void windowsAreFoundAndClosed()
     {
         const Target target = open("xterm");

@@ -169,7 +169,7 @@ QString X11WindowSystem::windowTitle(WindowId window)
 
 std::optional<QRect> X11WindowSystem::caretRectangle()
 {
-    return std::nullopt; // known to accessible programs only; the caller uses the pointer
+    return m_caret.rectangle();
 }
 
 void X11WindowSystem::neverTakeFocus(WindowId window)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/WindowSystem.h"
+#include "platform/linux/AtspiCaret.h"
 #include "platform/linux/X11Connection.h"
 
 #include <QObject>
@@ -40,6 +41,7 @@ private:
     QThread m_thread;
     Worker *m_worker = nullptr;
     bool m_canPost = false;
+    AtspiCaret m_caret;
 };
 
 } // namespace mevo

@@ -4,6 +4,8 @@ mevo_core_sources(
     output/PostingPlan.cpp
     output/PostingPlan.h)
 mevo_app_sources(
+    platform/linux/AtspiCaret.cpp
+    platform/linux/AtspiCaret.h
     platform/linux/QtClipboard.cpp
     platform/linux/QtClipboard.h
     platform/linux/X11Connection.cpp
