@@ -1,6 +1,7 @@
 #include "app/SettingsTable.h"
 
 #include "app/SettingsFile.h"
+#include "service/ProxyChoice.h"
 
 #include <QDir>
 #include <QSettings>
@@ -249,9 +250,8 @@ void loadProxySettings(MainState &state, const QSettings &settings)
     state.NetworkProxy_Port = port.isEmpty() ? -1 : port.toInt();
     state.NetworkProxy_UserName = text("NetworkProxy_UserName");
     state.NetworkProxy_Password = text("NetworkProxy_Password");
-    state.UseNetworkProxy = settings.value(QStringLiteral("UseNetworkProxy")).toBool() &&
-                            !(state.NetworkProxy_IP.isEmpty() && port.isEmpty() &&
-                              state.NetworkProxy_UserName.isEmpty() && state.NetworkProxy_Password.isEmpty());
+    state.UseNetworkProxy = settings.value(QStringLiteral("UseNetworkProxy")).toBool();
+    dropEmptyProxy(state);
 }
 
 } // namespace mevo

@@ -5,6 +5,7 @@
 #include "audio/MicrophoneChoice.h"
 #include "audio/RecorderHost.h"
 #include "audio/Samples.h"
+#include "engines/EngineSelection.h"
 #include "platform/Platform.h"
 #include "service/Statements.h"
 
@@ -102,9 +103,7 @@ AudioRecorder::~AudioRecorder()
 
 void AudioRecorder::applyFirstRun()
 {
-    BaiDuNoStreamApi = false;
-    UseTXASRApi = true;
-    UseXunFeiWebApi = false;
+    mevo::setEngineFlags(*this, mevo::Engine::Tencent);
     m_state.LocalEnableASR3 = false;
     m_state.LocalUseASR3Index = -1;
     m_state.FirstRunApp = false;
@@ -113,9 +112,9 @@ void AudioRecorder::applyFirstRun()
         settings.setValue(QStringLiteral("BaiDuCurrentVoiceType"), m_state.BaiDuCurrentVoiceType);
         settings.setValue(QStringLiteral("BaiDuNoStreamApi_FastVersion"),
                           m_state.BaiDuNoStreamApi_FastVersion ? 1 : 0);
-        settings.setValue(QStringLiteral("UseXunFeiWebApi"), 0);
-        settings.setValue(QStringLiteral("BaiDuNoStreamApi"), 0);
-        settings.setValue(QStringLiteral("UseTXASRApi"), 1);
+        for (const mevo::SettingWrite &write : mevo::engineKeyWrites(*this)) {
+            settings.setValue(QLatin1String(write.key), write.value);
+        }
         settings.setValue(QStringLiteral("LocalEnableASR3"), 0);
         settings.setValue(QStringLiteral("LocalUseASR3Index"), -1);
         settings.setValue(QStringLiteral("FirstRunApp"), 0);
