@@ -69,6 +69,7 @@ EngineEndpoints loadEndpoints(ServiceState &state, const QString &path)
     for (const EngineHostName &row : engineHosts) {
         endpoints.*row.member = value(row.key, endpoints.*row.member);
     }
+    endpoints.XunFeiWholeUtterance = file.value(QStringLiteral("XunFeiWholeUtterance"), false).toBool();
     endpoints.VerifyCertificates = file.value(QStringLiteral("VerifyCertificates"), false).toBool();
     return endpoints;
 }

@@ -12,6 +12,7 @@
 #include "engines/BaiduSpeech.h"
 #include "engines/BaiduTokens.h"
 #include "engines/CredentialStore.h"
+#include "engines/XunFeiStream.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
@@ -101,7 +102,8 @@ void MainWindow::createNetworkObjects()
 {
     m_network = new QNetworkAccessManager(this);
     connect(m_network, &QNetworkAccessManager::finished, this, &MainWindow::slot_requestFinished_NotRead);
-    m_partialResult = new CPatialResultDialog(this);
+    XFPartialDlg = new CPatialResultDialog(this);
+    m_platform.windowSystem->neverTakeFocus(XFPartialDlg->winId());
     m_online = new isOnl(*m_platform.networkState, HidBusy, this);
     m_online->GetInternetConnectState();
     IsOnline = m_online->isOnline;
@@ -124,6 +126,8 @@ void MainWindow::createRecorderAndBar()
             m_recorder->showRecText(text);
         }
     });
+    m_xunFei = std::make_unique<mevo::XunFeiStream>(*this, *m_platform.time, m_endpoints,
+                                                    static_cast<mevo::XunFeiHost &>(*this));
     createBar();
     VoiceTypeMode = false;
     VoiceCommandWordMode = false;

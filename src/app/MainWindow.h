@@ -4,6 +4,7 @@
 #include "audio/RecorderHost.h"
 #include "engines/EngineEndpoints.h"
 #include "engines/EngineHost.h"
+#include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
 #include "session/ResultPipeline.h"
 #include "session/SessionHands.h"
@@ -37,6 +38,7 @@ namespace mevo {
 class BaiduTokens;
 class WebApi;
 class CredentialStore;
+class XunFeiStream;
 struct EngineChange;
 } // namespace mevo
 
@@ -51,6 +53,7 @@ class MainWindow : public QMainWindow,
                    public MainState,
                    private RecorderHost,
                    private mevo::EngineHost,
+                   private mevo::XunFeiHost,
                    private mevo::TipWindowHost
 {
     Q_OBJECT
@@ -106,6 +109,11 @@ public Q_SLOTS:
     void RebootAppDelayTimeout();
     /// Leaves without a question, for a reason of the program's own.
     void exitByItself();
+
+    void ConnectXFWebApi();
+    void onXFWebApiConnected();
+    void onXFWebApiDisconnected();
+    void onXFWebApiMessageReceived(QString message);
 
     void onEnterTimerAfterRec();
     void setWndTopMostTimeout();
@@ -237,6 +245,15 @@ private:
     void showEngineTip(const QString &text, bool regardlessOfShowTipsDlg) override;
     void channelCountChanged() override;
 
+    // XunFeiHost
+    bool dynamicCorrection() const override;
+    void handleXunFeiText(const QString &text) override;
+    void showXunFeiText(const QString &text) override;
+    void showPartialText(const QString &text) override;
+    void hidePartialText() override;
+    void flushXunFeiCount() override;
+    void closeXunFeiRecording() override;
+
     // TipWindowHost
     bool sendMicrophoneLatch(bool on) override;
     void flushUsageCounters() override;
@@ -256,10 +273,11 @@ private:
     std::unique_ptr<mevo::CredentialStore> m_credentials;
     std::unique_ptr<mevo::BaiduTokens> m_tokens;
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
+    std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     GetHIDDataThread *m_reader = nullptr;
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;
-    CPatialResultDialog *m_partialResult = nullptr;
+    CPatialResultDialog *XFPartialDlg = nullptr; ///< partial texts of XunFei's dynamic correction
     QPointer<QToolTips> m_toolTips;
     isOnl *m_online = nullptr;
     QSystemTrayIcon *m_tray = nullptr;

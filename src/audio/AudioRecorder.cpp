@@ -68,6 +68,12 @@ AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, Recorde
     m_silence.setSingleShot(true);
     m_silence.setInterval(SilenceTimeout);
     connect(&m_silence, &QTimer::timeout, this, [this] { reportDeadMicrophone("gives no data"); });
+    m_answerTimer.setSingleShot(true);
+    m_answerTimer.setInterval(AnswerTimeout);
+    connect(&m_answerTimer, &QTimer::timeout, this, [this] {
+        qWarning("XunFei: no answer %d ms after the end; the microphone closes", m_answerTimer.interval());
+        closeInput();
+    });
 
     {
         QAudioInput probe(defaultMicrophone(), m_format);
@@ -203,10 +209,14 @@ void AudioRecorder::OnRecordStart()
     }
     ++m_session;
     m_blockCount = 0;
+    m_unsentBytes = 0;
+    m_answerTimer.stop();
     mVoiceBuffer.clear();
     if (UseXunFeiWebApi && !m_platform.systemFacts->isXpClass()) {
         m_host.openXunFeiSocket();
         FrameStatus = STATUS_FIRST;
+    } else {
+        m_host.closeXunFeiSocket(); // a late answer to an earlier session must not end this one
     }
     if (m_input && !m_device) {
         closeInput(); // the sound server has taken it away; it would never give data again
@@ -248,6 +258,7 @@ void AudioRecorder::openInput()
 void AudioRecorder::closeInput()
 {
     m_silence.stop();
+    m_answerTimer.stop();
     if (m_device) {
         m_device->disconnect(this);
         m_device = nullptr;
@@ -288,8 +299,12 @@ void AudioRecorder::processBlock(int length)
     if (m_format.channelCount() == 2) {
         block = mevo::leftChannel(m_readBuffer.constData(), length);
     }
-    if (UseXunFeiWebApi && m_host.xunFeiConnected()) {
-        streamBlock(block);
+    if (UseXunFeiWebApi) {
+        if (m_host.xunFeiConnected()) {
+            streamBlock(block);
+        } else if (FrameStatus == STATUS_FIRST) {
+            m_unsentBytes += block.size();
+        }
     }
     if (BaiDuNoStreamApi || UseTXASRApi) {
         mVoiceBuffer.append(block.constData(), block.size());
@@ -300,6 +315,7 @@ void AudioRecorder::processBlock(int length)
 void AudioRecorder::streamBlock(const QByteArray &block)
 {
     if (FrameStatus == STATUS_FIRST) {
+        qInfo("XunFei: %d ms of sound came before the connection and are not sent", unsentMs());
         m_host.sendXunFeiFrame(block, STATUS_FIRST);
         FrameStatus = STATUS_CONTINUE;
     }
@@ -316,7 +332,13 @@ void AudioRecorder::OnRecordStop()
     OnReadMore(); // what the microphone still holds is the end of the last word
     const int session = m_session;
     if (UseXunFeiWebApi) {
+        if (FrameStatus == STATUS_FIRST && m_unsentBytes > 0) {
+            qWarning("XunFei: no connection; %d ms of sound are not sent", unsentMs());
+        }
         FrameStatus = STATUS_LAST; // the microphone stays open: its next block sends the closing frame
+        if (isOpen()) {
+            m_answerTimer.start();
+        }
     } else {
         m_closeTimer.start();
         BufferReady = true;
@@ -365,6 +387,11 @@ void AudioRecorder::reportDeadMicrophone(const char *reason)
         tr("打开麦克风设备失败，请查看设备管理器中显示设备是否正常，如是Windows "
            "10系统，请先确认麦克风权限是否已打开!"),
         mevo::MessageIcon::Information, 3000);
+}
+
+int AudioRecorder::unsentMs() const
+{
+    return m_unsentBytes / (mevo::CaptureRate * 2 / 1000);
 }
 
 void AudioRecorder::OnTimeOut() {}

@@ -16,6 +16,8 @@ struct EngineEndpoints
     QString XunFeiSocketHost = QStringLiteral("iat-niche-api.xfyun.cn"); ///< the host that is connected to
     QString TranslateHost = QStringLiteral("api.fanyi.baidu.com");
     QString BaiduTtsHost = QStringLiteral("tsn.baidu.com");
+    /// A XunFei session goes on until the utterance's last result instead of ending with the first message.
+    bool XunFeiWholeUtterance = false;
     /// Checks certificates also where a service is called without by default.
     bool VerifyCertificates = false;
 };

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QWebSocket;
+
 /// What the device record permits this receiver to see. On until the record says otherwise.
 struct EnginePermissions
 {
@@ -55,6 +57,12 @@ struct EngineState : EnginePermissions
     QString BaiduTranslateAppId, BaiduTranslateKey;
     QString XunFeiAppId, XunFeiApiKey, XunFeiApiSecret;
     QString XunFeiMinorAppId, XunFeiMinorApiKey, XunFeiMinorApiSecret;
+
+    /// XunFei's streaming session.
+    QWebSocket *XFWebSocket = nullptr; ///< null when closed
+    bool XFWebSocketConnected = false;
+    QString XFResultText;      ///< text of the message that is being handled
+    QStringList XFPartialList; ///< with dynamic correction: result number n of this session at index n - 1
 
     /// Day's use and limit of each engine.
     int BDSR1DUsedQuantity = 0, BDSR1DMaxUsageQuantity = 500;
