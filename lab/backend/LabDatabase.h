@@ -33,6 +33,9 @@ public:
     static constexpr char BaiduAppId[] = "lab-app-1";
     static constexpr char BaiduClientId[] = "lab-client-id-1";
     static constexpr char BaiduClientSecret[] = "lab-client-secret-1";
+    /// App id, api key and secret; the second is the one that may use the minor languages.
+    static constexpr const char *XunFeiAccounts[2][3] = {{"1ab00001", "lab-xf-key-1", "lab-xf-secret-1"},
+                                                         {"1ab00002", "lab-xf-key-2", "lab-xf-secret-2"}};
 
 private:
     bool execute(const QByteArray &sql);

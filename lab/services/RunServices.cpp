@@ -2,6 +2,7 @@
 
 #include "backend/WebApiService.h"
 #include "recognisers/BaiduService.h"
+#include "recognisers/XunFeiService.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -43,7 +44,8 @@ private:
     QJsonArray m_entries;
 };
 
-bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 https, const QString &schema)
+bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 https, quint16 xunFei,
+                    const QString &schema)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
@@ -67,9 +69,10 @@ bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 
     out << "PushSocketUrl=ws://127.0.0.1:9\n";
     out << "BaiduSpeechHost=127.0.0.1:" << http << "\nBaiduTokenHost=127.0.0.1:" << http
         << "\nBaiduSpeechHttpsHost=127.0.0.1:" << https << '\n';
-    for (const char *key :
-         {"TencentHost", "XunFeiSignHost", "XunFeiSocketHost", "TranslateHost", "BaiduTtsHost", "SearchBaidu",
-          "SearchSogou", "Search360", "SearchGoogle", "SearchBing"}) {
+    // Two names, as the real service has: the one that is signed and the one that is connected to.
+    out << "XunFeiSignHost=localhost\nXunFeiSocketHost=127.0.0.1:" << xunFei << '\n';
+    for (const char *key : {"TencentHost", "TranslateHost", "BaiduTtsHost", "SearchBaidu", "SearchSogou",
+                            "Search360", "SearchGoogle", "SearchBing"}) {
         out << key << '=' << nobody << '\n';
     }
     out << "VerifyCertificates=0\n";
@@ -85,7 +88,7 @@ int runServices(const QStringList &arguments)
         parser.addOption({name, name, name, fallback});
     };
     option(QStringLiteral("home"), QDir::currentPath());
-    for (const char *port : {"port-backend", "baidu-http", "baidu-https", "control"}) {
+    for (const char *port : {"port-backend", "baidu-http", "baidu-https", "xunfei", "control"}) {
         option(QLatin1String(port), QStringLiteral("0"));
     }
     option(QStringLiteral("schema"), QStringLiteral("mevodb"));
@@ -109,6 +112,13 @@ int runServices(const QStringList &arguments)
     WebApiService webApi(database, cipher, note);
     BaiduService baidu(QLatin1String(LabDatabase::BaiduClientId),
                        QLatin1String(LabDatabase::BaiduClientSecret), note);
+
+    QList<XunFeiService::Account> xunFeiAccounts;
+    for (const auto &account : LabDatabase::XunFeiAccounts) {
+        xunFeiAccounts.append(
+            {QLatin1String(account[0]), QLatin1String(account[1]), QLatin1String(account[2])});
+    }
+    XunFeiService xunFei(xunFeiAccounts, {QStringLiteral("localhost")}, note);
 
     const auto notFound = HttpResponse{404, "text/plain", {}};
     const auto baiduHandler = [&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
@@ -140,6 +150,7 @@ int runServices(const QStringList &arguments)
         if (path == "/control/clear") {
             log.clear();
             baidu.setError(0, 0);
+            xunFei.reset();
             for (LabHttpServer *server : servers) {
                 server->clearFaults();
             }
@@ -149,12 +160,21 @@ int runServices(const QStringList &arguments)
                 server->setFault(value("path").toUtf8(), {value("kind").toLatin1(), value("value").toInt(),
                                                           count.isEmpty() ? 1 : count.toInt()});
             }
+        } else if (path == "/control/record") { // assignments for the receiver's row of the device record
+            const QString where =
+                QStringLiteral(" where DongleID = '%1'").arg(QLatin1String(LabDatabase::DongleId));
+            const QString statement =
+                QStringLiteral("update %1.device_serialid set %2").arg(schema, value("set"));
+            if (database.run((statement + where).toUtf8()).value(QStringLiteral("items")).toInt() != 1) {
+                reply({400, "text/plain", {}});
+                return;
+            }
         } else if (path == "/control/text") {
             baidu.setTexts(value("text").split(QLatin1Char('|')));
         } else if (path == "/control/error") {
             const QString count = value("count");
             baidu.setError(value("number").toInt(), count.isEmpty() ? 1 : count.toInt());
-        } else {
+        } else if (path != "/control/xunfei" || !xunFei.control(query)) {
             reply(notFound);
             return;
         }
@@ -163,19 +183,20 @@ int runServices(const QStringList &arguments)
 
     if (!baiduHttps.useTls() || !backendServer.start(port("port-backend")) ||
         !baiduHttp.start(port("baidu-http")) || !baiduHttps.start(port("baidu-https")) ||
-        !control.start(port("control"))) {
+        !xunFei.start(port("xunfei")) || !control.start(port("control"))) {
         qCritical() << "services: a port cannot be had";
         return 1;
     }
     const QString endpoints = parser.value(QStringLiteral("write-endpoints"));
     if (!endpoints.isEmpty() && !writeEndpoints(endpoints, backendServer.serverPort(), baiduHttp.serverPort(),
-                                                baiduHttps.serverPort(), schema)) {
+                                                baiduHttps.serverPort(), xunFei.serverPort(), schema)) {
         qCritical().noquote() << "services: cannot write" << endpoints;
         return 1;
     }
     QTextStream(stdout) << QJsonDocument(QJsonObject{{QStringLiteral("backend"), backendServer.serverPort()},
                                                      {QStringLiteral("baiduHttp"), baiduHttp.serverPort()},
                                                      {QStringLiteral("baiduHttps"), baiduHttps.serverPort()},
+                                                     {QStringLiteral("xunFei"), xunFei.serverPort()},
                                                      {QStringLiteral("control"), control.serverPort()}})
                                .toJson(QJsonDocument::Compact)
                         << '\n';

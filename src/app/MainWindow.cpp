@@ -103,7 +103,6 @@ void MainWindow::createNetworkObjects()
     m_network = new QNetworkAccessManager(this);
     connect(m_network, &QNetworkAccessManager::finished, this, &MainWindow::slot_requestFinished_NotRead);
     XFPartialDlg = new CPatialResultDialog(this);
-    m_platform.windowSystem->neverTakeFocus(XFPartialDlg->winId());
     m_online = new isOnl(*m_platform.networkState, HidBusy, this);
     m_online->GetInternetConnectState();
     IsOnline = m_online->isOnline;
@@ -151,6 +150,7 @@ void MainWindow::createTipWindow()
 {
     m_micTip = new MicTipDialog(*this, *this, this);
     m_platform.windowSystem->neverTakeFocus(m_micTip->winId());
+    m_platform.windowSystem->neverTakeFocus(XFPartialDlg->winId());
     connect(m_micTip, &MicTipDialog::returnMouseKeyResult, this, &MainWindow::ProcessResult);
     connect(m_micTip, &MicTipDialog::CreateTransDlgSignal, this, &MainWindow::CreateTransDlg);
     connect(m_micTip, &MicTipDialog::CallMainFunctionSignal, this, &MainWindow::CallMainFunctionSlot);

@@ -14,12 +14,12 @@ struct XunFeiMessage
 
     int code = 0; ///< 0 is success
     QString message;
-    int status = 0;   ///< Middle within the utterance, Last at its end
-    int number = 0;   ///< of this result, from 1
+    int status = 0; ///< Middle within the utterance, Last at its end
+    int number = 0; ///< of this result, from 1
     bool last = false;
-    bool replaces = false;     ///< results `from` to `to`, from 1 and inclusive, no longer hold
-    int from = 0, to = -1;     ///< an empty range when the service gave no usable one
-    QString text;              ///< the words of this result
+    bool replaces = false; ///< results `from` to `to`, from 1 and inclusive, no longer hold
+    int from = 0, to = -1; ///< an empty range when the service gave no usable one
+    QString text;          ///< the words of this result
 };
 
 /// Longest message that is read, in characters; the longest real one is some kilobytes.

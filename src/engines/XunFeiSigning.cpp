@@ -47,8 +47,8 @@ QUrl xunFeiUrl(const EngineEndpoints &endpoints, const XunFeiAccount &account, c
     // The other host on purpose: the service that takes the audio knows the standard one's signature.
     QUrl url = addressOf(endpoints.XunFeiSocketHost, "ws");
     url.setPath(QStringLiteral("/v2/iat"));
-    url.setQuery(QString::fromLatin1("date=" + QUrl::toPercentEncoding(sentDate) +
-                                     "&host=" + host.toUtf8() + "&authorization=" + authorization.toBase64()));
+    url.setQuery(QString::fromLatin1("date=" + QUrl::toPercentEncoding(sentDate) + "&host=" + host.toUtf8() +
+                                     "&authorization=" + authorization.toBase64()));
     return url;
 }
 
