@@ -492,7 +492,7 @@ void XunFeiService::takeFrame(const std::shared_ptr<Session> &session, const QSt
     if (status == 2) {
         session->ended = true;
         finish(session);
-    } else if (session->fault.kind.isEmpty()) {
+    } else if (session->fault.kind != QLatin1String("stall")) {
         sendPartials(*session);
     }
 }

@@ -215,7 +215,9 @@ void AudioRecorder::OnRecordStart()
     if (UseXunFeiWebApi && !m_platform.systemFacts->isXpClass()) {
         m_host.openXunFeiSocket();
         FrameStatus = STATUS_FIRST;
-    } else {
+        m_streaming = true;
+    } else if (m_streaming) {
+        m_streaming = false;
         m_host.closeXunFeiSocket(); // a late answer to an earlier session must not end this one
     }
     if (m_input && !m_device) {
@@ -406,6 +408,7 @@ void AudioRecorder::DeleyCloseMicTimer()
     m_closeTimer.stop();
     closeInput();
     m_host.closeXunFeiSocket();
+    m_streaming = false;
     m_blockCount = 0;
     BufferReady = true;
 }

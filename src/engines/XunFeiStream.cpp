@@ -50,8 +50,11 @@ void XunFeiStream::ConnectXFWebApi()
     m_state.XFWebSocket->setMaxAllowedIncomingMessageSize(largestFrame);
     connect(m_state.XFWebSocket, &QWebSocket::connected, this, &XunFeiStream::onXFWebApiConnected);
     connect(m_state.XFWebSocket, &QWebSocket::disconnected, this, &XunFeiStream::onXFWebApiDisconnected);
-    connect(m_state.XFWebSocket, QOverload<QAbstractSocket::SocketError>::of(&QWebSocket::error), this,
-            [this] { qWarning().noquote() << "XunFei: connection:" << m_state.XFWebSocket->errorString(); });
+    const auto failed = QOverload<QAbstractSocket::SocketError>::of(&QWebSocket::error);
+    connect(m_state.XFWebSocket, failed, this, [this, failed] {
+        qWarning().noquote() << "XunFei: connection:" << m_state.XFWebSocket->errorString();
+        disconnect(m_state.XFWebSocket, failed, this, nullptr); // a refused handshake says it twice
+    });
     m_state.XFWebSocket->open(url);
 }
 
