@@ -101,8 +101,8 @@ private:
     QTimer m_silence;
     QTimer m_answerTimer;
     int m_blockCount = 0;
-    int m_unsentBytes = 0; ///< of this session, before XunFei's socket was connected
-    int m_session = 0;     ///< number of the session, to tell whether a next one has begun meanwhile
+    int m_unsentBytes = 0;    ///< of this session, before XunFei's socket was connected
+    int m_session = 0;        ///< number of the session, to tell whether a next one has begun meanwhile
     bool m_streaming = false; ///< a session has opened a socket that has not been closed here
     bool m_deadReported = false;
 };
