@@ -2,3 +2,7 @@
 add_executable(recorder_latency recorder_latency.cpp)
 target_include_directories(recorder_latency PRIVATE ${PROJECT_SOURCE_DIR}/tests)
 target_link_libraries(recorder_latency PRIVATE mevo_app mevo_test_support mevo_warnings)
+# The same with build/release/bin/xunfei_latency
+add_executable(xunfei_latency xunfei_latency.cpp)
+target_include_directories(xunfei_latency PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+target_link_libraries(xunfei_latency PRIVATE mevo_app mevo_test_support mevolab_services mevo_warnings)

@@ -104,7 +104,12 @@ void LabDatabase::seed(const QString &schema, const LabCipher &cipher)
         "chbs default 1)");
     execute("insert or ignore into " + s + "bdasrid (F0, F1, F2, F3) values (" + account + ", 1)");
     execute("create table if not exists " + s + "wxfasrid (F0 primary key, F1, F2, F3, F4 default 1)");
-    execute("insert or ignore into " + s + "wxfasrid (F0, F1, F2, F3) values (" + account + ", 1)");
+    for (const auto &xunFei : XunFeiAccounts) {
+        execute("insert or ignore into " + s + "wxfasrid (F0, F1, F2, F3, F4) values ('" +
+                cipher.field(QLatin1String(xunFei[0])) + "', '" + cipher.field(QLatin1String(xunFei[1])) +
+                "', '" + cipher.field(QLatin1String(xunFei[2])) + "', 1, " +
+                (&xunFei == &XunFeiAccounts[1] ? "1" : "0") + ")");
+    }
     execute("create table if not exists " + s + "bdasrttsid (F0 primary key, F1, F2, F3)");
     execute("insert or ignore into " + s + "bdasrttsid (F0, F1, F2, F3) values (" + account + ", 1)");
     execute("create table if not exists " + s + "bdasrfyid (F0 primary key, F1, F2 default 1)");

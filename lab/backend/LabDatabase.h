@@ -37,6 +37,9 @@ public:
     static constexpr char BaiduClientSecret[] = "lab-client-secret-1";
     static constexpr char TencentSecretId[] = "AKIDlab00000000000000000000000000001";
     static constexpr char TencentSecretKey[] = "labkey00000000000000000000000001";
+    /// App id, api key and secret; the second is the one that may use the minor languages.
+    static constexpr const char *XunFeiAccounts[2][3] = {{"1ab00001", "lab-xf-key-1", "lab-xf-secret-1"},
+                                                         {"1ab00002", "lab-xf-key-2", "lab-xf-secret-2"}};
 
 private:
     bool execute(const QByteArray &sql);

@@ -3,6 +3,7 @@
 #include "backend/WebApiService.h"
 #include "recognisers/BaiduService.h"
 #include "recognisers/TencentService.h"
+#include "recognisers/XunFeiService.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -44,14 +45,19 @@ private:
     QJsonArray m_entries;
 };
 
-bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 https, quint16 tencent,
-                    const QString &schema)
+/// Where the services answer.
+struct Ports
+{
+    quint16 backend = 0, baiduHttp = 0, baiduHttps = 0, tencentHttps = 0, xunFei = 0, control = 0;
+};
+
+bool writeEndpoints(const QString &path, const Ports &ports, const QString &schema)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
         return false;
     }
-    const QString api = QStringLiteral("http://127.0.0.1:%1/").arg(backend);
+    const QString api = QStringLiteral("http://127.0.0.1:%1/").arg(ports.backend);
     const QString nobody = QStringLiteral("127.0.0.1:9"); // the discard port: nothing answers there
     QTextStream out(&file);
     out.setCodec("UTF-8");
@@ -67,12 +73,15 @@ bool writeEndpoints(const QString &path, quint16 backend, quint16 http, quint16 
         out << key << '=' << api << "NewVersion_Manual\n";
     }
     out << "PushSocketUrl=ws://127.0.0.1:9\n";
-    out << "BaiduSpeechHost=127.0.0.1:" << http << "\nBaiduTokenHost=127.0.0.1:" << http
-        << "\nBaiduSpeechHttpsHost=127.0.0.1:" << https << '\n';
-    out << "TencentHost=127.0.0.1:" << tencent << "\nTencentSecretIds=\"" << LabDatabase::TencentSecretId
-        << "\"\nTencentSecretKeys=\"" << LabDatabase::TencentSecretKey << "\"\n";
-    for (const char *key : {"XunFeiSignHost", "XunFeiSocketHost", "TranslateHost", "BaiduTtsHost",
-                            "SearchBaidu", "SearchSogou", "Search360", "SearchGoogle", "SearchBing"}) {
+    out << "BaiduSpeechHost=127.0.0.1:" << ports.baiduHttp << "\nBaiduTokenHost=127.0.0.1:" << ports.baiduHttp
+        << "\nBaiduSpeechHttpsHost=127.0.0.1:" << ports.baiduHttps << '\n';
+    out << "TencentHost=127.0.0.1:" << ports.tencentHttps << "\nTencentSecretIds=\""
+        << LabDatabase::TencentSecretId << "\"\nTencentSecretKeys=\"" << LabDatabase::TencentSecretKey
+        << "\"\n";
+    // Two names, as the real service has: the one that is signed and the one that is connected to.
+    out << "XunFeiSignHost=localhost\nXunFeiSocketHost=127.0.0.1:" << ports.xunFei << '\n';
+    for (const char *key : {"TranslateHost", "BaiduTtsHost", "SearchBaidu", "SearchSogou", "Search360",
+                            "SearchGoogle", "SearchBing"}) {
         out << key << '=' << nobody << '\n';
     }
     out << "VerifyCertificates=0\n";
@@ -88,7 +97,8 @@ int runServices(const QStringList &arguments)
         parser.addOption({name, name, name, fallback});
     };
     option(QStringLiteral("home"), QDir::currentPath());
-    for (const char *port : {"port-backend", "baidu-http", "baidu-https", "tencent-https", "control"}) {
+    for (const char *port :
+         {"port-backend", "baidu-http", "baidu-https", "tencent-https", "xunfei", "control"}) {
         option(QLatin1String(port), QStringLiteral("0"));
     }
     option(QStringLiteral("schema"), QStringLiteral("mevodb"));
@@ -119,6 +129,12 @@ int runServices(const QStringList &arguments)
             baidu.recognise(pcm, done);
         },
         note);
+    QList<XunFeiService::Account> xunFeiAccounts;
+    for (const auto &account : LabDatabase::XunFeiAccounts) {
+        xunFeiAccounts.append(
+            {QLatin1String(account[0]), QLatin1String(account[1]), QLatin1String(account[2])});
+    }
+    XunFeiService xunFei(xunFeiAccounts, {QStringLiteral("localhost")}, note);
 
     const auto notFound = HttpResponse{404, "text/plain", {}};
     const auto baiduHandler = [&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
@@ -155,6 +171,7 @@ int runServices(const QStringList &arguments)
             baidu.setError(0, 0);
             tencent.setError({}, 0);
             tencent.setClockOffset(0);
+            xunFei.reset();
             for (LabHttpServer *server : servers) {
                 server->clearFaults();
             }
@@ -163,6 +180,15 @@ int runServices(const QStringList &arguments)
             for (LabHttpServer *server : servers) {
                 server->setFault(value("path").toUtf8(), {value("kind").toLatin1(), value("value").toInt(),
                                                           count.isEmpty() ? 1 : count.toInt()});
+            }
+        } else if (path == "/control/record") { // assignments for the receiver's row of the device record
+            const QString where =
+                QStringLiteral(" where DongleID = '%1'").arg(QLatin1String(LabDatabase::DongleId));
+            const QString statement =
+                QStringLiteral("update %1.device_serialid set %2").arg(schema, value("set"));
+            if (database.run((statement + where).toUtf8()).value(QStringLiteral("items")).toInt() != 1) {
+                reply({400, "text/plain", {}});
+                return;
             }
         } else if (path == "/control/text") {
             baidu.setTexts(value("text").split(QLatin1Char('|')));
@@ -173,7 +199,7 @@ int runServices(const QStringList &arguments)
             tencent.setError({value("code"), value("message")}, count); // and Tencent's are words
         } else if (path == "/control/clock") {
             tencent.setClockOffset(value("seconds").toInt());
-        } else {
+        } else if (path != "/control/xunfei" || !xunFei.control(query)) {
             reply(notFound);
             return;
         }
@@ -182,22 +208,24 @@ int runServices(const QStringList &arguments)
 
     if (!baiduHttps.useTls() || !tencentHttps.useTls() || !tencentHttps.start(port("tencent-https")) ||
         !backendServer.start(port("port-backend")) || !baiduHttp.start(port("baidu-http")) ||
-        !baiduHttps.start(port("baidu-https")) || !control.start(port("control"))) {
+        !baiduHttps.start(port("baidu-https")) || !xunFei.start(port("xunfei")) ||
+        !control.start(port("control"))) {
         qCritical() << "services: a port cannot be had";
         return 1;
     }
     const QString endpoints = parser.value(QStringLiteral("write-endpoints"));
-    if (!endpoints.isEmpty() && !writeEndpoints(endpoints, backendServer.serverPort(), baiduHttp.serverPort(),
-                                                baiduHttps.serverPort(), tencentHttps.serverPort(), schema)) {
+    const Ports ports{backendServer.serverPort(), baiduHttp.serverPort(), baiduHttps.serverPort(),
+                      tencentHttps.serverPort(),  xunFei.serverPort(),    control.serverPort()};
+    if (!endpoints.isEmpty() && !writeEndpoints(endpoints, ports, schema)) {
         qCritical().noquote() << "services: cannot write" << endpoints;
         return 1;
     }
-    QTextStream(stdout) << QJsonDocument(
-                               QJsonObject{{QStringLiteral("backend"), backendServer.serverPort()},
-                                           {QStringLiteral("baiduHttp"), baiduHttp.serverPort()},
-                                           {QStringLiteral("baiduHttps"), baiduHttps.serverPort()},
-                                           {QStringLiteral("tencentHttps"), tencentHttps.serverPort()},
-                                           {QStringLiteral("control"), control.serverPort()}})
+    QTextStream(stdout) << QJsonDocument(QJsonObject{{QStringLiteral("backend"), ports.backend},
+                                                     {QStringLiteral("baiduHttp"), ports.baiduHttp},
+                                                     {QStringLiteral("baiduHttps"), ports.baiduHttps},
+                                                     {QStringLiteral("tencentHttps"), ports.tencentHttps},
+                                                     {QStringLiteral("xunFei"), ports.xunFei},
+                                                     {QStringLiteral("control"), ports.control}})
                                .toJson(QJsonDocument::Compact)
                         << '\n';
     return QCoreApplication::exec();

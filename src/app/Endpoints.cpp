@@ -81,6 +81,7 @@ EngineEndpoints loadEndpoints(ServiceState &state, const QString &path)
     }
     endpoints.TencentSecretIds = value("TencentSecretIds", {});
     endpoints.TencentSecretKeys = value("TencentSecretKeys", {});
+    endpoints.XunFeiWholeUtterance = file.value(QStringLiteral("XunFeiWholeUtterance"), false).toBool();
     endpoints.VerifyCertificates = file.value(QStringLiteral("VerifyCertificates"), false).toBool();
     return endpoints;
 }

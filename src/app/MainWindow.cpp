@@ -14,6 +14,7 @@
 #include "engines/BaiduTokens.h"
 #include "engines/CredentialStore.h"
 #include "engines/TencentSpeech.h"
+#include "engines/XunFeiStream.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
@@ -109,7 +110,7 @@ void MainWindow::createNetworkObjects()
 {
     m_network = new QNetworkAccessManager(this);
     connect(m_network, &QNetworkAccessManager::finished, this, &MainWindow::slot_requestFinished_NotRead);
-    m_partialResult = new CPatialResultDialog(this);
+    XFPartialDlg = new CPatialResultDialog(this);
     m_online = new isOnl(*m_platform.networkState, HidBusy, this);
     m_online->GetInternetConnectState();
     IsOnline = m_online->isOnline;
@@ -129,6 +130,8 @@ void MainWindow::createRecorderAndBar()
     m_tencentSpeech = std::make_unique<mevo::TencentSpeech>(
         *this, static_cast<mevo::EngineHost &>(*this), *m_platform.time, *m_platform.processes, m_endpoints,
         [this](const QString &text) { deliverRecognised(text); });
+    m_xunFei = std::make_unique<mevo::XunFeiStream>(*this, *m_platform.time, m_endpoints,
+                                                    static_cast<mevo::XunFeiHost &>(*this));
     createBar();
     VoiceTypeMode = false;
     VoiceCommandWordMode = false;
@@ -152,6 +155,7 @@ void MainWindow::createTipWindow()
 {
     m_micTip = new MicTipDialog(*this, *this, this);
     m_platform.windowSystem->neverTakeFocus(m_micTip->winId());
+    m_platform.windowSystem->neverTakeFocus(XFPartialDlg->winId());
     connect(m_micTip, &MicTipDialog::returnMouseKeyResult, this, &MainWindow::ProcessResult);
     connect(m_micTip, &MicTipDialog::CreateTransDlgSignal, this, &MainWindow::CreateTransDlg);
     connect(m_micTip, &MicTipDialog::CallMainFunctionSignal, this, &MainWindow::CallMainFunctionSlot);

@@ -5,6 +5,7 @@
 #include "audio/RecorderHost.h"
 #include "engines/EngineEndpoints.h"
 #include "engines/EngineHost.h"
+#include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
 #include "session/ResultPipeline.h"
 #include "session/SessionHands.h"
@@ -40,6 +41,7 @@ class CommandMatcher;
 class TencentSpeech;
 class WebApi;
 class CredentialStore;
+class XunFeiStream;
 struct EngineChange;
 } // namespace mevo
 
@@ -54,6 +56,7 @@ class MainWindow : public QMainWindow,
                    public MainState,
                    private RecorderHost,
                    private mevo::EngineHost,
+                   private mevo::XunFeiHost,
                    private mevo::TipWindowHost
 {
     Q_OBJECT
@@ -120,6 +123,11 @@ public Q_SLOTS:
     void presentMenu();
     /// Leaves without a question, for a reason of the program's own.
     void exitByItself();
+
+    void ConnectXFWebApi();
+    void onXFWebApiConnected();
+    void onXFWebApiDisconnected();
+    void onXFWebApiMessageReceived(QString message);
 
     void onEnterTimerAfterRec();
     void setWndTopMostTimeout();
@@ -253,6 +261,15 @@ private:
     void channelCountChanged() override;
     QPair<bool, QString> recogniseWithTencent(const QByteArray &pcm) override;
 
+    // XunFeiHost
+    bool dynamicCorrection() const override;
+    void handleXunFeiText(const QString &text) override;
+    void showXunFeiText(const QString &text) override;
+    void showPartialText(const QString &text) override;
+    void hidePartialText() override;
+    void flushXunFeiCount() override;
+    void closeXunFeiRecording() override;
+
     // TipWindowHost
     bool sendMicrophoneLatch(bool on) override;
     void flushUsageCounters() override;
@@ -276,10 +293,11 @@ private:
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
     std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
     std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
+    std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     GetHIDDataThread *m_reader = nullptr;
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;
-    CPatialResultDialog *m_partialResult = nullptr;
+    CPatialResultDialog *XFPartialDlg = nullptr; ///< partial texts of XunFei's dynamic correction
     QPointer<QToolTips> m_toolTips;
     isOnl *m_online = nullptr;
     QSystemTrayIcon *m_tray = nullptr;

@@ -116,6 +116,7 @@ void MainWindow::tearDown()
     m_micTip->deleteLater();
     m_micTip = nullptr;
 
+    closeXunFeiSocket();
     m_recorder->disconnect();
     m_recorder->deleteLater();
     m_recorder = nullptr;

@@ -69,6 +69,12 @@ AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, Recorde
     m_silence.setSingleShot(true);
     m_silence.setInterval(SilenceTimeout);
     connect(&m_silence, &QTimer::timeout, this, [this] { reportDeadMicrophone("gives no data"); });
+    m_answerTimer.setSingleShot(true);
+    m_answerTimer.setInterval(AnswerTimeout);
+    connect(&m_answerTimer, &QTimer::timeout, this, [this] {
+        qWarning("XunFei: no answer %d ms after the end; the microphone closes", m_answerTimer.interval());
+        closeInput();
+    });
 
     {
         QAudioInput probe(defaultMicrophone(), m_format);
@@ -202,10 +208,16 @@ void AudioRecorder::OnRecordStart()
     }
     ++m_session;
     m_blockCount = 0;
+    m_unsentBytes = 0;
+    m_answerTimer.stop();
     mVoiceBuffer.clear();
     if (UseXunFeiWebApi && !m_platform.systemFacts->isXpClass()) {
         m_host.openXunFeiSocket();
         FrameStatus = STATUS_FIRST;
+        m_streaming = true;
+    } else if (m_streaming) {
+        m_streaming = false;
+        m_host.closeXunFeiSocket(); // a late answer to an earlier session must not end this one
     }
     if (m_input && !m_device) {
         closeInput(); // the sound server has taken it away; it would never give data again
@@ -247,6 +259,7 @@ void AudioRecorder::openInput()
 void AudioRecorder::closeInput()
 {
     m_silence.stop();
+    m_answerTimer.stop();
     if (m_device) {
         m_device->disconnect(this);
         m_device = nullptr;
@@ -289,8 +302,12 @@ void AudioRecorder::processBlock(int length)
     if (m_format.channelCount() == 2) {
         block = mevo::leftChannel(m_readBuffer.constData(), length);
     }
-    if (UseXunFeiWebApi && m_host.xunFeiConnected()) {
-        streamBlock(block);
+    if (UseXunFeiWebApi) {
+        if (m_host.xunFeiConnected()) {
+            streamBlock(block);
+        } else if (FrameStatus == STATUS_FIRST) {
+            m_unsentBytes += block.size();
+        }
     }
     if (BaiDuNoStreamApi || UseTXASRApi) {
         mVoiceBuffer.append(block.constData(), block.size());
@@ -301,6 +318,7 @@ void AudioRecorder::processBlock(int length)
 void AudioRecorder::streamBlock(const QByteArray &block)
 {
     if (FrameStatus == STATUS_FIRST) {
+        qInfo("XunFei: %d ms of sound came before the connection and are not sent", unsentMs());
         m_host.sendXunFeiFrame(block, STATUS_FIRST);
         FrameStatus = STATUS_CONTINUE;
     }
@@ -317,7 +335,13 @@ void AudioRecorder::OnRecordStop()
     OnReadMore(); // what the microphone still holds is the end of the last word
     const int session = m_session;
     if (UseXunFeiWebApi) {
+        if (FrameStatus == STATUS_FIRST && m_unsentBytes > 0) {
+            qWarning("XunFei: no connection; %d ms of sound are not sent", unsentMs());
+        }
         FrameStatus = STATUS_LAST; // the microphone stays open: its next block sends the closing frame
+        if (isOpen()) {
+            m_answerTimer.start();
+        }
     } else {
         m_closeTimer.start();
         BufferReady = true;
@@ -368,6 +392,11 @@ void AudioRecorder::reportDeadMicrophone(const char *reason)
         mevo::MessageIcon::Information, 3000);
 }
 
+int AudioRecorder::unsentMs() const
+{
+    return m_unsentBytes / (mevo::CaptureRate * 2 / 1000);
+}
+
 void AudioRecorder::OnTimeOut() {}
 
 void AudioRecorder::showRecText(QString text)
@@ -380,6 +409,7 @@ void AudioRecorder::DeleyCloseMicTimer()
     m_closeTimer.stop();
     closeInput();
     m_host.closeXunFeiSocket();
+    m_streaming = false;
     m_blockCount = 0;
     BufferReady = true;
 }

@@ -37,6 +37,10 @@ public:
     /// Time without any data after which an open microphone is reported as dead, in milliseconds.
     static constexpr int SilenceTimeout = 2000;
 
+    /// Time after OnRecordStop() for which the microphone stays open for a XunFei session that gets no
+    /// answer, in milliseconds. The answer itself may come later.
+    static constexpr int AnswerTimeout = 5000;
+
     /// Reads the engine flags, chooses the microphone and asks the host for Baidu's token. With
     /// FirstRunApp on, a device and a network, it makes Tencent the engine first. All three arguments
     /// must outlive the recorder.
@@ -81,6 +85,7 @@ private:
     void streamBlock(const QByteArray &block);
     void onInputStateChanged(QAudio::State state);
     void reportDeadMicrophone(const char *reason);
+    int unsentMs() const;
 
     MainState &m_state;
     mevo::Platform &m_platform;
@@ -94,7 +99,10 @@ private:
     QByteArray m_readBuffer;
     QTimer m_closeTimer;
     QTimer m_silence;
+    QTimer m_answerTimer;
     int m_blockCount = 0;
-    int m_session = 0; ///< number of the session, to tell whether a next one has begun meanwhile
+    int m_unsentBytes = 0;    ///< of this session, before XunFei's socket was connected
+    int m_session = 0;        ///< number of the session, to tell whether a next one has begun meanwhile
+    bool m_streaming = false; ///< a session has opened a socket that has not been closed here
     bool m_deadReported = false;
 };

@@ -24,6 +24,8 @@ struct EngineEndpoints
     QString SearchBing = QStringLiteral("www.bing.com");
     /// Tencent's ids and keys where the service tells none, lists separated by ";". Never logged.
     QString TencentSecretIds, TencentSecretKeys;
+    /// A XunFei session goes on until the utterance's last result instead of ending with the first message.
+    bool XunFeiWholeUtterance = false;
     /// Checks certificates also where a service is called without by default.
     bool VerifyCertificates = false;
 };

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QWebSocket;
+
 /// What the device record permits this receiver to see. On until the record says otherwise.
 struct EnginePermissions
 {
@@ -59,6 +61,11 @@ struct EngineState : EnginePermissions
     /// Tencent's ids and keys as the service's record tells them, each a list separated by ";"; empty until
     /// it does. Never logged.
     QString TXSCD, TXSCK;
+    /// XunFei's streaming session.
+    QWebSocket *XFWebSocket = nullptr; ///< null when closed
+    bool XFWebSocketConnected = false;
+    QString XFResultText;      ///< text of the message that is being handled
+    QStringList XFPartialList; ///< with dynamic correction: result number n of this session at index n - 1
 
     /// Day's use and limit of each engine.
     int BDSR1DUsedQuantity = 0, BDSR1DMaxUsageQuantity = 500;

@@ -237,20 +237,6 @@ bool MainWindow::refreshBaiduToken()
     return !m_baiduSpeech || m_baiduSpeech->refreshToken();
 }
 
-void MainWindow::openXunFeiSocket()
-{
-    qInfo() << "XunFei streaming is not part of this build";
-}
-
-bool MainWindow::xunFeiConnected() const
-{
-    return false;
-}
-
-void MainWindow::sendXunFeiFrame(const QByteArray &, int) {}
-
-void MainWindow::closeXunFeiSocket() {}
-
 void MainWindow::runBackendSql(const QString &statement)
 {
     RunBackendSql(statement, modeChangeTimeoutMs);

@@ -85,11 +85,13 @@ void SessionHands::updateMicWin(const QString &picture)
 
 void SessionHands::preparePartialResults()
 {
-    if (m_window.m_recorder == nullptr || !m_window.m_recorder->EnableXunFeiWebApiDwa) {
+    m_window.XFPartialList.clear();
+    m_window.XFResultText.clear();
+    if (!m_window.dynamicCorrection()) {
         return;
     }
     const auto caret = m_window.m_platform.windowSystem->caretRectangle();
-    m_window.m_partialResult->move(caret ? caret->topLeft() : QCursor::pos());
+    m_window.XFPartialDlg->placeAt(caret ? caret->topLeft() : QCursor::pos());
 }
 
 bool SessionHands::translationDialogTakesKeys() const

@@ -244,6 +244,23 @@ private slots:
         QVERIFY(f.fakes.log.has(QStringLiteral("socket close")));
     }
 
+    void aStreamWithoutAnAnswerLetsTheMicrophoneGo()
+    {
+        RecorderFixture f;
+        f.recorder.UseTXASRApi = false;
+        f.recorder.UseXunFeiWebApi = true;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > 0);
+        f.recorder.OnRecordStop();
+        QVERIFY(f.recorder.isOpen());
+        QTRY_VERIFY_WITH_TIMEOUT(!f.recorder.isOpen(), AudioRecorder::AnswerTimeout + 3000);
+        QVERIFY(!f.fakes.log.has(QStringLiteral("socket close"))); // the answer may still come
+
+        f.recorder.UseXunFeiWebApi = false; // but not into a session of another engine
+        f.recorder.OnRecordStart();
+        QVERIFY(f.fakes.log.has(QStringLiteral("socket close")));
+    }
+
     void noStreamOnOldSystems()
     {
         RecorderFixture f;

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "app/MainState.h"
+#include "engines/EngineEndpoints.h"
+#include "engines/XunFeiMessage.h"
+#include "platform/SystemServices.h"
+
+#include <QObject>
+
+class QWebSocket;
+
+namespace mevo {
+
+class XunFeiHost;
+
+/// XunFei's dictation over a WebSocket (protocol version 2): one socket a session, audio out while the user
+/// speaks, results in. The session's state is the main window's; a socket that has been closed here is not
+/// heard any more, whatever still comes from it. Nothing limits the life of a socket but the next session.
+/// GUI thread.
+class XunFeiStream : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All but `endpoints` must outlive this object.
+    XunFeiStream(MainState &state, const Time &time, EngineEndpoints endpoints, XunFeiHost &host,
+                 QObject *parent = nullptr);
+    ~XunFeiStream() override;
+
+    /// Sends one frame at once; nothing while the socket is not connected. `status` is 0 for the first
+    /// frame, 1 for a middle one, 2 for the last, whose block is not sent.
+    void sendFrame(const QByteArray &block, int status);
+    /// Ends the session: closes its socket, if there is one, and hides the partial text.
+    void close();
+
+    /// A larger frame or message makes the socket close.
+    static constexpr quint64 largestFrame = 1024 * 1024;
+    /// Limits of what one session's results may add up to; the service takes 60 s of speech.
+    static constexpr int mostResults = 5000, longestUtterance = 20000;
+
+public Q_SLOTS:
+    /// Opens the socket of a new session; an old one is closed first.
+    void ConnectXFWebApi();
+    void onXFWebApiConnected();
+    void onXFWebApiDisconnected();
+    /// Takes one message. The session ends with it, whatever it says, unless whole utterances are asked for
+    /// (EngineEndpoints::XunFeiWholeUtterance): then with the last result, an error or a broken message.
+    void onXFWebApiMessageReceived(QString message);
+
+private:
+    void useAccountOf(const QString &voiceType);
+    void closeSocket();
+    void closeAndHide();
+    void takeResult(const XunFeiMessage &message, int session);
+    void finishUtterance(const QString &text, int session);
+    void endSession(int session);
+    bool isOver(int session) const { return session != m_session; }
+
+    MainState &m_state;
+    const Time &m_time;
+    EngineEndpoints m_endpoints;
+    XunFeiHost &m_host;
+    int m_session = 0; ///< number of the session: a text's way may run event loops, and the next one begin
+};
+
+} // namespace mevo
