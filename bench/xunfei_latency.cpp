@@ -51,6 +51,7 @@ public:
     void showXunFeiText(const QString &) override {}
     void showPartialText(const QString &) override {}
     void hidePartialText() override {}
+    void showXunFeiLanguage() override {}
     void flushXunFeiCount() override {}
     void closeXunFeiRecording() override {}
 

@@ -213,6 +213,8 @@ private:
 
     // Engines and services.
     void carryOut(const mevo::EngineChange &change);
+    /// Builds the language menu and the bar's button from what is in force.
+    void showLanguages();
     void loadAllCredentials();
     void deliverRecognised(const QString &text);
     void SetupAsr3();
@@ -267,6 +269,7 @@ private:
     void showXunFeiText(const QString &text) override;
     void showPartialText(const QString &text) override;
     void hidePartialText() override;
+    void showXunFeiLanguage() override;
     void flushXunFeiCount() override;
     void closeXunFeiRecording() override;
 

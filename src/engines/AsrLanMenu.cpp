@@ -65,6 +65,7 @@ public:
         if (m_state.ShowASR3UI) {
             addSection(Engine::ThirdParty);
         }
+        showOtherXunFeiLanguage();
         return m_menu;
     }
 
@@ -127,6 +128,19 @@ private:
         }
         if (engine != Engine::ThirdParty) {
             m_menu.entries.push_back({});
+        }
+    }
+
+    /// A dialect or a minor language has no row here; the button still tells which one is spoken.
+    void showOtherXunFeiLanguage()
+    {
+        if (!m_menu.buttonImage.isEmpty() || m_state.LocalEnableASR3 || !m_recorder.UseXunFeiWebApi) {
+            return;
+        }
+        for (const XunFeiLanguage &language : xunFeiLanguages()) {
+            if (m_state.XunFeiWebApiCurrentVoiceType == QLatin1String(language.code)) {
+                m_menu.buttonImage = languageButtonStyle(QLatin1String(language.image), m_facts.vertical);
+            }
         }
     }
 

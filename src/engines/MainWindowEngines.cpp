@@ -46,9 +46,10 @@ QWidgetAction *titleRow(const QString &text, QMenu *menu)
     auto *label = new QLabel(text);
     label->setAlignment(Qt::AlignCenter);
     label->setFont(QFont(QStringLiteral("SimHei"), 12, 75));
-    label->setStyleSheet(QStringLiteral("color: white; padding: 6px 18px;"));
+    label->setStyleSheet(QStringLiteral("QLabel { color: white; padding: 6px 18px; }"));
     auto *action = new QWidgetAction(menu);
     action->setDefaultWidget(label);
+    action->setEnabled(false); // the keyboard passes it by
     return action;
 }
 
@@ -65,6 +66,23 @@ void MainWindow::BuildAsrLanMenu(bool persistEngine, bool setupInputMethod)
         BaiDuCurrentVoiceType = settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
         XunFeiWebApiCurrentVoiceType =
             settings.value(QStringLiteral("XunFeiWebApiCurrentVoiceType")).toString();
+    }
+    showLanguages();
+    if (setupInputMethod && LocalEnableASR3) {
+        SetupAsr3();
+    }
+    if (persistEngine) {
+        runBackendSql(mevo::deviceStatement(m_recorder->UseXunFeiWebApi ? mevo::Statement::UseXunFei
+                                            : m_recorder->UseTXASRApi   ? mevo::Statement::UseTencent
+                                                                        : mevo::Statement::UseBaidu,
+                                            SchemaName, {DongleID}));
+    }
+}
+
+void MainWindow::showLanguages()
+{
+    if (m_recorder == nullptr || m_languageButton == nullptr) {
+        return;
     }
     mevo::MenuFacts facts;
     facts.xpClass = isXpClass();
@@ -107,15 +125,6 @@ void MainWindow::BuildAsrLanMenu(bool persistEngine, bool setupInputMethod)
     setLanguageButtonImage(built.buttonImage);
     m_languageButton->setMenu(m_languageMenu);
     connect(m_languageMenu, &QMenu::triggered, this, &MainWindow::trigerAllAsrLanMenu);
-    if (setupInputMethod && LocalEnableASR3) {
-        SetupAsr3();
-    }
-    if (persistEngine) {
-        runBackendSql(mevo::deviceStatement(m_recorder->UseXunFeiWebApi ? mevo::Statement::UseXunFei
-                                            : m_recorder->UseTXASRApi   ? mevo::Statement::UseTencent
-                                                                        : mevo::Statement::UseBaidu,
-                                            SchemaName, {DongleID}));
-    }
 }
 
 void MainWindow::trigerAllAsrLanMenu(QAction *act)

@@ -87,6 +87,11 @@ void MainWindow::hidePartialText()
     XFPartialDlg->hide();
 }
 
+void MainWindow::showXunFeiLanguage()
+{
+    showLanguages();
+}
+
 void MainWindow::flushXunFeiCount()
 {
     updateRecCountsTimerOut();

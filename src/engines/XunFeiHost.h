@@ -18,6 +18,8 @@ public:
     virtual void showXunFeiText(const QString &text) = 0;
     virtual void showPartialText(const QString &text) = 0;
     virtual void hidePartialText() = 0;
+    /// The account may not use the language: another one is spoken from the next session on.
+    virtual void showXunFeiLanguage() = 0;
     /// An utterance has ended and the day's count gone up.
     virtual void flushXunFeiCount() = 0;
     /// Closes the microphone and this session's socket.

@@ -171,6 +171,7 @@ void XunFeiStream::onXFWebApiMessageReceived(QString message)
         if (result.code == XunFeiMessage::NotLicensed) {
             m_state.XunFeiWebApiCurrentVoiceType =
                 languageAfterXunFeiRefusal(m_state.XunFeiWebApiCurrentVoiceType);
+            m_host.showXunFeiLanguage();
         }
         endSession(session);
         return;

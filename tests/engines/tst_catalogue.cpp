@@ -237,6 +237,14 @@ private Q_SLOTS:
             "Tencent hidden", [](Desk &d) { d.state.ShowTXI = false; },
             "1537 1637 1837 1737 | mandarin en_us | 1 2 3", "");
         add(
+            "XunFei in a language without a row",
+            [](Desk &d) {
+                d.use(Engine::XunFei);
+                d.state.XunFeiWebApiCurrentVoiceType = QStringLiteral("ja_jp");
+            },
+            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3",
+            "/jp.png");
+        add(
             "XP class", [](Desk &d) { d.facts.xpClass = true; },
             "*16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | 1 2 3", "/PuTongHua.png");
         add(

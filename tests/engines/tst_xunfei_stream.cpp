@@ -50,6 +50,10 @@ struct Desk : mevo::XunFeiHost
     void showPartialText(const QString &text) override { calls.append(QStringLiteral("partial ") + text); }
     void hidePartialText() override { calls.append(QStringLiteral("hide")); }
     void flushXunFeiCount() override { calls.append(QStringLiteral("flush")); }
+    void showXunFeiLanguage() override
+    {
+        calls.append(QStringLiteral("language ") + state.XunFeiWebApiCurrentVoiceType);
+    }
     void closeXunFeiRecording() override
     {
         calls.append(QStringLiteral("end"));
@@ -258,8 +262,13 @@ private Q_SLOTS:
         QVERIFY(desk.control("error", QString::number(code)));
         QVERIFY(desk.speak());
         QVERIFY(desk.waitFor(QStringLiteral("end")));
-        QCOMPARE(desk.calls, QStringList{QStringLiteral("end")});
-        QTEST(desk.state.XunFeiWebApiCurrentVoiceType, "afterwards");
+        QFETCH(QString, afterwards);
+        QCOMPARE(desk.state.XunFeiWebApiCurrentVoiceType, afterwards);
+        QStringList calls{QStringLiteral("end")};
+        if (code == 11200) {
+            calls.prepend(QStringLiteral("language ") + afterwards);
+        }
+        QCOMPARE(desk.calls, calls);
         QCOMPARE(desk.state.XFSR1DUsedQuantity, 0);
     }
 
