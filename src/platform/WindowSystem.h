@@ -47,7 +47,8 @@ public:
     /// Class and title of the window, empty when it is gone.
     virtual QString windowClass(WindowId window) = 0;
     virtual QString windowTitle(WindowId window) = 0;
-    /// The text caret of the focused window in screen pixels, when it can be known.
+    /// The text caret of the focused window, in device-independent pixels of the desktop as QWidget::move()
+    /// takes them, when it can be known.
     virtual std::optional<QRect> caretRectangle() = 0;
     /// Makes a window of ours never take the keyboard focus. `window` is its native id.
     virtual void neverTakeFocus(WindowId window) = 0;

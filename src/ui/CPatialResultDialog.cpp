@@ -27,6 +27,7 @@ CPatialResultDialog::CPatialResultDialog(QWidget *parent)
 {
     setAttribute(Qt::WA_ShowWithoutActivating);
     resize(310, 65);
+    setWindowTitle(QStringLiteral("PartialResult"));
     QFont dialogFont = font();
     dialogFont.setPointSize(12);
     setFont(dialogFont);

@@ -3,7 +3,9 @@
 #include "platform/linux/X11Poster.h"
 
 #include <QDebug>
+#include <QGuiApplication>
 #include <QPointer>
+#include <QScreen>
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -169,7 +171,20 @@ QString X11WindowSystem::windowTitle(WindowId window)
 
 std::optional<QRect> X11WindowSystem::caretRectangle()
 {
-    return m_caret.rectangle();
+    const std::optional<QRect> caret = m_caret.rectangle();
+    if (!caret) {
+        return caret;
+    }
+    // Screens keep their corners when Qt scales them, and only their sizes change.
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        const QPoint corner = screen->geometry().topLeft();
+        const qreal ratio = screen->devicePixelRatio();
+        if (QRect(corner, screen->geometry().size() * ratio).contains(caret->topLeft())) {
+            const auto scaled = [&](const QPoint &point) { return corner + (point - corner) / ratio; };
+            return QRect(scaled(caret->topLeft()), caret->size() / ratio);
+        }
+    }
+    return caret;
 }
 
 void X11WindowSystem::neverTakeFocus(WindowId window)
