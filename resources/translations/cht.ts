@@ -284,6 +284,10 @@
         <source>语音翻译模式已打开</source>
         <translation>語音翻譯模式已開啟</translation>
     </message>
+    <message>
+        <source>语音映射词设置</source>
+        <translation>語音對映詞設定</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>

@@ -283,6 +283,10 @@
         <source>语音翻译模式已打开</source>
         <translation>Voice translation mode is on</translation>
     </message>
+    <message>
+        <source>语音映射词设置</source>
+        <translation>Edit the voice commands</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>

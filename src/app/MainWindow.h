@@ -156,6 +156,12 @@ public Q_SLOTS:
     void on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reason);
     void trigerAllAsrLanMenu(QAction *act);
     void trigerVoiceKeyboardMenu(QAction *) {}
+    /// "语音映射词设置" opens the command word editor; other rows do nothing.
+    void trigerCmdWordVoiceKeyboardMenu(QAction *act);
+    /// Of menus of one engine each; the one menu of today has its own slot.
+    void trigerTXRecLanMenu(QAction *act) { trigerAllAsrLanMenu(act); }
+    void trigerBaiduRecLanMenu(QAction *act) { trigerAllAsrLanMenu(act); }
+    void trigerXunFeiRecWebApiLanMenu(QAction *act) { trigerAllAsrLanMenu(act); }
     void GlobalHotKeyActivated() {}
 
     /// Kept under their names for callers from outside; nothing in the program reaches them.

@@ -63,7 +63,7 @@ bool MainWindow::dynamicCorrection() const
 void MainWindow::handleXunFeiText(const QString &text)
 {
     if (!hasTornDown()) {
-        m_pipeline.handleRecResult(text);
+        m_pipeline.HandleRecResult(text);
     }
 }
 

@@ -85,7 +85,7 @@ void MainWindow::TimeOutGetPasteContent()
     }
     const QString text = m_platform.clipboard->text();
     if (text.size() > 2) {
-        m_pipeline.handleRecResult(text);
+        m_pipeline.HandleRecResult(text);
     }
 }
 

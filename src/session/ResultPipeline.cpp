@@ -38,13 +38,13 @@ void ResultPipeline::showRecText(const QString &text)
     }
     // The engine flags exclude each other in normal use; nothing here depends on it.
     if (m_port.usesTencent()) {
-        handleRecResult(text);
+        HandleRecResult(text);
     }
     if (m_port.usesXunFei()) {
-        handleRecResult(text);
+        HandleRecResult(text);
     }
     if (m_port.usesBaidu()) {
-        handleRecResult(text);
+        HandleRecResult(text);
     }
 }
 
@@ -59,7 +59,7 @@ void ResultPipeline::endByEngine()
     m_state.RecTextBuffer.clear();
 }
 
-void ResultPipeline::handleRecResult(const QString &text)
+void ResultPipeline::HandleRecResult(const QString &text)
 {
     if (handleMarker(text)) {
         return;

@@ -16,7 +16,7 @@ public:
     /// A text as an engine delivers it, with its markers.
     void showRecText(const QString &text);
     /// A text that is known to be words, or one of the whole-text markers.
-    void handleRecResult(const QString &text);
+    void HandleRecResult(const QString &text);
 
 private:
     bool handleMarker(const QString &text);

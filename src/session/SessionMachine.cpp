@@ -89,7 +89,7 @@ void SessionMachine::startSession(const KeyReport &report)
     if (m_state.KeyUpBusy) {
         return;
     }
-    const QMutexLocker lock(&m_sessionMutex);
+    const QMutexLocker lock(&SessionMutex);
     m_state.KeyDownBusy = true;
     if (m_state.Send2ScreenMethod != 2) {
         m_port.saveFocusWindow();
@@ -136,7 +136,7 @@ void SessionMachine::release(const KeyReport &report)
 
 bool SessionMachine::closeSession(const KeyReport &report)
 {
-    const QMutexLocker lock(&m_sessionMutex);
+    const QMutexLocker lock(&SessionMutex);
     m_state.KeyUpBusy = true;
     bool stop = false;
     if (m_state.Recording) {

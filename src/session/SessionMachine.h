@@ -41,7 +41,7 @@ private:
 
     MainState &m_state;
     SessionPort &m_port;
-    QMutex m_sessionMutex;
+    QMutex SessionMutex;
 };
 
 } // namespace mevo

@@ -288,6 +288,13 @@ void MainWindow::pushBuutton_CommandWord_clicked()
     qInfo() << "The command word editor is not part of this build";
 }
 
+void MainWindow::trigerCmdWordVoiceKeyboardMenu(QAction *act)
+{
+    if (act->text() == tr("语音映射词设置")) {
+        pushBuutton_CommandWord_clicked();
+    }
+}
+
 void MainWindow::pushBuutton_Setting_clicked()
 {
     qInfo() << "The settings dialog is not part of this build";

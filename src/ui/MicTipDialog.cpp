@@ -153,12 +153,12 @@ void MicTipDialog::showMicVolume(QByteArray mVoiceBuffer, int iVolumeValue)
     }
     MicVolumePeak = mevo::meterPeak(mVoiceBuffer, iVolumeValue, MicVolumeGain);
     const int level = mevo::meterLevel(MicVolumePeak, m_host.isXpClass());
-    if (level != m_level) {
+    if (level != MicVolumeLevel) {
         setPicture(QStringLiteral(":/rec/%1Recorder%2.png")
                        .arg(m_state.MicLatched ? QStringLiteral("Right_") : QString())
                        .arg(std::min(level, highestLevelPicture)));
     }
-    m_level = mevo::meterLevel(MicVolumePeak, false);
+    MicVolumeLevel = mevo::meterLevel(MicVolumePeak, false);
 }
 
 void MicTipDialog::UpdateStatusButtons()

@@ -36,7 +36,7 @@ public:
     void showLongPress();
     /// Path of the picture shown now.
     QString picture() const { return m_picture; }
-    int level() const { return m_level; }
+    int level() const { return MicVolumeLevel; }
 
 Q_SIGNALS:
     /// A key report of 16 bytes; the buffer holds until the next one.
@@ -89,6 +89,6 @@ private:
     bool MouseDown = true;
     int MicVolumePeak = 0;
     int MicVolumeGain = 20;
-    int m_level = 0;
+    int MicVolumeLevel = 0;
     char m_report[mevo::keyReportSize] = {};
 };

@@ -56,7 +56,7 @@ struct Desk
     QString take(const QString &text)
     {
         port.log.clear();
-        pipeline.handleRecResult(text);
+        pipeline.HandleRecResult(text);
         QStringList calls = port.log.calls();
         calls.removeAll(QStringLiteral("latch off"));
         return calls.join(QLatin1Char('|'));

@@ -85,7 +85,7 @@ struct Desk : mevo::PipelinePort
     }
     void say(const char *word)
     {
-        pipeline.handleRecResult(QString::fromUtf8(word) + QStringLiteral("。__over__"));
+        pipeline.HandleRecResult(QString::fromUtf8(word) + QStringLiteral("。__over__"));
     }
     void click(const char *button) { tip.findChild<QPushButton *>(QLatin1String(button))->click(); }
 
