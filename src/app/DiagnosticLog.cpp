@@ -96,7 +96,10 @@ void installDiagnosticLog(int mask, int withPosition)
 {
     theMask = mask;
     thePosition = withPosition != 0;
-    previousHandler = qInstallMessageHandler(handle);
+    const QtMessageHandler before = qInstallMessageHandler(handle);
+    if (before != handle) { // else a message would go round in a circle
+        previousHandler = before;
+    }
 }
 
 } // namespace mevo

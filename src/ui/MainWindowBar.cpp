@@ -200,6 +200,9 @@ void MainWindow::setWndTopMostTimeout()
 
 void MainWindow::presentMenu()
 {
+    if (ExitInProgress) {
+        return; // a question may stand there already
+    }
     if (isVisible()) {
         raise();
     }

@@ -1,4 +1,5 @@
 #include "app/MainWindow.h"
+#include "app/RunProgram.h"
 #include "audio/AudioRecorder.h"
 #include "device/GetHIDDataThread.h"
 #include "session/KeyReport.h"
@@ -72,6 +73,23 @@ const QString goodbye = QStringLiteral("hid send 05 81 07 00 00 00 00 00");
 const QString keypadHide = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppHide");
 const QString keypadExit = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppExit");
 const QString penPad = QStringLiteral("sibling \\..\\HW\\PenPadHost.exe");
+
+/// Acts once the program has started and its event loop turns; the construction turns loops of its own.
+class WhenRunning : public QTimer
+{
+public:
+    explicit WhenRunning(std::function<void()> action)
+    {
+        callOnTimeout([this, action = std::move(action)] {
+            const MainWindow *window = MainWindow::instance();
+            if (window != nullptr && window->InitDone) {
+                stop();
+                action();
+            }
+        });
+        start(1);
+    }
+};
 
 } // namespace
 
@@ -179,6 +197,46 @@ private Q_SLOTS:
             QCOMPARE(program.fake.log.has(penPad + QStringLiteral(" /close")),
                      leave == &MainWindow::exitByItself);
         }
+    }
+
+    void whatTheEventLoopIsLeftWith_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<bool>("free");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<bool>("startsAnew");
+        QTest::newRow("end") << 0 << true << 0 << false;
+        QTest::newRow("failure") << 3 << true << 3 << false;
+        QTest::newRow("restart") << 888 << true << 0 << true;
+        QTest::newRow("second instance") << 888 << false << 0 << false;
+    }
+
+    void whatTheEventLoopIsLeftWith()
+    {
+        QFETCH(int, code);
+        QFETCH(bool, free);
+        Program program;
+        program.fake.singleInstance->free = free;
+        const WhenRunning leave([code] { QApplication::exit(code); });
+        const int result = mevo::runProgram(program.fake.platform);
+        QTEST(result, "result");
+        const QString started = QStringLiteral("start ") + QCoreApplication::applicationFilePath();
+        const QStringList wanted{QStringLiteral("lock released"), started};
+        QFETCH(bool, startsAnew);
+        QCOMPARE(program.order(wanted), startsAnew ? wanted : QStringList());
+    }
+
+    void aSecondStartOpensTheMenu()
+    {
+        Program program;
+        const WhenRunning again([&program] {
+            program.fake.singleInstance->startedAgain();
+            auto *menu = MainWindow::instance()->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
+            QVERIFY(menu != nullptr && menu->isVisible() && menu->activeAction() != nullptr);
+            menu->hide();
+            QApplication::exit(0);
+        });
+        QCOMPARE(mevo::runProgram(program.fake.platform), 0);
     }
 
     void mainFunctionDoor()

@@ -213,7 +213,7 @@ FakePlatform::FakePlatform()
     , registry(install<FakeRegistry>(platform.registry))
     , audioRouter(install<FakeAudioRouter>(platform.audioRouter, log))
     , networkState(install<FakeNetworkState>(platform.networkState))
-    , singleInstance(install<FakeSingleInstance>(platform.singleInstance))
+    , singleInstance(install<FakeSingleInstance>(platform.singleInstance, log))
     , notifications(install<FakeNotifications>(platform.notifications, log))
 {
 }

@@ -305,10 +305,18 @@ public:
 class FakeSingleInstance : public mevo::SingleInstance
 {
 public:
+    explicit FakeSingleInstance(CallLog &log)
+        : m_log(log)
+    {
+    }
     bool acquire(const QString &) override { return free; }
-    void release() override {}
-    void whenStartedAgain(std::function<void()>) override {}
+    void release() override { m_log.add(QStringLiteral("lock released")); }
+    void whenStartedAgain(std::function<void()> handler) override { startedAgain = std::move(handler); }
     bool free = true;
+    std::function<void()> startedAgain;
+
+private:
+    CallLog &m_log;
 };
 
 /// Messages are logged as "message TEXT (MILLISECONDS)".
