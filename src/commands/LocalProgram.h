@@ -5,7 +5,7 @@
 
 namespace mevo {
 
-/// The command of a desktop entry's `Exec` line, as the Desktop Entry Specification of freedesktop.org
+/// The command of a desktop entry's `Exec` line, as the desktop entry format of freedesktop.org
 /// splits it, without its field codes. Empty when the text is no entry of an application.
 struct DesktopEntryCommand
 {
