@@ -147,6 +147,8 @@ PostResult X11Poster::post(WindowId window, const QString &text)
         XFree(protocols);
     }
 
+    answersPing = answersPing && m_silent.count(top) == 0;
+
     PostingPlan plan(text, *m_slots);
     bool whole = true;
     bool first = true;
@@ -188,6 +190,11 @@ bool X11Poster::awaitTranslated(unsigned long topLevel, bool &answersPing, int m
 {
     if (answersPing) {
         answersPing = ping(topLevel);
+        if (answersPing) {
+            m_answering.insert(topLevel);
+        } else if (m_answering.count(topLevel) == 0) {
+            m_silent.insert(topLevel); // promises answers and gives none: not waited for again
+        }
     }
     if (!answersPing) {
         pause(milliseconds);

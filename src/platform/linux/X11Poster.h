@@ -6,6 +6,7 @@
 #include "platform/linux/X11ScratchKeys.h"
 
 #include <memory>
+#include <set>
 
 namespace mevo {
 
@@ -42,6 +43,8 @@ private:
     bool m_usable = false;
     int m_returnKey = 0;
     int m_tabKey = 0;
+    std::set<unsigned long> m_answering; ///< top-level windows that have answered a ping
+    std::set<unsigned long> m_silent;    ///< those that say that they do and have never done so
     long m_pingSerial = 0;
 };
 
