@@ -239,6 +239,10 @@ void MainWindow::TimeOutReadInitPara()
     if (hasTornDown() || ProbeBackend() < 0 || hasTornDown()) {
         return; // waits run event loops, and an exit may have come through one
     }
+    introduceProduct();
+    if (hasTornDown()) {
+        return;
+    }
     loadAllCredentials();
     if (hasTornDown()) {
         return;

@@ -196,6 +196,7 @@ private:
     void openDeviceAtStart();
     void createNetworkObjects();
     void introduceDevice();
+    void introduceProduct();
     void createServices();
     void createRecorderAndBar();
     void loadServicesAndSettings();
@@ -331,6 +332,7 @@ private:
     QPoint m_dragFrom;
     bool m_dragging = false;
     bool m_moved = false;
+    bool m_productRead = false;            ///< the product record has been applied in this run
     bool m_leaving = false;                ///< the program is about to leave by itself
     bool m_exitWanted = false;             ///< an exit was asked for before the construction had ended
     QStringList m_pasteQueue;              ///< of Paster2ScreenHandOut()

@@ -85,16 +85,22 @@ void MainWindow::introduceDevice()
             m_device->ReadDeviceIdentity();
         }
     }
-    if (ReadProductRecord()) {
-        NoDeviceMode = NoDeviceMode || ClickCanASR;
-    }
-    if (!deviceOpen() && NoDeviceMode) {
-        DongleID = QLatin1String(mevo::kNoDeviceIdentity);
-    }
+    introduceProduct();
     if (!IsOnline) {
         setTrayPicture(QStringLiteral(":/rec/ORNoNetwork.png"));
         message(tr("未连接外部网络"), mevo::MessageIcon::Warning, 3000);
         hide();
+    }
+}
+
+/// At the start, and again when the network comes only later: it brings the accounts and the talk button.
+void MainWindow::introduceProduct()
+{
+    if (!m_productRead && ReadProductRecord()) {
+        NoDeviceMode = NoDeviceMode || ClickCanASR;
+    }
+    if (!deviceOpen() && NoDeviceMode) {
+        DongleID = QLatin1String(mevo::kNoDeviceIdentity);
     }
 }
 

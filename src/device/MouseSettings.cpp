@@ -100,7 +100,7 @@ bool MouseSettings::assignKey(CustomKey key, const QString &shownLabel)
 
 QString MouseSettings::showDongleID()
 {
-    if (!m_state.DeviceConnected || m_state.HidCommandHandle == nullptr) {
+    if (!m_state.deviceOpen()) {
         m_trayMessage(QCoreApplication::translate("MouseSettings", "读取DongleID时没有发现设备!"),
                       MessageIcon::Critical, 2000);
         return {};

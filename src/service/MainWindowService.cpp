@@ -83,8 +83,7 @@ QString MainWindow::RunBackendSql(const QString &sql, int timeoutMs)
 
 bool MainWindow::ReadProductRecord()
 {
-    const bool withoutDevice = !deviceOpen();
-    const auto key = mevo::productKey(withoutDevice ? QLatin1String(mevo::kNoDeviceIdentity) : DongleID);
+    const auto key = mevo::productKey(deviceOpen() ? DongleID : QLatin1String(mevo::kNoDeviceIdentity));
     if (!IsOnline || !BackendReachable || !key) {
         return false;
     }
@@ -100,6 +99,7 @@ bool MainWindow::ReadProductRecord()
         qWarning() << "Product record: the backend has none for this product";
         return false;
     }
+    m_productRead = true;
     const int interval = VoiceIntervalTime;
     {
         mevo::SettingsFile settings;

@@ -20,7 +20,8 @@ public:
 
     /// The caret of the object that last took the focus or moved its caret, in screen pixels. None while
     /// nothing is known: at the first question, without an accessibility bus, for programs that do not speak
-    /// to it. A program that hangs costs 100 ms at most.
+    /// to it. Each of up to
+    /// four calls to a program that hangs costs 100 ms.
     std::optional<QRect> rectangle();
 
 private:
