@@ -1,7 +1,7 @@
-#include "device/DeviceState.h"
 #include "device/DeviceStatusStore.h"
 #include "device/ReceiverDiscovery.h"
 #include "device/ReportDispatch.h"
+#include "state/DeviceState.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
-#include "app/SettingsFile.h"
-#include "app/SettingsTable.h"
+#include "base/SettingsFile.h"
+#include "state/SettingsTable.h"
 
 #include <QTemporaryDir>
 

@@ -3,11 +3,11 @@
 /// read and with a report every 8 ms (125 Hz, the radio's slowest rate), and the time from a report's
 /// arrival at the handle to the signal. The handle is a socket that is polled and read by the same system
 /// calls as hidraw. With a receiver plugged in, the idle cost on the real handle is measured too.
-#include "app/MainState.h"
 #include "device/GetHIDDataThread.h"
 #include "device/ReceiverDiscovery.h"
 #include "platform/linux/HidapiHid.h"
 #include "platform/linux/LinuxTime.h"
+#include "state/MainState.h"
 
 #include <QCoreApplication>
 

@@ -1,10 +1,10 @@
 #include "app/RunProgram.h"
 
-#include "app/DiagnosticLog.h"
-#include "app/MainWindow.h"
-#include "app/SettingsFile.h"
+#include "base/DiagnosticLog.h"
+#include "base/SettingsFile.h"
 #include "platform/Platform.h"
 #include "platform/linux/TerminationSignals.h"
+#include "window/MainWindow.h"
 
 #include <QApplication>
 

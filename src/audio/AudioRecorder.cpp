@@ -1,13 +1,13 @@
 #include "audio/AudioRecorder.h"
 
-#include "app/MainState.h"
-#include "app/SettingsFile.h"
 #include "audio/MicrophoneChoice.h"
 #include "audio/RecorderHost.h"
 #include "audio/Samples.h"
+#include "base/SettingsFile.h"
 #include "engines/EngineSelection.h"
 #include "platform/Platform.h"
 #include "service/Statements.h"
+#include "state/MainState.h"
 
 #include <QAudioDeviceInfo>
 #include <QAudioInput>

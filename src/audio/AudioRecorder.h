@@ -1,6 +1,6 @@
 #pragma once
 
-#include "audio/RecorderState.h"
+#include "state/RecorderState.h"
 
 #include <QAudio>
 #include <QAudioFormat>

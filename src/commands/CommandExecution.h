@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/SettingsState.h"
 #include "commands/CommandPort.h"
 #include "commands/CommandRow.h"
+#include "state/SettingsState.h"
 
 namespace mevo {
 

@@ -1,6 +1,6 @@
 #include "commands/CommandFile.h"
 
-#include "commands/IniValue.h"
+#include "base/IniValue.h"
 
 #include <QDebug>
 #include <QFile>

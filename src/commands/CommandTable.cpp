@@ -1,6 +1,6 @@
 #include "commands/CommandTable.h"
 
-#include "app/ApplicationFiles.h"
+#include "base/ApplicationFiles.h"
 #include "commands/CommandFile.h"
 
 #include <QDebug>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/SettingsState.h"
-#include "engines/EngineEndpoints.h"
+#include "base/ServiceEndpoints.h"
+#include "state/SettingsState.h"
 
 #include <QList>
 #include <QUrl>

@@ -1,9 +1,9 @@
 #include "device/DeviceCommands.h"
 
-#include "app/MainState.h"
-#include "app/SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "device/ReceiverDiscovery.h"
 #include "device/SendHWKeyThread.h"
+#include "state/MainState.h"
 
 #include <QDebug>
 

@@ -1,7 +1,7 @@
 #include "device/DeviceStatusStore.h"
 
-#include "device/DeviceState.h"
 #include "device/ReportDispatch.h"
+#include "state/DeviceState.h"
 
 namespace mevo {
 

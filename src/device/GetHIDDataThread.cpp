@@ -1,7 +1,7 @@
 #include "device/GetHIDDataThread.h"
 
-#include "app/MainState.h"
 #include "device/ReportDispatch.h"
+#include "state/MainState.h"
 
 #include <QDebug>
 

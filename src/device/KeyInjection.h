@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/DeviceReports.h"
+#include "output/KeyCombination.h"
 
 #include <QtGlobal>
 
@@ -11,17 +12,6 @@
 #include <vector>
 
 namespace mevo {
-
-/// A key combination for the receiver to type.
-struct KeyCombination
-{
-    bool shift = false;
-    bool ctrl = false;
-    bool alt = false;
-    bool win = false;
-    bool consumerKey = false; ///< `key` is a 12-bit consumer usage and the modifiers do not count
-    int key = 0;              ///< HID keyboard usage, 0 for modifiers alone
-};
 
 /// The keys that send what has been typed, as the settings select them.
 struct SendKeys

@@ -1,7 +1,7 @@
 #include "device/MouseSettings.h"
 
-#include "app/MainState.h"
-#include "app/SettingsFile.h"
+#include "base/SettingsFile.h"
+#include "state/MainState.h"
 
 #include <QCoreApplication>
 #include <QDebug>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "device/DeviceCommands.h"
-#include "device/DeviceState.h"
+#include "state/DeviceState.h"
 
 #include <QString>
 

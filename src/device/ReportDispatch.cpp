@@ -1,6 +1,6 @@
 #include "device/ReportDispatch.h"
 
-#include "app/MainState.h"
+#include "state/MainState.h"
 
 namespace mevo {
 

@@ -1,6 +1,6 @@
 #include "device/SendHWKeyThread.h"
 
-#include "app/MainState.h"
+#include "state/MainState.h"
 
 #include <QRandomGenerator>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "audio/RecorderState.h"
 #include "engines/EngineCatalogue.h"
-#include "engines/EngineState.h"
+#include "state/EngineState.h"
+#include "state/RecorderState.h"
 
 #include <QString>
 #include <QVector>

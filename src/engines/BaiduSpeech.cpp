@@ -1,7 +1,7 @@
 #include "engines/BaiduSpeech.h"
 
-#include "app/ApplicationFiles.h"
-#include "app/SettingsFile.h"
+#include "base/ApplicationFiles.h"
+#include "base/SettingsFile.h"
 #include "engines/BaiduErrors.h"
 #include "engines/BaiduFastVariant.h"
 #include "engines/BaiduRequest.h"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/MainState.h"
-#include "audio/RecorderState.h"
+#include "base/ServiceEndpoints.h"
 #include "engines/BaiduReply.h"
-#include "engines/EngineEndpoints.h"
 #include "engines/EngineHost.h"
 #include "platform/SystemServices.h"
+#include "state/MainState.h"
+#include "state/RecorderState.h"
 
 #include <QBuffer>
 #include <QObject>

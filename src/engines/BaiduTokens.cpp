@@ -1,6 +1,6 @@
 #include "engines/BaiduTokens.h"
 
-#include "app/SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "engines/BaiduRequest.h"
 #include "engines/BaiduToken.h"
 

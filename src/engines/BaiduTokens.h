@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/MainState.h"
-#include "engines/EngineEndpoints.h"
+#include "base/ServiceEndpoints.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
+#include "state/MainState.h"
 
 #include <QObject>
 

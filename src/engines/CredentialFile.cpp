@@ -1,6 +1,6 @@
 #include "engines/CredentialFile.h"
 
-#include "app/SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "service/WebApiReply.h"
 
 #include <QDebug>

@@ -1,7 +1,7 @@
 #include "engines/CredentialStore.h"
 
-#include "app/ApplicationFiles.h"
-#include "app/SettingsFile.h"
+#include "base/ApplicationFiles.h"
+#include "base/SettingsFile.h"
 #include "service/WebApiReply.h"
 
 #include <QDebug>

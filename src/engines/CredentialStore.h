@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/MainState.h"
 #include "engines/CredentialFile.h"
 #include "service/WebApi.h"
+#include "state/MainState.h"
 
 #include <QPointer>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engines/EngineState.h"
 #include "service/Statements.h"
+#include "state/EngineState.h"
 
 #include <QString>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "engines/EngineEndpoints.h"
-#include "engines/EngineState.h"
+#include "base/ServiceEndpoints.h"
 #include "engines/RandomInRange.h"
 #include "engines/Tc3Signature.h"
+#include "state/EngineState.h"
 
 namespace mevo {
 

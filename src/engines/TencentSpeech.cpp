@@ -1,6 +1,6 @@
 #include "engines/TencentSpeech.h"
 
-#include "app/ApplicationFiles.h"
+#include "base/ApplicationFiles.h"
 #include "engines/BaiduRequest.h"
 #include "engines/CurlPost.h"
 #include "engines/TencentCredentials.h"

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "app/MainState.h"
-#include "engines/EngineEndpoints.h"
+#include "base/ServiceEndpoints.h"
 #include "engines/EngineHost.h"
 #include "engines/RandomInRange.h"
 #include "engines/TencentReply.h"
 #include "platform/Processes.h"
 #include "platform/SystemServices.h"
+#include "state/MainState.h"
 
 #include <QByteArray>
 #include <QPair>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engines/EngineEndpoints.h"
+#include "base/ServiceEndpoints.h"
 
 #include <QByteArray>
 #include <QDateTime>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/MainState.h"
-#include "engines/EngineEndpoints.h"
+#include "base/ServiceEndpoints.h"
 #include "engines/XunFeiMessage.h"
 #include "platform/SystemServices.h"
+#include "state/MainState.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/MainState.h"
-#include "device/KeyInjection.h"
+#include "output/KeyCombination.h"
+#include "state/MainState.h"
 
 #include <QString>
 

@@ -25,12 +25,4 @@ std::optional<QNetworkProxy> chosenProxy(const ServiceState &state)
     return proxy;
 }
 
-void dropEmptyProxy(ServiceState &state)
-{
-    if (state.NetworkProxy_IP.isEmpty() && state.NetworkProxy_Port == -1 &&
-        state.NetworkProxy_UserName.isEmpty() && state.NetworkProxy_Password.isEmpty()) {
-        state.UseNetworkProxy = false;
-    }
-}
-
 } // namespace mevo

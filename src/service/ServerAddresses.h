@@ -1,7 +1,7 @@
 #pragma once
 
-#include "service/ServiceState.h"
 #include "service/WebCipher.h"
+#include "state/ServiceState.h"
 
 #include <QSettings>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/MainState.h"
 #include "platform/SystemServices.h"
 #include "service/WebApiRequest.h"
+#include "state/MainState.h"
 
 #include <QNetworkAccessManager>
 #include <QObject>

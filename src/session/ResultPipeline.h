@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/MainState.h"
 #include "session/MatchText.h"
 #include "session/PipelinePort.h"
+#include "state/MainState.h"
 
 namespace mevo {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/MainState.h"
 #include "session/KeyReport.h"
 #include "session/SessionPort.h"
+#include "state/MainState.h"
 
 #include <QMutex>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/SessionState.h"
+#include "state/SessionState.h"
 
 namespace mevo {
 

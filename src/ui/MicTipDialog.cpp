@@ -1,9 +1,9 @@
 #include "ui/MicTipDialog.h"
 
-#include "app/MainState.h"
 #include "audio/LevelMeter.h"
 #include "session/SessionMachine.h"
 #include "session/VoiceModes.h"
+#include "state/MainState.h"
 #include "ui/Picture.h"
 #include "ui/TipWindowHost.h"
 

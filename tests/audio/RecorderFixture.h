@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/MainState.h"
 #include "audio/AudioRecorder.h"
 #include "audio/RecorderHost.h"
+#include "state/MainState.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
 

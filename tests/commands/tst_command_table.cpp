@@ -1,4 +1,4 @@
-#include "app/KeyTable.h"
+#include "base/KeyTable.h"
 #include "commands/CommandExecution.h"
 #include "commands/CommandFile.h"
 #include "commands/CommandMatcher.h"

@@ -1,8 +1,8 @@
 #include "device/DeviceCommands.h"
 
-#include "app/MainState.h"
-#include "app/SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "device/MouseSettings.h"
+#include "state/MainState.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
 

@@ -1,9 +1,9 @@
 #include "device/DeviceReports.h"
-#include "device/DeviceState.h"
 #include "device/DeviceStatusStore.h"
 #include "device/KeyInjection.h"
 #include "device/ReceiverDiscovery.h"
 #include "device/ReportDispatch.h"
+#include "state/DeviceState.h"
 
 #include <QtTest>
 

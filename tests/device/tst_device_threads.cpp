@@ -2,8 +2,8 @@
 #include "device/GetHIDDataThread.h"
 #include "device/SendHWKeyThread.h"
 
-#include "app/MainState.h"
 #include "platform/linux/LinuxTime.h"
+#include "state/MainState.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
 

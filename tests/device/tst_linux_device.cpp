@@ -1,10 +1,10 @@
-#include "app/MainState.h"
-#include "app/SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "device/MouseSettings.h"
 #include "device/ReceiverDiscovery.h"
 #include "platform/linux/HidapiHid.h"
 #include "platform/linux/UdevNotifier.h"
 #include "receiver/VirtualReceiver.h"
+#include "state/MainState.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
 

@@ -1,4 +1,4 @@
-#include "app/SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "engines/BaiduErrors.h"
 #include "engines/BaiduRequest.h"
 #include "engines/BaiduSpeech.h"

@@ -1,5 +1,5 @@
-#include "app/ApplicationFiles.h"
-#include "app/SettingsFile.h"
+#include "base/ApplicationFiles.h"
+#include "base/SettingsFile.h"
 #include "engines/BaiduTokens.h"
 #include "engines/CredentialStore.h"
 #include "support/FakePlatform.h"

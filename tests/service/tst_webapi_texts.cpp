@@ -1,10 +1,11 @@
-#include "app/SettingsFile.h"
+#include "base/SettingsFile.h"
 #include "service/OnlinePoll.h"
 #include "service/ProxyChoice.h"
 #include "service/ServerAddresses.h"
 #include "service/Statements.h"
 #include "service/WebApiReply.h"
 #include "service/WebApiRequest.h"
+#include "state/SettingsTable.h"
 #include "support/ScratchHome.h"
 
 #include <QtTest>

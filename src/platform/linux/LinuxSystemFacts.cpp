@@ -1,6 +1,6 @@
 #include "platform/linux/LinuxSystemFacts.h"
 
-#include "app/ApplicationFiles.h"
+#include "base/ApplicationFiles.h"
 #include "platform/linux/WindowsLocaleId.h"
 
 #include <QCryptographicHash>

@@ -1,4 +1,4 @@
-#include "app/Endpoints.h"
+#include "base/Endpoints.h"
 #include "platform/Platform.h"
 #include "platform/linux/DesktopNotifications.h"
 #include "platform/linux/FlockSingleInstance.h"
@@ -35,9 +35,9 @@ std::unique_ptr<Platform> makePlatform()
     platform->audioRouter = std::make_unique<PulseAudioRouter>();
     platform->networkState = std::make_unique<RouteNetworkState>([] {
         static const bool local = [] {
-            ServiceState services;
-            const EngineEndpoints endpoints = loadEndpoints(services);
-            return allOnThisMachine(services, endpoints);
+            BackendEndpoints backend;
+            const EngineEndpoints endpoints = loadEndpoints(backend);
+            return allOnThisMachine(backend, endpoints);
         }();
         return local;
     });

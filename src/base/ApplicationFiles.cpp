@@ -1,0 +1,70 @@
+#include "base/ApplicationFiles.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace mevo {
+
+namespace {
+
+bool isWritable(const QString &folder)
+{
+    // The permission bits say nothing on a read-only mount, so the answer is asked of the system.
+    QFile probe(folder + QStringLiteral("/.mevo-write-probe-%1").arg(QCoreApplication::applicationPid()));
+    if (!probe.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    probe.remove();
+    return true;
+}
+
+void copyShippedFiles(const QString &target)
+{
+    const QString program = QCoreApplication::applicationDirPath();
+    for (const QString &source : {program, program + QStringLiteral("/../share/mevoinput")}) {
+        const QDir shipped(source);
+        for (const QString &name : shipped.entryList({QStringLiteral("MEV*.ini")}, QDir::Files)) {
+            const QString copy = target + QLatin1Char('/') + name;
+            if (!QFile::exists(copy)) {
+                QFile::copy(shipped.filePath(name), copy);
+                QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
+            }
+        }
+    }
+}
+
+QString findFolder()
+{
+    const QString forced = qEnvironmentVariable("MEVO_HOME");
+    if (!forced.isEmpty()) {
+        QDir().mkpath(forced);
+        copyShippedFiles(forced);
+        return QDir(forced).absolutePath();
+    }
+    const QString program = QCoreApplication::applicationDirPath();
+    if (isWritable(program)) {
+        return program;
+    }
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QDir().mkpath(data);
+    copyShippedFiles(data);
+    return data;
+}
+
+} // namespace
+
+QString appFolder()
+{
+    static const QString folder = findFolder();
+    return folder;
+}
+
+QString appFile(const QString &name)
+{
+    return appFolder() + QLatin1Char('/') + name;
+}
+
+} // namespace mevo

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "state/DeviceState.h"
+#include "state/EngineState.h"
+#include "state/ServiceState.h"
+#include "state/SessionState.h"
+#include "state/SettingsState.h"
+
+/// All state that more than one subsystem reads; the main window is one of these.
+struct MainState : SessionState, DeviceState, EngineState, ServiceState, SettingsState
+{
+    bool ExitInProgress = false; ///< the exit is being walked
+    bool InitDone = false;       ///< the constructor has reached its end
+    int CurrentVersion = 107;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "base/ServiceEndpoints.h"
+
+#include <atomic>
+
+/// The backend and the network. The atomics are read by the reader thread.
+struct ServiceState : mevo::BackendEndpoints
+{
+    std::atomic<bool> IsOnline{false};         ///< the last poll said that there is a connection
+    std::atomic<bool> BackendReachable{false}; ///< the web API has answered
+    QString ServerVersion;                     ///< version text of the last probe
+
+    bool UseNetworkProxy = false;
+    QString NetworkProxy_IP;
+    int NetworkProxy_Port = -1;
+    QString NetworkProxy_UserName;
+    QString NetworkProxy_Password; ///< never logged
+
+    bool CountersLocked = false; ///< no counter flush happens
+    int AutoUpdateSwitch = 1;
+
+    int VWebIntervalTime = 0; ///< milliseconds before the product's page may be shown
+    int VWebSeed = 0;         ///< one start in this many shows it
+    QString VWeb;             ///< address of that page
+    QString SWName;           ///< title of the help pages
+    bool ShowCopyRight = false;
+};

@@ -1,0 +1,270 @@
+#include "window/MainWindow.h"
+
+#include "audio/AudioRecorder.h"
+#include "base/ApplicationFiles.h"
+#include "base/Endpoints.h"
+#include "base/InterfaceLanguage.h"
+#include "base/SettingsFile.h"
+#include "base/VersionText.h"
+#include "commands/CommandMatcher.h"
+#include "device/DeviceCommands.h"
+#include "device/GetHIDDataThread.h"
+#include "engines/BaiduSpeech.h"
+#include "engines/BaiduTokens.h"
+#include "engines/CredentialStore.h"
+#include "engines/TencentSpeech.h"
+#include "engines/XunFeiStream.h"
+#include "service/WebApi.h"
+#include "service/WebCipher.h"
+#include "service/isOnl.h"
+#include "session/VoiceModes.h"
+#include "state/SettingsTable.h"
+#include "ui/CPatialResultDialog.h"
+#include "ui/MicTipDialog.h"
+#include "ui/QToolTips.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QTimer>
+
+namespace {
+constexpr int afterRecognitionMs = 5000;
+constexpr int topMostMs = 500;
+constexpr int updateCheckMs = 5000;
+MainWindow *theWindow = nullptr;
+} // namespace
+
+MainWindow *MainWindow::instance()
+{
+    return theWindow;
+}
+
+MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
+    : QMainWindow(parent)
+    , m_platform(platform)
+    , m_session(*this, m_sessionHands)
+    , m_pipeline(*this, m_pipelineHands)
+{
+    setAttribute(Qt::WA_QuitOnClose, false);
+    m_endpoints = mevo::loadEndpoints(*this);
+    m_versionText = mevo::versionText();
+    m_buildStamp = mevo::buildStamp();
+    DetectXunFeiVersion();
+    readEarlySettings();
+    installInterfaceLanguage();
+    m_firstArgument = QCoreApplication::arguments().value(1);
+    CurrentVersion = 107;
+    m_startClock.mark("settings");
+    createTrayIcon();
+    createMenu();
+    BaiDuCurrentVoiceType = mevo::SettingsFile().value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
+    readServerAddresses();
+    theWindow = this;
+    createServices();
+    m_startClock.mark("tray");
+    openDeviceAtStart();
+    m_startClock.mark("device");
+    createNetworkObjects();
+    m_startClock.mark("network");
+    introduceDevice();
+    m_startClock.mark("identity and product");
+    createRecorderAndBar();
+    m_startClock.mark("recorder and bar");
+    loadServicesAndSettings();
+    m_startClock.mark("accounts and record");
+    createTipWindow();
+    createTimers();
+    placeBar(299, 199, 200);
+    mevo::enterMode(*this, &SessionState::VoiceTypeMode);
+    mevo::saveLastModes(*this);
+    m_micTip->UpdateStatusButtons();
+    startSiblings();
+    finishStart();
+}
+
+MainWindow::~MainWindow()
+{
+    if (m_reader != nullptr) {
+        stopReader(); // a window that goes without an exit must not leave a thread that reads its flags
+    }
+    // What refers to this window's state goes before the state does.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    delete m_micTip;
+    delete m_recorder;
+    delete m_online;
+    theWindow = nullptr;
+}
+
+void MainWindow::createServices()
+{
+    m_webApi = std::make_unique<mevo::WebApi>(*this, *m_platform.time, *m_cipher);
+    m_credentials = std::make_unique<mevo::CredentialStore>(*this, *m_webApi, *m_cipher);
+    m_tokens = std::make_unique<mevo::BaiduTokens>(*this, *m_webApi, *m_cipher, m_endpoints);
+}
+
+void MainWindow::createNetworkObjects()
+{
+    m_network = new QNetworkAccessManager(this);
+    connect(m_network, &QNetworkAccessManager::finished, this, &MainWindow::slot_requestFinished_NotRead);
+    XFPartialDlg = new CPatialResultDialog(this);
+    m_online = new isOnl(*m_platform.networkState, HidBusy, this);
+    m_online->GetInternetConnectState();
+    IsOnline = m_online->isOnline;
+    connect(m_online, &isOnl::returnisonline, this, &MainWindow::showOnline);
+    if (IsOnline) {
+        ProbeBackend();
+    }
+}
+
+void MainWindow::createRecorderAndBar()
+{
+    m_recorder = new AudioRecorder(*this, m_platform, *this, this);
+    m_baiduSpeech = std::make_unique<Relay_Speech::BaiduSpeech>(
+        *this, *m_recorder, *m_platform.systemFacts, static_cast<mevo::EngineHost &>(*this), m_endpoints);
+    connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, this,
+            &MainWindow::deliverRecognised);
+    m_tencentSpeech = std::make_unique<mevo::TencentSpeech>(
+        *this, static_cast<mevo::EngineHost &>(*this), *m_platform.time, *m_platform.processes, m_endpoints,
+        [this](const QString &text) { deliverRecognised(text); });
+    m_xunFei = std::make_unique<mevo::XunFeiStream>(*this, *m_platform.time, m_endpoints,
+                                                    static_cast<mevo::XunFeiHost &>(*this));
+    createBar();
+    VoiceTypeMode = false;
+    VoiceCommandWordMode = false;
+    VoiceSearchMode = false;
+    VoiceTranslateMode = false;
+}
+
+void MainWindow::loadServicesAndSettings()
+{
+    loadAllCredentials();
+    m_platform.deviceNotifier->start([this](mevo::DeviceNotifier::Change change, const QString &name) {
+        HandleDeviceChange(change, name);
+    });
+    LoadSettings();
+    if (BackendReachable) {
+        ReadServerInfo();
+    }
+}
+
+void MainWindow::createTipWindow()
+{
+    m_micTip = new MicTipDialog(*this, *this, this);
+    m_platform.windowSystem->neverTakeFocus(m_micTip->winId());
+    m_platform.windowSystem->neverTakeFocus(XFPartialDlg->winId());
+    connect(m_micTip, &MicTipDialog::returnMouseKeyResult, this, &MainWindow::ProcessResult);
+    connect(m_micTip, &MicTipDialog::CreateTransDlgSignal, this, &MainWindow::CreateTransDlg);
+    connect(m_micTip, &MicTipDialog::CallMainFunctionSignal, this, &MainWindow::CallMainFunctionSlot);
+    connect(this, &MainWindow::updateMicWin, m_micTip, &MicTipDialog::UpdataMicWin);
+    connect(m_recorder, &AudioRecorder::SendRec2Main, this, &MainWindow::showRecText);
+    connect(m_recorder, &AudioRecorder::SendVolume2MicDlg, m_micTip, &MicTipDialog::showMicVolume);
+    if (m_reader != nullptr) {
+        connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_micTip,
+                &MicTipDialog::CallMicDlgFunctionSlot);
+    }
+    m_micTip->hide();
+}
+
+void MainWindow::createTimers()
+{
+    m_afterRecognition = new QTimer(this);
+    m_afterRecognition->setSingleShot(true);
+    m_afterRecognition->setInterval(afterRecognitionMs);
+    connect(m_afterRecognition, &QTimer::timeout, this, &MainWindow::onEnterTimerAfterRec);
+    m_topMost = new QTimer(this);
+    connect(m_topMost, &QTimer::timeout, this, &MainWindow::setWndTopMostTimeout);
+    m_topMost->start(topMostMs);
+}
+
+void MainWindow::startSiblings()
+{
+    if (m_platform.windowSystem->findWindow(QString(), QStringLiteral("ORVQuillary")) == 0) {
+        m_platform.processes->startSibling(QStringLiteral("\\..\\HW\\PenPadHost.exe"), {}, false);
+    }
+    m_platform.processes->startSibling(QStringLiteral("\\KeypadHost.exe"), {QStringLiteral("ORVKBAppHide")},
+                                       true);
+}
+
+void MainWindow::finishStart()
+{
+    if (DeviceConnected) {
+        m_device->ResetDeviceKeys();
+    }
+    if (AutoUpdateSwitch == 1) {
+        QTimer::singleShot(updateCheckMs, this, &MainWindow::CheckUpdateTimeout);
+    }
+    if (DeviceConnected) {
+        setTrayPicture(IsOnline ? QStringLiteral(":/rec/ORDeviceConnect.png")
+                                : QStringLiteral(":/rec/ORNoNetwork.png"));
+    } else if (NoDeviceMode) {
+        setTrayPicture(QStringLiteral(":/rec/NoORDevice.png"));
+        show();
+    } else {
+        setTrayPicture(QStringLiteral(":/rec/ORDeviceDisConnect.png"));
+        hide();
+    }
+    m_toolTips = new QToolTips(this);
+    SetupAsr3();
+    BuildAsrLanMenu(false, true);
+    m_platform.windowSystem->neverTakeFocus(winId());
+    InitDone = true;
+    m_startClock.mark("windows and menus");
+    qInfo().noquote() << "Start: ready;" << m_startClock.summary();
+    if (m_exitWanted) {
+        QTimer::singleShot(0, this, &MainWindow::exitByItself);
+    }
+    const bool thirdPartyNeedsElevation = LocalEnableASR3 && LocalUseASR3Index == 1;
+    if (!thirdPartyNeedsElevation && RunAsAdmin) {
+        clearRunAsAdministrator();
+    }
+}
+
+void MainWindow::slot_requestFinished_NotRead(QNetworkReply *) {}
+
+void MainWindow::CheckUpdateTimeout()
+{
+    qInfo() << "The update checker is not part of this build";
+}
+
+void MainWindow::SetupAsr3() {}
+
+void MainWindow::DetectXunFeiVersion() {}
+
+void MainWindow::TimeOutReadInitPara()
+{
+    if (hasTornDown() || ProbeBackend() < 0 || hasTornDown()) {
+        return; // waits run event loops, and an exit may have come through one
+    }
+    introduceProduct();
+    if (hasTornDown()) {
+        return;
+    }
+    loadAllCredentials();
+    if (hasTornDown()) {
+        return;
+    }
+    LoadSettings();
+    ReadServerInfo();
+    BackendReachable = true;
+}
+
+void MainWindow::DownloadBaiduINIFileTimeout()
+{
+    TimeOutReadInitPara();
+    SetupAsr3();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (ExitInProgress) {
+        event->accept();
+        return;
+    }
+    // A window manager's close asks for the same exit as the menu.
+    event->ignore();
+    QTimer::singleShot(0, this, &MainWindow::on_exitAppAction);
+}

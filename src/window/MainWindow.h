@@ -1,0 +1,341 @@
+#pragma once
+
+#include "audio/RecorderHost.h"
+#include "base/ServiceEndpoints.h"
+#include "base/StartClock.h"
+#include "engines/EngineHost.h"
+#include "engines/XunFeiHost.h"
+#include "platform/Platform.h"
+#include "session/ResultPipeline.h"
+#include "session/SessionMachine.h"
+#include "state/MainState.h"
+#include "ui/TipWindowHost.h"
+#include "window/SessionHands.h"
+
+#include <QMainWindow>
+#include <QNetworkReply>
+#include <QPixmap>
+#include <QPointer>
+#include <QSystemTrayIcon>
+#include <QTranslator>
+
+#include <memory>
+
+class AudioRecorder;
+class CPatialResultDialog;
+class DeviceCommands;
+class GetHIDDataThread;
+class isOnl;
+class MicTipDialog;
+class QAction;
+class QMenu;
+class QNetworkAccessManager;
+class QPushButton;
+class QTimer;
+class QToolTips;
+class WebCipher;
+
+namespace mevo {
+class BaiduTokens;
+class CommandMatcher;
+class TencentSpeech;
+class WebApi;
+class CredentialStore;
+class XunFeiStream;
+struct EngineChange;
+} // namespace mevo
+
+namespace Relay_Speech {
+class BaiduSpeech;
+}
+
+/// The centre of the program and its only visible face, the bar: owns the device thread, the recorder,
+/// the dialogs, the tray icon and the timers, and carries out what the decisions of the subsystems say.
+/// There is one; its construction and its exit run in fixed orders.
+class MainWindow : public QMainWindow,
+                   public MainState,
+                   private RecorderHost,
+                   private mevo::EngineHost,
+                   private mevo::XunFeiHost,
+                   private mevo::TipWindowHost
+{
+    Q_OBJECT
+
+public:
+    /// Starts the whole program on this platform, which must outlive the window. A step that fails does
+    /// not stop the later ones.
+    explicit MainWindow(mevo::Platform &platform, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    /// The one window, null before it has opened the device and after its end.
+    static MainWindow *instance();
+
+    /// `QApplication::exit` code that starts the program anew.
+    static constexpr int restartCode = 888;
+
+    /// Types a text into the window that had the focus at the press; the numbers are not read.
+    void Send2Screen(const QString &text, int, int);
+    /// Opens a search for the text in every search engine that is switched on.
+    void VoiceSearch(const QString &text);
+    /// Runs the command of a word of the merged table; `sent` says that the word is on the screen already.
+    /// False when no row acts on it.
+    bool runCommandWord(const QString &word, bool sent);
+    /// Types one key combination through the receiver; nothing without one. `key` is a HID usage.
+    void SendHWKey(bool shift, bool ctrl, bool alt, bool win, bool consumerKey, int key);
+    /// Keeps the focused window as the target of this session's text.
+    mevo::WindowId GetFocusWindow();
+    void SendCopyCombination();
+    void CopyClipboardText();
+
+    /// Rebuilds the language menu; `persistEngine` writes the engine to the device record,
+    /// `setupInputMethod` lets a third-party row configure its input method.
+    void BuildAsrLanMenu(bool persistEngine, bool setupInputMethod);
+    /// Reads the device record and applies it; nothing without network, backend or device.
+    void ReadServerInfo();
+    /// Reads the record of this receiver's product and applies it; without a receiver, that of the product
+    /// itself, which says whether the program may be used without one. False when it could not be had.
+    bool ReadProductRecord();
+    /// Asks the backend for its version. -1 when it does not answer.
+    int ProbeBackend();
+    /// Runs one statement on the backend; the reply's text, null when there is none.
+    QString RunBackendSql(const QString &sql, int timeoutMs);
+    /// Writes today's counts to the device record, without waiting.
+    void updateRecCountsTimerOut();
+
+    /// Text handling of a finished session; see mevo::ResultPipeline.
+    mevo::ResultPipeline &pipeline() { return m_pipeline; }
+    AudioRecorder *recorder() const { return m_recorder; }
+    MicTipDialog *micTip() const { return m_micTip; }
+    /// Path of the tray icon's picture.
+    QString trayPicture() const { return m_trayPicture; }
+    QMenu *languageMenu() const { return m_languageMenu; }
+
+public Q_SLOTS:
+    void ProcessResult(char *report);
+    void showRecText(QString text);
+    void CallMainFunctionSlot(int iFuncIndex);
+    void CreateTransDlg();
+    void pushBuutton_Translate_clicked();
+    void on_exitAppAction();
+    void RebootAppDelayTimeout();
+    /// Opens the menu, for a user who sees neither bar nor tray icon and starts the program once more. It has
+    /// the keyboard while it is open.
+    void presentMenu();
+    /// Leaves without a question, for a reason of the program's own.
+    void exitByItself();
+
+    void ConnectXFWebApi();
+    void onXFWebApiConnected();
+    void onXFWebApiDisconnected();
+    void onXFWebApiMessageReceived(QString message);
+
+    void onEnterTimerAfterRec();
+    void setWndTopMostTimeout();
+    void TimeOutReadInitPara();
+    void DownloadBaiduINIFileTimeout();
+    void TimeOutGetPasteContent();
+    void TimeOutDelaySendF2();
+    void CheckUpdateTimeout();
+    void showOnline(int state);
+    void slot_requestFinished_NotRead(QNetworkReply *reply);
+    void slot_TrayAndRightMenuAboutToHide();
+
+    void pushButton_Mic_clicked();
+    void pushButton_Close_clicked() {}
+    void pushBuutton_VoiceType_clicked() {}
+    void pushBuutton_VoiceKeypad_clicked();
+    void pushBuutton_HandWriter_clicked();
+    void pushBuutton_CommandWord_clicked();
+    void pushBuutton_Setting_clicked();
+    void on_closeASRFuncAction();
+    void on_CancelAction();
+    void on_ShowHorizontalOrVertical();
+    void on_showMainAction();
+    void on_DefaultWinPostion();
+    void on_aboutMainAction();
+    void on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reason);
+    void trigerAllAsrLanMenu(QAction *act);
+    void trigerVoiceKeyboardMenu(QAction *) {}
+    /// "语音映射词设置" opens the command word editor; other rows do nothing.
+    void trigerCmdWordVoiceKeyboardMenu(QAction *act);
+    /// Of menus of one engine each; the one menu of today has its own slot.
+    void trigerTXRecLanMenu(QAction *act) { trigerAllAsrLanMenu(act); }
+    void trigerBaiduRecLanMenu(QAction *act) { trigerAllAsrLanMenu(act); }
+    void trigerXunFeiRecWebApiLanMenu(QAction *act) { trigerAllAsrLanMenu(act); }
+    void GlobalHotKeyActivated() {}
+
+    /// Kept under their names for callers from outside; nothing in the program reaches them.
+    void SendOpenMicTimeOut() {}
+    void TimeOutDelaySendCustom() {}
+    void Paster2ScreenHandOut();
+    bool FindGloableCommandWord(QString text);
+
+Q_SIGNALS:
+    void updateMicWin(QString picture);
+    void showRecTextOnTransDlgSignal(QString text);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    friend class mevo::SessionHands;
+    friend class mevo::PipelineHands;
+
+    // Construction, in the order of the calls.
+    void readEarlySettings();
+    void installInterfaceLanguage();
+    void createTrayIcon();
+    void createMenu();
+    void readServerAddresses();
+    void openDeviceAtStart();
+    void createNetworkObjects();
+    void introduceDevice();
+    void introduceProduct();
+    void createServices();
+    void createRecorderAndBar();
+    void loadServicesAndSettings();
+    void createTipWindow();
+    void createTimers();
+    void startSiblings();
+    void finishStart();
+
+    // Settings.
+    void LoadSettings();
+
+    // Device.
+    void createReader();
+    void stopReader();
+    void HandleDeviceChange(mevo::DeviceNotifier::Change change, const QString &name);
+    void deviceArrived();
+    void deviceRemoved();
+    void restartKeypadSibling();
+    void closeInputMethodWindow();
+    void endRunningSession();
+
+    // Engines and services.
+    void carryOut(const mevo::EngineChange &change);
+    /// Builds the language menu and the bar's button from what is in force.
+    void showLanguages();
+    void loadAllCredentials();
+    void deliverRecognised(const QString &text);
+    void SetupAsr3();
+    void DetectXunFeiVersion();
+    void sendUsageOnExit(bool withTencent);
+
+    // Output.
+    void pasteText(const QString &text);
+    void pasteNext();
+    void sendImmediateKeys();
+
+    // Exit.
+    enum class ExitKind { Asked, Unasked, ByItself };
+    void walkExit(ExitKind kind);
+    bool askAboutStartup();
+    void tearDown();
+    /// The exit has taken the dialogs, the recorder and the timers; nothing may be started any more.
+    bool hasTornDown() const { return InitDone && m_recorder == nullptr; }
+
+    // Bar.
+    void createBar();
+    void layOutBar();
+    void placeBar(int horizontalRight, int horizontalBottom, int verticalTop);
+    void setLanguageButtonImage(const QString &styleSheet);
+    void setTrayPicture(const QString &picture);
+    void message(const QString &text, mevo::MessageIcon icon, int milliseconds);
+    QRect screenRect() const;
+
+    // RecorderHost
+    void recognise(QBuffer *audio, const QAudioFormat &format) override;
+    bool refreshBaiduToken() override;
+    void openXunFeiSocket() override;
+    bool xunFeiConnected() const override;
+    void sendXunFeiFrame(const QByteArray &block, int status) override;
+    void closeXunFeiSocket() override;
+    void clearRunAsAdministrator() override;
+    void runBackendSql(const QString &statement) override;
+
+    // EngineHost
+    void loadCurrentBaiduCredentials() override;
+    void fetchBaiduToken() override;
+    void loadBaiduTranslateCredentials() override;
+    void buildAsrLanMenu(bool persistEngine, bool setupInputMethod) override;
+    void ensureEngineTip() override;
+    void showEngineTip(const QString &text, bool regardlessOfShowTipsDlg) override;
+    void channelCountChanged() override;
+    QPair<bool, QString> recogniseWithTencent(const QByteArray &pcm) override;
+
+    // XunFeiHost
+    bool dynamicCorrection() const override;
+    void handleXunFeiText(const QString &text) override;
+    void showXunFeiText(const QString &text) override;
+    void showPartialText(const QString &text) override;
+    void hidePartialText() override;
+    void showXunFeiLanguage() override;
+    void flushXunFeiCount() override;
+    void closeXunFeiRecording() override;
+
+    // TipWindowHost
+    bool sendMicrophoneLatch(bool on) override;
+    void flushUsageCounters() override;
+    void saveFocusWindow() override;
+    bool isXpClass() const override;
+
+    mevo::StartClock m_startClock;
+    mevo::Platform &m_platform;
+    mevo::SessionHands m_sessionHands{*this};
+    mevo::PipelineHands m_pipelineHands{*this};
+    mevo::TranslationHands m_translationHands;
+    mevo::SessionMachine m_session;
+    mevo::ResultPipeline m_pipeline;
+    mevo::EngineEndpoints m_endpoints;
+
+    std::unique_ptr<WebCipher> m_cipher;
+    std::unique_ptr<mevo::WebApi> m_webApi;
+    std::unique_ptr<DeviceCommands> m_device;
+    std::unique_ptr<mevo::CredentialStore> m_credentials;
+    std::unique_ptr<mevo::BaiduTokens> m_tokens;
+    std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
+    std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
+    std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
+    std::unique_ptr<mevo::XunFeiStream> m_xunFei;
+    GetHIDDataThread *m_reader = nullptr;
+    AudioRecorder *m_recorder = nullptr;
+    MicTipDialog *m_micTip = nullptr;
+    CPatialResultDialog *XFPartialDlg = nullptr; ///< partial texts of XunFei's dynamic correction
+    QPointer<QToolTips> m_toolTips;
+    isOnl *m_online = nullptr;
+    QSystemTrayIcon *m_tray = nullptr;
+    QNetworkAccessManager *m_network = nullptr;
+    QTimer *m_afterRecognition = nullptr;
+    QTimer *m_topMost = nullptr;
+    QTranslator m_translator;
+
+    QMenu *m_menu = nullptr;
+    QMenu *m_languageMenu = nullptr;
+    QAction *m_orientationAction = nullptr;
+    QAction *m_showAction = nullptr;
+    QAction *m_closeAsrAction = nullptr;
+    QVector<QPushButton *> m_buttons;
+    QPushButton *m_languageButton = nullptr;
+    QPushButton *m_closeButton = nullptr;
+    QPixmap m_background;
+    QString m_trayPicture;
+    QString m_firstArgument;
+    QString m_versionText;
+    QString m_buildStamp;
+    QPoint m_dragFrom;
+    bool m_dragging = false;
+    bool m_moved = false;
+    bool m_productRead = false;            ///< the product record has been applied in this run
+    bool m_leaving = false;                ///< the program is about to leave by itself
+    bool m_exitWanted = false;             ///< an exit was asked for before the construction had ended
+    QStringList m_pasteQueue;              ///< of Paster2ScreenHandOut()
+    QStringList m_pendingPastes;           ///< texts whose turn at the clipboard has not come
+    std::vector<mevo::WindowId> m_targets; ///< of the sessions being recognised, the innermost last
+};

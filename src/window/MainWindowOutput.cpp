@@ -1,0 +1,130 @@
+// Text on its way into the window that had the focus.
+
+#include "window/MainWindow.h"
+
+#include "device/DeviceCommands.h"
+#include "output/PasteShortcut.h"
+#include "output/SendPlan.h"
+
+#include <QDebug>
+#include <QTimer>
+
+mevo::WindowId MainWindow::GetFocusWindow()
+{
+    ForegroundWindow = m_platform.windowSystem->foregroundWindow();
+    const mevo::WindowId focused = m_platform.windowSystem->focusedWindow();
+    return m_platform.windowSystem->isWindow(focused) ? focused : 0;
+}
+
+void MainWindow::Send2Screen(const QString &text, int, int)
+{
+    const mevo::SendPlan plan = mevo::planSend(text, *this, false, m_platform.windowSystem->canPostText());
+    for (const mevo::KeyCombination &keys : plan.keys) {
+        SendHWKey(keys.shift, keys.ctrl, keys.alt, keys.win, keys.consumerKey, keys.key);
+    }
+    switch (plan.way) {
+    case mevo::SendPlan::Way::Nothing:
+        if (plan.lostFocus) {
+            qWarning() << "Send to screen: no window had the focus, the text is not typed";
+        }
+        break;
+    case mevo::SendPlan::Way::Clipboard:
+        pasteText(plan.text);
+        break;
+    case mevo::SendPlan::Way::Post:
+        m_platform.windowSystem->postText(
+            FocusWindow, plan.text, [this, typed = plan.text](const mevo::PostResult &result) {
+                if (result.complete) {
+                    qInfo() << "Send to screen: typed" << result.posted << "characters";
+                    sendImmediateKeys();
+                    return;
+                }
+                // What could not be typed is still the user's: the clipboard keeps it.
+                qWarning() << "Send to screen:" << result.posted << "of" << typed.size()
+                           << "characters went, the rest is on the clipboard";
+                m_platform.clipboard->setText(typed.mid(result.posted));
+                message(tr("文字未能全部输入，其余文字已放入剪贴板，可用 Ctrl+V 粘贴。"),
+                        mevo::MessageIcon::Warning, 5000);
+            });
+        break;
+    }
+}
+
+void MainWindow::pasteText(const QString &text)
+{
+    m_pendingPastes.append(text);
+    pasteNext();
+}
+
+void MainWindow::pasteNext()
+{
+    constexpr int lookAgainMs = 10;
+    if (m_pendingPastes.isEmpty()) {
+        return;
+    }
+    if (HidBusy) {
+        // The clipboard still belongs to the text whose Ctrl+V the receiver is typing.
+        QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
+        return;
+    }
+    m_platform.clipboard->setText(m_pendingPastes.takeFirst());
+    const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
+    const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
+    if (deviceOpen()) {
+        SendHWKey(shortcut.shift, shortcut.ctrl, false, false, false, shortcut.usage);
+        pasteNext();
+        return;
+    }
+    const auto modifiers = [this, &shortcut](void (mevo::Keyboard::*change)(int)) {
+        if (shortcut.ctrl) {
+            (m_platform.keyboard.get()->*change)(mevo::VkControl);
+        }
+        if (shortcut.shift) {
+            (m_platform.keyboard.get()->*change)(mevo::VkShift);
+        }
+    };
+    modifiers(&mevo::Keyboard::keyDown);
+    m_platform.keyboard->keyDown(shortcut.virtualKey);
+    m_platform.time->sleepMs(100);
+    m_platform.keyboard->keyUp(shortcut.virtualKey);
+    modifiers(&mevo::Keyboard::keyUp);
+    m_platform.time->sleepMs(100);
+    sendImmediateKeys();
+}
+
+void MainWindow::Paster2ScreenHandOut()
+{
+    if (!m_pasteQueue.isEmpty()) {
+        pasteText(m_pasteQueue.takeFirst());
+    }
+}
+
+void MainWindow::SendCopyCombination()
+{
+    if (deviceOpen()) {
+        SendHWKey(false, true, false, false, false, 6);
+        return;
+    }
+    m_platform.keyboard->keyDown(mevo::VkControl);
+    m_platform.keyboard->keyDown(mevo::VkC);
+    m_platform.keyboard->keyUp(mevo::VkControl);
+}
+
+void MainWindow::CopyClipboardText()
+{
+    m_platform.time->sleepMs(200);
+}
+
+void MainWindow::SendHWKey(bool shift, bool ctrl, bool alt, bool win, bool consumerKey, int key)
+{
+    if (deviceOpen()) {
+        m_device->SendHWKey(shift, ctrl, alt, win, consumerKey, key);
+    }
+}
+
+void MainWindow::sendImmediateKeys()
+{
+    if (VoiceImmediateSend && deviceOpen()) {
+        m_device->SendImmediateKeys();
+    }
+}

@@ -1,0 +1,75 @@
+// Settings and interface language of the main window.
+
+#include "window/MainWindow.h"
+
+#include "audio/AudioRecorder.h"
+#include "base/InterfaceLanguage.h"
+#include "base/KeyTable.h"
+#include "base/SettingsFile.h"
+#include "engines/LanguageImages.h"
+#include "service/ServerAddresses.h"
+#include "service/WebCipher.h"
+#include "session/VoiceModes.h"
+#include "state/SettingsTable.h"
+
+#include <QApplication>
+#include <QDebug>
+
+void MainWindow::readEarlySettings()
+{
+    {
+        mevo::SettingsFile settings;
+        mevo::loadEarlySettings(*this, settings, isXpClass(), QCoreApplication::applicationFilePath());
+    }
+    const mevo::SettingsFile proxy(QStringLiteral("NetworkProxy"));
+    mevo::loadProxySettings(*this, proxy);
+}
+
+void MainWindow::installInterfaceLanguage()
+{
+    const QString file = mevo::translationFileFor(m_platform.systemFacts->localeId());
+    if (file.isEmpty()) {
+        return;
+    }
+    if (m_translator.load(QStringLiteral(":/translations/") + file)) {
+        QCoreApplication::installTranslator(&m_translator);
+    } else {
+        qWarning().noquote() << "Interface language:" << file << "cannot be loaded";
+    }
+}
+
+void MainWindow::readServerAddresses()
+{
+    m_cipher = std::make_unique<WebCipher>();
+    const QString test = QStringLiteral("MEVOInput");
+    const QString enciphered = m_cipher->EncryptString(test);
+    qDebug().noquote() << "Encrpt:" << enciphered;
+    qDebug().noquote() << "Decrypt:" << m_cipher->DecryptString(enciphered);
+    mevo::loadServerAddresses(*this, mevo::SettingsFile(), *m_cipher);
+}
+
+void MainWindow::LoadSettings()
+{
+    const bool startsAtLogin = m_platform.startupEntry->exists(tr("灵犀听写系统.lnk"));
+    {
+        mevo::SettingsFile settings;
+        mevo::loadSettings(*this, settings, startsAtLogin);
+        if (m_recorder != nullptr && m_recorder->BaiDuNoStreamApi) {
+            BaiDuCurrentVoiceType = settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
+            if (!LocalEnableASR3) {
+                setLanguageButtonImage(mevo::baiduLanguageStyle(BaiDuCurrentVoiceType, ShowVerticalUI));
+            }
+        }
+    }
+    const mevo::KeyTable keys = mevo::loadKeyTable();
+    KeyShowNames = keys.names;
+    KeyCodes = keys.codes;
+    mevo::saveLastModes(*this);
+}
+
+void MainWindow::clearRunAsAdministrator()
+{
+    m_platform.elevation->clear();
+    RunAsAdmin = false;
+    mevo::SettingsFile().setValue(QStringLiteral("RunAsAdmin"), false);
+}

@@ -1,0 +1,273 @@
+#include "window/SessionHands.h"
+
+#include "audio/AudioRecorder.h"
+#include "base/SettingsFile.h"
+#include "device/DeviceCommands.h"
+#include "ui/CPatialResultDialog.h"
+#include "ui/MicTipDialog.h"
+#include "ui/QToolTips.h"
+#include "window/MainWindow.h"
+
+#include <QCursor>
+#include <QDebug>
+#include <QTimer>
+
+namespace mevo {
+
+qint64 SessionHands::monotonicMs() const
+{
+    return m_window.m_platform.time->monotonicMs();
+}
+
+void SessionHands::sleepMs(int milliseconds)
+{
+    m_window.m_platform.time->sleepMs(milliseconds);
+}
+
+void SessionHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)
+{
+    m_window.message(text, icon, milliseconds);
+}
+
+void SessionHands::logReport(const QString &line)
+{
+    qDebug().noquote() << line.trimmed();
+}
+
+void SessionHands::clearClipboard()
+{
+    m_window.m_platform.clipboard->clear();
+}
+
+void SessionHands::saveFocusWindow()
+{
+    m_window.saveFocusWindow();
+}
+
+void SessionHands::raiseBar()
+{
+    m_window.raise();
+}
+
+void SessionHands::hideBar()
+{
+    m_window.hide();
+}
+
+void SessionHands::placeBar(int fromRight, int fromBottom)
+{
+    m_window.placeBar(fromRight, fromBottom, 200);
+}
+
+void SessionHands::showTipWindow(bool longPressStart)
+{
+    if (m_window.m_micTip == nullptr) {
+        return;
+    }
+    if (longPressStart) {
+        m_window.m_micTip->showLongPress();
+    } else {
+        m_window.m_micTip->show();
+    }
+}
+
+void SessionHands::hideTipWindow()
+{
+    if (m_window.m_micTip != nullptr) {
+        m_window.m_micTip->hide();
+    }
+}
+
+void SessionHands::updateMicWin(const QString &picture)
+{
+    Q_EMIT m_window.updateMicWin(picture);
+}
+
+void SessionHands::preparePartialResults()
+{
+    m_window.XFPartialList.clear();
+    m_window.XFResultText.clear();
+    if (!m_window.dynamicCorrection()) {
+        return;
+    }
+    const auto caret = m_window.m_platform.windowSystem->caretRectangle();
+    m_window.XFPartialDlg->placeAt(caret ? caret->topLeft() : QCursor::pos());
+}
+
+bool SessionHands::translationDialogTakesKeys() const
+{
+    return m_window.m_translationHands.takesKeys();
+}
+
+void SessionHands::recordStart()
+{
+    if (m_window.m_recorder != nullptr) {
+        m_window.m_recorder->OnRecordStart();
+        qInfo() << "Session: recording";
+    }
+}
+
+void SessionHands::recordStop()
+{
+    if (m_window.m_recorder != nullptr) {
+        qInfo() << "Session: recording ends";
+        m_window.m_recorder->OnRecordStop();
+    }
+}
+
+WindowId SessionHands::findInputMethodWindow()
+{
+    return m_window.m_platform.windowSystem->findWindow(m_window.ASR3WinClassName, m_window.ASR3WindowName);
+}
+
+void SessionHands::closeWindow(WindowId window)
+{
+    m_window.m_platform.windowSystem->closeWindow(window);
+}
+
+void SessionHands::startXunFeiInputMethod()
+{
+    m_window.DetectXunFeiVersion();
+    startProgram(m_window.LocalASR3XunFeiInstallPath);
+}
+
+void SessionHands::startProgram(const QString &path)
+{
+    if (!m_window.m_platform.processes->startDetached(path, {})) {
+        qWarning().noquote() << "Input method: cannot start" << path;
+    }
+}
+
+bool SessionHands::isProgramRunning(const QString &imageName)
+{
+    return m_window.m_platform.processes->isRunning(imageName);
+}
+
+void SessionHands::markInputMethodStarted()
+{
+    SettingsFile().setValue(QStringLiteral("RunThirdpartVoiceInputByORV"), 1);
+}
+
+void SessionHands::sendDeviceKey(int modifiers, int usage)
+{
+    if (m_window.deviceOpen()) {
+        m_window.m_device->SendKeyReport(modifiers, usage);
+    }
+}
+
+void SessionHands::startPasteContentTimer()
+{
+    QTimer::singleShot(1000, &m_window, &MainWindow::TimeOutGetPasteContent);
+}
+
+void SessionHands::startTapTimer()
+{
+    QTimer::singleShot(200, &m_window, &MainWindow::TimeOutDelaySendF2);
+}
+
+void PipelineHands::sendToScreen(const QString &text)
+{
+    m_window.Send2Screen(text, 0, 100);
+}
+
+void PipelineHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)
+{
+    m_window.message(text, icon, milliseconds);
+}
+
+void PipelineHands::restartAfterRecognition()
+{
+    if (m_window.m_afterRecognition != nullptr) {
+        m_window.m_afterRecognition->start();
+    }
+}
+
+void PipelineHands::endDeviceSession()
+{
+    if (m_window.deviceOpen()) {
+        m_window.updateRecCountsTimerOut();
+        m_window.sendMicrophoneLatch(false);
+    }
+}
+
+void PipelineHands::updateMicWin(const QString &picture)
+{
+    Q_EMIT m_window.updateMicWin(picture);
+}
+
+void PipelineHands::endTipLatch()
+{
+    if (m_window.m_micTip != nullptr) {
+        m_window.m_micTip->endLatch();
+    }
+}
+
+void PipelineHands::updateStatusButtons()
+{
+    if (m_window.m_micTip != nullptr) {
+        m_window.m_micTip->UpdateStatusButtons();
+    }
+}
+
+bool PipelineHands::translationDialogExists() const
+{
+    return m_window.m_translationHands.exists();
+}
+
+bool PipelineHands::translationDialogClosing() const
+{
+    return m_window.m_translationHands.isClosing();
+}
+
+void PipelineHands::showOnTranslationDialog(const QString &text)
+{
+    Q_EMIT m_window.showRecTextOnTransDlgSignal(text);
+}
+
+void PipelineHands::showTranslationDialog()
+{
+    m_window.m_translationHands.show();
+}
+
+void PipelineHands::pressTranslateButton()
+{
+    m_window.pushBuutton_Translate_clicked();
+}
+
+void PipelineHands::voiceSearch(const QString &text)
+{
+    m_window.VoiceSearch(text);
+}
+
+bool PipelineHands::runCommandWord(const QString &word, bool sent)
+{
+    return m_window.runCommandWord(word, sent);
+}
+
+void PipelineHands::reloadEngineChoice()
+{
+    m_window.CallMainFunctionSlot(21);
+}
+
+bool PipelineHands::usesBaidu() const
+{
+    return m_window.m_recorder != nullptr && m_window.m_recorder->BaiDuNoStreamApi;
+}
+
+bool PipelineHands::usesTencent() const
+{
+    return m_window.m_recorder != nullptr && m_window.m_recorder->UseTXASRApi;
+}
+
+bool PipelineHands::usesXunFei() const
+{
+    return m_window.m_recorder != nullptr && m_window.m_recorder->UseXunFeiWebApi;
+}
+
+bool TranslationHands::create()
+{
+    qInfo() << "The translation dialog is not part of this build";
+    return false;
+}
+
+} // namespace mevo

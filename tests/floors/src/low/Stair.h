@@ -1,0 +1,3 @@
+#pragma once
+#include "high/Roof.h"
+#include "side/Door.h"

@@ -1,0 +1,485 @@
+#include "app/RunProgram.h"
+#include "audio/AudioRecorder.h"
+#include "device/GetHIDDataThread.h"
+#include "session/KeyReport.h"
+#include "support/FakePlatform.h"
+#include "support/ScratchHome.h"
+#include "ui/Ask.h"
+#include "ui/MicTipDialog.h"
+#include "window/MainWindow.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QPushButton>
+#include <QtTest>
+
+namespace {
+
+const ScratchHome home;
+
+/// A program on a platform of fakes, with a receiver plugged in.
+struct Program
+{
+    FakePlatform fake;
+    std::unique_ptr<MainWindow> window;
+    QStringList questions;
+    int answer = 2;
+
+    explicit Program(bool plugged = true)
+    {
+        home.write(QStringLiteral("MEVOEndpoints.ini"),
+                   "[Endpoints]\nBackendUrl=\"http://127.0.0.1:9/mevowebapi?\"\n"
+                   "BackendUrlBk1=\"http://127.0.0.1:9/mevowebapi?\"\n"
+                   "BackendUrlBk2=\"http://127.0.0.1:9/mevowebapi?\"\n"
+                   "BaiduSpeechHost=127.0.0.1:9\nBaiduTokenHost=127.0.0.1:9\n");
+        home.write(QStringLiteral("MEVOSetting.ini"),
+                   "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n");
+        if (plugged) {
+            plug();
+        }
+        mevo::askHook = [this](const mevo::Question &question) {
+            questions.append(question.title);
+            return answer;
+        };
+    }
+    ~Program()
+    {
+        window.reset();
+        mevo::askHook = nullptr;
+    }
+    void plug()
+    {
+        fake.hid->entries = FakeHid::receiver();
+        fake.hid->identityReply = QByteArray::fromHex("010c5713000100020000000000000000");
+    }
+    void start() { window = std::make_unique<MainWindow>(fake.platform); }
+    /// The calls among `wanted` in the order in which they were made, each once.
+    QStringList order(const QStringList &wanted) const
+    {
+        QStringList seen;
+        for (const QString &call : fake.log.calls()) {
+            if (wanted.contains(call) && !seen.contains(call)) {
+                seen.append(call);
+            }
+        }
+        return seen;
+    }
+};
+
+const QString identity = QStringLiteral("hid send 05 2c 00 00 00 00 00 00");
+const QString resetKeys = QStringLiteral("hid send 05 81 04 00 00 00 00 00");
+const QString latchOff = QStringLiteral("hid send 05 20 08 00 00 00 00 00");
+const QString goodbye = QStringLiteral("hid send 05 81 07 00 00 00 00 00");
+const QString keypadHide = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppHide");
+const QString keypadExit = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppExit");
+const QString penPad = QStringLiteral("sibling \\..\\HW\\PenPadHost.exe");
+
+/// Acts once the program has started and its event loop turns; the construction turns loops of its own.
+class WhenRunning : public QTimer
+{
+public:
+    explicit WhenRunning(std::function<void()> action)
+    {
+        callOnTimeout([this, action = std::move(action)] {
+            const MainWindow *window = MainWindow::instance();
+            if (window != nullptr && window->InitDone) {
+                stop();
+                action();
+            }
+        });
+        start(1);
+    }
+};
+
+} // namespace
+
+class TestLifecycle : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startRunsInItsOrder()
+    {
+        Program program;
+        program.start();
+        const QStringList wanted{QStringLiteral("hid init"), identity, penPad, keypadHide, resetKeys};
+        QCOMPARE(program.order(wanted), wanted);
+        QCOMPARE(MainWindow::instance(), program.window.get());
+        QVERIFY(program.window->InitDone && program.window->DeviceConnected);
+        QCOMPARE(program.window->DongleID, QStringLiteral("02-01-001357"));
+        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORDeviceConnect.png"));
+        QVERIFY(program.window->VoiceTypeMode && !program.window->VoiceCommandWordMode);
+        QVERIFY(!program.window->micTip()->isVisible());
+        QCOMPARE(program.fake.hid->openHandles.load(), 2);
+        QVERIFY(program.window->languageMenu()->actions().size() > 4);
+    }
+
+    void startWithoutAReceiverGoesOn()
+    {
+        Program program(false);
+        program.start();
+        QVERIFY(program.window->InitDone);
+        QVERIFY(program.window->DongleID.isEmpty());
+        QVERIFY(program.fake.hid->sent().isEmpty());
+    }
+
+    void startOffline()
+    {
+        Program program;
+        program.fake.networkState->kind = mevo::NetworkState::Connection::None;
+        program.start();
+        QVERIFY(!program.window->IsOnline);
+        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORNoNetwork.png"));
+        QVERIFY(program.fake.log.has(QStringLiteral("message 未连接外部网络 (3000)")));
+        program.fake.networkState->kind = mevo::NetworkState::Connection::Lan;
+        program.window->showOnline(2);
+        QVERIFY(program.window->IsOnline && program.window->isVisible());
+        program.fake.log.clear();
+        program.window->showOnline(2);
+        QVERIFY(program.fake.log.calls(QStringLiteral("message")).isEmpty());
+        program.window->showOnline(-1);
+        QVERIFY(!program.window->IsOnline && !program.window->isVisible());
+    }
+
+    void littleSpaceIsSaid()
+    {
+        Program program;
+        program.fake.systemFacts->freeMiB = 99;
+        program.start();
+        QVERIFY(
+            program.fake.log.has(QStringLiteral("message C盘空间太小，如不清理可能影响软件运行！ (2000)")));
+    }
+
+    void exitRunsInItsOrder_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("leaves");
+        QTest::addColumn<bool>("startsAtLogin");
+        QTest::newRow("yes") << 0 << true << true;
+        QTest::newRow("back") << 1 << false << false;
+        QTest::newRow("no") << 2 << true << false;
+        QTest::newRow("question closed") << -1 << false << false;
+    }
+
+    void exitRunsInItsOrder()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, leaves);
+        QFETCH(bool, startsAtLogin);
+        Program program;
+        program.answer = answer;
+        program.start();
+        program.fake.log.clear();
+        program.window->on_exitAppAction();
+        QCOMPARE(program.questions, QStringList{QStringLiteral("自动启动软件")});
+        QVERIFY(!program.window->ExitInProgress);
+        QCOMPARE(!program.fake.startupEntry->names.isEmpty(), startsAtLogin);
+        const QStringList wanted{keypadExit, latchOff, goodbye, QStringLiteral("hid exit")};
+        QCOMPARE(program.order(wanted), leaves ? wanted : QStringList());
+        QCOMPARE(program.window->recorder() == nullptr, leaves);
+        if (!leaves) {
+            char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
+            program.window->ProcessResult(press);
+            QVERIFY(program.window->Recording);
+        }
+    }
+
+    void otherWaysOutAskNothing()
+    {
+        for (const auto leave : {&MainWindow::RebootAppDelayTimeout, &MainWindow::exitByItself}) {
+            Program program;
+            program.start();
+            program.fake.windowSystem->byTitle[QStringLiteral("ORVQuillary")] = 5;
+            program.fake.log.clear();
+            (program.window.get()->*leave)();
+            QVERIFY(program.questions.isEmpty());
+            QVERIFY(program.fake.log.has(QStringLiteral("hid exit")));
+            QCOMPARE(program.fake.log.has(penPad + QStringLiteral(" /close")),
+                     leave == &MainWindow::exitByItself);
+        }
+    }
+
+    void whatTheEventLoopIsLeftWith_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<bool>("free");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<bool>("startsAnew");
+        QTest::newRow("end") << 0 << true << 0 << false;
+        QTest::newRow("failure") << 3 << true << 3 << false;
+        QTest::newRow("restart") << 888 << true << 0 << true;
+        QTest::newRow("second instance") << 888 << false << 0 << false;
+    }
+
+    void whatTheEventLoopIsLeftWith()
+    {
+        QFETCH(int, code);
+        QFETCH(bool, free);
+        Program program;
+        program.fake.singleInstance->free = free;
+        const WhenRunning leave([code] { QApplication::exit(code); });
+        const int result = mevo::runProgram(program.fake.platform);
+        QTEST(result, "result");
+        const QString started = QStringLiteral("start ") + QCoreApplication::applicationFilePath();
+        const QStringList wanted{QStringLiteral("lock released"), started};
+        QFETCH(bool, startsAnew);
+        QCOMPARE(program.order(wanted), startsAnew ? wanted : QStringList());
+    }
+
+    void aSecondStartOpensTheMenu()
+    {
+        Program program;
+        const WhenRunning again([&program] {
+            program.fake.singleInstance->startedAgain();
+            auto *menu = MainWindow::instance()->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
+            QVERIFY(menu != nullptr && menu->isVisible() && menu->activeAction() != nullptr);
+            menu->hide();
+            QApplication::exit(0);
+        });
+        QCOMPARE(mevo::runProgram(program.fake.platform), 0);
+    }
+
+    void mainFunctionDoor()
+    {
+        Program program;
+        program.start();
+        program.window->CallMainFunctionSlot(17);
+        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORLowPower.png"));
+        program.window->CallMainFunctionSlot(18);
+        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORDeviceConnect.png"));
+        program.window->ResultIdle = false;
+        program.window->QuickReleaseCount = program.window->QuickReleaseRun = 4;
+        program.window->CallMainFunctionSlot(22);
+        QVERIFY(program.window->ResultIdle);
+        QCOMPARE(program.window->QuickReleaseCount + program.window->QuickReleaseRun, 0);
+        char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
+        program.window->ProcessResult(press);
+        QVERIFY(program.window->Recording);
+        program.window->CallMainFunctionSlot(16);
+        QVERIFY(program.fake.log.has(QStringLiteral("sleep 500")));
+        QVERIFY(!program.window->Recording);
+        const QMenu *menu = program.window->languageMenu();
+        program.window->recorder()->BaiDuNoStreamApi = false;
+        program.window->CallMainFunctionSlot(21);
+        QCOMPARE(program.window->languageMenu(), menu);
+        program.window->recorder()->BaiDuNoStreamApi = true;
+        program.window->CallMainFunctionSlot(21);
+        QVERIFY(program.window->languageMenu() != menu);
+        for (const int index : {-1, 0, 15, 19, 20, 23, 1000}) {
+            program.window->CallMainFunctionSlot(index);
+        }
+    }
+
+    void keepOnTop()
+    {
+        Program program;
+        program.start();
+        program.window->show();
+        program.window->setWndTopMostTimeout();
+        QVERIFY(program.window->isVisible());
+        program.window->DeviceConnected = false;
+        program.window->HidBusy = true;
+        program.window->setWndTopMostTimeout();
+        QVERIFY(program.window->isVisible()); // not while a key is typed
+        program.window->HidBusy = false;
+        program.window->NoDeviceMode = true;
+        program.window->setWndTopMostTimeout();
+        QVERIFY(program.window->isVisible());
+        program.window->NoDeviceMode = false;
+        program.window->setWndTopMostTimeout();
+        QVERIFY(!program.window->isVisible());
+    }
+
+    void removalAndArrival()
+    {
+        Program program;
+        program.start();
+        program.fake.log.clear();
+        program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal,
+                                            QStringLiteral("HID#VID_258A&PID_1016&MI_01&Col01"));
+        QVERIFY(program.window->DeviceConnected);
+        program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal);
+        QCOMPARE(program.order({keypadHide, goodbye, QStringLiteral("hid exit")}),
+                 QStringList({keypadHide, goodbye, QStringLiteral("hid exit")}));
+        QVERIFY(!program.window->DeviceConnected && program.window->DongleID.isEmpty());
+        QVERIFY(program.window->HidInputHandle == nullptr && program.window->HeartbeatTimerId == 0);
+        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORDeviceDisConnect.png"));
+
+        program.fake.log.clear();
+        program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival,
+                                            QStringLiteral("hid#vid_258a&pid_1016&mi_01&col02"));
+        const QStringList wanted{QStringLiteral("hid init"), identity, keypadExit, keypadHide, resetKeys};
+        QCOMPARE(program.order(wanted), wanted);
+        QVERIFY(program.window->DeviceConnected && program.window->HeartbeatTimerId != 0);
+        QCOMPARE(program.window->DongleID, QStringLiteral("02-01-001357"));
+
+        program.fake.log.clear();
+        program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival);
+        QCOMPARE(program.fake.log.calls(QStringLiteral("hid")), QStringList{resetKeys});
+    }
+
+    void arrivalWithoutAnIdentityEndsTheProgram()
+    {
+        Program program(false);
+        program.start();
+        program.fake.hid->entries = FakeHid::receiver();
+        program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival);
+        QCOMPARE(program.questions, QStringList{QStringLiteral("错误")});
+        QVERIFY(program.window->recorder() == nullptr);
+    }
+
+    void aKeyReportReachesTheSession()
+    {
+        Program program;
+        program.start();
+        program.fake.hid->push(QByteArray::fromHex("01700101000000000000000000000000"));
+        QTRY_VERIFY(program.window->Recording);
+        program.fake.hid->push(QByteArray::fromHex("01700100000000000000000000000000"));
+        QTRY_VERIFY(!program.window->Recording);
+        program.fake.hid->push(QByteArray::fromHex("01700601000000000000000000000000"));
+        QTRY_VERIFY(program.window->VoiceCommandWordMode && !program.window->VoiceTypeMode);
+    }
+
+    void voiceInputClosesAndOpens()
+    {
+        Program program;
+        program.start();
+        MainWindow &window = *program.window;
+        const QAction *action = nullptr;
+        for (const QAction *each : window.findChildren<QAction *>()) {
+            action = each->text() == QStringLiteral("关闭语音识别") ? each : action;
+        }
+        QVERIFY(action != nullptr);
+        const auto take = [&program](const std::function<void()> &step) {
+            program.fake.log.clear();
+            step();
+            QStringList calls = program.fake.log.calls(QStringLiteral("hid send"));
+            return calls + program.fake.log.calls(QStringLiteral("message"));
+        };
+        const auto click = [&window] { window.on_closeASRFuncAction(); };
+        char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
+
+        program.fake.hid->sendResult = -1; // refused: it stops there
+        QCOMPARE(take(click), QStringList{latchOff});
+        QVERIFY(!window.ASRFuncClosed);
+        program.fake.hid->sendResult = 8;
+        window.ProcessResult(press);
+        QVERIFY(window.Recording);
+        QCOMPARE(take(click), (QStringList{latchOff, goodbye,
+                                           QStringLiteral("message 3秒后会关闭语音输入识别功能！ (100)")}));
+        QVERIFY(!window.Recording && !window.micTip()->isVisible()); // the microphone does not stay open
+        QCOMPARE(action->text(), QStringLiteral("打开语音输入识别"));
+        QCOMPARE(take([&] { window.ProcessResult(press); }),
+                 QStringList{QStringLiteral("message 已关闭语音识别功能！ (100)")});
+        QCOMPARE(take(click), (QStringList{QStringLiteral("hid send 05 81 01 00 00 00 00 00"),
+                                           QStringLiteral("message 已打开语音输入识别功能！ (100)")}));
+        QCOMPARE(action->text(), QStringLiteral("关闭语音输入识别"));
+        window.DeviceConnected = false;
+        QCOMPARE(take(click), QStringList());
+        QVERIFY(!window.ASRFuncClosed);
+    }
+
+    void tipWindowLatchesTheMicrophone_data()
+    {
+        QTest::addColumn<bool>("plugged");
+        QTest::addColumn<int>("sendResult");
+        QTest::addColumn<bool>("records");
+        QTest::newRow("with a receiver") << true << 8 << true;
+        QTest::newRow("the receiver refuses") << true << -1 << false;
+        QTest::newRow("without a receiver") << false << -1 << true;
+    }
+
+    void tipWindowLatchesTheMicrophone()
+    {
+        QFETCH(bool, plugged);
+        QFETCH(int, sendResult);
+        QFETCH(bool, records);
+        Program program(plugged);
+        program.start();
+        MainWindow &window = *program.window;
+        window.ClickCanASR = true;
+        window.micTip()->show();
+        const auto reports = [&] {
+            const QStringList sent = program.fake.log.calls(QStringLiteral("hid send 05 20"));
+            program.fake.log.clear();
+            return sent;
+        };
+        const QStringList on =
+            plugged ? QStringList{QStringLiteral("hid send 05 20 0c 00 00 00 00 00")} : QStringList();
+        const auto off = [&](int times) {
+            QStringList list;
+            for (int i = 0; plugged && i < times; ++i) {
+                list.append(latchOff);
+            }
+            return list;
+        };
+        reports();
+        program.fake.hid->sendResult = sendResult;
+        QTest::mousePress(window.micTip(), Qt::RightButton);
+        QCOMPARE(reports(), on);
+        QCOMPARE(window.Recording.load(), records);
+        QCOMPARE(window.MicLatched.load(), records); // a latch without a session would only bar the keys
+        if (records) {
+            QTest::mousePress(window.micTip(), Qt::RightButton);
+            QCOMPARE(reports(), off(2));
+            QVERIFY(!window.Recording && !window.MicLatched);
+        }
+        QTest::mousePress(window.micTip(), Qt::LeftButton);
+        QTRY_COMPARE(program.fake.log.calls(QStringLiteral("hid send 05 20")), on);
+        QTRY_COMPARE(window.Recording.load(), records);
+        reports();
+        QTest::mouseRelease(window.micTip(), Qt::LeftButton);
+        QCOMPARE(reports(), off(1));
+        QVERIFY(!window.Recording);
+    }
+
+    void textIsPostedAndWhatDoesNotGoIsKept()
+    {
+        Program program;
+        program.start();
+        program.window->FocusWindow = 0x11;
+        program.window->recorder()->showRecText(QStringLiteral("甲乙丙丁__over__"));
+        QVERIFY(program.fake.log.has(QStringLiteral("post 11 甲乙丙丁")));
+        program.fake.windowSystem->postLimit = 1;
+        program.window->recorder()->showRecText(QStringLiteral("甲乙丙丁__over__"));
+        QCOMPARE(program.fake.clipboard->content, QStringLiteral("乙丙丁"));
+    }
+
+    void pastedTextsWaitForEachOther()
+    {
+        Program program;
+        program.start();
+        program.window->Send2ScreenMethod = 2;
+        program.fake.log.clear();
+        program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
+        program.window->Send2Screen(QStringLiteral("乙"), 0, 100);
+        const QString second = QStringLiteral("clipboard set 乙");
+        QTRY_VERIFY(program.fake.log.has(second));
+        QTRY_VERIFY(!program.window->HidBusy);
+        QStringList seen;
+        for (const QString &call : program.fake.log.calls()) {
+            if (call.startsWith(QLatin1String("clipboard set")) ||
+                call.contains(QLatin1String("81 04 01 19"))) {
+                seen.append(call);
+            }
+        }
+        const QString paste = QStringLiteral("hid send 05 81 04 01 19 00 00 00");
+        QCOMPARE(seen, QStringList({QStringLiteral("clipboard set 甲"), paste, second, paste}));
+    }
+
+    void theBarsButtonsNeverTakeTheFocus()
+    {
+        Program program;
+        program.start();
+        QVERIFY(program.window->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
+        const auto buttons = program.window->findChildren<QPushButton *>();
+        QVERIFY(buttons.size() >= 8);
+        for (const QPushButton *button : buttons) {
+            QCOMPARE(button->focusPolicy(), Qt::NoFocus);
+            QVERIFY2(!button->accessibleName().isEmpty(), qPrintable(button->objectName()));
+        }
+    }
+};
+
+QTEST_MAIN(TestLifecycle)
+#include "tst_lifecycle.moc"
