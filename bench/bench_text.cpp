@@ -34,7 +34,7 @@ void planText(benchmark::State &bench)
     state.FocusWindow = 1;
     state.Output2Tranditional = bench.range(1) != 0;
     for (auto _ : bench) {
-        benchmark::DoNotOptimize(mevo::planSend(text, state, false, true));
+        benchmark::DoNotOptimize(mevo::planSend(text, state, state.contextNow(), false, true));
     }
 }
 BENCHMARK(planText)->ArgNames({"characters", "traditional"})->Args({10, 0})->Args({300, 0})->Args({300, 1});

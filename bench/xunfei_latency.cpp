@@ -49,6 +49,7 @@ public:
     bool dynamicCorrection() const override { return false; }
     void handleXunFeiText(const QString &) override { answered = true; }
     void showXunFeiText(const QString &) override {}
+    void xunFeiAnswered() override {}
     void showPartialText(const QString &) override {}
     void hidePartialText() override {}
     void showXunFeiLanguage() override {}

@@ -74,6 +74,7 @@ AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, Recorde
     connect(&m_answerTimer, &QTimer::timeout, this, [this] {
         qWarning("XunFei: no answer %d ms after the end; the microphone closes", m_answerTimer.interval());
         closeInput();
+        m_host.giveXunFeiUp();
     });
 
     {
@@ -104,6 +105,7 @@ AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, Recorde
 
 AudioRecorder::~AudioRecorder()
 {
+    m_initAfterClose = false;
     closeInput();
 }
 
@@ -173,6 +175,10 @@ bool AudioRecorder::makeDefault(const QString &name)
 
 void AudioRecorder::InitMicDevice()
 {
+    if (m_input != nullptr) {
+        m_initAfterClose = true; // the session that runs goes on as it began
+        return;
+    }
     const QAudioDeviceInfo device = defaultMicrophone();
     m_format = captureFormat(m_state.SimulateDoubleChannel);
     if (!device.isFormatSupported(m_format)) {
@@ -207,6 +213,8 @@ void AudioRecorder::OnRecordStart()
         DeleyCloseMicTimer();
     }
     ++m_session;
+    m_sessionOpen = true;
+    m_inForce = {BaiDuNoStreamApi || UseTXASRApi, UseXunFeiWebApi};
     m_blockCount = 0;
     m_unsentBytes = 0;
     m_answerTimer.stop();
@@ -272,6 +280,9 @@ void AudioRecorder::closeInput()
     // Not deleted on the spot: one of its own signals may have brought us here.
     m_input->deleteLater();
     m_input = nullptr;
+    if (std::exchange(m_initAfterClose, false)) {
+        InitMicDevice();
+    }
 }
 
 void AudioRecorder::OnReadMore()
@@ -302,14 +313,14 @@ void AudioRecorder::processBlock(int length)
     if (m_format.channelCount() == 2) {
         block = mevo::leftChannel(m_readBuffer.constData(), length);
     }
-    if (UseXunFeiWebApi) {
+    if (m_inForce.streams) {
         if (m_host.xunFeiConnected()) {
             streamBlock(block);
         } else if (FrameStatus == STATUS_FIRST) {
             m_unsentBytes += block.size();
         }
     }
-    if (BaiDuNoStreamApi || UseTXASRApi) {
+    if (m_inForce.buffers) {
         mVoiceBuffer.append(block.constData(), block.size());
     }
     emit SendVolume2MicDlg(m_readBuffer, block.size());
@@ -332,9 +343,12 @@ void AudioRecorder::streamBlock(const QByteArray &block)
 
 void AudioRecorder::OnRecordStop()
 {
+    if (!std::exchange(m_sessionOpen, false)) {
+        return; // its session has been handed over already, and there is nothing more to recognise
+    }
     OnReadMore(); // what the microphone still holds is the end of the last word
     const int session = m_session;
-    if (UseXunFeiWebApi) {
+    if (m_inForce.streams) {
         if (FrameStatus == STATUS_FIRST && m_unsentBytes > 0) {
             qWarning("XunFei: no connection; %d ms of sound are not sent", unsentMs());
         }
@@ -347,17 +361,31 @@ void AudioRecorder::OnRecordStop()
         BufferReady = true;
     }
     qDebug("Recorder: session of %d blocks, %d bytes", m_blockCount, mVoiceBuffer.size());
-    if (UseTXASRApi || BaiDuNoStreamApi) {
-        // The engine may run an event loop, and the next session start in it: this session's audio is
-        // taken out of the way.
-        QByteArray audio;
-        audio.swap(mVoiceBuffer);
-        QBuffer buffer(&audio);
-        m_host.recognise(&buffer, m_format);
-    }
-    if (session == m_session) {
+    if (!m_inForce.buffers) {
         BufferReady = false;
         mVoiceBuffer.clear();
+        if (!m_inForce.streams) {
+            m_host.sessionHandedOver();
+        }
+        return;
+    }
+    // The engine may run an event loop, and the next session start in it: this session's audio is taken out
+    // of the way.
+    QByteArray audio;
+    audio.swap(mVoiceBuffer);
+    QBuffer buffer(&audio);
+    const QPointer<AudioRecorder> alive(this);
+    m_host.recognise(&buffer, m_format);
+    if (!alive.isNull() && session == m_session) {
+        BufferReady = false;
+        mVoiceBuffer.clear();
+    }
+}
+
+void AudioRecorder::expectMoreAnswers()
+{
+    if (m_answerTimer.isActive()) {
+        m_answerTimer.start();
     }
 }
 

@@ -58,6 +58,8 @@ public:
     QAudioFormat format() const { return m_format; }
     /// Name of the input as the last InitMicDevice() found it; empty before a device was connected.
     QString deviceName() const { return m_deviceName; }
+    /// XunFei has answered after the end of a session: its next answer is waited for anew.
+    void expectMoreAnswers();
     /// The microphone is open or waits for its close.
     bool isOpen() const { return m_input != nullptr; }
 
@@ -100,6 +102,14 @@ private:
     QTimer m_closeTimer;
     QTimer m_silence;
     QTimer m_answerTimer;
+    /// Engines of the session, as they stood at its start.
+    struct InForce
+    {
+        bool buffers = false; ///< Baidu or Tencent, which take the whole recording
+        bool streams = false; ///< XunFei
+    } m_inForce;
+    bool m_sessionOpen = false;    ///< between a start and its stop
+    bool m_initAfterClose = false; ///< InitMicDevice() was called while the microphone was in use
     int m_blockCount = 0;
     int m_unsentBytes = 0;    ///< of this session, before XunFei's socket was connected
     int m_session = 0;        ///< number of the session, to tell whether a next one has begun meanwhile

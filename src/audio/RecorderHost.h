@@ -13,10 +13,12 @@ class RecorderHost
 public:
     virtual ~RecorderHost() = default;
 
-    /// Recognises a finished session with the engine in force. `audio` is closed and lives until the
-    /// call returns; it may be empty. Event loops may run inside: a next session may start and end
-    /// before this one returns.
+    /// Recognises the session that has just ended with the engine of its press. `audio` is closed and lives
+    /// until the call returns; it may be empty. Event loops may run inside: a next session may start and
+    /// end before this one returns.
     virtual void recognise(QBuffer *audio, const QAudioFormat &format) = 0;
+    /// A session has ended whose engine recognises nothing.
+    virtual void sessionHandedOver() = 0;
     /// Fetches Baidu's token; whether it could be had.
     virtual bool refreshBaiduToken() = 0;
 
@@ -29,6 +31,9 @@ public:
     /// Closes the socket with code 1000 if there is one, and hides the partial result window when
     /// dynamic correction is on.
     virtual void closeXunFeiSocket() = 0;
+
+    /// XunFei has not answered for long after the end: what it has said until then is all.
+    virtual void giveXunFeiUp() = 0;
 
     /// Clears the mark that runs the program with the administrator's rights, and its setting.
     virtual void clearRunAsAdministrator() = 0;

@@ -81,7 +81,10 @@ EngineEndpoints loadEndpoints(BackendEndpoints &backend, const QString &path)
     }
     endpoints.TencentSecretIds = value("TencentSecretIds", {});
     endpoints.TencentSecretKeys = value("TencentSecretKeys", {});
-    endpoints.XunFeiWholeUtterance = file.value(QStringLiteral("XunFeiWholeUtterance"), false).toBool();
+    const QVariant whole = file.value(QStringLiteral("XunFeiWholeUtterance"));
+    if (!whole.toString().isEmpty()) {
+        endpoints.XunFeiWholeUtterance = whole.toBool();
+    }
     endpoints.VerifyCertificates = file.value(QStringLiteral("VerifyCertificates"), false).toBool();
     return endpoints;
 }

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace mevo {
 
 /// Addresses of the private backend: the web API and its two backups, the version files, the download
@@ -35,8 +37,9 @@ struct EngineEndpoints
     QString SearchBing = QStringLiteral("www.bing.com");
     /// Tencent's ids and keys where the service tells none, lists separated by ";". Never logged.
     QString TencentSecretIds, TencentSecretKeys;
-    /// A XunFei session goes on until the utterance's last result instead of ending with the first message.
-    bool XunFeiWholeUtterance = false;
+    /// Whether a XunFei session goes on until the utterance's last result, or ends with the first message.
+    /// Where nothing is said, it goes on with dynamic correction alone.
+    std::optional<bool> XunFeiWholeUtterance;
     /// Checks certificates also where a service is called without by default.
     bool VerifyCertificates = false;
 };

@@ -10,6 +10,7 @@
 #include "service/RelayHttp.h"
 
 #include <QDebug>
+#include <QEventLoop>
 #include <QPointer>
 
 using mevo::BaiduRecovery;
@@ -28,20 +29,25 @@ BaiduSpeech::BaiduSpeech(MainState &state, RecorderState &recorder, const mevo::
 {
 }
 
-QPair<bool, QString> BaiduSpeech::finish(QBuffer *RelayBuffer)
+QPair<bool, QString> BaiduSpeech::finish(QBuffer *RelayBuffer, const mevo::SessionContext &session)
 {
     // Our own reference: the recorder clears its buffer and may record again while we wait.
     const QByteArray pcm = RelayBuffer != nullptr ? RelayBuffer->data() : QByteArray();
-    if (m_recorder.UseTXASRApi) {
-        return m_host.recogniseWithTencent(pcm);
+    const QPointer<BaiduSpeech> alive(this);
+    QPair<bool, QString> result;
+    if (session.engine.tencent) {
+        result = m_host.recogniseWithTencent(pcm, session);
+    } else if (session.engine.baidu) {
+        result = askBaidu(pcm, session);
     }
-    if (!m_recorder.BaiDuNoStreamApi) {
-        return {false, QString()};
+    if (!alive.isNull()) {
+        emit sessionEnded(session.number);
     }
+    return result;
+}
 
-    // The menu may change the engine while a request is open; this one ends with what it began with.
-    const bool fast = m_state.BaiDuNoStreamApi_FastVersion;
-    const QString voiceType = m_state.BaiDuCurrentVoiceType;
+QPair<bool, QString> BaiduSpeech::askBaidu(const QByteArray &pcm, const mevo::SessionContext &session)
+{
     const QPointer<BaiduSpeech> alive(this);
     if (m_state.BaiduAccessToken.isEmpty()) {
         m_host.loadCurrentBaiduCredentials();
@@ -51,14 +57,46 @@ QPair<bool, QString> BaiduSpeech::finish(QBuffer *RelayBuffer)
         }
         m_host.loadBaiduTranslateCredentials();
     }
-    const QByteArray raw = send(pcm, fast, voiceType);
-    if (alive.isNull()) {
-        return {false, QString()};
+    const QUrl url = mevo::baiduSpeechUrl(m_endpoints, session.engine.baiduFast);
+    const QByteArray body = mevo::baiduRequestBody({session.engine.baiduFast, session.engine.baiduLanguage,
+                                                    m_state.BaiduAccessToken, m_facts.computerId(), pcm});
+    mevo::writeRecording(mevo::appFile(QStringLiteral("test.pcm")), pcm);
+
+    relay_NetWork::HTTP http;
+    http.setProxy(mevo::chosenProxy(m_state));
+    http.setCertificateChecks(mevo::checksCertificate(m_endpoints, url));
+    QNetworkRequest request(url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+
+    // The reply is taken where it comes in: a later session may wait above this one on the stack, and this
+    // one's text must not wait for that.
+    QEventLoop loop;
+    QPair<bool, QString> result;
+    bool ended = false;
+    const auto take = [&](const QByteArray &raw) {
+        result = takeReply(raw, session);
+        ended = true;
+        loop.quit();
+    };
+    connect(&http, &relay_NetWork::HTTP::finished, &loop, take);
+    connect(&http, &relay_NetWork::HTTP::error, &loop, [&take] { take(QByteArray()); });
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
+    http.post(request, body, requestTimeoutMs);
+    if (!ended) {
+        loop.exec();
     }
+    return result;
+}
+
+/// What Baidu has answered, empty on time-out and on any error of the network. `this` may be gone when it
+/// returns.
+QPair<bool, QString> BaiduSpeech::takeReply(const QByteArray &raw, const mevo::SessionContext &session)
+{
     ++m_state.BDSR1DUsedQuantity;
     m_host.ensureEngineTip();
     if (raw.isEmpty()) {
-        onEmptyReply(fast);
+        onEmptyReply(session.engine.baiduFast);
+        emit sessionEnded(session.number);
         return {false, QString()};
     }
 
@@ -67,34 +105,22 @@ QPair<bool, QString> BaiduSpeech::finish(QBuffer *RelayBuffer)
     m_state.FastEmptyReplies = variant.emptyReplies;
     m_state.FastGoodReplies = variant.goodReplies;
 
+    const QPointer<BaiduSpeech> alive(this);
     const mevo::BaiduReply reply = mevo::parseBaiduReply(raw);
+    QPair<bool, QString> result{false, QString::fromUtf8(raw)};
     if (reply.errNo != 0) {
+        emit sessionEnded(session.number); // first: what is done about the error may wait for the network
         onError(reply);
     } else if (reply.text) {
-        emit finishTrans(*reply.text + QStringLiteral("__over__"));
-        return {true, *reply.text};
+        result = {true, *reply.text};
+        emit finishTrans(*reply.text + QStringLiteral("__over__"), session.number);
     } else {
         qWarning("Baidu: a reply of %d bytes holds no text", raw.size());
     }
-    return {false, QString::fromUtf8(raw)};
-}
-
-/// The reply, empty on time-out and on any error of the network. `this` may be gone when it returns.
-QByteArray BaiduSpeech::send(const QByteArray &pcm, bool fast, const QString &voiceType)
-{
-    const QUrl url = mevo::baiduSpeechUrl(m_endpoints, fast);
-    const QByteArray body =
-        mevo::baiduRequestBody({fast, voiceType, m_state.BaiduAccessToken, m_facts.computerId(), pcm});
-    mevo::writeRecording(mevo::appFile(QStringLiteral("test.pcm")), pcm);
-
-    relay_NetWork::HTTP http;
-    http.setProxy(mevo::chosenProxy(m_state));
-    http.setCertificateChecks(mevo::checksCertificate(m_endpoints, url));
-    QNetworkRequest request(url);
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
-    QByteArray reply;
-    http.post(request, body, reply, requestTimeoutMs);
-    return reply;
+    if (!alive.isNull()) {
+        emit sessionEnded(session.number);
+    }
+    return result;
 }
 
 void BaiduSpeech::onEmptyReply(bool fast)
@@ -117,6 +143,13 @@ void BaiduSpeech::onEmptyReply(bool fast)
 void BaiduSpeech::onError(const mevo::BaiduReply &reply)
 {
     const mevo::BaiduErrorRow &error = mevo::baiduError(reply.errNo, m_facts.isXpClass());
+    const bool givesUpOnBaidu = error.recovery == BaiduRecovery::FallToXunFei ||
+                                error.recovery == BaiduRecovery::NewAccount ||
+                                error.recovery == BaiduRecovery::NewAccountFallToXunFei;
+    if (givesUpOnBaidu && !m_recorder.BaiDuNoStreamApi) {
+        qWarning("Baidu: error %d came after another engine was chosen and changes nothing", reply.errNo);
+        return;
+    }
     const QString message = mevo::baiduErrorMessage(error, reply);
     qWarning().noquote() << "Baidu:" << message;
     m_host.showEngineTip(message, error.regardlessOfShowTipsDlg);
@@ -135,7 +168,8 @@ void BaiduSpeech::onError(const mevo::BaiduReply &reply)
         const QPointer<BaiduSpeech> alive(this);
         m_host.loadCurrentBaiduCredentials();
         m_host.fetchBaiduToken();
-        if (!alive.isNull() && error.recovery == BaiduRecovery::NewAccountFallToXunFei) {
+        if (!alive.isNull() && error.recovery == BaiduRecovery::NewAccountFallToXunFei &&
+            m_recorder.BaiDuNoStreamApi) {
             fallToXunFei();
         }
         break;

@@ -6,6 +6,7 @@
 #include "platform/SystemServices.h"
 #include "state/MainState.h"
 #include "state/RecorderState.h"
+#include "state/SessionContext.h"
 
 #include <QBuffer>
 #include <QObject>
@@ -28,8 +29,10 @@ public:
     int requestTimeoutMs = 5000;
 
 signals:
-    /// A recognised text, ending in "__over__".
-    void finishTrans(QString text);
+    /// A recognised text, ending in "__over__", of the session of this number.
+    void finishTrans(QString text, int session);
+    /// Nothing more comes from this session.
+    void sessionEnded(int session);
     void connected();
     void readyRead();
 
@@ -37,13 +40,14 @@ public slots:
     /// Always true: the token is fetched when a recording needs it.
     bool refreshToken() { return true; }
 
-    /// Recognises the samples in `RelayBuffer` with the engine that the recorder's flags tell, and waits.
-    /// True with the text when it was recognised, else false with the raw reply. The text also goes out
-    /// by finishTrans(); an error is shown, and what can be done about it is done.
-    QPair<bool, QString> finish(QBuffer *RelayBuffer);
+    /// Recognises the samples in `RelayBuffer` with the engine of the session, and waits. True with the text
+    /// when it was recognised, else false with the raw reply. The text also goes out by finishTrans(), as
+    /// soon as the reply is there; an error is shown, and what can be done about it is done.
+    QPair<bool, QString> finish(QBuffer *RelayBuffer, const mevo::SessionContext &session);
 
 private:
-    QByteArray send(const QByteArray &pcm, bool fast, const QString &voiceType);
+    QPair<bool, QString> askBaidu(const QByteArray &pcm, const mevo::SessionContext &session);
+    QPair<bool, QString> takeReply(const QByteArray &raw, const mevo::SessionContext &session);
     void onEmptyReply(bool fast);
     void onError(const mevo::BaiduReply &reply);
     void swapChannels();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "state/SessionContext.h"
+
 #include <QByteArray>
 #include <QPair>
 #include <QString>
@@ -33,7 +35,7 @@ public:
 
     /// Sends a whole recording to Tencent: whether the transfer ran to its end, and the text. An
     /// implementation delivers the text to the recorder itself. Without one: (false, "") and a log line.
-    virtual QPair<bool, QString> recogniseWithTencent(const QByteArray &pcm);
+    virtual QPair<bool, QString> recogniseWithTencent(const QByteArray &pcm, const SessionContext &session);
 };
 
 } // namespace mevo

@@ -41,7 +41,7 @@ TencentSpeech::TencentSpeech(MainState &state, EngineHost &host, const Time &tim
 {
 }
 
-QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm)
+QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm, const SessionContext &session)
 {
     const Tc3Credential credential = drawTencentCredential(m_state, m_endpoints, m_draw);
     if (credential.secretId.isEmpty() || credential.secretKey.isEmpty()) {
@@ -49,7 +49,7 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm)
     }
     writeRecording(appFile(QStringLiteral("test.pcm")), pcm);
     const QByteArray payload = tencentPayload(
-        {m_state.TXCurrentVoiceType, m_state.TXASRConvertNum2CNMode, m_state.AddPunctuationWhenEnd, pcm});
+        {session.engine.tencentLanguage, m_state.TXASRConvertNum2CNMode, m_state.AddPunctuationWhenEnd, pcm});
     const TencentRequest request =
         tencentRequest(m_endpoints, credential, payload, m_time.now().toSecsSinceEpoch());
     print(request.authorization);
@@ -74,7 +74,8 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm)
         case TencentReply::Kind::Text:
             text = reply.text;
             ++m_state.TXSR1DUsedQuantity;
-            m_onText(text + QStringLiteral("__over__")); // last: an event loop may run in it, and we may go
+            m_onText(text + QStringLiteral("__over__"),
+                     session.number); // last: an event loop may run in it, and we may go
             break;
         }
         return received <= MaxReplyBytes;

@@ -10,12 +10,15 @@ class XunFeiHost
 public:
     virtual ~XunFeiHost() = default;
 
-    /// Results may correct earlier ones, and partial texts are shown while the user speaks.
+    /// Results of the session that begins may correct earlier ones, and partial texts are shown while the
+    /// user speaks.
     virtual bool dynamicCorrection() const = 0;
     /// A text without dynamic correction: straight to the result handler.
     virtual void handleXunFeiText(const QString &text) = 0;
     /// The text of an utterance with dynamic correction, at its end.
     virtual void showXunFeiText(const QString &text) = 0;
+    /// A message has come: the service is alive.
+    virtual void xunFeiAnswered() = 0;
     virtual void showPartialText(const QString &text) = 0;
     virtual void hidePartialText() = 0;
     /// The account may not use the language: another one is spoken from the next session on.

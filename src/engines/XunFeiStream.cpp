@@ -41,7 +41,12 @@ void XunFeiStream::ConnectXFWebApi()
 {
     closeSocket();
     ++m_session;
-    useAccountOf(m_state.XunFeiWebApiCurrentVoiceType);
+    m_voiceType = m_state.XunFeiWebApiCurrentVoiceType;
+    m_dynamic = m_host.dynamicCorrection();
+    m_whole = m_endpoints.XunFeiWholeUtterance.value_or(m_dynamic);
+    m_punctuation = m_state.AddPunctuationWhenEnd;
+    m_fragments.clear();
+    useAccountOf(m_voiceType);
     const XunFeiAccount account{m_state.XunFeiAppId, m_state.XunFeiApiKey, m_state.XunFeiApiSecret};
     const QUrl url = xunFeiUrl(m_endpoints, account, xunFeiDate(m_time.now()), xunFeiDate(m_time.now()));
 
@@ -96,7 +101,7 @@ void XunFeiStream::onXFWebApiDisconnected()
         qWarning() << "XunFei: the service has closed the connection";
     }
     m_state.XFWebSocketConnected = false;
-    if (m_endpoints.XunFeiWholeUtterance && m_state.XFWebSocket != nullptr) {
+    if (m_whole && m_state.XFWebSocket != nullptr) {
         endSession(m_session); // nothing can come any more
     }
 }
@@ -109,9 +114,7 @@ void XunFeiStream::sendFrame(const QByteArray &block, int status)
     QByteArray frame;
     switch (status) {
     case First:
-        frame = xunFeiFirstFrame({m_state.XunFeiAppId, m_state.XunFeiWebApiCurrentVoiceType,
-                                  m_state.AddPunctuationWhenEnd, m_host.dynamicCorrection()},
-                                 block);
+        frame = xunFeiFirstFrame({m_state.XunFeiAppId, m_voiceType, m_punctuation, m_dynamic}, block);
         break;
     case Middle:
         frame = xunFeiMiddleFrame(block);
@@ -138,7 +141,7 @@ void XunFeiStream::closeAndHide()
         return;
     }
     closeSocket();
-    if (m_host.dynamicCorrection()) {
+    if (m_dynamic) {
         m_host.hidePartialText();
     }
 }
@@ -159,6 +162,7 @@ void XunFeiStream::closeSocket()
 void XunFeiStream::onXFWebApiMessageReceived(QString message)
 {
     const int session = m_session;
+    m_host.xunFeiAnswered();
     m_state.XFResultText.clear();
     XunFeiMessage result;
     if (!parseXunFeiMessage(message, result)) {
@@ -185,68 +189,78 @@ void XunFeiStream::onXFWebApiMessageReceived(QString message)
     if (result.status == XunFeiMessage::Last) {
         m_state.XFResultText.clear();
     }
-    if (!m_endpoints.XunFeiWholeUtterance || result.status == XunFeiMessage::Last) {
+    if (!m_whole || result.status == XunFeiMessage::Last) {
         m_host.closeXunFeiRecording();
     }
 }
 
 void XunFeiStream::takeResult(const XunFeiMessage &result, int session)
 {
-    QString utterance;
-    if (!m_host.dynamicCorrection()) {
-        if (!result.text.isEmpty()) {
-            const QPointer<XunFeiStream> alive(this);
-            m_host.handleXunFeiText(result.text);
-            if (alive.isNull() || isOver(session)) {
-                return;
-            }
-        }
-    } else {
+    if (m_dynamic) {
         applyXunFeiResult(m_state.XFPartialList, result);
-        utterance = m_state.XFPartialList.join(QString());
-        if (m_state.XFPartialList.size() > mostResults || utterance.size() > longestUtterance) {
-            qWarning() << "XunFei: the results of this session are too many";
-            endSession(session);
-            return;
-        }
-        if (result.status == XunFeiMessage::Middle && !utterance.isEmpty()) {
-            m_host.showPartialText(utterance);
-        }
+    } else {
+        m_fragments.append(result.text);
     }
-    if (result.status == XunFeiMessage::Middle) {
+    const QString utterance = gathered();
+    if (m_state.XFPartialList.size() + m_fragments.size() > mostResults ||
+        utterance.size() > longestUtterance) {
+        qWarning() << "XunFei: the results of this session are too many";
+        endSession(session);
+        return;
+    }
+    const bool last = result.status == XunFeiMessage::Last;
+    if (result.status == XunFeiMessage::Middle || last) {
         ++m_state.XFSR1DUsedQuantity;
-    } else if (result.status == XunFeiMessage::Last) {
-        finishUtterance(utterance, session);
+    }
+    if (last) {
+        closeAndHide();
+    } else if (m_dynamic && result.status == XunFeiMessage::Middle && !utterance.isEmpty()) {
+        m_host.showPartialText(utterance);
+    }
+    if ((last || !m_whole) && handOn(last && m_dynamic) && !isOver(session) && last) {
+        m_host.flushXunFeiCount();
     }
 }
 
-void XunFeiStream::finishUtterance(const QString &text, int session)
+/// All that this session's results say so far.
+QString XunFeiStream::gathered() const
 {
-    closeAndHide();
-    ++m_state.XFSR1DUsedQuantity;
-    if (m_host.dynamicCorrection()) {
-        const QPointer<XunFeiStream> alive(this);
-        m_host.showXunFeiText(text);
-        if (alive.isNull() || isOver(session)) {
-            return;
-        }
-    }
-    m_host.flushXunFeiCount();
+    return m_dynamic ? m_state.XFPartialList.join(QString()) : m_fragments.join(QString());
 }
 
-/// Ends a session that has no last result. What whole utterances have gathered until then is not lost.
+/// Hands the gathered text on, once. False when this object has gone meanwhile.
+bool XunFeiStream::handOn(bool alsoEmpty)
+{
+    const QString text = gathered();
+    (m_dynamic ? m_state.XFPartialList : m_fragments).clear();
+    if (text.isEmpty() && !alsoEmpty) {
+        return true;
+    }
+    const QPointer<XunFeiStream> alive(this);
+    m_dynamic ? m_host.showXunFeiText(text) : m_host.handleXunFeiText(text);
+    return !alive.isNull();
+}
+
+void XunFeiStream::finishEarly()
+{
+    ++m_session;
+    closeAndHide();
+    handOn(false);
+}
+
+void XunFeiStream::giveUp()
+{
+    if (!gathered().isEmpty()) {
+        qWarning() << "XunFei: no last result; what was understood so far is taken";
+        finishEarly();
+    }
+}
+
+/// Ends a session that has no last result. What it has gathered until then is not lost.
 void XunFeiStream::endSession(int session)
 {
-    const QString gathered = m_endpoints.XunFeiWholeUtterance && m_host.dynamicCorrection()
-                                 ? m_state.XFPartialList.join(QString())
-                                 : QString();
-    const QPointer<XunFeiStream> alive(this);
-    if (!gathered.isEmpty()) {
-        m_state.XFPartialList.clear();
-        closeAndHide();
-        m_host.showXunFeiText(gathered);
-    }
-    if (!alive.isNull() && !isOver(session)) {
+    closeAndHide();
+    if (handOn(false) && !isOver(session)) {
         m_host.closeXunFeiRecording();
     }
 }

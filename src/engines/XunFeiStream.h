@@ -32,6 +32,11 @@ public:
     void sendFrame(const QByteArray &block, int status);
     /// Ends the session: closes its socket, if there is one, and hides the partial text.
     void close();
+    /// Hands on what has been understood so far and ends the session.
+    void finishEarly();
+    /// The service keeps silent. What it has said until now is handed on and the session ends; where there is
+    /// nothing, the socket stays open for a late answer.
+    void giveUp();
 
     /// A larger frame or message makes the socket close.
     static constexpr quint64 largestFrame = 1024 * 1024;
@@ -43,8 +48,9 @@ public Q_SLOTS:
     void ConnectXFWebApi();
     void onXFWebApiConnected();
     void onXFWebApiDisconnected();
-    /// Takes one message. The session ends with it, whatever it says, unless whole utterances are asked for
-    /// (EngineEndpoints::XunFeiWholeUtterance): then with the last result, an error or a broken message.
+    /// Takes one message. A session of whole utterances ends with the last result, an error or a broken
+    /// message, any other with its first message, whatever that says. The text of all results is handed on
+    /// at the end, as one.
     void onXFWebApiMessageReceived(QString message);
 
 private:
@@ -52,7 +58,8 @@ private:
     void closeSocket();
     void closeAndHide();
     void takeResult(const XunFeiMessage &message, int session);
-    void finishUtterance(const QString &text, int session);
+    QString gathered() const;
+    bool handOn(bool alsoEmpty);
     void endSession(int session);
     bool isOver(int session) const { return session != m_session; }
 
@@ -60,6 +67,11 @@ private:
     const Time &m_time;
     EngineEndpoints m_endpoints;
     XunFeiHost &m_host;
+    QString m_voiceType;    ///< of this session, as the next three
+    bool m_dynamic = false; ///< results may correct earlier ones
+    bool m_whole = false;   ///< the session ends with the last result
+    bool m_punctuation = false;
+    QStringList m_fragments; ///< results without correction
     int m_session = 0; ///< number of the session: a text's way may run event loops, and the next one begin
 };
 

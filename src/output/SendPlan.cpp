@@ -75,13 +75,13 @@ bool planMappedWords(const QString &key, const MainState &state, std::vector<Key
     return true;
 }
 
-SendPlan::Way chooseWay(const MainState &state, bool translationDialogOpen, bool canPost, bool &lostFocus)
+SendPlan::Way chooseWay(int method, WindowId window, bool translationDialogOpen, bool canPost,
+                        bool &lostFocus)
 {
-    const int method = state.Send2ScreenMethod;
     if (translationDialogOpen || method == 2 || !canPost) {
         return SendPlan::Way::Clipboard;
     }
-    if (state.FocusWindow != 0) {
+    if (window != 0) {
         return SendPlan::Way::Post;
     }
     if (method == 1 || method > 2) {
@@ -93,11 +93,12 @@ SendPlan::Way chooseWay(const MainState &state, bool translationDialogOpen, bool
 
 } // namespace
 
-SendPlan planSend(const QString &text, const MainState &state, bool translationDialogOpen, bool canPost)
+SendPlan planSend(const QString &text, const MainState &state, const SessionContext &session,
+                  bool translationDialogOpen, bool canPost)
 {
     SendPlan plan;
-    if ((state.ThirdPartyActive && state.VoiceTypeMode) ||
-        (state.VoiceCommandWordMode && state.DontSend2ScreenWhenCmdStatus)) {
+    if ((state.ThirdPartyActive && session.typeMode) ||
+        (session.commandMode && state.DontSend2ScreenWhenCmdStatus)) {
         return plan;
     }
     plan.text = text;
@@ -112,7 +113,8 @@ SendPlan planSend(const QString &text, const MainState &state, bool translationD
         key.chop(1);
     }
     if (planMappedWords(key, state, plan.keys) && !plan.text.isEmpty()) {
-        plan.way = chooseWay(state, translationDialogOpen, canPost, plan.lostFocus);
+        plan.way = chooseWay(state.Send2ScreenMethod, session.window, translationDialogOpen, canPost,
+                             plan.lostFocus);
     }
     return plan;
 }

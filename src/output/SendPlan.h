@@ -24,8 +24,9 @@ struct SendPlan
     bool lostFocus = false; ///< the settings ask for posting and there is no window to post to
 };
 
-/// Plans a text for the screen from the settings and the session. `translationDialogOpen` and
-/// `canPost` (whether this desktop lets characters be posted) choose the way.
-SendPlan planSend(const QString &text, const MainState &state, bool translationDialogOpen, bool canPost);
+/// Plans a text for the screen from the settings and the session that it belongs to. `translationDialogOpen`
+/// and `canPost` (whether this desktop lets characters be posted) choose the way.
+SendPlan planSend(const QString &text, const MainState &state, const SessionContext &session,
+                  bool translationDialogOpen, bool canPost);
 
 } // namespace mevo

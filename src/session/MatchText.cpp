@@ -39,9 +39,4 @@ bool isOverLimitText(const QString &text)
     return text.indexOf(overLimitCode, 1, Qt::CaseSensitive) > 0;
 }
 
-QString withoutOverLimitCode(QString text)
-{
-    return text.remove(overLimitCode);
-}
-
 } // namespace mevo

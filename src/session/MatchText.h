@@ -25,7 +25,5 @@ ResultText makeResultText(const QString &buffer, const QString &out, bool addPun
 
 /// What XunFei answers when the day's quota is used up: its code anywhere but at the very start.
 bool isOverLimitText(const QString &text);
-/// The same text without the code.
-QString withoutOverLimitCode(QString text);
 
 } // namespace mevo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Notifications.h"
+#include "state/SessionContext.h"
 
 #include <QString>
 
@@ -12,7 +13,8 @@ class PipelinePort
 public:
     virtual ~PipelinePort() = default;
 
-    virtual void sendToScreen(const QString &text) = 0;
+    /// Types a text into the session's window, by its mode.
+    virtual void sendToScreen(const QString &text, const SessionContext &session) = 0;
     virtual void trayMessage(const QString &text, MessageIcon icon, int milliseconds) = 0;
     /// Starts the after-recognition timer anew (5000 ms).
     virtual void restartAfterRecognition() = 0;
@@ -35,13 +37,9 @@ public:
     virtual void voiceSearch(const QString &text) = 0;
     /// Runs the command bound to a word; `sent` says that the word's text is on the screen already. False
     /// when no word matches.
-    virtual bool runCommandWord(const QString &word, bool sent) = 0;
+    virtual bool runCommandWord(const QString &word, bool sent, const SessionContext &session) = 0;
     /// Applies the engine choice again; a change of mode may leave or enter third-party input.
     virtual void reloadEngineChoice() = 0;
-    /// Which engine's text this is.
-    virtual bool usesBaidu() const = 0;
-    virtual bool usesTencent() const = 0;
-    virtual bool usesXunFei() const = 0;
 };
 
 } // namespace mevo

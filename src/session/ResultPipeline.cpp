@@ -15,10 +15,10 @@ ResultPipeline::ResultPipeline(MainState &state, PipelinePort &port)
 {
 }
 
-void ResultPipeline::showRecText(const QString &text)
+void ResultPipeline::showRecText(const QString &text, const SessionContext &session)
 {
     if (isOverLimitText(text)) {
-        m_port.sendToScreen(withoutOverLimitCode(text));
+        m_port.sendToScreen(withoutOverMarker(text), session);
         m_state.PartialResultCount = 0;
         m_state.RecTextBuffer.clear();
         m_port.trayMessage(
@@ -33,52 +33,71 @@ void ResultPipeline::showRecText(const QString &text)
         return;
     }
     if (text.contains(QLatin1String(autoOverMarker))) {
-        endByEngine();
+        endByEngine(session);
         return;
     }
     // The engine flags exclude each other in normal use; nothing here depends on it.
-    if (m_port.usesTencent()) {
-        HandleRecResult(text);
-    }
-    if (m_port.usesXunFei()) {
-        HandleRecResult(text);
-    }
-    if (m_port.usesBaidu()) {
-        HandleRecResult(text);
+    for (const bool used : {session.engine.tencent, session.engine.xunFei, session.engine.baidu}) {
+        if (used) {
+            HandleRecResult(text, session);
+        }
     }
 }
 
-void ResultPipeline::endByEngine()
+void ResultPipeline::endByEngine(const SessionContext &session)
 {
     m_state.QuickReleaseCount = 0;
-    m_state.Recording = false;
+    if (ownsTipWindow(session)) {
+        m_state.Recording = false;
+    }
     m_port.endDeviceSession();
-    m_port.endTipLatch();
-    m_port.updateMicWin(QLatin1String(pictures::micIdle));
+    showThatSpeechEnded(session);
     m_state.PartialResultCount = 0;
     m_state.RecTextBuffer.clear();
 }
 
-void ResultPipeline::HandleRecResult(const QString &text)
+/// The tip window, its latch and the open microphone belong to the newest session while that one records.
+bool ResultPipeline::ownsTipWindow(const SessionContext &session) const
 {
-    if (handleMarker(text)) {
+    return session.number == 0 || session.number == m_state.NewestSession;
+}
+
+void ResultPipeline::showThatSpeechEnded(const SessionContext &session)
+{
+    if (ownsTipWindow(session)) {
+        m_port.endTipLatch();
+    }
+    if (ownsTipWindow(session) || !m_state.Recording) {
+        m_port.updateMicWin(QLatin1String(pictures::micIdle));
+    }
+}
+
+void ResultPipeline::finishOneShot(const SessionContext &session)
+{
+    if (ownsTipWindow(session)) {
+        m_state.OneShotCommandWord = false;
+    }
+}
+
+void ResultPipeline::HandleRecResult(const QString &text, const SessionContext &session)
+{
+    if (handleMarker(text, session)) {
         return;
     }
     m_state.ResultIdle = false;
-    m_port.updateMicWin(QLatin1String(pictures::micIdle));
-    m_port.endTipLatch();
+    showThatSpeechEnded(session);
 
     const QString out = withoutOverMarker(text);
     m_state.RecTextBuffer += out;
     const ResultText result = makeResultText(m_state.RecTextBuffer, out, m_state.AddPunctuationWhenEnd,
-                                             m_port.usesBaidu() || m_port.usesTencent());
+                                             session.engine.baidu || session.engine.tencent);
     m_state.RecTextBuffer.clear();
-    const char *const destination = route(result);
+    const char *const destination = route(result, session);
     m_state.ResultIdle = true;
     qInfo("Result: %d characters, %s", result.out.size(), destination); // never the text itself
 }
 
-bool ResultPipeline::handleMarker(const QString &text)
+bool ResultPipeline::handleMarker(const QString &text, const SessionContext &session)
 {
     struct Marker
     {
@@ -95,7 +114,7 @@ bool ResultPipeline::handleMarker(const QString &text)
     for (const Marker &marker : markers) {
         if (text == QString::fromUtf16(marker.text)) {
             for (int i = 0; i < marker.times; ++i) {
-                m_port.sendToScreen(QString::fromUtf16(marker.typed));
+                m_port.sendToScreen(QString::fromUtf16(marker.typed), session);
             }
             m_state.RecTextBuffer.clear();
             return true;
@@ -104,53 +123,54 @@ bool ResultPipeline::handleMarker(const QString &text)
     return false;
 }
 
-const char *ResultPipeline::route(const ResultText &received)
+const char *ResultPipeline::route(const ResultText &received, const SessionContext &session)
 {
     ResultText text = received;
     bool sent = false;
-    if (matchDirectCommand(text, sent)) {
-        if (!m_state.VoiceCommandWordMode) {
+    if (matchDirectCommand(text, sent, session)) {
+        if (!session.commandMode) {
             m_port.updateStatusButtons();
         }
-        runCommand(text, sent);
-        m_state.OneShotCommandWord = false;
+        runCommand(text, sent, session);
+        finishOneShot(session);
         return "direct command";
     }
-    if (matchDirectSearch(text)) {
+    if (matchDirectSearch(text, session)) {
         return "direct search";
     }
-    if (matchModeSwitch(text)) {
+    if (matchModeSwitch(text, session)) {
         return "mode word";
     }
-    const char *const destination = routeByMode(text);
-    m_state.OneShotCommandWord = false;
+    const char *const destination = routeByMode(text, session);
+    finishOneShot(session);
     return destination;
 }
 
-const char *ResultPipeline::routeByMode(const ResultText &text)
+const char *ResultPipeline::routeByMode(const ResultText &text, const SessionContext &session)
 {
-    if (m_state.OneShotCommandWord || m_state.VoiceCommandWordMode) {
-        if (m_state.OneShotCommandWord && !m_state.VoiceCommandWordMode) {
+    if (session.oneShotCommand || session.commandMode) {
+        if (session.oneShotCommand && !session.commandMode) {
             m_port.updateStatusButtons();
         }
-        runCommand(text, false);
+        runCommand(text, false, session);
         return "command";
     }
-    if (m_state.VoiceSearchMode) {
+    if (session.searchMode) {
         m_port.voiceSearch(text.match);
         return "search";
     }
-    if (m_state.VoiceTranslateMode) {
+    // A dialog that was closed since the press takes no text; then it is typed.
+    if (session.translateMode && m_state.VoiceTranslateMode) {
         if (m_port.translationDialogExists()) {
-            sendToDialogOrScreen(text.out);
+            sendToDialogOrScreen(text.out, session);
         }
         return "translation";
     }
-    m_port.sendToScreen(text.out);
+    m_port.sendToScreen(text.out, session);
     return "typing";
 }
 
-bool ResultPipeline::matchDirectCommand(ResultText &text, bool &sent)
+bool ResultPipeline::matchDirectCommand(ResultText &text, bool &sent, const SessionContext &session)
 {
     if (!m_state.Enable_CommandWord_Direct) {
         return false;
@@ -161,13 +181,13 @@ bool ResultPipeline::matchDirectCommand(ResultText &text, bool &sent)
     }
     text.match = text.match.mid(prefix);
     if (m_state.Enable_CmdFlagsWord2Screen_Direct && !m_port.translationDialogExists()) {
-        m_port.sendToScreen(text.out);
+        m_port.sendToScreen(text.out, session);
         sent = true;
     }
     return true;
 }
 
-bool ResultPipeline::matchDirectSearch(const ResultText &text)
+bool ResultPipeline::matchDirectSearch(const ResultText &text, const SessionContext &session)
 {
     if (!m_state.Enable_Search_Direct) {
         return false;
@@ -178,13 +198,13 @@ bool ResultPipeline::matchDirectSearch(const ResultText &text)
     }
     if (m_state.Enable_SearchFlagsWord2Screen_Direct && !m_port.translationDialogExists() &&
         !m_state.ThirdPartyActive) {
-        m_port.sendToScreen(text.out);
+        m_port.sendToScreen(text.out, session);
     }
     m_port.voiceSearch(text.match.mid(prefix));
     return true;
 }
 
-bool ResultPipeline::matchModeSwitch(const ResultText &text)
+bool ResultPipeline::matchModeSwitch(const ResultText &text, const SessionContext &session)
 {
     if (!m_state.Enable_SwitchFunctionMode) {
         return false;
@@ -200,7 +220,7 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
             m_port.pressTranslateButton();
         }
         m_port.updateStatusButtons();
-        showSwitchWord(text.out);
+        showSwitchWord(text.out, session);
         return true; // translating leaves the engine choice alone
     } else if (m_state.SetEnterVoiceCommandWordModeSwitchModeFlags.contains(text.match)) {
         enterMode(m_state, &SessionState::VoiceCommandWordMode);
@@ -210,25 +230,25 @@ bool ResultPipeline::matchModeSwitch(const ResultText &text)
         return false;
     }
     m_port.updateStatusButtons();
-    showSwitchWord(text.out);
+    showSwitchWord(text.out, session);
     m_state.ResultIdle = true; // the reload may wait for the backend, and the next press need not
     m_port.reloadEngineChoice();
     return true;
 }
 
-void ResultPipeline::showSwitchWord(const QString &out)
+void ResultPipeline::showSwitchWord(const QString &out, const SessionContext &session)
 {
     if (!m_state.Enable_SwitchModeFlagsWord2Screen || m_state.LocalEnableASR3) {
         return;
     }
     if (m_port.translationDialogExists()) {
-        sendToDialogOrScreen(out);
+        sendToDialogOrScreen(out, session);
     } else {
-        m_port.sendToScreen(out);
+        m_port.sendToScreen(out, session);
     }
 }
 
-void ResultPipeline::runCommand(const ResultText &text, bool sent)
+void ResultPipeline::runCommand(const ResultText &text, bool sent, const SessionContext &session)
 {
     const bool dialog = m_port.translationDialogExists();
     if (dialog) {
@@ -236,19 +256,19 @@ void ResultPipeline::runCommand(const ResultText &text, bool sent)
             m_port.showOnTranslationDialog(text.out);
             m_state.ResultIdle = true;
         } else if (!sent) {
-            m_port.sendToScreen(text.out);
+            m_port.sendToScreen(text.out, session);
             sent = true;
         }
     }
-    if (!m_port.runCommandWord(text.match, sent) && !sent && !dialog) {
-        m_port.sendToScreen(text.out);
+    if (!m_port.runCommandWord(text.match, sent, session) && !sent && !dialog) {
+        m_port.sendToScreen(text.out, session);
     }
 }
 
-void ResultPipeline::sendToDialogOrScreen(const QString &out)
+void ResultPipeline::sendToDialogOrScreen(const QString &out, const SessionContext &session)
 {
     if (m_port.translationDialogClosing()) {
-        m_port.sendToScreen(out);
+        m_port.sendToScreen(out, session);
     } else {
         m_state.ResultIdle = true;
         m_port.showOnTranslationDialog(out);

@@ -13,23 +13,26 @@ class ResultPipeline
 public:
     ResultPipeline(MainState &state, PipelinePort &port);
 
-    /// A text as an engine delivers it, with its markers.
-    void showRecText(const QString &text);
+    /// A text as an engine delivers it, with its markers. `session` is what was in force at its press.
+    void showRecText(const QString &text, const SessionContext &session);
     /// A text that is known to be words, or one of the whole-text markers.
-    void HandleRecResult(const QString &text);
+    void HandleRecResult(const QString &text, const SessionContext &session);
 
 private:
-    bool handleMarker(const QString &text);
-    void endByEngine();
+    bool handleMarker(const QString &text, const SessionContext &session);
+    void endByEngine(const SessionContext &session);
+    bool ownsTipWindow(const SessionContext &session) const;
+    void showThatSpeechEnded(const SessionContext &session);
+    void finishOneShot(const SessionContext &session);
     /// Does what the text asks for, and answers what it was taken for, for the log.
-    const char *route(const ResultText &text);
-    const char *routeByMode(const ResultText &text);
-    bool matchDirectCommand(ResultText &text, bool &sent);
-    bool matchDirectSearch(const ResultText &text);
-    bool matchModeSwitch(const ResultText &text);
-    void showSwitchWord(const QString &out);
-    void runCommand(const ResultText &text, bool sent);
-    void sendToDialogOrScreen(const QString &out);
+    const char *route(const ResultText &text, const SessionContext &session);
+    const char *routeByMode(const ResultText &text, const SessionContext &session);
+    bool matchDirectCommand(ResultText &text, bool &sent, const SessionContext &session);
+    bool matchDirectSearch(const ResultText &text, const SessionContext &session);
+    bool matchModeSwitch(const ResultText &text, const SessionContext &session);
+    void showSwitchWord(const QString &out, const SessionContext &session);
+    void runCommand(const ResultText &text, bool sent, const SessionContext &session);
+    void sendToDialogOrScreen(const QString &out, const SessionContext &session);
 
     MainState &m_state;
     PipelinePort &m_port;

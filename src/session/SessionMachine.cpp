@@ -46,10 +46,16 @@ void SessionMachine::reset()
     m_state.ResultIdle = true;
     m_state.QuickReleaseCount = 0;
     m_state.QuickReleaseRun = 0;
-    // The key's own release, when it still comes, finds nothing left to stop.
+    m_port.recordStop(); // the key's own release still comes, and puts the tip window away
+}
+
+void SessionMachine::endWithoutRelease()
+{
     m_state.Recording = false;
     m_state.PressPending = false;
-    m_port.recordStop();
+    m_state.KeyDownBusy = false;
+    m_state.KeyUpBusy = false;
+    reset();
 }
 
 void SessionMachine::press(const KeyReport &report)
@@ -111,6 +117,9 @@ void SessionMachine::startSession(const KeyReport &report)
         m_state.MicWinShown = true;
     }
     m_port.updateMicWin(QLatin1String(pictures::micSpeak));
+    if (m_state.Recording) {
+        m_port.recordStop(); // a second key while one is held: what was said until now is recognised
+    }
     m_port.recordStart();
     m_state.Recording = true;
     leave();
@@ -121,7 +130,8 @@ void SessionMachine::startSession(const KeyReport &report)
 
 void SessionMachine::release(const KeyReport &report)
 {
-    if (m_state.ThirdPartyActive && releaseThirdParty()) {
+    // A session of our own ends with the release, whatever mode has come since its press.
+    if (m_state.ThirdPartyActive && !m_state.Recording && releaseThirdParty()) {
         return;
     }
     countQuickRelease();

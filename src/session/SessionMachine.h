@@ -24,8 +24,12 @@ public:
     /// Takes a 16-byte key report of the reader or of the tip window; anything else is ignored.
     void process(const char *report);
 
-    /// Ends what is under way and accepts the next press, whatever state the session is in.
+    /// Stops the recorder and accepts the next press, whatever state the session is in. The key that is held
+    /// still counts as held.
     void reset();
+
+    /// Ends a session whose release can no longer come; what was said until now is recognised.
+    void endWithoutRelease();
 
 private:
     void press(const KeyReport &report);

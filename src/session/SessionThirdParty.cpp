@@ -110,7 +110,8 @@ bool SessionMachine::releaseThirdParty()
         m_port.sendDeviceKey(0, 0);
         return true;
     }
-    if (!m_state.VoiceTypeMode) {
+    if (!m_state.VoiceTypeMode ||
+        (m_state.LocalUseASR3Index != thirdPartyXunFei && m_state.LocalUseASR3Index != thirdPartySogou)) {
         return false;
     }
     m_port.startPasteContentTimer();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/WindowSystem.h"
+#include "state/SessionContext.h"
 
 #include <QString>
 
@@ -51,6 +51,20 @@ struct SessionState
     bool XunFeiQuotaHit = false;
     bool TencentQuotaHit = false;
 
+    int NewestSession = 0;      ///< number of the last session that was begun
     QString RecTextBuffer;      ///< text accumulated in the session
     int PartialResultCount = 0; ///< partial results since the press
+
+    /// What is in force now, with no number and no engine.
+    mevo::SessionContext contextNow() const
+    {
+        mevo::SessionContext context;
+        context.window = FocusWindow;
+        context.typeMode = VoiceTypeMode;
+        context.commandMode = VoiceCommandWordMode;
+        context.searchMode = VoiceSearchMode;
+        context.translateMode = VoiceTranslateMode;
+        context.oneShotCommand = OneShotCommandWord;
+        return context;
+    }
 };

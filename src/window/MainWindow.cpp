@@ -48,6 +48,9 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     , m_platform(platform)
     , m_session(*this, m_sessionHands)
     , m_pipeline(*this, m_pipelineHands)
+    , m_results([this](const mevo::SessionContext &session,
+                       const mevo::SessionText &text) { takeInOrder(session, text); },
+                [this] { return isTyping(); })
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     m_endpoints = mevo::loadEndpoints(*this);
@@ -126,10 +129,15 @@ void MainWindow::createRecorderAndBar()
     m_baiduSpeech = std::make_unique<Relay_Speech::BaiduSpeech>(
         *this, *m_recorder, *m_platform.systemFacts, static_cast<mevo::EngineHost &>(*this), m_endpoints);
     connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, this,
-            &MainWindow::deliverRecognised);
+            [this](const QString &text, int session) {
+                deliverRecognised(session, {text, false});
+            });
+    connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::sessionEnded, this, &MainWindow::endSession);
     m_tencentSpeech = std::make_unique<mevo::TencentSpeech>(
         *this, static_cast<mevo::EngineHost &>(*this), *m_platform.time, *m_platform.processes, m_endpoints,
-        [this](const QString &text) { deliverRecognised(text); });
+        [this](const QString &text, int session) {
+            deliverRecognised(session, {text, false});
+        });
     m_xunFei = std::make_unique<mevo::XunFeiStream>(*this, *m_platform.time, m_endpoints,
                                                     static_cast<mevo::XunFeiHost &>(*this));
     createBar();

@@ -8,6 +8,7 @@
 #include "platform/Platform.h"
 #include "session/ResultPipeline.h"
 #include "session/SessionMachine.h"
+#include "session/SessionResults.h"
 #include "state/MainState.h"
 #include "ui/TipWindowHost.h"
 #include "window/SessionHands.h"
@@ -19,6 +20,7 @@
 #include <QSystemTrayIcon>
 #include <QTranslator>
 
+#include <deque>
 #include <memory>
 
 class AudioRecorder;
@@ -79,7 +81,7 @@ public:
     void VoiceSearch(const QString &text);
     /// Runs the command of a word of the merged table; `sent` says that the word is on the screen already.
     /// False when no row acts on it.
-    bool runCommandWord(const QString &word, bool sent);
+    bool runCommandWord(const QString &word, bool sent, const mevo::SessionContext &session);
     /// Types one key combination through the receiver; nothing without one. `key` is a HID usage.
     void SendHWKey(bool shift, bool ctrl, bool alt, bool win, bool consumerKey, int key);
     /// Keeps the focused window as the target of this session's text.
@@ -223,13 +225,30 @@ private:
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
     void loadAllCredentials();
-    void deliverRecognised(const QString &text);
+    /// What a press of this moment would begin with.
+    mevo::SessionContext contextInForce() const;
+    void beginSession();
+    void takeInOrder(const mevo::SessionContext &session, const mevo::SessionText &text);
+    /// Sends a text of a session on its way, once the sessions before it have ended.
+    void deliverRecognised(int session, const mevo::SessionText &text);
+    void endSession(int session);
+    void carryOnLater(bool waits);
+    /// A text, a paste or a key combination of an earlier text is still on its way.
+    bool isTyping() const;
+    /// Types what a streaming session has understood so far and ends it: the next one begins.
+    void finishXunFeiEarly();
+    void endXunFeiSession();
+    /// Writes the counters, and tells the receiver that its microphone is no longer wanted, unless the user
+    /// has begun to talk by the tip window meanwhile.
+    void closeDeviceSession();
     void SetupAsr3();
     void DetectXunFeiVersion();
     void sendUsageOnExit(bool withTencent);
 
     // Output.
-    void pasteText(const QString &text);
+    /// Types a text into the window of its session, or pastes it, as the settings tell.
+    void sendToScreen(const QString &text, const mevo::SessionContext &session);
+    void pasteText(const QString &text, int holdMs);
     void pasteNext();
     void sendImmediateKeys();
 
@@ -252,11 +271,13 @@ private:
 
     // RecorderHost
     void recognise(QBuffer *audio, const QAudioFormat &format) override;
+    void sessionHandedOver() override;
     bool refreshBaiduToken() override;
     void openXunFeiSocket() override;
     bool xunFeiConnected() const override;
     void sendXunFeiFrame(const QByteArray &block, int status) override;
     void closeXunFeiSocket() override;
+    void giveXunFeiUp() override;
     void clearRunAsAdministrator() override;
     void runBackendSql(const QString &statement) override;
 
@@ -268,12 +289,14 @@ private:
     void ensureEngineTip() override;
     void showEngineTip(const QString &text, bool regardlessOfShowTipsDlg) override;
     void channelCountChanged() override;
-    QPair<bool, QString> recogniseWithTencent(const QByteArray &pcm) override;
+    QPair<bool, QString> recogniseWithTencent(const QByteArray &pcm,
+                                              const mevo::SessionContext &session) override;
 
     // XunFeiHost
     bool dynamicCorrection() const override;
     void handleXunFeiText(const QString &text) override;
     void showXunFeiText(const QString &text) override;
+    void xunFeiAnswered() override;
     void showPartialText(const QString &text) override;
     void hidePartialText() override;
     void showXunFeiLanguage() override;
@@ -293,6 +316,8 @@ private:
     mevo::TranslationHands m_translationHands;
     mevo::SessionMachine m_session;
     mevo::ResultPipeline m_pipeline;
+    mevo::SessionResults m_results;
+    const mevo::SessionContext *m_delivered = nullptr; ///< of the text that the recorder passes on just now
     mevo::EngineEndpoints m_endpoints;
 
     std::unique_ptr<WebCipher> m_cipher;
@@ -332,10 +357,17 @@ private:
     QPoint m_dragFrom;
     bool m_dragging = false;
     bool m_moved = false;
-    bool m_productRead = false;            ///< the product record has been applied in this run
-    bool m_leaving = false;                ///< the program is about to leave by itself
-    bool m_exitWanted = false;             ///< an exit was asked for before the construction had ended
-    QStringList m_pasteQueue;              ///< of Paster2ScreenHandOut()
-    QStringList m_pendingPastes;           ///< texts whose turn at the clipboard has not come
-    std::vector<mevo::WindowId> m_targets; ///< of the sessions being recognised, the innermost last
+    bool m_productRead = false; ///< the product record has been applied in this run
+    bool m_leaving = false;     ///< the program is about to leave by itself
+    bool m_exitWanted = false;  ///< an exit was asked for before the construction had ended
+    QStringList m_pasteQueue;   ///< of Paster2ScreenHandOut()
+
+    struct PendingPaste
+    {
+        QString text;
+        int holdMs = 0; ///< how long the paste key stays down
+    };
+    std::deque<PendingPaste> m_pendingPastes; ///< texts whose turn at the clipboard has not come
+    int m_postsUnderWay = 0;                  ///< texts being posted
+    int m_xunFeiSession = 0;                  ///< number of the session whose socket is open
 };

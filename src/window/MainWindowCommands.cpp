@@ -11,19 +11,25 @@
 
 #include <QDebug>
 
+#include <functional>
+#include <utility>
+
 namespace {
 
 class CommandHands : public mevo::CommandPort
 {
 public:
-    CommandHands(MainWindow &window, mevo::Processes &processes)
+    /// `typeText` types a phrase into the window of the session that named it.
+    CommandHands(MainWindow &window, mevo::Processes &processes,
+                 std::function<void(const QString &)> typeText)
         : m_window(window)
         , m_processes(processes)
+        , m_typeText(std::move(typeText))
     {
     }
 
     void openUrl(const QUrl &url) override { mevo::openUrl(url, m_processes); }
-    void sendToScreen(const QString &text) override { m_window.Send2Screen(text, 0, 100); }
+    void sendToScreen(const QString &text) override { m_typeText(text); }
     void playKeys(const mevo::KeyCombination &keys) override
     {
         m_window.SendHWKey(keys.shift, keys.ctrl, keys.alt, keys.win, keys.consumerKey, keys.key);
@@ -32,11 +38,12 @@ public:
 private:
     MainWindow &m_window;
     mevo::Processes &m_processes;
+    std::function<void(const QString &)> m_typeText;
 };
 
 } // namespace
 
-bool MainWindow::runCommandWord(const QString &word, bool sent)
+bool MainWindow::runCommandWord(const QString &word, bool sent, const mevo::SessionContext &session)
 {
     if (!m_commands) {
         m_commands = std::make_unique<mevo::CommandMatcher>(mevo::CommandTable().mergedPath());
@@ -47,7 +54,8 @@ bool MainWindow::runCommandWord(const QString &word, bool sent)
     }
     const mevo::CommandRow row = *found;
     qInfo().noquote() << "Commands: a word of type" << row.CmdWordTypeIndex << "is run";
-    CommandHands hands(*this, *m_platform.processes);
+    CommandHands hands(*this, *m_platform.processes,
+                       [this, session](const QString &text) { sendToScreen(text, session); });
     mevo::runCommand(row, sent, *this, hands);
     return true;
 }

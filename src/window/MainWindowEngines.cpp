@@ -26,6 +26,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QTimer>
 #include <QWidgetAction>
 
 #include <algorithm>
@@ -219,25 +220,73 @@ void MainWindow::channelCountChanged()
 
 void MainWindow::recognise(QBuffer *audio, const QAudioFormat &)
 {
-    // A request waits in an event loop, so that one may run inside another; they end in reverse order.
-    m_targets.push_back(FocusWindow);
-    m_baiduSpeech->finish(audio);
-    m_targets.pop_back();
+    m_baiduSpeech->finish(audio, m_results.contextOf(NewestSession));
 }
 
-QPair<bool, QString> MainWindow::recogniseWithTencent(const QByteArray &pcm)
+void MainWindow::sessionHandedOver()
 {
-    return m_tencentSpeech->recognise(pcm);
+    endSession(NewestSession);
 }
 
-void MainWindow::deliverRecognised(const QString &text)
+QPair<bool, QString> MainWindow::recogniseWithTencent(const QByteArray &pcm,
+                                                      const mevo::SessionContext &session)
 {
-    // The next press may have come during the request: the text still belongs to its own window.
-    const QScopedValueRollback<mevo::WindowId> target(FocusWindow,
-                                                      m_targets.empty() ? FocusWindow : m_targets.back());
-    if (m_recorder != nullptr) {
-        m_recorder->showRecText(text);
+    return m_tencentSpeech->recognise(pcm, session);
+}
+
+mevo::SessionContext MainWindow::contextInForce() const
+{
+    mevo::SessionContext context = contextNow();
+    if (m_recorder == nullptr) {
+        return context;
     }
+    context.engine = {m_recorder->BaiDuNoStreamApi, m_recorder->UseTXASRApi,
+                      m_recorder->UseXunFeiWebApi,  m_recorder->EnableXunFeiWebApiDwa,
+                      BaiDuNoStreamApi_FastVersion, BaiDuCurrentVoiceType,
+                      TXCurrentVoiceType,           XunFeiWebApiCurrentVoiceType};
+    return context;
+}
+
+void MainWindow::beginSession()
+{
+    NewestSession = m_results.begin(contextInForce());
+}
+
+void MainWindow::deliverRecognised(int session, const mevo::SessionText &text)
+{
+    carryOnLater(m_results.text(session, text));
+}
+
+void MainWindow::endSession(int session)
+{
+    carryOnLater(m_results.end(session));
+}
+
+void MainWindow::carryOnLater(bool waits)
+{
+    constexpr int lookAgainMs = 10;
+    if (waits) {
+        QTimer::singleShot(lookAgainMs, this, [this] { carryOnLater(m_results.carryOn()); });
+    }
+}
+
+bool MainWindow::isTyping() const
+{
+    return m_postsUnderWay > 0 || !m_pendingPastes.empty() || HidBusy;
+}
+
+/// A text whose turn it is. The recorder is the door for what an engine says, the handler for what are words.
+void MainWindow::takeInOrder(const mevo::SessionContext &session, const mevo::SessionText &text)
+{
+    if (hasTornDown()) {
+        return;
+    }
+    if (text.words) {
+        m_pipeline.HandleRecResult(text.text, session);
+        return;
+    }
+    const QScopedValueRollback<const mevo::SessionContext *> delivered(m_delivered, &session);
+    m_recorder->showRecText(text.text);
 }
 
 // The recorder asks while it is being made, before there is an engine.

@@ -9,6 +9,12 @@
 #include <QDebug>
 #include <QTimer>
 
+namespace {
+/// How long the paste key is held down where the keyboard is the computer's own.
+constexpr int holdPasteKeyMs = 100;
+constexpr int holdHandOutKeyMs = 90;
+} // namespace
+
 mevo::WindowId MainWindow::GetFocusWindow()
 {
     ForegroundWindow = m_platform.windowSystem->foregroundWindow();
@@ -18,7 +24,13 @@ mevo::WindowId MainWindow::GetFocusWindow()
 
 void MainWindow::Send2Screen(const QString &text, int, int)
 {
-    const mevo::SendPlan plan = mevo::planSend(text, *this, false, m_platform.windowSystem->canPostText());
+    sendToScreen(text, contextNow());
+}
+
+void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &session)
+{
+    const mevo::SendPlan plan =
+        mevo::planSend(text, *this, session, false, m_platform.windowSystem->canPostText());
     for (const mevo::KeyCombination &keys : plan.keys) {
         SendHWKey(keys.shift, keys.ctrl, keys.alt, keys.win, keys.consumerKey, keys.key);
     }
@@ -29,11 +41,13 @@ void MainWindow::Send2Screen(const QString &text, int, int)
         }
         break;
     case mevo::SendPlan::Way::Clipboard:
-        pasteText(plan.text);
+        pasteText(plan.text, holdPasteKeyMs);
         break;
     case mevo::SendPlan::Way::Post:
+        ++m_postsUnderWay;
         m_platform.windowSystem->postText(
-            FocusWindow, plan.text, [this, typed = plan.text](const mevo::PostResult &result) {
+            session.window, plan.text, [this, typed = plan.text](const mevo::PostResult &result) {
+                --m_postsUnderWay;
                 if (result.complete) {
                     qInfo() << "Send to screen: typed" << result.posted << "characters";
                     sendImmediateKeys();
@@ -50,16 +64,16 @@ void MainWindow::Send2Screen(const QString &text, int, int)
     }
 }
 
-void MainWindow::pasteText(const QString &text)
+void MainWindow::pasteText(const QString &text, int holdMs)
 {
-    m_pendingPastes.append(text);
+    m_pendingPastes.push_back({text, holdMs});
     pasteNext();
 }
 
 void MainWindow::pasteNext()
 {
     constexpr int lookAgainMs = 10;
-    if (m_pendingPastes.isEmpty()) {
+    if (m_pendingPastes.empty()) {
         return;
     }
     if (HidBusy) {
@@ -67,7 +81,9 @@ void MainWindow::pasteNext()
         QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
         return;
     }
-    m_platform.clipboard->setText(m_pendingPastes.takeFirst());
+    const PendingPaste paste = m_pendingPastes.front();
+    m_pendingPastes.pop_front();
+    m_platform.clipboard->setText(paste.text);
     const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
     if (deviceOpen()) {
@@ -85,7 +101,7 @@ void MainWindow::pasteNext()
     };
     modifiers(&mevo::Keyboard::keyDown);
     m_platform.keyboard->keyDown(shortcut.virtualKey);
-    m_platform.time->sleepMs(100);
+    m_platform.time->sleepMs(paste.holdMs);
     m_platform.keyboard->keyUp(shortcut.virtualKey);
     modifiers(&mevo::Keyboard::keyUp);
     m_platform.time->sleepMs(100);
@@ -95,7 +111,7 @@ void MainWindow::pasteNext()
 void MainWindow::Paster2ScreenHandOut()
 {
     if (!m_pasteQueue.isEmpty()) {
-        pasteText(m_pasteQueue.takeFirst());
+        pasteText(m_pasteQueue.takeFirst(), holdHandOutKeyMs);
     }
 }
 

@@ -29,7 +29,7 @@ void MainWindow::ProcessResult(char *report)
 
 void MainWindow::showRecText(QString text)
 {
-    m_pipeline.showRecText(text);
+    m_pipeline.showRecText(text, m_delivered != nullptr ? *m_delivered : contextInForce());
 }
 
 void MainWindow::CallMainFunctionSlot(int iFuncIndex)
@@ -63,12 +63,22 @@ void MainWindow::CallMainFunctionSlot(int iFuncIndex)
 
 void MainWindow::onEnterTimerAfterRec()
 {
-    if (deviceOpen()) {
-        updateRecCountsTimerOut();
+    closeDeviceSession();
+    m_afterRecognition->stop();
+    if (!Recording) {
+        Q_EMIT updateMicWin(QLatin1String(mevo::pictures::micIdle));
+    }
+}
+
+void MainWindow::closeDeviceSession()
+{
+    if (!DeviceConnected) {
+        return;
+    }
+    updateRecCountsTimerOut();
+    if (!(Recording && MouseSession)) {
         sendMicrophoneLatch(false);
     }
-    m_afterRecognition->stop();
-    Q_EMIT updateMicWin(QLatin1String(mevo::pictures::micIdle));
 }
 
 void MainWindow::TimeOutDelaySendF2()
@@ -85,7 +95,7 @@ void MainWindow::TimeOutGetPasteContent()
     }
     const QString text = m_platform.clipboard->text();
     if (text.size() > 2) {
-        m_pipeline.HandleRecResult(text);
+        m_pipeline.HandleRecResult(text, contextInForce());
     }
 }
 
@@ -118,7 +128,10 @@ void MainWindow::pushButton_Mic_clicked()
         return;
     }
     if (ThirdPartyWindowOpen && window != 0) {
-        if (XFVM3 || LocalUseASR3Index == mevo::thirdPartyXunFei) {
+        if (XFVM3) {
+            m_platform.processes->killByImageName(QStringLiteral("iFlyVoice.exe")); // takes no close message
+            ThirdPartyWindowOpen = false;
+        } else if (LocalUseASR3Index == mevo::thirdPartyXunFei) {
             m_platform.windowSystem->closeWindow(window);
             ThirdPartyWindowOpen = false;
         }
@@ -160,7 +173,7 @@ void MainWindow::endRunningSession()
     m_sessionHands.hideTipWindow();
     MicWinShown = false;
     Q_EMIT updateMicWin(QLatin1String(mevo::pictures::micIdle));
-    m_session.reset(); // last: recognition waits in an event loop
+    m_session.endWithoutRelease(); // last: recognition waits in an event loop
 }
 
 bool MainWindow::sendMicrophoneLatch(bool on)

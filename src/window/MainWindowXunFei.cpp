@@ -33,6 +33,8 @@ void MainWindow::onXFWebApiMessageReceived(QString message)
 
 void MainWindow::openXunFeiSocket()
 {
+    endXunFeiSession(); // one socket, one session: the one before has nothing more to say
+    m_xunFeiSession = NewestSession;
     ConnectXFWebApi();
 }
 
@@ -53,6 +55,30 @@ void MainWindow::closeXunFeiSocket()
     if (m_xunFei) {
         m_xunFei->close();
     }
+    endXunFeiSession();
+}
+
+void MainWindow::giveXunFeiUp()
+{
+    if (m_xunFei) {
+        m_xunFei->giveUp();
+    }
+    if (XFWebSocket == nullptr) {
+        endXunFeiSession();
+    }
+}
+
+void MainWindow::finishXunFeiEarly()
+{
+    if (m_xunFei) {
+        m_xunFei->finishEarly();
+    }
+    endXunFeiSession();
+}
+
+void MainWindow::endXunFeiSession()
+{
+    endSession(std::exchange(m_xunFeiSession, 0));
 }
 
 bool MainWindow::dynamicCorrection() const
@@ -62,15 +88,18 @@ bool MainWindow::dynamicCorrection() const
 
 void MainWindow::handleXunFeiText(const QString &text)
 {
-    if (!hasTornDown()) {
-        m_pipeline.HandleRecResult(text);
-    }
+    deliverRecognised(m_xunFeiSession, {text, true});
 }
 
 void MainWindow::showXunFeiText(const QString &text)
 {
-    if (!hasTornDown()) {
-        showRecText(text);
+    deliverRecognised(m_xunFeiSession, {text, false});
+}
+
+void MainWindow::xunFeiAnswered()
+{
+    if (m_recorder != nullptr) {
+        m_recorder->expectMoreAnswers();
     }
 }
 

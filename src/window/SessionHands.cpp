@@ -85,9 +85,10 @@ void SessionHands::updateMicWin(const QString &picture)
 
 void SessionHands::preparePartialResults()
 {
+    m_window.finishXunFeiEarly(); // what the strip shows belongs to the session before
     m_window.XFPartialList.clear();
     m_window.XFResultText.clear();
-    if (!m_window.dynamicCorrection()) {
+    if (m_window.m_recorder == nullptr || !m_window.m_recorder->EnableXunFeiWebApiDwa) {
         return;
     }
     const auto caret = m_window.m_platform.windowSystem->caretRectangle();
@@ -102,6 +103,7 @@ bool SessionHands::translationDialogTakesKeys() const
 void SessionHands::recordStart()
 {
     if (m_window.m_recorder != nullptr) {
+        m_window.beginSession();
         m_window.m_recorder->OnRecordStart();
         qInfo() << "Session: recording";
     }
@@ -165,9 +167,9 @@ void SessionHands::startTapTimer()
     QTimer::singleShot(200, &m_window, &MainWindow::TimeOutDelaySendF2);
 }
 
-void PipelineHands::sendToScreen(const QString &text)
+void PipelineHands::sendToScreen(const QString &text, const SessionContext &session)
 {
-    m_window.Send2Screen(text, 0, 100);
+    m_window.sendToScreen(text, session);
 }
 
 void PipelineHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)
@@ -184,10 +186,7 @@ void PipelineHands::restartAfterRecognition()
 
 void PipelineHands::endDeviceSession()
 {
-    if (m_window.deviceOpen()) {
-        m_window.updateRecCountsTimerOut();
-        m_window.sendMicrophoneLatch(false);
-    }
+    m_window.closeDeviceSession();
 }
 
 void PipelineHands::updateMicWin(const QString &picture)
@@ -239,29 +238,14 @@ void PipelineHands::voiceSearch(const QString &text)
     m_window.VoiceSearch(text);
 }
 
-bool PipelineHands::runCommandWord(const QString &word, bool sent)
+bool PipelineHands::runCommandWord(const QString &word, bool sent, const SessionContext &session)
 {
-    return m_window.runCommandWord(word, sent);
+    return m_window.runCommandWord(word, sent, session);
 }
 
 void PipelineHands::reloadEngineChoice()
 {
     m_window.CallMainFunctionSlot(21);
-}
-
-bool PipelineHands::usesBaidu() const
-{
-    return m_window.m_recorder != nullptr && m_window.m_recorder->BaiDuNoStreamApi;
-}
-
-bool PipelineHands::usesTencent() const
-{
-    return m_window.m_recorder != nullptr && m_window.m_recorder->UseTXASRApi;
-}
-
-bool PipelineHands::usesXunFei() const
-{
-    return m_window.m_recorder != nullptr && m_window.m_recorder->UseXunFeiWebApi;
 }
 
 bool TranslationHands::create()

@@ -56,7 +56,7 @@ public:
     {
     }
 
-    void sendToScreen(const QString &text) override;
+    void sendToScreen(const QString &text, const SessionContext &session) override;
     void trayMessage(const QString &text, MessageIcon icon, int milliseconds) override;
     void restartAfterRecognition() override;
     void endDeviceSession() override;
@@ -69,11 +69,8 @@ public:
     void showTranslationDialog() override;
     void pressTranslateButton() override;
     void voiceSearch(const QString &text) override;
-    bool runCommandWord(const QString &word, bool sent) override;
+    bool runCommandWord(const QString &word, bool sent, const SessionContext &session) override;
     void reloadEngineChoice() override;
-    bool usesBaidu() const override;
-    bool usesTencent() const override;
-    bool usesXunFei() const override;
 
 private:
     MainWindow &m_window;

@@ -28,6 +28,8 @@ public:
             whileRecognising();
         }
     }
+    void sessionHandedOver() override { m_log.add(QStringLiteral("handed over")); }
+    void giveXunFeiUp() override { m_log.add(QStringLiteral("give up")); }
     bool refreshBaiduToken() override
     {
         m_log.add(QStringLiteral("token"));

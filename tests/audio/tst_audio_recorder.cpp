@@ -208,6 +208,7 @@ private slots:
         QTRY_COMPARE(mevo::meterPeak(f.lastBuffer, f.longest, 20), 0x1111 * 20 / 50);
         f.recorder.OnRecordStop();
         QCOMPARE(f.host.sessions.size(), 0);
+        QCOMPARE(f.fakes.log.calls(QStringLiteral("handed over")).size(), 1);
         QCOMPARE(f.lastBuffer.size(), 4096);
         player.kill();
         player.waitForFinished();
@@ -254,6 +255,7 @@ private slots:
         f.recorder.OnRecordStop();
         QVERIFY(f.recorder.isOpen());
         QTRY_VERIFY_WITH_TIMEOUT(!f.recorder.isOpen(), AudioRecorder::AnswerTimeout + 3000);
+        QVERIFY(f.fakes.log.has(QStringLiteral("give up")));
         QVERIFY(!f.fakes.log.has(QStringLiteral("socket close"))); // the answer may still come
 
         f.recorder.UseXunFeiWebApi = false; // but not into a session of another engine
@@ -281,6 +283,45 @@ private slots:
         f.recorder.OnStateChange(QAudio::IdleState);
         QCOMPARE(f.host.sessions.size(), 1);
         QTRY_VERIFY(!f.recorder.isOpen());
+    }
+
+    /// What a session began with is its own: an engine and a channel count that come in the middle are for
+    /// the next one, and a second stop has nothing to hand over.
+    void aSessionGoesOnAsItBegan_data()
+    {
+        QTest::addColumn<bool>("streams");
+        QTest::newRow("from the buffer to the stream") << false;
+        QTest::newRow("from the stream to the buffer") << true;
+    }
+
+    void aSessionGoesOnAsItBegan()
+    {
+        QFETCH(bool, streams);
+        RecorderFixture f;
+        f.host.connected = true;
+        f.recorder.UseTXASRApi = !streams;
+        f.recorder.UseXunFeiWebApi = streams;
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.blocks > 1);
+        f.recorder.UseTXASRApi = streams;
+        f.recorder.UseXunFeiWebApi = !streams;
+        f.state.SimulateDoubleChannel = true;
+        f.recorder.InitMicDevice();
+        const int heard = f.blocks;
+        QTRY_VERIFY(f.blocks > heard + 2);
+        f.recorder.OnRecordStop();
+        QCOMPARE(f.host.sessions.size(), streams ? 0 : 1);
+        QCOMPARE(!f.host.frames.isEmpty(), streams);
+        if (!streams) {
+            QCOMPARE(f.host.sessions.first().size(), f.bytes);
+        }
+        f.recorder.OnRecordStop();
+        QCOMPARE(f.host.sessions.size(), streams ? 0 : 1);
+        f.recorder.DeleyCloseMicTimer();
+        QVERIFY(!f.recorder.isOpen());
+        f.recorder.OnRecordStart();
+        QTRY_VERIFY(f.recorder.isOpen());
+        QCOMPARE(f.fakes.log.has(QStringLiteral("socket open")), true);
     }
 
     void pressDuringARecognitionKeepsItsAudio()

@@ -104,6 +104,7 @@ private:
     QJsonObject sent() const { return QJsonDocument::fromJson(m_server->requests.last().body).object(); }
     QString stored(const char *key) const { return SettingsFile().value(QLatin1String(key)).toString(); }
 
+    int m_session = 0;
     FakePlatform m_platform;
     MainState m_state;
     RecorderState m_recorder;
@@ -143,8 +144,13 @@ QPair<bool, QString> TestBaiduSpeech::finish(const QByteArray &pcm)
 {
     QByteArray samples = pcm;
     QBuffer buffer(&samples);
-    const auto result = m_speech->finish(&buffer);
-    return result;
+    mevo::SessionContext session;
+    session.number = ++m_session;
+    session.engine.baidu = m_recorder.BaiDuNoStreamApi;
+    session.engine.tencent = m_recorder.UseTXASRApi;
+    session.engine.baiduFast = m_state.BaiDuNoStreamApi_FastVersion;
+    session.engine.baiduLanguage = m_state.BaiDuCurrentVoiceType;
+    return m_speech->finish(&buffer, session);
 }
 
 void TestBaiduSpeech::idleWithoutAnEngine()

@@ -355,8 +355,14 @@ private:
     QPair<bool, QString> recognise(const QByteArray &pcm)
     {
         mevo::TencentSpeech speech(*m_state, m_host, *m_platform.time, *m_platform.processes, m_endpoints,
-                                   [this](const QString &text) { m_texts.append(text); });
-        return speech.recognise(pcm);
+                                   [this](const QString &text, int session) {
+                                       QCOMPARE(session, 7);
+                                       m_texts.append(text);
+                                   });
+        mevo::SessionContext session;
+        session.number = 7;
+        session.engine.tencentLanguage = m_state->TXCurrentVoiceType;
+        return speech.recognise(pcm, session);
     }
 
     Service m_service;

@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -22,7 +23,7 @@ constexpr int Last = AudioRecorder::STATUS_LAST;
 /// A stream, its service and what the host was asked for.
 struct Desk : mevo::XunFeiHost
 {
-    explicit Desk(bool whole = false)
+    explicit Desk(std::optional<bool> whole = false)
         : service({{QStringLiteral("app1"), QStringLiteral("key1"), QStringLiteral("secret1")},
                    {QStringLiteral("app2"), QStringLiteral("key2"), QStringLiteral("secret2")}},
                   {QStringLiteral("localhost")}, [this](const QJsonObject &note) { notes.append(note); })
@@ -47,6 +48,7 @@ struct Desk : mevo::XunFeiHost
     bool dynamicCorrection() const override { return correction; }
     void handleXunFeiText(const QString &text) override { take(QStringLiteral("handle ") + text); }
     void showXunFeiText(const QString &text) override { take(QStringLiteral("show ") + text); }
+    void xunFeiAnswered() override { ++answers; }
     void showPartialText(const QString &text) override { calls.append(QStringLiteral("partial ") + text); }
     void hidePartialText() override { calls.append(QStringLiteral("hide")); }
     void flushXunFeiCount() override { calls.append(QStringLiteral("flush")); }
@@ -109,6 +111,7 @@ struct Desk : mevo::XunFeiHost
     MainState state;
     std::unique_ptr<mevo::XunFeiStream> stream;
     QStringList calls;
+    int answers = 0;
     std::function<void()> whileTaking;
     bool correction = false;
     bool started = false;
@@ -123,28 +126,31 @@ class TestXunFeiStream : public QObject
 private Q_SLOTS:
     void session_data()
     {
-        QTest::addColumn<bool>("whole");
+        QTest::addColumn<QVariant>("whole"); // as the file says it, invalid where it says nothing
         QTest::addColumn<bool>("correction");
         QTest::addColumn<int>("partialsMs"); // audio of a session: 120 ms
         QTest::addColumn<QString>("calls");
         QTest::addColumn<int>("count");
-        const auto row = [](const char *name, bool whole, bool correction, int partials, const char *calls,
-                            int count) {
+        const auto row = [](const char *name, const QVariant &whole, bool correction, int partials,
+                            const char *calls, int count) {
             QTest::newRow(name) << whole << correction << partials << QString::fromUtf8(calls) << count;
         };
         row("plain", false, false, 0, "handle 你好世界,flush,end", 1);
         row("corrected", false, true, 0, "hide,show 你好世界,flush,end", 1);
         row("the first partial text ends it", false, false, 40, "handle 你好,end", 1);
-        row("the first corrected one too", false, true, 40, "partial 你？,end,hide", 1);
-        row("whole, plain", true, false, 40, "handle 你好,handle 世界,flush,end", 2);
+        row("the first corrected one too", false, true, 40, "partial 你？,show 你？,end,hide", 1);
+        row("nothing said, plain", QVariant(), false, 40, "handle 你好,end", 1);
+        row("nothing said, corrected", QVariant(), true, 40,
+            "partial 你？,partial 你好,hide,show 你好世界,flush,end", 3);
+        row("whole, plain", true, false, 40, "handle 你好世界,flush,end", 2);
         row("whole, corrected", true, true, 40, "partial 你？,partial 你好,hide,show 你好世界,flush,end", 3);
     }
     void session()
     {
-        QFETCH(bool, whole);
+        QFETCH(QVariant, whole);
         QFETCH(bool, correction);
         QFETCH(int, partialsMs);
-        Desk desk(whole);
+        Desk desk(whole.isValid() ? std::optional<bool>(whole.toBool()) : std::nullopt);
         QVERIFY(desk.started);
         desk.correction = correction;
         QVERIFY(desk.control("partials", QString::number(partialsMs)));
@@ -357,20 +363,76 @@ private Q_SLOTS:
         QVERIFY(desk.state.XFWebSocket == nullptr);
     }
 
-    /// With whole utterances, what was understood before the connection broke is not lost.
-    void aBrokenWholeUtteranceGivesWhatItHas()
+    /// What was understood is handed on, whatever keeps the last result away, and once.
+    void anUnfinishedUtteranceGivesWhatItHas_data()
     {
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<bool>("correction");
+        QTest::addColumn<QString>("calls");
+        for (const bool correction : {false, true}) {
+            const QString partials = correction ? QStringLiteral("partial 你,partial 你好,hide,show 你好")
+                                                : QStringLiteral("handle 你好");
+            const auto row = [&](const char *end, const char *calls) {
+                QTest::addRow("%s, %s", end, correction ? "corrected" : "plain")
+                    << end << correction << partials + QLatin1String(calls);
+            };
+            row("cut", ",end");
+            row("error", ",end");
+            row("garbage", ",end");
+            row("next press", "");
+            row("silence", "");
+        }
+    }
+    void anUnfinishedUtteranceGivesWhatItHas()
+    {
+        QFETCH(QString, end);
+        QFETCH(bool, correction);
         Desk desk(true);
-        desk.correction = true;
+        desk.correction = correction;
+        desk.stream->ConnectXFWebApi();
+        QTRY_VERIFY(desk.state.XFWebSocketConnected);
         for (const char *text : {"你", "好"}) {
             desk.stream->onXFWebApiMessageReceived(
                 QStringLiteral(R"({"code":0,"data":{"status":1,"result":{"ws":[{"cw":[{"w":"%1"}]}]}}})")
                     .arg(QString::fromUtf8(text)));
         }
-        QVERIFY(desk.control("fault", QStringLiteral("cut")));
-        QVERIFY(desk.speak());
-        QVERIFY(desk.waitFor(QStringLiteral("end")));
-        QVERIFY(desk.calls.contains(QStringLiteral("show 你好")));
+        if (end == QLatin1String("cut")) {
+            desk.state.XFWebSocket->abort();
+        } else if (end == QLatin1String("error")) {
+            desk.stream->onXFWebApiMessageReceived(QStringLiteral(R"({"code":10700,"message":"engine"})"));
+        } else if (end == QLatin1String("garbage")) {
+            desk.stream->onXFWebApiMessageReceived(QStringLiteral("{"));
+        } else if (end == QLatin1String("next press")) {
+            desk.stream->finishEarly();
+        } else {
+            desk.stream->giveUp();
+        }
+        QTEST(desk.calls.join(QLatin1Char(',')), "calls");
+        QVERIFY(desk.state.XFWebSocket == nullptr);
+        desk.stream->finishEarly();
+        desk.stream->giveUp();
+        QTEST(desk.calls.join(QLatin1Char(',')), "calls");
+    }
+
+    /// A service that has said nothing yet may still be late.
+    void silenceWithoutAnyResultKeepsTheSocket()
+    {
+        Desk desk;
+        desk.stream->ConnectXFWebApi();
+        desk.stream->giveUp();
+        QVERIFY(desk.state.XFWebSocket != nullptr && desk.calls.isEmpty());
+    }
+
+    void aSessionKeepsTheLanguageOfItsPress()
+    {
+        Desk desk;
+        desk.stream->ConnectXFWebApi();
+        QTRY_VERIFY(desk.state.XFWebSocketConnected);
+        desk.state.XunFeiWebApiCurrentVoiceType = QStringLiteral("en_us");
+        desk.stream->sendFrame(QByteArray(640, '\x11'), First);
+        QTRY_COMPARE(desk.noted("frame", "business").size(), 1);
+        QCOMPARE(desk.noted("frame", "business").first().toMap().value(QStringLiteral("language")).toString(),
+                 QStringLiteral("zh_cn"));
     }
 };
 

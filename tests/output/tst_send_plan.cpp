@@ -81,7 +81,7 @@ private Q_SLOTS:
         MainState state;
         state.FocusWindow = 9;
         set(state);
-        const SendPlan plan = mevo::planSend(QStringLiteral("句。"), state, dialog, canPost);
+        const SendPlan plan = mevo::planSend(QStringLiteral("句。"), state, state.contextNow(), dialog, canPost);
         static const QMap<SendPlan::Way, QString> names = {
             {SendPlan::Way::Post, QStringLiteral("post ")},
             {SendPlan::Way::Clipboard, QStringLiteral("clipboard ")},
@@ -148,7 +148,7 @@ private Q_SLOTS:
         MainState state;
         state.FocusWindow = 9;
         set(state);
-        const SendPlan plan = mevo::planSend(text, state, false, true);
+        const SendPlan plan = mevo::planSend(text, state, state.contextNow(), false, true);
         QStringList keys;
         for (const auto &key : plan.keys) {
             keys.append(QString::asprintf("%d%d%d%d%04x", key.shift, key.ctrl, key.alt, key.win,
@@ -181,7 +181,7 @@ private Q_SLOTS:
         MainState state;
         state.FocusWindow = 9;
         state.Output2Tranditional = true;
-        QTEST(mevo::planSend(simplified, state, false, true).text, "traditional");
+        QTEST(mevo::planSend(simplified, state, state.contextNow(), false, true).text, "traditional");
     }
 };
 

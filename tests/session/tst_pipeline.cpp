@@ -1,4 +1,5 @@
 #include "session/ResultPipeline.h"
+#include "session/SessionResults.h"
 #include "support/CallLog.h"
 
 #include <QtTest>
@@ -11,16 +12,16 @@ public:
     CallLog log;
     bool dialog = false;
     bool dialogClosing = false;
-    bool baidu = true;
-    bool tencent = false;
-    bool xunFei = false;
     QStringList commandWords;
 
-    void sendToScreen(const QString &text) override { log.add(QStringLiteral("screen ") + text); }
+    void sendToScreen(const QString &text, const mevo::SessionContext &) override
+    {
+        log.add(QStringLiteral("screen ") + text);
+    }
     void trayMessage(const QString &, mevo::MessageIcon, int) override { log.add(QStringLiteral("tray")); }
     void restartAfterRecognition() override { log.add(QStringLiteral("timer")); }
     void endDeviceSession() override { log.add(QStringLiteral("end session")); }
-    void updateMicWin(const QString &) override {}
+    void updateMicWin(const QString &) override { ++pictures; }
     void endTipLatch() override { log.add(QStringLiteral("latch off")); }
     void updateStatusButtons() override { log.add(QStringLiteral("buttons")); }
     bool translationDialogExists() const override { return dialog; }
@@ -29,15 +30,13 @@ public:
     void showTranslationDialog() override { log.add(QStringLiteral("show dialog")); }
     void pressTranslateButton() override { log.add(QStringLiteral("press translate")); }
     void voiceSearch(const QString &text) override { log.add(QStringLiteral("search ") + text); }
-    bool runCommandWord(const QString &word, bool sent) override
+    bool runCommandWord(const QString &word, bool sent, const mevo::SessionContext &) override
     {
         log.add((sent ? QStringLiteral("command of a sent text ") : QStringLiteral("command ")) + word);
         return commandWords.contains(word);
     }
     void reloadEngineChoice() override { log.add(QStringLiteral("reload")); }
-    bool usesBaidu() const override { return baidu; }
-    bool usesTencent() const override { return tencent; }
-    bool usesXunFei() const override { return xunFei; }
+    int pictures = 0;
 };
 
 struct Desk
@@ -52,11 +51,17 @@ struct Desk
         state.OneShotCommandWord = false;
         state.Enable_SwitchModeFlagsWord2Screen = false;
     }
+    mevo::SessionContext session() const
+    {
+        mevo::SessionContext context = state.contextNow();
+        context.engine.baidu = true;
+        return context;
+    }
     /// What a text led to, without the steps that every text takes.
     QString take(const QString &text)
     {
         port.log.clear();
-        pipeline.HandleRecResult(text);
+        pipeline.HandleRecResult(text, session());
         QStringList calls = port.log.calls();
         calls.removeAll(QStringLiteral("latch off"));
         return calls.join(QLatin1Char('|'));
@@ -347,8 +352,8 @@ private Q_SLOTS:
                                << "timer|latch off|screen 甲";
         QTest::newRow("nothing") << ""
                                  << "timer";
-        QTest::newRow("over the limit") << "错11201"
-                                        << "screen 错|tray";
+        QTest::newRow("over the limit") << "门牌11201号__over__"
+                                        << "screen 门牌11201号|tray";
         QTest::newRow("the code at the start is text") << "11201"
                                                        << "timer|latch off|screen 11201";
         QTest::newRow("ended by the engine") << "甲__AutoOver__"
@@ -361,9 +366,132 @@ private Q_SLOTS:
         Desk desk;
         desk.state.Recording = true;
         desk.state.RecTextBuffer.clear();
-        desk.pipeline.showRecText(text);
+        desk.pipeline.showRecText(text, desk.session());
         QTEST(desk.port.log.calls().join(QLatin1Char('|')), "calls");
         QCOMPARE(desk.state.Recording.load(), !text.contains(QLatin1String("__AutoOver__")));
+    }
+
+    /// A text finds things as they were at its own press, and touches nothing of a session that came later.
+    void aTextStaysWithItsOwnSession_data()
+    {
+        QTest::addColumn<Set>("atPress");
+        QTest::addColumn<Set>("afterwards");
+        QTest::addColumn<QString>("calls");
+        const Set typing = [](Desk &) {};
+        const Set commands = [](Desk &d) { mode(d, &SessionState::VoiceCommandWordMode); };
+        const Set oneCommand = [](Desk &d) { d.state.OneShotCommandWord = true; };
+        const Set searching = [](Desk &d) { mode(d, &SessionState::VoiceSearchMode); };
+        const Set back = [](Desk &d) {
+            d.state.VoiceCommandWordMode = d.state.VoiceSearchMode = d.state.OneShotCommandWord = false;
+            d.state.VoiceTypeMode = true;
+        };
+        QTest::newRow("typed while commands come") << typing << commands << "screen 复制";
+        QTest::newRow("typed while one command comes") << typing << oneCommand << "screen 复制";
+        QTest::newRow("typed while a search comes") << typing << searching << "screen 复制";
+        QTest::newRow("command before typing") << commands << back << "command 复制";
+        QTest::newRow("one command before typing") << oneCommand << back << "buttons|command 复制";
+        QTest::newRow("search before typing") << searching << back << "search 复制";
+        QTest::newRow("translation whose dialog is gone")
+            << Set([](Desk &d) { d.state.VoiceTranslateMode = true; })
+            << Set([](Desk &d) { d.state.VoiceTranslateMode = false; }) << "screen 复制";
+    }
+
+    void aTextStaysWithItsOwnSession()
+    {
+        QFETCH(Set, atPress);
+        QFETCH(Set, afterwards);
+        QFETCH(QString, calls);
+        for (const bool another : {false, true}) {
+            Desk desk;
+            desk.port.commandWords = QStringList{QStringLiteral("复制")};
+            atPress(desk);
+            mevo::SessionContext session = desk.session();
+            session.number = desk.state.NewestSession = 1;
+            afterwards(desk);
+            if (another) {
+                desk.state.NewestSession = 2;
+                desk.state.Recording = true;
+            }
+            const bool mark = desk.state.OneShotCommandWord;
+            desk.pipeline.showRecText(QStringLiteral("复制__over__"), session);
+            QStringList seen = desk.port.log.calls();
+            seen.removeAll(QStringLiteral("timer"));
+            QCOMPARE(seen.removeAll(QStringLiteral("latch off")), another ? 0 : 1);
+            QCOMPARE(seen.join(QLatin1Char('|')), calls);
+            QCOMPARE(desk.port.pictures, another ? 0 : 1);
+            if (another) {
+                QCOMPARE(desk.state.OneShotCommandWord.load(), mark);
+                desk.pipeline.showRecText(QStringLiteral("__AutoOver__"), session);
+                QVERIFY(desk.state.Recording);
+            }
+        }
+    }
+
+    /// Texts go out in the order of the presses, each once, whatever comes first and whatever comes in
+    /// between.
+    void resultsComeInTheOrderOfThePresses_data()
+    {
+        QTest::addColumn<QString>("events"); // "+" press, "2a" text of session 2, "2." its end
+        QTest::addColumn<QString>("delivered");
+        QTest::newRow("one after another") << "+ 1a 1. + 2b 2."
+                                           << "1a 2b";
+        QTest::newRow("the second is faster") << "+ + 2b 2. 1a 1."
+                                              << "1a 2b";
+        QTest::newRow("three, backwards") << "+ + + 3c 3. 2b 2. 1a 1."
+                                          << "1a 2b 3c";
+        QTest::newRow("the first says nothing") << "+ + 2b 1. 2."
+                                                << "2b";
+        QTest::newRow("the middle one says nothing") << "+ + + 3c 1a 2. 3. 1."
+                                                     << "1a 3c";
+        QTest::newRow("several texts of one") << "+ 1a + 2b 1c 1. 2d 2."
+                                              << "1a 1c 2b 2d";
+        QTest::newRow("a text after the end") << "+ 1. 1a"
+                                              << "";
+        QTest::newRow("two ends") << "+ + 1a 1. 1. 2b 2."
+                                  << "1a 2b";
+        QTest::newRow("a next one comes while a text is taken") << "+ 1n 1. 2b 2."
+                                                                << "1n 2b";
+        QTest::newRow("a text is typed") << "+ + 1t 1. 2b 2. !"
+                                         << "1t 2b";
+        QTest::newRow("unknown sessions") << "7a 7. + 1a 1."
+                                          << "1a";
+    }
+
+    void resultsComeInTheOrderOfThePresses()
+    {
+        QFETCH(QString, events);
+        QStringList delivered;
+        bool typing = false; // what the text "t" has set off; "!" is its end
+        mevo::SessionResults *door = nullptr;
+        mevo::SessionResults results(
+            [&](const mevo::SessionContext &session, const mevo::SessionText &text) {
+                if (text.text ==
+                    QLatin1String("n")) { // an event loop runs, and the next session is over in it
+                    const int next = door->begin({});
+                    door->text(next, {QStringLiteral("b"), false});
+                    QVERIFY(delivered.isEmpty());
+                }
+                delivered.append(QString::number(session.number) + text.text);
+                typing = text.text == QLatin1String("t");
+            },
+            [&typing] { return typing; });
+        door = &results;
+        for (const QString &event : events.split(QLatin1Char(' '))) {
+            if (event == QLatin1String("+")) {
+                results.begin({});
+            } else if (event == QLatin1String("!")) {
+                QVERIFY(results.carryOn() && delivered.size() == 1);
+                typing = false;
+                QVERIFY(!results.carryOn());
+            } else if (event == QLatin1String("2b") && events.contains(QLatin1Char('n'))) {
+                continue; // it has come while the first was taken
+            } else if (event.endsWith(QLatin1Char('.'))) {
+                results.end(event.at(0).digitValue());
+            } else {
+                results.text(event.at(0).digitValue(), {event.mid(1), false});
+            }
+        }
+        QTEST(delivered.join(QLatin1Char(' ')), "delivered");
     }
 };
 

@@ -258,19 +258,68 @@ private Q_SLOTS:
         QVERIFY(desk.state.Recording && desk.state.PressPending && !desk.state.KeyUpBusy);
     }
 
-    void resetEndsARecordingOnce()
+    /// The key is still down after a reset: its release puts the tip window away and stops once more.
+    void resetStopsTheRecorderAndLeavesTheKeyDown()
     {
         Desk desk;
         desk.key(1, 1);
         desk.state.QuickReleaseCount = 3;
+        desk.state.ResultIdle = false;
         desk.calls();
         desk.session.reset();
         QCOMPARE(desk.calls(), QStringList{QStringLiteral("record stop")});
+        QVERIFY(desk.state.Recording && desk.state.PressPending && desk.state.ResultIdle);
+        QCOMPARE(desk.state.QuickReleaseCount.load(), 0);
         desk.port.clock += 2000;
         desk.key(1, 0);
+        QCOMPARE(desk.calls(), ownRelease);
+        QVERIFY(!desk.state.Recording && !desk.state.PressPending);
+    }
+
+    /// A second key while one is held: what was said under the first is recognised, and each release is
+    /// taken.
+    void aSecondKeyEndsTheFirstOnesSession()
+    {
+        Desk desk;
+        desk.key(1, 1);
+        desk.calls();
+        desk.port.clock += 1500;
+        desk.key(6, 1);
+        QStringList again(ownPress);
+        again.removeAll(QStringLiteral("tip show"));
+        again.insert(again.size() - 1, QStringLiteral("record stop"));
+        QCOMPARE(desk.calls(), again);
+        desk.port.clock += 1500;
+        desk.key(6, 0);
+        QCOMPARE(desk.calls(), ownRelease);
+        desk.key(1, 0);
         QCOMPARE(desk.calls(), QStringList());
+        QVERIFY(!desk.state.Recording && !desk.state.KeyUpBusy);
+    }
+
+    /// The mode may change between press and release, and the road that the press has taken is walked to its
+    /// end.
+    void aReleaseWalksTheRoadOfItsPress()
+    {
+        Desk desk;
+        desk.state.ThirdPartyActive = true;
+        desk.state.VoiceTypeMode = false;
+        desk.state.VoiceCommandWordMode = true;
+        desk.key(6, 1);
+        QVERIFY(desk.state.Recording);
+        desk.state.VoiceTypeMode = true;
+        desk.state.VoiceCommandWordMode = false;
+        desk.calls();
+        desk.key(6, 0);
+        QVERIFY(desk.calls().contains(QStringLiteral("record stop")));
+        // Without one of the two methods of a window there is no hot key to type.
+        desk.state.LocalUseASR3Index = mevo::thirdPartyNone;
         desk.key(1, 1);
         QVERIFY(desk.state.Recording);
+        desk.state.Recording = false;
+        desk.calls();
+        desk.key(1, 0);
+        QCOMPARE(desk.calls(), QStringList());
     }
 
     void aReleaseWithoutItsPressKeepsTheKeyBusy()

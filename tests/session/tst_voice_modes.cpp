@@ -85,7 +85,13 @@ struct Desk : mevo::PipelinePort
     }
     void say(const char *word)
     {
-        pipeline.HandleRecResult(QString::fromUtf8(word) + QStringLiteral("。__over__"));
+        pipeline.HandleRecResult(QString::fromUtf8(word) + QStringLiteral("。__over__"), session());
+    }
+    mevo::SessionContext session() const
+    {
+        mevo::SessionContext context = state.contextNow();
+        context.engine.baidu = true;
+        return context;
     }
     void click(const char *button) { tip.findChild<QPushButton *>(QLatin1String(button))->click(); }
 
@@ -122,7 +128,10 @@ struct Desk : mevo::PipelinePort
     }
     QString calls() const { return log.calls().join(QLatin1Char('|')); }
 
-    void sendToScreen(const QString &text) override { log.add(QStringLiteral("screen ") + text); }
+    void sendToScreen(const QString &text, const mevo::SessionContext &) override
+    {
+        log.add(QStringLiteral("screen ") + text);
+    }
     void trayMessage(const QString &, mevo::MessageIcon, int) override {}
     void restartAfterRecognition() override {}
     void endDeviceSession() override {}
@@ -135,15 +144,12 @@ struct Desk : mevo::PipelinePort
     void showTranslationDialog() override { translation.show(); }
     void pressTranslateButton() override { mevo::toggleTranslation(state, translation); }
     void voiceSearch(const QString &) override {}
-    bool runCommandWord(const QString &, bool) override { return true; }
+    bool runCommandWord(const QString &, bool, const mevo::SessionContext &) override { return true; }
     void reloadEngineChoice() override
     {
         // It may wait for the backend: the next press must not be refused meanwhile.
         log.add(state.ResultIdle ? QStringLiteral("reload") : QStringLiteral("reload while busy"));
     }
-    bool usesBaidu() const override { return true; }
-    bool usesTencent() const override { return false; }
-    bool usesXunFei() const override { return false; }
 
     CallLog log;
     MainState state;
