@@ -88,6 +88,9 @@ private slots:
     void fastVariantFalls_data();
     void fastVariantFalls();
     void keepsAChoiceMadeMeanwhile();
+    void lateErrorsOfALeftEngine_data();
+    void lateErrorsOfALeftEngine();
+    void aTextDoesNotWaitForALaterSession();
     void swapsChannelsTwice();
     void timesOut();
     void fetchesAMissingToken();
@@ -399,6 +402,51 @@ void TestBaiduSpeech::keepsAChoiceMadeMeanwhile()
     };
     finish();
     QCOMPARE(m_state.BaiDuCurrentVoiceType, QStringLiteral("1637"));
+}
+
+void TestBaiduSpeech::lateErrorsOfALeftEngine_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("3304") << 3304;
+    QTest::newRow("3305") << 3305;
+}
+
+/// The user has chosen another engine while the request was open: nothing falls to XunFei any more.
+void TestBaiduSpeech::lateErrorsOfALeftEngine()
+{
+    QFETCH(int, number);
+    m_server->fallback = ScriptedAnswer::body(errorReply(number));
+    m_server->onRequest = [this](const ScriptedRequest &) {
+        m_recorder.BaiDuNoStreamApi = false;
+        m_recorder.UseTXASRApi = true;
+    };
+    finish();
+    QVERIFY(!m_recorder.UseXunFeiWebApi && m_recorder.UseTXASRApi);
+    QCOMPARE(m_platform.log.calls(), QStringList{QStringLiteral("tip window")});
+    QCOMPARE(stored("UseXunFeiWebApi"), QString());
+}
+
+void TestBaiduSpeech::aTextDoesNotWaitForALaterSession()
+{
+    m_server->enqueue(ScriptedAnswer::late(ScriptedAnswer::body(R"({"result":["first"]})")));
+    m_server->enqueue(ScriptedAnswer::late(ScriptedAnswer::body(R"({"result":["second"]})")));
+    QStringList texts;
+    QList<int> ended;
+    connect(m_speech.get(), &BaiduSpeech::finishTrans, this, [&](const QString &text, int session) {
+        texts.append(text + QString::number(session - m_session + 2));
+        m_server->answerHeld(); // only now does the second one get its reply
+    });
+    connect(m_speech.get(), &BaiduSpeech::sessionEnded, this, [&](int session) { ended.append(session); });
+    m_server->onRequest = [this](const ScriptedRequest &) {
+        if (m_server->requests.size() > 1) {
+            m_server->answerHeld();
+        } else {
+            QTimer::singleShot(0, this, [this] { QVERIFY(finish("later").first); });
+        }
+    };
+    QVERIFY(finish("earlier").first);
+    QCOMPARE(texts, (QStringList{QStringLiteral("first__over__1"), QStringLiteral("second__over__2")}));
+    QVERIFY(ended.indexOf(m_session - 1) < ended.indexOf(m_session));
 }
 
 void TestBaiduSpeech::swapsChannelsTwice()
