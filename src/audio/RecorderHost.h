@@ -13,9 +13,8 @@ class RecorderHost
 public:
     virtual ~RecorderHost() = default;
 
-    /// Recognises the session that has just ended with the engine of its press. `audio` is closed and lives
-    /// until the call returns; it may be empty. Event loops may run inside: a next session may start and
-    /// end before this one returns.
+    /// Has the session that has just ended recognised with the engine of its press, without waiting for it.
+    /// `audio` is closed and lives until the call returns; it may be empty.
     virtual void recognise(QBuffer *audio, const QAudioFormat &format) = 0;
     /// A session has ended whose engine recognises nothing.
     virtual void sessionHandedOver() = 0;

@@ -139,7 +139,7 @@ void SessionMachine::release(const KeyReport &report)
         return;
     }
     if (closeSession(report)) {
-        // Last, and with nothing held: recognition waits in an event loop, and the next press may come in it.
+        // Last, and with nothing held: the recorder hands over what may take its time.
         m_port.recordStop();
     }
 }

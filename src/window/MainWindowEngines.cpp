@@ -20,6 +20,7 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QLabel>
@@ -220,7 +221,14 @@ void MainWindow::channelCountChanged()
 
 void MainWindow::recognise(QBuffer *audio, const QAudioFormat &)
 {
-    m_baiduSpeech->finish(audio, m_results.contextOf(NewestSession));
+    // Later: a request waits in an event loop, and whoever stops the recorder has not finished with the key.
+    QTimer::singleShot(0, this, [this, pcm = audio->data(), session = m_results.contextOf(NewestSession)] {
+        if (!hasTornDown()) {
+            QByteArray samples = pcm;
+            QBuffer buffer(&samples);
+            m_baiduSpeech->finish(&buffer, session);
+        }
+    });
 }
 
 void MainWindow::sessionHandedOver()

@@ -173,7 +173,7 @@ void MainWindow::endRunningSession()
     m_sessionHands.hideTipWindow();
     MicWinShown = false;
     Q_EMIT updateMicWin(QLatin1String(mevo::pictures::micIdle));
-    m_session.endWithoutRelease(); // last: recognition waits in an event loop
+    m_session.endWithoutRelease();
 }
 
 bool MainWindow::sendMicrophoneLatch(bool on)
