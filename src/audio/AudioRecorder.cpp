@@ -86,17 +86,8 @@ AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, Recorde
     if (m_state.FirstRunApp && m_state.DeviceConnected && m_state.IsOnline) {
         applyFirstRun();
     }
-    {
-        const mevo::SettingsFile settings;
-        const auto isOn = [&settings](const char *key) {
-            return settings.value(QLatin1String(key)).toBool();
-        };
-        BaiDuNoStreamApi = BaiDuNoStreamApi || isOn("BaiDuNoStreamApi"); // the key can only raise it
-        UseXunFeiWebApi = isOn("UseXunFeiWebApi");
-        EnableXunFeiWebApiDwa = isOn("EnableXunFeiWebApiDwa");
-        m_state.OnlyUseOurDeviceMic = isOn("OnlyUseOurDeviceMic");
-        UseTXASRApi = isOn("UseTXASRApi");
-    }
+    loadEngineFlags();
+    m_state.OnlyUseOurDeviceMic = mevo::SettingsFile().value(QStringLiteral("OnlyUseOurDeviceMic")).toBool();
     chooseMicrophone();
 
     BaiduTokenRefreshed = m_host.refreshBaiduToken();
@@ -107,6 +98,16 @@ AudioRecorder::~AudioRecorder()
 {
     m_initAfterClose = false;
     closeInput();
+}
+
+void AudioRecorder::loadEngineFlags()
+{
+    const mevo::SettingsFile settings;
+    const auto isOn = [&settings](const char *key) { return settings.value(QLatin1String(key)).toBool(); };
+    BaiDuNoStreamApi = BaiDuNoStreamApi || isOn("BaiDuNoStreamApi"); // the key can only raise it
+    UseXunFeiWebApi = isOn("UseXunFeiWebApi");
+    EnableXunFeiWebApiDwa = isOn("EnableXunFeiWebApiDwa");
+    UseTXASRApi = isOn("UseTXASRApi");
 }
 
 void AudioRecorder::applyFirstRun()

@@ -46,7 +46,13 @@ void SessionMachine::reset()
     m_state.ResultIdle = true;
     m_state.QuickReleaseCount = 0;
     m_state.QuickReleaseRun = 0;
-    m_port.recordStop(); // the key's own release still comes, and puts the tip window away
+    if (m_state.Recording && !m_state.MouseSession) {
+        // The session is over, whether the key's own release still comes or was what asked for this.
+        m_port.updateMicWin(QLatin1String(pictures::micIdle));
+        m_port.hideTipWindow();
+        m_state.MicWinShown = false;
+    }
+    m_port.recordStop();
 }
 
 void SessionMachine::endWithoutRelease()
@@ -68,11 +74,13 @@ void SessionMachine::press(const KeyReport &report)
     const int index = m_state.LocalUseASR3Index;
     if (m_state.ThirdPartyActive && index == thirdPartyCustom) {
         if (m_state.ShowASR3Custom) {
+            m_inputMethodPressed = true;
             pressCustomMethod();
             return;
         }
     } else if (m_state.ThirdPartyActive && m_state.VoiceTypeMode &&
                (index == thirdPartyXunFei || index == thirdPartySogou)) {
+        m_inputMethodPressed = true;
         pressThirdParty();
         return;
     } else {
@@ -81,6 +89,7 @@ void SessionMachine::press(const KeyReport &report)
             m_port.closeWindow(window);
         }
     }
+    m_inputMethodPressed = false;
     startSession(report);
 }
 
@@ -131,7 +140,7 @@ void SessionMachine::startSession(const KeyReport &report)
 void SessionMachine::release(const KeyReport &report)
 {
     // A session of our own ends with the release, whatever mode has come since its press.
-    if (m_state.ThirdPartyActive && !m_state.Recording && releaseThirdParty()) {
+    if (m_state.ThirdPartyActive && (m_inputMethodPressed || !m_state.Recording) && releaseThirdParty()) {
         return;
     }
     countQuickRelease();

@@ -46,6 +46,7 @@ private:
     MainState &m_state;
     SessionPort &m_port;
     QMutex SessionMutex;
+    bool m_inputMethodPressed = false; ///< the last press went to an input method
 };
 
 } // namespace mevo

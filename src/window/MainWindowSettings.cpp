@@ -54,6 +54,9 @@ void MainWindow::LoadSettings()
     {
         mevo::SettingsFile settings;
         mevo::loadSettings(*this, settings, startsAtLogin);
+        if (m_recorder != nullptr) {
+            m_recorder->loadEngineFlags();
+        }
         if (m_recorder != nullptr && m_recorder->BaiDuNoStreamApi) {
             BaiDuCurrentVoiceType = settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
             if (!LocalEnableASR3) {

@@ -91,8 +91,19 @@ public:
 
     bool isQuiet() const
     {
-        return !window->recorder()->isOpen() && !window->Recording && window->ResultIdle &&
+        return !window->recorder()->isOpen() && !window->MicLatched && window->ResultIdle &&
                !window->HidBusy && window->deviceOpen();
+    }
+    QString state() const
+    {
+        return QStringLiteral(" | open %1 latched %2 idle %3 busy %4 device %5 recording %6 pending %7")
+            .arg(window->recorder()->isOpen())
+            .arg(window->MicLatched.load())
+            .arg(window->ResultIdle.load())
+            .arg(window->HidBusy.load())
+            .arg(window->deviceOpen())
+            .arg(window->Recording.load())
+            .arg(window->PressPending.load());
     }
 
     bool heartbeatComes()
@@ -243,10 +254,10 @@ private Q_SLOTS:
         for (int i = 0; i < scripts; ++i) {
             const QString what = QStringLiteral("script %1: %2").arg(i).arg(desk.run());
             desk.release();
-            QVERIFY2(QTest::qWaitFor([&] { return desk.isQuiet(); }, 15000), qPrintable(what));
-            QVERIFY2(desk.heartbeatComes(), qPrintable(what));
-            QVERIFY2(desk.dictates(QStringLiteral("dictation%1").arg(i)), qPrintable(what));
-            QVERIFY2(QTest::qWaitFor([&] { return desk.isQuiet(); }), qPrintable(what));
+            QVERIFY2(QTest::qWaitFor([&] { return desk.isQuiet(); }, 15000), qPrintable(what + desk.state()));
+            QVERIFY2(desk.heartbeatComes(), qPrintable(what + desk.state()));
+            QVERIFY2(desk.dictates(QStringLiteral("dictation%1").arg(i)), qPrintable(what + desk.state()));
+            QVERIFY2(QTest::qWaitFor([&] { return desk.isQuiet(); }), qPrintable(what + desk.state()));
         }
     }
 };
