@@ -14,6 +14,7 @@
 #include "engines/CredentialStore.h"
 #include "engines/TencentSpeech.h"
 #include "engines/XunFeiStream.h"
+#include "output/UndeliveredTexts.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
@@ -64,6 +65,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     m_startClock.mark("settings");
     createTrayIcon();
     createMenu();
+    loadUndelivered();
     BaiDuCurrentVoiceType = mevo::SettingsFile().value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
     readServerAddresses();
     theWindow = this;

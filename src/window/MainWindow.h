@@ -35,12 +35,14 @@ class QNetworkAccessManager;
 class QPushButton;
 class QTimer;
 class QToolTips;
+class UndeliveredDialog;
 class WebCipher;
 
 namespace mevo {
 class BaiduTokens;
 class CommandMatcher;
 class TencentSpeech;
+class UndeliveredTexts;
 class WebApi;
 class CredentialStore;
 class XunFeiStream;
@@ -250,6 +252,13 @@ private:
     void sendToScreen(const QString &text, const mevo::SessionContext &session);
     void pasteText(const QString &text, int holdMs);
     void pasteNext();
+    void loadUndelivered();
+    /// Keeps a text that no window has taken, and says so.
+    void keepUndelivered(const QString &text, mevo::PostStop stop);
+    void showUndelivered();
+    void showUndeliveredCount();
+    void typeUndelivered(int index);
+    bool isUndelivered(int index) const;
     void sendImmediateKeys();
 
     // Exit.
@@ -329,6 +338,7 @@ private:
     std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
     std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
     std::unique_ptr<mevo::XunFeiStream> m_xunFei;
+    std::unique_ptr<mevo::UndeliveredTexts> m_undelivered;
     GetHIDDataThread *m_reader = nullptr;
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;
@@ -346,6 +356,8 @@ private:
     QAction *m_orientationAction = nullptr;
     QAction *m_showAction = nullptr;
     QAction *m_closeAsrAction = nullptr;
+    QAction *m_undeliveredAction = nullptr; ///< in the menu while a text waits
+    UndeliveredDialog *m_undeliveredDialog = nullptr;
     QVector<QPushButton *> m_buttons;
     QPushButton *m_languageButton = nullptr;
     QPushButton *m_closeButton = nullptr;

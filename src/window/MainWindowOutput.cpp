@@ -37,7 +37,8 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
     switch (plan.way) {
     case mevo::SendPlan::Way::Nothing:
         if (plan.lostFocus) {
-            qWarning() << "Send to screen: no window had the focus, the text is not typed";
+            qWarning() << "Send to screen: no window had the focus";
+            keepUndelivered(plan.text, mevo::PostStop::Gone);
         }
         break;
     case mevo::SendPlan::Way::Clipboard:
@@ -53,12 +54,7 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
                     sendImmediateKeys();
                     return;
                 }
-                // What could not be typed is still the user's: the clipboard keeps it.
-                qWarning() << "Send to screen:" << result.posted << "of" << typed.size()
-                           << "characters went, the rest is on the clipboard";
-                m_platform.clipboard->setText(typed.mid(result.posted));
-                message(tr("文字未能全部输入，其余文字已放入剪贴板，可用 Ctrl+V 粘贴。"),
-                        mevo::MessageIcon::Warning, 5000);
+                keepUndelivered(typed.mid(result.posted), result.stop);
             });
         break;
     }

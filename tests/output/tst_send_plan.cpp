@@ -81,7 +81,8 @@ private Q_SLOTS:
         MainState state;
         state.FocusWindow = 9;
         set(state);
-        const SendPlan plan = mevo::planSend(QStringLiteral("句。"), state, state.contextNow(), dialog, canPost);
+        const SendPlan plan =
+            mevo::planSend(QStringLiteral("句。"), state, state.contextNow(), dialog, canPost);
         static const QMap<SendPlan::Way, QString> names = {
             {SendPlan::Way::Post, QStringLiteral("post ")},
             {SendPlan::Way::Clipboard, QStringLiteral("clipboard ")},

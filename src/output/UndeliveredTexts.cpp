@@ -1,0 +1,107 @@
+#include "output/UndeliveredTexts.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+
+#include <utility>
+
+namespace mevo {
+
+namespace {
+
+const QString textKey = QStringLiteral("text");
+const QString whenKey = QStringLiteral("when");
+
+/// Far more than the longest texts that can wait.
+constexpr qint64 largestFile = 16LL * 1024 * 1024;
+
+constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+
+} // namespace
+
+UndeliveredTexts::UndeliveredTexts(QString path)
+    : m_path(std::move(path))
+{
+    read();
+}
+
+void UndeliveredTexts::read()
+{
+    QFile file(m_path);
+    if (!file.exists()) {
+        return;
+    }
+    QJsonDocument document;
+    if (file.size() <= largestFile && file.open(QIODevice::ReadOnly)) {
+        document = QJsonDocument::fromJson(file.readAll());
+    }
+    if (!document.isArray()) {
+        const QString aside = m_path + QStringLiteral(".broken");
+        QFile::remove(aside);
+        const bool kept = file.rename(aside);
+        qWarning("Undelivered texts: the file cannot be understood and is %s",
+                 kept ? "kept beside it as .broken" : "left as it is");
+        return;
+    }
+    for (const QJsonValue &entry : document.array()) {
+        const QString text = entry.toObject().value(textKey).toString();
+        if (!text.isEmpty()) {
+            m_texts.push_back(
+                {text, QDateTime::fromString(entry.toObject().value(whenKey).toString(), Qt::ISODate)});
+        }
+    }
+    if (count() > most) {
+        m_texts.erase(m_texts.begin(), m_texts.end() - most);
+    }
+}
+
+bool UndeliveredTexts::write() const
+{
+    if (m_texts.empty()) {
+        return !QFile::exists(m_path) || QFile::remove(m_path);
+    }
+    QJsonArray entries;
+    for (const UndeliveredText &entry : m_texts) {
+        entries.append(QJsonObject{{textKey, entry.text}, {whenKey, entry.when.toString(Qt::ISODate)}});
+    }
+    QSaveFile file(m_path);
+    if (file.open(QIODevice::WriteOnly) && file.setPermissions(ownerOnly)) {
+        file.write(QJsonDocument(entries).toJson());
+        if (file.commit()) {
+            return true;
+        }
+    }
+    qWarning().noquote() << "Undelivered texts: cannot be written:" << file.errorString();
+    return false;
+}
+
+bool UndeliveredTexts::add(const QString &text, const QDateTime &when)
+{
+    if (text.isEmpty()) {
+        return true;
+    }
+    if (count() == most) {
+        qWarning("Undelivered texts: the oldest of %d makes room", most);
+        m_texts.erase(m_texts.begin());
+    }
+    m_texts.push_back({text, when.toUTC()});
+    return write();
+}
+
+bool UndeliveredTexts::remove(int index)
+{
+    m_texts.erase(m_texts.begin() + index);
+    return write();
+}
+
+bool UndeliveredTexts::removeAll()
+{
+    m_texts.clear();
+    return write();
+}
+
+} // namespace mevo

@@ -1,0 +1,136 @@
+// Texts that no window was seen to take: they are kept, and offered from the menu.
+
+#include "base/ApplicationFiles.h"
+#include "output/UndeliveredTexts.h"
+#include "ui/UndeliveredDialog.h"
+#include "window/MainWindow.h"
+
+#include <QAction>
+#include <QDebug>
+#include <QMenu>
+
+namespace {
+
+const QString undeliveredFile = QStringLiteral("MEVOUndelivered.json");
+
+/// Why a text waits, for the log.
+const char *reasonText(mevo::PostStop stop)
+{
+    switch (stop) {
+    case mevo::PostStop::AtEnd:
+        return "it went whole";
+    case mevo::PostStop::NoKeys:
+        return "no keys can be typed on this desktop";
+    case mevo::PostStop::Gone:
+        return "its window is gone";
+    case mevo::PostStop::Hidden:
+        return "its window is minimised or on another desktop";
+    case mevo::PostStop::Hung:
+        return "its program does not answer";
+    case mevo::PostStop::FocusRefused:
+        return "its window takes no focus";
+    case mevo::PostStop::KeyboardGrabbed:
+        return "another program holds the keyboard";
+    case mevo::PostStop::ScreenLocked:
+        return "the screen is locked";
+    }
+    return "";
+}
+
+} // namespace
+
+void MainWindow::loadUndelivered()
+{
+    m_undelivered = std::make_unique<mevo::UndeliveredTexts>(mevo::appFile(undeliveredFile));
+    showUndeliveredCount();
+}
+
+void MainWindow::keepUndelivered(const QString &text, mevo::PostStop stop)
+{
+    qWarning("Send to screen: %d characters wait as undelivered: %s", text.size(), reasonText(stop));
+    m_undelivered->add(text, m_platform.time->now());
+    showUndeliveredCount();
+    message(tr("有文字未能输入，已保留在菜单的“未送达的文字”中。"), mevo::MessageIcon::Warning, 5000);
+}
+
+void MainWindow::showUndeliveredCount()
+{
+    const int count = m_undelivered->count();
+    if (m_undeliveredAction == nullptr) {
+        m_undeliveredAction = new QAction(m_menu);
+        connect(m_undeliveredAction, &QAction::triggered, this, &MainWindow::showUndelivered);
+    }
+    m_undeliveredAction->setText(tr("未送达的文字(%1)").arg(count));
+    if (count == 0) {
+        m_menu->removeAction(m_undeliveredAction);
+    } else if (!m_menu->actions().contains(m_undeliveredAction)) {
+        m_menu->insertAction(m_menu->actions().value(0), m_undeliveredAction);
+    }
+    if (m_undeliveredDialog != nullptr) {
+        m_undeliveredDialog->setTexts(m_undelivered->texts());
+        m_undeliveredDialog->setVisible(m_undeliveredDialog->isVisible() && count > 0);
+    }
+}
+
+void MainWindow::showUndelivered()
+{
+    if (m_undeliveredDialog == nullptr) {
+        m_undeliveredDialog = new UndeliveredDialog(this);
+        connect(m_undeliveredDialog, &UndeliveredDialog::typeWanted, this, &MainWindow::typeUndelivered);
+        connect(m_undeliveredDialog, &UndeliveredDialog::copyWanted, this, [this](int index) {
+            if (isUndelivered(index)) {
+                m_platform.clipboard->setText(m_undelivered->texts()[static_cast<std::size_t>(index)].text);
+            }
+        });
+        connect(m_undeliveredDialog, &UndeliveredDialog::removeWanted, this, [this](int index) {
+            if (isUndelivered(index)) {
+                m_undelivered->remove(index);
+                showUndeliveredCount();
+            }
+        });
+        connect(m_undeliveredDialog, &UndeliveredDialog::removeAllWanted, this, [this] {
+            m_undelivered->removeAll();
+            showUndeliveredCount();
+        });
+        m_platform.windowSystem->neverTakeFocus(m_undeliveredDialog->winId());
+    }
+    m_undeliveredDialog->setTexts(m_undelivered->texts());
+    m_undeliveredDialog->show();
+    m_undeliveredDialog->raise();
+}
+
+bool MainWindow::isUndelivered(int index) const
+{
+    return index >= 0 && index < m_undelivered->count();
+}
+
+/// Types a kept text into the window that has the focus now; it is kept until that window has taken it.
+void MainWindow::typeUndelivered(int index)
+{
+    if (!isUndelivered(index)) {
+        return;
+    }
+    const mevo::UndeliveredText kept = m_undelivered->texts()[static_cast<std::size_t>(index)];
+    const mevo::WindowId window = GetFocusWindow();
+    if (window == 0 || !m_platform.windowSystem->canPostText()) {
+        message(tr("没有可以输入的窗口，请先把光标放到要输入的地方。"), mevo::MessageIcon::Information, 3000);
+        return;
+    }
+    ++m_postsUnderWay;
+    m_platform.windowSystem->postText(window, kept.text, [this, kept](const mevo::PostResult &result) {
+        --m_postsUnderWay;
+        const auto &texts = m_undelivered->texts();
+        for (int i = 0; i < m_undelivered->count(); ++i) {
+            const mevo::UndeliveredText &entry = texts[static_cast<std::size_t>(i)];
+            if (entry.text == kept.text && entry.when == kept.when) {
+                m_undelivered->remove(i);
+                break;
+            }
+        }
+        if (result.complete) {
+            showUndeliveredCount();
+        } else {
+            keepUndelivered(kept.text.mid(result.posted), result.stop);
+        }
+    });
+}
