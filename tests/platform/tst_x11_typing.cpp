@@ -72,6 +72,20 @@ private Q_SLOTS:
         }
     }
 
+    /// A window that answers pings is asked for its answer and not waited for: all of them answer.
+    void theFirstTextIsWaitedForNoLonger()
+    {
+        for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
+            const Target target = mevo::lab::TargetWindow::start(kind);
+            QVERIFY2(target, qPrintable(kind));
+            QElapsedTimer clock;
+            clock.start();
+            QVERIFY2(post(windows.focusedWindow(), QStringLiteral("你好")).complete, qPrintable(kind));
+            QVERIFY2(clock.elapsed() < 1500,
+                     qPrintable(QStringLiteral("%1 %2 ms").arg(kind).arg(clock.elapsed())));
+        }
+    }
+
     void lineEndsAreReturns()
     {
         const Target target = open("mousepad");

@@ -206,8 +206,9 @@ bool X11Poster::ping(unsigned long topLevel)
 {
     Display *display = m_connection.display();
     const long serial = 0x4D450000L + (++m_pingSerial & 0xffff);
-    // The answer comes to the root window; outside the wait nothing that happens there is of interest.
-    XSelectInput(display, m_connection.root(), SubstructureNotifyMask);
+    // The answer comes to the root window, from GTK with the mask SubstructureNotify and from Qt with
+    // StructureNotify; outside the wait nothing that happens there is of interest.
+    XSelectInput(display, m_connection.root(), SubstructureNotifyMask | StructureNotifyMask);
     const auto answered = awaitPong(topLevel, serial);
     XSelectInput(display, m_connection.root(), NoEventMask);
     return answered;
