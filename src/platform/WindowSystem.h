@@ -11,11 +11,24 @@ namespace mevo {
 /// A window of any program. 0 is no window.
 using WindowId = quint64;
 
+/// Why a text did not go into a window to its end.
+enum class PostStop {
+    AtEnd,           ///< it did
+    NoKeys,          ///< this desktop lets no keys be injected, or leaves none free
+    Gone,            ///< the window has been closed
+    Hidden,          ///< minimised, or on another desktop
+    Hung,            ///< its program has not answered for 2 s
+    FocusRefused,    ///< it cannot be given the focus
+    KeyboardGrabbed, ///< another program has taken the keyboard for itself: an open menu, a screen locker
+    ScreenLocked,
+};
+
 /// How a text went into a window.
 struct PostResult
 {
-    int posted = 0;        ///< UTF-16 code units of the text that went, from its start
+    int posted = 0;        ///< UTF-16 code units of the text that the window was seen to take, from its start
     bool complete = false; ///< all of them did
+    PostStop stop = PostStop::AtEnd;
 };
 
 /// Windows of this program and of others.
@@ -34,7 +47,8 @@ public:
     virtual bool isWindow(WindowId window) = 0;
     /// Types `text` into `window` character by character, even when the focus has moved elsewhere.
     /// Returns at once. Texts go in the order of the calls; `done` is called once for each, on the
-    /// GUI thread. A text that could not go whole is reported with what did go.
+    /// GUI thread. A text that could not go whole is reported with what was seen to arrive; what was under
+    /// way to a program that hangs may still arrive when it wakes.
     virtual void postText(WindowId window, const QString &text, PostDone done) = 0;
     /// Whether characters can be posted at all on this desktop.
     virtual bool canPostText() const = 0;

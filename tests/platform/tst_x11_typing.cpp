@@ -1,9 +1,14 @@
 #include "desk/TargetWindow.h"
 #include "platform/linux/X11WindowSystem.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QtTest>
 
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <csignal>
 
 namespace {
 
@@ -31,6 +36,7 @@ class TestX11Typing : public QObject
     using Target = std::unique_ptr<mevo::lab::TargetWindow>;
 
     mevo::X11WindowSystem windows;
+    Display *display = XOpenDisplay(nullptr);
 
     static Target open(const char *kind) { return mevo::lab::TargetWindow::start(QLatin1String(kind)); }
 
@@ -48,8 +54,36 @@ class TestX11Typing : public QObject
         return result;
     }
 
+    /// The request of a pager.
+    void toRoot(const char *message, Window window, long value)
+    {
+        XEvent event{};
+        event.xclient.type = ClientMessage;
+        event.xclient.window = window;
+        event.xclient.message_type = XInternAtom(display, message, False);
+        event.xclient.format = 32;
+        event.xclient.data.l[0] = value;
+        event.xclient.data.l[1] = 2;
+        XSendEvent(display, DefaultRootWindow(display), False,
+                   SubstructureNotifyMask | SubstructureRedirectMask, &event);
+        XFlush(display);
+    }
+
+    int mapState(mevo::WindowId window)
+    {
+        XWindowAttributes attributes{};
+        XGetWindowAttributes(display, window, &attributes);
+        return attributes.map_state;
+    }
+
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(windows.canPostText()); }
+    void initTestCase()
+    {
+        QVERIFY(display != nullptr);
+        QVERIFY(windows.canPostText());
+    }
+
+    void cleanupTestCase() { XCloseDisplay(display); }
 
     void textArrivesWhole_data()
     {
@@ -69,6 +103,20 @@ private Q_SLOTS:
             QVERIFY2(result.complete, qPrintable(kind));
             QCOMPARE(result.posted, text.size());
             QCOMPARE(target->text(text.size(), readMs), text);
+        }
+    }
+
+    /// A window that answers pings is asked for its answer and not waited for: all of them answer.
+    void theFirstTextIsWaitedForNoLonger()
+    {
+        for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
+            const Target target = mevo::lab::TargetWindow::start(kind);
+            QVERIFY2(target, qPrintable(kind));
+            QElapsedTimer clock;
+            clock.start();
+            QVERIFY2(post(windows.focusedWindow(), QStringLiteral("你好")).complete, qPrintable(kind));
+            QVERIFY2(clock.elapsed() < 1500,
+                     qPrintable(QStringLiteral("%1 %2 ms").arg(kind).arg(clock.elapsed())));
         }
     }
 
@@ -120,10 +168,110 @@ private Q_SLOTS:
         QCOMPARE(result.posted, 0);
     }
 
+    /// What cannot be typed is said to be so, and does not go into the window that an earlier text went to
+    /// without the focus.
+    void aWindowOutOfSightTakesNothing_data()
+    {
+        QTest::addColumn<bool>("otherDesktop");
+        QTest::newRow("minimised") << false;
+        QTest::newRow("on another desktop") << true;
+    }
+
+    void aWindowOutOfSightTakesNothing()
+    {
+        QFETCH(bool, otherDesktop);
+        const Target earlier = open("xterm");
+        QVERIFY(earlier);
+        const mevo::WindowId earlierWindow = windows.focusedWindow();
+        const Target hidden = open("xterm");
+        QVERIFY(hidden);
+        const mevo::WindowId hiddenWindow = windows.focusedWindow();
+        QVERIFY(post(earlierWindow, QStringLiteral("先")).complete);
+
+        if (otherDesktop) {
+            toRoot("_NET_WM_DESKTOP", hidden->windowId(), 1);
+        } else {
+            XIconifyWindow(display, hidden->windowId(), DefaultScreen(display));
+        }
+        QTRY_VERIFY(mapState(hiddenWindow) != IsViewable);
+        const mevo::PostResult result = post(hiddenWindow, QStringLiteral("后"));
+        QVERIFY(!result.complete);
+        QCOMPARE(result.posted, 0);
+        QCOMPARE(result.stop, mevo::PostStop::Hidden);
+        QVERIFY(earlier->focus());
+        QVERIFY(post(earlierWindow, QStringLiteral("完")).complete);
+        QCOMPARE(earlier->text(2, readMs), QStringLiteral("先完"));
+        QVERIFY(hidden->focus() || otherDesktop);
+        QCOMPARE(hidden->peek(), QString());
+    }
+
+    void aProgramThatHangsTakesNothing()
+    {
+        for (const char *kind : {"mousepad", "featherpad"}) {
+            const Target target = open(kind);
+            QVERIFY2(target, kind);
+            const mevo::WindowId window = windows.focusedWindow();
+            ::kill(pid_t(target->processId()), SIGSTOP);
+            const mevo::PostResult result = post(window, QStringLiteral("没有人"));
+            ::kill(pid_t(target->processId()), SIGCONT);
+            QVERIFY2(!result.complete, kind);
+            QCOMPARE(result.posted, 0);
+            QCOMPARE(result.stop, mevo::PostStop::Hung);
+            QVERIFY2(post(window, QStringLiteral("醒了")).complete, kind);
+            QCOMPARE(target->text(2, readMs), QStringLiteral("醒了"));
+        }
+    }
+
+    /// A menu that is open for a moment is waited for; a keyboard that nobody gives back is not typed on.
+    void aGrabbedKeyboardIsWaitedFor()
+    {
+        const Target target = open("xterm");
+        QVERIFY(target);
+        const mevo::WindowId window = windows.focusedWindow();
+        const auto grab = [&] {
+            return XGrabKeyboard(display, DefaultRootWindow(display), False, GrabModeAsync, GrabModeAsync,
+                                 CurrentTime) == GrabSuccess;
+        };
+        QVERIFY(grab());
+        QTimer::singleShot(300, qApp, [this] {
+            XUngrabKeyboard(display, CurrentTime);
+            XFlush(display);
+        });
+        QVERIFY(post(window, QStringLiteral("等")).complete);
+        QVERIFY(grab());
+        const mevo::PostResult result = post(window, QStringLiteral("不"));
+        XUngrabKeyboard(display, CurrentTime);
+        XFlush(display);
+        QCOMPARE(result.stop, mevo::PostStop::KeyboardGrabbed);
+        QCOMPARE(result.posted, 0);
+        QVERIFY(post(window, QStringLiteral("完")).complete);
+        QCOMPARE(target->text(2, readMs), QStringLiteral("等完"));
+    }
+
+    /// A screen saver of the desktop says that it is on, and later dies without a word.
+    void aLockedScreenIsNotTypedOn()
+    {
+        const Target target = open("xterm");
+        QVERIFY(target);
+        const mevo::WindowId window = windows.focusedWindow();
+        {
+            QDBusConnection saver =
+                QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("saver"));
+            QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/gnome/ScreenSaver"),
+                                                             QStringLiteral("org.gnome.ScreenSaver"),
+                                                             QStringLiteral("ActiveChanged"));
+            signal << true;
+            QVERIFY(saver.send(signal));
+            QTRY_COMPARE(post(window, QStringLiteral("锁")).stop, mevo::PostStop::ScreenLocked);
+            QDBusConnection::disconnectFromBus(QStringLiteral("saver"));
+        }
+        QTRY_VERIFY(post(window, QStringLiteral("开")).complete);
+        QVERIFY(target->text(1, readMs).endsWith(QStringLiteral("开")));
+        QVERIFY(target->peek().count(QStringLiteral("锁")) <= 1);
+    }
+
     void theKeyboardMapIsLeftAsItWas()
     {
-        Display *display = XOpenDisplay(nullptr);
-        QVERIFY(display != nullptr);
         int first = 0, last = 0, width = 0;
         XDisplayKeycodes(display, &first, &last);
         const auto symbols = [&] {
@@ -139,7 +287,6 @@ private Q_SLOTS:
             QVERIFY(post(windows.focusedWindow(), QStringLiteral("甲乙丙%1").arg(i)).complete);
         }
         QVERIFY(symbols() == before);
-        XCloseDisplay(display);
     }
 
     /// Nothing is known before the first question; then the caret is followed through a text of two lines.

@@ -108,6 +108,13 @@ bool X11Connection::exists(unsigned long window) const
     return window != 0 && XGetWindowAttributes(m_display, window, &attributes) != 0;
 }
 
+bool X11Connection::isViewable(unsigned long window) const
+{
+    XWindowAttributes attributes;
+    return window != 0 && XGetWindowAttributes(m_display, window, &attributes) != 0 &&
+           attributes.map_state == IsViewable;
+}
+
 unsigned long X11Connection::topLevel(unsigned long window) const
 {
     const Atom state = atom("WM_STATE");

@@ -34,6 +34,8 @@ public:
     /// A text property as UTF-8 or Latin-1; empty when it is absent.
     QString text(unsigned long window, const char *property) const;
     bool exists(unsigned long window) const;
+    /// Whether it and all that it stands in are shown, as a window must be to have the focus.
+    bool isViewable(unsigned long window) const;
     /// The top-level window that holds `window`, 0 when it is gone.
     unsigned long topLevel(unsigned long window) const;
     unsigned long focus() const;

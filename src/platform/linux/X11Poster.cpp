@@ -1,112 +1,61 @@
 #include "platform/linux/X11Poster.h"
 
+#include "platform/linux/ScreenLock.h"
+
 #include <QDebug>
 #include <QElapsedTimer>
 
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XInput.h>
-#include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
-#include <poll.h>
-
 #include <chrono>
-#include <cstring>
 #include <thread>
 
 namespace mevo {
 
 namespace {
 
-constexpr int pingTimeoutMs = 2000;
 constexpr int drainMs = 40;      ///< before keys are bound anew, where the target answers no ping
 constexpr int lastDrainMs = 150; ///< before they are unbound
-constexpr int focusSettleMs = 5;
-const char keyboardName[] = "mevoinput";
+constexpr int grabTimeoutMs = 2000;
+constexpr int grabRetryMs = 10;
 
 void pause(int milliseconds)
 {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
+const char *nameOf(PostStop stop)
+{
+    switch (stop) {
+    case PostStop::AtEnd:
+        return "";
+    case PostStop::NoKeys:
+        return "no key can be injected";
+    case PostStop::Gone:
+        return "the window is gone";
+    case PostStop::Hidden:
+        return "the window is minimised or on another desktop";
+    case PostStop::Hung:
+        return "the program does not answer";
+    case PostStop::FocusRefused:
+        return "the window does not take the focus";
+    case PostStop::KeyboardGrabbed:
+        return "another program holds the keyboard";
+    case PostStop::ScreenLocked:
+        return "the screen is locked";
+    }
+    return "";
+}
+
 } // namespace
 
-/// A second master keyboard, whose focus is ours to set: real key events reach a window that the user's
-/// own keyboard has left.
-struct X11Poster::SecondKeyboard
-{
-    explicit SecondKeyboard(Display *display_)
-        : display(display_)
-    {
-        int major = 2, minor = 2;
-        if (XIQueryVersion(display, &major, &minor) != Success) {
-            return;
-        }
-        find();
-        if (master == 0) {
-            XIAddMasterInfo add{};
-            QByteArray name(keyboardName);
-            add.type = XIAddMaster;
-            add.name = name.data();
-            add.send_core = True;
-            add.enable = True;
-            XIChangeHierarchy(display, reinterpret_cast<XIAnyHierarchyChangeInfo *>(&add), 1);
-            XSync(display, False);
-            find();
-        }
-        if (xtest != 0) {
-            device = XOpenDevice(display, static_cast<XID>(xtest));
-        }
-        if (pointer != 0) {
-            XIWarpPointer(display, pointer, None, DefaultRootWindow(display), 0, 0, 0, 0, 99999, 99999);
-        }
-    }
-    ~SecondKeyboard()
-    {
-        if (device != nullptr) {
-            XCloseDevice(display, device);
-        }
-        if (pointer != 0) {
-            XIRemoveMasterInfo remove{};
-            remove.type = XIRemoveMaster;
-            remove.deviceid = pointer;
-            remove.return_mode = XIFloating;
-            XIChangeHierarchy(display, reinterpret_cast<XIAnyHierarchyChangeInfo *>(&remove), 1);
-            XSync(display, False);
-        }
-    }
-    SecondKeyboard(const SecondKeyboard &) = delete;
-    SecondKeyboard &operator=(const SecondKeyboard &) = delete;
-
-    void find()
-    {
-        int count = 0;
-        XIDeviceInfo *devices = XIQueryDevice(display, XIAllDevices, &count);
-        const QByteArray base(keyboardName);
-        for (int i = 0; i < count; ++i) {
-            const QByteArray name(devices[i].name);
-            if (name == base + " keyboard") {
-                master = devices[i].deviceid;
-            } else if (name == base + " XTEST keyboard") {
-                xtest = devices[i].deviceid;
-            } else if (name == base + " pointer") {
-                pointer = devices[i].deviceid;
-            }
-        }
-        if (devices != nullptr) {
-            XIFreeDeviceInfo(devices);
-        }
-    }
-
-    Display *display;
-    int master = 0, xtest = 0, pointer = 0;
-    XDevice *device = nullptr;
-};
-
-X11Poster::X11Poster()
+X11Poster::X11Poster(const ScreenLock &lock)
+    : m_lock(lock)
+    , m_ping(m_connection)
 {
     Display *display = m_connection.display();
     int event = 0, error = 0, major = 0, minor = 0, opcode = 0;
@@ -119,6 +68,7 @@ X11Poster::X11Poster()
     m_keys = std::make_unique<X11ScratchKeys>(m_connection);
     m_slots = std::make_unique<ScratchSlots>(m_keys->count());
     m_usable = m_keys->count() > 0;
+    m_neverShown = XCreateSimpleWindow(display, m_connection.root(), -9, -9, 1, 1, 0, 0, 0);
     m_returnKey = XKeysymToKeycode(display, XK_Return);
     m_tabKey = XKeysymToKeycode(display, XK_Tab);
 }
@@ -132,158 +82,140 @@ X11Poster::~X11Poster()
 PostResult X11Poster::post(WindowId window, const QString &text)
 {
     PostResult result;
-    if (!m_usable || !m_connection.exists(window)) {
+    if (!m_usable) {
+        result.stop = PostStop::NoKeys;
         return result;
     }
-    const unsigned long top = m_connection.topLevel(window);
-    const Atom pingAtom = m_connection.atom("_NET_WM_PING");
-    bool answersPing = false;
-    Atom *protocols = nullptr;
-    int count = 0;
-    if (top != 0 && XGetWMProtocols(m_connection.display(), top, &protocols, &count) != 0) {
-        for (int i = 0; i < count; ++i) {
-            answersPing = answersPing || protocols[i] == pingAtom;
-        }
-        XFree(protocols);
-    }
-
-    answersPing = answersPing && m_silent.count(top) == 0;
-
-    PostingPlan plan(text, *m_slots);
-    bool whole = true;
-    bool first = true;
-    while (!plan.atEnd()) {
-        const PostBatch batch = plan.next();
-        if (batch.strokes.empty() && batch.rebind.empty()) {
-            whole = false;
-            break;
-        }
-        if (!batch.rebind.empty()) {
-            if (!first) {
-                awaitTranslated(top, answersPing, drainMs);
-            }
-            m_keys->bind(batch.rebind);
-        }
-        if (!sendFocused(window, batch) && !sendBySecondKeyboard(window, batch)) {
-            whole = false;
-            break;
-        }
-        first = false;
-        if (!batch.strokes.empty()) {
-            result.posted = batch.strokes.back().end;
-        }
-    }
-    if (!first) {
-        awaitTranslated(top, answersPing, lastDrainMs);
-    }
+    const unsigned long topLevel = m_connection.topLevel(window);
+    const Target target{window, topLevel, m_ping.isOffered(topLevel)};
+    m_ping.listen(true);
+    result.stop = typeInto(target, text, result.posted);
+    m_ping.listen(false);
     m_slots->clear();
     m_keys->release();
     m_connection.discardEvents();
-    result.complete = whole && m_connection.exists(window);
+    result.complete = result.stop == PostStop::AtEnd;
     if (result.complete) {
-        result.posted = text.size();
+        result.posted = text.size(); // with what is no key stroke at its end
+    } else {
+        qWarning() << "Typing:" << result.posted << "of" << text.size()
+                   << "characters are seen to have arrived:" << nameOf(result.stop);
     }
     return result;
 }
 
-bool X11Poster::awaitTranslated(unsigned long topLevel, bool &answersPing, int milliseconds)
+PostStop X11Poster::typeInto(const Target &target, const QString &text, int &taken)
 {
-    if (answersPing) {
-        answersPing = ping(topLevel);
-        if (answersPing) {
-            m_answering.insert(topLevel);
-        } else if (m_answering.count(topLevel) == 0) {
-            m_silent.insert(topLevel); // promises answers and gives none: not waited for again
+    if (!m_connection.exists(target.window)) {
+        return PostStop::Gone;
+    }
+    if (!m_connection.isViewable(target.window)) {
+        return PostStop::Hidden;
+    }
+    if (m_lock.isLocked()) {
+        return PostStop::ScreenLocked;
+    }
+    // A program that hangs is sent nothing: when it wakes it would take what has been offered elsewhere.
+    if (target.answersPing) {
+        m_ping.send(target.topLevel);
+    }
+    bool first = true;
+    int sent = 0;
+    PostingPlan plan(text, *m_slots);
+    while (!plan.atEnd()) {
+        const PostBatch batch = plan.next();
+        if (!first && !batch.rebind.empty()) {
+            const PostStop stop = awaitTaken(target, drainMs);
+            if (stop != PostStop::AtEnd) {
+                return stop;
+            }
+            taken = sent;
         }
-    }
-    if (!answersPing) {
-        pause(milliseconds);
-    }
-    return answersPing;
-}
-
-bool X11Poster::ping(unsigned long topLevel)
-{
-    Display *display = m_connection.display();
-    const long serial = 0x4D450000L + (++m_pingSerial & 0xffff);
-    // The answer comes to the root window; outside the wait nothing that happens there is of interest.
-    XSelectInput(display, m_connection.root(), SubstructureNotifyMask);
-    const auto answered = awaitPong(topLevel, serial);
-    XSelectInput(display, m_connection.root(), NoEventMask);
-    return answered;
-}
-
-bool X11Poster::awaitPong(unsigned long topLevel, long serial)
-{
-    Display *display = m_connection.display();
-    const Atom protocols = m_connection.atom("WM_PROTOCOLS");
-    const Atom pingAtom = m_connection.atom("_NET_WM_PING");
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = topLevel;
-    event.xclient.message_type = protocols;
-    event.xclient.format = 32;
-    event.xclient.data.l[0] = static_cast<long>(pingAtom);
-    event.xclient.data.l[1] = serial;
-    event.xclient.data.l[2] = static_cast<long>(topLevel);
-    XSendEvent(display, topLevel, False, NoEventMask, &event);
-    XFlush(display);
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < pingTimeoutMs) {
-        while (XPending(display) > 0) {
-            XNextEvent(display, &event);
-            if (event.type == MappingNotify) {
-                XRefreshKeyboardMapping(&event.xmapping);
-            } else if (event.type == ClientMessage && event.xclient.message_type == protocols &&
-                       static_cast<Atom>(event.xclient.data.l[0]) == pingAtom &&
-                       (event.xclient.data.l[1] & 0xffffffffL) == serial) {
-                return true;
+        m_keys->bind(batch.rebind);
+        if (first && target.answersPing) {
+            const X11Ping::Answer answer = m_ping.await();
+            if (answer != X11Ping::Answer::Given) {
+                return answer == X11Ping::Answer::Gone ? PostStop::Gone : PostStop::Hung;
             }
         }
-        if (!m_connection.exists(topLevel)) {
-            return false;
+        const PostStop stop = send(target, batch);
+        if (stop != PostStop::AtEnd) {
+            if (!first && awaitTaken(target, lastDrainMs) == PostStop::AtEnd) {
+                taken = sent;
+            }
+            return stop;
         }
-        pollfd wait{ConnectionNumber(display), POLLIN, 0};
-        poll(&wait, 1, 5);
+        if (!batch.strokes.empty()) {
+            first = false;
+            sent = batch.strokes.back().end;
+        }
     }
-    return false;
+    const PostStop stop = first ? PostStop::AtEnd : awaitTaken(target, lastDrainMs);
+    if (stop == PostStop::AtEnd) {
+        taken = sent;
+    }
+    return stop;
 }
 
-bool X11Poster::sendFocused(WindowId window, const PostBatch &batch)
+PostStop X11Poster::awaitTaken(const Target &target, int drain)
 {
-    // Under the grab nobody can move the focus between the look and the keys.
+    if (target.answersPing) {
+        m_ping.send(target.topLevel);
+        const X11Ping::Answer answer = m_ping.await();
+        if (answer != X11Ping::Answer::Given) {
+            return answer == X11Ping::Answer::Gone ? PostStop::Gone : PostStop::Hung;
+        }
+    } else {
+        pause(drain);
+    }
+    return m_connection.exists(target.window) ? PostStop::AtEnd : PostStop::Gone;
+}
+
+PostStop X11Poster::send(const Target &target, const PostBatch &batch)
+{
+    QElapsedTimer clock;
+    clock.start();
+    PostStop stop = sendAtOnce(target, batch);
+    while (stop == PostStop::KeyboardGrabbed && clock.elapsed() < grabTimeoutMs) {
+        pause(grabRetryMs); // a window switcher, a menu that is about to close
+        stop = sendAtOnce(target, batch);
+    }
+    return stop;
+}
+
+PostStop X11Poster::sendAtOnce(const Target &target, const PostBatch &batch)
+{
     Display *display = m_connection.display();
+    if (m_connection.focus() != target.window && !m_second) {
+        m_second = std::make_unique<X11SecondKeyboard>(display);
+    }
+    // Under the grab nobody can hide the window or move the focus between the look and the keys.
     XGrabServer(display);
-    const bool focused = m_connection.focus() == window;
-    if (focused) {
+    PostStop stop = PostStop::AtEnd;
+    if (!m_connection.isViewable(target.window)) {
+        stop = m_connection.exists(target.window) ? PostStop::Hidden : PostStop::Gone;
+    } else if (isKeyboardGrabbed()) {
+        stop = PostStop::KeyboardGrabbed;
+    } else if (m_connection.focus() == target.window) {
         const std::vector<int> held = liftModifiers();
         strike(batch, nullptr);
         putBackModifiers(held);
+    } else if (m_second && m_second->isUsable() && m_second->setFocus(target.window)) {
+        strike(batch, m_second.get());
+    } else {
+        stop = PostStop::FocusRefused;
     }
     XUngrabServer(display);
     XSync(display, False);
-    return focused;
+    return stop;
 }
 
-bool X11Poster::sendBySecondKeyboard(WindowId window, const PostBatch &batch)
+bool X11Poster::isKeyboardGrabbed() const
 {
-    if (!m_connection.exists(window)) {
-        return false;
-    }
-    Display *display = m_connection.display();
-    if (!m_second) {
-        m_second = std::make_unique<SecondKeyboard>(display);
-    }
-    if (m_second->device == nullptr) {
-        return false;
-    }
-    XISetFocus(display, m_second->master, window, CurrentTime);
-    XSync(display, False);
-    pause(focusSettleMs);
-    strike(batch, m_second->device);
-    XSync(display, False);
-    return m_connection.exists(window);
+    // A window that is not shown cannot grab it, so that asking does nothing to anybody.
+    const int answer =
+        XGrabKeyboard(m_connection.display(), m_neverShown, False, GrabModeAsync, GrabModeAsync, CurrentTime);
+    return answer == AlreadyGrabbed || answer == GrabFrozen;
 }
 
 int X11Poster::keycodeOf(const PostStroke &stroke) const
@@ -293,17 +225,15 @@ int X11Poster::keycodeOf(const PostStroke &stroke) const
                                              : m_keys->keycode(stroke.slot);
 }
 
-void X11Poster::strike(const PostBatch &batch, void *device)
+void X11Poster::strike(const PostBatch &batch, X11SecondKeyboard *keyboard)
 {
-    Display *display = m_connection.display();
     for (const PostStroke &stroke : batch.strokes) {
         const auto keycode = static_cast<unsigned>(keycodeOf(stroke));
-        for (const Bool down : {True, False}) {
-            if (device != nullptr) {
-                XTestFakeDeviceKeyEvent(display, static_cast<XDevice *>(device), keycode, down, nullptr, 0,
-                                        CurrentTime);
+        for (const bool down : {true, false}) {
+            if (keyboard != nullptr) {
+                keyboard->key(keycode, down);
             } else {
-                XTestFakeKeyEvent(display, keycode, down, CurrentTime);
+                XTestFakeKeyEvent(m_connection.display(), keycode, down ? True : False, CurrentTime);
             }
         }
     }

@@ -3,12 +3,15 @@
 #include "output/PostingPlan.h"
 #include "platform/WindowSystem.h"
 #include "platform/linux/X11Connection.h"
+#include "platform/linux/X11Ping.h"
 #include "platform/linux/X11ScratchKeys.h"
+#include "platform/linux/X11SecondKeyboard.h"
 
 #include <memory>
-#include <set>
 
 namespace mevo {
+
+class ScreenLock;
 
 /// Types texts into windows by injected key events, one text at a time, on the thread that it was made
 /// on. The keys are bound in batches; before a key is bound anew the target has translated what it was
@@ -16,36 +19,45 @@ namespace mevo {
 class X11Poster
 {
 public:
-    X11Poster();
+    /// `lock` outlives it.
+    explicit X11Poster(const ScreenLock &lock);
     ~X11Poster();
 
     /// Whether this server lets keys be injected and bound.
     bool isUsable() const { return m_usable; }
+    /// Types the text and says what the window was seen to take. A window that hangs, or a keyboard that
+    /// somebody else has grabbed, is waited for up to 2 s.
     PostResult post(WindowId window, const QString &text);
 
 private:
-    struct SecondKeyboard;
-    bool awaitTranslated(unsigned long topLevel, bool &answersPing, int drainMs);
-    bool ping(unsigned long topLevel);
-    bool awaitPong(unsigned long topLevel, long serial);
-    bool sendFocused(WindowId window, const PostBatch &batch);
-    bool sendBySecondKeyboard(WindowId window, const PostBatch &batch);
-    /// `device` is an XDevice of the second keyboard, null for the user's own.
-    void strike(const PostBatch &batch, void *device);
+    struct Target
+    {
+        WindowId window = 0;
+        unsigned long topLevel = 0;
+        bool answersPing = false;
+    };
+    PostStop typeInto(const Target &target, const QString &text, int &taken);
+    /// Waits until the target has translated what it was sent.
+    PostStop awaitTaken(const Target &target, int drainMs);
+    /// Sends a batch, once nobody else has the keyboard.
+    PostStop send(const Target &target, const PostBatch &batch);
+    PostStop sendAtOnce(const Target &target, const PostBatch &batch);
+    bool isKeyboardGrabbed() const;
+    void strike(const PostBatch &batch, X11SecondKeyboard *keyboard);
     int keycodeOf(const PostStroke &stroke) const;
     std::vector<int> liftModifiers();
     void putBackModifiers(const std::vector<int> &keycodes);
 
+    const ScreenLock &m_lock;
     X11Connection m_connection;
+    X11Ping m_ping;
     std::unique_ptr<X11ScratchKeys> m_keys;
     std::unique_ptr<ScratchSlots> m_slots;
-    std::unique_ptr<SecondKeyboard> m_second;
+    std::unique_ptr<X11SecondKeyboard> m_second;
     bool m_usable = false;
+    unsigned long m_neverShown = 0; ///< a window that asks for the keyboard and can never get it
     int m_returnKey = 0;
     int m_tabKey = 0;
-    std::set<unsigned long> m_answering; ///< top-level windows that have answered a ping
-    std::set<unsigned long> m_silent;    ///< those that say that they do and have never done so
-    long m_pingSerial = 0;
 };
 
 } // namespace mevo

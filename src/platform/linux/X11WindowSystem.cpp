@@ -17,9 +17,9 @@ namespace mevo {
 class X11WindowSystem::Worker : public QObject
 {
 public:
-    bool start()
+    bool start(const ScreenLock &lock)
     {
-        m_poster = std::make_unique<X11Poster>();
+        m_poster = std::make_unique<X11Poster>(lock);
         return m_poster->isUsable();
     }
     void finish() { m_poster.reset(); }
@@ -36,7 +36,7 @@ X11WindowSystem::X11WindowSystem()
     m_thread.setObjectName(QStringLiteral("typing"));
     m_thread.start();
     QMetaObject::invokeMethod(
-        m_worker, [this] { m_canPost = m_worker->start(); }, Qt::BlockingQueuedConnection);
+        m_worker, [this] { m_canPost = m_worker->start(m_lock); }, Qt::BlockingQueuedConnection);
 }
 
 X11WindowSystem::~X11WindowSystem()

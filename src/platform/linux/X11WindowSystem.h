@@ -2,6 +2,7 @@
 
 #include "platform/WindowSystem.h"
 #include "platform/linux/AtspiCaret.h"
+#include "platform/linux/ScreenLock.h"
 #include "platform/linux/X11Connection.h"
 
 #include <QObject>
@@ -38,6 +39,7 @@ private:
     bool sendToRoot(WindowId window, const char *message, long first, long second);
 
     X11Connection m_connection;
+    ScreenLock m_lock;
     QThread m_thread;
     Worker *m_worker = nullptr;
     bool m_canPost = false;

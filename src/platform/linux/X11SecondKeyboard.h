@@ -1,0 +1,32 @@
+#pragma once
+
+struct _XDisplay;
+
+namespace mevo {
+
+/// A second master keyboard, whose focus is ours to set: real key events reach a window that the user's own
+/// keyboard has left. It is there as long as the object.
+class X11SecondKeyboard
+{
+public:
+    explicit X11SecondKeyboard(_XDisplay *display);
+    ~X11SecondKeyboard();
+    X11SecondKeyboard(const X11SecondKeyboard &) = delete;
+    X11SecondKeyboard &operator=(const X11SecondKeyboard &) = delete;
+
+    /// Whether the server has given us one.
+    bool isUsable() const { return m_device != nullptr; }
+    /// Gives a window, or none (0), this keyboard's focus. False when it does not have it then, as when it
+    /// cannot be seen.
+    bool setFocus(unsigned long window);
+    void key(unsigned keycode, bool down);
+
+private:
+    void find();
+
+    _XDisplay *m_display;
+    int m_master = 0, m_xtest = 0, m_pointer = 0;
+    void *m_device = nullptr; ///< the XDevice that strikes its keys
+};
+
+} // namespace mevo
