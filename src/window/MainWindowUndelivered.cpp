@@ -9,6 +9,8 @@
 #include <QDebug>
 #include <QMenu>
 
+#include <algorithm>
+
 namespace {
 
 const QString undeliveredFile = QStringLiteral("MEVOUndelivered.json");
@@ -119,18 +121,17 @@ void MainWindow::typeUndelivered(int index)
     ++m_postsUnderWay;
     m_platform.windowSystem->postText(window, kept.text, [this, kept](const mevo::PostResult &result) {
         --m_postsUnderWay;
+        if (!result.complete) {
+            keepUndelivered(kept.text.mid(result.posted), result.stop); // before the whole one goes
+        }
         const auto &texts = m_undelivered->texts();
-        for (int i = 0; i < m_undelivered->count(); ++i) {
-            const mevo::UndeliveredText &entry = texts[static_cast<std::size_t>(i)];
-            if (entry.text == kept.text && entry.when == kept.when) {
-                m_undelivered->remove(i);
-                break;
-            }
+        const auto found =
+            std::find_if(texts.begin(), texts.end(), [&kept](const mevo::UndeliveredText &entry) {
+                return entry.text == kept.text && entry.when == kept.when;
+            });
+        if (found != texts.end()) {
+            m_undelivered->remove(static_cast<int>(found - texts.begin()));
         }
-        if (result.complete) {
-            showUndeliveredCount();
-        } else {
-            keepUndelivered(kept.text.mid(result.posted), result.stop);
-        }
+        showUndeliveredCount();
     });
 }

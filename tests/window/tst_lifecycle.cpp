@@ -433,16 +433,61 @@ private Q_SLOTS:
         QVERIFY(!window.Recording);
     }
 
+    /// What no window has taken waits in the list, survives the program, and goes from there into the window
+    /// that has the focus then.
     void textIsPostedAndWhatDoesNotGoIsKept()
     {
+        home.remove(QStringLiteral("MEVOUndelivered.json"));
+        const auto row = [](const Program &program) {
+            const auto *menu = program.window->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
+            const QString first = menu->actions().first()->text();
+            return first.startsWith(QStringLiteral("未送达")) ? first : QString();
+        };
+        {
+            Program program;
+            program.start();
+            program.window->FocusWindow = 0x11;
+            program.window->recorder()->showRecText(QStringLiteral("甲乙丙丁__over__"));
+            QVERIFY(program.fake.log.has(QStringLiteral("post 11 甲乙丙丁")));
+            QCOMPARE(row(program), QString());
+            program.fake.windowSystem->postLimit = 1;
+            program.window->recorder()->showRecText(QStringLiteral("甲乙丙丁__over__"));
+            program.fake.windowSystem->postLimit = 0;
+            program.window->recorder()->showRecText(QStringLiteral("戊__over__"));
+            program.window->Send2ScreenMethod = 1;
+            program.window->FocusWindow = 0;
+            program.window->recorder()->showRecText(QStringLiteral("己__over__"));
+            QCOMPARE(row(program), QStringLiteral("未送达的文字(3)"));
+        }
         Program program;
         program.start();
-        program.window->FocusWindow = 0x11;
-        program.window->recorder()->showRecText(QStringLiteral("甲乙丙丁__over__"));
-        QVERIFY(program.fake.log.has(QStringLiteral("post 11 甲乙丙丁")));
-        program.fake.windowSystem->postLimit = 1;
-        program.window->recorder()->showRecText(QStringLiteral("甲乙丙丁__over__"));
-        QCOMPARE(program.fake.clipboard->content, QStringLiteral("乙丙丁"));
+        QCOMPARE(row(program), QStringLiteral("未送达的文字(3)"));
+        program.window->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly)
+            ->actions()
+            .first()
+            ->trigger();
+        auto *dialog = program.window->findChild<QDialog *>(QStringLiteral("UndeliveredDialog"));
+        QVERIFY(dialog->isVisible() && dialog->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
+        const auto click = [dialog](const char *button) {
+            dialog->findChild<QPushButton *>(QLatin1String(button))->click();
+        };
+        program.fake.windowSystem->focused = 0x22;
+        program.fake.windowSystem->postLimit = 2;
+        click("pushButton_Type"); // the rest of the rest goes to the end of the list
+        QVERIFY(program.fake.log.has(QStringLiteral("post 22 乙丙丁")));
+        QCOMPARE(row(program), QStringLiteral("未送达的文字(3)"));
+        program.fake.windowSystem->postLimit = -1;
+        click("pushButton_Type");
+        QVERIFY(program.fake.log.has(QStringLiteral("post 22 戊")));
+        QCOMPARE(row(program), QStringLiteral("未送达的文字(2)"));
+        click("pushButton_Copy");
+        QCOMPARE(program.fake.clipboard->content, QStringLiteral("己"));
+        click("pushButton_Remove");
+        QCOMPARE(row(program), QStringLiteral("未送达的文字(1)"));
+        click("pushButton_RemoveAll");
+        QCOMPARE(row(program), QString());
+        QVERIFY(!dialog->isVisible());
+        QVERIFY(home.read(QStringLiteral("MEVOUndelivered.json")).isEmpty());
     }
 
     void pastedTextsWaitForEachOther()
