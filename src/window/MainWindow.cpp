@@ -101,7 +101,7 @@ MainWindow::~MainWindow()
 
 void MainWindow::createServices()
 {
-    m_webApi = std::make_unique<mevo::WebApi>(*this, *m_platform.time, *m_cipher);
+    m_webApi = std::make_unique<mevo::WebApi>(*this, *m_cipher);
     m_credentials = std::make_unique<mevo::CredentialStore>(*this, *m_webApi, *m_cipher);
     m_tokens = std::make_unique<mevo::BaiduTokens>(*this, *m_webApi, *m_cipher, m_endpoints);
 }
