@@ -230,7 +230,15 @@ void MainWindow::CheckUpdateTimeout()
     qInfo() << "The update checker is not part of this build";
 }
 
-void MainWindow::SetupAsr3() {}
+/// This build drives no input method: one that the settings name is not in force in this run, so that the
+/// microphone button works and the menu tells the engine that is.
+void MainWindow::SetupAsr3()
+{
+    if (LocalEnableASR3) {
+        LocalEnableASR3 = false;
+        sayThereIsNoInputMethod();
+    }
+}
 
 void MainWindow::DetectXunFeiVersion() {}
 
@@ -248,6 +256,7 @@ void MainWindow::TimeOutReadInitPara()
         return;
     }
     LoadSettings();
+    SetupAsr3();
     ReadServerInfo();
     BackendReachable = true;
 }

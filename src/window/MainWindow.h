@@ -223,6 +223,9 @@ private:
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
     void loadAllCredentials();
+    void sayThereIsNoInputMethod();
+    /// The first arrival of a receiver after an installation, when the record would use an input method.
+    void settleFirstArrival();
     void deliverRecognised(const QString &text);
     void SetupAsr3();
     void DetectXunFeiVersion();
@@ -333,6 +336,7 @@ private:
     bool m_dragging = false;
     bool m_moved = false;
     bool m_productRead = false;            ///< the product record has been applied in this run
+    int m_languageChoice = 0;              ///< counts the choices of a language; the last one holds
     bool m_leaving = false;                ///< the program is about to leave by itself
     bool m_exitWanted = false;             ///< an exit was asked for before the construction had ended
     QStringList m_pasteQueue;              ///< of Paster2ScreenHandOut()

@@ -186,6 +186,9 @@ void MainWindow::deviceArrived()
     } else if (!hasTornDown()) {
         ReadServerInfo();
     }
+    if (!hasTornDown()) {
+        settleFirstArrival();
+    }
     if (hasTornDown()) {
         return;
     }

@@ -59,6 +59,7 @@ constexpr NumberColumn numberColumns[] = {
     {"UseXFWAPIPara", &EngineState::UseXFWAPIPara},
     {"UseBDFstPara", &EngineState::UseBDFstPara},
     {"UseXFWPIDWAPara", &EngineState::UseXFWPIDWAPara},
+    {"UseASR3Index", &EngineState::UseASR3Index},
     {"ShowXFDialect", &EngineState::ShowXFDialect},
     {"ShowXFSmallLan", &EngineState::ShowXFSmallLan},
     {"BDSR1DUsedQuantity", &EngineState::BDSR1DUsedQuantity},
@@ -119,6 +120,7 @@ void MainWindow::ReadServerInfo()
     if (!IsOnline || !BackendReachable || !(NoDeviceMode || DeviceConnected) || DongleID.isEmpty()) {
         return;
     }
+    const int choice = m_languageChoice;
     const auto reply = m_webApi->RunWithFailover(
         mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {DongleID}),
         mevo::DeviceRecordTimeouts);
@@ -141,11 +143,29 @@ void MainWindow::ReadServerInfo()
     for (const NumberColumn &column : numberColumns) {
         this->*column.member = mevo::columnNumber(row, QLatin1String(column.column), this->*column.member);
     }
+    EnableASR3 = mevo::columnNumber(row, QStringLiteral("EnableASR3"), EnableASR3 ? 1 : 0) != 0;
     ShowPowerLevel = mevo::columnNumber(row, QStringLiteral("ShowPowerLevel")) != 0;
     ShowPowerLow = mevo::columnNumber(row, QStringLiteral("ShowPowerLow")) != 0;
+    qInfo() << "The device record is applied";
+    if (choice != m_languageChoice) {
+        return; // the user has chosen meanwhile, and the record was read before it heard of that
+    }
     for (const mevo::EngineChange &change :
          mevo::applyRecordSelectors(*this, *m_recorder, isXpClass(), storedDialect, storedSmallLan)) {
         carryOut(change);
+    }
+}
+
+void MainWindow::settleFirstArrival()
+{
+    if (m_recorder == nullptr || !FirstRunApp || !IsOnline || !DeviceConnected || !EnableASR3) {
+        return;
+    }
+    FirstRunApp = false;
+    carryOut(mevo::chooseAtFirstArrival(*this, *m_recorder));
+    if (!BaiDuNoStreamApi_FastVersion) {
+        runBackendSql(mevo::deviceStatement(mevo::Statement::FirstRunBaidu, SchemaName,
+                                            {QStringLiteral("0"), DongleID}));
     }
 }
 
@@ -172,6 +192,9 @@ void MainWindow::sendUsageOnExit(bool withTencent)
 {
     if (m_recorder == nullptr || !BackendReachable) {
         return;
+    }
+    if (DeviceConnected) {
+        updateRecCountsTimerOut(); // before the report that switches the microphone off
     }
     const auto write = [this](mevo::Statement statement, int count) {
         RunBackendSql(mevo::deviceStatement(statement, SchemaName, {QString::number(count), DongleID}),

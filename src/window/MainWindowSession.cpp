@@ -63,7 +63,7 @@ void MainWindow::CallMainFunctionSlot(int iFuncIndex)
 
 void MainWindow::onEnterTimerAfterRec()
 {
-    if (deviceOpen()) {
+    if (DeviceConnected) { // as it is without a receiver, whose report then goes nowhere
         updateRecCountsTimerOut();
         sendMicrophoneLatch(false);
     }
@@ -137,6 +137,7 @@ void MainWindow::on_closeASRFuncAction()
         m_closeAsrAction->setText(tr("关闭语音输入识别"));
         return;
     }
+    updateRecCountsTimerOut();
     if (!sendMicrophoneLatch(false)) {
         return;
     }

@@ -184,7 +184,7 @@ void PipelineHands::restartAfterRecognition()
 
 void PipelineHands::endDeviceSession()
 {
-    if (m_window.deviceOpen()) {
+    if (m_window.DeviceConnected) {
         m_window.updateRecCountsTimerOut();
         m_window.sendMicrophoneLatch(false);
     }
