@@ -31,6 +31,8 @@
 #include <QNetworkReply>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 constexpr int afterRecognitionMs = 5000;
 constexpr int topMostMs = 500;
@@ -115,8 +117,26 @@ void MainWindow::createNetworkObjects()
     m_online->GetInternetConnectState();
     IsOnline = m_online->isOnline;
     connect(m_online, &isOnl::returnisonline, this, &MainWindow::showOnline);
-    if (IsOnline) {
-        ProbeBackend();
+    m_webApi->shareWait(startWaitMs);
+    startStep(&MainWindow::probeAtStart);
+}
+
+void MainWindow::startStep(StartStep step)
+{
+    const int cutOff = m_webApi->cutOffCount();
+    (this->*step)();
+    if (!m_lateSteps.empty() || m_webApi->cutOffCount() != cutOff) {
+        m_lateSteps.push_back(step);
+    }
+}
+
+void MainWindow::runLateSteps()
+{
+    for (const StartStep step : std::exchange(m_lateSteps, {})) {
+        if (hasTornDown()) {
+            return;
+        }
+        (this->*step)();
     }
 }
 
@@ -141,14 +161,12 @@ void MainWindow::createRecorderAndBar()
 
 void MainWindow::loadServicesAndSettings()
 {
-    loadAllCredentials();
+    startStep(&MainWindow::loadAllCredentials);
     m_platform.deviceNotifier->start([this](mevo::DeviceNotifier::Change change, const QString &name) {
         HandleDeviceChange(change, name);
     });
     LoadSettings();
-    if (BackendReachable) {
-        ReadServerInfo();
-    }
+    startStep(&MainWindow::ReadServerInfo);
 }
 
 void MainWindow::createTipWindow()
@@ -210,10 +228,16 @@ void MainWindow::finishStart()
     m_toolTips = new QToolTips(this);
     SetupAsr3();
     BuildAsrLanMenu(false, true);
+    startStep(&MainWindow::reportAddress);
+    m_webApi->endSharedWait();
     m_platform.windowSystem->neverTakeFocus(winId());
     InitDone = true;
     m_startClock.mark("windows and menus");
     qInfo().noquote() << "Start: ready;" << m_startClock.summary();
+    if (!m_lateSteps.empty() && !m_exitWanted) {
+        qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
+        QTimer::singleShot(0, this, &MainWindow::runLateSteps);
+    }
     if (m_exitWanted) {
         QTimer::singleShot(0, this, &MainWindow::exitByItself);
     }
@@ -244,11 +268,15 @@ void MainWindow::DetectXunFeiVersion() {}
 
 void MainWindow::TimeOutReadInitPara()
 {
-    if (hasTornDown() || ProbeBackend() < 0 || hasTornDown()) {
+    if (hasTornDown()) {
+        return;
+    }
+    const bool answered = ProbeBackend() >= 0;
+    if (hasTornDown()) {
         return; // waits run event loops, and an exit may have come through one
     }
-    introduceProduct();
-    if (hasTornDown()) {
+    introduceProduct(); // another address may have it
+    if (!answered || hasTornDown()) {
         return;
     }
     loadAllCredentials();

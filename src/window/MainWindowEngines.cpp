@@ -33,6 +33,7 @@
 namespace {
 
 constexpr int modeChangeTimeoutMs = 2000;
+constexpr int withoutWaiting = 1;
 
 const char menuStyle[] =
     "QMenu { border: 2px solid rgb(0, 162, 232); background-color: rgb(32, 44, 58); }"
@@ -263,5 +264,6 @@ bool MainWindow::refreshBaiduToken()
 
 void MainWindow::runBackendSql(const QString &statement)
 {
-    RunBackendSql(statement, modeChangeTimeoutMs);
+    // A start whose time is used up still tells the record what has changed, before the record is read late.
+    RunBackendSql(statement, m_webApi->sharedWaitUsedUp() ? withoutWaiting : modeChangeTimeoutMs);
 }

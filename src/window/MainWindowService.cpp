@@ -8,6 +8,7 @@
 #include "device/DeviceReports.h"
 #include "engines/CredentialStore.h"
 #include "engines/EngineSelection.h"
+#include "service/LocalAddress.h"
 #include "service/ProductRecord.h"
 #include "service/Statements.h"
 #include "service/WebApi.h"
@@ -16,6 +17,7 @@
 #include "service/WebCipher.h"
 
 #include <QDebug>
+#include <QNetworkInterface>
 
 namespace {
 
@@ -85,7 +87,7 @@ QString MainWindow::RunBackendSql(const QString &sql, int timeoutMs)
 bool MainWindow::ReadProductRecord()
 {
     const auto key = mevo::productKey(deviceOpen() ? DongleID : QLatin1String(mevo::kNoDeviceIdentity));
-    if (!IsOnline || !BackendReachable || !key) {
+    if (!IsOnline || !key) { // also with a main address that does not answer: there are two more
         return false;
     }
     const auto reply =
@@ -144,6 +146,7 @@ void MainWindow::ReadServerInfo()
         this->*column.member = mevo::columnNumber(row, QLatin1String(column.column), this->*column.member);
     }
     EnableASR3 = mevo::columnNumber(row, QStringLiteral("EnableASR3"), EnableASR3 ? 1 : 0) != 0;
+    IPRecord = mevo::columnText(row, QStringLiteral("IPRecord"));
     ShowPowerLevel = mevo::columnNumber(row, QStringLiteral("ShowPowerLevel")) != 0;
     ShowPowerLow = mevo::columnNumber(row, QStringLiteral("ShowPowerLow")) != 0;
     qInfo() << "The device record is applied";
@@ -154,6 +157,15 @@ void MainWindow::ReadServerInfo()
          mevo::applyRecordSelectors(*this, *m_recorder, isXpClass(), storedDialect, storedSmallLan)) {
         carryOut(change);
     }
+}
+
+void MainWindow::reportAddress()
+{
+    if (!DeviceConnected || !BackendReachable || DongleID.isEmpty()) {
+        return;
+    }
+    IPRecord = mevo::localAddress(QNetworkInterface::allAddresses());
+    m_webApi->WriteDeviceColumn(QStringLiteral("IPRecord='%1'").arg(IPRecord));
 }
 
 void MainWindow::settleFirstArrival()
