@@ -3,6 +3,8 @@
 #include <QSslSocket>
 #include <QTimer>
 
+#include <memory>
+
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/x509.h>
@@ -219,11 +221,40 @@ void LabHttpServer::respond(const QSharedPointer<Connection> &connection, const 
     if (cutAt >= 0) {
         wire.truncate(wire.size() - sent.body.size() + cutAt);
     }
+    if (fault.kind == "trickle") {
+        trickle(connection, wire, fault.value);
+        return;
+    }
     connection->socket->write(wire);
     if (cutAt >= 0 || announced >= 0) {
         connection->socket->disconnectFromHost();
         return;
     }
+    answered(connection);
+}
+
+/// Sends an answer in small pieces that take `totalMs` together.
+void LabHttpServer::trickle(const QSharedPointer<Connection> &connection, const QByteArray &wire, int totalMs)
+{
+    constexpr int pieces = 20;
+    auto *timer = new QTimer(connection->socket);
+    const auto sent = std::make_shared<int>(0);
+    timer->callOnTimeout([this, connection, wire, timer, sent] {
+        const int end = ++*sent * wire.size() / pieces;
+        const int start = (*sent - 1) * wire.size() / pieces;
+        connection->socket->write(wire.mid(start, end - start));
+        if (*sent == pieces) {
+            timer->deleteLater();
+            timer->stop();
+            answered(connection);
+        }
+    });
+    timer->start(qMax(1, totalMs / pieces));
+}
+
+/// The connection's next request may have its turn.
+void LabHttpServer::answered(const QSharedPointer<Connection> &connection)
+{
     connection->busy = false;
     if (!connection->buffer.isEmpty()) {
         QTimer::singleShot(0, this, [this, connection] { read(connection); });

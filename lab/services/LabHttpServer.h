@@ -39,7 +39,7 @@ struct HttpResponse
 /// A fault that a test orders for the requests of one path.
 struct Fault
 {
-    QByteArray kind; ///< delay, stall, close, cut, garbage, huge, length, status
+    QByteArray kind; ///< delay, trickle, stall, close, cut, garbage, huge, length, status
     int value = 0;   ///< milliseconds, bytes or status, by kind
     int count = 1;   ///< requests it still meets, -1 for all
 };
@@ -75,6 +75,8 @@ private:
     void handle(const QSharedPointer<Connection> &connection, const HttpRequest &request);
     void respond(const QSharedPointer<Connection> &connection, const HttpResponse &response,
                  const Fault &fault);
+    void trickle(const QSharedPointer<Connection> &connection, const QByteArray &wire, int totalMs);
+    void answered(const QSharedPointer<Connection> &connection);
     Fault takeFault(const QByteArray &path);
 
     Handler m_handler;

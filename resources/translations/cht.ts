@@ -96,6 +96,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！</source>
+        <translation>本版本尚不支援第三方語音輸入法，請在語言選單中選擇其他語音引擎！</translation>
+    </message>
+    <message>
         <source>灵犀听写系统.lnk</source>
         <translation>靈犀聽寫系統.lnk</translation>
     </message>

@@ -96,6 +96,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！</source>
+        <translation>This version drives no third-party input method yet; please choose another engine in the language menu.</translation>
+    </message>
+    <message>
         <source>灵犀听写系统.lnk</source>
         <translation>MEVOInput.lnk</translation>
     </message>

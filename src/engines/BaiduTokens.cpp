@@ -28,26 +28,33 @@ BaiduTokens::BaiduTokens(MainState &state, WebApi &api, const WebCipher &cipher,
 
 bool BaiduTokens::FetchBaiduToken()
 {
-    return fetch(m_state.BaiduClientId, m_state.BaiduClientSecret, QStringLiteral("LastBDTK"),
-                 &EngineState::BaiduAccessToken);
+    static constexpr Kind speech{&EngineState::BaiduClientId, &EngineState::BaiduClientSecret,
+                                 &EngineState::BaiduAccessToken, "LastBDTK"};
+    return fetch(speech);
 }
 
 bool BaiduTokens::FetchBaiduTtsToken()
 {
-    return fetch(m_state.BaiduTtsClientId, m_state.BaiduTtsClientSecret, QStringLiteral("LastBDTTSTK"),
-                 &EngineState::BaiduTtsAccessToken);
+    static constexpr Kind synthesis{&EngineState::BaiduTtsClientId, &EngineState::BaiduTtsClientSecret,
+                                    &EngineState::BaiduTtsAccessToken, "LastBDTTSTK"};
+    return fetch(synthesis);
 }
 
-bool BaiduTokens::fetch(const QString &clientId, const QString &clientSecret, const QString &cacheKey,
-                        QString EngineState::*token)
+bool BaiduTokens::fetch(const Kind &kind)
 {
+    const QString cacheKey = QLatin1String(kind.cacheKey);
     const QString kept = SettingsFile().value(cacheKey).toString();
+    const QString clientId = m_state.*kind.clientId;
     const QPointer<BaiduTokens> alive(this);
     QString reply;
     const int code = m_api.BackendPost(baiduTokenUrl(m_endpoints), requestTimeoutMs,
-                                       baiduTokenBody(clientId, clientSecret), reply);
+                                       baiduTokenBody(clientId, m_state.*kind.clientSecret), reply);
     if (alive.isNull()) {
         return false;
+    }
+    QString &token = m_state.*kind.token;
+    if (m_state.*kind.clientId != clientId) {
+        return !token.isEmpty(); // whoever drew the other account has asked for its token
     }
     QString fetched = code == 200 ? baiduTokenOf(reply) : QString();
     if (!fetched.isEmpty()) {
@@ -55,12 +62,12 @@ bool BaiduTokens::fetch(const QString &clientId, const QString &clientSecret, co
             SettingsFile().setValue(cacheKey, encipherField(m_cipher, fetched));
         }
     } else {
-        qWarning("Baidu: no token for %s (%d)", qPrintable(cacheKey), code);
+        qWarning("Baidu: no token for %s (%d)", kind.cacheKey, code);
         if (!kept.isEmpty()) {
             fetched = decipherField(m_cipher, kept).value_or(QString());
         }
     }
-    m_state.*token = fetched;
+    token = fetched;
     return !fetched.isEmpty();
 }
 

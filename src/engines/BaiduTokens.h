@@ -17,12 +17,13 @@ class BaiduTokens : public QObject
     Q_OBJECT
 
 public:
-    /// All but `endpoints` must outlive this object.
+    /// All but `endpoints` must outlive this object, which may itself end during a fetch.
     BaiduTokens(MainState &state, WebApi &api, const WebCipher &cipher, EngineEndpoints endpoints,
                 QObject *parent = nullptr);
 
     /// Fetches a token for the account drawn last into `BaiduAccessToken`, or takes the kept one. False,
-    /// with the member empty, when there is neither.
+    /// with the member empty, when there is neither. When another account is drawn during the wait, the
+    /// answer belongs to nobody any more and changes nothing; the result is whether the member has a token.
     bool FetchBaiduToken();
     /// The same for speech synthesis and `BaiduTtsAccessToken`.
     bool FetchBaiduTtsToken();
@@ -30,8 +31,15 @@ public:
     int requestTimeoutMs = 5000;
 
 private:
-    bool fetch(const QString &clientId, const QString &clientSecret, const QString &cacheKey,
-               QString EngineState::*token);
+    /// Where one kind of token comes from and goes to.
+    struct Kind
+    {
+        QString EngineState::*clientId;
+        QString EngineState::*clientSecret;
+        QString EngineState::*token;
+        const char *cacheKey;
+    };
+    bool fetch(const Kind &kind);
 
     MainState &m_state;
     WebApi &m_api;

@@ -38,33 +38,37 @@ bool CredentialStore::LoadBaiduCredentials(const QString &file)
 bool CredentialStore::LoadCurrentBaiduCredentials()
 {
     const SettingsFile settings;
-    const QString chosen = settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString();
-    // Without a choice the request goes out in Mandarin, and needs that language's account.
-    const CredentialListRow *row = baiduCredentialList(chosen.isEmpty() ? QStringLiteral("1537") : chosen);
+    const CredentialListRow *row =
+        baiduCredentialList(settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString());
     return row != nullptr && load(row->id);
+}
+
+QString CredentialStore::statementOf(CredentialList list) const
+{
+    return statementText(credentialList(list).statement, {m_state.SchemaName});
 }
 
 bool CredentialStore::DownloadCredentialFile(CredentialList list)
 {
-    return fetch(list) == Fetched::Written;
+    const QPointer<CredentialStore> alive(this);
+    const QString answer = m_api.RunBackendSql(this, statementOf(list), m_state.ServerUrl, DownloadTimeoutMs);
+    return !alive.isNull() && keep(list, answer);
 }
 
-CredentialStore::Fetched CredentialStore::fetch(CredentialList list)
+/// Writes what the service answered for a list, if that is a list.
+bool CredentialStore::keep(CredentialList list, const QString &answer)
 {
     const CredentialListRow &row = credentialList(list);
-    const WebCipher &cipher = m_cipher;
-    const QString sql = statementText(row.statement, {m_state.SchemaName});
-    const QString text = m_api.RunBackendSql(this, sql, m_state.ServerUrl, DownloadTimeoutMs);
-    if (text.isNull()) {
-        return Fetched::NoAnswer; // offline, no answer, or we are gone
+    if (answer.isNull()) {
+        qInfo("Accounts: no answer for %s; the file stays", row.file);
+        return false;
     }
-    const std::optional<WebApiReply> reply = unwrapReply(cipher, text);
+    const std::optional<WebApiReply> reply = unwrapReply(m_cipher, answer);
     if (!reply || reply->items <= 0 || reply->rows.size() != static_cast<std::size_t>(reply->items)) {
         qInfo("Accounts: the service gave none for %s; the file stays", row.file);
-        return Fetched::Nothing;
+        return false;
     }
-    return writeCredentialFile(row, appFile(QLatin1String(row.file)), reply->rows) ? Fetched::Written
-                                                                                   : Fetched::Nothing;
+    return writeCredentialFile(row, appFile(QLatin1String(row.file)), reply->rows);
 }
 
 void CredentialStore::RefreshCredentialFiles()
@@ -83,20 +87,20 @@ void CredentialStore::download(const std::vector<CredentialList> &lists)
         return; // the device record is being applied again while we wait for an answer
     }
     m_downloading = true;
-    const QPointer<CredentialStore> alive(this);
+    std::vector<QString> statements;
     for (const CredentialList list : lists) {
-        const Fetched fetched = fetch(list);
-        if (alive.isNull()) {
-            return;
-        }
-        if (fetched == Fetched::NoAnswer) {
-            // The start waits for this, and a service that has once not answered would hold it up again for
-            // each of the others.
-            qInfo("Accounts: no answer for %s; the other lists stay too", credentialList(list).file);
-            break;
-        }
+        statements.push_back(statementOf(list));
+    }
+    const QPointer<CredentialStore> alive(this);
+    const std::vector<QString> answers =
+        m_api.RunBackendSqls(this, statements, m_state.ServerUrl, DownloadTimeoutMs);
+    if (alive.isNull()) {
+        return;
     }
     m_downloading = false;
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        keep(lists[i], answers[i]);
+    }
 }
 
 } // namespace mevo

@@ -15,7 +15,7 @@ class CredentialStore : public QObject
     Q_OBJECT
 
 public:
-    /// All but `draw` must outlive this object.
+    /// All but `draw` must outlive this object, which may itself end during a download.
     CredentialStore(MainState &state, WebApi &api, const WebCipher &cipher, DrawNumber draw = RandomInRange,
                     QObject *parent = nullptr);
 
@@ -31,18 +31,18 @@ public:
     /// Fetches one list and replaces its file. False, and the file stays, when offline, on any failure,
     /// and when the service has no accounts.
     bool DownloadCredentialFile(CredentialList list);
-    /// Fetches every list, until one is not answered, whose file differs in size from what the product record
-    /// told.
+    /// Fetches, side by side, every list whose file differs in size from what the product record told. Those
+    /// that are not answered keep their files and hold up no other.
     void RefreshCredentialFiles();
-    /// Fetches the lists that the product record tells no size of, until one is not answered.
+    /// The same for the lists that the product record tells no size of.
     void FetchUnsizedCredentialFiles();
 
     static constexpr int DownloadTimeoutMs = 3000;
 
 private:
-    enum class Fetched { Written, Nothing, NoAnswer };
     bool load(CredentialList list);
-    Fetched fetch(CredentialList list);
+    QString statementOf(CredentialList list) const;
+    bool keep(CredentialList list, const QString &answer);
     void download(const std::vector<CredentialList> &lists);
 
     MainState &m_state;

@@ -45,6 +45,24 @@ std::vector<SettingWrite> engineKeyWrites(const RecorderState &recorder)
             {"BaiDuNoStreamApi", int(recorder.BaiDuNoStreamApi)}};
 }
 
+QString engineStatement(const RecorderState &recorder, const QString &schema, const QString &dongleId)
+{
+    if (!recorder.BaiDuNoStreamApi && !recorder.UseTXASRApi && !recorder.UseXunFeiWebApi) {
+        return {};
+    }
+    const Statement statement = recorder.UseXunFeiWebApi ? Statement::UseXunFei
+                                : recorder.UseTXASRApi   ? Statement::UseTencent
+                                                         : Statement::UseBaidu;
+    return deviceStatement(statement, schema, {dongleId});
+}
+
+const CredentialListRow *accountListFor(const LanguageRow &row, const EngineState &state)
+{
+    const QLatin1String code(row.code);
+    return row.engine == Engine::Baidu && state.BaiDuCurrentVoiceType != code ? baiduCredentialList(code)
+                                                                              : nullptr;
+}
+
 EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, RecorderState &recorder)
 {
     const QLatin1String code(row.code);
@@ -56,7 +74,6 @@ EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, Recorder
         state.UseTecentZhDialect = code == QLatin1String("16k_zh_dialect");
         break;
     case Engine::Baidu:
-        change.reloadBaiduAccount = state.BaiDuCurrentVoiceType != code;
         state.BaiDuCurrentVoiceType = code;
         recorder.BaiduTokenRefreshed = true;
         break;
@@ -117,7 +134,14 @@ std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState
     }
     // More than one selector may be set: the last one wins.
     if (state.UseBDAPIPara == 1 && !recorder.BaiDuNoStreamApi) {
-        changes.push_back(moveTo(Engine::Baidu, recorder, false, false));
+        EngineChange change = moveTo(Engine::Baidu, recorder, false, false);
+        if (state.BaiDuCurrentVoiceType.isEmpty()) {
+            // No language has ever been chosen, or the settings file was lost: without one there is no
+            // account.
+            state.BaiDuCurrentVoiceType = QStringLiteral("1537");
+            change.writes.push_back({"BaiDuCurrentVoiceType", state.BaiDuCurrentVoiceType});
+        }
+        changes.push_back(change);
     }
     if (state.UseXFWAPIPara == 1 && !recorder.UseXunFeiWebApi) {
         changes.push_back(moveTo(Engine::XunFei, recorder, false, false));
@@ -146,6 +170,22 @@ EngineChange fallToXunFei(RecorderState &recorder)
     EngineChange change;
     change.writes = {{"UseXunFeiWebApi", 1}, {"BaiDuNoStreamApi", 0}};
     change.rebuild = change.persistEngine = change.setupInputMethod = true;
+    return change;
+}
+
+EngineChange chooseAtFirstArrival(EngineState &state, RecorderState &recorder)
+{
+    state.EnableASR3 = false;
+    state.UseASR3Index = -1;
+    leaveThirdParty(state);
+    state.BaiDuCurrentVoiceType = QStringLiteral("1537");
+    EngineChange change = moveTo(Engine::Baidu, recorder, false, false);
+    change.writes.insert(change.writes.end(),
+                         {{"BaiDuCurrentVoiceType", state.BaiDuCurrentVoiceType},
+                          {"BaiDuNoStreamApi_FastVersion", int(state.BaiDuNoStreamApi_FastVersion)},
+                          {"LocalEnableASR3", 0},
+                          {"LocalUseASR3Index", -1},
+                          {"FirstRunApp", 0}});
     return change;
 }
 

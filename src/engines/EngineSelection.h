@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engines/CredentialTable.h"
 #include "engines/EngineCatalogue.h"
 #include "state/EngineState.h"
 #include "state/RecorderState.h"
@@ -23,8 +24,7 @@ struct SettingWrite
 struct EngineChange
 {
     std::vector<SettingWrite> writes;
-    bool reloadBaiduAccount = false; ///< load the account of the new language and fetch a token
-    bool rebuild = false;            ///< build the menu anew, with the two arguments below
+    bool rebuild = false; ///< build the menu anew, with the two arguments below
     bool persistEngine = false;
     bool setupInputMethod = false;
 };
@@ -34,6 +34,13 @@ void setEngineFlags(RecorderState &recorder, Engine engine);
 
 /// The engine that the recorder's flags name; the later of several wins as the pipeline sees it.
 Engine engineInForce(const RecorderState &recorder);
+
+/// Which engine the device record is told, the later of several flags; empty when none is on.
+QString engineStatement(const RecorderState &recorder, const QString &schema, const QString &dongleId);
+
+/// A row's account list is another one than that in force: its account and token are wanted before the row is
+/// stored. Null for the rows that need none.
+const CredentialListRow *accountListFor(const LanguageRow &row, const EngineState &state);
 
 /// A row of the menu has been chosen.
 EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, RecorderState &recorder);
@@ -45,6 +52,10 @@ std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState
 
 /// Baidu has refused its account: XunFei takes over from the next press on.
 EngineChange fallToXunFei(RecorderState &recorder);
+
+/// The receiver comes for the first time after an installation, and its record would use an input method:
+/// Baidu's Mandarin is the engine, and no input method is.
+EngineChange chooseAtFirstArrival(EngineState &state, RecorderState &recorder);
 
 /// The day's quota of the engine is used up and Tencent's is not.
 EngineChange fallToTencent(RecorderState &recorder);

@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace mevo {
 
 void limitReply(QNetworkReply *reply, qint64 maxBytes)
@@ -18,39 +20,67 @@ void limitReply(QNetworkReply *reply, qint64 maxBytes)
     });
 }
 
+namespace {
+
+ReplyOutcome outcomeOf(QNetworkReply &reply)
+{
+    ReplyOutcome outcome;
+    if (!reply.isFinished()) {
+        reply.abort();
+    } else if (reply.error() != QNetworkReply::NoError) {
+        outcome.code = reply.error();
+    } else {
+        outcome.code = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        if (outcome.code == 200) {
+            outcome.body = reply.readAll();
+        }
+    }
+    return outcome;
+}
+
+} // namespace
+
 ReplyOutcome waitForReply(QNetworkReply *reply, int timeoutMs)
 {
-    const QPointer<QNetworkReply> alive(reply);
-    limitReply(reply);
+    return waitForReplies({reply}, timeoutMs).front();
+}
+
+std::vector<ReplyOutcome> waitForReplies(const std::vector<QNetworkReply *> &replies, int timeoutMs)
+{
+    const std::vector<QPointer<QNetworkReply>> alive(replies.begin(), replies.end());
+    const auto allEnded = [&alive] {
+        return std::all_of(alive.begin(), alive.end(), [](const QPointer<QNetworkReply> &reply) {
+            return reply.isNull() || reply->isFinished();
+        });
+    };
     QEventLoop loop;
     QTimer timer;
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    QObject::connect(reply, &QObject::destroyed, &loop, &QEventLoop::quit);
-    if (!reply->isFinished()) {
+    const auto leaveAtTheEnd = [&] {
+        if (allEnded()) {
+            loop.quit();
+        }
+    };
+    for (QNetworkReply *reply : replies) {
+        limitReply(reply);
+        QObject::connect(reply, &QNetworkReply::finished, &loop, leaveAtTheEnd);
+        QObject::connect(reply, &QObject::destroyed, &loop, leaveAtTheEnd);
+    }
+    if (!allEnded()) {
         timer.start(timeoutMs);
         loop.exec();
     }
-    if (alive.isNull()) {
-        return {};
-    }
-
-    ReplyOutcome outcome;
-    reply->disconnect(&loop);
-    reply->deleteLater();
-    if (!reply->isFinished()) {
-        reply->abort();
-    } else if (reply->error() != QNetworkReply::NoError) {
-        outcome.code = reply->error();
-    } else {
-        outcome.code = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        if (outcome.code == 200) {
-            outcome.body = reply->readAll();
+    std::vector<ReplyOutcome> outcomes(replies.size());
+    for (std::size_t i = 0; i < alive.size(); ++i) {
+        if (!alive[i].isNull()) {
+            alive[i]->disconnect(&loop);
+            alive[i]->deleteLater();
+            outcomes[i] = outcomeOf(*alive[i]);
         }
     }
-    return outcome;
+    return outcomes;
 }
 
 } // namespace mevo

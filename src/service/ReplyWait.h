@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QNetworkReply>
 
+#include <vector>
+
 namespace mevo {
 
 /// The largest reply body that is taken from any service.
@@ -21,5 +23,9 @@ struct ReplyOutcome
 /// Keeps the event loop alive until `reply` has finished or `timeoutMs` have passed; a late reply is
 /// aborted. The reply is disposed of. Ends early when the application quits or the reply is deleted.
 ReplyOutcome waitForReply(QNetworkReply *reply, int timeoutMs);
+
+/// The same for several replies that are on their way together: waits until all have finished, at most
+/// `timeoutMs`. One outcome for each, in their order.
+std::vector<ReplyOutcome> waitForReplies(const std::vector<QNetworkReply *> &replies, int timeoutMs);
 
 } // namespace mevo

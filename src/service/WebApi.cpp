@@ -6,8 +6,12 @@
 #include "service/WebApiReply.h"
 
 #include <QDebug>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+
+#include <algorithm>
+#include <memory>
 
 namespace mevo {
 
@@ -15,6 +19,9 @@ namespace {
 
 /// A request that nobody waits for is given up after this time, so that a dead server collects none.
 constexpr int ForgottenTimeoutMs = 15000;
+/// A network manager has this many connections to one server at a time; a further request would wait.
+constexpr std::size_t ConnectionsPerManager = 6;
+const QByteArray FormType = QByteArrayLiteral("application/x-www-form-urlencoded");
 
 QNetworkReply *sendGet(QNetworkAccessManager &manager, const QNetworkRequest &request, const QByteArray &)
 {
@@ -34,18 +41,16 @@ void setProxy(QNetworkAccessManager &manager, const ServiceState &state)
 
 } // namespace
 
-WebApi::WebApi(MainState &state, const Time &time, const WebCipher &cipher, QObject *parent)
+WebApi::WebApi(MainState &state, const WebCipher &cipher, QObject *parent)
     : QObject(parent)
     , m_state(state)
-    , m_time(time)
     , m_cipher(cipher)
 {
 }
 
 int WebApi::BackendGet(const QUrl &url, int timeoutMs, QString &reply)
 {
-    return call(sendGet, QNetworkRequest(url), {}, timeoutMs, reply,
-                QByteArrayLiteral("application/x-www-form-urlencoded"));
+    return call(sendGet, QNetworkRequest(url), {}, timeoutMs, reply, FormType);
 }
 
 int WebApi::BackendPost(const QUrl &url, int timeoutMs, const QByteArray &body, QString &reply,
@@ -66,21 +71,45 @@ int WebApi::call(Send send, QNetworkRequest request, const QByteArray &body, int
         return 0;
     }
 
+    const int wait = grantedWait(timeoutMs);
+    if (wait < ShortestWaitMs) {
+        return -1;
+    }
     request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
-    const Time &time = m_time;
-    const qint64 start = time.monotonicMs();
+    QElapsedTimer elapsed;
+    elapsed.start();
     const QString host = request.url().host();
     QNetworkAccessManager manager;
     setProxy(manager, m_state);
-    const ReplyOutcome outcome = waitForReply(send(manager, request, body), timeoutMs);
+    const QPointer<WebApi> alive(this);
+    const ReplyOutcome outcome = waitForReply(send(manager, request, body), wait);
     // `this` may be gone from here on.
+    if (!alive.isNull()) {
+        endWait(elapsed.elapsed(), outcome.code == -1 && wait < timeoutMs);
+    }
     if (outcome.code != 200) {
-        qInfo("Backend: %s gave %d after %lld ms", qPrintable(host), outcome.code,
-              time.monotonicMs() - start);
+        qInfo("Backend: %s gave %d after %lld ms", qPrintable(host), outcome.code, elapsed.elapsed());
     } else {
         reply = QString::fromUtf8(outcome.body);
     }
     return outcome.code;
+}
+
+/// The time that a call of `timeoutMs` may wait; less than ShortestWaitMs when it is too late for it.
+int WebApi::grantedWait(int timeoutMs)
+{
+    const int wait = m_budget.granted(timeoutMs);
+    if (wait < ShortestWaitMs) {
+        ++m_cutOff;
+        qInfo("Backend: no time is left for a request; it is put off");
+    }
+    return wait;
+}
+
+void WebApi::endWait(qint64 elapsedMs, bool cutOff)
+{
+    m_budget.spend(static_cast<int>(elapsedMs));
+    m_cutOff += cutOff ? 1 : 0;
 }
 
 void WebApi::forget(QNetworkReply *reply)
@@ -125,6 +154,52 @@ QString WebApi::RunBackendSql(const QObject *owner, const QString &sql, const QS
         return {};
     }
     return reply;
+}
+
+std::vector<QString> WebApi::RunBackendSqls(const QObject *owner, const std::vector<QString> &statements,
+                                            const QString &baseUrl, int timeoutMs)
+{
+    std::vector<QString> answers(statements.size());
+    if (statements.empty() || !m_state.IsOnline || !m_state.BackendReachable) {
+        return answers;
+    }
+    const int wait = grantedWait(timeoutMs);
+    if (wait < ShortestWaitMs) {
+        return answers;
+    }
+    const QPointer<WebApi> alive(this);
+    const QPointer<const QObject> waiting(owner);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    std::vector<std::unique_ptr<QNetworkAccessManager>> managers;
+    std::vector<QNetworkReply *> replies;
+    for (const QString &statement : statements) {
+        if (replies.size() % ConnectionsPerManager == 0) {
+            managers.push_back(std::make_unique<QNetworkAccessManager>());
+            setProxy(*managers.back(), m_state);
+        }
+        QNetworkRequest request(webApiUrl(m_cipher, baseUrl, SqlTag, statement));
+        request.setHeader(QNetworkRequest::ContentTypeHeader, FormType);
+        replies.push_back(managers.back()->get(request));
+    }
+    const std::vector<ReplyOutcome> outcomes = waitForReplies(replies, wait);
+    const bool late = std::any_of(outcomes.begin(), outcomes.end(),
+                                  [](const ReplyOutcome &outcome) { return outcome.code == -1; });
+    if (!alive.isNull()) {
+        endWait(elapsed.elapsed(), late && wait < timeoutMs);
+    }
+    if (owner != nullptr && waiting.isNull()) {
+        return answers;
+    }
+    for (std::size_t i = 0; i < outcomes.size(); ++i) {
+        if (outcomes[i].code == 200) {
+            answers[i] = QString::fromUtf8(outcomes[i].body);
+        } else {
+            qInfo("Backend: statement %d of %d gave %d after %lld ms", int(i) + 1, int(outcomes.size()),
+                  outcomes[i].code, elapsed.elapsed());
+        }
+    }
+    return answers;
 }
 
 std::optional<QString> WebApi::RunWithFailover(const QString &sql, const FailoverTimeouts &timeouts)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SystemServices.h"
+#include "service/WaitBudget.h"
 #include "service/WebApiRequest.h"
 #include "state/MainState.h"
 
@@ -11,6 +11,7 @@
 #include <QUrl>
 
 #include <optional>
+#include <vector>
 
 namespace mevo {
 
@@ -22,8 +23,8 @@ class WebApi : public QObject
     Q_OBJECT
 
 public:
-    /// All three must outlive this object.
-    WebApi(MainState &state, const Time &time, const WebCipher &cipher, QObject *parent = nullptr);
+    /// Both must outlive this object, which may itself end during any of its waits.
+    WebApi(MainState &state, const WebCipher &cipher, QObject *parent = nullptr);
 
     /// Gets `url`. The HTTP status, else a QNetworkReply error code, or -1 on time-out or when offline.
     /// On 200 `reply` is the body. With `timeoutMs` below 11 it is sent without waiting and the result
@@ -38,6 +39,11 @@ public:
     /// meanwhile (null: nobody in particular).
     QString RunBackendSql(const QObject *owner, const QString &sql, const QString &baseUrl, int timeoutMs);
 
+    /// Runs several statements at one server side by side and waits for all of them, at most `timeoutMs`. One
+    /// reply for each, in their order and as RunBackendSql() gives it.
+    std::vector<QString> RunBackendSqls(const QObject *owner, const std::vector<QString> &statements,
+                                        const QString &baseUrl, int timeoutMs);
+
     /// Asks a statement of the three web API addresses in turn until one answers with status 200, whose
     /// raw reply is given. Nothing when none did. Whether the backend counts as reachable is not looked
     /// at: this is how it is found out.
@@ -49,6 +55,15 @@ public:
 
     /// Writes columns of this device's record: "NAME='value'" assignments. 0, or -1 on failure.
     int WriteDeviceColumn(const QString &assignments);
+
+    /// All waits from now on take `totalMs` together, until endSharedWait(): of those that come late a rest
+    /// of their time is left, or none, and then they are answered with -1 without having been sent.
+    void shareWait(int totalMs) { m_budget.limit(totalMs); }
+    void endSharedWait() { m_budget.lift(); }
+    /// Nothing is left of the shared time.
+    bool sharedWaitUsedUp() const { return m_budget.granted(ShortestWaitMs) < ShortestWaitMs; }
+    /// Calls so far that had no answer because the shared time was short.
+    int cutOffCount() const { return m_cutOff; }
 
     /// Requests sent without waiting whose answer has not come yet.
     int pendingCount() const { return m_pending.size(); }
@@ -65,15 +80,18 @@ signals:
 
 private:
     using Send = QNetworkReply *(*)(QNetworkAccessManager &, const QNetworkRequest &, const QByteArray &);
+    int grantedWait(int timeoutMs);
+    void endWait(qint64 elapsedMs, bool cutOff);
     int call(Send send, QNetworkRequest request, const QByteArray &body, int timeoutMs, QString &reply,
              const QByteArray &contentType);
     void forget(QNetworkReply *reply);
 
     MainState &m_state;
-    const Time &m_time;
     const WebCipher &m_cipher;
     QNetworkAccessManager m_manager; ///< of the requests that nobody waits for
     QSet<QNetworkReply *> m_pending;
+    WaitBudget m_budget;
+    int m_cutOff = 0;
 };
 
 } // namespace mevo

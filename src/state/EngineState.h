@@ -38,6 +38,9 @@ struct EngineState : EnginePermissions
     int ShowXFDialect = 0;
     int ShowXFSmallLan = 0;
 
+    bool EnableASR3 = false; ///< the device record would use an input method
+    int UseASR3Index = 1;    ///< which one it would, numbered as LocalUseASR3Index
+
     /// Engine selectors of the device record, 1 selects; -1 until the record is read.
     int UseBDAPIPara = -1;
     int UseXFSDKPara = -1;

@@ -9,6 +9,7 @@ struct ServiceState : mevo::BackendEndpoints
 {
     std::atomic<bool> IsOnline{false};         ///< the last poll said that there is a connection
     std::atomic<bool> BackendReachable{false}; ///< the web API has answered
+    QString IPRecord;                          ///< this computer's address as the device record has it
     QString ServerVersion;                     ///< version text of the last probe
 
     bool UseNetworkProxy = false;

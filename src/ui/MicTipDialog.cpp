@@ -239,7 +239,7 @@ bool MicTipDialog::MicStart()
 
 void MicTipDialog::micStop(int latchReports)
 {
-    if (m_state.deviceOpen()) {
+    if (m_state.DeviceConnected) {
         m_host.flushUsageCounters();
         for (int i = 0; i < latchReports; ++i) {
             m_host.sendMicrophoneLatch(false);

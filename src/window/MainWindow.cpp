@@ -32,6 +32,8 @@
 #include <QNetworkReply>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 constexpr int afterRecognitionMs = 5000;
 constexpr int topMostMs = 500;
@@ -106,7 +108,7 @@ MainWindow::~MainWindow()
 
 void MainWindow::createServices()
 {
-    m_webApi = std::make_unique<mevo::WebApi>(*this, *m_platform.time, *m_cipher);
+    m_webApi = std::make_unique<mevo::WebApi>(*this, *m_cipher);
     m_credentials = std::make_unique<mevo::CredentialStore>(*this, *m_webApi, *m_cipher);
     m_tokens = std::make_unique<mevo::BaiduTokens>(*this, *m_webApi, *m_cipher, m_endpoints);
 }
@@ -120,8 +122,26 @@ void MainWindow::createNetworkObjects()
     m_online->GetInternetConnectState();
     IsOnline = m_online->isOnline;
     connect(m_online, &isOnl::returnisonline, this, &MainWindow::showOnline);
-    if (IsOnline) {
-        ProbeBackend();
+    m_webApi->shareWait(startWaitMs);
+    startStep(&MainWindow::probeAtStart);
+}
+
+void MainWindow::startStep(StartStep step)
+{
+    const int cutOff = m_webApi->cutOffCount();
+    (this->*step)();
+    if (!m_lateSteps.empty() || m_webApi->cutOffCount() != cutOff) {
+        m_lateSteps.push_back(step);
+    }
+}
+
+void MainWindow::runLateSteps()
+{
+    for (const StartStep step : std::exchange(m_lateSteps, {})) {
+        if (hasTornDown()) {
+            return;
+        }
+        (this->*step)();
     }
 }
 
@@ -151,14 +171,12 @@ void MainWindow::createRecorderAndBar()
 
 void MainWindow::loadServicesAndSettings()
 {
-    loadAllCredentials();
+    startStep(&MainWindow::loadAllCredentials);
     m_platform.deviceNotifier->start([this](mevo::DeviceNotifier::Change change, const QString &name) {
         HandleDeviceChange(change, name);
     });
     LoadSettings();
-    if (BackendReachable) {
-        ReadServerInfo();
-    }
+    startStep(&MainWindow::ReadServerInfo);
 }
 
 void MainWindow::createTipWindow()
@@ -220,10 +238,16 @@ void MainWindow::finishStart()
     m_toolTips = new QToolTips(this);
     SetupAsr3();
     BuildAsrLanMenu(false, true);
+    startStep(&MainWindow::reportAddress);
+    m_webApi->endSharedWait();
     m_platform.windowSystem->neverTakeFocus(winId());
     InitDone = true;
     m_startClock.mark("windows and menus");
     qInfo().noquote() << "Start: ready;" << m_startClock.summary();
+    if (!m_lateSteps.empty() && !m_exitWanted) {
+        qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
+        QTimer::singleShot(0, this, &MainWindow::runLateSteps);
+    }
     if (m_exitWanted) {
         QTimer::singleShot(0, this, &MainWindow::exitByItself);
     }
@@ -240,17 +264,29 @@ void MainWindow::CheckUpdateTimeout()
     qInfo() << "The update checker is not part of this build";
 }
 
-void MainWindow::SetupAsr3() {}
+/// This build drives no input method: one that the settings name is not in force in this run, so that the
+/// microphone button works and the menu tells the engine that is.
+void MainWindow::SetupAsr3()
+{
+    if (LocalEnableASR3) {
+        LocalEnableASR3 = false;
+        sayThereIsNoInputMethod();
+    }
+}
 
 void MainWindow::DetectXunFeiVersion() {}
 
 void MainWindow::TimeOutReadInitPara()
 {
-    if (hasTornDown() || ProbeBackend() < 0 || hasTornDown()) {
+    if (hasTornDown()) {
+        return;
+    }
+    const bool answered = ProbeBackend() >= 0;
+    if (hasTornDown()) {
         return; // waits run event loops, and an exit may have come through one
     }
-    introduceProduct();
-    if (hasTornDown()) {
+    introduceProduct(); // another address may have it
+    if (!answered || hasTornDown()) {
         return;
     }
     loadAllCredentials();
@@ -258,6 +294,7 @@ void MainWindow::TimeOutReadInitPara()
         return;
     }
     LoadSettings();
+    SetupAsr3();
     ReadServerInfo();
     BackendReachable = true;
 }

@@ -74,6 +74,10 @@ public:
     /// The one window, null before it has opened the device and after its end.
     static MainWindow *instance();
 
+    /// What a start waits for services in all, in milliseconds: the longest time-out of one record. What is
+    /// late is asked again behind the bar.
+    static inline int startWaitMs = 3000;
+
     /// `QApplication::exit` code that starts the program anew.
     static constexpr int restartCode = 888;
 
@@ -201,6 +205,13 @@ private:
     void createNetworkObjects();
     void introduceDevice();
     void introduceProduct();
+    /// A step of the start that asks services. What the start's time is too short for is asked again, with
+    /// all that follows it, as soon as the window runs.
+    using StartStep = void (MainWindow::*)();
+    void startStep(StartStep step);
+    void runLateSteps();
+    void probeAtStart() { ProbeBackend(); }
+    void reportAddress();
     void createServices();
     void createRecorderAndBar();
     void loadServicesAndSettings();
@@ -243,6 +254,9 @@ private:
     /// Writes the counters, and tells the receiver that its microphone is no longer wanted, unless the user
     /// has begun to talk by the tip window meanwhile.
     void closeDeviceSession();
+    void sayThereIsNoInputMethod();
+    /// The first arrival of a receiver after an installation, when the record would use an input method.
+    void settleFirstArrival();
     void SetupAsr3();
     void DetectXunFeiVersion();
     void sendUsageOnExit(bool withTencent);
@@ -369,10 +383,12 @@ private:
     QPoint m_dragFrom;
     bool m_dragging = false;
     bool m_moved = false;
-    bool m_productRead = false; ///< the product record has been applied in this run
-    bool m_leaving = false;     ///< the program is about to leave by itself
-    bool m_exitWanted = false;  ///< an exit was asked for before the construction had ended
-    QStringList m_pasteQueue;   ///< of Paster2ScreenHandOut()
+    bool m_productRead = false;         ///< the product record has been applied in this run
+    std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
+    int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
+    bool m_leaving = false;             ///< the program is about to leave by itself
+    bool m_exitWanted = false;          ///< an exit was asked for before the construction had ended
+    QStringList m_pasteQueue;           ///< of Paster2ScreenHandOut()
 
     struct PendingPaste
     {

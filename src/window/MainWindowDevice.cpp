@@ -85,7 +85,7 @@ void MainWindow::introduceDevice()
             m_device->ReadDeviceIdentity();
         }
     }
-    introduceProduct();
+    startStep(&MainWindow::introduceProduct);
     if (!IsOnline) {
         setTrayPicture(QStringLiteral(":/rec/ORNoNetwork.png"));
         message(tr("未连接外部网络"), mevo::MessageIcon::Warning, 3000);
@@ -185,6 +185,9 @@ void MainWindow::deviceArrived()
         QTimer::singleShot(1000, this, &MainWindow::DownloadBaiduINIFileTimeout);
     } else if (!hasTornDown()) {
         ReadServerInfo();
+    }
+    if (!hasTornDown()) {
+        settleFirstArrival();
     }
     if (hasTornDown()) {
         return;

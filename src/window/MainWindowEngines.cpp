@@ -35,6 +35,7 @@
 namespace {
 
 constexpr int modeChangeTimeoutMs = 2000;
+constexpr int withoutWaiting = 1;
 
 const char menuStyle[] =
     "QMenu { border: 2px solid rgb(0, 162, 232); background-color: rgb(32, 44, 58); }"
@@ -74,10 +75,7 @@ void MainWindow::BuildAsrLanMenu(bool persistEngine, bool setupInputMethod)
         SetupAsr3();
     }
     if (persistEngine) {
-        runBackendSql(mevo::deviceStatement(m_recorder->UseXunFeiWebApi ? mevo::Statement::UseXunFei
-                                            : m_recorder->UseTXASRApi   ? mevo::Statement::UseTencent
-                                                                        : mevo::Statement::UseBaidu,
-                                            SchemaName, {DongleID}));
+        runBackendSql(mevo::engineStatement(*m_recorder, SchemaName, DongleID));
     }
 }
 
@@ -132,7 +130,12 @@ void MainWindow::showLanguages()
 void MainWindow::trigerAllAsrLanMenu(QAction *act)
 {
     const auto *row = reinterpret_cast<const mevo::LanguageRow *>(act->data().value<quintptr>()); // NOLINT
-    if (row == nullptr) {
+    if (row == nullptr || m_recorder == nullptr) {
+        return;
+    }
+    if (row->engine == mevo::Engine::ThirdParty) {
+        sayThereIsNoInputMethod();
+        showLanguages(); // the mark goes back to the row in force
         return;
     }
     mevo::saveLastModes(*this);
@@ -140,9 +143,15 @@ void MainWindow::trigerAllAsrLanMenu(QAction *act)
     if (RunAsAdmin) {
         clearRunAsAdministrator();
     }
-    if (row->engine != mevo::Engine::ThirdParty) {
-        ThirdPartyActive = false;
+    const int choice = ++m_languageChoice;
+    if (const mevo::CredentialListRow *list = mevo::accountListFor(*row, *this)) {
+        m_credentials->LoadBaiduCredentials(QLatin1String(list->file));
+        fetchBaiduToken();
+        if (m_recorder == nullptr || choice != m_languageChoice) {
+            return; // the wait has let an exit through, or another choice, which is the one that counts
+        }
     }
+    ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
     carryOut(mevo::chooseLanguage(*row, *this, *m_recorder));
 }
@@ -158,15 +167,20 @@ void MainWindow::carryOut(const mevo::EngineChange &change)
     if (change.rebuild) {
         BuildAsrLanMenu(change.persistEngine, change.setupInputMethod);
     }
-    if (change.reloadBaiduAccount) {
-        loadCurrentBaiduCredentials();
-        fetchBaiduToken();
-    }
+}
+
+void MainWindow::sayThereIsNoInputMethod()
+{
+    message(tr("本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！"),
+            mevo::MessageIcon::Information, 3000);
 }
 
 void MainWindow::loadAllCredentials()
 {
     m_credentials->FetchUnsizedCredentialFiles();
+    if (hasTornDown()) {
+        return;
+    }
     m_credentials->LoadCurrentBaiduCredentials();
     m_credentials->LoadXunFeiCredentials();
     m_credentials->LoadXunFeiMinorCredentials();
@@ -174,7 +188,9 @@ void MainWindow::loadAllCredentials()
     m_credentials->LoadBaiduTtsCredentials();
     if (IsOnline) {
         m_tokens->FetchBaiduToken();
-        m_tokens->FetchBaiduTtsToken();
+        if (!hasTornDown()) {
+            m_tokens->FetchBaiduTtsToken();
+        }
     }
 }
 
@@ -305,5 +321,6 @@ bool MainWindow::refreshBaiduToken()
 
 void MainWindow::runBackendSql(const QString &statement)
 {
-    RunBackendSql(statement, modeChangeTimeoutMs);
+    // A start whose time is used up still tells the record what has changed, before the record is read late.
+    RunBackendSql(statement, m_webApi->sharedWaitUsedUp() ? withoutWaiting : modeChangeTimeoutMs);
 }

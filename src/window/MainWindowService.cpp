@@ -8,6 +8,7 @@
 #include "device/DeviceReports.h"
 #include "engines/CredentialStore.h"
 #include "engines/EngineSelection.h"
+#include "service/LocalAddress.h"
 #include "service/ProductRecord.h"
 #include "service/Statements.h"
 #include "service/WebApi.h"
@@ -16,6 +17,7 @@
 #include "service/WebCipher.h"
 
 #include <QDebug>
+#include <QNetworkInterface>
 
 namespace {
 
@@ -59,6 +61,7 @@ constexpr NumberColumn numberColumns[] = {
     {"UseXFWAPIPara", &EngineState::UseXFWAPIPara},
     {"UseBDFstPara", &EngineState::UseBDFstPara},
     {"UseXFWPIDWAPara", &EngineState::UseXFWPIDWAPara},
+    {"UseASR3Index", &EngineState::UseASR3Index},
     {"ShowXFDialect", &EngineState::ShowXFDialect},
     {"ShowXFSmallLan", &EngineState::ShowXFSmallLan},
     {"BDSR1DUsedQuantity", &EngineState::BDSR1DUsedQuantity},
@@ -84,7 +87,7 @@ QString MainWindow::RunBackendSql(const QString &sql, int timeoutMs)
 bool MainWindow::ReadProductRecord()
 {
     const auto key = mevo::productKey(deviceOpen() ? DongleID : QLatin1String(mevo::kNoDeviceIdentity));
-    if (!IsOnline || !BackendReachable || !key) {
+    if (!IsOnline || !key) { // also with a main address that does not answer: there are two more
         return false;
     }
     const auto reply =
@@ -119,6 +122,7 @@ void MainWindow::ReadServerInfo()
     if (!IsOnline || !BackendReachable || !(NoDeviceMode || DeviceConnected) || DongleID.isEmpty()) {
         return;
     }
+    const int choice = m_languageChoice;
     const auto reply = m_webApi->RunWithFailover(
         mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {DongleID}),
         mevo::DeviceRecordTimeouts);
@@ -141,11 +145,39 @@ void MainWindow::ReadServerInfo()
     for (const NumberColumn &column : numberColumns) {
         this->*column.member = mevo::columnNumber(row, QLatin1String(column.column), this->*column.member);
     }
+    EnableASR3 = mevo::columnNumber(row, QStringLiteral("EnableASR3"), EnableASR3 ? 1 : 0) != 0;
+    IPRecord = mevo::columnText(row, QStringLiteral("IPRecord"));
     ShowPowerLevel = mevo::columnNumber(row, QStringLiteral("ShowPowerLevel")) != 0;
     ShowPowerLow = mevo::columnNumber(row, QStringLiteral("ShowPowerLow")) != 0;
+    qInfo() << "The device record is applied";
+    if (choice != m_languageChoice) {
+        return; // the user has chosen meanwhile, and the record was read before it heard of that
+    }
     for (const mevo::EngineChange &change :
          mevo::applyRecordSelectors(*this, *m_recorder, isXpClass(), storedDialect, storedSmallLan)) {
         carryOut(change);
+    }
+}
+
+void MainWindow::reportAddress()
+{
+    if (!DeviceConnected || !BackendReachable || DongleID.isEmpty()) {
+        return;
+    }
+    IPRecord = mevo::localAddress(QNetworkInterface::allAddresses());
+    m_webApi->WriteDeviceColumn(QStringLiteral("IPRecord='%1'").arg(IPRecord));
+}
+
+void MainWindow::settleFirstArrival()
+{
+    if (m_recorder == nullptr || !FirstRunApp || !IsOnline || !DeviceConnected || !EnableASR3) {
+        return;
+    }
+    FirstRunApp = false;
+    carryOut(mevo::chooseAtFirstArrival(*this, *m_recorder));
+    if (!BaiDuNoStreamApi_FastVersion) {
+        runBackendSql(mevo::deviceStatement(mevo::Statement::FirstRunBaidu, SchemaName,
+                                            {QStringLiteral("0"), DongleID}));
     }
 }
 
@@ -172,6 +204,9 @@ void MainWindow::sendUsageOnExit(bool withTencent)
 {
     if (m_recorder == nullptr || !BackendReachable) {
         return;
+    }
+    if (DeviceConnected) {
+        updateRecCountsTimerOut(); // before the report that switches the microphone off
     }
     const auto write = [this](mevo::Statement statement, int count) {
         RunBackendSql(mevo::deviceStatement(statement, SchemaName, {QString::number(count), DongleID}),

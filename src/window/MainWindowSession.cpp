@@ -150,6 +150,7 @@ void MainWindow::on_closeASRFuncAction()
         m_closeAsrAction->setText(tr("关闭语音输入识别"));
         return;
     }
+    updateRecCountsTimerOut();
     if (!sendMicrophoneLatch(false)) {
         return;
     }

@@ -312,14 +312,20 @@ private Q_SLOTS:
         QTest::addColumn<Engine>("engine");
         QTest::addColumn<QByteArray>("code");
         QTest::addColumn<QString>("recorder");
-        QTest::addColumn<bool>("account"); // a new account of Baidu is loaded
+        QTest::addColumn<QString>("account"); // list that an account is drawn from before the row is stored
         QTest::addColumn<bool>("setup");
-        QTest::newRow("Tencent") << Engine::Tencent << QByteArray("16k_ca") << "T" << false << false;
-        QTest::newRow("dialect") << Engine::Tencent << QByteArray("16k_zh_dialect") << "T" << false << false;
-        QTest::newRow("Baidu") << Engine::Baidu << QByteArray("1637") << "B" << true << false;
-        QTest::newRow("Baidu as before") << Engine::Baidu << QByteArray("1537") << "B" << false << false;
-        QTest::newRow("XunFei") << Engine::XunFei << QByteArray("en_us") << "X" << false << false;
-        QTest::newRow("third party") << Engine::ThirdParty << QByteArray("2") << "T" << false << true;
+        QTest::newRow("Tencent") << Engine::Tencent << QByteArray("16k_ca") << "T"
+                                 << "" << false;
+        QTest::newRow("dialect") << Engine::Tencent << QByteArray("16k_zh_dialect") << "T"
+                                 << "" << false;
+        QTest::newRow("Baidu") << Engine::Baidu << QByteArray("1637") << "B"
+                               << "byydsrbdssset.ini" << false;
+        QTest::newRow("Baidu as before") << Engine::Baidu << QByteArray("1537") << "B"
+                                         << "" << false;
+        QTest::newRow("XunFei") << Engine::XunFei << QByteArray("en_us") << "X"
+                                << "" << false;
+        QTest::newRow("third party") << Engine::ThirdParty << QByteArray("2") << "T"
+                                     << "" << true;
     }
 
     void choice()
@@ -332,10 +338,11 @@ private Q_SLOTS:
         desk.state.UseTecentZhDialect = true;
         desk.state.LocalEnableASR3 = engine != Engine::ThirdParty;
         desk.state.LocalUseASR3Index = 1;
+        const mevo::CredentialListRow *list = mevo::accountListFor(row(engine, code.constData()), desk.state);
+        QTEST(QString::fromLatin1(list != nullptr ? list->file : ""), "account");
         const mevo::EngineChange change =
             mevo::chooseLanguage(row(engine, code.constData()), desk.state, desk.recorder);
         QTEST(flags(desk.recorder), "recorder");
-        QTEST(change.reloadBaiduAccount, "account");
         QTEST(change.setupInputMethod, "setup");
         QVERIFY(change.rebuild && change.persistEngine);
         QVERIFY(!desk.state.BaiDuNoStreamApi_FastVersion);
@@ -395,6 +402,14 @@ private Q_SLOTS:
                 d.state.UseBDAPIPara = d.state.UseXFWAPIPara = 1;
             },
             "X", "1637 en_us", "RR");
+        add(
+            "Baidu without a language",
+            [](Desk &d) {
+                d.use(Engine::Tencent);
+                d.state.BaiDuCurrentVoiceType.clear();
+                d.state.UseBDAPIPara = 1;
+            },
+            "B", "1537 en_us", "R");
         add(
             "XP class, XunFei alone",
             [](Desk &d) {
@@ -477,6 +492,60 @@ private Q_SLOTS:
         for (const mevo::EngineChange &change : {toXunFei, toTencent}) {
             QVERIFY(change.rebuild && change.persistEngine && change.setupInputMethod);
         }
+    }
+
+    void whatTheRecordIsTold_data()
+    {
+        QTest::addColumn<bool>("baidu");
+        QTest::addColumn<bool>("tencent");
+        QTest::addColumn<bool>("xunFei");
+        QTest::addColumn<QString>(
+            "columns"); // UseTXAPIPara, UseBDAPIPara, UseXFSDKPara; empty for no statement
+        QTest::newRow("none") << false << false << false << "";
+        QTest::newRow("Baidu") << true << false << false << "0 1 0";
+        QTest::newRow("Tencent") << false << true << false << "1 0 0";
+        QTest::newRow("XunFei") << false << false << true << "0 0 1";
+        QTest::newRow("Baidu and Tencent") << true << true << false << "1 0 0";
+        QTest::newRow("all") << true << true << true << "0 0 1";
+    }
+
+    void whatTheRecordIsTold()
+    {
+        QFETCH(QString, columns);
+        RecorderState recorder;
+        QFETCH(bool, baidu);
+        QFETCH(bool, tencent);
+        QFETCH(bool, xunFei);
+        recorder.BaiDuNoStreamApi = baidu;
+        recorder.UseTXASRApi = tencent;
+        recorder.UseXunFeiWebApi = xunFei;
+        const QStringList on = columns.split(u' ');
+        QCOMPARE(
+            mevo::engineStatement(recorder, QStringLiteral("db"), QStringLiteral("02-01-7")),
+            columns.isEmpty()
+                ? QString()
+                : QStringLiteral("update db.device_serialid set DefaultRecEngine=10, UseTXAPIPara= '%1', "
+                                 "UseBDAPIPara ='%2', UseXFSDKPara = '%3', UseXFWAPIPara='0'  where "
+                                 "DongleID='02-01-7'")
+                      .arg(on[0], on[1], on[2]));
+    }
+
+    void firstArrival()
+    {
+        Desk desk;
+        desk.state.EnableASR3 = desk.state.LocalEnableASR3 = true;
+        desk.state.LocalUseASR3Index = desk.state.UseASR3Index = 2;
+        desk.state.BaiDuCurrentVoiceType = QStringLiteral("1637");
+        const mevo::EngineChange change = mevo::chooseAtFirstArrival(desk.state, desk.recorder);
+        QCOMPARE(flags(desk.recorder), QStringLiteral("B"));
+        QVERIFY(!desk.state.EnableASR3 && !desk.state.LocalEnableASR3);
+        QCOMPARE(desk.state.UseASR3Index + desk.state.LocalUseASR3Index, -2);
+        QCOMPARE(
+            written(change.writes),
+            QStringLiteral("BaiDuCurrentVoiceType=1537 BaiDuNoStreamApi=1 BaiDuNoStreamApi_FastVersion=0 "
+                           "FirstRunApp=0 LocalEnableASR3=0 LocalUseASR3Index=-1 UseTXASRApi=0 "
+                           "UseXunFeiWebApi=0"));
+        QVERIFY(change.rebuild && !change.persistEngine);
     }
 
     void refusedLanguage()

@@ -1,3 +1,4 @@
+#include "service/LocalAddress.h"
 #include "service/QReplyTimeout.h"
 #include "service/RelayHttp.h"
 #include "service/ReplyWait.h"
@@ -11,6 +12,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 using mevo::WebApi;
@@ -60,6 +62,10 @@ private slots:
     void columnWrite();
     void failover_data();
     void failover();
+    void statementsSideBySide();
+    void sharedWait();
+    void ownAddress_data();
+    void ownAddress();
     void goesThroughTheProxy();
     void surroundingsGoDuringAWait_data();
     void surroundingsGoDuringAWait();
@@ -90,7 +96,7 @@ void TestWebApi::init()
     m_state.SchemaName = QStringLiteral("db");
     m_state.DongleID = QStringLiteral("01-02-030405");
     m_state.ServerUrl = m_state.ServerUrlBk1 = m_state.ServerUrlBk2 = base();
-    m_api = std::make_unique<WebApi>(m_state, *m_platform.time, cipher);
+    m_api = std::make_unique<WebApi>(m_state, cipher);
 }
 
 void TestWebApi::answers_data()
@@ -314,6 +320,94 @@ void TestWebApi::failover()
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(servers[i].requests.size(), i <= down ? 1 : 0);
     }
+}
+
+void TestWebApi::statementsSideBySide()
+{
+    std::vector<QString> statements;
+    for (int i = 0; i < 9; ++i) {
+        statements.push_back(QStringLiteral("list %1").arg(i));
+    }
+    m_server->answering = [](const ScriptedRequest &request) {
+        const QString statement = statementOf(request, "newsql___");
+        return statement == QLatin1String("list 3")
+                   ? ScriptedAnswer::late(ScriptedAnswer::body("no", 500))
+                   : ScriptedAnswer::late(ScriptedAnswer::body("answer to " + statement.toLatin1()));
+    };
+    // Nothing is answered before the last has been asked: they cannot have waited for one another.
+    m_server->onRequest = [this](const ScriptedRequest &) {
+        if (m_server->requests.size() == 9) {
+            QTimer::singleShot(0, m_server.get(), [this] { m_server->answerHeld(); });
+        }
+    };
+    const std::vector<QString> answers = m_api->RunBackendSqls(nullptr, statements, base(), 20000);
+    QCOMPARE(answers.size(), std::size_t(9));
+    for (int i = 0; i < 9; ++i) {
+        QCOMPARE(answers[std::size_t(i)], i == 3 ? QString() : QStringLiteral("answer to list %1").arg(i));
+    }
+
+    m_server->onRequest = nullptr; // those that come are had, though one never does
+    m_server->answering = [](const ScriptedRequest &request) {
+        return statementOf(request, "newsql___") == QLatin1String("list 0") ? ScriptedAnswer::silence()
+                                                                            : ScriptedAnswer::body("had");
+    };
+    const std::vector<QString> some = m_api->RunBackendSqls(nullptr, statements, base(), 500);
+    QVERIFY(some[0].isNull());
+    QCOMPARE(std::count(some.begin(), some.end(), QStringLiteral("had")), 8);
+    m_state.BackendReachable = false;
+    m_server->clear();
+    QCOMPARE(m_api->RunBackendSqls(nullptr, statements, base(), 500), std::vector<QString>(9));
+    QCOMPARE(m_server->connections, 0);
+}
+
+void TestWebApi::sharedWait()
+{
+    m_server->fallback = ScriptedAnswer::silence();
+    m_api->shareWait(200);
+    QElapsedTimer time;
+    time.start();
+    QString reply;
+    QCOMPARE(get(50, reply), -1);
+    QCOMPARE(m_api->cutOffCount(), 0); // it has had its whole time
+    QVERIFY(
+        m_api->RunBackendSqls(nullptr, {QStringLiteral("a"), QStringLiteral("b")}, base(), 5000)[0].isNull());
+    QCOMPARE(m_api->cutOffCount(), 1);
+    QVERIFY(m_api->sharedWaitUsedUp());
+    QTRY_COMPARE(m_server->requests.size(), 3);
+    QVERIFY(!m_api->RunWithFailover(QStringLiteral("x"), {5000, 5000, 5000}).has_value());
+    QCOMPARE(m_api->WriteDeviceColumn(QStringLiteral("x")), -1);
+    QCOMPARE(m_api->cutOffCount(), 5);
+    QCOMPARE(get(1, reply), 0); // what nobody waits for takes no time
+    QVERIFY2(time.elapsed() < 4000, qPrintable(QString::number(time.elapsed())));
+    QTRY_COMPARE(m_server->requests.size(), 4);
+    m_api->endSharedWait();
+    m_server->fallback = ScriptedAnswer::body("in time");
+    QCOMPARE(get(5000, reply), 200);
+    QCOMPARE(m_api->cutOffCount(), 5);
+}
+
+void TestWebApi::ownAddress_data()
+{
+    QTest::addColumn<QString>("addresses");
+    QTest::addColumn<QString>("address");
+    QTest::newRow("usual") << "127.0.0.1 ::1 fe80::1%eth0 192.168.1.7 10.0.0.2"
+                           << "192.168.1.7";
+    QTest::newRow("no lease") << "127.0.0.1 169.254.7.7 2001:db8::7"
+                              << "2001:db8::7";
+    QTest::newRow("alone") << "127.0.0.1 ::1 fe80::1%eth0"
+                           << "127.0.0.1";
+    QTest::newRow("none") << ""
+                          << "127.0.0.1";
+}
+
+void TestWebApi::ownAddress()
+{
+    QFETCH(QString, addresses);
+    QList<QHostAddress> list;
+    for (const QString &address : addresses.split(u' ', Qt::SkipEmptyParts)) {
+        list.append(QHostAddress(address));
+    }
+    QTEST(mevo::localAddress(list), "address");
 }
 
 void TestWebApi::goesThroughTheProxy()

@@ -160,7 +160,9 @@ void ScriptedHttp::read(QTcpSocket *socket)
     received.remove(0, headEnd + 4 + length);
 
     requests.append(request);
-    const ScriptedAnswer answer = m_answers.isEmpty() ? fallback : m_answers.takeFirst();
+    const ScriptedAnswer answer = !m_answers.isEmpty() ? m_answers.takeFirst()
+                                  : answering          ? answering(request)
+                                                       : fallback;
     const QPointer<QTcpSocket> open(socket);
     if (const auto callback = onRequest) { // a copy: it may replace itself
         callback(request);
@@ -209,6 +211,7 @@ void ScriptedHttp::clear()
     m_answers.clear();
     m_held.clear();
     onRequest = nullptr;
+    answering = nullptr;
     fallback = ScriptedAnswer::body("{}");
     connections = 0;
 }

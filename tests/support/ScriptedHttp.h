@@ -65,6 +65,8 @@ public:
     void clear();
 
     ScriptedAnswer fallback = ScriptedAnswer::body("{}");
+    /// Where it is set it gives the answers that `fallback` would.
+    std::function<ScriptedAnswer(const ScriptedRequest &)> answering;
     /// Called at each request, before it is answered.
     std::function<void(const ScriptedRequest &)> onRequest;
     QList<ScriptedRequest> requests;
