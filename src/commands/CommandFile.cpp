@@ -1,10 +1,11 @@
 #include "commands/CommandFile.h"
 
+#include "base/IniLine.h"
 #include "base/IniValue.h"
+#include "base/LogText.h"
+#include "base/WholeFile.h"
 
 #include <QDebug>
-#include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <string_view>
@@ -15,7 +16,6 @@ namespace {
 
 using Bytes = std::string_view;
 
-constexpr qint64 largestFile = 64 << 20;
 constexpr int longestSaidWord = 1000;
 constexpr int namedFaults = 5;
 constexpr int quotedLength = 40;
@@ -40,30 +40,20 @@ struct Group
     QStringList faults;
 };
 
-Bytes trimmed(Bytes text)
+void takeLine(const IniLine &line, Group &group)
 {
-    constexpr char blanks[] = " \t\r";
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
-}
-
-void takeLine(Bytes line, Group &group)
-{
-    const auto equals = line.find('=');
-    if (equals == Bytes::npos) {
+    if (line.kind == IniLine::Kind::Odd) {
         group.faults.append(QStringLiteral("a line without \"=\""));
         return;
     }
-    const Bytes name = trimmed(line.substr(0, equals));
     for (const Key &key : keys) {
-        if (name == key.name) {
-            bool open = false;
-            QString &cell = group.row.*key.cell;
-            cell = readIniValue(trimmed(line.substr(equals + 1)), open);
-            if (open) {
+        if (line.name == key.name) {
+            const IniValue read = readIniValue(line.value);
+            group.row.*key.cell = read.text();
+            if (read.openQuote) {
                 group.faults.append(QStringLiteral("an open quote in %1").arg(QLatin1String(key.name)));
             }
-            if (cell.contains(QChar(QChar::ReplacementCharacter))) {
+            if (read.broken) {
                 group.faults.append(QStringLiteral("%1 is not UTF-8").arg(QLatin1String(key.name)));
             }
             return;
@@ -71,12 +61,11 @@ void takeLine(Bytes line, Group &group)
     }
 }
 
-/// Begins the group of a line in brackets. False when the keys that follow are not a row's own: they
-/// belong to no group, or to one inside the row's.
-bool beginGroup(Bytes line, std::vector<Group> &groups)
+/// Begins a group. False when the keys that follow are not a row's own: they belong to no group, or to one
+/// inside the row's.
+bool beginGroup(const IniLine &line, std::vector<Group> &groups)
 {
-    const Bytes inside = trimmed(line.substr(1, line.find(']') - 1));
-    const QString name = QString::fromUtf8(inside.data(), int(inside.size()));
+    const QString name = readIniName(line.name);
     if (name.compare(QLatin1String("General"), Qt::CaseInsensitive) == 0) {
         return false;
     }
@@ -90,19 +79,12 @@ std::vector<Group> readGroups(Bytes text)
     std::vector<Group> groups;
     bool inGroup = false;
     while (!text.empty()) {
-        const auto end = text.find('\n');
-        const Bytes line = trimmed(text.substr(0, end));
-        text.remove_prefix(end == Bytes::npos ? text.size() : end + 1);
-        if (line.empty() || line[0] == ';' || line[0] == '#') {
-            continue;
+        const IniLine line = takeIniLine(text);
+        if (line.kind == IniLine::Kind::Group) {
+            inGroup = beginGroup(line, groups);
+        } else if (inGroup && line.kind != IniLine::Kind::Blank) {
+            takeLine(line, groups.back());
         }
-        if (line[0] != '[') {
-            if (inGroup) {
-                takeLine(line, groups.back());
-            }
-            continue;
-        }
-        inGroup = beginGroup(line, groups);
     }
     return groups;
 }
@@ -137,7 +119,7 @@ void sortAndJoin(std::vector<Group> &groups)
 
 QString shown(const QString &text)
 {
-    return QLatin1Char('"') + text.simplified().left(quotedLength) + QLatin1Char('"');
+    return QLatin1Char('"') + logText(text.left(quotedLength)) + QLatin1Char('"');
 }
 
 void examine(Group &group)
@@ -169,9 +151,8 @@ void examine(Group &group)
 CommandFile parseCommandFile(const QByteArray &text)
 {
     Bytes bytes(text.constData(), std::size_t(text.size()));
-    constexpr Bytes byteOrderMark("\xEF\xBB\xBF");
-    if (bytes.substr(0, byteOrderMark.size()) == byteOrderMark) {
-        bytes.remove_prefix(byteOrderMark.size());
+    if (bytes.substr(0, utf8Mark.size()) == utf8Mark) {
+        bytes.remove_prefix(utf8Mark.size());
     }
     std::vector<Group> groups = readGroups(bytes);
     sortAndJoin(groups);
@@ -183,9 +164,9 @@ CommandFile parseCommandFile(const QByteArray &text)
     for (Group &group : groups) {
         examine(group);
         if (!group.faults.isEmpty()) {
-            file.faults.append(QStringLiteral("row %1: %2")
-                                   .arg(group.name.simplified().left(quotedLength),
-                                        group.faults.join(QStringLiteral(", "))));
+            file.faults.append(
+                QStringLiteral("row %1: %2")
+                    .arg(logText(group.name.left(quotedLength)), group.faults.join(QStringLiteral(", "))));
         }
         file.rows.push_back(std::move(group.row));
     }
@@ -220,17 +201,11 @@ QByteArray commandFileText(const CommandRows &rows)
 
 std::optional<QByteArray> readCommandFile(const QString &path)
 {
-    QFile file(path);
-    const QFileInfo info(path);
-    if (!info.exists()) {
-        return QByteArray();
-    }
-    if (!info.isFile() || info.size() > largestFile ||
-        !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    std::optional<QByteArray> text = readWholeFile(path);
+    if (!text) {
         qWarning().noquote() << "Command table:" << path << "cannot be read";
-        return std::nullopt;
     }
-    return file.readAll();
+    return text;
 }
 
 void logFaults(const QString &path, const QStringList &faults)
