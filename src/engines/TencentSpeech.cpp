@@ -1,6 +1,7 @@
 #include "engines/TencentSpeech.h"
 
 #include "base/ApplicationFiles.h"
+#include "base/LogText.h"
 #include "engines/BaiduRequest.h"
 #include "engines/CurlPost.h"
 #include "engines/TencentCredentials.h"
@@ -73,6 +74,9 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm)
             return false;
         case TencentReply::Kind::Text:
             text = reply.text;
+            if (!reply.hasText) {
+                qWarning("Tencent: a reply's %d bytes hold no text", chunk.size());
+            }
             ++m_state.TXSR1DUsedQuantity;
             m_onText(text + QStringLiteral("__over__")); // last: an event loop may run in it, and we may go
             break;
@@ -83,6 +87,9 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm)
     switch (post.send(request.payload, onChunk)) {
     case CurlPost::Outcome::Done:
         std::fputs("result_code != CURLE_fail\n", stderr); // kept: it says that all went well
+        if (received == 0) {
+            qWarning("Tencent: the reply is empty");
+        }
         return {true, text};
     case CurlPost::Outcome::NoHandle:
         qWarning("Tencent: libcurl gives no handle");
@@ -92,7 +99,7 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm)
     }
     std::fprintf(stderr, "\ncurl_easy_perform() failed: %s\n", qPrintable(post.error()));
     if (!refused) { // else the reason has been said
-        qWarning().noquote() << "Tencent: the request failed:" << post.error();
+        qWarning().noquote() << "Tencent: the request failed:" << logText(post.error());
     }
     return {false, text};
 }
@@ -100,7 +107,7 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm)
 void TencentSpeech::onError(const TencentReply &reply)
 {
     const QString message = tencentErrorMessage(reply);
-    qWarning().noquote() << "Tencent:" << message;
+    qWarning().noquote() << "Tencent: error" << logText(reply.code + QLatin1Char(' ') + reply.message);
     if (m_state.ShowTipsDlg && saysClockIsWrong(message)) {
         m_processes.openElevated(QStringLiteral("\\校时助手.exe"), {});
     }
