@@ -17,9 +17,9 @@ const QLatin1String general("General");
 QString groupOfName(Bytes name, bool *broken)
 {
     const QString group = readIniName(name, broken);
-    return group.compare(general, Qt::CaseInsensitive) != 0 ? group
-           : name[0] == '%'                                 ? QString(general)
-                                                            : QString();
+    return group.compare(general, Qt::CaseInsensitive) == 0                      ? QString()
+           : group.compare(QLatin1Char('%') + general, Qt::CaseInsensitive) == 0 ? group.mid(1)
+                                                                                 : group;
 }
 
 QByteArray nameOfGroup(const QString &group)

@@ -40,10 +40,20 @@ struct Group
     QStringList faults;
 };
 
+/// A file of nothing but nonsense must not become a log line as long.
+void note(Group &group, const QString &fault)
+{
+    if (group.faults.size() < namedFaults) {
+        group.faults.append(fault);
+    } else if (group.faults.size() == namedFaults) {
+        group.faults.append(QStringLiteral("and more"));
+    }
+}
+
 void takeLine(const IniLine &line, Group &group)
 {
     if (line.kind == IniLine::Kind::Odd) {
-        group.faults.append(QStringLiteral("a line without \"=\""));
+        note(group, QStringLiteral("a line without \"=\""));
         return;
     }
     for (const Key &key : keys) {
@@ -51,10 +61,10 @@ void takeLine(const IniLine &line, Group &group)
             const IniValue read = readIniValue(line.value);
             group.row.*key.cell = read.text();
             if (read.openQuote) {
-                group.faults.append(QStringLiteral("an open quote in %1").arg(QLatin1String(key.name)));
+                note(group, QStringLiteral("an open quote in %1").arg(QLatin1String(key.name)));
             }
             if (read.broken) {
-                group.faults.append(QStringLiteral("%1 is not UTF-8").arg(QLatin1String(key.name)));
+                note(group, QStringLiteral("%1 is not UTF-8").arg(QLatin1String(key.name)));
             }
             return;
         }
@@ -105,7 +115,9 @@ void sortAndJoin(std::vector<Group> &groups)
             }
             continue;
         }
-        last->faults += next->faults;
+        for (const QString &fault : qAsConst(next->faults)) {
+            note(*last, fault);
+        }
         for (const Key &key : keys) {
             if (!(next->row.*key.cell).isNull()) {
                 last->row.*key.cell = next->row.*key.cell;
@@ -127,20 +139,20 @@ void examine(Group &group)
     const CommandRow &row = group.row;
     for (const Key &key : keys) {
         if ((row.*key.cell).isNull() && key.cell != &CommandRow::Hide) {
-            group.faults.append(QStringLiteral("no ") + QLatin1String(key.name));
+            note(group, QStringLiteral("no ") + QLatin1String(key.name));
         }
     }
     const auto type = commandTypeOfIndex(row.CmdWordTypeIndex);
     if (!row.CmdWordTypeIndex.isNull() && !type) {
-        group.faults.append(QStringLiteral("no type has the number ") + shown(row.CmdWordTypeIndex));
+        note(group, QStringLiteral("no type has the number ") + shown(row.CmdWordTypeIndex));
     }
     if (!row.CmdWordType.isNull() && commandTypeOfLabel(row.CmdWordType) != type) {
-        group.faults.append(shown(row.CmdWordType) + QStringLiteral(" is not the type of that number"));
+        note(group, shown(row.CmdWordType) + QStringLiteral(" is not the type of that number"));
     }
     if (row.CommandWords.size() > longestSaidWord) {
         for (const QStringRef &word : row.CommandWords.splitRef(QLatin1Char(';'))) {
             if (word.size() > longestSaidWord) {
-                group.faults.append(QStringLiteral("a word of %1 characters").arg(word.size()));
+                note(group, QStringLiteral("a word of %1 characters").arg(word.size()));
             }
         }
     }
