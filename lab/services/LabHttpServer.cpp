@@ -219,8 +219,12 @@ void LabHttpServer::respond(const QSharedPointer<Connection> &connection, const 
     if (cutAt >= 0) {
         wire.truncate(wire.size() - sent.body.size() + cutAt);
     }
+    const bool headOnly = fault.kind == "head";
+    if (headOnly) {
+        wire.truncate(fault.value);
+    }
     connection->socket->write(wire);
-    if (cutAt >= 0 || announced >= 0) {
+    if (cutAt >= 0 || announced >= 0 || headOnly) {
         connection->socket->disconnectFromHost();
         return;
     }

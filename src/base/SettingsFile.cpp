@@ -90,6 +90,11 @@ public:
         if (m_written.isEmpty()) {
             return m_readable;
         }
+        read();
+        if (m_readable && withWritten().text() == m_content) {
+            m_written.clear();
+            return true; // as at each load, which stores what is there
+        }
         // Other programs with Qt's settings take the same lock. One that hangs on to it is not waited for.
         QLockFile otherPrograms(m_path + QStringLiteral(".lock"));
         otherPrograms.tryLock(otherProgramsTurnMs);
@@ -120,27 +125,31 @@ private:
         m_stamp = stamp;
     }
 
-    /// Puts all that was set into the file.
-    bool write()
+    IniText withWritten() const
     {
         IniText text = m_text;
         for (auto entry = m_written.cbegin(); entry != m_written.cend(); ++entry) {
             text.setValue(entry.key(), entry.value());
         }
+        return text;
+    }
+
+    /// Puts all that was set into the file.
+    bool write()
+    {
+        IniText text = withWritten();
         const QByteArray content = text.text();
-        if (content != m_content) {
-            if (!keepBroken(m_path, m_text)) {
-                return false;
-            }
-            const QString failure = replaceWholeFile(m_path, content);
-            if (!failure.isEmpty()) {
-                qWarning().noquote() << "Settings:" << m_path << "cannot be written:" << failure;
-                return false;
-            }
-            m_text = std::move(text);
-            m_content = content;
-            m_stamp = FileStamp::of(m_path);
+        if (!keepBroken(m_path, m_text)) {
+            return false;
         }
+        const QString failure = replaceWholeFile(m_path, content);
+        if (!failure.isEmpty()) {
+            qWarning().noquote() << "Settings:" << m_path << "cannot be written:" << failure;
+            return false;
+        }
+        m_text = std::move(text);
+        m_content = content;
+        m_stamp = FileStamp::of(m_path);
         m_written.clear();
         return true;
     }

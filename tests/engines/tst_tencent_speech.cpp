@@ -287,6 +287,7 @@ private slots:
         };
         row("closed", "close", 0, false, 0, "the request failed");
         row("cut", "cut", 20, false, 0, "are no answer");
+        row("cut in its head", "head", 30, true, 0, "the reply is empty");
         row("whole, but too short", "length", 7, false, 1, "the request failed");
         row("garbage", "garbage", 0, true, 0, "are no answer");
         row("empty", "empty", 0, true, 0, "the reply is empty");
