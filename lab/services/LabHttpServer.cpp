@@ -225,8 +225,12 @@ void LabHttpServer::respond(const QSharedPointer<Connection> &connection, const 
         trickle(connection, wire, fault.value);
         return;
     }
+    const bool headOnly = fault.kind == "head";
+    if (headOnly) {
+        wire.truncate(fault.value);
+    }
     connection->socket->write(wire);
-    if (cutAt >= 0 || announced >= 0) {
+    if (cutAt >= 0 || announced >= 0 || headOnly) {
         connection->socket->disconnectFromHost();
         return;
     }

@@ -3,6 +3,7 @@
 #include "audio/MicrophoneChoice.h"
 #include "audio/RecorderHost.h"
 #include "audio/Samples.h"
+#include "base/LogText.h"
 #include "base/SettingsFile.h"
 #include "engines/EngineSelection.h"
 #include "platform/Platform.h"
@@ -160,7 +161,7 @@ bool AudioRecorder::makeDefault(const QString &name)
 {
     const QString before = defaultMicrophone().deviceName();
     if (!m_platform.audioRouter->switchDefault(name)) {
-        qWarning().noquote() << "Recorder: cannot make" << name << "the default microphone";
+        qWarning().noquote() << "Recorder: cannot make" << mevo::logText(name) << "the default microphone";
         return false;
     }
     // The new default reaches Qt's device list on a thread of its own, a little later.

@@ -1,5 +1,7 @@
 #include "base/IniValue.h"
 
+#include "base/Utf8.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -26,14 +28,11 @@ int digit(char character, int base)
     return value < base ? value : -1;
 }
 
-/// Reads the escape behind the backslash at `at` and moves `at` behind it. An unknown one stands for
-/// nothing, as in QSettings; a backslash at the end of the line for itself.
+/// Reads the escape that the backslash at `at` begins and moves `at` behind it. One that nobody writes was
+/// typed by hand, as part of a path most likely: the backslash stands for itself.
 QString unescaped(Bytes text, std::size_t &at)
 {
-    if (++at >= text.size()) {
-        return QStringLiteral("\\");
-    }
-    const char letter = text[at];
+    const char letter = ++at < text.size() ? text[at] : '\0';
     for (const Escape &escape : escapes) {
         if (escape.letter == letter) {
             ++at;
@@ -41,31 +40,35 @@ QString unescaped(Bytes text, std::size_t &at)
         }
     }
     const int base = letter == 'x' ? 16 : 8;
-    at += letter == 'x' ? 1 : 0;
-    if (base == 8 && digit(letter, base) < 0) {
-        ++at;
-        return {};
-    }
+    std::size_t digits = at + (letter == 'x' ? 1 : 0);
+    const std::size_t first = digits;
     ushort unit = 0;
-    for (; at < text.size() && digit(text[at], base) >= 0; ++at) {
-        unit = ushort(unit * base + digit(text[at], base));
+    for (; digits < text.size() && digit(text[digits], base) >= 0; ++digits) {
+        unit = ushort(unit * base + digit(text[digits], base));
     }
+    if (digits == first) {
+        return QStringLiteral("\\");
+    }
+    at = digits;
     return QString(QChar(unit));
 }
 
 /// QSettings keeps other types than texts behind an "@" and doubles the "@" of a text.
-QString withoutTypeMark(const QString &value)
+QVariant withoutTypeMark(const QString &value)
 {
+    const QLatin1String byteArray("@ByteArray(");
+    const QLatin1String text("@String(");
     if (value.startsWith(QLatin1String("@@"))) {
         return value.mid(1);
     }
     if (value == QLatin1String("@Invalid()")) {
-        return QString();
+        return {};
     }
-    for (const QLatin1String mark : {QLatin1String("@String("), QLatin1String("@ByteArray(")}) {
-        if (value.startsWith(mark) && value.endsWith(QLatin1Char(')'))) {
-            return value.mid(mark.size()).chopped(1);
-        }
+    if (value.startsWith(byteArray) && value.endsWith(QLatin1Char(')'))) {
+        return value.mid(byteArray.size()).chopped(1).toLatin1();
+    }
+    if (value.startsWith(text) && value.endsWith(QLatin1Char(')'))) {
+        return value.mid(text.size()).chopped(1);
     }
     return value;
 }
@@ -81,21 +84,30 @@ void appendEscaped(QByteArray &out, QChar character)
 }
 
 /// The opposite of withoutTypeMark().
-QString withTypeMark(const QString &value)
+QString withTypeMark(const QVariant &given)
 {
+    if (!given.isValid()) {
+        return QStringLiteral("@Invalid()");
+    }
+    if (given.type() == QVariant::ByteArray) {
+        const QByteArray bytes = given.toByteArray();
+        return QStringLiteral("@ByteArray(") + QString::fromLatin1(bytes.constData(), bytes.size()) +
+               QLatin1Char(')');
+    }
+    const QString value = given.toString();
     if (value.contains(QChar(QChar::Null))) {
         return QStringLiteral("@String(%1)").arg(value);
     }
     return value.startsWith(QLatin1Char('@')) ? QLatin1Char('@') + value : value;
 }
 
-QString decoded(Bytes text)
+std::size_t endWithoutBlanks(Bytes text, std::size_t end)
 {
-    return QString::fromUtf8(text.data(), int(text.size()));
+    return text.substr(0, end).find_last_not_of(" \t") + 1;
 }
 
-/// A value's text without quotes, escapes and remark.
-QString unquoted(Bytes text, bool &open)
+/// A value's text without quotes, escapes and remark; `read` gets everything but the value.
+QString unquoted(Bytes text, IniValue &read)
 {
     QString value = QLatin1String(""); // empty, which is not the same as absent
     bool quotes = false;
@@ -117,28 +129,44 @@ QString unquoted(Bytes text, bool &open)
                                 : quoted && run[0] == ';' ? std::size_t(0)
                                                           : run.find(" ;");
             if (remark != Bytes::npos) {
-                const Bytes kept = run.substr(0, remark);
-                value += decoded(kept.substr(0, kept.find_last_not_of(" \t") + 1));
-                break;
+                value += textOfUtf8(run.substr(0, endWithoutBlanks(run, remark)), &read.broken);
+                read.length = endWithoutBlanks(text, at + remark);
+                return value;
             }
-            value += decoded(run);
+            value += textOfUtf8(run, &read.broken);
             at = end;
         }
     }
-    open = quotes;
+    read.length = text.size();
+    read.openQuote = quotes;
     return value;
+}
+
+bool standsInNames(uint unit)
+{
+    return (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || (unit >= '0' && unit <= '9') ||
+           unit == '_' || unit == '-' || unit == '.';
 }
 
 } // namespace
 
-QString readIniValue(Bytes text, bool &openQuote)
+IniValue readIniValue(Bytes text)
 {
-    return withoutTypeMark(unquoted(text, openQuote));
+    IniValue read;
+    const auto begin = std::min(text.find_first_not_of(" \t"), text.size());
+    const bool onlyARemark = begin > 0 && begin < text.size() && text[begin - 1] == ' ' && text[begin] == ';';
+    read.begin = onlyARemark ? 0 : begin;
+    const auto end = onlyARemark ? 0 : endWithoutBlanks(text, text.size());
+    const Bytes inside = text.substr(read.begin, end > read.begin ? end - read.begin : 0);
+    read.value = withoutTypeMark(unquoted(inside, read));
+    read.broken = read.broken || inside.find('\0') != Bytes::npos;
+    return read;
 }
 
-QByteArray iniValueText(const QString &given)
+QByteArray iniValueText(const QVariant &given)
 {
     const QString value = withTypeMark(given);
+    const bool isBytes = given.type() == QVariant::ByteArray;
     QByteArray out;
     bool needsQuotes = value.startsWith(QLatin1Char(' ')) || value.endsWith(QLatin1Char(' '));
     bool afterNumber = false; // a hexadecimal digit behind a number would be read as part of it
@@ -158,7 +186,8 @@ QByteArray iniValueText(const QString &given)
         } else if (unit == 0) {
             out += "\\0";
             afterNumber = true;
-        } else if (unit < 0x20 || character.isSurrogate()) {
+        } else if (unit < 0x20 || character.isSurrogate() || unit == QChar::ByteOrderMark ||
+                   (isBytes && unit >= 0x7f)) {
             appendEscaped(out, character);
             afterNumber = true;
         } else {
@@ -167,6 +196,46 @@ QByteArray iniValueText(const QString &given)
         }
     }
     return needsQuotes ? '"' + out + '"' : out;
+}
+
+QString readIniName(Bytes text, bool *broken)
+{
+    const QString written = textOfUtf8(text, broken);
+    if (!written.contains(QLatin1Char('\\')) && !written.contains(QLatin1Char('%'))) {
+        return written;
+    }
+    QString name;
+    for (int i = 0; i < written.size(); ++i) {
+        const bool wide = written.midRef(i, 2) == QLatin1String("%U");
+        const QStringRef digits = written.midRef(i + (wide ? 2 : 1), wide ? 4 : 2);
+        if (written[i] == QLatin1Char('\\')) {
+            name += QLatin1Char('/');
+        } else if (written[i] == QLatin1Char('%') && digits.size() == (wide ? 4 : 2) &&
+                   std::all_of(digits.begin(), digits.end(), isHexDigit)) {
+            name += QChar(digits.toUShort(nullptr, 16));
+            i += digits.size() + (wide ? 1 : 0);
+        } else {
+            name += written[i];
+        }
+    }
+    return name;
+}
+
+QByteArray iniNameText(const QString &name)
+{
+    QByteArray text;
+    for (const QChar character : name) {
+        const ushort unit = character.unicode();
+        if (standsInNames(unit)) {
+            text += char(unit);
+        } else if (unit == '/') {
+            text += '\\';
+        } else {
+            text += (unit < 0x100 ? "%" : "%U") +
+                    QByteArray::number(unit, 16).toUpper().rightJustified(unit < 0x100 ? 2 : 4, '0');
+        }
+    }
+    return text;
 }
 
 } // namespace mevo

@@ -1,53 +1,71 @@
 #include "base/KeyTable.h"
 
 #include "base/ApplicationFiles.h"
+#include "base/IniLine.h"
+#include "base/IniValue.h"
+#include "base/LogText.h"
+#include "base/WholeFile.h"
 
 #include <QDebug>
-#include <QFile>
+#include <QHash>
 
 namespace mevo {
+
+namespace {
+
+void logIncomplete(const KeyTable &table, const QStringList &groups)
+{
+    int count = 0;
+    QString first;
+    for (int i = 0; i < groups.size(); ++i) {
+        if (table.names[i].isEmpty() || table.codes[i].isEmpty()) {
+            first = count++ == 0 ? groups[i] : first;
+        }
+    }
+    if (count > 0) {
+        qWarning().noquote() << "Key table:" << count << "keys have no name or no code, the first is group"
+                             << logText(first);
+    }
+}
+
+} // namespace
 
 KeyTable parseKeyTable(const QByteArray &ini)
 {
     KeyTable table;
-    QString group, name, code;
-    const auto endGroup = [&] {
-        if (!name.isEmpty() && !code.isEmpty()) {
-            table.names.append(name);
-            table.codes.append(code);
-        } else if (!group.isEmpty()) {
-            qWarning().noquote() << "Key table: group" << group << "has no name or no code";
-        }
-        name.clear();
-        code.clear();
-    };
-    for (const QString &raw : QString::fromUtf8(ini).split(QLatin1Char('\n'))) {
-        const QString line = raw.trimmed();
-        if (line.startsWith(QLatin1Char('['))) {
-            endGroup();
-            group = line.mid(1).chopped(line.endsWith(QLatin1Char(']')) ? 1 : 0);
-            continue;
-        }
-        const int equals = line.indexOf(QLatin1Char('='));
-        const QString key = line.left(equals).trimmed();
-        QString value = line.mid(equals + 1).trimmed();
-        if (value.size() > 1 && value.startsWith(QLatin1Char('"')) && value.endsWith(QLatin1Char('"'))) {
-            value = value.mid(1, value.size() - 2);
-        }
-        if (equals > 0 && key == QLatin1String("ShowName")) {
-            name = value;
-        } else if (equals > 0 && key == QLatin1String("VKCode")) {
-            code = value;
+    QStringList groups;
+    QHash<QString, int> places;
+    int at = -1;
+    std::string_view text(ini.constData(), std::size_t(ini.size()));
+    if (text.substr(0, utf8Mark.size()) == utf8Mark) {
+        text.remove_prefix(utf8Mark.size());
+    }
+    while (!text.empty()) {
+        const IniLine line = takeIniLine(text);
+        if (line.kind == IniLine::Kind::Group) {
+            const QString name = readIniName(line.name);
+            at = places.value(name, groups.size());
+            if (at == groups.size()) {
+                places.insert(name, at);
+                groups.append(name);
+                table.names.append(QString());
+                table.codes.append(QString());
+            }
+        } else if (line.kind == IniLine::Kind::Entry && at >= 0) {
+            if (line.name == "ShowName") {
+                table.names[at] = readIniValue(line.value).text();
+            } else if (line.name == "VKCode") {
+                table.codes[at] = readIniValue(line.value).text();
+            }
         }
     }
-    endGroup();
+    logIncomplete(table, groups);
     return table;
 }
 
 KeyTable loadKeyTable()
 {
-    QFile file(appFile(QStringLiteral("MEVKeysSetting.ini")));
-    return file.open(QIODevice::ReadOnly) ? parseKeyTable(file.readAll()) : KeyTable();
+    return parseKeyTable(readWholeFile(appFile(QStringLiteral("MEVKeysSetting.ini"))).value_or(QByteArray()));
 }
 
 } // namespace mevo

@@ -14,8 +14,8 @@ struct KeyTable
 };
 
 /// Reads "MEVKeysSetting.ini"-like text: a group a key with `ShowName` and `VKCode`. The order of the
-/// groups counts, which is why this is not left to QSettings: it sorts them. A group that lacks one of
-/// the two is passed over with a log line.
+/// groups counts, which is why this is not left to QSettings: it sorts them. Every group takes its place,
+/// since places have a meaning; what one lacks is empty, and the log says so in one line.
 KeyTable parseKeyTable(const QByteArray &ini);
 
 /// The table of the application folder; empty when the file is not there.

@@ -1,137 +1,191 @@
 #include "base/SettingsFile.h"
 
 #include "base/ApplicationFiles.h"
+#include "base/FileStamp.h"
+#include "base/IniText.h"
+#include "base/IniValue.h"
+#include "base/WholeFile.h"
 
-#include <QDateTime>
 #include <QDebug>
-#include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QLockFile>
+#include <QMap>
 #include <QMutex>
 #include <QMutexLocker>
-#include <QSaveFile>
-#include <QTextCodec>
+
+#include <algorithm>
+#include <optional>
 
 namespace mevo {
 
 namespace {
 
-/// Whether a quoted part of the line is not closed; a backslash takes the next character's meaning.
-bool endsInQuotes(const QByteArray &line)
-{
-    bool quoted = false;
-    for (int i = 0; i < line.size(); ++i) {
-        if (line[i] == '\\') {
-            ++i;
-        } else if (line[i] == '"') {
-            quoted = !quoted;
-        }
-    }
-    return quoted;
-}
+constexpr int otherProgramsTurnMs = 500;
 
-/// Whether text that somebody may have written by hand can be read to its last line as INI in UTF-8.
-/// QSettings itself reads over most damage without a word, and would write back only what it understood.
-bool isReadable(const QByteArray &content)
+/// Keeps a text that cannot be understood whole beside its file, under the first free name. Once: not when
+/// an earlier copy has all of its odd lines. False when it cannot be kept.
+bool keepBroken(const QString &path, const IniText &text)
 {
-    QTextCodec::ConverterState conversion;
-    QTextCodec::codecForName("UTF-8")->toUnicode(content.constData(), content.size(), &conversion);
-    if (content.contains('\0') || conversion.invalidChars > 0 || conversion.remainingChars > 0) {
-        return false;
+    const QByteArrayList odd = text.oddLines();
+    if (odd.isEmpty()) {
+        return true;
     }
-    for (const QByteArray &raw : content.split('\n')) {
-        const QByteArray line = raw.trimmed();
-        if (line.isEmpty() || line.startsWith(';') || line.startsWith('#')) {
-            continue;
+    QString copy = path + QStringLiteral(".broken");
+    for (int number = 2; QFileInfo::exists(copy); ++number) {
+        const QByteArrayList kept = IniText(readWholeFile(copy).value_or(QByteArray())).oddLines();
+        if (std::all_of(odd.begin(), odd.end(),
+                        [&](const QByteArray &line) { return kept.contains(line); })) {
+            return true;
         }
-        if (line.startsWith('[') ? !line.endsWith(']') : !line.contains('=') || endsInQuotes(line)) {
-            return false;
-        }
+        copy = path + QStringLiteral(".broken%1").arg(number);
     }
-    return true;
-}
-
-/// The same text with quotes around every unquoted value that holds a "," or ";": QSettings would split
-/// the value at the first and end it at the second. A ";" after a blank begins a remark.
-QByteArray withQuotes(const QByteArray &content)
-{
-    QByteArray quoted;
-    for (const QByteArray &line : content.split('\n')) {
-        const int equals = line.indexOf('=');
-        QByteArray value = line.mid(equals + 1).trimmed();
-        QByteArray remark;
-        const int blank = value.indexOf(" ;");
-        if (blank >= 0) {
-            remark = value.mid(blank);
-            value.truncate(blank);
-        }
-        const char first = line.trimmed().isEmpty() ? ';' : line.trimmed().front();
-        const bool split = value.contains(',') || value.contains(';');
-        const bool plain = !value.contains('"') && !value.endsWith('\\');
-        if (equals > 0 && split && plain && first != ';' && first != '#' && first != '[') {
-            quoted +=
-                line.left(equals + 1) + '"' + value + '"' + remark + (line.endsWith('\r') ? "\r\n" : "\n");
-        } else {
-            quoted += line + '\n';
-        }
+    const QString failure = replaceWholeFile(copy, text.text());
+    if (failure.isEmpty()) {
+        qWarning().noquote() << "Settings:" << path << "cannot be read whole; a copy is kept as" << copy;
+    } else {
+        qWarning().noquote() << "Settings:" << copy << "cannot be written:" << failure;
     }
-    quoted.chop(1);
-    return quoted;
-}
-
-/// Looks at a file once for each of its states, before QSettings does: a broken one is kept under
-/// another name, one that was typed by hand gets its quotes. Gives back `path`.
-QString prepared(const QString &path)
-{
-    static QMutex mutex;
-    static QHash<QString, QPair<QDateTime, qint64>> seen;
-    const QFileInfo info(path);
-    if (!info.isFile()) {
-        return path;
-    }
-    const QMutexLocker lock(&mutex);
-    const auto state = qMakePair(info.lastModified(), info.size());
-    if (seen.value(path) == state) {
-        return path;
-    }
-    seen.insert(path, state);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return path;
-    }
-    const QByteArray content = file.readAll();
-    if (isReadable(content)) {
-        const QByteArray quoted = withQuotes(content);
-        QSaveFile rewritten(path);
-        if (quoted != content && rewritten.open(QIODevice::WriteOnly)) {
-            rewritten.write(quoted);
-            rewritten.commit(); // where it cannot be written the values stay as QSettings sees them
-        }
-        return path;
-    }
-    QString kept = path + QStringLiteral(".broken");
-    for (int copy = 2; QFile::exists(kept); ++copy) {
-        kept = path + QStringLiteral(".broken%1").arg(copy);
-    }
-    file.copy(kept);
-    qWarning().noquote() << "Settings:" << path << "cannot be read whole; a copy is kept as" << kept;
-    return path;
+    return failure.isEmpty();
 }
 
 } // namespace
 
-SettingsFile::SettingsFile(const QString &group, const QString &path)
-    : QSettings(prepared(path), QSettings::IniFormat)
+/// One file as all its openings see it.
+class SettingsFile::Store
 {
-    setIniCodec(QTextCodec::codecForName("UTF-8"));
-    if (!group.isEmpty()) {
-        beginGroup(group);
+public:
+    explicit Store(QString path)
+        : m_path(std::move(path))
+    {
     }
+
+    void refresh()
+    {
+        const QMutexLocker lock(&m_mutex);
+        read();
+    }
+    QVariant value(const QString &key)
+    {
+        const QMutexLocker lock(&m_mutex);
+        const auto written = m_written.constFind(key);
+        return written != m_written.constEnd() ? *written : m_text.value(key);
+    }
+    bool contains(const QString &key)
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_written.contains(key) || m_text.contains(key);
+    }
+    void setValue(const QString &key, const QVariant &value)
+    {
+        // In the form in which the file will give it back.
+        const QByteArray text = iniValueText(value);
+        const QVariant stored = readIniValue({text.constData(), std::size_t(text.size())}).value;
+        const QMutexLocker lock(&m_mutex);
+        m_written.insert(key, stored);
+    }
+    bool save()
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (m_written.isEmpty()) {
+            return m_readable;
+        }
+        read();
+        if (m_readable && withWritten().text() == m_content) {
+            m_written.clear();
+            return true; // as at each load, which stores what is there
+        }
+        // Other programs with Qt's settings take the same lock. One that hangs on to it is not waited for.
+        QLockFile otherPrograms(m_path + QStringLiteral(".lock"));
+        otherPrograms.tryLock(otherProgramsTurnMs);
+        read();
+        if (!m_readable) {
+            qWarning().noquote() << "Settings:" << m_path << "cannot be read, and is not written over";
+        }
+        return m_readable && write();
+    }
+
+private:
+    void read()
+    {
+        const FileStamp stamp = FileStamp::of(m_path);
+        if (m_content && stamp.sameAs(m_stamp)) {
+            return;
+        }
+        std::optional<QByteArray> content = readWholeFile(m_path);
+        if (m_readable && !content) {
+            qWarning().noquote() << "Settings:" << m_path << "cannot be read";
+        }
+        m_readable = content.has_value();
+        QByteArray text = content.value_or(QByteArray());
+        if (m_content != text) {
+            m_text = IniText(text);
+            m_content = std::move(text);
+        }
+        m_stamp = stamp;
+    }
+
+    IniText withWritten() const
+    {
+        IniText text = m_text;
+        for (auto entry = m_written.cbegin(); entry != m_written.cend(); ++entry) {
+            text.setValue(entry.key(), entry.value());
+        }
+        return text;
+    }
+
+    /// Puts all that was set into the file.
+    bool write()
+    {
+        IniText text = withWritten();
+        const QByteArray content = text.text();
+        if (!keepBroken(m_path, m_text)) {
+            return false;
+        }
+        const QString failure = replaceWholeFile(m_path, content);
+        if (!failure.isEmpty()) {
+            qWarning().noquote() << "Settings:" << m_path << "cannot be written:" << failure;
+            return false;
+        }
+        m_text = std::move(text);
+        m_content = content;
+        m_stamp = FileStamp::of(m_path);
+        m_written.clear();
+        return true;
+    }
+
+    QMutex m_mutex;
+    const QString m_path;
+    FileStamp m_stamp;
+    std::optional<QByteArray> m_content; ///< of the file when it was last read or written
+    IniText m_text;                      ///< the same
+    bool m_readable = true;
+    QMap<QString, QVariant> m_written; ///< set, and not yet on the disk
+};
+
+std::shared_ptr<SettingsFile::Store> SettingsFile::storeOf(const QString &path)
+{
+    static QMutex mutex;
+    static QHash<QString, std::shared_ptr<Store>> stores;
+    const QString place = QFileInfo(path).absoluteFilePath();
+    const QMutexLocker lock(&mutex);
+    std::shared_ptr<Store> &store = stores[place];
+    if (store == nullptr) {
+        store = std::make_shared<Store>(place);
+    }
+    return store;
+}
+
+SettingsFile::SettingsFile(const QString &group, const QString &path)
+    : m_store(storeOf(path))
+    , m_prefix(group.isEmpty() ? QString() : group + QLatin1Char('/'))
+{
+    m_store->refresh();
 }
 
 SettingsFile::~SettingsFile()
 {
-    if (!m_saved) {
+    if (m_changed) {
         save();
     }
 }
@@ -141,15 +195,26 @@ QString SettingsFile::defaultPath()
     return appFile(QStringLiteral("MEVOSetting.ini"));
 }
 
+QVariant SettingsFile::value(const QString &key, const QVariant &fallback) const
+{
+    return contains(key) ? m_store->value(m_prefix + key) : fallback;
+}
+
+bool SettingsFile::contains(const QString &key) const
+{
+    return m_store->contains(m_prefix + key);
+}
+
+void SettingsFile::setValue(const QString &key, const QVariant &value)
+{
+    m_store->setValue(m_prefix + key, value);
+    m_changed = true;
+}
+
 bool SettingsFile::save()
 {
-    sync();
-    m_saved = true;
-    if (status() == QSettings::AccessError) {
-        qWarning().noquote() << "Settings:" << fileName() << "cannot be read or written";
-        return false;
-    }
-    return true;
+    m_changed = false;
+    return m_store->save();
 }
 
 } // namespace mevo

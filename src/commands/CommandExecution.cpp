@@ -1,6 +1,9 @@
 #include "commands/CommandExecution.h"
 
+#include "base/LogText.h"
+
 #include <QDebug>
+#include <QStringList>
 
 namespace mevo {
 
@@ -34,16 +37,20 @@ bool takeModifier(const QString &part, KeyCombination &keys)
 KeyCombination parseShortcut(const QString &contents, const QStringList &names, const QStringList &codes)
 {
     KeyCombination keys;
+    QStringList unknown;
     for (const QString &part : contents.split(QLatin1Char('+'))) {
         if (takeModifier(part, keys)) {
             continue;
         }
         const int index = names.indexOf(part);
         if (index < 0) {
-            qWarning() << "Commands: no key is called" << part;
+            unknown.append(part);
         }
         keys.consumerKey = keys.consumerKey || index >= firstMediaKey;
         keys.key = codes.value(index).toInt(nullptr, 16);
+    }
+    if (!unknown.isEmpty()) {
+        qWarning().noquote() << "Commands: no key is called" << logText(unknown.join(QStringLiteral(", ")));
     }
     return keys;
 }

@@ -10,8 +10,8 @@ namespace mevo {
 constexpr int firstMediaKey = 69;
 
 /// Reads a shortcut such as "Control+Shift+Z" with the key table `names` and `codes` (base 16). A part
-/// that is neither a modifier nor a key of the table makes the key 0, with a log line; the last key of
-/// several counts.
+/// that is neither a modifier nor a key of the table makes the key 0, with one log line for all of them; the
+/// last key of several counts.
 KeyCombination parseShortcut(const QString &contents, const QStringList &names, const QStringList &codes);
 
 /// The address of a web row: "http://" goes before one that has neither "http:" nor "https:" in it.

@@ -1,10 +1,11 @@
 #include "commands/CommandFile.h"
 
+#include "base/IniLine.h"
 #include "base/IniValue.h"
+#include "base/LogText.h"
+#include "base/WholeFile.h"
 
 #include <QDebug>
-#include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <string_view>
@@ -15,7 +16,6 @@ namespace {
 
 using Bytes = std::string_view;
 
-constexpr qint64 largestFile = 64 << 20;
 constexpr int longestSaidWord = 1000;
 constexpr int namedFaults = 5;
 constexpr int quotedLength = 40;
@@ -40,43 +40,42 @@ struct Group
     QStringList faults;
 };
 
-Bytes trimmed(Bytes text)
+/// A file of nothing but nonsense must not become a log line as long.
+void note(Group &group, const QString &fault)
 {
-    constexpr char blanks[] = " \t\r";
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
+    if (group.faults.size() < namedFaults) {
+        group.faults.append(fault);
+    } else if (group.faults.size() == namedFaults) {
+        group.faults.append(QStringLiteral("and more"));
+    }
 }
 
-void takeLine(Bytes line, Group &group)
+void takeLine(const IniLine &line, Group &group)
 {
-    const auto equals = line.find('=');
-    if (equals == Bytes::npos) {
-        group.faults.append(QStringLiteral("a line without \"=\""));
+    if (line.kind == IniLine::Kind::Odd) {
+        note(group, QStringLiteral("a line without \"=\""));
         return;
     }
-    const Bytes name = trimmed(line.substr(0, equals));
     for (const Key &key : keys) {
-        if (name == key.name) {
-            bool open = false;
-            QString &cell = group.row.*key.cell;
-            cell = readIniValue(trimmed(line.substr(equals + 1)), open);
-            if (open) {
-                group.faults.append(QStringLiteral("an open quote in %1").arg(QLatin1String(key.name)));
+        if (line.name == key.name) {
+            const IniValue read = readIniValue(line.value);
+            group.row.*key.cell = read.text();
+            if (read.openQuote) {
+                note(group, QStringLiteral("an open quote in %1").arg(QLatin1String(key.name)));
             }
-            if (cell.contains(QChar(QChar::ReplacementCharacter))) {
-                group.faults.append(QStringLiteral("%1 is not UTF-8").arg(QLatin1String(key.name)));
+            if (read.broken) {
+                note(group, QStringLiteral("%1 is not UTF-8").arg(QLatin1String(key.name)));
             }
             return;
         }
     }
 }
 
-/// Begins the group of a line in brackets. False when the keys that follow are not a row's own: they
-/// belong to no group, or to one inside the row's.
-bool beginGroup(Bytes line, std::vector<Group> &groups)
+/// Begins a group. False when the keys that follow are not a row's own: they belong to no group, or to one
+/// inside the row's.
+bool beginGroup(const IniLine &line, std::vector<Group> &groups)
 {
-    const Bytes inside = trimmed(line.substr(1, line.find(']') - 1));
-    const QString name = QString::fromUtf8(inside.data(), int(inside.size()));
+    const QString name = readIniName(line.name);
     if (name.compare(QLatin1String("General"), Qt::CaseInsensitive) == 0) {
         return false;
     }
@@ -90,19 +89,12 @@ std::vector<Group> readGroups(Bytes text)
     std::vector<Group> groups;
     bool inGroup = false;
     while (!text.empty()) {
-        const auto end = text.find('\n');
-        const Bytes line = trimmed(text.substr(0, end));
-        text.remove_prefix(end == Bytes::npos ? text.size() : end + 1);
-        if (line.empty() || line[0] == ';' || line[0] == '#') {
-            continue;
+        const IniLine line = takeIniLine(text);
+        if (line.kind == IniLine::Kind::Group) {
+            inGroup = beginGroup(line, groups);
+        } else if (inGroup && line.kind != IniLine::Kind::Blank) {
+            takeLine(line, groups.back());
         }
-        if (line[0] != '[') {
-            if (inGroup) {
-                takeLine(line, groups.back());
-            }
-            continue;
-        }
-        inGroup = beginGroup(line, groups);
     }
     return groups;
 }
@@ -123,7 +115,9 @@ void sortAndJoin(std::vector<Group> &groups)
             }
             continue;
         }
-        last->faults += next->faults;
+        for (const QString &fault : qAsConst(next->faults)) {
+            note(*last, fault);
+        }
         for (const Key &key : keys) {
             if (!(next->row.*key.cell).isNull()) {
                 last->row.*key.cell = next->row.*key.cell;
@@ -137,7 +131,7 @@ void sortAndJoin(std::vector<Group> &groups)
 
 QString shown(const QString &text)
 {
-    return QLatin1Char('"') + text.simplified().left(quotedLength) + QLatin1Char('"');
+    return QLatin1Char('"') + logText(text.left(quotedLength)) + QLatin1Char('"');
 }
 
 void examine(Group &group)
@@ -145,20 +139,20 @@ void examine(Group &group)
     const CommandRow &row = group.row;
     for (const Key &key : keys) {
         if ((row.*key.cell).isNull() && key.cell != &CommandRow::Hide) {
-            group.faults.append(QStringLiteral("no ") + QLatin1String(key.name));
+            note(group, QStringLiteral("no ") + QLatin1String(key.name));
         }
     }
     const auto type = commandTypeOfIndex(row.CmdWordTypeIndex);
     if (!row.CmdWordTypeIndex.isNull() && !type) {
-        group.faults.append(QStringLiteral("no type has the number ") + shown(row.CmdWordTypeIndex));
+        note(group, QStringLiteral("no type has the number ") + shown(row.CmdWordTypeIndex));
     }
     if (!row.CmdWordType.isNull() && commandTypeOfLabel(row.CmdWordType) != type) {
-        group.faults.append(shown(row.CmdWordType) + QStringLiteral(" is not the type of that number"));
+        note(group, shown(row.CmdWordType) + QStringLiteral(" is not the type of that number"));
     }
     if (row.CommandWords.size() > longestSaidWord) {
         for (const QStringRef &word : row.CommandWords.splitRef(QLatin1Char(';'))) {
             if (word.size() > longestSaidWord) {
-                group.faults.append(QStringLiteral("a word of %1 characters").arg(word.size()));
+                note(group, QStringLiteral("a word of %1 characters").arg(word.size()));
             }
         }
     }
@@ -169,9 +163,8 @@ void examine(Group &group)
 CommandFile parseCommandFile(const QByteArray &text)
 {
     Bytes bytes(text.constData(), std::size_t(text.size()));
-    constexpr Bytes byteOrderMark("\xEF\xBB\xBF");
-    if (bytes.substr(0, byteOrderMark.size()) == byteOrderMark) {
-        bytes.remove_prefix(byteOrderMark.size());
+    if (bytes.substr(0, utf8Mark.size()) == utf8Mark) {
+        bytes.remove_prefix(utf8Mark.size());
     }
     std::vector<Group> groups = readGroups(bytes);
     sortAndJoin(groups);
@@ -183,9 +176,9 @@ CommandFile parseCommandFile(const QByteArray &text)
     for (Group &group : groups) {
         examine(group);
         if (!group.faults.isEmpty()) {
-            file.faults.append(QStringLiteral("row %1: %2")
-                                   .arg(group.name.simplified().left(quotedLength),
-                                        group.faults.join(QStringLiteral(", "))));
+            file.faults.append(
+                QStringLiteral("row %1: %2")
+                    .arg(logText(group.name.left(quotedLength)), group.faults.join(QStringLiteral(", "))));
         }
         file.rows.push_back(std::move(group.row));
     }
@@ -220,17 +213,11 @@ QByteArray commandFileText(const CommandRows &rows)
 
 std::optional<QByteArray> readCommandFile(const QString &path)
 {
-    QFile file(path);
-    const QFileInfo info(path);
-    if (!info.exists()) {
-        return QByteArray();
-    }
-    if (!info.isFile() || info.size() > largestFile ||
-        !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    std::optional<QByteArray> text = readWholeFile(path);
+    if (!text) {
         qWarning().noquote() << "Command table:" << path << "cannot be read";
-        return std::nullopt;
     }
-    return file.readAll();
+    return text;
 }
 
 void logFaults(const QString &path, const QStringList &faults)

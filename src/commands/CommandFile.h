@@ -23,7 +23,7 @@ struct CommandFile
 CommandFile parseCommandFile(const QByteArray &text);
 
 /// The text of a table, byte for byte as QSettings would write it: row r is group "r", and groups and
-/// keys are sorted as text. Only characters beyond U+FFFF are written in another way, as escapes:
+/// keys are sorted as text. Only U+FEFF and characters beyond U+FFFF are written in another way, as escapes:
 /// QSettings with a codec loses them.
 QByteArray commandFileText(const CommandRows &rows);
 

@@ -2,65 +2,33 @@
 
 #include "commands/CommandFile.h"
 
-#include <QFileInfo>
-
-#include <algorithm>
-
 namespace mevo {
-
-namespace {
-
-/// A file that was written so recently may be written again under the same times: clocks of file systems
-/// move in steps.
-constexpr qint64 finestStepMs = 100;
-constexpr qint64 wholeSecondsMs = 2500; ///< where times are whole seconds, as on FAT and old servers
-
-} // namespace
-
-bool CommandMatcher::FileState::operator==(const FileState &other) const
-{
-    return exists == other.exists && size == other.size && modifiedMs == other.modifiedMs &&
-           changedMs == other.changedMs;
-}
 
 CommandMatcher::CommandMatcher(QString path)
     : m_path(std::move(path))
 {
 }
 
-CommandMatcher::FileState CommandMatcher::stateOfFile() const
-{
-    const QFileInfo info(m_path);
-    if (!info.exists()) {
-        return {};
-    }
-    return {true, info.size(), info.lastModified().toMSecsSinceEpoch(),
-            info.metadataChangeTime().toMSecsSinceEpoch()};
-}
-
 const CommandRow *CommandMatcher::find(const QString &word)
 {
-    const FileState state = stateOfFile();
-    if (!m_settled || !(state == m_state)) {
-        refresh(state);
+    const FileStamp stamp = FileStamp::of(m_path);
+    if (!m_read || !stamp.sameAs(m_stamp)) {
+        refresh(stamp);
     }
     const auto found = m_index.constFind(word);
     return found == m_index.constEnd() ? nullptr : &m_rows[*found];
 }
 
-void CommandMatcher::refresh(const FileState &state)
+void CommandMatcher::refresh(const FileStamp &stamp)
 {
-    // The times are older than the reading: a change that comes between is seen at the next look.
-    const qint64 age = QDateTime::currentMSecsSinceEpoch() - std::max(state.modifiedMs, state.changedMs);
     std::optional<QByteArray> text = readCommandFile(m_path);
-    if (!m_read || !(state == m_state) || text != m_text) {
+    if (!m_read || m_stamp.settled || text != m_text) {
         buildIndex(text.value_or(QByteArray()));
     }
     m_read = true;
-    m_state = state;
-    const bool wholeSeconds = state.modifiedMs % 1000 == 0 && state.changedMs % 1000 == 0;
-    m_settled = !state.exists || !text || age > (wholeSeconds ? wholeSecondsMs : finestStepMs);
-    m_text = m_settled ? std::nullopt : std::move(text);
+    m_stamp = stamp;
+    m_stamp.settled = stamp.settled || !text;
+    m_text = m_stamp.settled ? std::nullopt : std::move(text);
 }
 
 void CommandMatcher::buildIndex(const QByteArray &text)

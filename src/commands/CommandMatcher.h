@@ -1,10 +1,12 @@
 #pragma once
 
+#include "base/FileStamp.h"
 #include "commands/CommandRow.h"
 
 #include <QByteArray>
-#include <QDateTime>
 #include <QHash>
+
+#include <optional>
 
 namespace mevo {
 
@@ -21,23 +23,13 @@ public:
     const CommandRow *find(const QString &word);
 
 private:
-    struct FileState
-    {
-        bool exists = false;
-        qint64 size = 0;
-        qint64 modifiedMs = 0;
-        qint64 changedMs = 0; ///< of the inode, which nobody can set back
-        bool operator==(const FileState &other) const;
-    };
-    FileState stateOfFile() const;
-    void refresh(const FileState &state);
+    void refresh(const FileStamp &stamp);
     void buildIndex(const QByteArray &text);
 
     QString m_path;
-    FileState m_state;
-    bool m_settled = false; ///< the state tells every later change of the file
+    FileStamp m_stamp;
     bool m_read = false;
-    std::optional<QByteArray> m_text; ///< what the index was made of, while the file is not settled
+    std::optional<QByteArray> m_text; ///< what the index was made of, while the stamp is not settled
     CommandRows m_rows;
     QHash<QString, std::size_t> m_index; ///< word to the row in m_rows
 };

@@ -1,10 +1,10 @@
 #include "commands/CommandTable.h"
 
 #include "base/ApplicationFiles.h"
+#include "base/WholeFile.h"
 #include "commands/CommandFile.h"
 
 #include <QDebug>
-#include <QSaveFile>
 
 namespace mevo {
 
@@ -29,12 +29,11 @@ CommandRows readRows(const QString &path)
 /// is on the disk. Removing the old one first would lose the user's words to a crash or a full disk.
 bool writeRows(const QString &path, const CommandRows &rows)
 {
-    const QByteArray text = commandFileText(rows);
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit()) {
+    const QString failure = replaceWholeFile(path, commandFileText(rows));
+    if (failure.isEmpty()) {
         return true;
     }
-    qWarning().noquote() << "Command table:" << path << "cannot be written:" << file.errorString();
+    qWarning().noquote() << "Command table:" << path << "cannot be written:" << failure;
     return false;
 }
 

@@ -20,12 +20,25 @@ constexpr SearchEngine engines[] = {
     {&SettingsState::SearchEngines_Bing, &EngineEndpoints::SearchBing, "https", "/search?q=+"}, // kept
 };
 
+/// The signs that end a text within a query or mean another one there; QUrl encodes the rest.
+QString escaped(const QString &text)
+{
+    QString out;
+    for (const QChar character : text) {
+        out += QLatin1String("#&+%").contains(character)
+                   ? QLatin1Char('%') + QString::number(character.unicode(), 16).toUpper()
+                   : QString(character);
+    }
+    return out;
+}
+
 } // namespace
 
 QList<QUrl> searchAddresses(const QString &text, const SettingsState &settings,
                             const EngineEndpoints &endpoints)
 {
     QList<QUrl> addresses;
+    const QString query = escaped(text);
     for (const SearchEngine &engine : engines) {
         if (!(settings.*engine.enabled)) {
             continue;
@@ -34,7 +47,7 @@ QList<QUrl> searchAddresses(const QString &text, const SettingsState &settings,
         const QString scheme = host.contains(QLatin1String("://"))
                                    ? QString()
                                    : QLatin1String(engine.scheme) + QStringLiteral("://");
-        addresses.append(QUrl(scheme + host + QLatin1String(engine.query) + text, QUrl::TolerantMode));
+        addresses.append(QUrl(scheme + host + QLatin1String(engine.query) + query, QUrl::TolerantMode));
     }
     return addresses;
 }

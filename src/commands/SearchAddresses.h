@@ -8,7 +8,8 @@
 
 namespace mevo {
 
-/// The pages that a search for `text` opens: one for each search engine that is switched on.
+/// The pages that a search for `text`, whatever signs are in it, opens: one for each search engine that is
+/// switched on.
 QList<QUrl> searchAddresses(const QString &text, const SettingsState &settings,
                             const EngineEndpoints &endpoints);
 

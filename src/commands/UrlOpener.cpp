@@ -1,5 +1,6 @@
 #include "commands/UrlOpener.h"
 
+#include "base/LogText.h"
 #include "commands/LocalProgram.h"
 
 #include <QDebug>
@@ -23,7 +24,8 @@ bool openWithGio(const QUrl &url, Processes &processes)
 
 void openUrl(const QUrl &url, Processes &processes)
 {
-    const QString name = url.toDisplayString(QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo);
+    const QString name =
+        logText(url.toDisplayString(QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo));
     if (url.isLocalFile()) {
         QStringList command = commandOfLocalFile(url.toLocalFile());
         if (!command.isEmpty() && processes.startDetached(command.takeFirst(), command)) {

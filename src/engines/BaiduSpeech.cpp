@@ -1,6 +1,7 @@
 #include "engines/BaiduSpeech.h"
 
 #include "base/ApplicationFiles.h"
+#include "base/LogText.h"
 #include "base/SettingsFile.h"
 #include "engines/BaiduErrors.h"
 #include "engines/BaiduFastVariant.h"
@@ -151,7 +152,7 @@ void BaiduSpeech::onError(const mevo::BaiduReply &reply)
         return;
     }
     const QString message = mevo::baiduErrorMessage(error, reply);
-    qWarning().noquote() << "Baidu:" << message;
+    qWarning().noquote() << "Baidu: error" << reply.errNo << mevo::logText(reply.errMsg);
     m_host.showEngineTip(message, error.regardlessOfShowTipsDlg);
 
     switch (error.recovery) {

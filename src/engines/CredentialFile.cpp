@@ -1,15 +1,13 @@
 #include "engines/CredentialFile.h"
 
-#include "base/SettingsFile.h"
-#include "service/WebApiReply.h"
+#include "base/IniText.h"
+#include "base/IniValue.h"
+#include "base/LogText.h"
+#include "base/WholeFile.h"
 
 #include <QDebug>
-#include <QFile>
-#include <QFileInfo>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
+#include <algorithm>
 
 namespace mevo {
 
@@ -17,9 +15,18 @@ namespace {
 
 QString textUpToNul(const QVariant &value)
 {
-    const QByteArray bytes = value.toByteArray();
-    return QString::fromUtf8(bytes.constData(),
-                             static_cast<int>(qstrnlen(bytes.constData(), uint(bytes.size()))));
+    return value.toString().section(QChar(0), 0, 0);
+}
+
+/// Whether a row of the service has each text of an account. Numbers, nulls and empty texts are none.
+bool isAccount(const QJsonObject &row, int keys)
+{
+    for (int key = 0; key < keys; ++key) {
+        if (row.value(QStringLiteral("F%1").arg(key)).toString().isEmpty()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -27,30 +34,23 @@ QString textUpToNul(const QVariant &value)
 bool drawAccount(const CredentialListRow &list, const QString &path, const WebCipher &cipher,
                  const DrawNumber &draw, EngineState &state)
 {
-    if (!QFileInfo::exists(path)) {
-        qInfo("Accounts: %s is not there", list.file);
-        return false;
-    }
-    SettingsFile file(QString(), path);
-    const QStringList groups = file.childGroups();
+    const IniText file(readWholeFile(path).value_or(QByteArray()));
+    const QStringList groups = file.groups();
     if (groups.isEmpty()) {
-        qInfo("Accounts: %s holds none", list.file);
+        qInfo("Accounts: %s is not there or holds none", list.file);
         return false;
     }
     const QString &group = groups.at(draw(0, groups.size()));
-    file.beginGroup(group);
-    QString values[3];
+    bool whole = true;
     for (int key = 0; key < list.keys; ++key) {
-        const std::optional<QString> value =
-            decipherField(cipher, textUpToNul(file.value(QString::number(key))));
-        if (!value) {
-            qWarning("Accounts: account %s of %s cannot be read", qPrintable(group), list.file);
-            return false;
-        }
-        values[key] = *value;
+        const QVariant stored = file.value(group + QLatin1Char('/') + QString::number(key));
+        const std::optional<QString> value = decipherField(cipher, textUpToNul(stored));
+        whole = whole && value;
+        state.*list.members[key] = value.value_or(QString());
     }
-    for (int key = 0; key < list.keys; ++key) {
-        state.*list.members[key] = values[key];
+    if (!whole) {
+        qWarning().noquote() << "Accounts: account" << logText(group) << "of" << list.file
+                             << "cannot be read";
     }
     return true;
 }
@@ -58,31 +58,23 @@ bool drawAccount(const CredentialListRow &list, const QString &path, const WebCi
 bool writeCredentialFile(const CredentialListRow &list, const QString &path,
                          const std::vector<QJsonObject> &rows)
 {
-    // Not written in place: after a failed write QSettings goes on holding the new values for that path.
-    const QString fresh = path + QStringLiteral(".new");
-    bool saved = false;
-    {
-        SettingsFile file(QString(), fresh);
-        file.clear();
-        int group = 0;
-        for (const QJsonObject &row : rows) {
-            file.beginGroup(QString::number(group++));
-            for (int key = 0; key < list.keys; ++key) {
-                file.setValue(QString::number(key), columnText(row, QStringLiteral("F%1").arg(key)));
-            }
-            file.endGroup();
+    if (!std::all_of(rows.begin(), rows.end(), [&](const auto &row) { return isAccount(row, list.keys); })) {
+        qWarning("Accounts: the list for %s has a row without its texts; the file stays", list.file);
+        return false;
+    }
+    QByteArray text;
+    for (std::size_t group = 0; group < rows.size(); ++group) {
+        text += (group == 0 ? "[" : "\n[") + QByteArray::number(qulonglong(group)) + "]\n";
+        for (int key = 0; key < list.keys; ++key) {
+            const QString value = rows[group].value(QStringLiteral("F%1").arg(key)).toString();
+            text += QByteArray::number(key) + '=' + iniValueText(value) + '\n';
         }
-        saved = file.save();
     }
-    if (saved &&
-        std::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(path).constData()) != 0) {
-        qWarning("Accounts: %s cannot be replaced: %s", list.file, std::strerror(errno));
-        saved = false;
+    const QString failure = replaceWholeFile(path, text);
+    if (!failure.isEmpty()) {
+        qWarning().noquote() << "Accounts:" << list.file << "cannot be replaced:" << failure;
     }
-    if (!saved) {
-        QFile::remove(fresh);
-    }
-    return saved;
+    return failure.isEmpty();
 }
 
 } // namespace mevo

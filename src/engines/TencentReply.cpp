@@ -6,6 +6,14 @@
 
 namespace mevo {
 
+namespace {
+
+// They are shown to the user; more than this is no message.
+constexpr int longestCode = 100;
+constexpr int longestMessage = 500;
+
+} // namespace
+
 TencentReply parseTencentReply(const QByteArray &chunk)
 {
     TencentReply reply;
@@ -16,14 +24,16 @@ TencentReply parseTencentReply(const QByteArray &chunk)
         return reply;
     }
     const QJsonObject error = response[QStringLiteral("Error")].toObject();
-    reply.code = error.value(QStringLiteral("Code")).toString();
+    reply.code = error.value(QStringLiteral("Code")).toString().left(longestCode);
     if (!reply.code.isEmpty()) {
         reply.kind = TencentReply::Kind::Error;
-        reply.message = error.value(QStringLiteral("Message")).toString();
+        reply.message = error.value(QStringLiteral("Message")).toString().left(longestMessage);
         return reply;
     }
     reply.kind = TencentReply::Kind::Text;
-    reply.text = response[QStringLiteral("Result")].toString();
+    const QJsonValue result = response[QStringLiteral("Result")];
+    reply.text = result.toString();
+    reply.hasText = result.isString();
     return reply;
 }
 

@@ -11,12 +11,13 @@ struct TencentReply
     enum class Kind {
         Unreadable, ///< no JSON object, or one without a `Response`
         Error,
-        Text, ///< also a response without a `Result`, whose text is empty
+        Text, ///< also a response without a text in its `Result`, which is empty then
     };
     Kind kind = Kind::Unreadable;
-    QString text;    ///< recognised text
-    QString code;    ///< of an error, not empty
-    QString message; ///< of an error
+    QString text;         ///< recognised text
+    bool hasText = false; ///< the service has given one, be it empty
+    QString code;         ///< of an error, not empty, 100 characters at most
+    QString message;      ///< of an error, 500 characters at most
 };
 
 /// Reads a chunk as a whole document, up to its first NUL.

@@ -1,6 +1,7 @@
 #include "engines/TencentSpeech.h"
 
 #include "base/ApplicationFiles.h"
+#include "base/LogText.h"
 #include "engines/BaiduRequest.h"
 #include "engines/CurlPost.h"
 #include "engines/TencentCredentials.h"
@@ -73,6 +74,9 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm, const Sessi
             return false;
         case TencentReply::Kind::Text:
             text = reply.text;
+            if (!reply.hasText) {
+                qWarning("Tencent: a reply's %d bytes hold no text", chunk.size());
+            }
             ++m_state.TXSR1DUsedQuantity;
             m_onText(text + QStringLiteral("__over__"),
                      session.number); // last: an event loop may run in it, and we may go
@@ -84,6 +88,9 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm, const Sessi
     switch (post.send(request.payload, onChunk)) {
     case CurlPost::Outcome::Done:
         std::fputs("result_code != CURLE_fail\n", stderr); // kept: it says that all went well
+        if (received == 0) {
+            qWarning("Tencent: the reply is empty");
+        }
         return {true, text};
     case CurlPost::Outcome::NoHandle:
         qWarning("Tencent: libcurl gives no handle");
@@ -93,7 +100,7 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm, const Sessi
     }
     std::fprintf(stderr, "\ncurl_easy_perform() failed: %s\n", qPrintable(post.error()));
     if (!refused) { // else the reason has been said
-        qWarning().noquote() << "Tencent: the request failed:" << post.error();
+        qWarning().noquote() << "Tencent: the request failed:" << logText(post.error());
     }
     return {false, text};
 }
@@ -101,7 +108,7 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm, const Sessi
 void TencentSpeech::onError(const TencentReply &reply)
 {
     const QString message = tencentErrorMessage(reply);
-    qWarning().noquote() << "Tencent:" << message;
+    qWarning().noquote() << "Tencent: error" << logText(reply.code + QLatin1Char(' ') + reply.message);
     if (m_state.ShowTipsDlg && saysClockIsWrong(message)) {
         m_processes.openElevated(QStringLiteral("\\校时助手.exe"), {});
     }

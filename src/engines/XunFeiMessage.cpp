@@ -5,6 +5,9 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
 
 namespace mevo {
 
@@ -22,6 +25,23 @@ QString joinedWords(const QJsonArray &ws)
     return text;
 }
 
+std::optional<int> wholeNumber(const QJsonValue &value)
+{
+    const double number = value.toDouble(0.5);
+    const bool isInt = number == std::floor(number) && std::abs(number) <= std::numeric_limits<int>::max();
+    return isInt ? std::make_optional(int(number)) : std::nullopt;
+}
+
+/// What is there and is no number is no success either.
+int codeOf(const QJsonValue &value)
+{
+    bool isNumber = false;
+    const int inText = value.toString().toInt(&isNumber);
+    return value.isUndefined() || value.isNull() ? 0
+           : isNumber                            ? inText
+                                                 : wholeNumber(value).value_or(XunFeiMessage::NoCode);
+}
+
 } // namespace
 
 bool parseXunFeiMessage(const QString &json, XunFeiMessage &message)
@@ -37,16 +57,18 @@ bool parseXunFeiMessage(const QString &json, XunFeiMessage &message)
     const QJsonObject object = document.object();
     const QJsonObject data = object.value(QStringLiteral("data")).toObject();
     const QJsonObject result = data.value(QStringLiteral("result")).toObject();
-    message.code = object.value(QStringLiteral("code")).toInt();
+    message.code = codeOf(object.value(QStringLiteral("code")));
     message.message = object.value(QStringLiteral("message")).toString();
     message.status = data.value(QStringLiteral("status")).toInt();
     message.number = result.value(QStringLiteral("sn")).toInt();
     message.last = result.value(QStringLiteral("ls")).toBool();
     message.replaces = result.value(QStringLiteral("pgs")).toString() == QLatin1String("rpl");
     const QJsonArray range = result.value(QStringLiteral("rg")).toArray();
-    if (range.size() == 2 && range.at(0).isDouble() && range.at(1).isDouble()) {
-        message.from = range.at(0).toInt();
-        message.to = range.at(1).toInt(-1);
+    const auto from = wholeNumber(range.at(0));
+    const auto to = wholeNumber(range.at(1));
+    if (range.size() == 2 && from && to) {
+        message.from = *from;
+        message.to = *to;
     }
     message.text = joinedWords(result.value(QStringLiteral("ws")).toArray());
     return true;

@@ -10,6 +10,7 @@ namespace mevo {
 struct XunFeiMessage
 {
     static constexpr int NotLicensed = 11200; ///< the account may not use this language
+    static constexpr int NoCode = -1;         ///< what the service gave as its code is no whole number
     static constexpr int Middle = 1, Last = 2;
 
     int code = 0; ///< 0 is success

@@ -1,5 +1,6 @@
 #include "engines/XunFeiStream.h"
 
+#include "base/LogText.h"
 #include "engines/EngineSelection.h"
 #include "engines/XunFeiFrames.h"
 #include "engines/XunFeiHost.h"
@@ -17,8 +18,6 @@ namespace mevo {
 namespace {
 
 enum FrameStatus { First = 0, Middle = 1, Last = 2 };
-
-constexpr int longestLoggedMessage = 200;
 
 } // namespace
 
@@ -57,7 +56,7 @@ void XunFeiStream::ConnectXFWebApi()
     connect(m_state.XFWebSocket, &QWebSocket::disconnected, this, &XunFeiStream::onXFWebApiDisconnected);
     const auto failed = QOverload<QAbstractSocket::SocketError>::of(&QWebSocket::error);
     connect(m_state.XFWebSocket, failed, this, [this, failed] {
-        qWarning().noquote() << "XunFei: connection:" << m_state.XFWebSocket->errorString();
+        qWarning().noquote() << "XunFei: connection:" << logText(m_state.XFWebSocket->errorString());
         disconnect(m_state.XFWebSocket, failed, this, nullptr); // a refused handshake says it twice
     });
     m_state.XFWebSocket->open(url);
@@ -85,6 +84,8 @@ void XunFeiStream::onXFWebApiConnected()
     }
     connect(m_state.XFWebSocket, &QWebSocket::textMessageReceived, this,
             &XunFeiStream::onXFWebApiMessageReceived, Qt::UniqueConnection);
+    connect(m_state.XFWebSocket, &QWebSocket::binaryMessageReceived, this, &XunFeiStream::refuseBinary,
+            Qt::UniqueConnection);
     // The blocks are small and nothing answers them, so that TCP would hold each back until the one before
     // it is acknowledged: some 40 ms.
     if (auto *const transport = m_state.XFWebSocket->findChild<QTcpSocket *>()) {
@@ -93,6 +94,13 @@ void XunFeiStream::onXFWebApiConnected()
         qWarning() << "XunFei: the socket's transport is not reached; blocks may be late";
     }
     m_state.XFWebSocketConnected = true;
+}
+
+void XunFeiStream::refuseBinary(const QByteArray &frame)
+{
+    qWarning("XunFei: a binary frame of %d bytes is not understood", frame.size());
+    // The rest of them is passed over without a line.
+    disconnect(m_state.XFWebSocket, &QWebSocket::binaryMessageReceived, this, nullptr);
 }
 
 void XunFeiStream::onXFWebApiDisconnected()
@@ -171,7 +179,7 @@ void XunFeiStream::onXFWebApiMessageReceived(QString message)
         return;
     }
     if (result.code != 0) {
-        qWarning().noquote() << "XunFei: error" << result.code << result.message.left(longestLoggedMessage);
+        qWarning().noquote() << "XunFei: error" << result.code << logText(result.message);
         if (result.code == XunFeiMessage::NotLicensed) {
             m_state.XunFeiWebApiCurrentVoiceType =
                 languageAfterXunFeiRefusal(m_state.XunFeiWebApiCurrentVoiceType);
@@ -181,6 +189,9 @@ void XunFeiStream::onXFWebApiMessageReceived(QString message)
         return;
     }
     m_state.XFResultText = result.text;
+    if (result.text.isEmpty()) {
+        qInfo("XunFei: a message without words, status %d", result.status);
+    }
     const QPointer<XunFeiStream> alive(this);
     takeResult(result, session);
     if (alive.isNull() || isOver(session)) {

@@ -54,6 +54,7 @@ public Q_SLOTS:
     void onXFWebApiMessageReceived(QString message);
 
 private:
+    void refuseBinary(const QByteArray &frame);
     void useAccountOf(const QString &voiceType);
     void closeSocket();
     void closeAndHide();

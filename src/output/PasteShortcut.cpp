@@ -1,7 +1,5 @@
 #include "output/PasteShortcut.h"
 
-#include <QStringList>
-
 #include <algorithm>
 #include <iterator>
 
@@ -51,23 +49,28 @@ constexpr Terminal terminals[] = {
 
 PasteShortcut pasteShortcutFor(const QString &windowClass)
 {
-    const auto terminalOf = [](const QString &name) {
-        return std::find_if(std::begin(terminals), std::end(terminals), [&](const Terminal &terminal) {
-            return name.compare(terminal.windowClass, Qt::CaseInsensitive) == 0;
-        });
+    // A program chooses its class for itself, of any length and with any number of dots: each terminal's name
+    // is looked for where it can stand, and nothing is split.
+    const auto isClass = [&](QLatin1String name) {
+        return windowClass.compare(name, Qt::CaseInsensitive) == 0;
     };
-    QStringList names{windowClass};
-    for (int dot = windowClass.indexOf(QLatin1Char('.')); dot >= 0;
-         dot = windowClass.indexOf(QLatin1Char('.'), dot + 1)) {
-        names << windowClass.left(dot) << windowClass.mid(dot + 1);
-    }
-    for (const QString &name : qAsConst(names)) {
-        const auto found = terminalOf(name);
-        if (found != std::end(terminals)) {
-            return found->shortcut;
-        }
-    }
-    return CtrlV;
+    const auto isInstance = [&](QLatin1String name) {
+        return windowClass.size() > name.size() && windowClass[name.size()] == QLatin1Char('.') &&
+               windowClass.startsWith(name, Qt::CaseInsensitive);
+    };
+    const auto endsAsClass = [&](QLatin1String name) {
+        return windowClass.size() > name.size() &&
+               windowClass[windowClass.size() - name.size() - 1] == QLatin1Char('.') &&
+               windowClass.endsWith(name, Qt::CaseInsensitive);
+    };
+    const auto find = [](const auto &matches) {
+        return std::find_if(std::begin(terminals), std::end(terminals),
+                            [&](const Terminal &terminal) { return matches(terminal.windowClass); });
+    };
+    auto found = find(isClass);
+    found = found != std::end(terminals) ? found : find(isInstance);
+    found = found != std::end(terminals) ? found : find(endsAsClass);
+    return found != std::end(terminals) ? found->shortcut : CtrlV;
 }
 
 } // namespace mevo

@@ -1,5 +1,7 @@
 #include "output/TextEffects.h"
 
+#include "base/Utf8.h"
+
 #include <QDebug>
 #include <QStringList>
 
@@ -34,13 +36,21 @@ public:
         if (!isOpen()) {
             return text;
         }
+        // The library takes and gives texts that end at a zero.
+        if (text.contains(QChar(QChar::Null))) {
+            QStringList parts = text.split(QChar(QChar::Null));
+            for (QString &part : parts) {
+                part = convert(part);
+            }
+            return parts.join(QChar(QChar::Null));
+        }
         const QByteArray utf8 = text.toUtf8();
         char *converted = opencc_convert_utf8(m_handle, utf8.constData(), static_cast<size_t>(utf8.size()));
         if (converted == nullptr) {
             qWarning() << "Traditional output: a text cannot be converted:" << opencc_error();
             return text;
         }
-        const QString result = QString::fromUtf8(converted);
+        const QString result = textOfUtf8(converted);
         opencc_convert_utf8_free(converted);
         return result;
     }

@@ -1,10 +1,12 @@
 #include "service/ServerAddresses.h"
 
+#include "base/SettingsFile.h"
+
 #include <QDebug>
 
 namespace mevo {
 
-void loadServerAddresses(ServiceState &state, const QSettings &settings, const WebCipher &cipher)
+void loadServerAddresses(ServiceState &state, const SettingsFile &settings, const WebCipher &cipher)
 {
     for (const ServerAddress &address : ServerAddresses) {
         QString &member = state.*address.member;

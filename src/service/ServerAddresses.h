@@ -3,11 +3,11 @@
 #include "service/WebCipher.h"
 #include "state/ServiceState.h"
 
-#include <QSettings>
-
 #include <array>
 
 namespace mevo {
+
+class SettingsFile;
 
 /// One server address: where it is stored and what replaces it.
 struct ServerAddress
@@ -31,6 +31,6 @@ constexpr std::array<ServerAddress, 9> ServerAddresses{{
 
 /// Replaces every address by what `settings`, opened at its group, holds for it. A stored value that is empty
 /// or cannot be deciphered changes nothing.
-void loadServerAddresses(ServiceState &state, const QSettings &settings, const WebCipher &cipher);
+void loadServerAddresses(ServiceState &state, const SettingsFile &settings, const WebCipher &cipher);
 
 } // namespace mevo

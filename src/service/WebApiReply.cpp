@@ -20,9 +20,7 @@ std::optional<WebApiReply> refuse(const char *reason)
 std::optional<WebApiReply> unwrapReply(const WebCipher &cipher, const QString &reply)
 {
     const QString payload = reply.mid(LengthDigits);
-    bool isNumber = false;
-    const int length = reply.leftRef(LengthDigits).toInt(&isNumber, 10);
-    if (!isNumber || length != payload.size()) {
+    if (lengthOfDigits(reply.leftRef(LengthDigits)) != payload.size()) {
         return refuse("its length does not agree");
     }
     const QString json = cipher.DecryptString(payload);

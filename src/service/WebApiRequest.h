@@ -18,7 +18,7 @@ constexpr char ColumnWriteTag[] = "updateIP___";
 constexpr char ProbeWord[] = "newGetNewVer";
 
 /// The address of one request: base, tag, the number of characters of `statement` (not of its cipher)
-/// as "%03d", and the cipher.
+/// as "%03d", and the cipher. A base of a host alone gets a "/".
 QUrl webApiUrl(const WebCipher &cipher, const QString &base, const char *tag, const QString &statement);
 
 /// A call with a shorter time-out is sent without waiting for its answer.

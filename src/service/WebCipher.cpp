@@ -1,5 +1,7 @@
 #include "service/WebCipher.h"
 
+#include "base/Utf8.h"
+
 #include <QDebug>
 
 #include <algorithm>
@@ -67,7 +69,7 @@ QString WebCipher::DecryptString(const QString &hexText) const
     }
     plain.truncate(length);
     // Not null, even when nothing is left: the cipher text itself was well formed.
-    return QString::fromUtf8(plain.constData(), plain.size());
+    return mevo::textOfUtf8({plain.constData(), std::size_t(plain.size())});
 }
 
 namespace mevo {
@@ -78,15 +80,22 @@ QString encipherField(const WebCipher &cipher, const QString &text)
            cipher.EncryptString(text);
 }
 
+std::optional<int> lengthOfDigits(const QStringRef &digits)
+{
+    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
+    bool isNumber = std::all_of(digits.begin(), digits.end(), isDigit);
+    const int length = isNumber ? digits.toInt(&isNumber, 10) : 0;
+    return isNumber ? std::make_optional(length) : std::nullopt;
+}
+
 std::optional<QString> decipherField(const WebCipher &cipher, const QString &field)
 {
-    bool isNumber = false;
-    const uint length = field.leftRef(LengthDigits).toUInt(&isNumber, 10);
+    const std::optional<int> length = lengthOfDigits(field.leftRef(LengthDigits));
     const QString text = decipherUnsizedField(cipher, field);
-    if (!isNumber || text.isNull()) {
+    if (!length || text.isNull()) {
         return std::nullopt;
     }
-    return text.left(static_cast<int>(length));
+    return text.left(*length);
 }
 
 QString decipherUnsizedField(const WebCipher &cipher, const QString &field)

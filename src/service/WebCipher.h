@@ -39,6 +39,9 @@ namespace mevo {
 /// A text as it lies in INI files: its number of characters as "%03d", then its cipher.
 QString encipherField(const WebCipher &cipher, const QString &text);
 
+/// The length that goes before a cipher text: digits and nothing else, no sign, no blank.
+std::optional<int> lengthOfDigits(const QStringRef &digits);
+
 /// The text of an enciphered field, cut to the length that the field tells. Nothing when the first
 /// three characters are no number or the rest is no cipher text.
 std::optional<QString> decipherField(const WebCipher &cipher, const QString &field);

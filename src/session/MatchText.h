@@ -15,8 +15,8 @@ struct ResultText
 constexpr char overMarker[] = "__over__";
 constexpr char autoOverMarker[] = "__AutoOver__";
 
-/// Removes every end marker.
-QString withoutOverMarker(QString text);
+/// Removes every end marker, until none is left.
+QString withoutOverMarker(const QString &text);
 
 /// Makes both forms. `buffer` is the session's text so far including `out`; `addPunctuation` is the
 /// setting that asks the engine for punctuation; `stripBoth` says that the engine (Baidu, Tencent) adds

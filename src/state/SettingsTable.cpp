@@ -3,7 +3,6 @@
 #include "base/SettingsFile.h"
 
 #include <QDir>
-#include <QSettings>
 
 namespace mevo {
 
@@ -13,23 +12,14 @@ using S = MainState;
 constexpr SettingKind plain = SettingKind::Plain;
 constexpr SettingKind nonZero = SettingKind::NonZero;
 constexpr SettingKind positive = SettingKind::Positive;
+constexpr SettingKind stored = SettingKind::Stored;
 constexpr SettingKind list = SettingKind::List;
 
 constexpr int customInputMethod = 3;
 
-/// QSettings splits an unquoted value at its commas; a text is meant whole.
-QString wholeText(const QVariant &value)
-{
-    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1String(", "))
-                                                : value.toString();
-}
-
 QStringList splitList(const QVariant &value)
 {
-    QString text =
-        value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(',')) : value.toString();
-    const int end = text.indexOf(QChar(0));
-    text = end < 0 ? text : text.left(end);
+    const QString text = value.toString().section(QChar(0), 0, 0);
     // An absent list has no words, not one empty word that a text of mere punctuation would equal.
     return text.isEmpty() ? QStringList() : text.split(QLatin1Char(';'));
 }
@@ -44,7 +34,7 @@ struct Loader
     void operator()(std::atomic<bool> S::*member) const { state.*member = flag(state.*member); }
     void operator()(int S::*member) const { state.*member = number(state.*member); }
     void operator()(std::atomic<int> S::*member) const { state.*member = number(state.*member); }
-    void operator()(QString S::*member) const { state.*member = wholeText(value); }
+    void operator()(QString S::*member) const { state.*member = value.toString(); }
     void operator()(QStringList S::*member) const { state.*member = splitList(value); }
 
 private:
@@ -57,8 +47,11 @@ private:
     }
     int number(int before) const
     {
-        const int now = value.toInt();
-        return row.kind == SettingKind::Positive && now <= 0 ? before : now;
+        bool isNumber = false;
+        const int now = value.toInt(&isNumber);
+        const bool keeps =
+            row.kind == SettingKind::Positive ? now <= 0 : row.kind == SettingKind::Stored && !isNumber;
+        return keeps ? before : now;
     }
 };
 
@@ -167,7 +160,7 @@ const std::vector<SettingRow> &settingRows()
         // kept: two of these are read under other spellings than the dialog writes
         {"MouseCurrentDPI", &S::MouseCurrentDPI, positive},
         {"MouseCurrentDataRate", &S::MouseCurrentDataRate, positive},
-        {"MosueCurrentWheelSpeed", &S::MouseCurrentWheelSpeed, positive},
+        {"MosueCurrentWheelSpeed", &S::MouseCurrentWheelSpeed, stored},
         {"MouseCurrentLeftkeyValue", &S::MouseCurrentLeftKeyValue},
         {"MouseCurrentRightKeyValue", &S::MouseCurrentRightKeyValue},
         {"MouseCurrentLeftKeyString", &S::MouseCurrentLeftKeyString},
@@ -181,13 +174,13 @@ const std::vector<SettingRow> &settingRows()
     return rows;
 }
 
-void loadSetting(const SettingRow &row, const QSettings &settings, MainState &state)
+void loadSetting(const SettingRow &row, const SettingsFile &settings, MainState &state)
 {
     const QVariant value = settings.value(QLatin1String(row.key), QString());
     std::visit(Loader{row, value, state}, row.member);
 }
 
-void loadSettings(MainState &state, QSettings &settings, bool startupEntryExists)
+void loadSettings(MainState &state, SettingsFile &settings, bool startupEntryExists)
 {
     for (const SettingRow &row : settingRows()) {
         loadSetting(row, settings, state);
@@ -201,7 +194,7 @@ void loadSettings(MainState &state, QSettings &settings, bool startupEntryExists
     settings.setValue(QStringLiteral("AutoRunApp"), state.AutoRunApp);
 }
 
-void dropUnofferedInputMethod(MainState &state, QSettings &settings)
+void dropUnofferedInputMethod(MainState &state, SettingsFile &settings)
 {
     if (state.LocalUseASR3Index != customInputMethod || state.ShowASR3Custom) {
         return;
@@ -212,7 +205,7 @@ void dropUnofferedInputMethod(MainState &state, QSettings &settings)
     settings.setValue(QStringLiteral("LocalEnableASR3"), false);
 }
 
-void loadEarlySettings(MainState &state, QSettings &settings, bool xpClass, const QString &programPath)
+void loadEarlySettings(MainState &state, SettingsFile &settings, bool xpClass, const QString &programPath)
 {
     static const SettingRow rows[] = {
         {"SimulateDoubleChannel", &S::SimulateDoubleChannel},
@@ -247,10 +240,10 @@ void dropEmptyProxy(ServiceState &state)
     }
 }
 
-void loadProxySettings(MainState &state, const QSettings &settings)
+void loadProxySettings(MainState &state, const SettingsFile &settings)
 {
     const auto text = [&settings](const char *key) {
-        return wholeText(settings.value(QLatin1String(key))).trimmed();
+        return settings.value(QLatin1String(key)).toString().trimmed();
     };
     state.NetworkProxy_IP = text("NetworkProxy_IP");
     const QString port = text("NetworkProxy_Port");

@@ -100,10 +100,27 @@ private Q_SLOTS:
 
     void keysKeepTheOrderOfTheFile()
     {
-        const mevo::KeyTable table = mevo::parseKeyTable("[z]\nShowName=一\nVKCode=65\n[half]\nShowName=x\n"
-                                                         "[a]\r\nVKCode = 66 \r\nShowName=\"二\"\r\nnoise\n");
-        QCOMPARE(table.names, QStringList({QStringLiteral("一"), QStringLiteral("二")}));
-        QCOMPARE(table.codes, QStringList({QStringLiteral("65"), QStringLiteral("66")}));
+        const mevo::KeyTable table =
+            mevo::parseKeyTable("[z]\nShowName=一\nVKCode=65\n[half]\nShowName=x\n"
+                                "[a]\r\nVKCode = 66 \r\nShowName=\"二\\x4e00\"\r\nnoise\n[b]\n"
+                                "[half]\nShowName=y ; a remark\n");
+        // Every group has its place, whatever it lacks.
+        QCOMPARE(table.names,
+                 QStringList({QStringLiteral("一"), QStringLiteral("y"), QStringLiteral("二一"), QString()}));
+        QCOMPARE(table.codes,
+                 QStringList({QStringLiteral("65"), QString(), QStringLiteral("66"), QString()}));
+        QTest::ignoreMessage(QtWarningMsg,
+                             "Key table: 2000 keys have no name or no code, the first is group \\x01x");
+        QCOMPARE(mevo::parseKeyTable("[\x01x]\n" + QByteArray("[]\n[a]\n[b]\n[a]\n").repeated(5) +
+                                     [] {
+                                         QByteArray many;
+                                         for (int i = 0; i < 1996; ++i) {
+                                             many += '[' + QByteArray::number(i) + "]\n";
+                                         }
+                                         return many;
+                                     }())
+                     .names.size(),
+                 2000);
         QVERIFY(mevo::parseKeyTable("").names.isEmpty());
     }
 

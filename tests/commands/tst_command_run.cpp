@@ -90,6 +90,18 @@ private Q_SLOTS:
         QTEST(shown(mevo::parseShortcut(contents, settings.KeyShowNames, settings.KeyCodes)), "keys");
     }
 
+    void unknownKeysAreOneShortLine()
+    {
+        static QStringList lines;
+        qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext &, const QString &line) { lines.append(line); });
+        mevo::parseShortcut(QStringLiteral("a\nb+") + QStringLiteral("x+").repeated(10000), {}, {});
+        qInstallMessageHandler(nullptr);
+        QCOMPARE(lines.size(), 1);
+        QVERIFY(lines[0].startsWith(QLatin1String("Commands: no key is called a\\nb, x, x")));
+        QVERIFY(lines[0].size() < 250);
+    }
+
     void rowsAreCarriedOut_data()
     {
         QTest::addColumn<CommandType>("type");
@@ -143,6 +155,9 @@ private Q_SLOTS:
             "https://www.so.com/s?ie=utf-8&q=x http://www.google.com/search?q=x "
             "https://www.bing.com/search?q=+x");
         row("Chinese and a blank", "b", "天 气", "https://www.baidu.com/s?ie=UTF-8&wd=%E5%A4%A9%20%E6%B0%94");
+        row("signs of an address", "bg", "C# 教程&100%+a=1?/%41",
+            "https://www.baidu.com/s?ie=UTF-8&wd=C%23%20%E6%95%99%E7%A8%8B%26100%25%2Ba=1?/%2541 "
+            "https://www.bing.com/search?q=+C%23%20%E6%95%99%E7%A8%8B%26100%25%2Ba=1?/%2541");
         row("nothing to search for", "G", "", "http://www.google.com/search?q=");
     }
 

@@ -208,6 +208,8 @@ private Q_SLOTS:
                                                             10));
         QVERIFY(file.rows.empty() && file.faults.size() == 1);
         QVERIFY(mevo::parseCommandFile("\n ").faults.isEmpty());
+        const auto nonsense = mevo::parseCommandFile("[0]\n" + QByteArray("\x01\n").repeated(100000));
+        QVERIFY(nonsense.faults.size() == 1 && nonsense.faults[0].size() < 300);
     }
 
     void theEditorsCellsAreWritten()

@@ -102,6 +102,8 @@ private slots:
     void draws();
     void keepsTheAccountBefore_data();
     void keepsTheAccountBefore();
+    void corruptValuesAreEmpty_data();
+    void corruptValuesAreEmpty();
     void drawsEveryAccount();
     void currentLanguage_data();
     void currentLanguage();
@@ -215,13 +217,6 @@ void TestCredentials::keepsTheAccountBefore_data()
     QTest::newRow("no file") << QByteArray();
     QTest::newRow("no group") << QByteArray("stray=1\n");
     QTest::newRow("empty group") << QByteArray("[0]\n");
-    QTest::newRow("keys missing") << QByteArray("[0]\n0=" + field("a") + "\n1=" + field("b") + "\n");
-    QTest::newRow("not enciphered") << QByteArray("[0]\n0=id\n1=key\n2=secret\n");
-    QTest::newRow("no length") << QByteArray("[0]\n0=abc" + field("a").mid(3) + "\n1=" + field("b") +
-                                             "\n2=" + field("c") + "\n");
-    QTest::newRow("cut cipher") << QByteArray("[0]\n0=" + field("a") + "\n1=" + field("b").chopped(2) +
-                                              "\n2=" + field("c") + "\n");
-    QTest::newRow("list in place of a value") << QByteArray("[0]\n0=a, b\n1=a, b\n2=a, b\n");
     QTest::newRow("binary") << QByteArray("\x00\xff\xfe[0]\x00\n0=\x01\n", 12);
 }
 
@@ -236,10 +231,36 @@ void TestCredentials::keepsTheAccountBefore()
     QVERIFY(!m_store->LoadBaiduCredentials(QStringLiteral("bbzdsrbdssset.ini")));
     QCOMPARE(m_state.BaiduAppId + m_state.BaiduClientId + m_state.BaiduClientSecret,
              QStringLiteral("beforebeforebefore"));
-    if (qstrcmp(QTest::currentDataTag(), "keys missing") != 0) { // this list has just the two
-        QVERIFY(!m_store->LoadBaiduTranslateCredentials());
-        QCOMPARE(m_state.BaiduTranslateAppId, QStringLiteral("before"));
-    }
+    QVERIFY(!m_store->LoadBaiduTranslateCredentials());
+    QCOMPARE(m_state.BaiduTranslateAppId, QStringLiteral("before"));
+}
+
+void TestCredentials::corruptValuesAreEmpty_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("drawn");
+    QTest::newRow("a key is missing")
+        << QByteArray("[0]\n0=" + field("a") + "\n1=" + field("b") + "\n") << "a|b|";
+    QTest::newRow("not enciphered") << QByteArray("[0]\n0=id\n1=key\n2=secret\n") << "||";
+    QTest::newRow("no length") << QByteArray("[0]\n0=abc" + field("a").mid(3) + "\n1=" + field("b") +
+                                             "\n2=" + field("c") + "\n")
+                               << "|b|c";
+    QTest::newRow("cut cipher") << QByteArray("[0]\n0=" + field("a") + "\n1=" + field("b").chopped(2) +
+                                              "\n2=" + field("c") + "\n")
+                                << "a||c";
+    QTest::newRow("a zero ends a value")
+        << QByteArray("[0]\n0=" + field("a") + "\\0x\n1=" + field("b") + "\n2=\n") << "a|b|";
+    QTest::newRow("lists in place of values") << QByteArray("[0]\n0=a, b\n1=a, b\n2=a, b\n") << "||";
+}
+
+void TestCredentials::corruptValuesAreEmpty()
+{
+    QFETCH(QByteArray, content);
+    home.write(QStringLiteral("bbzdsrbdssset.ini"), content);
+    QTest::ignoreMessage(QtWarningMsg, "Accounts: account 0 of bbzdsrbdssset.ini cannot be read");
+    QVERIFY(m_store->LoadBaiduCredentials(QStringLiteral("bbzdsrbdssset.ini")));
+    QTEST(QStringList({m_state.BaiduAppId, m_state.BaiduClientId, m_state.BaiduClientSecret}).join(u'|'),
+          "drawn");
 }
 
 void TestCredentials::drawsEveryAccount()
@@ -335,6 +356,17 @@ void TestCredentials::keepsTheFile_data()
     QTest::newRow("no items") << wrapped(rows({})) << 200;
     QTest::newRow("negative items") << wrapped({{QStringLiteral("items"), -3}}) << 200;
     QTest::newRow("a row is missing") << wrapped(gap) << 200;
+    const auto odd = [](const QString &column, const QJsonValue &value) {
+        QJsonObject list = rows({QStringLiteral("x"), QStringLiteral("y")});
+        QJsonObject row = list.value(QStringLiteral("result1")).toObject();
+        row.insert(column, value);
+        list.insert(QStringLiteral("result1"), row);
+        return wrapped(list);
+    };
+    QTest::newRow("a number") << odd(QStringLiteral("F0"), 5) << 200;
+    QTest::newRow("a null") << odd(QStringLiteral("F1"), QJsonValue()) << 200;
+    QTest::newRow("no text") << odd(QStringLiteral("F2"), QString()) << 200;
+    QTest::newRow("no column") << odd(QStringLiteral("F2"), QJsonValue(QJsonValue::Undefined)) << 200;
     QTest::newRow("length") << wrapped(rows({QStringLiteral("x")})) + "0" << 200;
     QTest::newRow("empty") << QByteArray() << 200;
     QTest::newRow("error") << wrapped(rows({QStringLiteral("x")})) << 500;

@@ -198,6 +198,10 @@ private slots:
         QTest::newRow("error") << QByteArray(
                                       R"({"Response":{"Error":{"Code":"A.B","Message":"m"},"Result":"x"}})")
                                << Kind::Error << "A.B|m";
+        QTest::newRow("error without end")
+            << QByteArray(R"({"Response":{"Error":{"Code":")" + QByteArray(9999, 'c') + R"(","Message":")" +
+                          QByteArray(9999, 'm') + R"("}}})")
+            << Kind::Error << QString(100, u'c') + u'|' + QString(500, u'm');
         QTest::newRow("error without a message")
             << QByteArray(R"({"Response":{"Error":{"Code":"A.B"}}})") << Kind::Error << "A.B|";
         QTest::newRow("error without a code")

@@ -280,15 +280,21 @@ private slots:
         QTest::addColumn<int>("value");
         QTest::addColumn<bool>("done");
         QTest::addColumn<int>("texts");
-        QTest::newRow("closed") << QByteArray("close") << 0 << false << 0;
-        QTest::newRow("cut") << QByteArray("cut") << 20 << false << 0;
-        QTest::newRow("whole, but too short") << QByteArray("length") << 7 << false << 1;
-        QTest::newRow("garbage") << QByteArray("garbage") << 0 << true << 0;
-        QTest::newRow("empty") << QByteArray("empty") << 0 << true << 0;
-        QTest::newRow("server error") << QByteArray("status") << 500 << true << 1; // the body is what counts
-        QTest::newRow("without end") << QByteArray("huge") << 5 * mevo::TencentSpeech::MaxReplyBytes << false
-                                     << 0;
-        QTest::newRow("late") << QByteArray("delay") << 200 << true << 1;
+        QTest::addColumn<QString>("line"); // in the log
+        const auto row = [](const char *name, const char *kind, int value, bool done, int texts,
+                            const char *line) {
+            QTest::newRow(name) << QByteArray(kind) << value << done << texts << QString::fromLatin1(line);
+        };
+        row("closed", "close", 0, false, 0, "the request failed");
+        row("cut", "cut", 20, false, 0, "are no answer");
+        row("cut in its head", "head", 30, true, 0, "the reply is empty");
+        row("whole, but too short", "length", 7, false, 1, "the request failed");
+        row("garbage", "garbage", 0, true, 0, "are no answer");
+        row("empty", "empty", 0, true, 0, "the reply is empty");
+        row("no content", "status", 204, true, 0, "the reply is empty");
+        row("server error", "status", 500, true, 1, ""); // the body is what counts
+        row("without end", "huge", 5 * mevo::TencentSpeech::MaxReplyBytes, false, 0, "are no answer");
+        row("late", "delay", 200, true, 1, "");
     }
 
     void faults()
@@ -297,8 +303,15 @@ private slots:
         QFETCH(int, value);
         QFETCH(bool, done);
         QFETCH(int, texts);
+        QFETCH(QString, line);
         m_service.change([&](auto &, auto &server) { server.setFault("/", {kind, value, 1}); });
-        QCOMPARE(recognise("samples").first, done);
+        logged.clear();
+        const QtMessageHandler before = qInstallMessageHandler(keepLog);
+        const bool whole = recognise("samples").first;
+        qInstallMessageHandler(before);
+        QCOMPARE(whole, done);
+        QCOMPARE(logged.isEmpty(), line.isEmpty());
+        QVERIFY2(logged.join(u'\n').contains(line), qPrintable(logged.join(u'\n')));
         QCOMPARE(m_texts.size(), texts);
         QCOMPARE(m_state->TXSR1DUsedQuantity, texts);
         QVERIFY(m_platform.log.calls().isEmpty()); // nothing for the user to see

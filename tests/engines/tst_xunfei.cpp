@@ -154,7 +154,14 @@ private Q_SLOTS:
         row("odd types",
             result(R"("pgs":7,"rg":"x","sn":[],"ls":"yes","ws":[1,{"cw":3},{"cw":[{"w":5},{}]}])"),
             "0 1 0 0--1 ");
-        row("a code as text", QStringLiteral(R"({"code":"10105","data":7})"), "0 0 0 0--1 ");
+        row("a code as text", QStringLiteral(R"({"code":"10105","data":7})"), "10105 0 0 0--1 ");
+        for (const char *code : {"1e10", "10105.5", "-0.5", "true", "[0]", "\"zero\"", "\"\"", "{}"}) {
+            row(code, QStringLiteral("{\"code\":%1}").arg(QLatin1String(code)), "-1 0 0 0--1 ");
+        }
+        row("no code", QStringLiteral(R"({"code":null})"), "0 0 0 0--1 ");
+        row("a range that is half a fraction", result(R"("pgs":"rpl","rg":[1.5,2])"), "0 1 1 0--1 ");
+        row("a range that ends nowhere", result(R"("pgs":"rpl","rg":[1,1e10])"), "0 1 1 0--1 ");
+        row("a range of three", result(R"("pgs":"rpl","rg":[1,2,3])"), "0 1 1 0--1 ");
         row("nothing in it", QStringLiteral("{}"), "0 0 0 0--1 ");
         row("empty", QString(), "-");
         row("no object", QStringLiteral("[{\"code\":0}]"), "-");

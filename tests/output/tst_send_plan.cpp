@@ -1,3 +1,4 @@
+#include "output/PasteShortcut.h"
 #include "output/SendPlan.h"
 #include "output/TextEffects.h"
 
@@ -159,6 +160,33 @@ private Q_SLOTS:
         QCOMPARE(plan.way == SendPlan::Way::Post, typed);
     }
 
+    void terminalsPasteInTheirOwnWay_data()
+    {
+        QTest::addColumn<QString>("windowClass");
+        QTest::addColumn<int>("keys"); // shift 1, ctrl 2
+        QTest::newRow("unknown") << "Gimp" << 2;
+        QTest::newRow("nothing") << QString() << 2;
+        QTest::newRow("class") << "XTerm" << 1;
+        QTest::newRow("instance and class") << "xterm.Other" << 1;
+        QTest::newRow("class behind an instance") << "my.own.KONSOLE" << 3;
+        QTest::newRow("a name with dots") << "org.wezfurlong.wezterm" << 3;
+        QTest::newRow("such an instance") << "org.wezfurlong.wezterm.x" << 3;
+        QTest::newRow("instance first") << "xterm.konsole" << 1;
+        QTest::newRow("part of a name") << "xterminator" << 2;
+        QTest::newRow("end of a name") << "notxterm" << 2;
+        QTest::newRow("only dots") << QString(4000000, QLatin1Char('.')) << 2;
+        QTest::newRow("dots before a name")
+            << QString(4000000, QLatin1Char('.')) + QStringLiteral("kitty") << 3;
+    }
+
+    void terminalsPasteInTheirOwnWay()
+    {
+        QFETCH(QString, windowClass);
+        const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(windowClass);
+        QTEST(int(shortcut.shift) + 2 * int(shortcut.ctrl), "keys");
+        QCOMPARE(shortcut.usage, shortcut.ctrl ? 0x19 : 0x49);
+    }
+
     void traditionalOutputChangesCharactersNotWords_data()
     {
         QTest::addColumn<QString>("simplified");
@@ -171,6 +199,11 @@ private Q_SLOTS:
                                           << "裡面";
         QTest::newRow("words stay") << "软件鼠标"
                                     << "軟件鼠標";
+        QTest::newRow("zeros and marks that are not seen")
+            << QChar(0xfeff) + QStringLiteral("汉") + QChar(0) + QChar(0xfeff) + QStringLiteral("听") +
+                   QChar(0)
+            << QChar(0xfeff) + QStringLiteral("漢") + QChar(0) + QChar(0xfeff) + QStringLiteral("聽") +
+                   QChar(0);
         QTest::newRow("nothing to convert") << "ABC 123，。😀𠀀"
                                             << "ABC 123，。😀𠀀";
     }

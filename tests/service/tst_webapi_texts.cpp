@@ -60,9 +60,7 @@ private slots:
     void requestAddress();
     void replies_data();
     void replies();
-    void statements_data();
     void statements();
-    void statementsFillInAnyValue();
     void proxy();
     void serverAddresses();
     void onlinePolls();
@@ -78,6 +76,8 @@ void TestWebApiTexts::cipher_data()
     QTest::newRow("statement") << "select * from orvdb.device_serialid where DongleID='01-02-030405'";
     QTest::newRow("Chinese") << QStringLiteral("灵犀听写系统，语音识别");
     QTest::newRow("emoji") << QStringLiteral("好😀");
+    QTest::newRow("a zero and marks that are not seen")
+        << QChar(0xfeff) + QStringLiteral("a") + QChar(0) + QChar(0xfeff) + QStringLiteral("b");
 }
 
 void TestWebApiTexts::cipher()
@@ -157,7 +157,9 @@ void TestWebApiTexts::fields()
     QCOMPARE(mevo::decipherField(web, QStringLiteral("004") + field.mid(3)).value(), token.left(4));
     QCOMPARE(mevo::decipherField(web, QStringLiteral("999") + field.mid(3)).value(), token);
     QVERIFY(!mevo::decipherField(web, QStringLiteral("x06") + field.mid(3)).has_value());
-    QVERIFY(!mevo::decipherField(web, QStringLiteral("-06") + field.mid(3)).has_value());
+    for (const char *digits : {" 06", "+06", "06 ", "-06", "\t06", "0x6"}) {
+        QVERIFY(!mevo::decipherField(web, QLatin1String(digits) + field.mid(3)).has_value());
+    }
     QVERIFY(!mevo::decipherField(web, QString()).has_value());
 }
 
@@ -177,8 +179,15 @@ void TestWebApiTexts::requestAddress()
     QFETCH(QString, prefix);
     const QUrl url = mevo::webApiUrl(WebCipher(), QStringLiteral("http://host:19004/mevowebapi?"),
                                      mevo::SqlTag, statement);
-    QCOMPARE(url.toString(), QStringLiteral("http://host:19004/mevowebapi?newsql___") + prefix +
-                                 WebCipher().EncryptString(statement));
+    const QString request = QStringLiteral("newsql___") + prefix + WebCipher().EncryptString(statement);
+    QCOMPARE(url.toString(), QStringLiteral("http://host:19004/mevowebapi?") + request);
+    // What is secret never becomes a part of the host's name.
+    for (const char *base : {"http://host", "http://host/", "http://host?", "http://host:80", "host"}) {
+        const QUrl other = mevo::webApiUrl(WebCipher(), QLatin1String(base), mevo::SqlTag, statement);
+        QCOMPARE(other.host(), QUrl(QLatin1String(base)).host());
+        QVERIFY(other.toString().endsWith(QLatin1String(base[4] == '?' || base[11] == '?' ? "?" : "/") +
+                                          request));
+    }
 }
 
 void TestWebApiTexts::replies_data()
@@ -204,6 +213,10 @@ void TestWebApiTexts::replies_data()
     QTest::newRow("empty") << QString() << false << 0 << 0;
     QTest::newRow("digits only") << "00000" << false << 0 << 0;
     QTest::newRow("four digits") << "0000" << false << 0 << 0;
+    const QString none = wrapped(QStringLiteral(R"({"items":0})"));
+    QTest::newRow("a short reply") << none << true << 0 << 0;
+    QTest::newRow("a blank among the digits") << QStringLiteral("   ") + none.mid(3) << false << 0 << 0;
+    QTest::newRow("a sign among the digits") << QStringLiteral("+") + none.mid(1) << false << 0 << 0;
     QTest::newRow("no digits") << "<html><body>502</body></html>" << false << 0 << 0;
     QTest::newRow("no cipher") << "00004zzzz" << false << 0 << 0;
     QTest::newRow("no JSON") << wrapped(QStringLiteral("items=1")) << false << 0 << 0;
@@ -225,60 +238,71 @@ void TestWebApiTexts::replies()
     }
 }
 
-void TestWebApiTexts::statements_data()
-{
-    QTest::addColumn<int>("id");
-    QTest::addColumn<QStringList>("values");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, Statement id, const QStringList &values, const char *text) {
-        QTest::newRow(name) << static_cast<int>(id) << values << QString::fromLatin1(text);
-    };
-    row("read", Statement::ReadDeviceRecord, {QStringLiteral("ID")},
-        "select * from db.device_serialid where DongleID='ID'");
-    row("columns", Statement::WriteDeviceColumns,
-        {QStringLiteral("IPRecord='1.2.3.4'"), QStringLiteral("ID")},
-        "update db.device_serialid set IPRecord='1.2.3.4' where DongleID='ID'");
-    row("first run", Statement::FirstRunTencent, {QStringLiteral("0"), QStringLiteral("ID")},
-        "update db.device_serialid set DefaultRecEngine=10, UseBDAPIPara ='0',ShowTXI='1', UseXFSDKPara = "
-        "'0',"
-        " UseTXAPIPara='1', UseXFWAPIPara='0' , EnableASR3='0', UseASR3Index='-1',UseBDFstPara = '0' "
-        "where DongleID='ID'");
-    row("XunFei", Statement::UseXunFei, {QStringLiteral("ID")},
-        "update db.device_serialid set DefaultRecEngine=10, UseTXAPIPara= '0', UseBDAPIPara ='0', "
-        "UseXFSDKPara = '1', UseXFWAPIPara='0'  where DongleID='ID'");
-    row("count", Statement::CountXunFei,
-        {QStringLiteral("7"), QStringLiteral("2026-11-24 09:00:00"), QStringLiteral("107"),
-         QStringLiteral("1.0.7"), QStringLiteral("ID")},
-        "update db.device_serialid set XFSR1DUsedQuantity=7,LatestLoginTime='2026-11-24 09:00:00',"
-        "CurrentVersion=107,CurrentSubVer='1.0.7' where DongleID='ID'");
-    row("exit", Statement::CountBaiduAtExit, {QStringLiteral("7"), QStringLiteral("ID")},
-        "update db.device_serialid set BDSR1DUsedQuantity=7 where DongleID='ID'");
-}
-
 void TestWebApiTexts::statements()
 {
-    QFETCH(int, id);
-    QFETCH(QStringList, values);
-    QFETCH(QString, text);
-    QCOMPARE(mevo::deviceStatement(static_cast<Statement>(id), QStringLiteral("db"), values), text);
-}
-
-void TestWebApiTexts::statementsFillInAnyValue()
-{
-    // Every text takes as many values as its row says, no more and no less, and keeps them as they are.
-    for (int i = 0; i <= static_cast<int>(Statement::BaiduTranslateAccounts); ++i) {
-        const mevo::StatementRow &row = mevo::statementRow(static_cast<Statement>(i));
-        QStringList values;
-        for (int v = 1; v <= row.values; ++v) {
-            values.append(QStringLiteral("<%%1>").arg(v % row.values + 1));
-        }
-        const QString text = mevo::statementText(row.id, values);
-        for (const QString &value : values) {
-            QCOMPARE(text.count(value), 1);
-        }
-        QCOMPARE(text.count(QLatin1Char('%')), row.values);
-        QVERIFY(mevo::statementText(row.id, values.mid(1)).isEmpty());
+    // Every statement as it goes out, with the schema "db" and further values "a", "b" and on; the table is
+    // `device_serialid` but for the last ones.
+    const char *const texts[] = {
+        "select * from db.device_serialid where DongleID='a'",
+        "select * from db.productrecord where CustomIndex=a and ProductionIndex=b",
+        "insert into db.device_serialid (DongleID,LastLoginDateTime,CurrentVersion,CurrentSubVer,"
+        "DefaultRecEngine) VALUES ('a','b',c,'d','e')",
+        "update db.device_serialid set a where DongleID='b'",
+        "update db.device_serialid set CurrentVersion=a where DongleID='b'",
+        "update db.device_serialid set DefaultRecEngine=10, UseBDAPIPara ='0',ShowTXI='1', UseXFSDKPara = "
+        "'0', "
+        "UseTXAPIPara='1', UseXFWAPIPara='0' , EnableASR3='0', UseASR3Index='-1',UseBDFstPara = 'a' "
+        "where DongleID='b'",
+        "update db.device_serialid set DefaultRecEngine=10, UseBDAPIPara ='1', UseXFSDKPara = '0', "
+        "UseXFWAPIPara='0' , EnableASR3='0', UseASR3Index='-1',UseBDFstPara = 'a' where DongleID='b'",
+        "update db.device_serialid set DefaultRecEngine=10, UseTXAPIPara= '0', UseBDAPIPara ='1', "
+        "UseXFSDKPara = '0', UseXFWAPIPara='0'  where DongleID='a'",
+        "update db.device_serialid set DefaultRecEngine=10, UseTXAPIPara= '1', UseBDAPIPara ='0', "
+        "UseXFSDKPara = '0', UseXFWAPIPara='0'  where DongleID='a'",
+        "update db.device_serialid set DefaultRecEngine=10, UseTXAPIPara= '0', UseBDAPIPara ='0', "
+        "UseXFSDKPara = '1', UseXFWAPIPara='0'  where DongleID='a'",
+        "update db.device_serialid set EnableASR3=a,MustClickRunASR3=b where DongleID='c'",
+        "update db.device_serialid set EnableASR3=a,MustClickRunASR3=b,UseASR3Index=c where DongleID='d'",
+        "update db.device_serialid set EnableASR3=a,MustClickRunASR3=b,UseASR3Index=c,CurrentVersion=d,"
+        "CurrentSubVer='e' where DongleID='f'",
+        "update db.device_serialid set BDSR1DUsedQuantity=a,LatestLoginTime='b',CurrentVersion=c,"
+        "CurrentSubVer='d' where DongleID='e'",
+        "update db.device_serialid set TXSR1DUsedQuantity=a,LatestLoginTime='b',CurrentVersion=c,"
+        "CurrentSubVer='d' where DongleID='e'",
+        "update db.device_serialid set XFSR1DUsedQuantity=a,LatestLoginTime='b',CurrentVersion=c,"
+        "CurrentSubVer='d' where DongleID='e'",
+        "update db.device_serialid set BDSR1DUsedQuantity=a where DongleID='b'",
+        "update db.device_serialid set TXSR1DUsedQuantity=a where DongleID='b'",
+        "update db.device_serialid set XFSR1DUsedQuantity=a where DongleID='b'",
+        "update db.device_serialid set LatestLoginTime='a'  where DongleID='b'",
+        "update db.device_serialid set BDSR1DUsedQuantity=a, TXSR1DUsedQuantity=b,XFSR1DUsedQuantity=c,"
+        "BDFY1MUsedQuantity=d,LastLoginDateTime='e'  where DongleID='f'",
+        "select F0,F1,F2 from db.wxfasrid where F3 = 1",
+        "select F0,F1,F2 from db.wxfasrid where F3 = 1 and F4 = 1",
+        "select F0,F1,F2 from db.bdasrid where F3 = 1 and sbj = 1",
+        "select F0,F1,F2 from db.bdasrid where F3 = 1 and zbb = 1",
+        "select F0,F1,F2 from db.bdasrid where F3 = 1 and yby = 1",
+        "select F0,F1,F2 from db.bdasrid where F3 = 1 and nbe = 1",
+        "select F0,F1,F2 from db.bdasrid where F3 = 1 and chbs = 1",
+        "select F0,F1,F2 from db.bdasrttsid where F3 = 1",
+        "select F0,F1 from db.bdasrfyid where F2 = 1",
+    };
+    QCOMPARE(std::size(texts), std::size_t(Statement::BaiduTranslateAccounts) + 1);
+    const QStringList letters = QStringLiteral("a b c d e f").split(u' ');
+    for (std::size_t i = 0; i < std::size(texts); ++i) {
+        const auto id = static_cast<Statement>(i);
+        const QString text = QLatin1String(texts[i]);
+        const int values = mevo::statementRow(id).values;
+        const QString schema = QStringLiteral("db");
+        QCOMPARE(text.contains(QLatin1String("device_serialid"))
+                     ? mevo::deviceStatement(id, schema, letters.mid(0, values - 2))
+                     : mevo::statementText(id, QStringList{schema} + letters.mid(0, values - 1)),
+                 text);
     }
+    QCOMPARE(mevo::statementText(Statement::WriteDeviceColumns, {QStringLiteral("%4"), QStringLiteral("%1"),
+                                                                 QStringLiteral("%%3"), QString()}),
+             QStringLiteral("update %4.%1 set %%3 where DongleID=''")); // values are not filled in turn
+    QVERIFY(mevo::statementText(Statement::XunFeiAccounts, {}).isEmpty());
 }
 
 void TestWebApiTexts::proxy()

@@ -111,6 +111,9 @@ private Q_SLOTS:
         QTest::newRow("one character leaves nothing to match") << true << true << "好"
                                                                << "好"
                                                                << "";
+        QTest::newRow("the last character is a pair") << true << true << "好😀"
+                                                      << "好😀"
+                                                      << "好";
         QTest::newRow("nothing at all") << true << true << ""
                                         << ""
                                         << "";
@@ -124,6 +127,17 @@ private Q_SLOTS:
         const auto result = mevo::makeResultText(text, text, addPunctuation, strip);
         QTEST(result.out, "out");
         QTEST(result.match, "match");
+    }
+
+    void markersAreTakenOutUntilNoneIsLeft()
+    {
+        QCOMPARE(mevo::withoutOverMarker(QStringLiteral("好__over__的__over__")), QStringLiteral("好的"));
+        QCOMPARE(mevo::withoutOverMarker(QStringLiteral("a__ov__over__er__b_")), QStringLiteral("ab_"));
+        QCOMPARE(mevo::withoutOverMarker(QStringLiteral("__over__over__")), QStringLiteral("over__"));
+        const int depth = 200000; // in one pass
+        QCOMPARE(mevo::withoutOverMarker(QStringLiteral("__ov").repeated(depth) +
+                                         QStringLiteral("er__").repeated(depth)),
+                 QString());
     }
 
     void textIsRouted_data()

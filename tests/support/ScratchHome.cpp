@@ -1,6 +1,5 @@
 #include "support/ScratchHome.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -29,12 +28,6 @@ void ScratchHome::write(const QString &name, const QByteArray &content) const
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(content) != content.size()) {
         qFatal("cannot write %s", qPrintable(file.fileName()));
     }
-    file.flush();
-    // QSettings tells a changed file by its time and size: two writes within one tick of the clock would
-    // look like one.
-    static int serial = 0;
-    file.setFileTime(QDateTime::currentDateTime().addSecs(-100000 + ++serial),
-                     QFileDevice::FileModificationTime);
 }
 
 QByteArray ScratchHome::read(const QString &name) const

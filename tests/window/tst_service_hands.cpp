@@ -427,7 +427,7 @@ private Q_SLOTS:
         window.micTip()->show();
         const std::function<void()> ends[] = {
             [&] { window.onEnterTimerAfterRec(); },
-            [&] { window.pipeline().showRecText(QStringLiteral("__AutoOver__")); },
+            [&] { window.showRecText(QStringLiteral("__AutoOver__")); },
             [&] {
                 QTest::mousePress(window.micTip(), Qt::RightButton);
                 window.BDSR1DUsedQuantity = 3; // what the empty session may have added

@@ -1,5 +1,7 @@
 #include "platform/linux/DesktopNotifications.h"
 
+#include "base/LogText.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDebug>
@@ -38,7 +40,7 @@ const IconRow &row(MessageIcon icon)
 
 void writeToLog(const QString &text, const QString &reason)
 {
-    qInfo().noquote().nospace() << "Message: " << text << " (not shown: " << reason << ")";
+    qInfo().noquote().nospace() << "Message: " << text << " (not shown: " << logText(reason) << ")";
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "platform/linux/HidapiHid.h"
 
+#include "base/LogText.h"
+
 #include <QDebug>
 
 #include <hidapi/hidapi.h>
@@ -48,8 +50,8 @@ HidHandle HidapiHid::openPath(const QByteArray &path)
     hid_device *device = hid_open_path(path.constData());
     if (device == nullptr) {
         const wchar_t *reason = hid_error(nullptr);
-        qWarning("cannot open %s: %s", path.constData(),
-                 qPrintable(reason != nullptr ? QString::fromWCharArray(reason) : QString()));
+        qWarning().noquote() << "cannot open" << logText(QString::fromUtf8(path)) + QLatin1Char(':')
+                             << logText(reason != nullptr ? QString::fromWCharArray(reason) : QString());
         return nullptr;
     }
     const std::lock_guard<std::mutex> lock(m_mutex);

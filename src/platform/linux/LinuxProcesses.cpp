@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxProcesses.h"
 
+#include "base/LogText.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusReply>
@@ -213,20 +215,21 @@ bool LinuxProcesses::askLogind(const QString &question, const QString &command)
     if (!may.isValid() ||
         (may.value() != QLatin1String("yes") && may.value() != QLatin1String("challenge"))) {
         qWarning().noquote() << "Processes: logind refuses" << command << "-"
-                             << (may.isValid() ? may.value() : may.error().message());
+                             << logText(may.isValid() ? may.value() : may.error().message());
         return false;
     }
     QDBusMessage call = message(command);
     call.setInteractiveAuthorizationAllowed(true);
     call << true; // logind may ask the user for a password
     auto *watcher = new QDBusPendingCallWatcher(m_systemBus.asyncCall(call, AuthenticationTimeout));
-    QObject::connect(
-        watcher, &QDBusPendingCallWatcher::finished, watcher, [command](QDBusPendingCallWatcher *done) {
-            if (done->isError()) {
-                qWarning().noquote() << "Processes:" << command << "failed:" << done->error().message();
-            }
-            done->deleteLater();
-        });
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
+                     [command](QDBusPendingCallWatcher *done) {
+                         if (done->isError()) {
+                             qWarning().noquote()
+                                 << "Processes:" << command << "failed:" << logText(done->error().message());
+                         }
+                         done->deleteLater();
+                     });
     return true;
 }
 

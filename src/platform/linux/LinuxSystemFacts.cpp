@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxSystemFacts.h"
 
 #include "base/ApplicationFiles.h"
+#include "base/WholeFile.h"
 #include "platform/linux/WindowsLocaleId.h"
 
 #include <QCryptographicHash>
@@ -8,7 +9,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QStorageInfo>
 #include <QUuid>
@@ -69,8 +69,7 @@ QString LinuxSystemFacts::computerId() const
     if (own.isEmpty()) {
         own = QUuid::createUuid().toByteArray(QUuid::Id128);
         QDir().mkpath(QFileInfo(m_ownIdFile).path());
-        QSaveFile file(m_ownIdFile);
-        if (!file.open(QIODevice::WriteOnly) || file.write(own) != own.size() || !file.commit()) {
+        if (!replaceWholeFile(m_ownIdFile, own).isEmpty()) {
             qWarning().noquote() << "Computer id: cannot be kept in" << m_ownIdFile;
         }
     }

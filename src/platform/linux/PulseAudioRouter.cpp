@@ -1,5 +1,7 @@
 #include "platform/linux/PulseAudioRouter.h"
 
+#include "base/LogText.h"
+
 #include <QByteArray>
 #include <QDebug>
 #include <QElapsedTimer>
@@ -158,7 +160,7 @@ bool PulseAudioRouter::switchDefault(const QString &name)
         return source.label == name || QString::fromUtf8(source.name) == name;
     });
     if (found == sources.end() || !session.setDefault(found->name)) {
-        qWarning().noquote() << "Microphones:" << name << "cannot be made the default";
+        qWarning().noquote() << "Microphones:" << logText(name) << "cannot be made the default";
         return false;
     }
     return true;

@@ -1,10 +1,11 @@
 #include "platform/linux/XdgStartupEntry.h"
 
+#include "base/WholeFile.h"
+
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace mevo {
@@ -98,12 +99,11 @@ bool XdgStartupEntry::set(const QString &name)
                                    .arg(plain, desktopEntryExec(m_program))
                                    .toUtf8();
     QDir().mkpath(m_folder);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
-        qWarning().noquote() << "Start at login:" << path << "cannot be written:" << file.errorString();
-        return false;
+    const QString failure = replaceWholeFile(path, content);
+    if (!failure.isEmpty()) {
+        qWarning().noquote() << "Start at login:" << path << "cannot be written:" << failure;
     }
-    return true;
+    return failure.isEmpty();
 }
 
 bool XdgStartupEntry::clear(const QString &name)
