@@ -96,6 +96,18 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>有文字未能输入，已保留在菜单的“未送达的文字”中。</source>
+        <translation>有文字未能輸入，已保留在選單的「未送達的文字」中。</translation>
+    </message>
+    <message>
+        <source>未送达的文字(%1)</source>
+        <translation>未送達的文字(%1)</translation>
+    </message>
+    <message>
+        <source>没有可以输入的窗口，请先把光标放到要输入的地方。</source>
+        <translation>沒有可以輸入的視窗，請先把游標放到要輸入的地方。</translation>
+    </message>
+    <message>
         <source>本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！</source>
         <translation>本版本尚不支援第三方語音輸入法，請在語言選單中選擇其他語音引擎！</translation>
     </message>
@@ -146,10 +158,6 @@
     <message>
         <source>请选择语音识别引擎</source>
         <translation>請選擇語音辨識引擎</translation>
-    </message>
-    <message>
-        <source>文字未能全部输入，其余文字已放入剪贴板，可用 Ctrl+V 粘贴。</source>
-        <translation>文字未能全部輸入，其餘文字已放入剪貼簿，可用 Ctrl+V 貼上。</translation>
     </message>
     <message>
         <source>正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，检测过程中可忽略提示信息或窗口！</source>
@@ -712,6 +720,33 @@
     <message>
         <source>松开按键太快！请长按松开后再正式语音输入！</source>
         <translation>鬆開按鍵太快！請長按鬆開後再正式語音輸入！</translation>
+    </message>
+</context>
+<context>
+    <name>UndeliveredDialog</name>
+    <message>
+        <source>未送达的文字</source>
+        <translation>未送達的文字</translation>
+    </message>
+    <message>
+        <source>选中一条，再把光标放到要输入的窗口，然后点“输入”。</source>
+        <translation>選取一條，再把游標放到要輸入的視窗，然後點「輸入」。</translation>
+    </message>
+    <message>
+        <source>输入</source>
+        <translation>輸入</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>複製</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>刪除</translation>
+    </message>
+    <message>
+        <source>全部删除</source>
+        <translation>全部刪除</translation>
     </message>
 </context>
 </TS>

@@ -96,6 +96,18 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>有文字未能输入，已保留在菜单的“未送达的文字”中。</source>
+        <translation>Some text could not be typed; it waits in the menu under “Undelivered texts”.</translation>
+    </message>
+    <message>
+        <source>未送达的文字(%1)</source>
+        <translation>Undelivered texts (%1)</translation>
+    </message>
+    <message>
+        <source>没有可以输入的窗口，请先把光标放到要输入的地方。</source>
+        <translation>No window takes text now; please put the cursor where the text should go.</translation>
+    </message>
+    <message>
         <source>本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！</source>
         <translation>This version drives no third-party input method yet; please choose another engine in the language menu.</translation>
     </message>
@@ -146,10 +158,6 @@
     <message>
         <source>请选择语音识别引擎</source>
         <translation>Speech recognition engine</translation>
-    </message>
-    <message>
-        <source>文字未能全部输入，其余文字已放入剪贴板，可用 Ctrl+V 粘贴。</source>
-        <translation>Not all of the text could be typed. The rest is on the clipboard: paste it with Ctrl+V.</translation>
     </message>
     <message>
         <source>正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，检测过程中可忽略提示信息或窗口！</source>
@@ -711,6 +719,33 @@ keep the pointer on this window and it stays open</translation>
     <message>
         <source>松开按键太快！请长按松开后再正式语音输入！</source>
         <translation>The key was released too soon. Hold it while you speak.</translation>
+    </message>
+</context>
+<context>
+    <name>UndeliveredDialog</name>
+    <message>
+        <source>未送达的文字</source>
+        <translation>Undelivered texts</translation>
+    </message>
+    <message>
+        <source>选中一条，再把光标放到要输入的窗口，然后点“输入”。</source>
+        <translation>Select a text, put the cursor into the window that it is for, then click “Type”.</translation>
+    </message>
+    <message>
+        <source>输入</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>全部删除</source>
+        <translation>Remove all</translation>
     </message>
 </context>
 </TS>
