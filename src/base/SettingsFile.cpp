@@ -11,10 +11,9 @@
 #include <QHash>
 #include <QLockFile>
 #include <QMap>
-#include <QMutex>
-#include <QMutexLocker>
 
 #include <algorithm>
+#include <mutex>
 #include <optional>
 
 namespace mevo {
@@ -62,18 +61,18 @@ public:
 
     void refresh()
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         read();
     }
     QVariant value(const QString &key)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         const auto written = m_written.constFind(key);
         return written != m_written.constEnd() ? *written : m_text.value(key);
     }
     bool contains(const QString &key)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         return m_written.contains(key) || m_text.contains(key);
     }
     void setValue(const QString &key, const QVariant &value)
@@ -81,12 +80,12 @@ public:
         // In the form in which the file will give it back.
         const QByteArray text = iniValueText(value);
         const QVariant stored = readIniValue({text.constData(), std::size_t(text.size())}).value;
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_written.insert(key, stored);
     }
     bool save()
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_written.isEmpty()) {
             return m_readable;
         }
@@ -154,7 +153,7 @@ private:
         return true;
     }
 
-    QMutex m_mutex;
+    std::mutex m_mutex;
     const QString m_path;
     FileStamp m_stamp;
     std::optional<QByteArray> m_content; ///< of the file when it was last read or written
@@ -165,10 +164,10 @@ private:
 
 std::shared_ptr<SettingsFile::Store> SettingsFile::storeOf(const QString &path)
 {
-    static QMutex mutex;
+    static std::mutex mutex;
     static QHash<QString, std::shared_ptr<Store>> stores;
     const QString place = QFileInfo(path).absoluteFilePath();
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     std::shared_ptr<Store> &store = stores[place];
     if (store == nullptr) {
         store = std::make_shared<Store>(place);
@@ -207,6 +206,11 @@ bool SettingsFile::contains(const QString &key) const
 
 void SettingsFile::setValue(const QString &key, const QVariant &value)
 {
+    const bool isText = value.canConvert(QMetaType::QString) && value.type() != QVariant::StringList;
+    if (value.isValid() && !isText) {
+        qWarning().noquote() << "Settings:" << key << "cannot take a" << value.typeName();
+        return;
+    }
     m_store->setValue(m_prefix + key, value);
     m_changed = true;
 }

@@ -33,7 +33,7 @@ public:
     /// A QString, or a QByteArray where one was stored.
     QVariant value(const QString &key, const QVariant &fallback = QVariant()) const;
     bool contains(const QString &key) const;
-    /// Takes what QVariant can turn into a text, and byte arrays.
+    /// Takes what QVariant can turn into a text, and byte arrays; all else changes nothing, with a log line.
     void setValue(const QString &key, const QVariant &value);
 
     /// Writes now; false, with a log line, when the disk refuses. The values count all the same and go to

@@ -189,7 +189,7 @@ void XunFeiStream::onXFWebApiMessageReceived(QString message)
         return;
     }
     m_state.XFResultText = result.text;
-    if (result.text.isEmpty()) {
+    if (result.text.isEmpty() && std::exchange(m_wordlessSession, session) != session) { // once a session
         qInfo("XunFei: a message without words, status %d", result.status);
     }
     const QPointer<XunFeiStream> alive(this);

@@ -74,6 +74,7 @@ private:
     bool m_punctuation = false;
     QStringList m_fragments; ///< results without correction
     int m_session = 0; ///< number of the session: a text's way may run event loops, and the next one begin
+    int m_wordlessSession = -1; ///< session in which a message without words has been logged
 };
 
 } // namespace mevo

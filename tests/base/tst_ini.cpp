@@ -7,6 +7,7 @@
 #include "support/ScratchHome.h"
 
 #include <QDir>
+#include <QRect>
 #include <QSettings>
 #include <QTextCodec>
 #include <QThread>
@@ -196,6 +197,9 @@ private Q_SLOTS:
                 ours.setValue(QString::number(i), values[i]);
             }
         }
+        set("list", QStringList{wide("a")});
+        set("rectangle", QRect(1, 2, 3, 4));
+        QCOMPARE(warnings.size(), 2);
         QCOMPARE(home.read(fileName), home.read(QStringLiteral("qt.ini")));
         const SettingsFile read(QStringLiteral("MainSetting"), other);
         for (std::size_t i = 0; i < std::size(values); ++i) {

@@ -182,11 +182,14 @@ void TestWebApiTexts::requestAddress()
     const QString request = QStringLiteral("newsql___") + prefix + WebCipher().EncryptString(statement);
     QCOMPARE(url.toString(), QStringLiteral("http://host:19004/mevowebapi?") + request);
     // What is secret never becomes a part of the host's name.
-    for (const char *base : {"http://host", "http://host/", "http://host?", "http://host:80", "host"}) {
-        const QUrl other = mevo::webApiUrl(WebCipher(), QLatin1String(base), mevo::SqlTag, statement);
-        QCOMPARE(other.host(), QUrl(QLatin1String(base)).host());
-        QVERIFY(other.toString().endsWith(QLatin1String(base[4] == '?' || base[11] == '?' ? "?" : "/") +
-                                          request));
+    const std::pair<const char *, const char *> bases[] = {{"http://host", "http://host/"},
+                                                           {"http://host/", "http://host/"},
+                                                           {"http://host?", "http://host?"},
+                                                           {"http://host:80", "http://host:80/"},
+                                                           {"host", "host/"}};
+    for (const auto &[base, asked] : bases) {
+        QCOMPARE(mevo::webApiUrl(WebCipher(), QLatin1String(base), mevo::SqlTag, statement).toString(),
+                 QLatin1String(asked) + request);
     }
 }
 
