@@ -3,6 +3,7 @@
 #include "audio/RecorderHost.h"
 #include "base/ServiceEndpoints.h"
 #include "base/StartClock.h"
+#include "device/DeviceChanges.h"
 #include "engines/EngineHost.h"
 #include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
@@ -10,6 +11,7 @@
 #include "session/SessionMachine.h"
 #include "state/MainState.h"
 #include "ui/TipWindowHost.h"
+#include "window/ExitWish.h"
 #include "window/SessionHands.h"
 
 #include <QMainWindow>
@@ -69,6 +71,9 @@ public:
 
     /// The one window, null before it has opened the device and after its end.
     static MainWindow *instance();
+
+    /// An exit has been walked; there is nothing left to run.
+    bool hasLeft() const { return m_exit.underWay(); }
 
     /// `QApplication::exit` code that starts the program anew.
     static constexpr int restartCode = 888;
@@ -204,6 +209,7 @@ private:
     void createTimers();
     void startSiblings();
     void finishStart();
+    void endConstruction();
 
     // Settings.
     void LoadSettings();
@@ -211,8 +217,16 @@ private:
     // Device.
     void createReader();
     void stopReader();
+    void readIdentityAtStart();
     void HandleDeviceChange(mevo::DeviceNotifier::Change change, const QString &name);
+    void scheduleDeviceChanges();
+    void takeDeviceChange();
+    void endDeviceChange();
+    /// The receiver whose arrival is under way is still there, and so is the program.
+    bool arrivalGoesOn() const { return !m_changes.overtaken() && !m_exit.certain(); }
     void deviceArrived();
+    void deviceIdentified();
+    void finishArrival();
     void deviceRemoved();
     void restartKeypadSibling();
     void closeInputMethodWindow();
@@ -234,12 +248,14 @@ private:
     void sendImmediateKeys();
 
     // Exit.
-    enum class ExitKind { Asked, Unasked, ByItself };
+    using ExitKind = mevo::ExitWish::Kind;
     void walkExit(ExitKind kind);
     bool askAboutStartup();
+    bool startAtLogin();
     void tearDown();
-    /// The exit has taken the dialogs, the recorder and the timers; nothing may be started any more.
-    bool hasTornDown() const { return InitDone && m_recorder == nullptr; }
+    /// An exit takes, or has taken, the dialogs, the recorder and the timers; nothing may be started any
+    /// more.
+    bool hasTornDown() const { return m_exit.underWay(); }
 
     // Bar.
     void createBar();
@@ -305,6 +321,8 @@ private:
     std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
     std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     GetHIDDataThread *m_reader = nullptr;
+    QObject *m_readerEar =
+        nullptr; ///< what the reader calls; with it go the calls that it still has on the way
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;
     CPatialResultDialog *XFPartialDlg = nullptr; ///< partial texts of XunFei's dynamic correction
@@ -332,9 +350,12 @@ private:
     QPoint m_dragFrom;
     bool m_dragging = false;
     bool m_moved = false;
-    bool m_productRead = false;            ///< the product record has been applied in this run
-    bool m_leaving = false;                ///< the program is about to leave by itself
-    bool m_exitWanted = false;             ///< an exit was asked for before the construction had ended
+    bool m_productRead = false;  ///< the product record has been applied in this run
+    bool m_countersKnown = true; ///< false when the start ended before it had read them
+    bool m_menuWanted = false;   ///< by a second start that came during the construction
+    mevo::ExitWish m_exit;
+    mevo::DeviceChanges m_changes;
+    int m_link = 0;                        ///< counts the receiver's openings and removals
     QStringList m_pasteQueue;              ///< of Paster2ScreenHandOut()
     QStringList m_pendingPastes;           ///< texts whose turn at the clipboard has not come
     std::vector<mevo::WindowId> m_targets; ///< of the sessions being recognised, the innermost last
