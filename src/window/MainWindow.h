@@ -253,8 +253,7 @@ private:
     bool askAboutStartup();
     bool startAtLogin();
     void tearDown();
-    /// An exit takes, or has taken, the dialogs, the recorder and the timers; nothing may be started any
-    /// more.
+    /// An exit is being walked or over; nothing may be started any more.
     bool hasTornDown() const { return m_exit.underWay(); }
 
     // Bar.
@@ -321,8 +320,7 @@ private:
     std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
     std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     GetHIDDataThread *m_reader = nullptr;
-    QObject *m_readerEar =
-        nullptr; ///< what the reader calls; with it go the calls that it still has on the way
+    QObject *m_readerEar = nullptr; ///< hears the reader; what it has not heard goes with it
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;
     CPatialResultDialog *XFPartialDlg = nullptr; ///< partial texts of XunFei's dynamic correction

@@ -71,28 +71,33 @@ private Q_SLOTS:
     void exitRunsInItsOrder_data()
     {
         QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("refused"); ///< the system makes no entry
+        QTest::addColumn<bool>("refused");     ///< the system makes no entry
+        QTest::addColumn<bool>("needsRights"); ///< an input method that runs with the administrator's mark
         QTest::addColumn<bool>("leaves");
         QTest::addColumn<QStringList>("startup"); ///< what is done about the start at login
         const QStringList made{QStringLiteral("elevation clear"),
                                QStringLiteral("startup set 灵犀听写系统.lnk")};
-        QTest::newRow("yes") << 0 << false << true << made;
-        QTest::newRow("yes, but the entry cannot be made") << 0 << true << true << made;
-        QTest::newRow("back") << 1 << false << false << QStringList();
-        QTest::newRow("no") << 2 << false << true << QStringList();
-        QTest::newRow("question closed") << -1 << false << false << QStringList();
+        QTest::newRow("yes") << 0 << false << false << true << made;
+        QTest::newRow("yes, but the entry cannot be made") << 0 << true << false << true << made;
+        QTest::newRow("yes, the mark stays") << 0 << false << true << true << QStringList(made.mid(1));
+        QTest::newRow("back") << 1 << false << false << false << QStringList();
+        QTest::newRow("no") << 2 << false << false << true << QStringList();
+        QTest::newRow("question closed") << -1 << false << false << false << QStringList();
     }
 
     void exitRunsInItsOrder()
     {
         QFETCH(int, answer);
         QFETCH(bool, refused);
+        QFETCH(bool, needsRights);
         QFETCH(bool, leaves);
         QFETCH(QStringList, startup);
         Program program;
         program.answer = answer;
         program.start();
         program.fake.startupEntry->refuses = refused;
+        program.window->LocalEnableASR3 = needsRights;
+        program.window->LocalUseASR3Index = 1;
         program.fake.log.clear();
         program.window->on_exitAppAction();
         QCOMPARE(program.questions, QStringList{QStringLiteral("自动启动软件")});

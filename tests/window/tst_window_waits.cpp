@@ -393,6 +393,25 @@ private Q_SLOTS:
         QTRY_VERIFY(window().Recording);
     }
 
+    /// The system reports a receiver that is gone already when it is to be opened; its removal comes later,
+    /// or never.
+    void anArrivalOfWhatIsGone()
+    {
+        for (const bool removalComes : {true, false}) {
+            Program program(false);
+            program.fake.networkState->kind = mevo::NetworkState::Connection::None;
+            program.start();
+            program.fake.deviceNotifier->report(Change::Arrival);
+            if (removalComes) {
+                program.fake.time->callAfter(2000, qApp, [&] { program.change(Change::Removal); });
+            }
+            program.settle();
+            QCOMPARE(program.questions.isEmpty(), removalComes);
+            QCOMPARE(window().hasLeft(), !removalComes);
+            QVERIFY(!window().deviceOpen());
+        }
+    }
+
     void changesWhileTheProgramIsMade()
     {
         Services services;
