@@ -116,6 +116,7 @@ const ReceiverConsole::Command ReceiverConsole::commands[] = {
     {"identity", &ReceiverConsole::identity, "identity 02-01-001357: the identity that is answered"},
     {"heartbeat", &ReceiverConsole::heartbeat,
      "heartbeat on|off: whether voice keys fall silent without a heartbeat"},
+    {"mute", &ReceiverConsole::mute, "mute on|off: whether it never sends a report of its own"},
     {"refuse", &ReceiverConsole::refuse, "refuse all|none|HEX: feature reports that are refused"},
     {"typing", &ReceiverConsole::typing, "typing on|off: whether told keys reach the X display"},
     {"mark", &ReceiverConsole::markHere, "mark: waits look only at what comes from here on"},
@@ -295,6 +296,15 @@ Answer ReceiverConsole::heartbeat(Words words)
     if (!on)
         return fail(QStringLiteral("on or off"));
     m_first.configure([&](ReceiverFirmware &firmware) { firmware.options.heartbeatRule = *on; });
+    return {};
+}
+
+Answer ReceiverConsole::mute(Words words)
+{
+    const std::optional<bool> on = onOrOff(words);
+    if (!on)
+        return fail(QStringLiteral("on or off"));
+    m_first.configure([&](ReceiverFirmware &firmware) { firmware.options.mute = *on; });
     return {};
 }
 

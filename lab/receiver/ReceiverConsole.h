@@ -55,6 +55,7 @@ private:
     Answer status(Words words);
     Answer identity(Words words);
     Answer heartbeat(Words words);
+    Answer mute(Words words);
     Answer refuse(Words words);
     Answer typing(Words words);
     Answer markHere(Words);

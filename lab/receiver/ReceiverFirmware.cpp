@@ -124,7 +124,7 @@ ReceiverFirmware::Outcome ReceiverFirmware::key(int number, bool pressed, qint64
         else if (pressed)
             m_sentPresses.push_back(number);
     }
-    outcome.reports.push_back(keyReport(number, pressed));
+    send(outcome, keyReport(number, pressed));
     return outcome;
 }
 
@@ -151,7 +151,7 @@ ReceiverFirmware::Outcome ReceiverFirmware::tick(qint64 nowMs)
     Outcome outcome;
     if (options.statusIntervalMs > 0 && nowMs - m_lastStatusMs >= options.statusIntervalMs) {
         m_lastStatusMs = nowMs;
-        outcome.reports.push_back(statusReport());
+        send(outcome, statusReport());
     }
     return outcome;
 }
@@ -195,13 +195,19 @@ void ReceiverFirmware::applySettings(const QByteArray &report, qint64 nowMs, Out
         m_microphoneLatched = (mask & latchOnBit) != 0;
     if (changed) {
         m_lastStatusMs = nowMs;
-        outcome.reports.push_back(statusReport());
+        send(outcome, statusReport());
     }
+}
+
+void ReceiverFirmware::send(Outcome &outcome, const QByteArray &bytes) const
+{
+    if (!options.mute)
+        outcome.reports.push_back(bytes);
 }
 
 void ReceiverFirmware::answerIdentity(const QByteArray &, qint64, Outcome &outcome)
 {
-    outcome.reports.push_back(identityReport());
+    send(outcome, identityReport());
 }
 
 void ReceiverFirmware::noteMouseIdRequest(const QByteArray &, qint64, Outcome &) {}
@@ -215,7 +221,7 @@ void ReceiverFirmware::assignCustomKey(const QByteArray &report, qint64 nowMs, O
     }
     (index == 1 ? settings.leftKey : settings.rightKey) = byteAt(report, 3);
     m_lastStatusMs = nowMs;
-    outcome.reports.push_back(statusReport());
+    send(outcome, statusReport());
 }
 
 void ReceiverFirmware::takeHeartbeat(const QByteArray &, qint64 nowMs, Outcome &)

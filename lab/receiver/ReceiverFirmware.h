@@ -42,6 +42,7 @@ public:
         bool heartbeatRule = true; ///< without a heartbeat the voice keys fall silent
         qint64 heartbeatTimeoutMs = 3000;
         qint64 statusIntervalMs = 1000; ///< between two status reports by themselves; 0 = none
+        bool mute = false;              ///< broken: takes everything and never says anything
     };
 
     /// What a happening makes the receiver do.
@@ -84,6 +85,7 @@ private:
     struct Command;
     static const Command commands[];
 
+    void send(Outcome &outcome, const QByteArray &bytes) const;
     void applySettings(const QByteArray &report, qint64 nowMs, Outcome &outcome);
     void answerIdentity(const QByteArray &report, qint64 nowMs, Outcome &outcome);
     void noteMouseIdRequest(const QByteArray &report, qint64 nowMs, Outcome &outcome);

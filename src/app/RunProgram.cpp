@@ -20,11 +20,24 @@ int runProgram(Platform &platform)
         installDiagnosticLog(settings.value(QStringLiteral("OutPrvDbg")).toInt() & 0xff,
                              settings.value(QStringLiteral("OutPrvDbgLine")).toInt() & 0xff);
     }
+    // Before the window: what is asked of the program while it is being made is kept for its end.
+    QObject signalContext;
+    onTerminationSignal(&signalContext, [] {
+        if (MainWindow *window = MainWindow::instance()) {
+            window->exitByItself();
+        }
+    });
+    platform.singleInstance->whenStartedAgain([] {
+        if (MainWindow *window = MainWindow::instance()) {
+            window->presentMenu();
+        }
+    });
     MainWindow window(platform);
+    if (window.hasLeft()) {
+        return 0; // an event loop that begins now would never hear of it
+    }
     window.setWindowTitle(QStringLiteral("aaaaaa"));
     window.show();
-    platform.singleInstance->whenStartedAgain([&window] { window.presentMenu(); });
-    onTerminationSignal(&window, [&window] { window.exitByItself(); });
     const int result = QApplication::exec();
     if (result != MainWindow::restartCode) {
         return result;

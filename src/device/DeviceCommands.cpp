@@ -1,6 +1,7 @@
 #include "device/DeviceCommands.h"
 
 #include "base/SettingsFile.h"
+#include "device/IdentityRead.h"
 #include "device/ReceiverDiscovery.h"
 #include "device/SendHWKeyThread.h"
 #include "state/MainState.h"
@@ -11,9 +12,6 @@ namespace reports = mevo::reports;
 
 namespace {
 
-constexpr int kIdentityDelayMs = 100;
-constexpr int kIdentityTimeoutMs = 500;
-constexpr int kReaderPauseLimitMs = 100;
 constexpr int kInjectionEndLimitMs = 5000;
 
 } // namespace
@@ -103,6 +101,7 @@ int DeviceCommands::failOpening(int result)
 
 void DeviceCommands::ReleaseHidDevice()
 {
+    StopIdentityRead();
     StopHeartbeat();
     m_state.DeviceConnected = false;
     m_platform.hid->exit();
@@ -152,56 +151,92 @@ bool DeviceCommands::SendKeyReport(int modifiers, int usage)
 
 void DeviceCommands::ReadDeviceIdentity()
 {
-    if (!m_state.DeviceConnected || m_state.DeviceIDBusy) {
+    if (!beginIdentityRead()) {
         return;
+    }
+    while (const std::optional<int> pause = m_identityRead->step()) {
+        m_platform.time->sleepMs(*pause);
+    }
+    endIdentityRead();
+}
+
+void DeviceCommands::ReadDeviceIdentity(int attempts, int pauseMs, std::function<bool()> wanted,
+                                        std::function<void()> done)
+{
+    StopIdentityRead();
+    m_identityOrder = {attempts, pauseMs, std::move(wanted), std::move(done)};
+    attemptIdentity();
+}
+
+void DeviceCommands::StopIdentityRead()
+{
+    ++m_identityRun;
+    m_identityRead.reset();
+    m_identityOrder = {};
+}
+
+bool DeviceCommands::beginIdentityRead()
+{
+    if (!m_state.deviceOpen() || m_state.DeviceIDBusy) {
+        return false;
     }
     StopHeartbeat();
-    m_state.DeviceIDBusy = true;
-    requestIdentity();
-    StartHeartbeat();
-    m_state.DeviceIDBusy = false;
+    m_identityRead = std::make_unique<mevo::IdentityRead>(
+        *m_platform.hid, *m_platform.time, m_state,
+        [this](const mevo::FeatureReport &report) { return SendDeviceCommand(report); });
+    return true;
 }
 
-/// The reply must not be read away by the reader, which notices the busy flag within its own wait.
-void DeviceCommands::awaitReaderPause()
+void DeviceCommands::endIdentityRead()
 {
-    for (int i = 0; i < kReaderPauseLimitMs && m_state.ReaderInRead; ++i) {
-        m_platform.time->sleepMs(1);
-    }
-}
-
-void DeviceCommands::requestIdentity()
-{
-    awaitReaderPause();
-    if (!SendDeviceCommand(reports::identityRequest)) {
-        return;
-    }
-    m_platform.time->sleepMs(kIdentityDelayMs);
-    mevo::InputReport reply{};
-    const mevo::HidHandle handle = m_state.HidInputHandle;
-    if (m_platform.hid->readTimeout(handle, reply.data(), reply.size(), kIdentityTimeoutMs) < 1) {
-        return;
-    }
-    qInfo("Get DongleID MEVOInput:GetHIDData :%02x %02x %02x %02x %02x %02x %02x %02x\n", reply[0], reply[1],
-          reply[2], reply[3], reply[4], reply[5], reply[6], reply[7]);
-
-    if (const auto identity = mevo::parseIdentity(reply)) {
+    if (const auto &identity = m_identityRead->identity()) {
         m_state.DongleID = identity->dongleId;
-        m_state.DongleIDDecimal = identity->dongleIdDecimal;
-        mevo::SettingsFile settings;
-        settings.setValue(QStringLiteral("DongleID"), m_state.DongleID);
-        settings.setValue(QStringLiteral("DongleIDDecimal"), m_state.DongleIDDecimal);
+        if (m_identityRead->cameFirst()) {
+            m_state.DongleIDDecimal = identity->dongleIdDecimal;
+            mevo::SettingsFile settings;
+            settings.setValue(QStringLiteral("DongleID"), m_state.DongleID);
+            settings.setValue(QStringLiteral("DongleIDDecimal"), m_state.DongleIDDecimal);
+        }
         tellZeroIdentity(*identity);
+    }
+    StartHeartbeat();
+    m_identityRead.reset();
+}
+
+void DeviceCommands::attemptIdentity()
+{
+    beginIdentityRead() ? stepIdentity() : endIdentityAttempt();
+}
+
+void DeviceCommands::stepIdentity()
+{
+    const std::optional<int> pause = m_identityOrder.wanted() ? m_identityRead->step() : std::optional<int>();
+    if (pause) {
+        continueIdentity(*pause, &DeviceCommands::stepIdentity);
         return;
     }
-    // A report that was under way when the reader paused comes first; the reply is the next one.
-    reply = {};
-    if (m_platform.hid->read(handle, reply.data(), reply.size()) > 0) {
-        if (const auto identity = mevo::parseIdentity(reply)) {
-            m_state.DongleID = identity->dongleId;
-            tellZeroIdentity(*identity);
-        }
+    endIdentityRead();
+    endIdentityAttempt();
+}
+
+void DeviceCommands::endIdentityAttempt()
+{
+    if (--m_identityOrder.attempts > 0 && m_state.DongleID.isEmpty() && m_identityOrder.wanted()) {
+        continueIdentity(m_identityOrder.pauseMs, &DeviceCommands::attemptIdentity);
+        return;
     }
+    const std::function<void()> done = std::move(m_identityOrder.done);
+    m_identityOrder = {};
+    done();
+}
+
+void DeviceCommands::continueIdentity(int milliseconds, void (DeviceCommands::*next)())
+{
+    m_platform.time->callAfter(milliseconds, this, [this, next, run = m_identityRun] {
+        if (run == m_identityRun) {
+            (this->*next)();
+        }
+    });
 }
 
 void DeviceCommands::tellZeroIdentity(const mevo::DeviceIdentity &identity)

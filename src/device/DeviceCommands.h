@@ -14,6 +14,8 @@ struct MainState;
 
 namespace mevo {
 
+class IdentityRead;
+
 /// What the device link needs of the main window. All are set.
 struct DeviceLinkHooks
 {
@@ -51,8 +53,8 @@ public:
     /// program leaves because of a second receiver), -3 when the vendor collection does not open. After
     /// a failure both handles are null, so that the next arrival can try again.
     int OpenHidDevice();
-    /// Ends the heartbeat, closes both handles and regards the device as absent. The reader must have
-    /// been stopped.
+    /// Ends the heartbeat and a reading of the identity, closes both handles and regards the device as
+    /// absent. The reader must have been stopped.
     void ReleaseHidDevice();
 
     void StartHeartbeat(); ///< or starts it anew, with the interval of VoiceIntervalTime
@@ -65,9 +67,15 @@ public:
     /// Presses a key of the receiver's keyboard, or lets go with 0; HidBusy is set meanwhile.
     bool SendKeyReport(int modifiers, int usage);
 
-    /// Reads the identity into DongleID and DongleIDDecimal and stores both. Takes 100 ms to 620 ms,
+    /// Reads the identity into DongleID and DongleIDDecimal and stores both. Blocks for 100 ms to 620 ms,
     /// during which the reader pauses. On any failure the two stay as they were.
     void ReadDeviceIdentity();
+    /// The same without blocking: up to `attempts` times, `pauseMs` apart, until there is a DongleID or
+    /// `wanted` answers false. Then calls `done`, which may be before this returns.
+    void ReadDeviceIdentity(int attempts, int pauseMs, std::function<bool()> wanted,
+                            std::function<void()> done);
+    /// Ends a reading that is under way; its `done` is not called.
+    void StopIdentityRead();
     /// Tells the receiver that the program is there. Not while voice input is closed or a key is typed.
     bool SendHeartbeat();
     bool RequestMouseID();
@@ -87,8 +95,12 @@ public:
 
 private:
     bool sendChecked(const std::optional<mevo::FeatureReport> &report, const char *what, int value);
-    void awaitReaderPause();
-    void requestIdentity();
+    bool beginIdentityRead();
+    void endIdentityRead();
+    void attemptIdentity();
+    void stepIdentity();
+    void endIdentityAttempt();
+    void continueIdentity(int milliseconds, void (DeviceCommands::*next)());
     void tellZeroIdentity(const mevo::DeviceIdentity &identity);
     int failOpening(int result);
     void startInjection(std::optional<mevo::KeyCombination> combination);
@@ -97,4 +109,15 @@ private:
     MainState &m_state;
     const mevo::DeviceLinkHooks m_hooks;
     std::shared_ptr<mevo::KeyInjectionQueue> m_injections;
+
+    struct IdentityOrder
+    {
+        int attempts = 0; ///< still to come, the one under way counted
+        int pauseMs = 0;
+        std::function<bool()> wanted;
+        std::function<void()> done;
+    };
+    std::unique_ptr<mevo::IdentityRead> m_identityRead; ///< the attempt under way
+    IdentityOrder m_identityOrder;
+    int m_identityRun = 0; ///< tells the calls of a reading that was stopped from those of the present one
 };

@@ -7,6 +7,8 @@
 #include <functional>
 #include <optional>
 
+class QObject;
+
 namespace mevo {
 
 /// Facts about the machine.
@@ -100,6 +102,9 @@ public:
     /// Blocks the calling thread.
     virtual void sleepMs(int milliseconds) = 0;
     virtual void sleepUs(int microseconds) = 0;
+    /// Calls `action` once from this thread's event loop, `milliseconds` from now; never when `context`,
+    /// which must belong to this thread, has gone by then.
+    virtual void callAfter(int milliseconds, QObject *context, std::function<void()> action) = 0;
 };
 
 } // namespace mevo

@@ -2,8 +2,13 @@
 
 #include <QMessageBox>
 #include <QPushButton>
+#include <QVector>
 
 namespace mevo {
+
+namespace {
+QVector<QMessageBox *> standing;
+}
 
 std::function<int(const Question &)> askHook;
 
@@ -22,8 +27,17 @@ int ask(QWidget *parent, const Question &question)
         box.setDefaultButton(static_cast<QPushButton *>(buttons.first()));
     }
     box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    standing.append(&box);
     box.exec();
+    standing.removeOne(&box);
     return buttons.indexOf(box.clickedButton());
+}
+
+void closeQuestions()
+{
+    for (QMessageBox *box : qAsConst(standing)) {
+        box->done(-1);
+    }
 }
 
 } // namespace mevo

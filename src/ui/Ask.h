@@ -21,6 +21,8 @@ struct Question
 /// Asks and waits; the index of the button pressed, or -1 when the question was closed. A test
 /// replaces `askHook` to answer by itself.
 int ask(QWidget *parent, const Question &question);
+/// Closes the questions that stand, unanswered.
+void closeQuestions();
 extern std::function<int(const Question &)> askHook;
 
 } // namespace mevo

@@ -77,11 +77,16 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     m_startClock.mark("device");
     createNetworkObjects();
     m_startClock.mark("network");
-    introduceDevice();
+    // What an exit needs is made in any case; the rest only for a program that will run.
+    if (!m_exit.certain()) {
+        introduceDevice();
+    }
     m_startClock.mark("identity and product");
     createRecorderAndBar();
     m_startClock.mark("recorder and bar");
-    loadServicesAndSettings();
+    if (!m_exit.certain()) {
+        loadServicesAndSettings();
+    }
     m_startClock.mark("accounts and record");
     createTipWindow();
     createTimers();
@@ -89,8 +94,11 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     mevo::enterMode(*this, &SessionState::VoiceTypeMode);
     mevo::saveLastModes(*this);
     m_micTip->UpdateStatusButtons();
-    startSiblings();
-    finishStart();
+    if (!m_exit.certain()) {
+        startSiblings();
+        finishStart();
+    }
+    endConstruction();
 }
 
 MainWindow::~MainWindow()
@@ -102,6 +110,7 @@ MainWindow::~MainWindow()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete m_micTip;
     delete m_recorder;
+    delete m_retiredRecorder;
     delete m_online;
     theWindow = nullptr;
 }
@@ -128,6 +137,9 @@ void MainWindow::createNetworkObjects()
 
 void MainWindow::startStep(StartStep step)
 {
+    if (m_exit.certain()) {
+        return;
+    }
     const int cutOff = m_webApi->cutOffCount();
     (this->*step)();
     if (!m_lateSteps.empty() || m_webApi->cutOffCount() != cutOff) {
@@ -172,9 +184,6 @@ void MainWindow::createRecorderAndBar()
 void MainWindow::loadServicesAndSettings()
 {
     startStep(&MainWindow::loadAllCredentials);
-    m_platform.deviceNotifier->start([this](mevo::DeviceNotifier::Change change, const QString &name) {
-        HandleDeviceChange(change, name);
-    });
     LoadSettings();
     startStep(&MainWindow::ReadServerInfo);
 }
@@ -190,10 +199,6 @@ void MainWindow::createTipWindow()
     connect(this, &MainWindow::updateMicWin, m_micTip, &MicTipDialog::UpdataMicWin);
     connect(m_recorder, &AudioRecorder::SendRec2Main, this, &MainWindow::showRecText);
     connect(m_recorder, &AudioRecorder::SendVolume2MicDlg, m_micTip, &MicTipDialog::showMicVolume);
-    if (m_reader != nullptr) {
-        connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_micTip,
-                &MicTipDialog::CallMicDlgFunctionSlot);
-    }
     m_micTip->hide();
 }
 
@@ -244,16 +249,34 @@ void MainWindow::finishStart()
     InitDone = true;
     m_startClock.mark("windows and menus");
     qInfo().noquote() << "Start: ready;" << m_startClock.summary();
-    if (!m_lateSteps.empty() && !m_exitWanted) {
+    if (!m_lateSteps.empty() && !m_exit.certain()) {
         qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
         QTimer::singleShot(0, this, &MainWindow::runLateSteps);
-    }
-    if (m_exitWanted) {
-        QTimer::singleShot(0, this, &MainWindow::exitByItself);
     }
     const bool thirdPartyNeedsElevation = LocalEnableASR3 && LocalUseASR3Index == 1;
     if (!thirdPartyNeedsElevation && RunAsAdmin) {
         clearRunAsAdministrator();
+    }
+}
+
+/// What came from outside meanwhile is taken now.
+void MainWindow::endConstruction()
+{
+    const bool complete = InitDone;
+    InitDone = true;
+    const std::optional<ExitKind> exit = m_exit.constructionEnded();
+    if (exit && *exit != ExitKind::Asked) {
+        qInfo() << "Start: ends at once, an exit was asked for";
+        m_countersKnown = complete;
+        walkExit(*exit);
+        return;
+    }
+    m_changes.release();
+    scheduleDeviceChanges();
+    if (exit) {
+        QTimer::singleShot(0, this, &MainWindow::on_exitAppAction);
+    } else if (m_menuWanted) {
+        QTimer::singleShot(0, this, &MainWindow::presentMenu);
     }
 }
 

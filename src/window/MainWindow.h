@@ -3,6 +3,7 @@
 #include "audio/RecorderHost.h"
 #include "base/ServiceEndpoints.h"
 #include "base/StartClock.h"
+#include "device/DeviceChanges.h"
 #include "engines/EngineHost.h"
 #include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
@@ -11,6 +12,7 @@
 #include "session/SessionResults.h"
 #include "state/MainState.h"
 #include "ui/TipWindowHost.h"
+#include "window/ExitWish.h"
 #include "window/SessionHands.h"
 
 #include <QMainWindow>
@@ -77,6 +79,9 @@ public:
     /// What a start waits for services in all, in milliseconds: the longest time-out of one record. What is
     /// late is asked again behind the bar.
     static inline int startWaitMs = 3000;
+
+    /// An exit has been walked; there is nothing left to run.
+    bool hasLeft() const { return m_exit.underWay(); }
 
     /// `QApplication::exit` code that starts the program anew.
     static constexpr int restartCode = 888;
@@ -219,6 +224,7 @@ private:
     void createTimers();
     void startSiblings();
     void finishStart();
+    void endConstruction();
 
     // Settings.
     void LoadSettings();
@@ -226,8 +232,16 @@ private:
     // Device.
     void createReader();
     void stopReader();
+    void readIdentityAtStart();
     void HandleDeviceChange(mevo::DeviceNotifier::Change change, const QString &name);
+    void scheduleDeviceChanges();
+    void takeDeviceChange();
+    void endDeviceChange();
+    /// The receiver whose arrival is under way is still there, and so is the program.
+    bool arrivalGoesOn() const { return !m_changes.overtaken() && !m_exit.certain(); }
     void deviceArrived();
+    void deviceIdentified();
+    void finishArrival();
     void deviceRemoved();
     void restartKeypadSibling();
     void closeInputMethodWindow();
@@ -276,12 +290,13 @@ private:
     void sendImmediateKeys();
 
     // Exit.
-    enum class ExitKind { Asked, Unasked, ByItself };
+    using ExitKind = mevo::ExitWish::Kind;
     void walkExit(ExitKind kind);
     bool askAboutStartup();
+    bool startAtLogin();
     void tearDown();
-    /// The exit has taken the dialogs, the recorder and the timers; nothing may be started any more.
-    bool hasTornDown() const { return InitDone && m_recorder == nullptr; }
+    /// An exit is being walked or over; nothing may be started any more.
+    bool hasTornDown() const { return m_exit.underWay(); }
 
     // Bar.
     void createBar();
@@ -354,7 +369,9 @@ private:
     std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     std::unique_ptr<mevo::UndeliveredTexts> m_undelivered;
     GetHIDDataThread *m_reader = nullptr;
+    QObject *m_readerEar = nullptr; ///< hears the reader; what it has not heard goes with it
     AudioRecorder *m_recorder = nullptr;
+    AudioRecorder *m_retiredRecorder = nullptr; ///< after the exit
     MicTipDialog *m_micTip = nullptr;
     CPatialResultDialog *XFPartialDlg = nullptr; ///< partial texts of XunFei's dynamic correction
     QPointer<QToolTips> m_toolTips;
@@ -386,9 +403,12 @@ private:
     bool m_productRead = false;         ///< the product record has been applied in this run
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
-    bool m_leaving = false;             ///< the program is about to leave by itself
-    bool m_exitWanted = false;          ///< an exit was asked for before the construction had ended
-    QStringList m_pasteQueue;           ///< of Paster2ScreenHandOut()
+    bool m_countersKnown = true;        ///< false when the start ended before it had read them
+    bool m_menuWanted = false;          ///< by a second start that came during the construction
+    mevo::ExitWish m_exit;
+    mevo::DeviceChanges m_changes;
+    int m_link = 0;           ///< counts the receiver's openings and removals
+    QStringList m_pasteQueue; ///< of Paster2ScreenHandOut()
 
     struct PendingPaste
     {

@@ -203,6 +203,10 @@ void MainWindow::presentMenu()
     if (ExitInProgress) {
         return; // a question may stand there already
     }
+    if (!InitDone) {
+        m_menuWanted = true;
+        return;
+    }
     if (isVisible()) {
         raise();
     }

@@ -18,8 +18,11 @@
 #include <cstdlib>
 
 namespace {
+constexpr int startIdentityRetries = 11;
 constexpr int arrivalIdentityRetries = 51;
 constexpr int arrivalRetryPauseMs = 50;
+constexpr int keypadPauseMs = 1000;
+const QString keypadSibling = QStringLiteral("\\KeypadHost.exe");
 } // namespace
 
 void MainWindow::openDeviceAtStart()
@@ -31,11 +34,16 @@ void MainWindow::openDeviceAtStart()
         message(text, icon, milliseconds);
     };
     hooks.leaveProgram = [this] {
-        m_leaving = true;
+        m_exit.announce();
         QTimer::singleShot(0, this, &MainWindow::exitByItself);
     };
     m_device = std::make_unique<DeviceCommands>(m_platform, *this, hooks);
 
+    // Heard from before the opening on, so that no change falls between the two, and taken after the start.
+    m_changes.hold();
+    m_platform.deviceNotifier->start([this](mevo::DeviceNotifier::Change change, const QString &name) {
+        HandleDeviceChange(change, name);
+    });
     const int result = m_device->OpenHidDevice();
     if (result != 0) {
         qInfo() << "Receiver: not opened at start, result" << result;
@@ -47,17 +55,24 @@ void MainWindow::openDeviceAtStart()
 void MainWindow::createReader()
 {
     m_reader = new GetHIDDataThread(*m_platform.hid, *m_platform.time, *this);
-    connect(m_reader, &GetHIDDataThread::returnHidKeyResult, this, &MainWindow::ProcessResult);
-    connect(m_reader, &GetHIDDataThread::CallMainFunctionSignal, this, &MainWindow::CallMainFunctionSlot);
-    connect(m_reader, &GetHIDDataThread::OfflineWarning, this, [this] {
+    m_readerEar = new QObject(this);
+    connect(m_reader, &GetHIDDataThread::returnHidKeyResult, m_readerEar, [this](char *report) {
+        if (InitDone) { // before, there is nothing that could record
+            ProcessResult(report);
+        }
+    });
+    connect(m_reader, &GetHIDDataThread::CallMainFunctionSignal, m_readerEar,
+            [this](int index) { CallMainFunctionSlot(index); });
+    connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_readerEar, [this](int index) {
+        if (m_micTip != nullptr) {
+            m_micTip->CallMicDlgFunctionSlot(index);
+        }
+    });
+    connect(m_reader, &GetHIDDataThread::OfflineWarning, m_readerEar, [this] {
         message(tr("未连接外部网络，该功能无法实现！"), mevo::MessageIcon::Information, 3000);
     });
-    connect(m_reader, &GetHIDDataThread::StartStopRecordTimer, this,
-            [this] { QTimer::singleShot(5000, m_reader, &GetHIDDataThread::TimeOutStopRecord); });
-    if (m_micTip != nullptr) {
-        connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_micTip,
-                &MicTipDialog::CallMicDlgFunctionSlot);
-    }
+    connect(m_reader, &GetHIDDataThread::StartStopRecordTimer, m_readerEar,
+            [reader = m_reader] { QTimer::singleShot(5000, reader, &GetHIDDataThread::TimeOutStopRecord); });
     m_reader->InputHandle = HidInputHandle.load();
     m_reader->start(QThread::InheritPriority);
 }
@@ -67,8 +82,13 @@ void MainWindow::stopReader()
     if (m_reader == nullptr) {
         return;
     }
-    m_reader->disconnect();
-    if (m_reader->StopReader()) {
+    const bool ended = m_reader->StopReader();
+    // A press that is still on its way would begin a session that no release ends. The ear itself may be
+    // hearing at this very moment.
+    QCoreApplication::removePostedEvents(m_readerEar, QEvent::MetaCall);
+    m_readerEar->deleteLater();
+    m_readerEar = nullptr;
+    if (ended) {
         delete m_reader;
     } else {
         qWarning() << "Receiver: the reader hangs and is left behind";
@@ -79,17 +99,23 @@ void MainWindow::stopReader()
 void MainWindow::introduceDevice()
 {
     if (deviceOpen()) {
-        constexpr int retries = 11;
-        m_device->ReadDeviceIdentity();
-        for (int i = 0; i < retries && DongleID.isEmpty(); ++i) {
-            m_device->ReadDeviceIdentity();
-        }
+        readIdentityAtStart();
     }
     startStep(&MainWindow::introduceProduct);
     if (!IsOnline) {
         setTrayPicture(QStringLiteral(":/rec/ORNoNetwork.png"));
         message(tr("未连接外部网络"), mevo::MessageIcon::Warning, 3000);
         hide();
+    }
+}
+
+void MainWindow::readIdentityAtStart()
+{
+    bool over = false;
+    m_device->ReadDeviceIdentity(
+        1 + startIdentityRetries, 0, [this] { return arrivalGoesOn(); }, [&over] { over = true; });
+    while (!over) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 }
 
@@ -114,19 +140,37 @@ void MainWindow::timerEvent(QTimerEvent *event)
 
 void MainWindow::HandleDeviceChange(mevo::DeviceNotifier::Change change, const QString &name)
 {
-    if (ExitInProgress) {
+    if (hasTornDown()) {
         return;
     }
-    if (change == mevo::DeviceNotifier::Change::Arrival) {
-        if (mevo::isReceiverName(name)) {
-            deviceArrived();
-        }
-        return;
+    if (change == mevo::DeviceNotifier::Change::Removal) {
+        closeInputMethodWindow(); // for whatever was removed: the input method types through the receiver
     }
-    closeInputMethodWindow(); // for whatever was removed: the input method types through the receiver
     if (mevo::isReceiverName(name)) {
-        deviceRemoved();
+        m_changes.add(change);
+        scheduleDeviceChanges();
     }
+}
+
+/// Not at once: what has been overtaken by the next change of the same moment need not begin.
+void MainWindow::scheduleDeviceChanges()
+{
+    QMetaObject::invokeMethod(this, &MainWindow::takeDeviceChange, Qt::QueuedConnection);
+}
+
+void MainWindow::takeDeviceChange()
+{
+    const auto change = m_changes.take();
+    if (!change) {
+        return;
+    }
+    *change == mevo::DeviceNotifier::Change::Arrival ? deviceArrived() : deviceRemoved();
+}
+
+void MainWindow::endDeviceChange()
+{
+    m_changes.release();
+    scheduleDeviceChanges();
 }
 
 void MainWindow::closeInputMethodWindow()
@@ -147,8 +191,10 @@ void MainWindow::deviceArrived()
         if (DeviceConnected) {
             m_device->ResetDeviceKeys();
         }
+        endDeviceChange();
         return;
     }
+    ++m_link;
     if (m_device->OpenHidDevice() == 0) {
         DeviceConnected = true;
         if (m_reader == nullptr) {
@@ -156,43 +202,60 @@ void MainWindow::deviceArrived()
         }
         m_reader->InputHandle = HidInputHandle.load();
     }
-    if (m_leaving) {
-        return;
+    if (arrivalGoesOn()) {
+        m_online->GetInternetConnectState();
+        ProbeBackend();
     }
-    m_online->GetInternetConnectState();
-    ProbeBackend();
-    if (hasTornDown()) {
-        return; // the wait for the backend has let an exit through
+    if (!arrivalGoesOn()) { // the wait for the backend has let a removal or an exit through
+        endDeviceChange();
+        return;
     }
     placeBar(299, 199, 200);
     show();
 
     DongleID.clear();
-    m_device->ReadDeviceIdentity();
-    for (int i = 0; i < arrivalIdentityRetries && DongleID.isEmpty() && deviceOpen(); ++i) {
-        m_platform.time->sleepMs(arrivalRetryPauseMs);
-        m_device->ReadDeviceIdentity();
-    }
-    if (m_leaving) {
-        return;
-    }
-    if (DongleID.isEmpty()) {
+    m_device->ReadDeviceIdentity(
+        1 + arrivalIdentityRetries, arrivalRetryPauseMs, [this] { return arrivalGoesOn(); },
+        [this] { deviceIdentified(); });
+}
+
+void MainWindow::deviceIdentified()
+{
+    if (arrivalGoesOn() && DongleID.isEmpty()) {
         mevo::ask(this, {tr("错误"), tr("请确认插上设备后再重启运行!"), {tr("确定")}, true});
         exitByItself();
         return;
     }
-    if (ReadProductRecord()) {
-        QTimer::singleShot(1000, this, &MainWindow::DownloadBaiduINIFileTimeout);
-    } else if (!hasTornDown()) {
-        ReadServerInfo();
+    if (arrivalGoesOn()) {
+        if (ReadProductRecord()) {
+            QTimer::singleShot(1000, this, &MainWindow::DownloadBaiduINIFileTimeout);
+        } else if (arrivalGoesOn()) {
+            ReadServerInfo();
+        }
     }
-    if (!hasTornDown()) {
+    if (arrivalGoesOn()) {
         settleFirstArrival();
     }
-    if (hasTornDown()) {
-        return;
+    if (arrivalGoesOn()) {
+        restartKeypadSibling();
     }
-    restartKeypadSibling();
+    endDeviceChange();
+}
+
+/// The keyboard is ended and, a second later, started anew; the last steps of the arrival come after that.
+void MainWindow::restartKeypadSibling()
+{
+    m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
+    m_platform.time->callAfter(keypadPauseMs, this, [this, link = m_link] {
+        if (link == m_link && !hasTornDown()) {
+            finishArrival();
+        }
+    });
+}
+
+void MainWindow::finishArrival()
+{
+    m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppHide")}, true);
     m_device->StartHeartbeat();
     if (DeviceConnected) {
         m_device->ResetDeviceKeys();
@@ -200,29 +263,22 @@ void MainWindow::deviceArrived()
     }
 }
 
-void MainWindow::restartKeypadSibling()
-{
-    const QString keypad = QStringLiteral("\\KeypadHost.exe");
-    if (m_platform.processes->startSibling(keypad, {QStringLiteral("ORVKBAppExit")}, false)) {
-        m_platform.time->sleepMs(1000);
-    }
-    m_platform.processes->startSibling(keypad, {QStringLiteral("ORVKBAppHide")}, true);
-}
-
 void MainWindow::deviceRemoved()
 {
+    ++m_link;
     DongleID.clear();
     setTrayPicture(QStringLiteral(":/rec/ORDeviceDisConnect.png"));
-    if (DeviceConnected) {
-        m_platform.processes->startSibling(QStringLiteral("\\KeypadHost.exe"),
-                                           {QStringLiteral("ORVKBAppHide")}, true);
+    const bool wasConnected = DeviceConnected;
+    if (wasConnected) {
+        m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppHide")}, true);
         m_device->DeviceGoodbye();
         m_device->StopHeartbeat();
         stopReader();
         m_device->ReleaseHidDevice();
-        if (!MouseSession) {
-            endRunningSession(); // the key that was held can no longer come up
-        }
     }
     hide();
+    endDeviceChange();
+    if (wasConnected && !MouseSession) {
+        endRunningSession(); // the key that was held can no longer come up; last, since recognition waits
+    }
 }

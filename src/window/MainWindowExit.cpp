@@ -3,10 +3,7 @@
 #include "window/MainWindow.h"
 
 #include "audio/AudioRecorder.h"
-#include "base/SettingsFile.h"
 #include "device/DeviceCommands.h"
-#include "service/WebApi.h"
-#include "service/WebCipher.h"
 #include "service/isOnl.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
@@ -16,15 +13,12 @@
 #include <QNetworkAccessManager>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 
 const QString keypadSibling = QStringLiteral("\\KeypadHost.exe");
 const QString penPadSibling = QStringLiteral("\\..\\HW\\PenPadHost.exe");
-
-QString startupLinkName()
-{
-    return MainWindow::tr("灵犀听写系统.lnk");
-}
 
 } // namespace
 
@@ -46,18 +40,40 @@ void MainWindow::exitByItself()
 
 void MainWindow::walkExit(ExitKind kind)
 {
-    if (ExitInProgress || hasTornDown()) {
+    switch (m_exit.want(kind)) {
+    case mevo::ExitWish::Course::Wait:
+        if (m_exit.certain()) {
+            QCoreApplication::exit(0); // ends the waits of the construction, also those to come
+        }
         return;
+    case mevo::ExitWish::Course::CloseQuestion:
+        mevo::closeQuestions();
+        return;
+    case mevo::ExitWish::Course::Ignore:
+        return;
+    case mevo::ExitWish::Course::Walk:
+        break;
     }
     ExitInProgress = true;
+    m_changes.hold();
     closeInputMethodWindow();
-    if (kind == ExitKind::Asked && !askAboutStartup()) {
-        ExitInProgress = false;
-        return;
+    if (kind == ExitKind::Asked) {
+        m_exit.questionOpens();
+        const std::optional<ExitKind> answered = m_exit.questionAnswered(askAboutStartup());
+        if (!answered) {
+            ExitInProgress = false;
+            m_changes.release();
+            scheduleDeviceChanges();
+            return;
+        }
+        kind = *answered;
     }
+    mevo::closeQuestions();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
-    sendUsageOnExit(kind == ExitKind::ByItself);
-    if ((kind != ExitKind::ByItself || DeviceConnected) && !hasTornDown()) {
+    if (m_countersKnown) {
+        sendUsageOnExit(kind == ExitKind::ByItself);
+    }
+    if (kind != ExitKind::ByItself || DeviceConnected) {
         tearDown();
     }
     if (deviceOpen()) {
@@ -73,12 +89,13 @@ void MainWindow::walkExit(ExitKind kind)
         m_platform.windowSystem->findWindow(QString(), QStringLiteral("ORVQuillary")) != 0) {
         m_platform.processes->startSibling(penPadSibling, {QStringLiteral("/close")}, false);
     }
-    m_cipher.reset();
+    // The cipher and all that uses it stay to the end of the window: a wait that is open comes back to them.
     close();
     ExitInProgress = false;
     QCoreApplication::exit(0);
 }
 
+/// False when the user wants to stay.
 bool MainWindow::askAboutStartup()
 {
     if (!AutoRunApp.isEmpty() || RunAsAdmin) {
@@ -89,14 +106,9 @@ bool MainWindow::askAboutStartup()
         this,
         {tr("自动启动软件"), tr("下次开机是否自动启动语音软件?"), {tr("是"), tr("返回"), tr("否")}, false});
     if (answer == Yes) {
-        if (!m_platform.startupEntry->set(startupLinkName())) {
-            qWarning() << "Start at login could not be set";
-        }
-        AutoRunApp = QStringLiteral("1");
-        mevo::SettingsFile().setValue(QStringLiteral("AutoRunApp"), AutoRunApp);
-        return true;
+        startAtLogin();
     }
-    return answer == No;
+    return answer == Yes || answer == No;
 }
 
 void MainWindow::tearDown()
@@ -109,6 +121,7 @@ void MainWindow::tearDown()
     m_online->deleteLater();
     m_online = nullptr;
 
+    m_device->StopIdentityRead();
     stopReader();
 
     m_micTip->close();
@@ -118,8 +131,8 @@ void MainWindow::tearDown()
 
     closeXunFeiSocket();
     m_recorder->disconnect();
-    m_recorder->deleteLater();
-    m_recorder = nullptr;
+    m_recorder->DeleyCloseMicTimer();
+    m_retiredRecorder = std::exchange(m_recorder, nullptr); // a recognition that is open comes back to it
     m_network->disconnect();
     m_network->deleteLater();
     m_network = nullptr;

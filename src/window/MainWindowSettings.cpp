@@ -9,11 +9,21 @@
 #include "engines/LanguageImages.h"
 #include "service/ServerAddresses.h"
 #include "service/WebCipher.h"
+#include "session/ThirdPartyKeys.h"
 #include "session/VoiceModes.h"
 #include "state/SettingsTable.h"
 
 #include <QApplication>
 #include <QDebug>
+
+namespace {
+
+QString startupLinkName()
+{
+    return MainWindow::tr("灵犀听写系统.lnk");
+}
+
+} // namespace
 
 void MainWindow::readEarlySettings()
 {
@@ -50,7 +60,7 @@ void MainWindow::readServerAddresses()
 
 void MainWindow::LoadSettings()
 {
-    const bool startsAtLogin = m_platform.startupEntry->exists(tr("灵犀听写系统.lnk"));
+    const bool startsAtLogin = m_platform.startupEntry->exists(startupLinkName());
     {
         mevo::SettingsFile settings;
         mevo::loadSettings(*this, settings, startsAtLogin);
@@ -75,4 +85,20 @@ void MainWindow::clearRunAsAdministrator()
     m_platform.elevation->clear();
     RunAsAdmin = false;
     mevo::SettingsFile().setValue(QStringLiteral("RunAsAdmin"), false);
+}
+
+/// False, and the setting stays as it was, when the entry could not be made.
+bool MainWindow::startAtLogin()
+{
+    if (!(LocalEnableASR3 && LocalUseASR3Index == mevo::thirdPartyXunFei)) {
+        clearRunAsAdministrator();
+    }
+    mevo::StartupEntry &entry = *m_platform.startupEntry;
+    if (!entry.exists(startupLinkName()) && !entry.set(startupLinkName())) {
+        qWarning() << "Start at login could not be set";
+        return false;
+    }
+    AutoRunApp = QStringLiteral("1");
+    mevo::SettingsFile().setValue(QStringLiteral("AutoRunApp"), AutoRunApp);
+    return true;
 }

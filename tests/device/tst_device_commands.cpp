@@ -14,6 +14,7 @@ namespace {
 ScratchHome scratchHome;
 
 const QByteArray kIdentity = QByteArray::fromHex("010c050304030 00a0000000000000000");
+const QByteArray kZeros = QByteArray::fromHex("010c");
 const QByteArray kKey = QByteArray::fromHex("01700801000000000000000000000000");
 
 /// The command class on a fake platform; its timers and messages go to the platform's call log.
@@ -73,13 +74,9 @@ private slots:
         Link link;
         link.state.VoiceIntervalTime = 1500;
         QCOMPARE(link.commands.OpenHidDevice(), 0);
-        QVERIFY(link.state.DeviceConnected);
-        QVERIFY(link.state.HidInputHandle.load() != nullptr);
-        QVERIFY(link.state.HidCommandHandle.load() != nullptr);
+        QVERIFY(link.state.deviceOpen() && link.state.HidInputHandle.load() != nullptr);
         QVERIFY(link.state.HidInputHandle.load() != link.state.HidCommandHandle.load());
-        QCOMPARE(link.fake.log.calls(),
-                 (QStringList{QStringLiteral("hid init"), QStringLiteral("hid open /dev/hidraw3"),
-                              QStringLiteral("hid open /dev/hidraw3"), QStringLiteral("timer start 1500")}));
+        QVERIFY(link.fake.log.has(QStringLiteral("timer start 1500")));
         QCOMPARE(link.state.HeartbeatTimerId, link.lastTimer);
 
         link.commands.ReleaseHidDevice();
@@ -135,11 +132,11 @@ private slots:
             link.fake.hid->entries.push_back(entry);
         }
         QCOMPARE(link.commands.OpenHidDevice(), -2);
-        QCOMPARE(link.fake.log.calls(QStringLiteral("tray")),
-                 QStringList{QStringLiteral("tray 1 5000 您电脑已连接多个本公司产品，暂不能同时支持，"
-                                            "请选择一款，在安装配套软件后使用！")});
-        QCOMPARE(link.fake.log.calls(QStringLiteral("leave")).size(), 1);
-        QCOMPARE(link.fake.log.calls(QStringLiteral("hid open")), QStringList());
+        QCOMPARE(link.fake.log.calls(),
+                 (QStringList{QStringLiteral("hid init"),
+                              QStringLiteral("tray 1 5000 您电脑已连接多个本公司产品，暂不能同时支持，"
+                                             "请选择一款，在安装配套软件后使用！"),
+                              QStringLiteral("leave"), QStringLiteral("hid exit")}));
     }
 
     void identity_data()
@@ -149,12 +146,24 @@ private slots:
         QTest::addColumn<int>("sendResult");
         QTest::addColumn<QString>("dongleId");
         QTest::addColumn<QString>("stored");
+        QTest::addColumn<qint64>("took"); ///< milliseconds
+        QTest::addColumn<QString>("told");
         const QString id = QStringLiteral("0a-03-040305");
-        QTest::newRow("reply") << QByteArray() << kIdentity << 8 << id << id;
-        QTest::newRow("reply second") << kKey << kIdentity << 8 << id << QString();
-        QTest::newRow("wrong replies") << kKey << kKey << 8 << QString() << QString();
-        QTest::newRow("silence") << QByteArray() << QByteArray() << 8 << QString() << QString();
-        QTest::newRow("send fails") << QByteArray() << kIdentity << -1 << QString() << QString();
+        const QString zeros = QStringLiteral("00-00-000000");
+        const QString told =
+            QStringLiteral("tray 2 3000 请尝试将设备接到到其它USB口再打开软件，如一直显示此信息，"
+                           "请与供货商联系(00-00-000000)");
+        QTest::newRow("reply") << QByteArray() << kIdentity << 8 << id << id << qint64(100) << QString();
+        QTest::newRow("reply second")
+            << kKey << kIdentity << 8 << id << QString() << qint64(100) << QString();
+        QTest::newRow("wrong replies")
+            << kKey << kKey << 8 << QString() << QString() << qint64(100) << QString();
+        QTest::newRow("silence") << QByteArray() << QByteArray() << 8 << QString() << QString() << qint64(600)
+                                 << QString();
+        QTest::newRow("send fails") << QByteArray() << kIdentity << -1 << QString() << QString() << qint64(0)
+                                    << QString();
+        QTest::newRow("zeros") << QByteArray() << kZeros << 8 << zeros << zeros << qint64(100) << told;
+        QTest::newRow("zeros second") << kKey << kZeros << 8 << zeros << QString() << qint64(100) << told;
     }
     void identity()
     {
@@ -173,38 +182,73 @@ private slots:
 
         QTEST(link.state.DongleID, "dongleId");
         QTEST(mevo::SettingsFile().value(QStringLiteral("DongleID")).toString(), "stored");
-        const bool complete = mevo::SettingsFile().contains(QStringLiteral("DongleIDDecimal"));
-        QCOMPARE(link.state.DongleIDDecimal, complete ? QStringLiteral("10-03-040305") : QString());
+        QCOMPARE(mevo::SettingsFile().value(QStringLiteral("DongleIDDecimal")).toString(),
+                 link.state.DongleIDDecimal);
+        QCOMPARE(link.state.DongleIDDecimal.isEmpty(),
+                 mevo::SettingsFile().value(QStringLiteral("DongleID")).toString().isEmpty());
         QVERIFY(!link.state.DeviceIDBusy);
-        QStringList expected{QStringLiteral("timer kill 1"),
-                             QStringLiteral("hid send 05 2c 00 00 00 00 00 00")};
-        if (sendResult > 0) {
-            expected.append(QStringLiteral("sleep 100"));
-        }
-        QCOMPARE(link.fake.log.calls(), expected + QStringList{QStringLiteral("timer start 1000")});
-        QCOMPARE(link.fake.log.calls(QStringLiteral("tray")), QStringList());
+        QCOMPARE(link.fake.hid->sent(), QStringList{QStringLiteral("05 2c 00 00 00 00 00 00")});
+        QTEST(link.fake.time->monotonicMs(), "took");
+        QCOMPARE(link.fake.log.calls(QStringLiteral("timer")),
+                 (QStringList{QStringLiteral("timer kill 1"), QStringLiteral("timer start 1000")}));
+        QTEST(link.fake.log.calls(QStringLiteral("tray")).join(QString()), "told");
     }
 
-    void zeroIdentityIsTold_data()
+    /// Without blocking: attempts until there is an identity, or nobody wants it any more.
+    void identityInTheBackground_data()
     {
-        QTest::addColumn<bool>("second"); ///< the reply comes behind another report
-        QTest::newRow("first reply") << false;
-        QTest::newRow("second reply") << true;
+        QTest::addColumn<int>("answersFrom"); ///< the attempt that the receiver answers, 0 for none
+        QTest::addColumn<int>("wantedFor");   ///< milliseconds
+        QTest::addColumn<int>("attempts");
+        QTest::addColumn<qint64>("took");
+        QTest::newRow("at once") << 1 << 10000 << 1 << qint64(100);
+        QTest::newRow("third attempt") << 3 << 10000 << 3 << qint64(2 * 650 + 100);
+        QTest::newRow("never") << 0 << 10000 << 4 << qint64(4 * 600 + 3 * 50);
+        QTest::newRow("not wanted") << 1 << -1 << 0 << qint64(0);
+        QTest::newRow("no longer wanted") << 0 << 700 << 2 << qint64(750);
+        QTest::newRow("no longer wanted between two") << 2 << 620 << 1 << qint64(650);
     }
-    void zeroIdentityIsTold()
+    void identityInTheBackground()
+    {
+        QFETCH(int, answersFrom);
+        QFETCH(int, wantedFor);
+        QFETCH(int, attempts);
+        Link link;
+        link.open();
+        const auto sent = [&link] { return link.fake.hid->sent().size(); };
+        int done = 0;
+        link.commands.ReadDeviceIdentity(
+            4, 50,
+            [&] {
+                link.fake.hid->identityReply = sent() + 1 == answersFrom ? kIdentity : QByteArray();
+                return link.fake.time->monotonicMs() <= wantedFor;
+            },
+            [&done] { ++done; });
+        while (link.fake.time->pendingCalls() > 0) {
+            QCOMPARE(done, 0);
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(done, 1);
+        QCOMPARE(sent(), attempts);
+        QTEST(link.fake.time->monotonicMs(), "took");
+        QCOMPARE(link.fake.log.calls(QStringLiteral("sleep")), QStringList());
+        QCOMPARE(link.state.DongleID.isEmpty(), answersFrom == 0 || attempts < answersFrom);
+        QVERIFY(!link.state.DeviceIDBusy && link.state.HeartbeatTimerId != 0);
+    }
+
+    void identityReadEndsWithTheDevice()
     {
         Link link;
         link.open();
-        QFETCH(bool, second);
-        if (second) {
-            link.fake.hid->push(kKey);
+        link.commands.ReadDeviceIdentity(
+            4, 50, [] { return true; }, [] { QFAIL("the reading was stopped"); });
+        QVERIFY(link.state.DeviceIDBusy);
+        link.commands.ReleaseHidDevice();
+        while (link.fake.time->pendingCalls() > 0) {
+            QCoreApplication::processEvents();
         }
-        link.fake.hid->identityReply = QByteArray::fromHex("010c");
-        link.commands.ReadDeviceIdentity();
-        QCOMPARE(link.state.DongleID, QStringLiteral("00-00-000000"));
-        QCOMPARE(link.fake.log.calls(QStringLiteral("tray")),
-                 QStringList{QStringLiteral("tray 2 3000 请尝试将设备接到到其它USB口再打开软件，如一直显示此"
-                                            "信息，请与供货商联系(00-00-000000)")});
+        QVERIFY(!link.state.DeviceIDBusy && link.state.HeartbeatTimerId == 0);
+        QCOMPARE(link.fake.hid->sent().size(), 1);
     }
 
     void identityWaitsForTheReader()
@@ -310,13 +354,6 @@ private slots:
         QCOMPARE(link.state.DongleID, QString());
         QCOMPARE(link.fake.log.has(QStringLiteral("tray 3 2000 读取DongleID时没有发现设备!")), !connected);
         QCOMPARE(link.fake.log.has(QStringLiteral("sleep 200")), connected);
-    }
-
-    void batteryPictures()
-    {
-        QCOMPARE(mevo::batteryPicture(0), QStringLiteral(":/rec/PowerLevel0.png"));
-        QCOMPARE(mevo::batteryPicture(3), QStringLiteral(":/rec/PowerLevel3.png"));
-        QCOMPARE(mevo::batteryPicture(-1), QString());
     }
 
     void heartbeat()

@@ -1,5 +1,7 @@
 #include "support/FakePlatform.h"
 
+#include <QTimer>
+
 #include <chrono>
 #include <cstring>
 
@@ -27,6 +29,23 @@ Fake *install(Slot &slot, Arguments &...arguments)
 }
 
 } // namespace
+
+void FakeTime::callAfter(int milliseconds, QObject *context, std::function<void()> action)
+{
+    m_pending.emplace(m_us + qint64(milliseconds) * 1000, Call{context, std::move(action)});
+    QTimer::singleShot(0, &m_eventLoop, [this] { callNext(); });
+}
+
+void FakeTime::callNext()
+{
+    const auto next = m_pending.begin();
+    const Call call = next->second;
+    m_us = qMax(m_us.load(), next->first);
+    m_pending.erase(next);
+    if (call.context) {
+        call.action();
+    }
+}
 
 int FakeHid::init()
 {
@@ -60,10 +79,10 @@ int FakeHid::setNonBlocking(HidHandle, bool)
     return 0;
 }
 
-int FakeHid::read(HidHandle, unsigned char *data, std::size_t length)
+int FakeHid::read(HidHandle handle, unsigned char *data, std::size_t length)
 {
     ++reads;
-    if (gone) {
+    if (isDead(handle)) {
         return -1;
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -81,16 +100,19 @@ int FakeHid::readTimeout(HidHandle handle, unsigned char *data, std::size_t leng
 {
     {
         std::unique_lock<std::mutex> lock(m_mutex);
-        if (m_input.empty() && !gone) {
+        if (m_input.empty() && !isDead(handle)) {
             m_pushed.wait_for(lock, std::chrono::milliseconds(qMin(milliseconds, waitLimitMs.load())));
         }
     }
     return read(handle, data, length);
 }
 
-int FakeHid::sendFeatureReport(HidHandle, const unsigned char *data, std::size_t length)
+int FakeHid::sendFeatureReport(HidHandle handle, const unsigned char *data, std::size_t length)
 {
     m_log.add(QStringLiteral("hid send ") + hex(data, length));
+    if (isDead(handle)) {
+        return -1;
+    }
     if (sendResult > 0 && length > 1 && data[0] == 5 && data[1] == 0x2c && !identityReply.isEmpty()) {
         push(identityReply);
     }

@@ -4,13 +4,16 @@
 #include "support/CallLog.h"
 
 #include <QHash>
+#include <QPointer>
 
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <map>
 #include <mutex>
 
-/// A clock that moves only by sleeping on it or by a test's hand.
+/// A clock that moves only by sleeping on it, by a test's hand, or to the next call that is due: callAfter()
+/// takes no real time, but keeps the order.
 class FakeTime : public mevo::Time
 {
 public:
@@ -26,13 +29,25 @@ public:
         m_us += qint64(milliseconds) * 1000;
     }
     void sleepUs(int microseconds) override { m_us += microseconds; }
+    /// Main thread only.
+    void callAfter(int milliseconds, QObject *context, std::function<void()> action) override;
+    int pendingCalls() const { return static_cast<int>(m_pending.size()); }
     void advance(int milliseconds) { m_us += qint64(milliseconds) * 1000; }
 
     QDateTime start = QDateTime(QDate(2026, 11, 24), QTime(9, 0));
 
 private:
+    struct Call
+    {
+        QPointer<QObject> context;
+        std::function<void()> action;
+    };
+    void callNext();
+
     CallLog &m_log;
     std::atomic<qint64> m_us{0};
+    QObject m_eventLoop;
+    std::multimap<qint64, Call> m_pending; ///< by the time in microseconds at which it is due
 };
 
 /// A receiver that a test scripts: what is enumerated, what is read, what it was sent.
@@ -57,6 +72,15 @@ public:
 
     /// The two collections of one receiver on one node.
     static std::vector<mevo::HidEntry> receiver(const QByteArray &path = "/dev/hidraw3");
+    /// Puts a receiver in, or pulls it out: the handles that were opened until then are dead for ever.
+    void plug() { entries = receiver(); }
+    void unplug()
+    {
+        entries.clear();
+        m_firstLive = m_nextHandle;
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_input.clear();
+    }
     /// Queues an input report for the next read of any handle.
     void push(const QByteArray &report);
     /// Reports sent so far, as "05 2c 00 ..." texts.
@@ -77,7 +101,10 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_pushed;
     std::deque<QByteArray> m_input;
+    bool isDead(mevo::HidHandle handle) const { return gone || quintptr(handle) < m_firstLive; }
+
     quintptr m_nextHandle = 0x100;
+    std::atomic<quintptr> m_firstLive{0};
 };
 
 class FakeDeviceNotifier : public mevo::DeviceNotifier
@@ -251,8 +278,10 @@ public:
     bool set(const QString &name) override
     {
         m_log.add(QStringLiteral("startup set ") + name);
-        names.append(name);
-        return true;
+        if (!refuses) {
+            names.append(name);
+        }
+        return !refuses;
     }
     bool clear(const QString &name) override
     {
@@ -260,6 +289,7 @@ public:
         return names.removeAll(name) > 0;
     }
     QStringList names;
+    bool refuses = false; ///< set() fails
 
 private:
     CallLog &m_log;

@@ -1,97 +1,16 @@
 #include "app/RunProgram.h"
 #include "audio/AudioRecorder.h"
-#include "device/GetHIDDataThread.h"
-#include "session/KeyReport.h"
-#include "support/FakePlatform.h"
-#include "support/ScratchHome.h"
-#include "ui/Ask.h"
+#include "base/ApplicationFiles.h"
+#include "base/SettingsFile.h"
 #include "ui/MicTipDialog.h"
-#include "window/MainWindow.h"
+#include "window/Program.h"
 
 #include <QAction>
 #include <QMenu>
 #include <QPushButton>
 #include <QtTest>
 
-namespace {
-
-const ScratchHome home;
-
-/// A program on a platform of fakes, with a receiver plugged in.
-struct Program
-{
-    FakePlatform fake;
-    std::unique_ptr<MainWindow> window;
-    QStringList questions;
-    int answer = 2;
-
-    explicit Program(bool plugged = true)
-    {
-        home.write(QStringLiteral("MEVOEndpoints.ini"),
-                   "[Endpoints]\nBackendUrl=\"http://127.0.0.1:9/mevowebapi?\"\n"
-                   "BackendUrlBk1=\"http://127.0.0.1:9/mevowebapi?\"\n"
-                   "BackendUrlBk2=\"http://127.0.0.1:9/mevowebapi?\"\n"
-                   "BaiduSpeechHost=127.0.0.1:9\nBaiduTokenHost=127.0.0.1:9\n");
-        home.write(QStringLiteral("MEVOSetting.ini"),
-                   "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n");
-        if (plugged) {
-            plug();
-        }
-        mevo::askHook = [this](const mevo::Question &question) {
-            questions.append(question.title);
-            return answer;
-        };
-    }
-    ~Program()
-    {
-        window.reset();
-        mevo::askHook = nullptr;
-    }
-    void plug()
-    {
-        fake.hid->entries = FakeHid::receiver();
-        fake.hid->identityReply = QByteArray::fromHex("010c5713000100020000000000000000");
-    }
-    void start() { window = std::make_unique<MainWindow>(fake.platform); }
-    /// The calls among `wanted` in the order in which they were made, each once.
-    QStringList order(const QStringList &wanted) const
-    {
-        QStringList seen;
-        for (const QString &call : fake.log.calls()) {
-            if (wanted.contains(call) && !seen.contains(call)) {
-                seen.append(call);
-            }
-        }
-        return seen;
-    }
-};
-
-const QString identity = QStringLiteral("hid send 05 2c 00 00 00 00 00 00");
-const QString resetKeys = QStringLiteral("hid send 05 81 04 00 00 00 00 00");
-const QString latchOff = QStringLiteral("hid send 05 20 08 00 00 00 00 00");
-const QString goodbye = QStringLiteral("hid send 05 81 07 00 00 00 00 00");
-const QString keypadHide = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppHide");
-const QString keypadExit = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppExit");
-const QString penPad = QStringLiteral("sibling \\..\\HW\\PenPadHost.exe");
-
-/// Acts once the program has started and its event loop turns; the construction turns loops of its own.
-class WhenRunning : public QTimer
-{
-public:
-    explicit WhenRunning(std::function<void()> action)
-    {
-        callOnTimeout([this, action = std::move(action)] {
-            const MainWindow *window = MainWindow::instance();
-            if (window != nullptr && window->InitDone) {
-                stop();
-                action();
-            }
-        });
-        start(1);
-    }
-};
-
-} // namespace
+using namespace calls; // NOLINT(google-build-using-namespace)
 
 class TestLifecycle : public QObject
 {
@@ -153,28 +72,43 @@ private Q_SLOTS:
     void exitRunsInItsOrder_data()
     {
         QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("refused");     ///< the system makes no entry
+        QTest::addColumn<bool>("needsRights"); ///< an input method that runs with the administrator's mark
         QTest::addColumn<bool>("leaves");
-        QTest::addColumn<bool>("startsAtLogin");
-        QTest::newRow("yes") << 0 << true << true;
-        QTest::newRow("back") << 1 << false << false;
-        QTest::newRow("no") << 2 << true << false;
-        QTest::newRow("question closed") << -1 << false << false;
+        QTest::addColumn<QStringList>("startup"); ///< what is done about the start at login
+        const QStringList made{QStringLiteral("elevation clear"),
+                               QStringLiteral("startup set 灵犀听写系统.lnk")};
+        QTest::newRow("yes") << 0 << false << false << true << made;
+        QTest::newRow("yes, but the entry cannot be made") << 0 << true << false << true << made;
+        QTest::newRow("yes, the mark stays") << 0 << false << true << true << QStringList(made.mid(1));
+        QTest::newRow("back") << 1 << false << false << false << QStringList();
+        QTest::newRow("no") << 2 << false << false << true << QStringList();
+        QTest::newRow("question closed") << -1 << false << false << false << QStringList();
     }
 
     void exitRunsInItsOrder()
     {
         QFETCH(int, answer);
+        QFETCH(bool, refused);
+        QFETCH(bool, needsRights);
         QFETCH(bool, leaves);
-        QFETCH(bool, startsAtLogin);
+        QFETCH(QStringList, startup);
         Program program;
         program.answer = answer;
         program.start();
+        program.fake.startupEntry->refuses = refused;
+        program.window->LocalEnableASR3 = needsRights;
+        program.window->LocalUseASR3Index = 1;
         program.fake.log.clear();
         program.window->on_exitAppAction();
         QCOMPARE(program.questions, QStringList{QStringLiteral("自动启动软件")});
         QVERIFY(!program.window->ExitInProgress);
-        QCOMPARE(!program.fake.startupEntry->names.isEmpty(), startsAtLogin);
-        const QStringList wanted{keypadExit, latchOff, goodbye, QStringLiteral("hid exit")};
+        QCOMPARE(program.order(
+                     {QStringLiteral("elevation clear"), QStringLiteral("startup set 灵犀听写系统.lnk")}),
+                 startup);
+        const QString stored = mevo::SettingsFile().value(QStringLiteral("AutoRunApp")).toString();
+        QCOMPARE(stored, startup.isEmpty() || refused ? QString() : QStringLiteral("1"));
+        const QStringList wanted{keypadExit, latchOff, goodbye, hidExit};
         QCOMPARE(program.order(wanted), leaves ? wanted : QStringList());
         QCOMPARE(program.window->recorder() == nullptr, leaves);
         if (!leaves) {
@@ -298,7 +232,8 @@ private Q_SLOTS:
         program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal,
                                             QStringLiteral("HID#VID_258A&PID_1016&MI_01&Col01"));
         QVERIFY(program.window->DeviceConnected);
-        program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal);
+        program.change(mevo::DeviceNotifier::Change::Removal);
+        program.settle();
         QCOMPARE(program.order({keypadHide, goodbye, QStringLiteral("hid exit")}),
                  QStringList({keypadHide, goodbye, QStringLiteral("hid exit")}));
         QVERIFY(!program.window->DeviceConnected && program.window->DongleID.isEmpty());
@@ -306,8 +241,13 @@ private Q_SLOTS:
         QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORDeviceDisConnect.png"));
 
         program.fake.log.clear();
+        program.fake.hid->plug();
         program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival,
                                             QStringLiteral("hid#vid_258a&pid_1016&mi_01&col02"));
+        const qint64 before = program.fake.time->monotonicMs();
+        program.settle();
+        QVERIFY(program.fake.time->monotonicMs() - before >= 1000); // the keyboard's second is always waited
+        QCOMPARE(program.fake.log.calls(QStringLiteral("sleep")), QStringList()); // and blocks nothing
         const QStringList wanted{QStringLiteral("hid init"), identity, keypadExit, keypadHide, resetKeys};
         QCOMPARE(program.order(wanted), wanted);
         QVERIFY(program.window->DeviceConnected && program.window->HeartbeatTimerId != 0);
@@ -315,6 +255,7 @@ private Q_SLOTS:
 
         program.fake.log.clear();
         program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival);
+        program.settle();
         QCOMPARE(program.fake.log.calls(QStringLiteral("hid")), QStringList{resetKeys});
     }
 
@@ -322,10 +263,11 @@ private Q_SLOTS:
     {
         Program program(false);
         program.start();
-        program.fake.hid->entries = FakeHid::receiver();
-        program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival);
+        program.change(mevo::DeviceNotifier::Change::Arrival);
+        program.settle();
+        QCOMPARE(program.fake.log.calls(identity).size(), 1 + 51);
         QCOMPARE(program.questions, QStringList{QStringLiteral("错误")});
-        QVERIFY(program.window->recorder() == nullptr);
+        QVERIFY(program.window->hasLeft() && program.window->recorder() == nullptr);
     }
 
     void aKeyReportReachesTheSession()
@@ -437,7 +379,7 @@ private Q_SLOTS:
     /// that has the focus then.
     void textIsPostedAndWhatDoesNotGoIsKept()
     {
-        home.remove(QStringLiteral("MEVOUndelivered.json"));
+        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
         const auto row = [](const Program &program) {
             const auto *menu = program.window->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
             const QString first = menu->actions().first()->text();
@@ -487,7 +429,7 @@ private Q_SLOTS:
         click("pushButton_RemoveAll");
         QCOMPARE(row(program), QString());
         QVERIFY(!dialog->isVisible());
-        QVERIFY(home.read(QStringLiteral("MEVOUndelivered.json")).isEmpty());
+        QVERIFY(!QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))));
     }
 
     void pastedTextsWaitForEachOther()

@@ -590,11 +590,15 @@ private Q_SLOTS:
         MainWindow &window = program.startWith(QStringLiteral("T"));
         using Change = mevo::DeviceNotifier::Change;
         program.fake.deviceNotifier->report(Change::Removal);
+        QTRY_VERIFY(!window.DeviceConnected);
         window.FirstRunApp = first;
         window.EnableASR3 = inputMethod;
         window.BaiDuNoStreamApi_FastVersion = fast;
         program.backend.asked.clear();
+        program.fake.log.clear();
         program.fake.deviceNotifier->report(Change::Arrival);
+        const QString lastStep = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppHide");
+        QTRY_VERIFY(program.fake.log.has(lastStep));
         QCOMPARE(window.recorder()->BaiDuNoStreamApi, settles);
         QCOMPARE(window.FirstRunApp, first && !settles);
         QCOMPARE(Program::setting("LocalUseASR3Index"), settles ? QStringLiteral("-1") : QString());

@@ -2,8 +2,11 @@
 
 #include "platform/SystemServices.h"
 
+#include <QTimer>
+
 #include <chrono>
 #include <thread>
+#include <utility>
 
 namespace mevo {
 
@@ -23,6 +26,10 @@ public:
     void sleepUs(int microseconds) override
     {
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
+    }
+    void callAfter(int milliseconds, QObject *context, std::function<void()> action) override
+    {
+        QTimer::singleShot(milliseconds, Qt::PreciseTimer, context, std::move(action));
     }
 };
 

@@ -119,6 +119,10 @@ void ReceiverFirmwareTest::heartbeatKeepsVoiceKeysAwake()
     QCOMPARE(describe(firmware.key(9, true, 9000)), QByteArray("report 01 70 09 01 00 00 00 00"));
     firmware.options.heartbeatRule = false;
     QVERIFY(!firmware.voiceKeysSilent(9000));
+    firmware.options.mute = true;
+    QCOMPARE(describe(firmware.key(9, true, 9000)), QByteArray());
+    QCOMPARE(describe(firmware.feature(bytes("052c000000000000"), 9000)), QByteArray());
+    QCOMPARE(describe(firmware.tick(60000)), QByteArray());
 }
 
 void ReceiverFirmwareTest::goodbyeSilencesAtOnce()

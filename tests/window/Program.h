@@ -1,0 +1,129 @@
+#pragma once
+
+#include "session/KeyReport.h"
+#include "support/FakePlatform.h"
+#include "support/ScratchHome.h"
+#include "ui/Ask.h"
+#include "window/MainWindow.h"
+
+#include <QtTest>
+
+/// A program on a platform of fakes, with a receiver plugged in. `host` is where all its services are; on
+/// nobody's port every request fails at once.
+struct Program
+{
+    static constexpr int back = 1; ///< answers of the exit's question
+    static constexpr int leave = 2;
+
+    FakePlatform fake;
+    std::unique_ptr<MainWindow> window;
+    QStringList questions;
+    int answer = leave;
+    std::function<void()> onQuestion; ///< runs while a question stands
+
+    explicit Program(bool plugged = true, const QString &host = QStringLiteral("127.0.0.1:9"))
+    {
+        static const ScratchHome home;
+        const QByteArray at = host.toLatin1();
+        home.write(QStringLiteral("MEVOEndpoints.ini"), "[Endpoints]\nBackendUrl=\"http://" + at +
+                                                            "/mevowebapi?\"\nBackendUrlBk1=\"http://" + at +
+                                                            "/mevowebapi?\"\nBackendUrlBk2=\"http://" + at +
+                                                            "/mevowebapi?\"\nBaiduSpeechHost=\"http://" + at +
+                                                            "\"\nBaiduTokenHost=\"http://" + at + "\"\n");
+        home.write(QStringLiteral("MEVOSetting.ini"),
+                   "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n");
+        if (plugged) {
+            plug();
+        }
+        mevo::askHook = [this](const mevo::Question &question) {
+            questions.append(question.title);
+            if (onQuestion) {
+                onQuestion();
+            }
+            return answer;
+        };
+        // An exit before it, of another program, has left the application as one whose waits end at once.
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
+    }
+    ~Program()
+    {
+        window.reset();
+        mevo::askHook = nullptr;
+    }
+    Q_DISABLE_COPY(Program)
+
+    void plug()
+    {
+        fake.hid->plug();
+        fake.hid->identityReply = QByteArray::fromHex("010c5713000100020000000000000000");
+    }
+    void start() { window = std::make_unique<MainWindow>(fake.platform); }
+    /// Pulls the receiver out, or puts it in, with the system's report.
+    void change(mevo::DeviceNotifier::Change change)
+    {
+        change == mevo::DeviceNotifier::Change::Arrival ? fake.hid->plug() : fake.hid->unplug();
+        fake.deviceNotifier->report(change);
+    }
+    /// Lets all happen that waits for the event loop or for the clock.
+    void settle() const
+    {
+        do {
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::processEvents();
+        } while (fake.time->pendingCalls() > 0);
+        QCoreApplication::processEvents();
+    }
+    /// The calls among `wanted` in the order in which they were made, each once.
+    QStringList order(const QStringList &wanted) const
+    {
+        QStringList seen;
+        for (const QString &call : fake.log.calls()) {
+            if (wanted.contains(call) && !seen.contains(call)) {
+                seen.append(call);
+            }
+        }
+        return seen;
+    }
+    /// A key of the receiver goes down or up.
+    void key(int number, bool down) const
+    {
+        QByteArray report(mevo::keyReportSize, '\0');
+        report[0] = 1;
+        report[1] = char(mevo::keyReportMarker);
+        report[2] = char(number);
+        report[3] = char(down);
+        fake.hid->push(report);
+    }
+};
+
+namespace calls {
+
+inline const QString identity = QStringLiteral("hid send 05 2c 00 00 00 00 00 00");
+inline const QString resetKeys = QStringLiteral("hid send 05 81 04 00 00 00 00 00");
+inline const QString heartbeat = QStringLiteral("hid send 05 81 01 00 00 00 00 00");
+inline const QString latchOff = QStringLiteral("hid send 05 20 08 00 00 00 00 00");
+inline const QString goodbye = QStringLiteral("hid send 05 81 07 00 00 00 00 00");
+inline const QString hidExit = QStringLiteral("hid exit");
+inline const QString keypadHide = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppHide");
+inline const QString keypadExit = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppExit");
+inline const QString penPad = QStringLiteral("sibling \\..\\HW\\PenPadHost.exe");
+
+} // namespace calls
+
+/// Acts once the program has started and its event loop turns; the construction turns loops of its own.
+class WhenRunning : public QTimer
+{
+public:
+    explicit WhenRunning(std::function<void()> action)
+    {
+        callOnTimeout([this, action = std::move(action)] {
+            const MainWindow *window = MainWindow::instance();
+            if (window != nullptr && window->InitDone) {
+                stop();
+                action();
+            }
+        });
+        start(1);
+    }
+};
