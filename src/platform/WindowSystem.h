@@ -18,7 +18,7 @@ struct PostResult
     bool complete = false; ///< all of them did
 };
 
-/// Windows of this program and of others.
+/// Windows of any program. For what concerns our own alone see OwnWindows.
 class WindowSystem
 {
 public:
@@ -50,8 +50,6 @@ public:
     /// The text caret of the focused window, in device-independent pixels of the desktop as QWidget::move()
     /// takes them, when it can be known.
     virtual std::optional<QRect> caretRectangle() = 0;
-    /// Makes a window of ours never take the keyboard focus. `window` is its native id.
-    virtual void neverTakeFocus(WindowId window) = 0;
 };
 
 } // namespace mevo

@@ -19,7 +19,9 @@
 #include "service/isOnl.h"
 #include "session/VoiceModes.h"
 #include "state/SettingsTable.h"
+#include "ui/Ask.h"
 #include "ui/CPatialResultDialog.h"
+#include "ui/CompanionWindow.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
 
@@ -97,6 +99,7 @@ MainWindow::~MainWindow()
     delete m_recorder;
     delete m_online;
     theWindow = nullptr;
+    mevo::questionWindows = nullptr;
 }
 
 void MainWindow::createServices()
@@ -154,8 +157,8 @@ void MainWindow::loadServicesAndSettings()
 void MainWindow::createTipWindow()
 {
     m_micTip = new MicTipDialog(*this, *this, this);
-    m_platform.windowSystem->neverTakeFocus(m_micTip->winId());
-    m_platform.windowSystem->neverTakeFocus(XFPartialDlg->winId());
+    new mevo::CompanionWindow(m_micTip, *m_platform.ownWindows);
+    new mevo::CompanionWindow(XFPartialDlg, *m_platform.ownWindows);
     connect(m_micTip, &MicTipDialog::returnMouseKeyResult, this, &MainWindow::ProcessResult);
     connect(m_micTip, &MicTipDialog::CreateTransDlgSignal, this, &MainWindow::CreateTransDlg);
     connect(m_micTip, &MicTipDialog::CallMainFunctionSignal, this, &MainWindow::CallMainFunctionSlot);
@@ -210,7 +213,6 @@ void MainWindow::finishStart()
     m_toolTips = new QToolTips(this);
     SetupAsr3();
     BuildAsrLanMenu(false, true);
-    m_platform.windowSystem->neverTakeFocus(winId());
     InitDone = true;
     m_startClock.mark("windows and menus");
     qInfo().noquote() << "Start: ready;" << m_startClock.summary();

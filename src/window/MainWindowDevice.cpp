@@ -164,7 +164,7 @@ void MainWindow::deviceArrived()
     if (hasTornDown()) {
         return; // the wait for the backend has let an exit through
     }
-    placeBar(299, 199, 200);
+    placeBarAtArrival();
     show();
 
     DongleID.clear();
