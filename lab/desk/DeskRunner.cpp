@@ -91,6 +91,8 @@ const DeskRunner::Verb DeskRunner::verbs[] = {
     {"click", &DeskRunner::click},
     {"pointer", &DeskRunner::movePointer},
     {"button", &DeskRunner::mouseButton},
+    {"expect-near", &DeskRunner::expectNear},
+    {"expect-place", &DeskRunner::expectPlace},
     {"expect-focus", &DeskRunner::expectFocus},
     {"screenshot", &DeskRunner::screenshot},
     {"http", &DeskRunner::http},
@@ -442,12 +444,58 @@ Result DeskRunner::mouseButton(Step step)
                    {down ? QStringLiteral("mousedown") : QStringLiteral("mouseup"), step.arguments.at(1)});
 }
 
+Result DeskRunner::placeStep(Step step,
+                             const std::function<bool(const QRect &place, const QPoint &point)> &fits)
+{
+    const QPoint offset(step.arguments.at(0).toInt(), step.arguments.at(1).toInt());
+    return withWindow(step.arguments.at(2), [&](Desktop::Window window) {
+        QPoint origin;
+        const QString reference = step.options.value(QStringLiteral("over"));
+        if (!reference.isEmpty()) {
+            const Result found = withWindow(reference, [&](Desktop::Window other) {
+                origin = m_desktop->corner(other);
+                return Result{};
+            });
+            if (!found.ok)
+                return found;
+        }
+        QRect place;
+        const auto holds = [&] { return fits(place = m_desktop->rectangle(window), origin + offset); };
+        if (waitUntil(holds, step.milliseconds(within(), defaultQuietMs), 20))
+            return Result{};
+        const QPoint wanted = origin + offset;
+        return Result::failed(QStringLiteral("it is at %1, %2").arg(wanted.x()).arg(wanted.y()),
+                              QStringLiteral("%1, %2, %3 wide and %4 high")
+                                  .arg(place.x())
+                                  .arg(place.y())
+                                  .arg(place.width())
+                                  .arg(place.height()));
+    });
+}
+
+Result DeskRunner::expectNear(Step step)
+{
+    constexpr int reach = 12;
+    return placeStep(step, [](const QRect &place, const QPoint &point) {
+        return place.adjusted(-reach, -reach, reach, reach).contains(point);
+    });
+}
+
+Result DeskRunner::expectPlace(Step step)
+{
+    constexpr int reach = 2;
+    return placeStep(step, [](const QRect &place, const QPoint &point) {
+        const QPoint apart = place.topLeft() - point;
+        return !place.isEmpty() && qAbs(apart.x()) <= reach && qAbs(apart.y()) <= reach;
+    });
+}
+
 Result DeskRunner::expectFocus(Step step)
 {
     const TargetWindow *target = targetOf(step.arguments.first());
     if (!target)
         return Result::failed(QStringLiteral("a target of this name"), QStringLiteral("none"));
-    if (target->hasFocus())
+    if (waitUntil([target] { return target->hasFocus(); }, step.milliseconds(within(), 0), 20))
         return {};
     if (!m_desktop)
         m_desktop = Desktop::open();

@@ -76,6 +76,9 @@ private:
     Result click(Step step);
     Result movePointer(Step step);
     Result mouseButton(Step step);
+    Result expectNear(Step step);
+    Result expectPlace(Step step);
+    Result placeStep(Step step, const std::function<bool(const QRect &place, const QPoint &point)> &fits);
     Result expectFocus(Step step);
     Result screenshot(Step step);
     Result http(Step step);

@@ -49,7 +49,13 @@ constexpr StepKind stepKinds[] = {
      "from the corner of a window's title or class"},
     {"pointer", 2, 2, "over", "pointer X Y [over \"PATTERN\"]: the mouse goes there"},
     {"button", 2, 2, "", "button down|up BUTTON: of the mouse"},
-    {"expect-focus", 1, 1, "", "expect-focus NAME: this target has the focus"},
+    {"expect-near", 3, 3, "over within",
+     "expect-near X Y \"PATTERN\" [over \"PATTERN\"] [within MS]: a window's rectangle comes within 12 "
+     "pixels of "
+     "a point, counted as for click"},
+    {"expect-place", 3, 3, "over within",
+     "expect-place X Y \"PATTERN\" [over \"PATTERN\"] [within MS]: a window's corner, to 2 pixels"},
+    {"expect-focus", 1, 1, "within", "expect-focus NAME [within MS]: this target has the focus"},
     {"screenshot", 1, 1, "of", "screenshot FILE [of \"PATTERN\"]: of the screen or of a visible window"},
     {"http", 2, 2, "contains within", "http GET URL [contains \"TEXT\"] [within MS]"},
     {"sh", 1, 1, "", "sh \"COMMAND\": fails when the command does; PROGRAM_PID is the program's process"},

@@ -75,8 +75,30 @@ QByteArray Desktop::property(Window window, quint32 name) const
                       xcb_get_property_value_length(reply.get()));
 }
 
+bool Desktop::hasWindowManager() const
+{
+    return !property(m_root, atom("_NET_SUPPORTING_WM_CHECK")).isEmpty();
+}
+
+std::vector<Desktop::Window> Desktop::unmanagedWindows() const
+{
+    std::vector<Window> windows;
+    const auto tree =
+        owned(xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, m_root), nullptr));
+    const Window *children = tree ? xcb_query_tree_children(tree.get()) : nullptr;
+    for (int i = 0; children != nullptr && i < xcb_query_tree_children_length(tree.get()); ++i) {
+        const auto attributes = owned(xcb_get_window_attributes_reply(
+            m_connection, xcb_get_window_attributes(m_connection, children[i]), nullptr));
+        if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE && !attributes->override_redirect)
+            windows.push_back(children[i]);
+    }
+    return windows;
+}
+
 std::vector<Desktop::Window> Desktop::clientWindows() const
 {
+    if (!hasWindowManager())
+        return unmanagedWindows();
     const QByteArray list = property(m_root, atom("_NET_CLIENT_LIST"));
     std::vector<Window> windows(size_t(list.size()) / sizeof(Window));
     if (!windows.empty())
@@ -145,6 +167,13 @@ Desktop::Window Desktop::focusedWindow() const
     return reply && reply->focus > XCB_INPUT_FOCUS_POINTER_ROOT ? reply->focus : 0;
 }
 
+QRect Desktop::rectangle(Window window) const
+{
+    const auto size =
+        owned(xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
+    return size ? QRect(corner(window), QSize(size->width, size->height)) : QRect();
+}
+
 bool Desktop::hasFocus(Window window) const
 {
     for (Window candidate = focusedWindow(); candidate != 0 && candidate != m_root;) {
@@ -160,6 +189,13 @@ bool Desktop::hasFocus(Window window) const
 bool Desktop::focus(Window window, int timeoutMs)
 {
     const auto focused = [this, window] { return hasFocus(window); };
+    if (!hasWindowManager()) {
+        constexpr quint32 above[] = {XCB_STACK_MODE_ABOVE};
+        xcb_configure_window(m_connection, window, XCB_CONFIG_WINDOW_STACK_MODE, above);
+        xcb_set_input_focus(m_connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+        xcb_flush(m_connection);
+        return waitUntil(focused, timeoutMs);
+    }
     for (int waited = 0; waited < timeoutMs && !focused(); waited += focusRetryMs) {
         constexpr quint32 fromPager = 2;
         xcb_client_message_event_t event{};
@@ -181,13 +217,10 @@ bool Desktop::screenshot(const QString &file, Window window) const
 {
     QRect area(0, 0, m_width, m_height);
     if (window != 0) {
-        const auto size =
-            owned(xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
-        const auto corner = owned(xcb_translate_coordinates_reply(
-            m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr));
-        if (!size || !corner)
+        const QRect place = rectangle(window);
+        if (place.isEmpty())
             return false;
-        area = area.intersected(QRect(corner->dst_x, corner->dst_y, size->width, size->height));
+        area = area.intersected(place);
     }
     const auto cookie =
         xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_root, 0, 0, m_width, m_height, ~0u);

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QPoint>
+#include <QRect>
 #include <QRegularExpression>
 #include <QString>
 
@@ -25,7 +26,8 @@ public:
     Desktop(const Desktop &) = delete;
     Desktop &operator=(const Desktop &) = delete;
 
-    /// The windows that the window manager manages, oldest first.
+    /// The windows that the window manager manages, oldest first; without one, the windows on the screen that
+    /// would be managed.
     std::vector<Window> clientWindows() const;
     /// A managed window of a process.
     std::optional<Window> windowOfProcess(qint64 processId) const;
@@ -35,12 +37,15 @@ public:
     /// Place of a window's upper left corner on the screen.
     QPoint corner(Window window) const;
 
+    /// Its frame-less rectangle on the screen, empty when it is gone.
+    QRect rectangle(Window window) const;
+
     /// The window that has the input focus, 0 when none has.
     Window focusedWindow() const;
     /// Whether the focus is in a window or in one of its children.
     bool hasFocus(Window window) const;
-    /// Asks the window manager to raise a window and give it the focus, until it has it. False in the end
-    /// when it never got it.
+    /// Asks the window manager to raise a window and give it the focus, until it has it; without one does so
+    /// itself. False in the end when it never got it.
     bool focus(Window window, int timeoutMs);
 
     /// Writes a picture of the screen, or of what is seen where a window stands; the suffix chooses the
@@ -51,6 +56,8 @@ private:
     Desktop(xcb_connection_t *connection, int screen);
     quint32 atom(const char *name) const;
     QByteArray property(Window window, quint32 name) const;
+    bool hasWindowManager() const;
+    std::vector<Window> unmanagedWindows() const;
 
     xcb_connection_t *m_connection;
     Window m_root = 0;

@@ -5,6 +5,7 @@
 #include "platform/Hid.h"
 #include "platform/Keyboard.h"
 #include "platform/Notifications.h"
+#include "platform/OwnWindows.h"
 #include "platform/Processes.h"
 #include "platform/SystemServices.h"
 #include "platform/WindowSystem.h"
@@ -22,6 +23,7 @@ struct Platform
     std::unique_ptr<Hid> hid;
     std::unique_ptr<DeviceNotifier> deviceNotifier;
     std::unique_ptr<WindowSystem> windowSystem;
+    std::unique_ptr<OwnWindows> ownWindows;
     std::unique_ptr<Keyboard> keyboard;
     std::unique_ptr<Clipboard> clipboard;
     std::unique_ptr<Processes> processes;

@@ -31,7 +31,7 @@ struct PostResult
     PostStop stop = PostStop::AtEnd;
 };
 
-/// Windows of this program and of others.
+/// Windows of any program. For what concerns our own alone see OwnWindows.
 class WindowSystem
 {
 public:
@@ -64,8 +64,6 @@ public:
     /// The text caret of the focused window, in device-independent pixels of the desktop as QWidget::move()
     /// takes them, when it can be known.
     virtual std::optional<QRect> caretRectangle() = 0;
-    /// Makes a window of ours never take the keyboard focus. `window` is its native id.
-    virtual void neverTakeFocus(WindowId window) = 0;
 };
 
 } // namespace mevo

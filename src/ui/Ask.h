@@ -4,10 +4,16 @@
 #include <QStringList>
 
 #include <functional>
+#include <vector>
 
 class QWidget;
 
 namespace mevo {
+
+class WindowSystem;
+
+/// What a button of a question means. Escape and the close box answer as Back does.
+enum class Answer { Yes, Back, No, Accept };
 
 /// A question to the user: a title, a text, and buttons of which one is the default.
 struct Question
@@ -16,13 +22,18 @@ struct Question
     QString text;
     QStringList buttons; ///< in order; the first one is the default
     bool warning = false;
+    std::vector<Answer> meanings = {}; ///< of the buttons; those that have none accept
 };
 
-/// Asks and waits; the index of the button pressed, or -1 when the question was closed. A test
-/// replaces `askHook` to answer by itself.
+/// Asks and waits; the index of the button pressed, or -1 when the question was closed and none of its
+/// buttons means that. The window that had the focus gets it back. A test replaces `askHook` to answer by
+/// itself.
 int ask(QWidget *parent, const Question &question);
 /// Closes the questions that stand, unanswered.
 void closeQuestions();
 extern std::function<int(const Question &)> askHook;
+
+/// Tells which window has the focus and gives it back; null while there is nobody to ask.
+extern WindowSystem *questionWindows;
 
 } // namespace mevo

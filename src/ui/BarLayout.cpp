@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #include <algorithm>
+#include <optional>
 
 namespace mevo {
 
@@ -50,6 +51,19 @@ QPoint insideOf(const QRect &screen, const QPoint &place, const QSize &size)
             qBound(screen.top(), place.y(), qMax(screen.top(), screen.bottom() - size.height() + 1))};
 }
 
+std::optional<QPoint> savedPosition(const BarPlace &place, const std::vector<QRect> &screens)
+{
+    const QPoint saved(place.savedLeft, place.savedTop);
+    // What was saved is where the pointer let the bar go, so that it lies on a screen as long as that
+    // screen is there; the bar may be longer than what is left of it.
+    const auto room = std::find_if(screens.begin(), screens.end(),
+                                   [&saved](const QRect &candidate) { return candidate.contains(saved); });
+    if (!place.isSaved() || room == screens.end()) {
+        return std::nullopt;
+    }
+    return insideOf(*room, saved, barSize(place.vertical));
+}
+
 } // namespace
 
 QSize barSize(bool vertical)
@@ -60,21 +74,21 @@ QSize barSize(bool vertical)
 QPoint barPosition(const BarPlace &place, const QRect &screen, const std::vector<QRect> &screens)
 {
     const QSize size = barSize(place.vertical);
-    if (place.savedLeft != 0 && place.savedTop != 0) {
-        const QPoint saved(place.savedLeft, place.savedTop);
-        // What was saved is where the pointer let the bar go, so that it lies on a screen as long as that
-        // screen is there; the bar may be longer than what is left of it.
-        const auto room = std::find_if(screens.begin(), screens.end(), [&saved](const QRect &candidate) {
-            return candidate.contains(saved);
-        });
-        if (room != screens.end()) {
-            return insideOf(*room, saved, size);
-        }
+    if (const std::optional<QPoint> saved = savedPosition(place, screens)) {
+        return *saved;
     }
     const int left = screen.left() + screen.width() - (place.vertical ? 99 : place.fromRight);
     const int top =
         place.vertical ? screen.top() + place.verticalTop : screen.top() + screen.height() - place.fromBottom;
     return insideOf(screen, {left, top}, size);
+}
+
+QPoint barPositionAtArrival(const BarPlace &place, const QRect &screen, const std::vector<QRect> &screens)
+{
+    if (const std::optional<QPoint> saved = savedPosition(place, screens)) {
+        return *saved;
+    }
+    return insideOf(screen, {screen.right() - 299, screen.bottom() - 199}, barSize(place.vertical));
 }
 
 QString barButtonStyle(const QString &stem)

@@ -48,8 +48,14 @@ struct BarPlace
     int fromRight = 299;
     int fromBottom = 199;
     int verticalTop = 200;
+
+    bool isSaved() const { return savedLeft != 0 && savedTop != 0; }
 };
 QPoint barPosition(const BarPlace &place, const QRect &screen, const std::vector<QRect> &screens);
+
+/// Where the bar stands when a receiver arrives: the saved position as above, else one place for either
+/// layout, a pixel further in than a start gives, as it has always been; kept inside `screen`.
+QPoint barPositionAtArrival(const BarPlace &place, const QRect &screen, const std::vector<QRect> &screens);
 
 /// Style sheet of a button that changes its picture under the pointer.
 QString barButtonStyle(const QString &stem);

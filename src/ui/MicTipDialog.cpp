@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QTimer>
@@ -256,9 +257,25 @@ void MicTipDialog::Mic_Longpressed()
     MicStart();
 }
 
+void MicTipDialog::endLatchedSession()
+{
+    if (!m_state.Recording) {
+        return; // it has ended, and its text is on the way: that takes the latch off
+    }
+    const QPointer<MicTipDialog> self(this);
+    const int latch = m_latches;
+    LongPressed = false; // the press that opened the window stands for one, whichever button it was
+    micStop();           // recognition may wait in an event loop
+    // Without a text nothing else would take the latch off, which keeps the device's keys away.
+    if (!self.isNull() && latch == m_latches) {
+        endLatch();
+    }
+}
+
 void MicTipDialog::toggleLatch()
 {
     if (!m_state.MicLatched) {
+        ++m_latches;
         m_host.saveFocusWindow();
         m_state.MicLatched = true;
         if (MicStart()) {
@@ -272,12 +289,14 @@ void MicTipDialog::toggleLatch()
         return;
     }
     m_state.MicLatched = false;
+    LongPressed = false;
     micStop(2); // the device wants to hear it twice
 }
 
 void MicTipDialog::mousePressEvent(QMouseEvent *event)
 {
     if (m_state.ClickCanASR && event->button() == Qt::RightButton) {
+        m_latchedAt = event->globalPos();
         toggleLatch();
         return;
     }
@@ -300,11 +319,19 @@ void MicTipDialog::mousePressEvent(QMouseEvent *event)
 
 void MicTipDialog::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_state.ClickCanASR && (m_state.MicLatched || (MouseDown && LongPressed))) {
-        if ((event->globalPos() - m_dragFrom).manhattanLength() < 4) {
-            return; // a hand that holds a button trembles; that is no wish to end the session
+    // A hand that holds a button trembles; that is no wish to end the session.
+    constexpr int tremble = 4;
+    if (m_state.ClickCanASR && m_state.MicLatched) {
+        const bool ofTheClick = event->buttons() == Qt::RightButton;
+        if (!ofTheClick || (event->globalPos() - m_latchedAt).manhattanLength() >= tremble) {
+            endLatchedSession();
         }
-        m_state.MicLatched = false;
+        return;
+    }
+    if (m_state.ClickCanASR && MouseDown && LongPressed) {
+        if ((event->globalPos() - m_dragFrom).manhattanLength() < tremble) {
+            return;
+        }
         LongPressed = false;
         micStop();
         return;
@@ -344,7 +371,7 @@ void MicTipDialog::mouseReleaseEvent(QMouseEvent *event)
 void MicTipDialog::enterEvent(QEvent *event)
 {
     QDialog::enterEvent(event);
-    if (!m_state.MicLatched && !m_state.Recording) {
+    if (!m_state.MicLatched) {
         setPicture(QLatin1String(mevo::pictures::micActive));
     }
 }
@@ -352,7 +379,7 @@ void MicTipDialog::enterEvent(QEvent *event)
 void MicTipDialog::leaveEvent(QEvent *event)
 {
     QDialog::leaveEvent(event);
-    if (!m_state.MicLatched && !m_state.Recording) {
+    if (!m_state.MicLatched) {
         setPicture(QLatin1String(mevo::pictures::micIdle));
     }
 }

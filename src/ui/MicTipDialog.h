@@ -76,6 +76,7 @@ private:
     void micStop(int latchReports = 1);
     void emitReport(int key, bool pressed);
     void toggleLatch();
+    void endLatchedSession();
 
     MainState &m_state;
     mevo::TipWindowHost &m_host;
@@ -85,6 +86,8 @@ private:
     QHash<QString, QPixmap> m_pictures; ///< those shown so far
     QString m_picture;
     QPoint m_dragFrom;
+    QPoint m_latchedAt;
+    int m_latches = 0; ///< latches begun so far
     bool LongPressed = false;
     bool MouseDown = true;
     int MicVolumePeak = 0;

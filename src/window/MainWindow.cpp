@@ -20,7 +20,9 @@
 #include "service/isOnl.h"
 #include "session/VoiceModes.h"
 #include "state/SettingsTable.h"
+#include "ui/Ask.h"
 #include "ui/CPatialResultDialog.h"
+#include "ui/CompanionWindow.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
 
@@ -113,6 +115,7 @@ MainWindow::~MainWindow()
     delete m_retiredRecorder;
     delete m_online;
     theWindow = nullptr;
+    mevo::questionWindows = nullptr;
 }
 
 void MainWindow::createServices()
@@ -191,8 +194,8 @@ void MainWindow::loadServicesAndSettings()
 void MainWindow::createTipWindow()
 {
     m_micTip = new MicTipDialog(*this, *this, this);
-    m_platform.windowSystem->neverTakeFocus(m_micTip->winId());
-    m_platform.windowSystem->neverTakeFocus(XFPartialDlg->winId());
+    new mevo::CompanionWindow(m_micTip, *m_platform.ownWindows);
+    new mevo::CompanionWindow(XFPartialDlg, *m_platform.ownWindows);
     connect(m_micTip, &MicTipDialog::returnMouseKeyResult, this, &MainWindow::ProcessResult);
     connect(m_micTip, &MicTipDialog::CreateTransDlgSignal, this, &MainWindow::CreateTransDlg);
     connect(m_micTip, &MicTipDialog::CallMainFunctionSignal, this, &MainWindow::CallMainFunctionSlot);
@@ -245,7 +248,6 @@ void MainWindow::finishStart()
     BuildAsrLanMenu(false, true);
     startStep(&MainWindow::reportAddress);
     m_webApi->endSharedWait();
-    m_platform.windowSystem->neverTakeFocus(winId());
     InitDone = true;
     m_startClock.mark("windows and menus");
     qInfo().noquote() << "Start: ready;" << m_startClock.summary();

@@ -302,6 +302,7 @@ private:
     void createBar();
     void layOutBar();
     void placeBar(int horizontalRight, int horizontalBottom, int verticalTop);
+    void placeBarAtArrival();
     void setLanguageButtonImage(const QString &styleSheet);
     void setTrayPicture(const QString &picture);
     void message(const QString &text, mevo::MessageIcon icon, int milliseconds);

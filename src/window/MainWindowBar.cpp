@@ -6,12 +6,15 @@
 #include "base/SettingsFile.h"
 #include "engines/LanguageImages.h"
 #include "session/VoiceModes.h"
+#include "ui/Ask.h"
 #include "ui/BarLayout.h"
+#include "ui/CompanionWindow.h"
 #include "ui/MicTipDialog.h"
 #include "ui/Picture.h"
 #include "ui/QToolTips.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDebug>
 #include <QDesktopServices>
 #include <QGuiApplication>
@@ -29,6 +32,24 @@ namespace {
 QString closeStyle(const char *state)
 {
     return QStringLiteral("QPushButton{border-image: url(:/rec/close_%1.png);}").arg(QLatin1String(state));
+}
+
+std::vector<QRect> screenRects()
+{
+    std::vector<QRect> screens;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        screens.push_back(screen->geometry());
+    }
+    return screens;
+}
+
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/rec/app/%1.png").arg(size));
+    }
+    return icon;
 }
 
 } // namespace
@@ -80,6 +101,11 @@ void MainWindow::createBar()
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                    Qt::WindowDoesNotAcceptFocus);
     setAccessibleName(tr("灵犀听写"));
+    // Else one child that is asked for its native id makes a native window of every button.
+    QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+    QApplication::setWindowIcon(programIcon());
+    new mevo::CompanionWindow(this, *m_platform.ownWindows);
+    mevo::questionWindows = m_platform.windowSystem.get();
 
     using Slot = void (MainWindow::*)();
     static const Slot slots_[] = {
@@ -128,13 +154,15 @@ QRect MainWindow::screenRect() const
 
 void MainWindow::placeBar(int horizontalRight, int horizontalBottom, int verticalTop)
 {
-    std::vector<QRect> screens;
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        screens.push_back(screen->geometry());
-    }
     const mevo::BarPlace place{MainWinLeft,     MainWinTop,       ShowVerticalUI,
                                horizontalRight, horizontalBottom, verticalTop};
-    move(mevo::barPosition(place, screenRect(), screens));
+    move(mevo::barPosition(place, screenRect(), screenRects()));
+}
+
+void MainWindow::placeBarAtArrival()
+{
+    const mevo::BarPlace place{MainWinLeft, MainWinTop, ShowVerticalUI};
+    move(mevo::barPositionAtArrival(place, screenRect(), screenRects()));
 }
 
 void MainWindow::setLanguageButtonImage(const QString &styleSheet)
@@ -188,7 +216,8 @@ void MainWindow::setWndTopMostTimeout()
 {
     const bool menuOpen = (m_menu != nullptr && m_menu->isVisible()) ||
                           (m_languageMenu != nullptr && m_languageMenu->isVisible());
-    if (menuOpen || HidBusy) {
+    // Raising the bar would lift it, and the talk window with it, over a question that stands.
+    if (menuOpen || HidBusy || QApplication::activeModalWidget() != nullptr) {
         return;
     }
     if (!DeviceConnected && !NoDeviceMode) {
@@ -225,7 +254,9 @@ void MainWindow::on_ShowHorizontalOrVertical()
     mevo::SettingsFile().setValue(QStringLiteral("ShowVerticalUI"), ShowVerticalUI);
     m_orientationAction->setText(ShowVerticalUI ? tr("显示水平界面") : tr("显示垂直界面"));
     layOutBar();
-    placeBar(299, 199, 100);
+    if (!mevo::BarPlace{MainWinLeft, MainWinTop}.isSaved()) {
+        placeBar(299, 199, 100);
+    }
     BuildAsrLanMenu(true, true);
     update();
 }

@@ -210,7 +210,7 @@ void MainWindow::deviceArrived()
         endDeviceChange();
         return;
     }
-    placeBar(299, 199, 200);
+    placeBarAtArrival();
     show();
 
     DongleID.clear();

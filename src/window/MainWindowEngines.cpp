@@ -105,6 +105,8 @@ void MainWindow::showLanguages()
         m_languageMenu->deleteLater();
     }
     m_languageMenu = new QMenu(this);
+    m_languageMenu->setWindowTitle(
+        QStringLiteral("LanguageMenu")); // seen by nobody; tools find the menu by it
     m_languageMenu->setStyleSheet(QLatin1String(menuStyle));
     m_languageMenu->addAction(titleRow(tr("请选择语音识别引擎"), m_languageMenu));
     m_languageMenu->addSeparator();

@@ -102,9 +102,11 @@ bool MainWindow::askAboutStartup()
         return true;
     }
     enum Answer { Yes, Back, No };
-    const int answer = mevo::ask(
-        this,
-        {tr("自动启动软件"), tr("下次开机是否自动启动语音软件?"), {tr("是"), tr("返回"), tr("否")}, false});
+    const int answer = mevo::ask(this, {tr("自动启动软件"),
+                                        tr("下次开机是否自动启动语音软件?"),
+                                        {tr("是"), tr("返回"), tr("否")},
+                                        false,
+                                        {mevo::Answer::Yes, mevo::Answer::Back, mevo::Answer::No}});
     if (answer == Yes) {
         startAtLogin();
     }

@@ -94,7 +94,7 @@ void MainWindow::showUndelivered()
             m_undelivered->removeAll();
             showUndeliveredCount();
         });
-        m_platform.windowSystem->neverTakeFocus(m_undeliveredDialog->winId());
+        m_platform.ownWindows->neverTakeFocus(m_undeliveredDialog->winId());
     }
     m_undeliveredDialog->setTexts(m_undelivered->texts());
     m_undeliveredDialog->show();

@@ -147,7 +147,6 @@ public:
     QString windowClass(mevo::WindowId) override { return {}; }
     QString windowTitle(mevo::WindowId) override { return {}; }
     std::optional<QRect> caretRectangle() override { return caret; }
-    void neverTakeFocus(mevo::WindowId) override {}
 
     mevo::WindowId foreground = 0x10;
     mevo::WindowId focused = 0x11;
@@ -159,6 +158,30 @@ public:
 
 private:
     CallLog &m_log;
+};
+
+/// Windows of ours: every place is where it was put, unless a test says otherwise.
+class FakeOwnWindows : public mevo::OwnWindows
+{
+public:
+    void neverTakeFocus(mevo::WindowId window) override { withoutFocus.append(window); }
+    void keepOutOfLists(mevo::WindowId window) override { unlisted.append(window); }
+    std::optional<QPoint> place(mevo::WindowId) override { return real; }
+    void moveTo(mevo::WindowId, const QPoint &place) override { moves.append(place); }
+    bool isComposited() override { return composited; }
+    void whenCompositingChanges(QObject *, std::function<void()> handler) override
+    {
+        handlers.push_back(std::move(handler));
+    }
+    void setShape(mevo::WindowId, const std::vector<QRect> &rectangles) override { shape = rectangles; }
+
+    QList<mevo::WindowId> withoutFocus;
+    QList<mevo::WindowId> unlisted;
+    std::optional<QPoint> real; ///< where windows stand; null answers nothing
+    QList<QPoint> moves;
+    bool composited = true;
+    std::vector<std::function<void()>> handlers;
+    std::vector<QRect> shape; ///< of the window that was shaped last
 };
 
 class FakeKeyboard : public mevo::Keyboard
@@ -379,6 +402,7 @@ struct FakePlatform
     FakeHid *hid;
     FakeDeviceNotifier *deviceNotifier;
     FakeWindowSystem *windowSystem;
+    FakeOwnWindows *ownWindows;
     FakeKeyboard *keyboard;
     FakeClipboard *clipboard;
     FakeProcesses *processes;

@@ -88,9 +88,56 @@ private Q_SLOTS:
                 QVERIFY2(other == mevo::BarClose || (inOrder && !place.intersects(beside)), buttons[i].name);
             }
         }
-        QCOMPARE(buttons[mevo::BarLanguage].horizontal.right(), 110);
-        QCOMPARE(buttons[mevo::BarLanguage].vertical.bottom(), 114);
-        QCOMPARE(QByteArray(buttons[mevo::BarSetting].name), QByteArray("pushBuutton_Setting"));
+    }
+
+    /// Left, top, right and bottom, flat and upright, as the pictures of the bar want them.
+    void coordinates_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QList<int>>("flat");
+        QTest::addColumn<QList<int>>("upright");
+        const auto add = [](const char *name, int index, QList<int> flat, QList<int> upright) {
+            QTest::newRow(name) << index << std::move(flat) << std::move(upright);
+        };
+        add("pushButton_Close", mevo::BarClose, {251, 7, 258, 14}, {30, 251, 37, 258});
+        add("pushButton_Mic", mevo::BarMicrophone, {53, 11, 67, 34}, {15, 51, 29, 74});
+        add("pushBuutton_VoiceType", mevo::BarLanguage, {75, 13, 110, 32}, {13, 80, 32, 114});
+        add("pushBuutton_VoiceKeypad", mevo::BarKeyboard, {116, 13, 141, 32}, {10, 123, 35, 142});
+        add("pushBuutton_HandWriter", mevo::BarHandwriting, {150, 12, 171, 33}, {12, 146, 33, 167});
+        add("pushBuutton_CommandWord", mevo::BarCommandWord, {178, 12, 199, 33}, {12, 175, 33, 196});
+        add("pushBuutton_Translate", mevo::BarTranslate, {205, 12, 226, 33}, {12, 203, 33, 224});
+        add("pushBuutton_Setting", mevo::BarSetting, {234, 12, 254, 32}, {12, 232, 32, 252});
+    }
+    void coordinates()
+    {
+        QFETCH(int, index);
+        const mevo::BarButton &button = mevo::barButtons().at(std::size_t(index));
+        const auto corners = [](const QRect &place) {
+            return QList<int>{place.left(), place.top(), place.right(), place.bottom()};
+        };
+        QCOMPARE(button.name, QTest::currentDataTag());
+        QTEST(corners(button.horizontal), "flat");
+        QTEST(corners(button.vertical), "upright");
+    }
+
+    void positionAtArrival_data()
+    {
+        QTest::addColumn<QPoint>("saved");
+        QTest::addColumn<bool>("vertical");
+        QTest::addColumn<QPoint>("place");
+        QTest::newRow("first") << QPoint(0, 0) << false << QPoint(1620, 880);
+        QTest::newRow("first, upright: as far down as it goes") << QPoint(0, 0) << true << QPoint(1620, 820);
+        QTest::newRow("left alone") << QPoint(300, 0) << false << QPoint(1620, 880);
+        QTest::newRow("saved") << QPoint(300, 400) << false << QPoint(300, 400);
+        QTest::newRow("saved, upright") << QPoint(300, 400) << true << QPoint(300, 400);
+        QTest::newRow("saved on a screen that is gone") << QPoint(2000, 400) << false << QPoint(1620, 880);
+    }
+    void positionAtArrival()
+    {
+        QFETCH(QPoint, saved);
+        QFETCH(bool, vertical);
+        const mevo::BarPlace place{saved.x(), saved.y(), vertical};
+        QTEST(mevo::barPositionAtArrival(place, oneScreen, {oneScreen}), "place");
     }
 
     void buttonStyle()

@@ -13,6 +13,7 @@
 #include "platform/linux/RouteNetworkState.h"
 #include "platform/linux/UdevNotifier.h"
 #include "platform/linux/X11Keyboard.h"
+#include "platform/linux/X11OwnWindows.h"
 #include "platform/linux/X11WindowSystem.h"
 #include "platform/linux/XdgStartupEntry.h"
 
@@ -26,6 +27,7 @@ std::unique_ptr<Platform> makePlatform()
     platform->hid = std::make_unique<HidapiHid>();
     platform->deviceNotifier = std::make_unique<UdevNotifier>();
     platform->windowSystem = std::make_unique<X11WindowSystem>();
+    platform->ownWindows = std::make_unique<X11OwnWindows>();
     platform->keyboard = std::make_unique<X11Keyboard>();
     platform->clipboard = std::make_unique<QtClipboard>();
     platform->processes = std::make_unique<LinuxProcesses>();

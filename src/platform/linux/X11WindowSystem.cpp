@@ -1,11 +1,10 @@
 #include "platform/linux/X11WindowSystem.h"
 
+#include "platform/linux/ScreenPixels.h"
 #include "platform/linux/X11Poster.h"
 
 #include <QDebug>
-#include <QGuiApplication>
 #include <QPointer>
-#include <QScreen>
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -106,6 +105,16 @@ bool X11WindowSystem::sendToRoot(WindowId window, const char *message, long firs
 
 bool X11WindowSystem::activate(WindowId window)
 {
+    if (m_connection &&
+        !m_connection.hasProperty(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"))) {
+        if (!isWindow(window)) {
+            return false;
+        }
+        XRaiseWindow(m_connection.display(), window); // nobody is there who would do it for us
+        XSetInputFocus(m_connection.display(), window, RevertToParent, CurrentTime);
+        XFlush(m_connection.display());
+        return true;
+    }
     constexpr long fromPager = 2; // the user's own wish, which window managers honour
     return sendToRoot(m_connection ? m_connection.topLevel(window) : 0, "_NET_ACTIVE_WINDOW", fromPager,
                       CurrentTime);
@@ -175,32 +184,8 @@ std::optional<QRect> X11WindowSystem::caretRectangle()
     if (!caret) {
         return caret;
     }
-    // Screens keep their corners when Qt scales them, and only their sizes change.
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        const QPoint corner = screen->geometry().topLeft();
-        const qreal ratio = screen->devicePixelRatio();
-        if (QRect(corner, screen->geometry().size() * ratio).contains(caret->topLeft())) {
-            const auto scaled = [&](const QPoint &point) { return corner + (point - corner) / ratio; };
-            return QRect(scaled(caret->topLeft()), caret->size() / ratio);
-        }
-    }
-    return caret;
-}
-
-void X11WindowSystem::neverTakeFocus(WindowId window)
-{
-    if (!isWindow(window)) {
-        return;
-    }
-    XWMHints hints{};
-    if (XWMHints *present = XGetWMHints(m_connection.display(), window)) {
-        hints = *present;
-        XFree(present);
-    }
-    hints.flags |= InputHint;
-    hints.input = False;
-    XSetWMHints(m_connection.display(), window, &hints);
-    XFlush(m_connection.display());
+    const QPoint corner = toDesktopPixels(caret->topLeft());
+    return QRect(corner, toDesktopPixels(caret->bottomRight()));
 }
 
 } // namespace mevo

@@ -32,7 +32,6 @@ public:
     QString windowClass(WindowId window) override;
     QString windowTitle(WindowId window) override;
     std::optional<QRect> caretRectangle() override;
-    void neverTakeFocus(WindowId window) override;
 
 private:
     class Worker;

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/OwnWindows.h"
+#include "platform/linux/X11Connection.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+
+namespace mevo {
+
+/// Windows of ours on an X11 desktop. A second connection listens: to the root window's active window, and to
+/// the selection that a compositor owns.
+class X11OwnWindows : public QObject, public OwnWindows
+{
+    Q_OBJECT
+
+public:
+    X11OwnWindows();
+
+    void neverTakeFocus(WindowId window) override;
+    void keepOutOfLists(WindowId window) override;
+    std::optional<QPoint> place(WindowId window) override;
+    void moveTo(WindowId window, const QPoint &place) override;
+    bool isComposited() override { return m_composited; }
+    void whenCompositingChanges(QObject *context, std::function<void()> handler) override;
+    void setShape(WindowId window, const std::vector<QRect> &rectangles) override;
+
+private:
+    struct Listener
+    {
+        QPointer<QObject> context;
+        std::function<void()> handler;
+    };
+
+    bool isReady(WindowId window) const;
+    void sendToRoot(WindowId window, const char *message, const std::vector<unsigned long> &data) const;
+    void readEvents();
+    void activeWindowChanged();
+    void setComposited(bool composited);
+
+    X11Connection m_connection;
+    X11Connection m_events;
+    unsigned long m_compositor = 0;   ///< the atom of the compositor's selection
+    unsigned long m_activeWindow = 0; ///< the atom of the root's property
+    int m_selectionEvent = -1;        ///< the X event that tells of a selection's new owner
+    QSet<WindowId> m_withoutFocus;
+    WindowId m_lastActive = 0; ///< that was not one of ours
+    bool m_composited = false;
+    std::vector<Listener> m_listeners;
+};
+
+} // namespace mevo

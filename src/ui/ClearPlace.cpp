@@ -1,0 +1,31 @@
+#include "ui/ClearPlace.h"
+
+#include <algorithm>
+#include <array>
+
+namespace mevo {
+
+namespace {
+constexpr int frame = 48; ///< what a window manager may put around the window, its title above all
+}
+
+QPoint clearPlace(const QRect &screen, const QSize &size, const std::vector<QRect> &taken)
+{
+    QRect window(QPoint(), size);
+    window.moveCenter(screen.center());
+    const QRect middle = window;
+    const int reachX = std::max(0, (screen.width() - size.width()) / 2 - frame);
+    const int reachY = std::max(0, (screen.height() - size.height()) / 2 - frame);
+    const std::array<QPoint, 5> steps{QPoint(0, 0), QPoint(0, -reachY), QPoint(0, reachY), QPoint(-reachX, 0),
+                                      QPoint(reachX, 0)};
+    for (const QPoint &step : steps) {
+        const QRect framed = middle.translated(step).adjusted(-frame, -frame, frame, frame);
+        if (std::none_of(taken.begin(), taken.end(),
+                         [&framed](const QRect &other) { return other.intersects(framed); })) {
+            return middle.topLeft() + step;
+        }
+    }
+    return middle.topLeft();
+}
+
+} // namespace mevo

@@ -1,0 +1,244 @@
+#include "support/FakePlatform.h"
+#include "ui/Ask.h"
+#include "ui/ClearPlace.h"
+#include "ui/CompanionWindow.h"
+#include "ui/OpaqueShape.h"
+#include "ui/PlaceKeeping.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPainter>
+#include <QScreen>
+#include <QtTest>
+
+namespace {
+
+/// A window of 40 by 20 that paints its left half.
+class HalfWindow : public QWidget
+{
+public:
+    HalfWindow()
+    {
+        setAttribute(Qt::WA_TranslucentBackground);
+        setWindowFlag(Qt::FramelessWindowHint);
+        setFixedSize(40, 20);
+        move(100, 100);
+    }
+    int painted = 20;
+
+protected:
+    void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(0, 0, painted, 20, Qt::blue); }
+};
+
+using Rectangles = std::vector<QRect>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(mevo::PlaceStep)
+Q_DECLARE_METATYPE(Rectangles)
+
+class TestCompanion : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void placeSteps_data()
+    {
+        QTest::addColumn<QPoint>("believed");
+        QTest::addColumn<QPoint>("real");
+        QTest::addColumn<mevo::PlaceStep>("settling");
+        QTest::addColumn<mevo::PlaceStep>("settled");
+        using mevo::PlaceStep;
+        const QPoint wanted(300, 200);
+        QTest::newRow("all agree") << wanted << wanted << PlaceStep::Nothing << PlaceStep::Nothing;
+        QTest::newRow("rounded") << wanted << QPoint(301, 199) << PlaceStep::Nothing << PlaceStep::Nothing;
+        QTest::newRow("asked too early")
+            << QPoint(0, 0) << wanted << PlaceStep::Believe << PlaceStep::Believe;
+        QTest::newRow("framed") << QPoint(302, 222) << QPoint(302, 222) << PlaceStep::Move
+                                << PlaceStep::Adopt;
+        QTest::newRow("framed, and not told")
+            << wanted << QPoint(302, 222) << PlaceStep::Move << PlaceStep::Adopt;
+    }
+    void placeSteps()
+    {
+        QFETCH(QPoint, believed);
+        QFETCH(QPoint, real);
+        QTEST(mevo::placeStep({300, 200}, believed, real, true), "settling");
+        QTEST(mevo::placeStep({300, 200}, believed, real, false), "settled");
+    }
+
+    void shapes_data()
+    {
+        QTest::addColumn<QString>("picture"); // '#' opaque, '+' just so, '-' not quite, '.' nothing
+        QTest::addColumn<Rectangles>("shape");
+        QTest::newRow("whole") << QStringLiteral("## ##") << Rectangles{{0, 0, 2, 2}};
+        QTest::newRow("corners") << QStringLiteral(".##. #### #### -++-")
+                                 << Rectangles{{1, 0, 2, 1}, {0, 1, 4, 2}, {1, 3, 2, 1}};
+        QTest::newRow("parts") << QStringLiteral("#.# ... ..#")
+                               << Rectangles{{0, 0, 1, 1}, {2, 0, 1, 1}, {2, 2, 1, 1}};
+        QTest::newRow("nothing") << QStringLiteral(".. --") << Rectangles{QRect()};
+    }
+    void shapes()
+    {
+        QFETCH(QString, picture);
+        const QStringList rows = picture.split(u' ');
+        QImage image(rows.first().size(), rows.size(), QImage::Format_ARGB32_Premultiplied);
+        const QHash<QChar, int> alpha{{u'#', 255}, {u'+', 128}, {u'-', 127}, {u'.', 0}};
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                image.setPixelColor(x, y, QColor(10, 20, 30, alpha.value(rows[y][x])));
+            }
+        }
+        QTEST(mevo::opaqueShape(image), "shape");
+    }
+
+    void clearPlaces_data()
+    {
+        QTest::addColumn<Rectangles>("taken");
+        QTest::addColumn<QPoint>("place"); // of a window of 200 by 100 on a screen of 1000 by 800
+        const QPoint middle(400, 350);
+        QTest::newRow("free") << Rectangles{{700, 600, 260, 45}} << middle;
+        QTest::newRow("one in the middle") << Rectangles{{420, 360, 149, 170}} << QPoint(400, 48);
+        QTest::newRow("its title would be covered") << Rectangles{{420, 310, 149, 20}} << QPoint(400, 48);
+        QTest::newRow("middle and above") << Rectangles{{420, 0, 20, 450}} << QPoint(400, 652);
+        QTest::newRow("a column") << Rectangles{{420, 0, 20, 800}} << QPoint(48, 350);
+        QTest::newRow("only the right is free")
+            << Rectangles{{420, 0, 20, 800}, {0, 380, 90, 90}} << QPoint(752, 350);
+        QTest::newRow("all taken") << Rectangles{{0, 0, 1000, 800}} << middle;
+    }
+    void clearPlaces()
+    {
+        QFETCH(Rectangles, taken);
+        QTEST(mevo::clearPlace({0, 0, 1000, 800}, {200, 100}, taken), "place");
+    }
+
+    /// Before each showing, since window managers forget it at each hiding.
+    void isNamedBeforeEachShowing()
+    {
+        FakeOwnWindows desktop;
+        HalfWindow window;
+        new mevo::CompanionWindow(&window, desktop);
+        QVERIFY(desktop.unlisted.isEmpty());
+        for (int showing = 1; showing <= 2; ++showing) {
+            window.show();
+            QCOMPARE(desktop.withoutFocus.size(), showing);
+            QVERIFY(desktop.unlisted.contains(window.winId()));
+            desktop.unlisted.clear();
+            window.hide();
+        }
+    }
+
+    void goesBackToItsPlace()
+    {
+        FakeOwnWindows desktop;
+        HalfWindow window;
+        new mevo::CompanionWindow(&window, desktop);
+        desktop.real = QPoint(102, 122); // what a frame does
+        window.show();
+        QTRY_COMPARE(desktop.moves.value(0), QPoint(100, 100));
+        desktop.real = QPoint(100, 100);
+        window.move(300, 200); // the program's own wish, or the user's drag
+        desktop.real = QPoint(300, 200);
+        window.hide();
+        window.show();
+        QCOMPARE(window.pos(), QPoint(300, 200));
+
+        // A window manager that insists gets its way, and what the toolkit believes is what is so.
+        desktop.real = QPoint(17, 18);
+        desktop.moves.clear();
+        for (int i = 0; i < 20; ++i) {
+            QTest::mousePress(&window, Qt::LeftButton);
+        }
+        QVERIFY(desktop.moves.size() >= 2 && desktop.moves.size() <= 4);
+    }
+
+    /// Menus and tips are placed by what the toolkit believes.
+    void aWrongBeliefIsSetRight()
+    {
+        FakeOwnWindows desktop;
+        HalfWindow window;
+        new mevo::CompanionWindow(&window, desktop);
+        window.show();
+        desktop.real = QPoint(100, 100);
+        QSignalSpy believed(window.windowHandle(), &QWindow::xChanged);
+        window.windowHandle()->setX(7); // as an answer of the server from too early would
+        QTRY_COMPARE(believed.size(), 2);
+        QCOMPARE(window.pos(), QPoint(100, 100));
+        QVERIFY(desktop.moves.isEmpty()); // it stands there already
+    }
+
+    void isCutWhereNothingComposites()
+    {
+        FakeOwnWindows desktop;
+        desktop.composited = false;
+        HalfWindow window;
+        new mevo::CompanionWindow(&window, desktop);
+        window.show();
+        QCOMPARE(desktop.shape, (Rectangles{{0, 0, 20, 20}}));
+        window.painted = 30;
+        window.update();
+        QTRY_COMPARE(desktop.shape, (Rectangles{{0, 0, 30, 20}}));
+        const auto composite = [&desktop](bool on) {
+            desktop.composited = on;
+            for (const auto &handler : desktop.handlers) {
+                handler();
+            }
+        };
+        composite(true);
+        QVERIFY(desktop.shape.empty());
+        composite(false);
+        QCOMPARE(desktop.shape, (Rectangles{{0, 0, 30, 20}}));
+    }
+
+    void questions_data()
+    {
+        QTest::addColumn<int>("key"); // 0 for the close box
+        QTest::addColumn<bool>("exit");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("the exit's default") << int(Qt::Key_Return) << true << 0;
+        QTest::newRow("the exit's Escape") << int(Qt::Key_Escape) << true << 1;
+        QTest::newRow("the exit's close box") << 0 << true << 1;
+        QTest::newRow("a message") << int(Qt::Key_Return) << false << 0;
+        QTest::newRow("a message's Escape") << int(Qt::Key_Escape) << false << 0;
+        QTest::newRow("a message's close box") << 0 << false << 0;
+    }
+    void questions()
+    {
+        QFETCH(int, key);
+        QFETCH(bool, exit);
+        FakePlatform fake;
+        mevo::questionWindows = fake.windowSystem;
+        HalfWindow parent; // stands where a question would
+        parent.move(QGuiApplication::primaryScreen()->availableGeometry().center());
+        parent.show();
+        mevo::Question question{QStringLiteral("title"), QStringLiteral("text"), {QStringLiteral("ok")}};
+        if (exit) {
+            question.buttons =
+                QStringList{QStringLiteral("yes"), QStringLiteral("back"), QStringLiteral("no")};
+            question.meanings = {mevo::Answer::Yes, mevo::Answer::Back, mevo::Answer::No};
+        }
+        QRect place;
+        QTimer answers;
+        answers.callOnTimeout([&] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (box == nullptr || !box->isVisible()) {
+                return;
+            }
+            answers.stop();
+            place = box->geometry();
+            if (key == 0) {
+                box->close();
+            } else {
+                QTest::keyClick(box, Qt::Key(key));
+            }
+        });
+        answers.start(1);
+        QTEST(mevo::ask(&parent, question), "answer");
+        QVERIFY(!place.isEmpty() && !place.intersects(parent.geometry()));
+        QCOMPARE(fake.log.calls(QStringLiteral("activate")), QStringList{QStringLiteral("activate 10")});
+        mevo::questionWindows = nullptr;
+    }
+};
+
+QTEST_MAIN(TestCompanion)
+#include "tst_companion.moc"
