@@ -125,7 +125,7 @@ void DeskScriptTest::everyStepCanBeRun()
         DeskRunner runner({}, nullptr);
         DeskStep step;
         step.verb = verb;
-        step.arguments = QStringList{QStringLiteral("false"), QStringLiteral("0")};
+        step.arguments = QStringList{QStringLiteral("false"), QStringLiteral("0"), QStringLiteral("0")};
         step.options.insert(QStringLiteral("within"), QStringLiteral("0"));
         step.options.insert(QStringLiteral("for"), QStringLiteral("0"));
         if (verb == QLatin1String("key") || verb == QLatin1String("click"))
