@@ -20,7 +20,7 @@ public:
     LabDatabase(const LabDatabase &) = delete;
     LabDatabase &operator=(const LabDatabase &) = delete;
 
-    /// Opens or makes the file and seeds tables that are empty. False with `error()` on failure.
+    /// Opens or makes the file and gives tables that are empty their initial rows. False with `error()` on failure.
     bool open(const QString &file, const QString &schema, const LabCipher &cipher);
     QString error() const { return m_error; }
 
@@ -28,7 +28,7 @@ public:
     /// "items" -1 and the reason under "error".
     QJsonObject run(const QByteArray &statement);
 
-    /// The receiver that the seed knows, and the accounts of the services.
+    /// The receiver of the initial rows, and the accounts of the services.
     static constexpr char DongleId[] = "02-01-001357";
     /// Of a program that is used without a receiver.
     static constexpr char NoDeviceId[] = "02-01--1";

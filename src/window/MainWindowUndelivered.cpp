@@ -2,12 +2,14 @@
 
 #include "base/ApplicationFiles.h"
 #include "output/UndeliveredTexts.h"
+#include "ui/ClearPlace.h"
 #include "ui/UndeliveredDialog.h"
 #include "window/MainWindow.h"
 
 #include <QAction>
 #include <QDebug>
 #include <QMenu>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -94,6 +96,9 @@ void MainWindow::showUndelivered()
             m_undelivered->removeAll();
             showUndeliveredCount();
         });
+        m_undeliveredDialog->adjustSize();
+        m_undeliveredDialog->move(
+            mevo::clearPlace(screen()->availableGeometry(), m_undeliveredDialog->size(), {geometry()}));
         m_platform.ownWindows->neverTakeFocus(m_undeliveredDialog->winId());
     }
     m_undeliveredDialog->setTexts(m_undelivered->texts());
