@@ -447,8 +447,8 @@ Result DeskRunner::mouseButton(Step step)
 Result DeskRunner::placeStep(Step step,
                              const std::function<bool(const QRect &place, const QPoint &point)> &fits)
 {
-    const QPoint offset(step.arguments.at(0).toInt(), step.arguments.at(1).toInt());
-    return withWindow(step.arguments.at(2), [&](Desktop::Window window) {
+    const QPoint offset(step.arguments.value(0).toInt(), step.arguments.value(1).toInt());
+    return withWindow(step.arguments.value(2), [&](Desktop::Window window) {
         QPoint origin;
         const QString reference = step.options.value(QStringLiteral("over"));
         if (!reference.isEmpty()) {

@@ -23,6 +23,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
+#include <QTextDocument>
 #include <QTimer>
 #include <QToolTip>
 #include <QUrl>
@@ -41,6 +42,12 @@ std::vector<QRect> screenRects()
         screens.push_back(screen->geometry());
     }
     return screens;
+}
+
+/// A plain text stands in one line of whatever length; the lines that it asks for end in a carriage return.
+QString wrapped(QString text)
+{
+    return Qt::convertFromPlainText(text.replace(u'\r', u'\n'), Qt::WhiteSpaceNormal);
 }
 
 QIcon programIcon()
@@ -413,7 +420,7 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
     if (index >= 0) {
         const mevo::BarButton &row = mevo::barButtons()[static_cast<std::size_t>(index)];
         if (event->type() == QEvent::Enter && row.toolTip != nullptr) {
-            QToolTip::showText(QCursor::pos(), tr(row.toolTip), this);
+            QToolTip::showText(QCursor::pos(), wrapped(tr(row.toolTip)), this);
         } else if (event->type() == QEvent::MouseMove && index == mevo::BarClose && !m_menu->isVisible()) {
             m_closeButton->setStyleSheet(closeStyle("press"));
             m_menu->popup(static_cast<QMouseEvent *>(event)->globalPos());
