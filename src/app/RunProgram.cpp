@@ -27,10 +27,14 @@ int runProgram(Platform &platform)
             window->exitByItself();
         }
     });
-    platform.singleInstance->whenStartedAgain([] {
-        if (MainWindow *window = MainWindow::instance()) {
-            window->presentMenu();
+    bool startAnew = false;
+    platform.singleInstance->whenStartedAgain([&startAnew] {
+        MainWindow *window = MainWindow::instance();
+        if (window == nullptr) {
+            return;
         }
+        startAnew = window->hasLeft(); // who starts a program that is leaving wants one that runs
+        window->presentMenu();
     });
     MainWindow window(platform);
     if (window.hasLeft()) {
@@ -39,7 +43,7 @@ int runProgram(Platform &platform)
     window.setWindowTitle(QStringLiteral("aaaaaa"));
     window.show();
     const int result = QApplication::exec();
-    if (result != MainWindow::restartCode) {
+    if (result != MainWindow::restartCode && !startAnew) {
         return result;
     }
     platform.singleInstance->release(); // else the new one would take itself for the second

@@ -14,6 +14,9 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(QStringLiteral("mevoinput"));
     // The bar hides when the receiver goes; that is no reason to end.
     QApplication::setQuitOnLastWindowClosed(false);
+    // Else Qt closes the windows at the end of the session, and a bar that asks about the exit would cancel
+    // it.
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
     const std::unique_ptr<mevo::Platform> platform = mevo::makePlatform();
     return mevo::runProgram(*platform);
 }

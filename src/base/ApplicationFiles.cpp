@@ -6,16 +6,20 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <cerrno>
+
 namespace mevo {
 
 namespace {
 
+/// A full disk is no reason to look elsewhere: the user's files stand here.
 bool isWritable(const QString &folder)
 {
     // The permission bits say nothing on a read-only mount, so the answer is asked of the system.
     QFile probe(folder + QStringLiteral("/.mevo-write-probe-%1").arg(QCoreApplication::applicationPid()));
+    errno = 0;
     if (!probe.open(QIODevice::WriteOnly)) {
-        return false;
+        return errno == ENOSPC || errno == EDQUOT;
     }
     probe.remove();
     return true;

@@ -98,6 +98,15 @@ bool UndeliveredTexts::remove(int index)
     return write();
 }
 
+bool UndeliveredTexts::replace(int index, const QString &rest)
+{
+    if (rest.isEmpty()) {
+        return remove(index);
+    }
+    m_texts[static_cast<std::size_t>(index)].text = rest;
+    return write();
+}
+
 bool UndeliveredTexts::removeAll()
 {
     m_texts.clear();

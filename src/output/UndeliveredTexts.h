@@ -35,6 +35,8 @@ public:
     bool add(const QString &text, const QDateTime &when);
     /// Takes the text at `index` out, which must be one of texts(). False when that could not be written.
     bool remove(int index);
+    /// Puts what is left of the text at `index` in its place; nothing left removes it.
+    bool replace(int index, const QString &rest);
     bool removeAll();
 
 private:

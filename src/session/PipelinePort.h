@@ -20,6 +20,8 @@ public:
     virtual void restartAfterRecognition() = 0;
     /// Writes the usage counters and switches the microphone latch off, with a receiver connected.
     virtual void endDeviceSession() = 0;
+    /// Closes the microphone of the session that records.
+    virtual void stopRecording() = 0;
     virtual void updateMicWin(const QString &picture) = 0;
     /// Ends the tip window's latch, when it is set, and shows its status buttons again.
     virtual void endTipLatch() = 0;

@@ -47,8 +47,8 @@ void ResultPipeline::showRecText(const QString &text, const SessionContext &sess
 void ResultPipeline::endByEngine(const SessionContext &session)
 {
     m_state.QuickReleaseCount = 0;
-    if (ownsTipWindow(session)) {
-        m_state.Recording = false;
+    if (ownsTipWindow(session) && m_state.Recording.exchange(false)) {
+        m_port.stopRecording();
     }
     m_port.endDeviceSession();
     showThatSpeechEnded(session);

@@ -10,6 +10,7 @@ namespace mevo {
 namespace {
 constexpr int quickReleaseMs = 1000;
 constexpr int quickReleasesTolerated = 3;
+constexpr int tipWindowKey = -1; ///< its press and its release name different keys
 
 QString tr(const char *text)
 {
@@ -57,6 +58,7 @@ void SessionMachine::reset()
 
 void SessionMachine::endWithoutRelease()
 {
+    m_overtaken.clear();
     m_state.Recording = false;
     m_state.PressPending = false;
     m_state.KeyDownBusy = false;
@@ -95,7 +97,6 @@ void SessionMachine::press(const KeyReport &report)
 
 void SessionMachine::startSession(const KeyReport &report)
 {
-    m_port.preparePartialResults();
     m_state.PressTime = m_port.monotonicMs();
     if (m_state.QuickReleaseCount > 0) {
         --m_state.QuickReleaseCount;
@@ -104,6 +105,7 @@ void SessionMachine::startSession(const KeyReport &report)
     if (m_state.KeyUpBusy) {
         return;
     }
+    m_port.preparePartialResults(); // only now: a press that is ignored leaves the session before it alone
     const QMutexLocker lock(&SessionMutex);
     m_state.KeyDownBusy = true;
     if (m_state.Send2ScreenMethod != 2) {
@@ -128,7 +130,10 @@ void SessionMachine::startSession(const KeyReport &report)
     m_port.updateMicWin(QLatin1String(pictures::micSpeak));
     if (m_state.Recording) {
         m_port.recordStop(); // a second key while one is held: what was said until now is recognised
+        m_overtaken.insert(m_sessionKey);
     }
+    m_sessionKey = report.fromTipWindow ? tipWindowKey : report.key;
+    m_overtaken.erase(m_sessionKey);
     m_port.recordStart();
     m_state.Recording = true;
     leave();
@@ -142,6 +147,9 @@ void SessionMachine::release(const KeyReport &report)
     // A session of our own ends with the release, whatever mode has come since its press.
     if (m_state.ThirdPartyActive && (m_inputMethodPressed || !m_state.Recording) && releaseThirdParty()) {
         return;
+    }
+    if (m_overtaken.erase(report.fromTipWindow ? tipWindowKey : report.key) > 0 && m_state.Recording) {
+        return; // of a key whose session a later key has ended; that one is still held
     }
     countQuickRelease();
     if (m_state.KeyDownBusy) {

@@ -6,6 +6,8 @@
 
 #include <QMutex>
 
+#include <set>
+
 namespace mevo {
 
 namespace pictures {
@@ -46,6 +48,8 @@ private:
     MainState &m_state;
     SessionPort &m_port;
     QMutex SessionMutex;
+    int m_sessionKey = 0;              ///< whose press the session that runs has begun with
+    std::set<int> m_overtaken;         ///< keys that are held although a later one has ended their session
     bool m_inputMethodPressed = false; ///< the last press went to an input method
 };
 

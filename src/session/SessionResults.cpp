@@ -80,4 +80,16 @@ bool SessionResults::carryOn()
     return waits;
 }
 
+QStringList SessionResults::takeWaiting()
+{
+    QStringList texts;
+    for (Session &session : m_sessions) {
+        for (const SessionText &text : session.texts) {
+            texts.append(text.text);
+        }
+        session.texts.clear();
+    }
+    return texts;
+}
+
 } // namespace mevo

@@ -3,6 +3,7 @@
 #include "state/SessionContext.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <deque>
 #include <functional>
@@ -41,6 +42,10 @@ public:
     bool end(int session);
     /// Goes on with the texts whose turn has come. True when some still wait for what is being typed.
     bool carryOn();
+    /// Some session has not ended, or a text of it waits.
+    bool isUnderWay() const { return !m_sessions.empty(); }
+    /// Takes the texts out whose turn has not come, in the order of the presses.
+    QStringList takeWaiting();
 
 private:
     struct Session

@@ -235,7 +235,13 @@ bool MicTipDialog::MicStart()
         return false;
     }
     emitReport(mevo::KeyVoiceTyping, true);
-    return true;
+    if (m_state.Recording) {
+        return true;
+    }
+    if (m_state.DeviceConnected) {
+        m_host.sendMicrophoneLatch(false); // the press was not taken, as after presses that were too short
+    }
+    return false;
 }
 
 void MicTipDialog::micStop(int latchReports)
@@ -253,8 +259,8 @@ void MicTipDialog::Mic_Longpressed()
 {
     m_host.saveFocusWindow();
     m_longPress->stop();
-    LongPressed = true;
-    MicStart();
+    LongPressed = true; // the start asks for the window as that of a long press
+    LongPressed = MicStart();
 }
 
 void MicTipDialog::endLatchedSession()
@@ -388,6 +394,9 @@ void MicTipDialog::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
     QToolTip::hideText(); // it lies over the bar's buttons and takes their clicks
+    if (m_state.MicLatched && m_state.Recording) {
+        endLatchedSession(); // nothing would be left to end it by
+    }
 }
 
 bool MicTipDialog::eventFilter(QObject *watched, QEvent *event)

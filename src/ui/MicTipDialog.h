@@ -71,7 +71,7 @@ protected:
 private:
     void setPicture(const QString &picture);
     void setButtonsVisible(bool visible);
-    /// False when the device refused its latch: then nothing has started.
+    /// False when the device refused its latch or the press was not taken: then nothing has started.
     bool MicStart();
     void micStop(int latchReports = 1);
     void emitReport(int key, bool pressed);

@@ -18,6 +18,7 @@
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
+#include "session/ThirdPartyKeys.h"
 #include "session/VoiceModes.h"
 #include "state/SettingsTable.h"
 #include "ui/Ask.h"
@@ -92,6 +93,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     m_startClock.mark("accounts and record");
     createTipWindow();
     createTimers();
+    watchScreens();
     placeBar(299, 199, 200);
     mevo::enterMode(*this, &SessionState::VoiceTypeMode);
     mevo::saveLastModes(*this);
@@ -255,8 +257,7 @@ void MainWindow::finishStart()
         qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
         QTimer::singleShot(0, this, &MainWindow::runLateSteps);
     }
-    const bool thirdPartyNeedsElevation = LocalEnableASR3 && LocalUseASR3Index == 1;
-    if (!thirdPartyNeedsElevation && RunAsAdmin) {
+    if (!m_elevationWanted && RunAsAdmin) {
         clearRunAsAdministrator();
     }
 }
@@ -294,6 +295,7 @@ void MainWindow::CheckUpdateTimeout()
 void MainWindow::SetupAsr3()
 {
     if (LocalEnableASR3) {
+        m_elevationWanted = LocalUseASR3Index == mevo::thirdPartyXunFei;
         LocalEnableASR3 = false;
         sayThereIsNoInputMethod();
     }
@@ -303,6 +305,11 @@ void MainWindow::DetectXunFeiVersion() {}
 
 void MainWindow::TimeOutReadInitPara()
 {
+    if (!InitDone &&
+        !m_exit.certain()) { // within a wait of the construction, which has asked all this already
+        m_lateSteps.push_back(&MainWindow::TimeOutReadInitPara);
+        return;
+    }
     if (hasTornDown()) {
         return;
     }

@@ -23,6 +23,7 @@
 #include <QTranslator>
 
 #include <deque>
+#include <map>
 #include <memory>
 
 class AudioRecorder;
@@ -49,6 +50,8 @@ class WebApi;
 class CredentialStore;
 class XunFeiStream;
 struct EngineChange;
+struct LanguageRow;
+struct SettingWrite;
 } // namespace mevo
 
 namespace Relay_Speech {
@@ -79,6 +82,10 @@ public:
     /// What a start waits for services in all, in milliseconds: the longest time-out of one record. What is
     /// late is asked again behind the bar.
     static inline int startWaitMs = 3000;
+
+    /// What an exit waits, in milliseconds, for a sentence that is being recognised or typed. What is late is
+    /// kept as undelivered where it can be.
+    static inline int exitWaitMs = 3000;
 
     /// An exit has been walked; there is nothing left to run.
     bool hasLeft() const { return m_exit.underWay(); }
@@ -246,8 +253,12 @@ private:
     void restartKeypadSibling();
     void closeInputMethodWindow();
     void endRunningSession();
+    void endMouseSession();
+    void enterModeOfKey(const char *report);
 
     // Engines and services.
+    void chooseLanguageRow(const mevo::LanguageRow &row);
+    void writeSettings(const std::vector<mevo::SettingWrite> &writes);
     void carryOut(const mevo::EngineChange &change);
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
@@ -280,9 +291,13 @@ private:
     void sendToScreen(const QString &text, const mevo::SessionContext &session);
     void pasteText(const QString &text, int holdMs);
     void pasteNext();
+    void letPasteSettle();
+    void post(mevo::WindowId window, const QString &text, mevo::WindowSystem::PostDone done);
     void loadUndelivered();
     /// Keeps a text that no window has taken, and says so.
     void keepUndelivered(const QString &text, mevo::PostStop stop);
+    void tellUndelivered(int characters, mevo::PostStop stop);
+    void keepForNextRun(const QString &text);
     void showUndelivered();
     void showUndeliveredCount();
     void typeUndelivered(int index);
@@ -295,6 +310,8 @@ private:
     bool askAboutStartup();
     bool startAtLogin();
     void tearDown();
+    void finishSessions();
+    void watchScreens();
     /// An exit is being walked or over; nothing may be started any more.
     bool hasTornDown() const { return m_exit.underWay(); }
 
@@ -403,6 +420,7 @@ private:
     bool m_moved = false;
     bool m_productRead = false;         ///< the product record has been applied in this run
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
+    bool m_elevationWanted = false;     ///< the input method of the settings needs the administrator's rights
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
     bool m_countersKnown = true;        ///< false when the start ended before it had read them
     bool m_menuWanted = false;          ///< by a second start that came during the construction
@@ -417,6 +435,9 @@ private:
         int holdMs = 0; ///< how long the paste key stays down
     };
     std::deque<PendingPaste> m_pendingPastes; ///< texts whose turn at the clipboard has not come
-    int m_postsUnderWay = 0;                  ///< texts being posted
-    int m_xunFeiSession = 0;                  ///< number of the session whose socket is open
+    std::map<int, QString> m_postsUnderWay;   ///< texts being posted
+    int m_postNumber = 0;
+    bool m_pasteSettles = false;      ///< the window may still read the clipboard
+    bool m_typingUndelivered = false; ///< a kept text is being typed
+    int m_xunFeiSession = 0;          ///< number of the session whose socket is open
 };

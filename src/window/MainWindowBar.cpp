@@ -215,8 +215,31 @@ void MainWindow::showOnline(int state)
     setTrayPicture(DeviceConnected ? QStringLiteral(":/rec/ORDeviceConnect.png")
                                    : QStringLiteral(":/rec/ORDeviceDisConnect.png"));
     message(tr("已连接外部网络！"), mevo::MessageIcon::Information, 3000);
-    show();
+    if (!m_buttons.isEmpty()) { // there is no bar yet while the program is being made
+        show();
+    }
     IsOnline = true;
+}
+
+/// A bar whose screen goes away is brought back; its saved place stays for the day when the screen returns.
+void MainWindow::watchScreens()
+{
+    const auto bringBack = [this] {
+        for (const QScreen *screen : QGuiApplication::screens()) {
+            if (screen->geometry().intersects(frameGeometry())) {
+                return;
+            }
+        }
+        placeBar(299, 199, 200);
+    };
+    const auto watch = [this, bringBack](const QScreen *screen) {
+        connect(screen, &QScreen::geometryChanged, this, bringBack);
+    };
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        watch(screen);
+    }
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, bringBack, Qt::QueuedConnection);
 }
 
 void MainWindow::setWndTopMostTimeout()
@@ -281,15 +304,15 @@ void MainWindow::on_showMainAction()
 void MainWindow::on_DefaultWinPostion()
 {
     const QRect screen = screenRect();
-    MainWinLeft = screen.width() - 299;
-    MainWinTop = screen.height() - 199;
+    MainWinLeft = screen.left() + screen.width() - 299;
+    MainWinTop = screen.top() + screen.height() - 199;
     mevo::SettingsFile settings;
     settings.setValue(QStringLiteral("MainWinLeft"), QString::number(MainWinLeft));
     settings.setValue(QStringLiteral("MainWinTop"), QString::number(MainWinTop));
     if (ShowVerticalUI) {
         move(screen.left() + screen.width() - 99, screen.top() + 100);
     } else {
-        move(screen.left() + MainWinLeft, screen.top() + MainWinTop);
+        move(MainWinLeft, MainWinTop);
     }
 }
 
@@ -379,7 +402,7 @@ void MainWindow::mousePressEvent(QMouseEvent *event)
 
 void MainWindow::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_closeButton != nullptr && m_closeButton->geometry().contains(event->pos())) {
+    if (!m_dragging && m_closeButton != nullptr && m_closeButton->geometry().contains(event->pos())) {
         m_closeButton->setStyleSheet(closeStyle("press"));
         m_menu->popup(event->globalPos());
         return;

@@ -7,7 +7,9 @@
 #include "device/DeviceReports.h"
 #include "device/GetHIDDataThread.h"
 #include "device/ReceiverDiscovery.h"
+#include "device/ReportDispatch.h"
 #include "service/isOnl.h"
+#include "session/KeyReport.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
 
@@ -58,6 +60,7 @@ void MainWindow::createReader()
     m_readerEar = new QObject(this);
     connect(m_reader, &GetHIDDataThread::returnHidKeyResult, m_readerEar, [this](char *report) {
         if (InitDone) { // before, there is nothing that could record
+            enterModeOfKey(report);
             ProcessResult(report);
         }
     });
@@ -75,6 +78,18 @@ void MainWindow::createReader()
             [reader = m_reader] { QTimer::singleShot(5000, reader, &GetHIDDataThread::TimeOutStopRecord); });
     m_reader->InputHandle = HidInputHandle.load();
     m_reader->start(QThread::InheritPriority);
+}
+
+/// The reader has asked for the key's mode by what it saw then; keys that were waiting before this one may
+/// have changed the mode since.
+void MainWindow::enterModeOfKey(const char *report)
+{
+    const auto key = mevo::parseKeyReport(report);
+    if (key && (key->key == mevo::KeyVoice || key->key == mevo::KeyVoiceTyping) && !VoiceTypeMode &&
+        m_micTip != nullptr) {
+        m_micTip->CallMicDlgFunctionSlot(mevo::KeyVoice);
+        CallMainFunctionSlot(mevo::ReloadEngineChoice);
+    }
 }
 
 void MainWindow::stopReader()
@@ -188,8 +203,11 @@ void MainWindow::deviceArrived()
 {
     setTrayPicture(QStringLiteral(":/rec/ORDeviceConnect.png"));
     if (HidInputHandle != nullptr) {
-        if (DeviceConnected) {
-            m_device->ResetDeviceKeys();
+        if (DeviceConnected && !m_device->ResetDeviceKeys()) {
+            // Its removal was never heard of: what is open leads nowhere.
+            qWarning() << "Receiver: the open one does not answer and is opened anew";
+            m_changes.add(mevo::DeviceChanges::Change::Removal);
+            m_changes.add(mevo::DeviceChanges::Change::Arrival);
         }
         endDeviceChange();
         return;
@@ -222,6 +240,7 @@ void MainWindow::deviceArrived()
 void MainWindow::deviceIdentified()
 {
     if (arrivalGoesOn() && DongleID.isEmpty()) {
+        endMouseSession();
         mevo::ask(this, {tr("错误"), tr("请确认插上设备后再重启运行!"), {tr("确定")}, true});
         exitByItself();
         return;

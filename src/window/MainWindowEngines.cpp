@@ -11,6 +11,7 @@
 #include "engines/CredentialStore.h"
 #include "engines/EngineSelection.h"
 #include "engines/TencentSpeech.h"
+#include "output/UndeliveredTexts.h"
 #include "service/Statements.h"
 #include "service/WebApi.h"
 #include "service/WebApiReply.h"
@@ -132,10 +133,19 @@ void MainWindow::showLanguages()
 void MainWindow::trigerAllAsrLanMenu(QAction *act)
 {
     const auto *row = reinterpret_cast<const mevo::LanguageRow *>(act->data().value<quintptr>()); // NOLINT
-    if (row == nullptr || m_recorder == nullptr) {
+    if (row != nullptr) {
+        // Later: the choice waits for an account, and the menu whose signal this is may be built anew
+        // meanwhile.
+        QTimer::singleShot(0, this, [this, row] { chooseLanguageRow(*row); });
+    }
+}
+
+void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
+{
+    if (m_recorder == nullptr) {
         return;
     }
-    if (row->engine == mevo::Engine::ThirdParty) {
+    if (row.engine == mevo::Engine::ThirdParty) {
         sayThereIsNoInputMethod();
         showLanguages(); // the mark goes back to the row in force
         return;
@@ -146,26 +156,35 @@ void MainWindow::trigerAllAsrLanMenu(QAction *act)
         clearRunAsAdministrator();
     }
     const int choice = ++m_languageChoice;
-    if (const mevo::CredentialListRow *list = mevo::accountListFor(*row, *this)) {
+    if (const mevo::CredentialListRow *list = mevo::accountListFor(row, *this)) {
         m_credentials->LoadBaiduCredentials(QLatin1String(list->file));
         fetchBaiduToken();
-        if (m_recorder == nullptr || choice != m_languageChoice) {
-            return; // the wait has let an exit through, or another choice, which is the one that counts
+        if (choice != m_languageChoice) {
+            return; // the wait has let another choice through, which is the one that counts
+        }
+        if (m_recorder == nullptr) { // or an exit: the next start has the choice all the same
+            if (m_retiredRecorder != nullptr) {
+                writeSettings(mevo::chooseLanguage(row, *this, *m_retiredRecorder).writes);
+            }
+            return;
         }
     }
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
-    carryOut(mevo::chooseLanguage(*row, *this, *m_recorder));
+    carryOut(mevo::chooseLanguage(row, *this, *m_recorder));
+}
+
+void MainWindow::writeSettings(const std::vector<mevo::SettingWrite> &writes)
+{
+    mevo::SettingsFile settings;
+    for (const mevo::SettingWrite &write : writes) {
+        settings.setValue(QLatin1String(write.key), write.value);
+    }
 }
 
 void MainWindow::carryOut(const mevo::EngineChange &change)
 {
-    {
-        mevo::SettingsFile settings;
-        for (const mevo::SettingWrite &write : change.writes) {
-            settings.setValue(QLatin1String(write.key), write.value);
-        }
-    }
+    writeSettings(change.writes);
     if (change.rebuild) {
         BuildAsrLanMenu(change.persistEngine, change.setupInputMethod);
     }
@@ -241,7 +260,7 @@ void MainWindow::recognise(QBuffer *audio, const QAudioFormat &)
 {
     // Later: a request waits in an event loop, and whoever stops the recorder has not finished with the key.
     QTimer::singleShot(0, this, [this, pcm = audio->data(), session = m_results.contextOf(NewestSession)] {
-        if (!hasTornDown()) {
+        if (m_recorder != nullptr) {
             QByteArray samples = pcm;
             QBuffer buffer(&samples);
             m_baiduSpeech->finish(&buffer, session);
@@ -275,6 +294,9 @@ mevo::SessionContext MainWindow::contextInForce() const
 
 void MainWindow::beginSession()
 {
+    if (m_recorder->isInSession()) {
+        endSession(NewestSession); // it was never stopped, and what comes after must not wait for it
+    }
     NewestSession = m_results.begin(contextInForce());
 }
 
@@ -298,13 +320,14 @@ void MainWindow::carryOnLater(bool waits)
 
 bool MainWindow::isTyping() const
 {
-    return m_postsUnderWay > 0 || !m_pendingPastes.empty() || HidBusy;
+    return !m_postsUnderWay.empty() || !m_pendingPastes.empty() || m_pasteSettles || HidBusy;
 }
 
 /// A text whose turn it is. The recorder is the door for what an engine says, the handler for what are words.
 void MainWindow::takeInOrder(const mevo::SessionContext &session, const mevo::SessionText &text)
 {
-    if (hasTornDown()) {
+    if (m_recorder == nullptr) { // the exit came first
+        m_undelivered->add(mevo::withoutOverMarker(text.text), m_platform.time->now());
         return;
     }
     if (text.words) {

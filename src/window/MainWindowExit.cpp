@@ -4,12 +4,15 @@
 
 #include "audio/AudioRecorder.h"
 #include "device/DeviceCommands.h"
+#include "output/UndeliveredTexts.h"
 #include "service/isOnl.h"
+#include "session/MatchText.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QEventLoop>
 #include <QNetworkAccessManager>
 #include <QTimer>
 
@@ -58,6 +61,7 @@ void MainWindow::walkExit(ExitKind kind)
     m_changes.hold();
     closeInputMethodWindow();
     if (kind == ExitKind::Asked) {
+        endMouseSession(); // the question takes the mouse away from the talk window
         m_exit.questionOpens();
         const std::optional<ExitKind> answered = m_exit.questionAnswered(askAboutStartup());
         if (!answered) {
@@ -69,6 +73,7 @@ void MainWindow::walkExit(ExitKind kind)
         kind = *answered;
     }
     mevo::closeQuestions();
+    finishSessions();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
     if (m_countersKnown) {
         sendUsageOnExit(kind == ExitKind::ByItself);
@@ -111,6 +116,45 @@ bool MainWindow::askAboutStartup()
         startAtLogin();
     }
     return answer == Yes || answer == No;
+}
+
+/// What has been said still counts: it is recognised and typed, or kept.
+void MainWindow::finishSessions()
+{
+    if (m_recorder == nullptr) {
+        return;
+    }
+    endRunningSession();
+    const auto done = [this] { return !m_results.isUnderWay() && !isTyping(); };
+    if (!done()) {
+        constexpr int lookAgainMs = 10;
+        QEventLoop loop;
+        QTimer look;
+        connect(&look, &QTimer::timeout, &loop, [&] {
+            if (done()) {
+                loop.quit();
+            }
+        });
+        look.start(lookAgainMs);
+        QTimer::singleShot(exitWaitMs, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    finishXunFeiEarly();
+    for (const QString &text : m_results.takeWaiting()) {
+        keepForNextRun(mevo::withoutOverMarker(text));
+    }
+    for (const PendingPaste &paste : std::exchange(m_pendingPastes, {})) {
+        keepForNextRun(paste.text);
+    }
+    for (const auto &post : std::exchange(m_postsUnderWay, {})) {
+        keepForNextRun(post.second); // whole: how much of it has gone is not known yet
+    }
+}
+
+void MainWindow::keepForNextRun(const QString &text)
+{
+    qWarning("Exit: %d characters are kept as undelivered", text.size());
+    m_undelivered->add(text, m_platform.time->now());
 }
 
 void MainWindow::tearDown()

@@ -45,19 +45,35 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
         pasteText(plan.text, holdPasteKeyMs);
         break;
     case mevo::SendPlan::Way::Post:
-        ++m_postsUnderWay;
-        m_platform.windowSystem->postText(
-            session.window, plan.text, [this, typed = plan.text](const mevo::PostResult &result) {
-                --m_postsUnderWay;
-                if (result.complete) {
-                    qInfo() << "Send to screen: typed" << result.posted << "characters";
-                    sendImmediateKeys();
-                    return;
-                }
-                keepUndelivered(typed.mid(result.posted), result.stop);
-            });
+        post(session.window, plan.text,
+             [this, typed = plan.text, window = session.window](const mevo::PostResult &result) {
+                 if (!result.complete) {
+                     keepUndelivered(typed.mid(result.posted), result.stop);
+                     return;
+                 }
+                 qInfo() << "Send to screen: typed" << result.posted << "characters";
+                 // The receiver's keys go to the window that has the focus now.
+                 if (m_platform.windowSystem->focusedWindow() == window) {
+                     sendImmediateKeys();
+                 } else if (VoiceImmediateSend) {
+                     qInfo() << "Send to screen: another window has the focus, nothing is sent off";
+                 }
+             });
         break;
     }
+}
+
+/// Posts a text, which counts as on its way until `done`; nothing comes after the exit has taken it back.
+void MainWindow::post(mevo::WindowId window, const QString &text, mevo::WindowSystem::PostDone done)
+{
+    const int number = ++m_postNumber;
+    m_postsUnderWay.emplace(number, text);
+    m_platform.windowSystem->postText(window, text,
+                                      [this, number, done = std::move(done)](const mevo::PostResult &result) {
+                                          if (m_postsUnderWay.erase(number) > 0) {
+                                              done(result);
+                                          }
+                                      });
 }
 
 void MainWindow::pasteText(const QString &text, int holdMs)
@@ -72,7 +88,7 @@ void MainWindow::pasteNext()
     if (m_pendingPastes.empty()) {
         return;
     }
-    if (HidBusy) {
+    if (HidBusy || m_pasteSettles) {
         // The clipboard still belongs to the text whose Ctrl+V the receiver is typing.
         QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
         return;
@@ -80,11 +96,12 @@ void MainWindow::pasteNext()
     const PendingPaste paste = m_pendingPastes.front();
     m_pendingPastes.pop_front();
     m_platform.clipboard->setText(paste.text);
+    m_pasteSettles = true; // the window reads the clipboard when it gets to the key
     const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
     if (deviceOpen()) {
         SendHWKey(shortcut.shift, shortcut.ctrl, false, false, false, shortcut.usage);
-        pasteNext();
+        letPasteSettle();
         return;
     }
     const auto modifiers = [this, &shortcut](void (mevo::Keyboard::*change)(int)) {
@@ -102,6 +119,21 @@ void MainWindow::pasteNext()
     modifiers(&mevo::Keyboard::keyUp);
     m_platform.time->sleepMs(100);
     sendImmediateKeys();
+    letPasteSettle();
+}
+
+void MainWindow::letPasteSettle()
+{
+    constexpr int lookAgainMs = 10;
+    constexpr int settleMs = 150;
+    if (HidBusy) { // the receiver has not typed the key yet
+        QTimer::singleShot(lookAgainMs, this, &MainWindow::letPasteSettle);
+        return;
+    }
+    QTimer::singleShot(settleMs, this, [this] {
+        m_pasteSettles = false;
+        pasteNext();
+    });
 }
 
 void MainWindow::Paster2ScreenHandOut()

@@ -177,6 +177,14 @@ void MainWindow::endRunningSession()
     m_session.endWithoutRelease();
 }
 
+/// Before a question: the talk window does not hear the mouse while it stands.
+void MainWindow::endMouseSession()
+{
+    if (MouseSession) {
+        endRunningSession();
+    }
+}
+
 bool MainWindow::sendMicrophoneLatch(bool on)
 {
     return deviceOpen() && (on ? m_device->MicLatchOn() : m_device->MicLatchOff());

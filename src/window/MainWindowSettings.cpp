@@ -90,7 +90,7 @@ void MainWindow::clearRunAsAdministrator()
 /// False, and the setting stays as it was, when the entry could not be made.
 bool MainWindow::startAtLogin()
 {
-    if (!(LocalEnableASR3 && LocalUseASR3Index == mevo::thirdPartyXunFei)) {
+    if (!m_elevationWanted && !(LocalEnableASR3 && LocalUseASR3Index == mevo::thirdPartyXunFei)) {
         clearRunAsAdministrator();
     }
     mevo::StartupEntry &entry = *m_platform.startupEntry;

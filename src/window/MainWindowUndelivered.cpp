@@ -51,9 +51,14 @@ void MainWindow::loadUndelivered()
 
 void MainWindow::keepUndelivered(const QString &text, mevo::PostStop stop)
 {
-    qWarning("Send to screen: %d characters wait as undelivered: %s", text.size(), reasonText(stop));
     m_undelivered->add(text, m_platform.time->now());
     showUndeliveredCount();
+    tellUndelivered(text.size(), stop);
+}
+
+void MainWindow::tellUndelivered(int characters, mevo::PostStop stop)
+{
+    qWarning("Send to screen: %d characters wait as undelivered: %s", characters, reasonText(stop));
     message(tr("有文字未能输入，已保留在菜单的“未送达的文字”中。"), mevo::MessageIcon::Warning, 5000);
 }
 
@@ -114,7 +119,7 @@ bool MainWindow::isUndelivered(int index) const
 /// Types a kept text into the window that has the focus now; it is kept until that window has taken it.
 void MainWindow::typeUndelivered(int index)
 {
-    if (!isUndelivered(index)) {
+    if (!isUndelivered(index) || m_typingUndelivered) { // a second click would type it twice
         return;
     }
     const mevo::UndeliveredText kept = m_undelivered->texts()[static_cast<std::size_t>(index)];
@@ -123,19 +128,21 @@ void MainWindow::typeUndelivered(int index)
         message(tr("没有可以输入的窗口，请先把光标放到要输入的地方。"), mevo::MessageIcon::Information, 3000);
         return;
     }
-    ++m_postsUnderWay;
-    m_platform.windowSystem->postText(window, kept.text, [this, kept](const mevo::PostResult &result) {
-        --m_postsUnderWay;
-        if (!result.complete) {
-            keepUndelivered(kept.text.mid(result.posted), result.stop); // before the whole one goes
-        }
+    m_typingUndelivered = true;
+    post(window, kept.text, [this, kept](const mevo::PostResult &result) {
+        m_typingUndelivered = false;
         const auto &texts = m_undelivered->texts();
         const auto found =
             std::find_if(texts.begin(), texts.end(), [&kept](const mevo::UndeliveredText &entry) {
                 return entry.text == kept.text && entry.when == kept.when;
             });
         if (found != texts.end()) {
-            m_undelivered->remove(static_cast<int>(found - texts.begin()));
+            const auto at = static_cast<int>(found - texts.begin());
+            result.complete ? m_undelivered->remove(at)
+                            : m_undelivered->replace(at, kept.text.mid(result.posted));
+        }
+        if (!result.complete) {
+            tellUndelivered(kept.text.size() - result.posted, result.stop);
         }
         showUndeliveredCount();
     });

@@ -36,7 +36,9 @@ void SessionHands::logReport(const QString &line)
 
 void SessionHands::clearClipboard()
 {
-    m_window.m_platform.clipboard->clear();
+    if (!m_window.isTyping()) { // else it holds an earlier text on its way into a window
+        m_window.m_platform.clipboard->clear();
+    }
 }
 
 void SessionHands::saveFocusWindow()
@@ -187,6 +189,13 @@ void PipelineHands::restartAfterRecognition()
 void PipelineHands::endDeviceSession()
 {
     m_window.closeDeviceSession();
+}
+
+void PipelineHands::stopRecording()
+{
+    if (m_window.m_recorder != nullptr) {
+        m_window.m_recorder->OnRecordStop();
+    }
 }
 
 void PipelineHands::updateMicWin(const QString &picture)

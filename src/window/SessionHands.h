@@ -60,6 +60,7 @@ public:
     void trayMessage(const QString &text, MessageIcon icon, int milliseconds) override;
     void restartAfterRecognition() override;
     void endDeviceSession() override;
+    void stopRecording() override;
     void updateMicWin(const QString &picture) override;
     void endTipLatch() override;
     void updateStatusButtons() override;

@@ -20,6 +20,7 @@ public:
     }
     void trayMessage(const QString &, mevo::MessageIcon, int) override { log.add(QStringLiteral("tray")); }
     void restartAfterRecognition() override { log.add(QStringLiteral("timer")); }
+    void stopRecording() override { log.add(QStringLiteral("stop")); }
     void endDeviceSession() override { log.add(QStringLiteral("end session")); }
     void updateMicWin(const QString &) override { ++pictures; }
     void endTipLatch() override { log.add(QStringLiteral("latch off")); }
@@ -371,7 +372,7 @@ private Q_SLOTS:
         QTest::newRow("the code at the start is text") << "11201"
                                                        << "timer|latch off|screen 11201";
         QTest::newRow("ended by the engine") << "甲__AutoOver__"
-                                             << "timer|end session|latch off";
+                                             << "timer|stop|end session|latch off";
     }
 
     void theDoorTellsWordsFromErrors()

@@ -131,9 +131,9 @@ private Q_SLOTS:
             {QStringLiteral("message 已关闭语音识别功能！ 100")});
         row("result under way", [](Desk &d) { d.state.ResultIdle = false; }, {});
         row(
-            "press to be ignored", [](Desk &d) { d.state.QuickReleaseCount = 2; }, ownPress.mid(0, 2));
+            "press to be ignored", [](Desk &d) { d.state.QuickReleaseCount = 2; }, ownPress.mid(0, 1));
         row(
-            "release under way", [](Desk &d) { d.state.KeyUpBusy = true; }, ownPress.mid(0, 2));
+            "release under way", [](Desk &d) { d.state.KeyUpBusy = true; }, ownPress.mid(0, 1));
         row(
             "clipboard method saves no focus", [](Desk &d) { d.state.Send2ScreenMethod = 2; },
             QStringList(ownPress.mid(0, 2)) + ownPress.mid(3));
@@ -277,25 +277,53 @@ private Q_SLOTS:
         QVERIFY(!desk.state.Recording && !desk.state.PressPending);
     }
 
-    /// A second key while one is held: what was said under the first is recognised, and each release is
-    /// taken.
+    /// A second key while one is held: what was said under the first is recognised, and the release of the
+    /// first does not end what is being said under the second.
+    void aSecondKeyEndsTheFirstOnesSession_data()
+    {
+        QTest::addColumn<bool>("firstGoesFirst");
+        QTest::addColumn<bool>("byTipWindow"); // the second press
+        for (const bool first : {true, false}) {
+            QTest::addRow("key, %s", first ? "the first goes first" : "the second goes first")
+                << first << false;
+            QTest::addRow("tip window, %s", first ? "the first goes first" : "the second goes first")
+                << first << true;
+        }
+    }
+
     void aSecondKeyEndsTheFirstOnesSession()
     {
+        QFETCH(bool, firstGoesFirst);
+        QFETCH(bool, byTipWindow);
         Desk desk;
         desk.key(1, 1);
         desk.calls();
         desk.port.clock += 1500;
-        desk.key(6, 1);
+        desk.key(byTipWindow ? 3 : 6, 1, byTipWindow);
         QStringList again(ownPress);
         again.removeAll(QStringLiteral("tip show"));
         again.insert(again.size() - 1, QStringLiteral("record stop"));
         QCOMPARE(desk.calls(), again);
         desk.port.clock += 1500;
-        desk.key(6, 0);
-        QCOMPARE(desk.calls(), ownRelease);
+        const auto releaseSecond = [&] {
+            desk.key(byTipWindow ? 1 : 6, 0, byTipWindow);
+            QCOMPARE(desk.calls().count(QStringLiteral("record stop")), 1);
+        };
+        if (!firstGoesFirst) {
+            releaseSecond();
+        }
         desk.key(1, 0);
         QCOMPARE(desk.calls(), QStringList());
+        QCOMPARE(desk.state.Recording.load(), firstGoesFirst);
+        if (firstGoesFirst) {
+            releaseSecond();
+        }
         QVERIFY(!desk.state.Recording && !desk.state.KeyUpBusy);
+        // Nothing is left of it for the next session.
+        desk.key(1, 1);
+        desk.port.clock += 1500;
+        desk.key(1, 0);
+        QVERIFY(!desk.state.Recording);
     }
 
     /// The mode may change between press and release, and the road that the press has taken is walked to its

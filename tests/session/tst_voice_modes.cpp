@@ -134,6 +134,7 @@ struct Desk : mevo::PipelinePort
     }
     void trayMessage(const QString &, mevo::MessageIcon, int) override {}
     void restartAfterRecognition() override {}
+    void stopRecording() override {}
     void endDeviceSession() override {}
     void updateMicWin(const QString &) override {}
     void endTipLatch() override {}

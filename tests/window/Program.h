@@ -24,6 +24,7 @@ struct Program
     explicit Program(bool plugged = true, const QString &host = QStringLiteral("127.0.0.1:9"))
     {
         static const ScratchHome home;
+        MainWindow::exitWaitMs = 50;
         const QByteArray at = host.toLatin1();
         home.write(QStringLiteral("MEVOEndpoints.ini"), "[Endpoints]\nBackendUrl=\"http://" + at +
                                                             "/mevowebapi?\"\nBackendUrlBk1=\"http://" + at +

@@ -187,6 +187,7 @@ struct Program
         for (QAction *action : window->languageMenu()->actions()) {
             if (action->text() == row) {
                 action->trigger();
+                QCoreApplication::processEvents(); // the choice is made from the event loop
                 return;
             }
         }
@@ -508,7 +509,8 @@ private Q_SLOTS:
             }
         };
         program.choose(QStringLiteral("粤语(百度版)"));
-        QCOMPARE(Program::setting("BaiDuCurrentVoiceType"), QStringLiteral("1537"));
+        QCOMPARE(Program::setting("BaiDuCurrentVoiceType"),
+                 exit ? QStringLiteral("1637") : QStringLiteral("1537"));
         if (exit) {
             QVERIFY(window.recorder() == nullptr);
         } else {

@@ -88,6 +88,7 @@ const Action actions[] = {
          for (QAction *row : window().languageMenu()->actions()) {
              if (row->text() == QStringLiteral("粤语(百度版)")) {
                  row->trigger();
+                 QCoreApplication::processEvents(); // the choice is made from the event loop
                  return;
              }
          }
