@@ -35,12 +35,14 @@ class QNetworkAccessManager;
 class QPushButton;
 class QTimer;
 class QToolTips;
+class QWebSocket;
 class UndeliveredDialog;
 class WebCipher;
 
 namespace mevo {
 class BaiduTokens;
 class CommandMatcher;
+class PushChannel;
 class TencentSpeech;
 class UndeliveredTexts;
 class WebApi;
@@ -136,6 +138,9 @@ public Q_SLOTS:
     void onXFWebApiConnected();
     void onXFWebApiDisconnected();
     void onXFWebApiMessageReceived(QString message);
+
+    void onOrvWebSocketConnected();
+    void onOrvWebSocketTextMessageReceived(QString message);
 
     void onEnterTimerAfterRec();
     void setWndTopMostTimeout();
@@ -260,6 +265,11 @@ private:
     void SetupAsr3();
     void DetectXunFeiVersion();
     void sendUsageOnExit(bool withTencent);
+    /// Connects the push socket once the backend is there; one that is connected stays so.
+    void openPushSocket();
+    void pushNetworkChanged();
+    /// Ends the push socket and the notices that are open.
+    void closePushSocket();
 
     // Output.
     /// Types a text into the window of its session, or pastes it, as the settings tell.
@@ -353,6 +363,8 @@ private:
     std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
     std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     std::unique_ptr<mevo::UndeliveredTexts> m_undelivered;
+    QWebSocket *PushSocket = nullptr; ///< the service's notices come by it
+    std::unique_ptr<mevo::PushChannel> m_push;
     GetHIDDataThread *m_reader = nullptr;
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;

@@ -171,6 +171,7 @@ void MainWindow::showOnline(int state)
         }
         IsOnline = false;
         BackendReachable = false;
+        pushNetworkChanged();
         return;
     }
     if (IsOnline) {
@@ -182,6 +183,7 @@ void MainWindow::showOnline(int state)
     message(tr("已连接外部网络！"), mevo::MessageIcon::Information, 3000);
     show();
     IsOnline = true;
+    pushNetworkChanged();
 }
 
 void MainWindow::setWndTopMostTimeout()

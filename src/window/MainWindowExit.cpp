@@ -5,6 +5,7 @@
 #include "audio/AudioRecorder.h"
 #include "base/SettingsFile.h"
 #include "device/DeviceCommands.h"
+#include "service/PushChannel.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
@@ -73,6 +74,7 @@ void MainWindow::walkExit(ExitKind kind)
         m_platform.windowSystem->findWindow(QString(), QStringLiteral("ORVQuillary")) != 0) {
         m_platform.processes->startSibling(penPadSibling, {QStringLiteral("/close")}, false);
     }
+    closePushSocket(); // its notices read by the cipher
     m_cipher.reset();
     close();
     ExitInProgress = false;
