@@ -66,6 +66,8 @@ public:
     virtual std::optional<QRect> caretRectangle() = 0;
     /// Makes a window of ours never take the keyboard focus. `window` is its native id.
     virtual void neverTakeFocus(WindowId window) = 0;
+    /// Stacks a window of ours that no window manager knows right below another one of ours.
+    virtual void stackBelow(WindowId window, WindowId other) = 0;
 };
 
 } // namespace mevo

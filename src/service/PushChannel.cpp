@@ -108,6 +108,7 @@ void PushChannel::connected()
 {
     qInfo("Push: connected");
     m_opening.stop();
+    m_retry.stop(); // a server that was given up may answer after all
     m_answered = true;
     m_beat.start();
 }

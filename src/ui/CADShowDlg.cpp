@@ -137,8 +137,10 @@ void CADShowDlg::showAddress()
     }
     const QPoint corner = geometry().bottomRight();
     resize(addressWidth, layout()->heightForWidth(addressWidth));
-    m_finalTop += corner.y() + 1 - y() - height(); // the page may have failed in the middle of the slide
-    move(corner - QPoint(width() - 1, height() - 1));
+    if (isVisible()) { // the page has failed in the middle of the slide, or after it
+        m_top = m_finalTop = corner.y() + 1 - height();
+        move(corner.x() + 1 - width(), m_top);
+    }
 }
 
 void CADShowDlg::findPicture()
@@ -243,8 +245,9 @@ void CADShowDlg::startSlide()
         return;
     }
     const QRect room = availableGeometry();
-    move(room.right() + 1 - width(), room.bottom() + 1);
-    m_finalTop = room.bottom() + 1 - height();
+    m_top = room.bottom() + 1;
+    m_finalTop = m_top - height();
+    move(room.right() + 1 - width(), m_top);
     show();
     raise();
     m_slide.start();
@@ -252,8 +255,10 @@ void CADShowDlg::startSlide()
 
 void CADShowDlg::myMove()
 {
-    move(x(), std::max(y() - slideStep, m_finalTop));
-    if (y() <= m_finalTop) {
+    // By a count of its own: y() falls back when the display server's word on an earlier step comes in.
+    m_top = std::max(m_top - slideStep, m_finalTop);
+    move(x(), m_top);
+    if (m_top == m_finalTop) {
         m_slide.stop();
         m_stay.start();
     }

@@ -78,6 +78,7 @@ private:
     QTimer m_slide, m_stay, m_fade;
     int m_elapsed = 0;  ///< seconds of the stay
     int m_opacity = 10; ///< tenths
+    int m_top = 0;      ///< of the window, as the slide has it
     int m_finalTop = 0; ///< where the slide ends
     bool m_pointerIn = false;
     bool m_ended = false; ///< closed() has been said

@@ -268,6 +268,8 @@ private:
     /// Connects the push socket once the backend is there; one that is connected stays so.
     void openPushSocket();
     void pushNetworkChanged();
+    /// A notice must not cover the bar or the talk window, which stands above the bar.
+    void keepNoticesBelow();
     /// Ends the push socket and the notices that are open.
     void closePushSocket();
 

@@ -197,6 +197,7 @@ void MainWindow::setWndTopMostTimeout()
         hide();
     } else if (isVisible()) {
         raise();
+        keepNoticesBelow();
     }
 }
 

@@ -50,6 +50,16 @@ void MainWindow::pushNetworkChanged()
     }
 }
 
+void MainWindow::keepNoticesBelow()
+{
+    const auto notices = findChildren<CADShowDlg *>(QString(), Qt::FindDirectChildrenOnly);
+    for (CADShowDlg *notice : notices) {
+        if (notice->isVisible()) {
+            m_platform.windowSystem->stackBelow(notice->winId(), winId());
+        }
+    }
+}
+
 void MainWindow::closePushSocket()
 {
     m_push.reset();

@@ -121,6 +121,7 @@ public:
     QString windowTitle(mevo::WindowId) override { return {}; }
     std::optional<QRect> caretRectangle() override { return caret; }
     void neverTakeFocus(mevo::WindowId) override {}
+    void stackBelow(mevo::WindowId, mevo::WindowId) override {}
 
     mevo::WindowId foreground = 0x10;
     mevo::WindowId focused = 0x11;

@@ -33,6 +33,7 @@ public:
     QString windowTitle(WindowId window) override;
     std::optional<QRect> caretRectangle() override;
     void neverTakeFocus(WindowId window) override;
+    void stackBelow(WindowId window, WindowId other) override;
 
 private:
     class Worker;
