@@ -228,14 +228,18 @@ bool CADShowDlg::showPicture(const QByteArray &bytes)
         return false;
     }
     const QSize room = largestNotice(availableGeometry().size());
-    if (picture.width() > room.width() || picture.height() > room.height()) {
-        picture = picture.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const bool fits = picture.width() <= room.width() && picture.height() <= room.height();
+    const QSize shown = fits ? picture.size() : picture.size().scaled(room, Qt::KeepAspectRatio);
+    const qreal ratio = devicePixelRatioF();
+    if (shown * ratio != picture.size()) { // smoothly, which painting it would not do
+        picture = picture.scaled(shown * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        picture.setDevicePixelRatio(ratio);
     }
     auto *label = new QLabel(this);
     label->setAccessibleName(windowTitle());
     label->setPixmap(picture);
     layout()->addWidget(label);
-    resize(picture.size());
+    resize(shown);
     return true;
 }
 
