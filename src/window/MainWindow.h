@@ -268,6 +268,9 @@ private:
     /// Connects the push socket once the backend is there; one that is connected stays so.
     void openPushSocket();
     void pushNetworkChanged();
+    /// Shows the notices that wait, once nobody speaks and no text is on its way.
+    void showNotices();
+    void showNotice(const QString &frame);
     /// A notice must not cover the bar or the talk window, which stands above the bar.
     void keepNoticesBelow();
     /// Ends the push socket and the notices that are open.
@@ -367,6 +370,7 @@ private:
     std::unique_ptr<mevo::UndeliveredTexts> m_undelivered;
     QWebSocket *PushSocket = nullptr; ///< the service's notices come by it
     std::unique_ptr<mevo::PushChannel> m_push;
+    QStringList m_waitingNotices; ///< frames of notices
     GetHIDDataThread *m_reader = nullptr;
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;

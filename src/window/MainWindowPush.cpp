@@ -10,12 +10,16 @@
 #include "ui/NoticePage.h"
 
 #include <QDebug>
+#include <QTimer>
 #include <QWebSocket>
+
+#include <utility>
 
 namespace {
 
 /// More notices than this are not open at once: a newer one closes the oldest.
 constexpr int mostNotices = 5;
+constexpr int noticePauseMs = 500;
 
 } // namespace
 
@@ -83,9 +87,31 @@ void MainWindow::onOrvWebSocketConnected()
 
 void MainWindow::onOrvWebSocketTextMessageReceived(QString message)
 {
-    if (!m_cipher || ExitInProgress || hasTornDown()) {
+    m_waitingNotices.append(message);
+    if (m_waitingNotices.size() > mostNotices) {
+        m_waitingNotices.removeFirst();
+    }
+    showNotices();
+}
+
+void MainWindow::showNotices()
+{
+    if (m_waitingNotices.isEmpty() || !m_cipher || hasTornDown()) {
         return;
     }
+    // A picture or the web engine may hold the program for a moment, and somebody is speaking or a text is on
+    // its way.
+    if (Recording || isTyping() || ExitInProgress) {
+        QTimer::singleShot(noticePauseMs, this, &MainWindow::showNotices);
+        return;
+    }
+    for (const QString &message : std::exchange(m_waitingNotices, {})) {
+        showNotice(message);
+    }
+}
+
+void MainWindow::showNotice(const QString &frame)
+{
     // Those that are closed already are gone with the next turn of the event loop.
     const auto notices = findChildren<CADShowDlg *>(QString(), Qt::FindDirectChildrenOnly);
     if (notices.size() >= mostNotices) {
@@ -94,5 +120,5 @@ void MainWindow::onOrvWebSocketTextMessageReceived(QString message)
     auto *const notice = new CADShowDlg(*m_cipher, mevo::chosenProxy(*this), mevo::noticePageMaker, this);
     connect(notice, &CADShowDlg::linkWanted, this,
             [this](const QUrl &address) { mevo::openUrl(address, *m_platform.processes); });
-    notice->onTextMessageReceived(message);
+    notice->onTextMessageReceived(frame);
 }
