@@ -1,4 +1,5 @@
 #include "desk/DeskCommand.h"
+#include "push/PushConsole.h"
 #include "receiver/ReceiverCommand.h"
 #include "services/RunServices.h"
 
@@ -21,6 +22,7 @@ constexpr Subcommand subcommands[] = {
     {"receiver", "a virtual receiver, driven by lines on standard input or a socket", mevo::lab::runReceiver},
     {"desk", "runs a script of steps: plug, press, speak, expect text, ...", mevo::lab::runDesk},
     {"services", "the services on the loopback interface", lab::runServices},
+    {"push", "says something on the push socket of running services", lab::runPush},
 };
 
 int usage()

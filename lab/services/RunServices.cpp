@@ -1,6 +1,7 @@
 #include "services/RunServices.h"
 
 #include "backend/WebApiService.h"
+#include "push/PushService.h"
 #include "recognisers/BaiduService.h"
 #include "recognisers/TencentService.h"
 #include "recognisers/XunFeiService.h"
@@ -48,7 +49,7 @@ private:
 /// Where the services answer.
 struct Ports
 {
-    quint16 backend = 0, baiduHttp = 0, baiduHttps = 0, tencentHttps = 0, xunFei = 0, control = 0;
+    quint16 backend = 0, baiduHttp = 0, baiduHttps = 0, tencentHttps = 0, xunFei = 0, push = 0, control = 0;
 };
 
 bool writeEndpoints(const QString &path, const Ports &ports, const QString &schema)
@@ -72,7 +73,7 @@ bool writeEndpoints(const QString &path, const Ports &ports, const QString &sche
     for (const char *key : {"ManualDownloadUrl", "ManualDownloadUrl1"}) {
         out << key << '=' << api << "NewVersion_Manual\n";
     }
-    out << "PushSocketUrl=ws://127.0.0.1:9\n";
+    out << "PushSocketUrl=ws://127.0.0.1:" << ports.push << '\n';
     out << "BaiduSpeechHost=127.0.0.1:" << ports.baiduHttp << "\nBaiduTokenHost=127.0.0.1:" << ports.baiduHttp
         << "\nBaiduSpeechHttpsHost=127.0.0.1:" << ports.baiduHttps << '\n';
     out << "TencentHost=127.0.0.1:" << ports.tencentHttps << "\nTencentSecretIds=\""
@@ -98,7 +99,7 @@ int runServices(const QStringList &arguments)
     };
     option(QStringLiteral("home"), QDir::currentPath());
     for (const char *port :
-         {"port-backend", "baidu-http", "baidu-https", "tencent-https", "xunfei", "control"}) {
+         {"port-backend", "baidu-http", "baidu-https", "tencent-https", "xunfei", "push", "control"}) {
         option(QLatin1String(port), QStringLiteral("0"));
     }
     option(QStringLiteral("schema"), QStringLiteral("mevodb"));
@@ -136,6 +137,9 @@ int runServices(const QStringList &arguments)
     }
     XunFeiService xunFei(xunFeiAccounts, {QStringLiteral("localhost")}, note);
 
+    PushService push(cipher, QDir(parser.value(QStringLiteral("home"))).filePath(QStringLiteral("web")),
+                     note);
+
     const auto notFound = HttpResponse{404, "text/plain", {}};
     const auto baiduHandler = [&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
         if (request.path() == "/oauth/2.0/token") {
@@ -147,7 +151,11 @@ int runServices(const QStringList &arguments)
         }
     };
     LabHttpServer backendServer([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
-        webApi.handle(request, reply);
+        if (request.path().startsWith("/web/")) {
+            push.handle(request, reply);
+        } else {
+            webApi.handle(request, reply);
+        }
     });
     LabHttpServer baiduHttp(baiduHandler);
     LabHttpServer baiduHttps(baiduHandler);
@@ -172,6 +180,7 @@ int runServices(const QStringList &arguments)
             tencent.setError({}, 0);
             tencent.setClockOffset(0);
             xunFei.reset();
+            push.reset();
             for (LabHttpServer *server : servers) {
                 server->clearFaults();
             }
@@ -199,6 +208,11 @@ int runServices(const QStringList &arguments)
             tencent.setError({value("code"), value("message")}, count); // and Tencent's are words
         } else if (path == "/control/clock") {
             tencent.setClockOffset(value("seconds").toInt());
+        } else if (path == "/control/push") {
+            if (!push.control(query)) {
+                reply({400, "text/plain", {}});
+                return;
+            }
         } else if (path != "/control/xunfei" || !xunFei.control(query)) {
             reply(notFound);
             return;
@@ -209,13 +223,15 @@ int runServices(const QStringList &arguments)
     if (!baiduHttps.useTls() || !tencentHttps.useTls() || !tencentHttps.start(port("tencent-https")) ||
         !backendServer.start(port("port-backend")) || !baiduHttp.start(port("baidu-http")) ||
         !baiduHttps.start(port("baidu-https")) || !xunFei.start(port("xunfei")) ||
-        !control.start(port("control"))) {
+        !push.start(port("push")) || !control.start(port("control"))) {
         qCritical() << "services: a port cannot be had";
         return 1;
     }
+    push.setWebAddress(QStringLiteral("http://127.0.0.1:%1/web/").arg(backendServer.serverPort()));
     const QString endpoints = parser.value(QStringLiteral("write-endpoints"));
     const Ports ports{backendServer.serverPort(), baiduHttp.serverPort(), baiduHttps.serverPort(),
-                      tencentHttps.serverPort(),  xunFei.serverPort(),    control.serverPort()};
+                      tencentHttps.serverPort(),  xunFei.serverPort(),    push.serverPort(),
+                      control.serverPort()};
     if (!endpoints.isEmpty() && !writeEndpoints(endpoints, ports, schema)) {
         qCritical().noquote() << "services: cannot write" << endpoints;
         return 1;
@@ -225,6 +241,7 @@ int runServices(const QStringList &arguments)
                                                      {QStringLiteral("baiduHttps"), ports.baiduHttps},
                                                      {QStringLiteral("tencentHttps"), ports.tencentHttps},
                                                      {QStringLiteral("xunFei"), ports.xunFei},
+                                                     {QStringLiteral("push"), ports.push},
                                                      {QStringLiteral("control"), ports.control}})
                                .toJson(QJsonDocument::Compact)
                         << '\n';

@@ -749,4 +749,15 @@
         <translation>全部刪除</translation>
     </message>
 </context>
+<context>
+    <name>CADShowDlg</name>
+    <message>
+        <source>灵犀听写信息提示框</source>
+        <translation>靈犀聽寫資訊提示框</translation>
+    </message>
+    <message>
+        <source>您有一条新消息，点击查看：</source>
+        <translation>您有一則新訊息，點擊檢視：</translation>
+    </message>
+</context>
 </TS>

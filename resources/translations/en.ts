@@ -748,4 +748,15 @@ keep the pointer on this window and it stays open</translation>
         <translation>Remove all</translation>
     </message>
 </context>
+<context>
+    <name>CADShowDlg</name>
+    <message>
+        <source>灵犀听写信息提示框</source>
+        <translation>MEVOInput notice</translation>
+    </message>
+    <message>
+        <source>您有一条新消息，点击查看：</source>
+        <translation>You have a new message. Click to read it:</translation>
+    </message>
+</context>
 </TS>

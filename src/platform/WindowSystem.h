@@ -64,6 +64,8 @@ public:
     /// The text caret of the focused window, in device-independent pixels of the desktop as QWidget::move()
     /// takes them, when it can be known.
     virtual std::optional<QRect> caretRectangle() = 0;
+    /// Stacks a window of ours that no window manager knows right below another one of ours.
+    virtual void stackBelow(WindowId window, WindowId other) = 0;
 };
 
 } // namespace mevo

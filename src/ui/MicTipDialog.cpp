@@ -394,9 +394,13 @@ void MicTipDialog::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
     QToolTip::hideText(); // it lies over the bar's buttons and takes their clicks
-    if (m_state.MicLatched && m_state.Recording) {
-        endLatchedSession(); // nothing would be left to end it by
-    }
+    // A latched session would have nothing left to end it by. Later, for who hides the window may be in the
+    // middle of a key's handling.
+    QTimer::singleShot(0, this, [this] {
+        if (!isVisible() && m_state.MicLatched && m_state.Recording) {
+            endLatchedSession();
+        }
+    });
 }
 
 bool MicTipDialog::eventFilter(QObject *watched, QEvent *event)

@@ -15,6 +15,7 @@
 #include "engines/TencentSpeech.h"
 #include "engines/XunFeiStream.h"
 #include "output/UndeliveredTexts.h"
+#include "service/PushChannel.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
@@ -111,6 +112,7 @@ MainWindow::~MainWindow()
         stopReader(); // a window that goes without an exit must not leave a thread that reads its flags
     }
     // What refers to this window's state goes before the state does.
+    closePushSocket();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete m_micTip;
     delete m_recorder;
@@ -245,6 +247,7 @@ void MainWindow::finishStart()
         setTrayPicture(QStringLiteral(":/rec/ORDeviceDisConnect.png"));
         hide();
     }
+    startStep(&MainWindow::openPushSocket);
     m_toolTips = new QToolTips(this);
     SetupAsr3();
     BuildAsrLanMenu(false, true);
@@ -329,6 +332,7 @@ void MainWindow::TimeOutReadInitPara()
     SetupAsr3();
     ReadServerInfo();
     BackendReachable = true;
+    openPushSocket();
 }
 
 void MainWindow::DownloadBaiduINIFileTimeout()

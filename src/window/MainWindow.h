@@ -38,12 +38,14 @@ class QNetworkAccessManager;
 class QPushButton;
 class QTimer;
 class QToolTips;
+class QWebSocket;
 class UndeliveredDialog;
 class WebCipher;
 
 namespace mevo {
 class BaiduTokens;
 class CommandMatcher;
+class PushChannel;
 class TencentSpeech;
 class UndeliveredTexts;
 class WebApi;
@@ -148,6 +150,9 @@ public Q_SLOTS:
     void onXFWebApiConnected();
     void onXFWebApiDisconnected();
     void onXFWebApiMessageReceived(QString message);
+
+    void onOrvWebSocketConnected();
+    void onOrvWebSocketTextMessageReceived(QString message);
 
     void onEnterTimerAfterRec();
     void setWndTopMostTimeout();
@@ -285,6 +290,16 @@ private:
     void SetupAsr3();
     void DetectXunFeiVersion();
     void sendUsageOnExit(bool withTencent);
+    /// Connects the push socket once the backend is there; one that is connected stays so.
+    void openPushSocket();
+    void pushNetworkChanged();
+    /// Shows the notices that wait, once nobody speaks and no text is on its way.
+    void showNotices();
+    void showNotice(const QString &frame);
+    /// A notice must not cover the bar or the talk window, which stands above the bar.
+    void keepNoticesBelow();
+    /// Ends the push socket and the notices that are open.
+    void closePushSocket();
 
     // Output.
     /// Types a text into the window of its session, or pastes it, as the settings tell.
@@ -386,6 +401,9 @@ private:
     std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
     std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     std::unique_ptr<mevo::UndeliveredTexts> m_undelivered;
+    QWebSocket *PushSocket = nullptr; ///< the service's notices come by it
+    std::unique_ptr<mevo::PushChannel> m_push;
+    QStringList m_waitingNotices; ///< frames of notices
     GetHIDDataThread *m_reader = nullptr;
     QObject *m_readerEar = nullptr; ///< hears the reader; what it has not heard goes with it
     AudioRecorder *m_recorder = nullptr;

@@ -206,6 +206,7 @@ void MainWindow::showOnline(int state)
         }
         IsOnline = false;
         BackendReachable = false;
+        pushNetworkChanged();
         return;
     }
     if (IsOnline) {
@@ -219,6 +220,7 @@ void MainWindow::showOnline(int state)
         show();
     }
     IsOnline = true;
+    pushNetworkChanged();
 }
 
 /// A bar whose screen goes away is brought back; its saved place stays for the day when the screen returns.
@@ -254,6 +256,7 @@ void MainWindow::setWndTopMostTimeout()
         hide();
     } else if (isVisible()) {
         raise();
+        keepNoticesBelow();
     }
 }
 

@@ -5,6 +5,7 @@
 #include "audio/AudioRecorder.h"
 #include "device/DeviceCommands.h"
 #include "output/UndeliveredTexts.h"
+#include "service/PushChannel.h"
 #include "service/isOnl.h"
 #include "session/MatchText.h"
 #include "ui/Ask.h"
@@ -95,6 +96,7 @@ void MainWindow::walkExit(ExitKind kind)
         m_platform.processes->startSibling(penPadSibling, {QStringLiteral("/close")}, false);
     }
     // The cipher and all that uses it stay to the end of the window: a wait that is open comes back to them.
+    closePushSocket();
     close();
     ExitInProgress = false;
     QCoreApplication::exit(0);

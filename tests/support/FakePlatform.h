@@ -147,6 +147,7 @@ public:
     QString windowClass(mevo::WindowId) override { return {}; }
     QString windowTitle(mevo::WindowId) override { return {}; }
     std::optional<QRect> caretRectangle() override { return caret; }
+    void stackBelow(mevo::WindowId, mevo::WindowId) override {}
 
     mevo::WindowId foreground = 0x10;
     mevo::WindowId focused = 0x11;

@@ -188,4 +188,28 @@ std::optional<QRect> X11WindowSystem::caretRectangle()
     return QRect(corner, toDesktopPixels(caret->bottomRight()));
 }
 
+void X11WindowSystem::stackBelow(WindowId window, WindowId other)
+{
+    if (!isWindow(other)) {
+        return;
+    }
+    // The sibling that counts is the frame that the window manager has put around the other one.
+    ::Window frame = other;
+    ::Window root = 0;
+    for (::Window parent = other; parent != root;) {
+        ::Window *children = nullptr;
+        unsigned count = 0;
+        frame = parent;
+        if (XQueryTree(m_connection.display(), frame, &root, &parent, &children, &count) == 0) {
+            return;
+        }
+        XFree(children);
+    }
+    XWindowChanges changes{};
+    changes.sibling = frame;
+    changes.stack_mode = Below;
+    XConfigureWindow(m_connection.display(), window, CWSibling | CWStackMode, &changes);
+    XFlush(m_connection.display());
+}
+
 } // namespace mevo

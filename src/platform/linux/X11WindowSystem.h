@@ -32,6 +32,7 @@ public:
     QString windowClass(WindowId window) override;
     QString windowTitle(WindowId window) override;
     std::optional<QRect> caretRectangle() override;
+    void stackBelow(WindowId window, WindowId other) override;
 
 private:
     class Worker;

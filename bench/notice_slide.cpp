@@ -1,0 +1,137 @@
+// The slide of a notice on the desk's own display: times between its steps, and the processor time that it
+// takes, as parts of a core. notice_slide [SLIDES [PICTURE_HEIGHT]]
+
+#include "base/ApplicationFiles.h"
+#include "ui/CADShowDlg.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QMoveEvent>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <vector>
+
+namespace {
+
+double msOf(clockid_t clock)
+{
+    timespec now{};
+    clock_gettime(clock, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
+
+/// Notes when the window moves, and by how much.
+class StepWatch : public QObject
+{
+public:
+    std::vector<double> betweenMs;
+    std::vector<int> pixels;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Move) {
+            const auto *move = static_cast<QMoveEvent *>(event);
+            const double now = msOf(CLOCK_MONOTONIC);
+            if (m_last > 0) {
+                betweenMs.push_back(now - m_last);
+                pixels.push_back(m_y - move->pos().y());
+            }
+            m_last = now;
+            m_y = move->pos().y();
+        }
+        return false;
+    }
+
+private:
+    double m_last = 0;
+    int m_y = 0;
+};
+
+double at(const std::vector<double> &sorted, double part)
+{
+    return sorted[std::min(sorted.size() - 1, std::size_t(double(sorted.size()) * part))];
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QTemporaryDir home;
+    qputenv("MEVO_HOME", home.path().toLocal8Bit());
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    const int slides = argc > 1 ? std::max(1, std::atoi(argv[1])) : 10;
+    const int height = argc > 2 ? std::max(20, std::atoi(argv[2])) : 600;
+
+    QImage image(400, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            image.setPixel(x, y, qRgb(x & 0xff, y & 0xff, (x * y) & 0xff));
+        }
+    }
+    QBuffer buffer;
+    image.save(&buffer, "png");
+    QFile file(mevo::appFile(QStringLiteral("bench.png")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(buffer.data()) != buffer.size() || !file.flush()) {
+        return 1;
+    }
+    const WebCipher cipher;
+    const QString hex = cipher.EncryptString(
+        QStringLiteral("image;http://127.0.0.1:9/;1;%1;bench.png;").arg(buffer.data().size()));
+    const QString frame = QString::number(hex.size()).rightJustified(5, QLatin1Char('0')) + hex;
+
+    std::vector<double> times, shares;
+    int most = 0;
+    for (int i = 0; i < slides; ++i) {
+        auto *const notice = new CADShowDlg(cipher, std::nullopt);
+        notice->onTextMessageReceived(frame);
+        QCoreApplication::processEvents(); // the first painting is not the slide's
+        StepWatch watch;
+        notice->installEventFilter(&watch);
+        const double wall = msOf(CLOCK_MONOTONIC);
+        const double processor = msOf(CLOCK_PROCESS_CPUTIME_ID);
+        int y = notice->y() + 1;
+        QElapsedTimer still; // it has arrived when it has stood for 50 ms
+        still.start();
+        double end = wall, used = processor;
+        QTimer look;
+        QEventLoop loop;
+        QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+            if (notice->y() != y) {
+                y = notice->y();
+                end = msOf(CLOCK_MONOTONIC);
+                used = msOf(CLOCK_PROCESS_CPUTIME_ID);
+                still.start();
+            } else if (still.elapsed() > 50) {
+                loop.quit();
+            }
+        });
+        look.start(20);
+        loop.exec();
+        shares.push_back(100 * (used - processor) / (end - wall));
+        times.insert(times.end(), watch.betweenMs.begin(), watch.betweenMs.end());
+        for (const int step : watch.pixels) {
+            most = std::max(most, step);
+        }
+        notice->removeEventFilter(&watch);
+        notice->close();
+    }
+    if (times.empty()) {
+        std::fprintf(stderr, "nothing moved\n");
+        return 1;
+    }
+    std::sort(times.begin(), times.end());
+    std::sort(shares.begin(), shares.end());
+    std::printf("steps %zu  between them p50 %.2f  p95 %.2f  p99 %.2f  max %.2f ms; largest step %d pixels\n",
+                times.size(), at(times, 0.5), at(times, 0.95), at(times, 0.99), times.back(), most);
+    std::printf("processor time of the slide p50 %.2f  max %.2f %% of a core\n", at(shares, 0.5),
+                shares.back());
+    return 0;
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "service/PushFrame.h"
+
+#include <QDialog>
+#include <QNetworkProxy>
+#include <QTimer>
+
+#include <optional>
+
+class QLabel;
+class QNetworkAccessManager;
+class QNetworkReply;
+
+namespace mevo {
+class NoticePageMaker;
+}
+
+/// A notice of the service: a picture or a page that slides up from the screen's lower right corner, stays a
+/// while and fades, but not under the pointer. It never takes the focus, and deletes itself at its end.
+class CADShowDlg : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// The cipher must outlive the window. Pictures are fetched through the proxy, where there is one.
+    /// `pages` shows the page of a notice; without it the window shows the page's address.
+    explicit CADShowDlg(const WebCipher &cipher, const std::optional<QNetworkProxy> &proxy,
+                        mevo::NoticePageMaker *(*pages)() = nullptr, QWidget *parent = nullptr);
+
+    int StaySeconds = 0; ///< how long it stands before it fades
+
+Q_SIGNALS:
+    /// The window is at its end, shown or not.
+    void closed();
+    /// The user wants this address opened; it is http or https.
+    void linkWanted(const QUrl &address);
+
+public Q_SLOTS:
+    void onConnected() {}
+    /// Takes the notice of a push frame. A frame that is none, and a picture that cannot be had, close the
+    /// window without a sight of it.
+    void onTextMessageReceived(QString message);
+    /// One step of the slide.
+    void myMove();
+    /// One step of the fading.
+    void myClose();
+    /// One second of the stay.
+    void myStay();
+    void replyFinished_PIC(QNetworkReply *reply);
+
+protected:
+    void enterEvent(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void showPage();
+    void showAddress();
+    void findPicture();
+    void fetchPicture();
+    /// Shows a picture from its bytes. False, with a log line, when they are none that may be shown.
+    bool showPicture(const QByteArray &bytes);
+    void startSlide();
+    void setOpacity(int tenths);
+    void openLink(const QUrl &address);
+
+    const WebCipher &m_cipher;
+    std::optional<QNetworkProxy> m_proxy;
+    mevo::NoticePageMaker *(*m_pages)();
+    mevo::PushNotice m_notice;
+    QString m_picturePath;
+    QNetworkAccessManager *m_network = nullptr;
+    QWidget *m_page = nullptr;
+    QLabel *m_address = nullptr;
+    QTimer m_slide, m_stay, m_fade;
+    int m_elapsed = 0;  ///< seconds of the stay
+    int m_opacity = 10; ///< tenths
+    int m_top = 0;      ///< of the window, as the slide has it
+    int m_finalTop = 0; ///< where the slide ends
+    bool m_pointerIn = false;
+    bool m_ended = false; ///< closed() has been said
+};

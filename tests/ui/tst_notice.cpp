@@ -1,0 +1,310 @@
+#include "support/ScratchHome.h"
+#include "support/ScriptedHttp.h"
+#include "ui/CADShowDlg.h"
+#include "ui/NoticePage.h"
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QLabel>
+#include <QScreen>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(ScriptedAnswer)
+
+namespace {
+
+const ScratchHome home;
+const WebCipher cipher;
+
+QString framed(const QString &text)
+{
+    const QString hex = cipher.EncryptString(text);
+    return QString::number(hex.size()).rightJustified(5, QLatin1Char('0')) + hex;
+}
+
+QByteArray picture(int width, int height, const char *format = "png")
+{
+    QImage image(width, height, QImage::Format_Mono);
+    image.fill(0);
+    QBuffer buffer;
+    image.save(&buffer, format);
+    return buffer.data();
+}
+
+const QString keptName = QStringLiteral("notice.png");
+
+/// In place of the plug-in: a page that does what a test says.
+class FakePages : public mevo::NoticePageMaker
+{
+public:
+    QWidget *makePage(const QUrl &address, const mevo::NoticePageCalls &given, QWidget *parent) override
+    {
+        shown = address;
+        calls = given;
+        return new QWidget(parent);
+    }
+    QUrl shown;
+    mevo::NoticePageCalls calls;
+};
+
+FakePages *pages()
+{
+    static FakePages maker;
+    return &maker;
+}
+
+mevo::NoticePageMaker *fakePages()
+{
+    return pages();
+}
+
+/// A notice, and what it has said.
+struct Notice
+{
+    explicit Notice(mevo::NoticePageMaker *(*maker)() = nullptr)
+        : dialog(new CADShowDlg(cipher, std::nullopt, maker))
+    {
+        QObject::connect(dialog, &CADShowDlg::closed, dialog, [this] { ++closed; });
+        QObject::connect(dialog, &CADShowDlg::linkWanted, dialog,
+                         [this](const QUrl &url) { links.append(url.toString()); });
+    }
+    ~Notice() { delete dialog; }
+
+    void take(const QString &fields) { dialog->onTextMessageReceived(framed(fields)); }
+    bool slides() const { return dialog != nullptr && dialog->isVisible(); }
+    void slideToEnd()
+    {
+        QTRY_VERIFY(slides());
+        for (int y = dialog->y() + 1; dialog->y() < y;) {
+            y = dialog->y();
+            dialog->myMove();
+        }
+    }
+    void hover(bool over)
+    {
+        QEvent event(over ? QEvent::Enter : QEvent::Leave);
+        QCoreApplication::sendEvent(dialog, &event);
+    }
+
+    QPointer<CADShowDlg> dialog;
+    int closed = 0;
+    QStringList links;
+};
+
+} // namespace
+
+class TestNotice : public QObject
+{
+    Q_OBJECT
+
+private:
+    static QString pictureFields(const QUrl &url, int size)
+    {
+        return QStringLiteral("image;%1;2;%2;notice.png;https://a.cn/link").arg(url.toString()).arg(size);
+    }
+
+private Q_SLOTS:
+    void init() { home.remove(keptName); }
+
+    void goodPictures_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<bool>("asked");
+        const QByteArray good = picture(200, 101);
+        QTest::newRow("not there") << QByteArray() << true;
+        QTest::newRow("there") << good << false;
+        QTest::newRow("another one is there") << picture(10, 10) << true;
+        QTest::newRow("rubbish of its size is there") << QByteArray(good.size(), 'x') << true;
+    }
+    void goodPictures()
+    {
+        QFETCH(QByteArray, before);
+        const QByteArray good = picture(200, 101);
+        if (!before.isEmpty()) {
+            home.write(keptName, before);
+        }
+        ScriptedHttp server;
+        server.fallback = ScriptedAnswer::body(good);
+        Notice notice;
+        notice.take(pictureFields(server.url(), good.size()));
+        QTRY_VERIFY(notice.slides());
+        QTEST(server.requests.size() == 1, "asked");
+        QCOMPARE(home.read(keptName), good);
+        QCOMPARE(notice.dialog->size(), QSize(200, 101));
+        QCOMPARE(notice.closed, 0);
+    }
+
+    void badPictures_data()
+    {
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::addColumn<int>("announced");
+        const QByteArray good = picture(20, 20);
+        const auto row = [](const char *name, const ScriptedAnswer &answer, int announced) {
+            QTest::newRow(name) << answer << announced;
+        };
+        row("a byte more", ScriptedAnswer::body(good), good.size() - 1);
+        row("a byte less", ScriptedAnswer::body(good), good.size() + 1);
+        row("cut", ScriptedAnswer::cut(good.chopped(5), good.size()), good.size());
+        row("not found", ScriptedAnswer::body(good, 404), good.size());
+        row("no length and no end", ScriptedAnswer::enormous(1 << 30), good.size());
+        row("no picture", ScriptedAnswer::body("<html>a page</html>"), 19);
+        row("half a picture", ScriptedAnswer::body(good.left(30)), 30);
+        row("another format", ScriptedAnswer::body("<svg xmlns='http://www.w3.org/2000/svg'/>"), 41);
+        const QByteArray bomb = picture(4096, 1025);
+        row("more pixels than fit", ScriptedAnswer::body(bomb), bomb.size());
+        row("a reply that is none", ScriptedAnswer::raw("rubbish\r\n\r\n"), 7);
+    }
+    void badPictures()
+    {
+        QFETCH(ScriptedAnswer, answer);
+        QFETCH(int, announced);
+        ScriptedHttp server;
+        server.fallback = answer;
+        Notice notice;
+        notice.take(pictureFields(server.url(), announced));
+        QTRY_VERIFY(notice.dialog.isNull());
+        QCOMPARE(notice.closed, 1);
+        QVERIFY(!QFileInfo::exists(home.path(keptName)));
+    }
+
+    /// A name that leads to another file writes neither it nor shows it.
+    void nameOfALink()
+    {
+        const QString other = home.path(QStringLiteral("elsewhere.png"));
+        QVERIFY(QFile::link(other, home.path(keptName)));
+        ScriptedHttp server;
+        server.fallback = ScriptedAnswer::body(picture(20, 20));
+        Notice notice;
+        notice.take(pictureFields(server.url(), picture(20, 20).size()));
+        QTRY_VERIFY(notice.dialog.isNull());
+        QVERIFY(server.requests.isEmpty());
+        QVERIFY(!QFileInfo::exists(other));
+    }
+
+    /// Closed while its picture is on the way: nothing comes up afterwards.
+    void closedInBetween()
+    {
+        ScriptedHttp server;
+        server.fallback = ScriptedAnswer::late(ScriptedAnswer::body(picture(20, 20)));
+        Notice notice;
+        notice.take(pictureFields(server.url(), picture(20, 20).size()));
+        QTRY_COMPARE(server.requests.size(), 1);
+        server.answerHeld();
+        notice.dialog->close();
+        QTRY_VERIFY(notice.dialog.isNull());
+        QCOMPARE(notice.closed, 1);
+    }
+
+    void slideStayAndFade()
+    {
+        home.write(keptName, picture(300, 105));
+        Notice notice;
+        notice.take(pictureFields(QUrl(QStringLiteral("http://127.0.0.1:9/")), picture(300, 105).size()));
+        const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+        CADShowDlg &dialog = *notice.dialog;
+        QCOMPARE(dialog.geometry(), QRect(room.right() - 299, room.bottom() + 1, 300, 105));
+        dialog.myMove();
+        QCOMPARE(dialog.y(), room.bottom() + 1 - 10);
+        notice.slideToEnd();
+        QCOMPARE(dialog.geometry().bottomRight(), room.bottomRight());
+
+        QCOMPARE(dialog.StaySeconds, 2);
+        dialog.myStay();
+        QCOMPARE(dialog.windowOpacity(), 1.0);
+        dialog.myStay();
+        const auto faded = [&dialog](double opacity) {
+            return qAbs(dialog.windowOpacity() - opacity) < 0.01;
+        };
+        QTRY_VERIFY(faded(0.9)); // by the timer: the stay is over
+        dialog.myClose();
+        QVERIFY(faded(0.8));
+        notice.hover(true);
+        QVERIFY(faded(1.0));
+        QCOMPARE(dialog.cursor().shape(), Qt::PointingHandCursor);
+        for (int i = 0; i < 20; ++i) {
+            dialog.myClose();
+        }
+        QVERIFY(faded(1.0));
+        notice.hover(false);
+        for (int i = 0; i < 9; ++i) {
+            dialog.myClose();
+        }
+        QVERIFY(faded(0.1));
+        QCOMPARE(notice.closed, 0);
+        dialog.myClose();
+        QCOMPARE(notice.closed, 1);
+        QTRY_VERIFY(notice.dialog.isNull());
+    }
+
+    void press_data()
+    {
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QString>("beside"); ///< opened by a press beside the address
+        QTest::addColumn<QString>("onto");   ///< and by one on it
+        const QString page = QStringLiteral("http://127.0.0.1:9/page");
+        QTest::newRow("page") << QStringLiteral("url;%1;2;https://a.cn/link").arg(page)
+                              << QStringLiteral("https://a.cn/link") << page;
+        QTest::newRow("page without a link") << QStringLiteral("url;%1;2;").arg(page) << page << page;
+        const int size = picture(90, 90).size();
+        const QString fields = QStringLiteral("image;%1;2;%2;notice.png;").arg(page).arg(size);
+        QTest::newRow("picture") << fields + QStringLiteral("https://a.cn/link")
+                                 << QStringLiteral("https://a.cn/link") << QString();
+        QTest::newRow("picture with a file's link")
+            << fields + QStringLiteral("file:///bin/sh") << QString() << QString();
+    }
+    void press()
+    {
+        QFETCH(QString, fields);
+        QFETCH(QString, beside);
+        QFETCH(QString, onto);
+        home.write(keptName, picture(90, 90));
+        Notice notice;
+        notice.take(fields);
+        notice.dialog->show(); // a page waits for its content first
+        QTest::mousePress(notice.dialog, Qt::LeftButton, {}, QPoint(3, 3));
+        QCOMPARE(notice.links.join(QLatin1Char(' ')), beside);
+        QTest::mouseDClick(notice.dialog, Qt::LeftButton, {}, QPoint(3, 3));
+        QVERIFY(notice.links.size() <= 2); // its second press opens nothing
+        notice.links.clear();
+        auto *const address = notice.dialog->findChild<QLabel *>(QStringLiteral("address"));
+        QCOMPARE(address != nullptr, !onto.isEmpty());
+        if (address != nullptr) {
+            QTest::mousePress(address, Qt::LeftButton);
+            QCOMPARE(notice.links, QStringList{onto});
+        }
+    }
+
+    /// A page by the plug-in: its links, presses beside them, and one that does not come.
+    void page()
+    {
+        Notice notice(fakePages);
+        notice.take(QStringLiteral("url;http://a.cn/页;2;https://a.cn/link"));
+        QCOMPARE(pages()->shown, QUrl(QStringLiteral("http://a.cn/页")));
+        QCOMPARE(notice.dialog->findChild<QLabel *>(), nullptr);
+        pages()->calls.pressed();
+        pages()->calls.linkWanted(QUrl(QStringLiteral("http://b.cn/")));
+        pages()->calls.linkWanted(QUrl(QStringLiteral("file:///bin/sh")));
+        QCOMPARE(notice.links,
+                 (QStringList{QStringLiteral("https://a.cn/link"), QStringLiteral("http://b.cn/")}));
+        QTRY_VERIFY_WITH_TIMEOUT(notice.slides(), 8000);
+        notice.slideToEnd();
+        pages()->calls.failed();
+        auto *const address = notice.dialog->findChild<QLabel *>(QStringLiteral("address"));
+        QVERIFY(address != nullptr);
+        QVERIFY(address->text().contains(QStringLiteral("a.cn")));
+        QCOMPARE(notice.dialog->geometry().bottomRight(),
+                 QGuiApplication::primaryScreen()->availableGeometry().bottomRight());
+    }
+
+    void noFrame()
+    {
+        Notice notice;
+        notice.dialog->onTextMessageReceived(QStringLiteral("nonsense"));
+        QCOMPARE(notice.closed, 1);
+        QTRY_VERIFY(notice.dialog.isNull());
+    }
+};
+
+QTEST_MAIN(TestNotice)
+#include "tst_notice.moc"
