@@ -161,6 +161,17 @@ std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState
     return changes;
 }
 
+EngineChange leaveHiddenDialect(EngineState &state)
+{
+    EngineChange change;
+    if (!state.ShowTecentZhDialect && state.TXCurrentVoiceType == QLatin1String("16k_zh_dialect")) {
+        state.TXCurrentVoiceType = QStringLiteral("16k_zh");
+        change.writes = {{"TXCurrentVoiceType", state.TXCurrentVoiceType}};
+        change.rebuild = true;
+    }
+    return change;
+}
+
 EngineChange fallToXunFei(RecorderState &recorder)
 {
     recorder.BaiDuNoStreamApi = false;

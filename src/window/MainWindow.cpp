@@ -176,7 +176,7 @@ void MainWindow::loadServicesAndSettings()
         HandleDeviceChange(change, name);
     });
     LoadSettings();
-    startStep(&MainWindow::ReadServerInfo);
+    startStep(&MainWindow::readRecordAtStart);
 }
 
 void MainWindow::createTipWindow()
@@ -248,6 +248,9 @@ void MainWindow::finishStart()
         qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
         QTimer::singleShot(0, this, &MainWindow::runLateSteps);
     }
+    for (const auto &action : std::exchange(m_onceStarted, {})) {
+        QTimer::singleShot(0, this, action);
+    }
     if (m_exitWanted) {
         QTimer::singleShot(0, this, &MainWindow::exitByItself);
     }
@@ -302,7 +305,10 @@ void MainWindow::TimeOutReadInitPara()
 void MainWindow::DownloadBaiduINIFileTimeout()
 {
     TimeOutReadInitPara();
-    SetupAsr3();
+    if (!hasTornDown()) {
+        settleFirstArrival(); // its record has been read only now
+        SetupAsr3();
+    }
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -21,6 +21,7 @@
 #include <QTranslator>
 
 #include <deque>
+#include <functional>
 #include <memory>
 
 class AudioRecorder;
@@ -107,8 +108,11 @@ public:
     int ProbeBackend();
     /// Runs one statement on the backend; the reply's text, null when there is none.
     QString RunBackendSql(const QString &sql, int timeoutMs);
-    /// Writes today's counts to the device record, without waiting.
+    /// Writes today's counts to the device record, without waiting, and looks whether the engine in force has
+    /// used up its day.
     void updateRecCountsTimerOut();
+    /// Now and then opens the page that the product record names.
+    void Run003Timeout();
 
     /// Text handling of a finished session; see mevo::ResultPipeline.
     mevo::ResultPipeline &pipeline() { return m_pipeline; }
@@ -212,6 +216,9 @@ private:
     void runLateSteps();
     void probeAtStart() { ProbeBackend(); }
     void reportAddress();
+    void readRecordAtStart();
+    /// Once the start is over, from the event loop: what shows boxes or ends the program.
+    void whenStarted(std::function<void()> action);
     void createServices();
     void createRecorderAndBar();
     void loadServicesAndSettings();
@@ -260,6 +267,21 @@ private:
     void SetupAsr3();
     void DetectXunFeiVersion();
     void sendUsageOnExit(bool withTencent);
+    bool readDeviceRecord();
+    void createDeviceRecord();
+    bool moveToOtherServers(const QJsonObject &row);
+    void applyDeviceRecord(const QJsonObject &row, bool userHasChosen);
+    void applyRecordVersion(const QJsonObject &row);
+    void sayThatVersionIsOld(const QString &text, bool ends);
+    void settleCountingDay();
+    void makeGoodAccountLists();
+    void checkDaysAllowance();
+    void leaveForTencent();
+    void chooseAtLimit(int answer);
+    void openWebPage(const QString &address);
+    QString recordTime() const;
+    /// The exit has been walked, with or without taking everything down.
+    bool isGone() const { return hasTornDown() || !m_cipher; }
 
     // Output.
     /// Types a text into the window of its session, or pastes it, as the settings tell.
@@ -387,8 +409,12 @@ private:
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
     bool m_leaving = false;             ///< the program is about to leave by itself
-    bool m_exitWanted = false;          ///< an exit was asked for before the construction had ended
-    QStringList m_pasteQueue;           ///< of Paster2ScreenHandOut()
+    int m_exitCode = 0;                 ///< of the exit that is walked next
+    std::vector<std::function<void()>> m_onceStarted;
+    bool m_versionBoxOpen = false;
+    bool m_limitBoxOpen = false;
+    bool m_exitWanted = false; ///< an exit was asked for before the construction had ended
+    QStringList m_pasteQueue;  ///< of Paster2ScreenHandOut()
 
     struct PendingPaste
     {

@@ -76,7 +76,7 @@ void MainWindow::walkExit(ExitKind kind)
     m_cipher.reset();
     close();
     ExitInProgress = false;
-    QCoreApplication::exit(0);
+    QCoreApplication::exit(m_exitCode);
 }
 
 bool MainWindow::askAboutStartup()
