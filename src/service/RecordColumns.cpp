@@ -194,6 +194,9 @@ void settleInputMethods(MainState &state, const QJsonObject &row)
 RecordEffects applyRecordColumns(MainState &state, const QJsonObject &row, bool xpClass)
 {
     RecordEffects effects;
+    // What an earlier row has selected is not selected again by one that does not say so.
+    state.UseBDAPIPara = state.UseXFSDKPara = state.UseTXAPIPara = state.UseXFWAPIPara = -1;
+    state.UseBDFstPara = state.UseXFWPIDWAPara = -1;
     const bool inputMethod = state.LocalEnableASR3;
     QVector<const RecordColumn *> stored;
     QStringList passedOver;
