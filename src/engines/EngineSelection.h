@@ -61,7 +61,7 @@ EngineChange fallToXunFei(RecorderState &recorder);
 EngineChange chooseAtFirstArrival(EngineState &state, RecorderState &recorder);
 
 /// The day's quota of the engine is used up and Tencent's is not.
-EngineChange fallToTencent(RecorderState &recorder);
+EngineChange fallToTencent(EngineState &state, RecorderState &recorder);
 
 /// XunFei has refused the language: what the next session uses.
 QString languageAfterXunFeiRefusal(const QString &current);

@@ -55,7 +55,7 @@ void MainWindow::checkDaysAllowance()
 void MainWindow::leaveForTencent()
 {
     qInfo() << "Allowance: the day's use of the engine has reached its limit, Tencent takes over";
-    const mevo::EngineChange change = mevo::fallToTencent(*m_recorder);
+    const mevo::EngineChange change = mevo::fallToTencent(*this, *m_recorder);
     if (ExitInProgress) {
         carryOut(change);
         return;

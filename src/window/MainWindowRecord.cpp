@@ -195,9 +195,8 @@ void MainWindow::applyRecordVersion(const QJsonObject &row)
         sayThatVersionIsOld(tr("已有最新版本，请下载更新软件后再使用！"), true);
         break;
     case mevo::RecordVersion::LaterPage:
-        whenStarted([this] {
-            QTimer::singleShot(std::max(0, VWebIntervalTime), this, &MainWindow::Run003Timeout);
-        });
+        whenStarted(
+            [this] { QTimer::singleShot(std::max(0, VWebIntervalTime), this, &MainWindow::Run003Timeout); });
         break;
     case mevo::RecordVersion::WriteOwn:
         runBackendSql(mevo::deviceStatement(mevo::Statement::WriteCurrentVersion, SchemaName,

@@ -898,6 +898,7 @@ private Q_SLOTS:
         const AudioRecorder &recorder = *window.recorder();
         QVERIFY(recorder.UseTXASRApi && !recorder.BaiDuNoStreamApi && !recorder.UseXunFeiWebApi);
         QVERIFY(!window.BaiduQuotaHit && !window.XunFeiQuotaHit && program.questions.isEmpty());
+        QCOMPARE(Program::setting("TXCurrentVoiceType"), QStringLiteral("16k_zh")); // none had been chosen
         QCOMPARE(Program::setting("UseTXASRApi") + Program::setting("BaiDuNoStreamApi") +
                      Program::setting("UseXunFeiWebApi"),
                  QStringLiteral("100"));
