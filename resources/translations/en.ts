@@ -341,7 +341,7 @@
     </message>
     <message>
         <source>退出</source>
-        <translation>Exit</translation>
+        <translation>Close</translation>
     </message>
 </context>
 <context>

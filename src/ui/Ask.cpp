@@ -10,6 +10,8 @@ std::function<int(const Question &)> askHook;
 
 namespace {
 
+constexpr int titleBarHeight = 40; ///< about, whatever the window manager
+
 /// The buttons in their order.
 QList<QAbstractButton *> fill(QMessageBox &box, const Question &question)
 {
@@ -56,6 +58,11 @@ void askAside(QWidget *parent, const Question &question, std::function<void(int)
     QObject::connect(box, &QMessageBox::finished, parent, [box, buttons, answered = std::move(answered)] {
         answered(buttons.indexOf(box->clickedButton()));
     });
+    // Above its parent, which stays in reach while the box stands; below it where there is no room.
+    box->adjustSize();
+    const QRect bar = parent->frameGeometry();
+    const int above = bar.top() - box->height() - titleBarHeight;
+    box->move(bar.center().x() - box->width() / 2, above >= 0 ? above : bar.bottom() + 1);
     box->show();
 }
 
