@@ -23,11 +23,16 @@
 #include <QDebug>
 #include <QJsonObject>
 #include <QTimer>
+#include <QtGlobal>
 
 #include <algorithm>
 
 namespace {
 constexpr int createTimeoutMs = 2000;
+/// Counts the restarts for other servers, handed on from program to program: two servers that name each other
+/// must not keep it starting for ever.
+constexpr char serverMoves[] = "MEVO_SERVER_MOVES";
+constexpr int mostServerMoves = 3;
 } // namespace
 
 void MainWindow::ReadServerInfo()
@@ -128,6 +133,12 @@ bool MainWindow::moveToOtherServers(const QJsonObject &row)
         qWarning() << "Device record: its server addresses cannot be stored; the program stays";
         return false;
     }
+    const int moves = qEnvironmentVariableIntValue(serverMoves);
+    if (moves >= mostServerMoves) {
+        qWarning() << "Device record: other servers once more; they are stored for the next start";
+        return false;
+    }
+    qputenv(serverMoves, QByteArray::number(moves + 1));
     qInfo() << "Device record: other servers; the program starts anew";
     if (m_tray != nullptr) {
         message(tr("软件已设置成功，将自动退出，请重新启动软件！"), mevo::MessageIcon::Information, 2000);

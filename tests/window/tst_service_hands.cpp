@@ -748,6 +748,17 @@ private Q_SLOTS:
                          .size(),
                      atStart ? 0 : 1); // startWith() has cleared the log of a start
         }
+        qputenv("MEVO_SERVER_MOVES", "3"); // of programs before this one
+        {
+            Program program;
+            program.backend.record = {{QStringLiteral("TALKINSERVER_BK2"), address},
+                                      {QStringLiteral("ShowTXI"), QStringLiteral("0")}};
+            const MainWindow &window = program.start();
+            QTest::qWait(50);
+            QVERIFY(window.recorder() != nullptr && !window.ShowTXI);
+            QCOMPARE(Program::setting("TKSBK2"), mevo::encipherField(cipher, address));
+        }
+        qunsetenv("MEVO_SERVER_MOVES");
         Program again(true, "TKSBK2=\"" + mevo::encipherField(cipher, address).toLatin1() + "\"\n");
         again.backend.record = {{QStringLiteral("TALKINSERVER_BK2"), address},
                                 {QStringLiteral("ShowTXI"), 0}};
