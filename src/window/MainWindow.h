@@ -365,6 +365,7 @@ private:
     const mevo::SessionContext *m_delivered = nullptr; ///< of the text that the recorder passes on just now
     mevo::EngineEndpoints m_endpoints;
 
+    std::unique_ptr<WebCipher> m_retiredCipher; ///< after the exit, until the last wait has come back
     std::unique_ptr<WebCipher> m_cipher;
     std::unique_ptr<mevo::WebApi> m_webApi;
     std::unique_ptr<DeviceCommands> m_device;

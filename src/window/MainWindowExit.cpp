@@ -73,7 +73,7 @@ void MainWindow::walkExit(ExitKind kind)
         m_platform.windowSystem->findWindow(QString(), QStringLiteral("ORVQuillary")) != 0) {
         m_platform.processes->startSibling(penPadSibling, {QStringLiteral("/close")}, false);
     }
-    m_cipher.reset();
+    m_retiredCipher = std::move(m_cipher); // a wait below this exit may still read an answer with it
     close();
     ExitInProgress = false;
     QCoreApplication::exit(m_exitCode);

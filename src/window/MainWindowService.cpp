@@ -46,7 +46,7 @@ bool MainWindow::ReadProductRecord()
         m_webApi->RunWithFailover(mevo::statementText(mevo::Statement::ReadProductRecord,
                                                       {SchemaName, key->customIndex, key->productionIndex}),
                                   mevo::ProductRecordTimeouts);
-    if (!reply || hasTornDown()) {
+    if (!reply || isGone()) {
         return false; // the wait may have let an exit through
     }
     const auto content = mevo::unwrapReply(*m_cipher, *reply);

@@ -865,6 +865,39 @@ private Q_SLOTS:
         QVERIFY(!window.TencentQuotaHit);
     }
 
+    void anExitWhileTheRecordIsReadEndsTheReading_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("request"); // that the exit comes at
+        QTest::newRow("record") << 1 << 1;
+        QTest::newRow("new record") << 0 << 2;
+        QTest::newRow("version") << 1 << 2;
+        QTest::newRow("day") << 1 << 3;
+        QTest::newRow("lists") << 1 << 4;
+    }
+
+    void anExitWhileTheRecordIsReadEndsTheReading()
+    {
+        QFETCH(int, rows);
+        QFETCH(int, request);
+        Program program;
+        MainWindow &window = program.startWith(QString()); // no counter is written at the exit
+        home.remove(QStringLiteral("bbzdsrbdssset.ini"));
+        program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("106")},
+                                  {QStringLiteral("LastLoginDateTime"), QStringLiteral("x")}};
+        program.backend.recordCount = rows;
+        program.backend.delayMs = 30;
+        int count = 0;
+        program.backend.server.onRequest = [&](const ScriptedRequest &) {
+            if (++count == request) {
+                QTimer::singleShot(0, &window, [&] { window.exitByItself(); });
+            }
+        };
+        window.ReadServerInfo();
+        QVERIFY(window.recorder() == nullptr && program.questions.isEmpty());
+        QCOMPARE(program.backend.asked.size(), request);
+    }
+
     void listsThatAreMissingAreMadeGood()
     {
         Program program;
