@@ -300,6 +300,50 @@
         <source>语音映射词设置</source>
         <translation>語音對映詞設定</translation>
     </message>
+    <message>
+        <source>初始化数据错误，请升级安装最新版本软件或联系客服解决！</source>
+        <translation>初始化資料錯誤，請升級安裝最新版本軟體或聯絡客服解決！</translation>
+    </message>
+    <message>
+        <source>软件已设置成功，将自动退出，请重新启动软件！</source>
+        <translation>軟體已設定成功，將自動結束，請重新啟動軟體！</translation>
+    </message>
+    <message>
+        <source>版本更新</source>
+        <translation>版本更新</translation>
+    </message>
+    <message>
+        <source>已有最新版本软件，请下载更新到最新版本！</source>
+        <translation>已有最新版本軟體，請下載更新到最新版本！</translation>
+    </message>
+    <message>
+        <source>已有最新版本，请下载更新软件后再使用！</source>
+        <translation>已有最新版本，請下載更新軟體後再使用！</translation>
+    </message>
+    <message>
+        <source>已超出各接口每天限制使用次数，如继续使用，请选择使用讯飞输入法或搜狗语音输入法(f001)!</source>
+        <translation>已超出各介面每天限制使用次數，如繼續使用，請選擇使用訊飛輸入法或搜狗語音輸入法(f001)!</translation>
+    </message>
+    <message>
+        <source>已超出各接口每天限制使用次数,请24小时后再使用(f001)！</source>
+        <translation>已超出各介面每天限制使用次數,請24小時後再使用(f001)！</translation>
+    </message>
+    <message>
+        <source>超出限量</source>
+        <translation>超出限量</translation>
+    </message>
+    <message>
+        <source>使用讯飞语音输入法</source>
+        <translation>使用訊飛語音輸入法</translation>
+    </message>
+    <message>
+        <source>使用搜狗语音输入法</source>
+        <translation>使用搜狗語音輸入法</translation>
+    </message>
+    <message>
+        <source>退出</source>
+        <translation>退出</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>

@@ -299,6 +299,50 @@
         <source>语音映射词设置</source>
         <translation>Edit the voice commands</translation>
     </message>
+    <message>
+        <source>初始化数据错误，请升级安装最新版本软件或联系客服解决！</source>
+        <translation>The data could not be set up. Please install the latest version or contact support.</translation>
+    </message>
+    <message>
+        <source>软件已设置成功，将自动退出，请重新启动软件！</source>
+        <translation>The settings are in place. The program will close; please start it again.</translation>
+    </message>
+    <message>
+        <source>版本更新</source>
+        <translation>New version</translation>
+    </message>
+    <message>
+        <source>已有最新版本软件，请下载更新到最新版本！</source>
+        <translation>There is a newer version. Please download it and update.</translation>
+    </message>
+    <message>
+        <source>已有最新版本，请下载更新软件后再使用！</source>
+        <translation>There is a newer version. Please download it and update before you go on.</translation>
+    </message>
+    <message>
+        <source>已超出各接口每天限制使用次数，如继续使用，请选择使用讯飞输入法或搜狗语音输入法(f001)!</source>
+        <translation>Today's use of the recognition services has reached its limit. To go on, choose the XunFei or the Sogou voice input method (f001).</translation>
+    </message>
+    <message>
+        <source>已超出各接口每天限制使用次数,请24小时后再使用(f001)！</source>
+        <translation>Today's use of the recognition services has reached its limit. Please try again in 24 hours (f001).</translation>
+    </message>
+    <message>
+        <source>超出限量</source>
+        <translation>Limit reached</translation>
+    </message>
+    <message>
+        <source>使用讯飞语音输入法</source>
+        <translation>Use XunFei voice input</translation>
+    </message>
+    <message>
+        <source>使用搜狗语音输入法</source>
+        <translation>Use Sogou voice input</translation>
+    </message>
+    <message>
+        <source>退出</source>
+        <translation>Close</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>

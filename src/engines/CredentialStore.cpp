@@ -7,6 +7,8 @@
 #include <QDebug>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace mevo {
 
 CredentialStore::CredentialStore(MainState &state, WebApi &api, const WebCipher &cipher, DrawNumber draw,
@@ -81,10 +83,22 @@ void CredentialStore::FetchUnsizedCredentialFiles()
     download(listsWithoutSize(m_state));
 }
 
-void CredentialStore::download(const std::vector<CredentialList> &lists)
+bool CredentialStore::FetchMissingCredentialFiles()
 {
-    if (m_downloading) {
-        return; // the device record is being applied again while we wait for an answer
+    std::vector<CredentialList> lists = listsWithoutSize(m_state);
+    lists.erase(
+        std::remove_if(lists.begin(), lists.end(),
+                       [](CredentialList list) {
+                           return QFileInfo(appFile(QLatin1String(credentialList(list).file))).size() > 0;
+                       }),
+        lists.end());
+    return download(lists);
+}
+
+bool CredentialStore::download(const std::vector<CredentialList> &lists)
+{
+    if (m_downloading || lists.empty()) {
+        return false; // the device record is being applied again while we wait for an answer
     }
     m_downloading = true;
     std::vector<QString> statements;
@@ -95,12 +109,14 @@ void CredentialStore::download(const std::vector<CredentialList> &lists)
     const std::vector<QString> answers =
         m_api.RunBackendSqls(this, statements, m_state.ServerUrl, DownloadTimeoutMs);
     if (alive.isNull()) {
-        return;
+        return false;
     }
     m_downloading = false;
+    bool kept = false;
     for (std::size_t i = 0; i < lists.size(); ++i) {
-        keep(lists[i], answers[i]);
+        kept = keep(lists[i], answers[i]) || kept;
     }
+    return kept;
 }
 
 } // namespace mevo

@@ -36,6 +36,8 @@ public:
     void RefreshCredentialFiles();
     /// The same for the lists that the product record tells no size of.
     void FetchUnsizedCredentialFiles();
+    /// The same for those of them that have no file. True when one has come.
+    bool FetchMissingCredentialFiles();
 
     static constexpr int DownloadTimeoutMs = 3000;
 
@@ -43,7 +45,7 @@ private:
     bool load(CredentialList list);
     QString statementOf(CredentialList list) const;
     bool keep(CredentialList list, const QString &answer);
-    void download(const std::vector<CredentialList> &lists);
+    bool download(const std::vector<CredentialList> &lists);
 
     MainState &m_state;
     WebApi &m_api;

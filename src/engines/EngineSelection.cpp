@@ -24,6 +24,16 @@ EngineChange moveTo(Engine engine, RecorderState &recorder, bool persist, bool s
     return change;
 }
 
+/// The engine's language, where none has ever been chosen or the settings file was lost: without one there is
+/// no account, or the service refuses.
+void chooseMissingLanguage(EngineChange &change, QString &current, const char *key, const char *code)
+{
+    if (current.isEmpty()) {
+        current = QLatin1String(code);
+        change.writes.push_back({key, current});
+    }
+}
+
 } // namespace
 
 void setEngineFlags(RecorderState &recorder, Engine engine)
@@ -135,19 +145,16 @@ std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState
     // More than one selector may be set: the last one wins.
     if (state.UseBDAPIPara == 1 && !recorder.BaiDuNoStreamApi) {
         EngineChange change = moveTo(Engine::Baidu, recorder, false, false);
-        if (state.BaiDuCurrentVoiceType.isEmpty()) {
-            // No language has ever been chosen, or the settings file was lost: without one there is no
-            // account.
-            state.BaiDuCurrentVoiceType = QStringLiteral("1537");
-            change.writes.push_back({"BaiDuCurrentVoiceType", state.BaiDuCurrentVoiceType});
-        }
+        chooseMissingLanguage(change, state.BaiDuCurrentVoiceType, "BaiDuCurrentVoiceType", "1537");
         changes.push_back(change);
     }
     if (state.UseXFWAPIPara == 1 && !recorder.UseXunFeiWebApi) {
         changes.push_back(moveTo(Engine::XunFei, recorder, false, false));
     }
     if (state.UseTXAPIPara == 1 && !recorder.UseTXASRApi) {
-        changes.push_back(moveTo(Engine::Tencent, recorder, false, false));
+        EngineChange change = moveTo(Engine::Tencent, recorder, false, false);
+        chooseMissingLanguage(change, state.TXCurrentVoiceType, "TXCurrentVoiceType", "16k_zh");
+        changes.push_back(change);
     }
     if (state.ShowXFSmallLan != storedSmallLan || state.ShowXFDialect != storedDialect) {
         state.XunFeiWebApiCurrentVoiceType = QStringLiteral("mandarin");
@@ -159,6 +166,17 @@ std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState
         changes.push_back(change);
     }
     return changes;
+}
+
+EngineChange leaveHiddenDialect(EngineState &state)
+{
+    EngineChange change;
+    if (!state.ShowTecentZhDialect && state.TXCurrentVoiceType == QLatin1String("16k_zh_dialect")) {
+        state.TXCurrentVoiceType = QStringLiteral("16k_zh");
+        change.writes = {{"TXCurrentVoiceType", state.TXCurrentVoiceType}};
+        change.rebuild = true;
+    }
+    return change;
 }
 
 EngineChange fallToXunFei(RecorderState &recorder)
@@ -189,9 +207,11 @@ EngineChange chooseAtFirstArrival(EngineState &state, RecorderState &recorder)
     return change;
 }
 
-EngineChange fallToTencent(RecorderState &recorder)
+EngineChange fallToTencent(EngineState &state, RecorderState &recorder)
 {
-    return moveTo(Engine::Tencent, recorder, true, true);
+    EngineChange change = moveTo(Engine::Tencent, recorder, true, true);
+    chooseMissingLanguage(change, state.TXCurrentVoiceType, "TXCurrentVoiceType", "16k_zh");
+    return change;
 }
 
 QString languageAfterXunFeiRefusal(const QString &current)

@@ -50,6 +50,9 @@ EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, Recorder
 std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState &recorder, bool xpClass,
                                                int storedDialect, int storedSmallLan);
 
+/// The record hides Tencent's dialect row: Mandarin takes its place where it was chosen.
+EngineChange leaveHiddenDialect(EngineState &state);
+
 /// Baidu has refused its account: XunFei takes over from the next press on.
 EngineChange fallToXunFei(RecorderState &recorder);
 
@@ -58,7 +61,7 @@ EngineChange fallToXunFei(RecorderState &recorder);
 EngineChange chooseAtFirstArrival(EngineState &state, RecorderState &recorder);
 
 /// The day's quota of the engine is used up and Tencent's is not.
-EngineChange fallToTencent(RecorderState &recorder);
+EngineChange fallToTencent(EngineState &state, RecorderState &recorder);
 
 /// XunFei has refused the language: what the next session uses.
 QString languageAfterXunFeiRefusal(const QString &current);

@@ -35,6 +35,7 @@ std::optional<WebApiReply> unwrapReply(const WebCipher &cipher, const QString &r
     const QJsonObject object = document.object();
     WebApiReply unwrapped;
     unwrapped.items = columnNumber(object, QStringLiteral("items"));
+    unwrapped.counted = columnNumber(object, QStringLiteral("items"), -1) == unwrapped.items;
     unwrapped.result = columnText(object, QStringLiteral("result"));
     for (int row = 0; row < unwrapped.items; ++row) {
         const QJsonValue value = object.value(QStringLiteral("result%1").arg(row));

@@ -14,6 +14,7 @@ namespace mevo {
 struct WebApiReply
 {
     int items = 0;                 ///< rows that the backend announces
+    bool counted = false;          ///< it announces a number at all
     QString result;                ///< "result", the version text of a probe
     std::vector<QJsonObject> rows; ///< "result0" and on, as far as they came without a gap
 };

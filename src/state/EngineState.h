@@ -38,8 +38,11 @@ struct EngineState : EnginePermissions
     int ShowXFDialect = 0;
     int ShowXFSmallLan = 0;
 
-    bool EnableASR3 = false; ///< the device record would use an input method
-    int UseASR3Index = 1;    ///< which one it would, numbered as LocalUseASR3Index
+    bool EnableASR3 = false;         ///< the device record would use an input method
+    int UseASR3Index = 1;            ///< which one it would, numbered as LocalUseASR3Index
+    bool MustClickRunASR3 = false;   ///< it starts at a click on the microphone button only
+    bool EnableAutoCallASR3 = false; ///< it may be started unasked, which rules the former out
+    bool HideXFSDK = false;          ///< XunFei's offline kit is not offered
 
     /// Engine selectors of the device record, 1 selects; -1 until the record is read.
     int UseBDAPIPara = -1;
@@ -75,6 +78,8 @@ struct EngineState : EnginePermissions
     int TXSR1DUsedQuantity = 0, TXSR1DMaxUsageQuantity = 500;
     int XFSR1DUsedQuantity = 0, XFSR1DMaxUsageQuantity = 500;
     int BDFY1MUsedQuantity = 0, BDFY1MMaxUsageQuantity = 5000;
+    /// Day's use as the device record had it when it was last read.
+    int BDSR1DReadQuantity = 0, TXSR1DReadQuantity = 0, XFSR1DReadQuantity = 0, BDFY1MReadQuantity = 0;
 
     /// Expected sizes of the credential files, -1 until the product record tells.
     int bdsrbdsssetlen = -1, bdsrbdsssetjslen = -1, bdsrbdsssetbzlen = -1, bdsrbdsssetschlen = -1,

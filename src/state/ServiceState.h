@@ -19,7 +19,11 @@ struct ServiceState : mevo::BackendEndpoints
     QString NetworkProxy_Password; ///< never logged
 
     bool CountersLocked = false; ///< no counter flush happens
+    QString LastLoginDateTime;   ///< when the day of counting began, as the device record has it
+    int ShowAssistInfo = 0;      ///< what the settings page shows of its help
     int AutoUpdateSwitch = 1;
+    int ManualUpdateSwitch = 0;
+    int ForceUpdate = 0; ///< 1: an update cannot be put off
 
     int VWebIntervalTime = 0; ///< milliseconds before the product's page may be shown
     int VWebSeed = 0;         ///< one start in this many shows it

@@ -7,6 +7,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QTimer>
 #include <QVector>
 
 namespace mevo {
@@ -61,21 +62,23 @@ WindowId windowInUse()
 
 } // namespace
 
-int ask(QWidget *parent, const Question &question)
+namespace {
+
+constexpr int titleBarHeight = 40; ///< about, whatever the window manager
+
+/// The buttons in their order.
+QList<QAbstractButton *> fill(QMessageBox &box, const Question &question)
 {
-    if (askHook) {
-        return askHook(question);
-    }
-    const WindowId inUse = windowInUse();
-    QMessageBox box(question.warning ? QMessageBox::Warning : QMessageBox::Question, question.title,
-                    question.text, QMessageBox::NoButton, parent);
+    box.setIcon(question.warning ? QMessageBox::Warning : QMessageBox::Question);
+    box.setWindowTitle(question.title);
+    box.setText(question.text);
     QList<QAbstractButton *> buttons;
     for (int i = 0; i < question.buttons.size(); ++i) {
         const Answer meaning =
             std::size_t(i) < question.meanings.size() ? question.meanings[std::size_t(i)] : Answer::Accept;
         QPushButton *button = box.addButton(question.buttons[i], roleOf(meaning));
         buttons.append(button);
-        if (i == 0) {
+        if (i == question.defaultButton) {
             box.setDefaultButton(button);
         }
         if (meaning == Answer::Back) {
@@ -83,6 +86,19 @@ int ask(QWidget *parent, const Question &question)
         }
     }
     box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    return buttons;
+}
+
+} // namespace
+
+int ask(QWidget *parent, const Question &question)
+{
+    if (askHook) {
+        return askHook(question);
+    }
+    const WindowId inUse = windowInUse();
+    QMessageBox box(parent);
+    const QList<QAbstractButton *> buttons = fill(box, question);
     placeQuestion(box, parent);
     standing.append(&box);
     box.exec();
@@ -99,6 +115,29 @@ void closeQuestions()
     for (QMessageBox *box : qAsConst(standing)) {
         box->done(-1);
     }
+}
+
+void askAside(QWidget *parent, const Question &question, std::function<void(int)> answered)
+{
+    if (askHook) {
+        QTimer::singleShot(
+            0, parent, [answer = askHook(question), answered = std::move(answered)] { answered(answer); });
+        return;
+    }
+    auto *box = new QMessageBox(parent);
+    const QList<QAbstractButton *> buttons = fill(*box, question);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed elsewhere must not press a button
+    box->setModal(false);
+    QObject::connect(box, &QMessageBox::finished, parent, [box, buttons, answered = std::move(answered)] {
+        answered(buttons.indexOf(box->clickedButton()));
+    });
+    // Above its parent, which stays in reach while the box stands; below it where there is no room.
+    box->adjustSize();
+    const QRect bar = parent->frameGeometry();
+    const int above = bar.top() - box->height() - titleBarHeight;
+    box->move(bar.center().x() - box->width() / 2, above >= 0 ? above : bar.bottom() + 1);
+    box->show();
 }
 
 } // namespace mevo

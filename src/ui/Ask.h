@@ -20,9 +20,10 @@ struct Question
 {
     QString title;
     QString text;
-    QStringList buttons; ///< in order; the first one is the default
+    QStringList buttons; ///< in order
     bool warning = false;
     std::vector<Answer> meanings = {}; ///< of the buttons; those that have none accept
+    int defaultButton = 0;
 };
 
 /// Asks and waits; the index of the button pressed, or -1 when the question was closed and none of its
@@ -31,6 +32,9 @@ struct Question
 int ask(QWidget *parent, const Question &question);
 /// Closes the questions that stand, unanswered.
 void closeQuestions();
+/// Asks without holding anything up, in a box that comes without the focus; `answered` is told what ask()
+/// would answer. Nothing is told when `parent` goes first.
+void askAside(QWidget *parent, const Question &question, std::function<void(int)> answered);
 extern std::function<int(const Question &)> askHook;
 
 /// Tells which window has the focus and gives it back; null while there is nobody to ask.

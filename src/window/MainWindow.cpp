@@ -192,7 +192,7 @@ void MainWindow::loadServicesAndSettings()
 {
     startStep(&MainWindow::loadAllCredentials);
     LoadSettings();
-    startStep(&MainWindow::ReadServerInfo);
+    startStep(&MainWindow::readRecordAtStart);
 }
 
 void MainWindow::createTipWindow()
@@ -259,6 +259,9 @@ void MainWindow::finishStart()
     if (!m_lateSteps.empty() && !m_exit.certain()) {
         qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
         QTimer::singleShot(0, this, &MainWindow::runLateSteps);
+    }
+    for (const auto &action : std::exchange(m_onceStarted, {})) {
+        QTimer::singleShot(0, this, action);
     }
     if (!m_elevationWanted && RunAsAdmin) {
         clearRunAsAdministrator();
@@ -338,7 +341,10 @@ void MainWindow::TimeOutReadInitPara()
 void MainWindow::DownloadBaiduINIFileTimeout()
 {
     TimeOutReadInitPara();
-    SetupAsr3();
+    if (!hasTornDown()) {
+        settleFirstArrival(); // its record has been read only now
+        SetupAsr3();
+    }
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -23,6 +23,7 @@
 #include <QTranslator>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -121,8 +122,11 @@ public:
     int ProbeBackend();
     /// Runs one statement on the backend; the reply's text, null when there is none.
     QString RunBackendSql(const QString &sql, int timeoutMs);
-    /// Writes today's counts to the device record, without waiting.
+    /// Writes today's counts to the device record, without waiting, and looks whether the engine in force has
+    /// used up its day.
     void updateRecCountsTimerOut();
+    /// Now and then opens the page that the product record names.
+    void Run003Timeout();
 
     /// Text handling of a finished session; see mevo::ResultPipeline.
     mevo::ResultPipeline &pipeline() { return m_pipeline; }
@@ -229,6 +233,9 @@ private:
     void runLateSteps();
     void probeAtStart() { ProbeBackend(); }
     void reportAddress();
+    void readRecordAtStart();
+    /// Once the start is over, from the event loop: what shows boxes or ends the program.
+    void whenStarted(std::function<void()> action);
     void createServices();
     void createRecorderAndBar();
     void loadServicesAndSettings();
@@ -300,6 +307,21 @@ private:
     void keepNoticesBelow();
     /// Ends the push socket and the notices that are open.
     void closePushSocket();
+    bool readDeviceRecord();
+    void createDeviceRecord();
+    bool moveToOtherServers(const QJsonObject &row);
+    void applyDeviceRecord(const QJsonObject &row, bool userHasChosen);
+    void applyRecordVersion(const QJsonObject &row);
+    void sayThatVersionIsOld(const QString &text, bool ends);
+    void settleCountingDay();
+    void makeGoodAccountLists();
+    void checkDaysAllowance();
+    void leaveForTencent();
+    void chooseAtLimit(int answer);
+    void openWebPage(const QString &address);
+    QString recordTime() const;
+    /// The exit has been walked, with or without taking everything down.
+    bool isGone() const { return hasTornDown() || !m_cipher; }
 
     // Output.
     /// Types a text into the window of its session, or pastes it, as the settings tell.
@@ -444,6 +466,11 @@ private:
     bool m_menuWanted = false;          ///< by a second start that came during the construction
     mevo::ExitWish m_exit;
     mevo::DeviceChanges m_changes;
+    bool m_leaving = false; ///< the record has ended this run, and the exit follows the start
+    int m_exitCode = 0;     ///< of the exit that is walked next
+    std::vector<std::function<void()>> m_onceStarted;
+    bool m_versionBoxOpen = false;
+    bool m_limitBoxOpen = false;
     int m_link = 0;           ///< counts the receiver's openings and removals
     QStringList m_pasteQueue; ///< of Paster2ScreenHandOut()
 

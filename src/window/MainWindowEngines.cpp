@@ -95,9 +95,9 @@ void MainWindow::showLanguages()
         UseTecentZhDialect = false;
     }
     if (built.forceTencent) {
-        mevo::setEngineFlags(*m_recorder, mevo::Engine::Tencent);
+        const mevo::EngineChange change = mevo::fallToTencent(*this, *m_recorder);
         mevo::SettingsFile settings;
-        for (const mevo::SettingWrite &write : mevo::engineKeyWrites(*m_recorder)) {
+        for (const mevo::SettingWrite &write : change.writes) {
             settings.setValue(QLatin1String(write.key), write.value);
         }
     }

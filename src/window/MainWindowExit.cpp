@@ -99,7 +99,7 @@ void MainWindow::walkExit(ExitKind kind)
     closePushSocket();
     close();
     ExitInProgress = false;
-    QCoreApplication::exit(0);
+    QCoreApplication::exit(m_exitCode);
 }
 
 /// False when the user wants to stay.

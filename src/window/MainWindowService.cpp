@@ -24,54 +24,6 @@ namespace {
 constexpr int withoutWaiting = 1;
 constexpr int exitTimeoutMs = 2000;
 
-/// Columns of the device record that say what the device sees.
-struct PermissionColumn
-{
-    const char *column;
-    bool EnginePermissions::*member;
-};
-
-constexpr PermissionColumn permissionColumns[] = {
-    {"ShowASR3Custom", &EnginePermissions::ShowASR3Custom},
-    {"ShowXunFeiInputMethod", &EnginePermissions::ShowXunFeiInputMethod},
-    {"ShowSogouInputMethod", &EnginePermissions::ShowSogouInputMethod},
-    {"ShowBaiduI", &EnginePermissions::ShowBaiduI},
-    {"ShowTXI", &EnginePermissions::ShowTXI},
-    {"ShowXFWebApi", &EnginePermissions::ShowXFWebApi},
-    {"ShowASR3UI", &EnginePermissions::ShowASR3UI},
-    {"ShowTecentZhDialect", &EnginePermissions::ShowTecentZhDialect},
-    {"ShowBdFtPTHI", &EnginePermissions::ShowBdFtPTHI},
-    {"ShowBdSdPTHI", &EnginePermissions::ShowBdSdPTHI},
-    {"ShowBdYYI", &EnginePermissions::ShowBdYYI},
-    {"ShowBdSCHI", &EnginePermissions::ShowBdSCHI},
-    {"ShowBdEnI", &EnginePermissions::ShowBdEnI},
-};
-
-/// Columns that choose an engine, count its use, or show one of its lists.
-struct NumberColumn
-{
-    const char *column;
-    int EngineState::*member;
-};
-
-constexpr NumberColumn numberColumns[] = {
-    {"UseBDAPIPara", &EngineState::UseBDAPIPara},
-    {"UseXFSDKPara", &EngineState::UseXFSDKPara},
-    {"UseTXAPIPara", &EngineState::UseTXAPIPara},
-    {"UseXFWAPIPara", &EngineState::UseXFWAPIPara},
-    {"UseBDFstPara", &EngineState::UseBDFstPara},
-    {"UseXFWPIDWAPara", &EngineState::UseXFWPIDWAPara},
-    {"UseASR3Index", &EngineState::UseASR3Index},
-    {"ShowXFDialect", &EngineState::ShowXFDialect},
-    {"ShowXFSmallLan", &EngineState::ShowXFSmallLan},
-    {"BDSR1DUsedQuantity", &EngineState::BDSR1DUsedQuantity},
-    {"BDSR1DMaxUsageQuantity", &EngineState::BDSR1DMaxUsageQuantity},
-    {"TXSR1DUsedQuantity", &EngineState::TXSR1DUsedQuantity},
-    {"TXSR1DMaxUsageQuantity", &EngineState::TXSR1DMaxUsageQuantity},
-    {"XFSR1DUsedQuantity", &EngineState::XFSR1DUsedQuantity},
-    {"XFSR1DMaxUsageQuantity", &EngineState::XFSR1DMaxUsageQuantity},
-};
-
 } // namespace
 
 int MainWindow::ProbeBackend()
@@ -94,7 +46,7 @@ bool MainWindow::ReadProductRecord()
         m_webApi->RunWithFailover(mevo::statementText(mevo::Statement::ReadProductRecord,
                                                       {SchemaName, key->customIndex, key->productionIndex}),
                                   mevo::ProductRecordTimeouts);
-    if (!reply || hasTornDown()) {
+    if (!reply || isGone()) {
         return false; // the wait may have let an exit through
     }
     const auto content = mevo::unwrapReply(*m_cipher, *reply);
@@ -117,48 +69,6 @@ bool MainWindow::ReadProductRecord()
     return !hasTornDown();
 }
 
-void MainWindow::ReadServerInfo()
-{
-    if (!IsOnline || !BackendReachable || !(NoDeviceMode || DeviceConnected) || DongleID.isEmpty()) {
-        return;
-    }
-    const int choice = m_languageChoice;
-    const auto reply = m_webApi->RunWithFailover(
-        mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {DongleID}),
-        mevo::DeviceRecordTimeouts);
-    if (!reply || m_recorder == nullptr) {
-        return;
-    }
-    BackendReachable = true;
-    const auto content = mevo::unwrapReply(*m_cipher, *reply);
-    if (!content || content->items != 1 || content->rows.empty()) {
-        qWarning() << "Device record: the backend has no row for this receiver";
-        return;
-    }
-    const QJsonObject &row = content->rows.front();
-    const int storedDialect = ShowXFDialect;
-    const int storedSmallLan = ShowXFSmallLan;
-    for (const PermissionColumn &column : permissionColumns) {
-        this->*column.member =
-            mevo::columnNumber(row, QLatin1String(column.column), this->*column.member ? 1 : 0) != 0;
-    }
-    for (const NumberColumn &column : numberColumns) {
-        this->*column.member = mevo::columnNumber(row, QLatin1String(column.column), this->*column.member);
-    }
-    EnableASR3 = mevo::columnNumber(row, QStringLiteral("EnableASR3"), EnableASR3 ? 1 : 0) != 0;
-    IPRecord = mevo::columnText(row, QStringLiteral("IPRecord"));
-    ShowPowerLevel = mevo::columnNumber(row, QStringLiteral("ShowPowerLevel")) != 0;
-    ShowPowerLow = mevo::columnNumber(row, QStringLiteral("ShowPowerLow")) != 0;
-    qInfo() << "The device record is applied";
-    if (choice != m_languageChoice) {
-        return; // the user has chosen meanwhile, and the record was read before it heard of that
-    }
-    for (const mevo::EngineChange &change :
-         mevo::applyRecordSelectors(*this, *m_recorder, isXpClass(), storedDialect, storedSmallLan)) {
-        carryOut(change);
-    }
-}
-
 void MainWindow::reportAddress()
 {
     if (!DeviceConnected || !BackendReachable || DongleID.isEmpty()) {
@@ -168,25 +78,12 @@ void MainWindow::reportAddress()
     m_webApi->WriteDeviceColumn(QStringLiteral("IPRecord='%1'").arg(IPRecord));
 }
 
-void MainWindow::settleFirstArrival()
-{
-    if (m_recorder == nullptr || !FirstRunApp || !IsOnline || !DeviceConnected || !EnableASR3) {
-        return;
-    }
-    FirstRunApp = false;
-    carryOut(mevo::chooseAtFirstArrival(*this, *m_recorder));
-    if (!BaiDuNoStreamApi_FastVersion) {
-        runBackendSql(mevo::deviceStatement(mevo::Statement::FirstRunBaidu, SchemaName,
-                                            {QStringLiteral("0"), DongleID}));
-    }
-}
-
 void MainWindow::updateRecCountsTimerOut()
 {
     if (!BackendReachable || CountersLocked || KeyDownHeld || m_recorder == nullptr) {
         return;
     }
-    const QString now = m_platform.time->now().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    const QString now = recordTime();
     const auto flush = [&](bool selected, mevo::Statement statement, int count) {
         if (selected) {
             RunBackendSql(mevo::deviceStatement(statement, SchemaName,
@@ -198,6 +95,7 @@ void MainWindow::updateRecCountsTimerOut()
     flush(m_recorder->BaiDuNoStreamApi, mevo::Statement::CountBaidu, BDSR1DUsedQuantity);
     flush(m_recorder->UseTXASRApi, mevo::Statement::CountTencent, TXSR1DUsedQuantity);
     flush(m_recorder->UseXunFeiWebApi, mevo::Statement::CountXunFei, XFSR1DUsedQuantity);
+    checkDaysAllowance();
 }
 
 void MainWindow::sendUsageOnExit(bool withTencent)

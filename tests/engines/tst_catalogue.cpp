@@ -485,7 +485,7 @@ private Q_SLOTS:
         QCOMPARE(flags(desk.recorder), QStringLiteral("TX"));
         QVERIFY(!desk.recorder.BaiduTokenRefreshed && !desk.recorder.BaiduViaSettings);
         QCOMPARE(written(toXunFei.writes), QStringLiteral("BaiDuNoStreamApi=0 UseXunFeiWebApi=1"));
-        const mevo::EngineChange toTencent = mevo::fallToTencent(desk.recorder);
+        const mevo::EngineChange toTencent = mevo::fallToTencent(desk.state, desk.recorder);
         QCOMPARE(flags(desk.recorder), QStringLiteral("T"));
         QCOMPARE(written(toTencent.writes),
                  QStringLiteral("BaiDuNoStreamApi=0 UseTXASRApi=1 UseXunFeiWebApi=0"));

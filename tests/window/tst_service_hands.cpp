@@ -10,10 +10,12 @@
 #include "window/MainWindow.h"
 
 #include <QAction>
+#include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMenu>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QtTest>
 
@@ -53,6 +55,9 @@ public:
                         {QStringLiteral("VoiceIntervalTime"), QStringLiteral("700")}};
     QJsonObject record{{QStringLiteral("UseTXAPIPara"), QStringLiteral("1")},
                        {QStringLiteral("IPRecord"), QStringLiteral("192.0.2.9")}};
+    QJsonValue recordCount{1}; ///< rows of the device record that are announced
+    QByteArray recordReply;    ///< sent in the place of the device record, if any
+    QString refused;           ///< statements with this in them are answered with an error
     QStringList asked;
     int delayMs = 0;        ///< before an answer is sent
     bool holdToken = false; ///< tokens wait for server.answerHeld()
@@ -93,14 +98,19 @@ private:
         const QString statement = cipher.DecryptString(QString::fromLatin1(rest.right(rest.size() & ~31)));
         asked.append(QString::fromLatin1(address) + QLatin1Char(' ') + statement);
         m_log.add(QStringLiteral("asked ") + statement);
-        if (down.contains(QString::fromLatin1(address))) {
+        if (down.contains(QString::fromLatin1(address)) ||
+            (!refused.isEmpty() && statement.contains(refused))) {
             return ScriptedAnswer::body({}, 503);
         }
         QJsonObject reply{{QStringLiteral("items"), 1}, {QStringLiteral("result"), QStringLiteral("107")}};
         if (statement.contains(QLatin1String("productrecord"))) {
             reply = oneRow(product);
         } else if (statement.startsWith(QLatin1String("select *"))) {
+            if (!recordReply.isEmpty()) {
+                return ScriptedAnswer::body(recordReply);
+            }
             reply = oneRow(record);
+            reply.insert(QStringLiteral("items"), recordCount);
         } else if (statement.startsWith(QLatin1String("select F0"))) {
             QJsonObject account;
             const QString name = statement.section(u' ', -3, -3); // a Baidu list's column
@@ -126,12 +136,26 @@ private:
     CallLog &m_log;
 };
 
+/// Pages that the desktop was asked to open.
+class Pages : public QObject
+{
+    Q_OBJECT
+
+public:
+    QStringList opened;
+public Q_SLOTS:
+    void open(const QUrl &url) { opened.append(url.toString()); }
+};
+
 /// The program with a receiver, or without, and a backend.
 struct Program
 {
     FakePlatform fake;
     Backend backend{fake.log};
     std::unique_ptr<MainWindow> window;
+    QList<mevo::Question> questions; ///< that the user was asked
+    int answer = 2;                  ///< the button that is pressed
+    Pages pages;
 
     explicit Program(bool plugged = true, const QByteArray &settings = {})
     {
@@ -152,12 +176,21 @@ struct Program
             fake.hid->entries = FakeHid::receiver();
             fake.hid->identityReply = QByteArray::fromHex("010c5713000100020000000000000000");
         }
-        mevo::askHook = [](const mevo::Question &) { return 2; };
+        mevo::askHook = [this](const mevo::Question &question) {
+            questions.append(question);
+            return answer;
+        };
+        for (const char *scheme : {"http", "https", "file"}) {
+            QDesktopServices::setUrlHandler(QLatin1String(scheme), &pages, "open");
+        }
     }
     ~Program()
     {
         window.reset();
         mevo::askHook = nullptr;
+        for (const char *scheme : {"http", "https", "file"}) {
+            QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+        }
         // An exit has told the application to quit; a pass of its loop lets the next program wait again.
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         QCoreApplication::exec();
@@ -567,6 +600,432 @@ private Q_SLOTS:
         MainWindow &window = program.startWith(QString());
         window.BuildAsrLanMenu(true, false);
         QCOMPARE(program.backend.asked, list({"main "}));
+    }
+
+    void whatTheRecordHidesLeavesTheMenu()
+    {
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("B"));
+        const auto rows = [&] {
+            QStringList texts;
+            for (const QAction *action : window.languageMenu()->actions()) {
+                texts.append(action->text());
+            }
+            return texts.join(u'|');
+        };
+        const auto read = [&](std::initializer_list<QPair<QString, QJsonValue>> columns) {
+            program.backend.record = columns;
+            window.ReadServerInfo();
+            return rows();
+        };
+        QVERIFY(rows().contains(QStringLiteral("普通话(讯飞版)")) &&
+                rows().contains(QStringLiteral("粤语(百度版)")));
+        QString seen = read({{QStringLiteral("ShowXFWebApi"), QStringLiteral("0")},
+                             {QStringLiteral("ShowBdYYI"), QStringLiteral("0")}});
+        QVERIFY(!seen.contains(QStringLiteral("讯飞版")) && !seen.contains(QStringLiteral("粤语(百度版)")));
+        QVERIFY(seen.contains(QStringLiteral("普通话(百度版)")) && window.recorder()->BaiDuNoStreamApi);
+        seen = read({{QStringLiteral("ShowBaiduI"), QStringLiteral("0")}});
+        QVERIFY(!seen.contains(QStringLiteral("百度版")) && window.recorder()->UseTXASRApi);
+        QCOMPARE(Program::setting("UseTXASRApi"), QStringLiteral("1"));
+        mevo::SettingsFile().setValue(QStringLiteral("TXCurrentVoiceType"), QStringLiteral("16k_zh_dialect"));
+        window.TXCurrentVoiceType = QStringLiteral("16k_zh_dialect");
+        read({{QStringLiteral("ShowTecentZhDialect"), QStringLiteral("0")}});
+        QCOMPARE(window.TXCurrentVoiceType, QStringLiteral("16k_zh"));
+        QCOMPARE(Program::setting("TXCurrentVoiceType"), QStringLiteral("16k_zh"));
+        read({{QStringLiteral("EnableASR3"), QStringLiteral("1")},
+              {QStringLiteral("HW2ScreenIntervalTime"), QStringLiteral("25")}});
+        QVERIFY(window.EnableASR3 && !window.LocalEnableASR3); // this build has no input method, and says so
+        QVERIFY(program.fake.log.calls(QStringLiteral("message 本版本尚不支持第三方语音输入法")).size() > 0);
+        QCOMPARE(Program::setting("HW2ScreenIntervalTime"), QStringLiteral("25"));
+        for (const QString &each : program.backend.asked) {
+            QCOMPARE(each, QStringLiteral("main ") + readRecord);
+        }
+    }
+
+    void aRecordThatIsNotThereIsMade_data()
+    {
+        QTest::addColumn<QJsonValue>("count");
+        QTest::addColumn<bool>("refused");
+        QTest::addColumn<bool>("made");
+        QTest::newRow("no row") << QJsonValue(0) << false << true;
+        QTest::newRow("two rows") << QJsonValue(QStringLiteral("2")) << false << true;
+        QTest::newRow("refused") << QJsonValue(0) << true << false;
+        QTest::newRow("no count") << QJsonValue(QJsonValue::Undefined) << false << false;
+        QTest::newRow("a count that is none") << QJsonValue(QStringLiteral("many")) << false << false;
+    }
+
+    void aRecordThatIsNotThereIsMade()
+    {
+        QFETCH(QJsonValue, count);
+        QFETCH(bool, refused);
+        QFETCH(bool, made);
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("B"));
+        program.backend.recordCount = count;
+        program.backend.refused = refused ? QStringLiteral("insert into") : QString();
+        window.ReadServerInfo();
+        const QStringList inserts = program.backend.askedLike(QStringLiteral("insert"));
+        QCOMPARE(inserts.size(), int(made || refused));
+        const QRegularExpression insert(QStringLiteral(
+            "^main insert into mevodb\\.device_serialid "
+            "\\(DongleID,LastLoginDateTime,CurrentVersion,CurrentSubVer,DefaultRecEngine\\) VALUES "
+            "\\('02-01-001357','2026-11-24 09:00:\\d\\d',107,'.+','10'\\)$"));
+        QVERIFY2(inserts.isEmpty() || insert.match(inserts[0]).hasMatch(), qPrintable(inserts.join(u'|')));
+        QCOMPARE(window.BDSR1DUsedQuantity, made ? 0 : 3);
+        if (refused) {
+            QTRY_VERIFY(window.recorder() == nullptr); // the program has left
+            QCOMPARE(program.questions.size(), 1);
+            QCOMPARE(program.questions[0].text,
+                     QStringLiteral("初始化数据错误，请升级安装最新版本软件或联系客服解决！"));
+        }
+        QVERIFY(refused || (window.recorder() != nullptr && program.questions.isEmpty()));
+    }
+
+    void repliesThatAreNoneChangeNothing_data()
+    {
+        QTest::addColumn<QByteArray>("reply");
+        const auto wrapped = [](const QString &json) {
+            const QByteArray hex = cipher.EncryptString(json).toLatin1();
+            return QByteArray::number(hex.size()).rightJustified(5, '0') + hex;
+        };
+        QTest::newRow("a page") << QByteArray("<!DOCTYPE html><html><body>Log in</body></html>");
+        QTest::newRow("one character") << QByteArray("0");
+        QTest::newRow("a length alone") << QByteArray("00032");
+        QTest::newRow("a wrong length") << QByteArray("00033") + wrapped(QStringLiteral("{}")).mid(5);
+        QTest::newRow("no cipher text") << QByteArray("00004zzzz");
+        QTest::newRow("1 MB") << QByteArray(1000000, '7');
+        QTest::newRow("an empty object") << wrapped(QStringLiteral("{}"));
+        QTest::newRow("a list") << wrapped(QStringLiteral("[1]"));
+        QTest::newRow("a row announced and not sent") << wrapped(QStringLiteral(R"({"items":"1"})"));
+        QTest::newRow("a row that is a text") << wrapped(QStringLiteral(R"({"items":1,"result0":"x"})"));
+        QTest::newRow("an empty row") << wrapped(QStringLiteral(R"({"items":1,"result0":{}})"));
+    }
+
+    void repliesThatAreNoneChangeNothing()
+    {
+        QFETCH(QByteArray, reply);
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("B"));
+        window.ShowPowerLevel = true;
+        program.backend.recordReply = reply;
+        const QByteArray settings = home.read(QStringLiteral("MEVOSetting.ini"));
+        const QString address = window.IPRecord;
+        window.ReadServerInfo();
+        QCOMPARE(program.backend.asked, QStringList(QStringLiteral("main ") + readRecord));
+        QCOMPARE(home.read(QStringLiteral("MEVOSetting.ini")), settings);
+        QVERIFY(window.recorder()->BaiDuNoStreamApi && window.BDSR1DUsedQuantity == 3);
+        QVERIFY(window.ShowPowerLevel && window.IPRecord == address && window.BackendReachable);
+    }
+
+    void otherServersStartTheProgramAnew_data()
+    {
+        QTest::addColumn<bool>("atStart");
+        QTest::newRow("while it runs") << false;
+        QTest::newRow("at its start") << true;
+    }
+
+    void otherServersStartTheProgramAnew()
+    {
+        QFETCH(bool, atStart);
+        const QString address = QStringLiteral("http://new.example:19004/mevowebapi?");
+        {
+            Program program;
+            const QJsonObject record{{QStringLiteral("TALKINSERVER_BK2"), address},
+                                     {QStringLiteral("ShowTXI"), QStringLiteral("0")}};
+            if (atStart) {
+                program.backend.record = record;
+            }
+            MainWindow &window = program.startWith(QStringLiteral("B"));
+            if (!atStart) {
+                program.backend.record = record;
+                window.ReadServerInfo();
+            }
+            QVERIFY(window.recorder() != nullptr &&
+                    window.ShowTXI); // the rest of the row waits for the new start
+            QCOMPARE(QCoreApplication::exec(), MainWindow::restartCode);
+            QVERIFY(window.recorder() == nullptr && program.questions.isEmpty());
+            QCOMPARE(Program::setting("TKSBK2"), mevo::encipherField(cipher, address));
+            QCOMPARE(program.fake.log
+                         .calls(QStringLiteral("message 软件已设置成功，将自动退出，请重新启动软件！ (2000)"))
+                         .size(),
+                     atStart ? 0 : 1); // startWith() has cleared the log of a start
+        }
+        qputenv("MEVO_SERVER_MOVES", "3"); // of programs before this one
+        {
+            Program program;
+            program.backend.record = {{QStringLiteral("TALKINSERVER_BK2"), address},
+                                      {QStringLiteral("ShowTXI"), QStringLiteral("0")}};
+            const MainWindow &window = program.start();
+            QTest::qWait(50);
+            QVERIFY(window.recorder() != nullptr && !window.ShowTXI);
+            QCOMPARE(Program::setting("TKSBK2"), mevo::encipherField(cipher, address));
+        }
+        qunsetenv("MEVO_SERVER_MOVES");
+        Program again(true, "TKSBK2=\"" + mevo::encipherField(cipher, address).toLatin1() + "\"\n");
+        again.backend.record = {{QStringLiteral("TALKINSERVER_BK2"), address},
+                                {QStringLiteral("ShowTXI"), 0}};
+        const MainWindow &window = again.start();
+        QVERIFY(!window.ShowTXI); // it stands already, and the row is applied
+        QCOMPARE(window.ServerUrlBk2, address);
+    }
+
+    void theVersionColumn_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<QString>("page"); // of the product record, for downloads
+        QTest::addColumn<QString>("text"); // of the box
+        QTest::addColumn<QStringList>("opened");
+        QTest::addColumn<bool>("leaves");
+        QTest::addColumn<QStringList>("told");
+        const QString page = QStringLiteral("http://download.example/");
+        const QString offer = QStringLiteral("已有最新版本软件，请下载更新到最新版本！");
+        const QString required = QStringLiteral("已有最新版本，请下载更新软件后再使用！");
+        const QString now = QStringLiteral("http://now.example/");
+        const QStringList own(QStringLiteral(
+            "main update mevodb.device_serialid set CurrentVersion=107 where DongleID='02-01-001357'"));
+        const QStringList none;
+        QTest::newRow("own") << "107" << page << "" << none << false << none;
+        QTest::newRow("offered") << "0" << page << offer << QStringList(page) << false << none;
+        QTest::newRow("offered, no page") << "0"
+                                          << "" << offer << none << false << none;
+        QTest::newRow("offered, a program") << "0"
+                                            << "file:///bin/true" << offer << none << false << none;
+        QTest::newRow("page") << "1" << page << "" << QStringList(page) << false << none;
+        QTest::newRow("required") << "2" << page << required << QStringList(page) << true << none;
+        QTest::newRow("the product's page") << "3" << page << "" << QStringList(now) << false << none;
+        QTest::newRow("another") << "106" << page << "" << none << false << own;
+    }
+
+    void theVersionColumn()
+    {
+        QFETCH(QString, version);
+        QFETCH(QString, page);
+        QFETCH(QString, text);
+        QFETCH(bool, leaves);
+        for (const bool atStart : {true, false}) {
+            Program program;
+            program.backend.product = {{QStringLiteral("DownloadDrvWeb"), page},
+                                       {QStringLiteral("VWeb"), QStringLiteral("http://now.example/")},
+                                       {QStringLiteral("VWebSeed"), QStringLiteral("1")}};
+            const QJsonObject record{{QStringLiteral("CurrentVersion"), version}};
+            if (atStart) {
+                program.backend.record = record;
+            }
+            const MainWindow &window = program.start();
+            QVERIFY(program.questions.isEmpty() && program.pages.opened.isEmpty()); // a start is not held up
+            if (!atStart) {
+                program.backend.record = record;
+                program.window->ReadServerInfo();
+            }
+            QTRY_COMPARE(program.pages.opened, *static_cast<const QStringList *>(
+                                                   QTest::qData("opened", qMetaTypeId<QStringList>())));
+            QTRY_COMPARE(program.questions.size(), int(!text.isEmpty()));
+            if (!text.isEmpty()) {
+                QCOMPARE(program.questions[0].title + program.questions[0].text,
+                         QStringLiteral("版本更新") + text);
+            }
+            QTRY_COMPARE(window.recorder() == nullptr, leaves);
+            QTEST(program.backend.askedLike(QStringLiteral("CurrentVersion=107 where")), "told");
+        }
+    }
+
+    void theDayOfCounting_data()
+    {
+        QTest::addColumn<QJsonValue>("began");
+        QTest::addColumn<QString>("told");
+        const QString keep =
+            QStringLiteral("main update mevodb.device_serialid set "
+                           "LatestLoginTime='2026-11-24 09:00:00'  where DongleID='02-01-001357'");
+        const QString begin = QStringLiteral(
+            "main update mevodb.device_serialid set BDSR1DUsedQuantity=0, "
+            "TXSR1DUsedQuantity=0,XFSR1DUsedQuantity=0,BDFY1MUsedQuantity=0,LastLoginDateTime='2026-11-24 "
+            "09:00:00'  where DongleID='02-01-001357'");
+        QTest::newRow("24 h") << QJsonValue(QStringLiteral("2026-11-23T09:00:00")) << keep;
+        QTest::newRow("24 h and a second") << QJsonValue(QStringLiteral("2026-11-23T08:59:59")) << begin;
+        QTest::newRow("broken") << QJsonValue(QStringLiteral("0000-00-00 00:00:00")) << begin;
+        QTest::newRow("absent") << QJsonValue(QJsonValue::Undefined) << QString();
+    }
+
+    void theDayOfCounting()
+    {
+        QFETCH(QJsonValue, began);
+        QFETCH(QString, told);
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("B"));
+        program.fake.time->start = program.fake.time->start.addMSecs(-program.fake.time->monotonicMs());
+        program.backend.record = {{QStringLiteral("BDSR1DUsedQuantity"), 500},
+                                  {QStringLiteral("BDFY1MUsedQuantity"), 7},
+                                  {QStringLiteral("LastLoginDateTime"), began}};
+        window.BaiduQuotaHit = window.TencentQuotaHit = true; // Tencent has some left, the record says
+        window.ReadServerInfo();
+        const QStringList asked = program.backend.asked.mid(1);
+        QCOMPARE(asked, told.isEmpty() ? QStringList() : QStringList(told));
+        const bool over = told.contains(QLatin1String("LastLogin"));
+        QCOMPARE(window.BDSR1DUsedQuantity, over ? 0 : 500);
+        QCOMPARE(window.BDFY1MUsedQuantity, over ? 0 : 7);
+        QCOMPARE(window.BaiduQuotaHit, !over);
+        QVERIFY(!window.TencentQuotaHit);
+    }
+
+    void anExitWhileTheRecordIsReadEndsTheReading_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("request"); // that the exit comes at
+        QTest::newRow("record") << 1 << 1;
+        QTest::newRow("new record") << 0 << 2;
+        QTest::newRow("version") << 1 << 2;
+        QTest::newRow("day") << 1 << 3;
+        QTest::newRow("lists") << 1 << 4;
+    }
+
+    void anExitWhileTheRecordIsReadEndsTheReading()
+    {
+        QFETCH(int, rows);
+        QFETCH(int, request);
+        Program program;
+        MainWindow &window = program.startWith(QString()); // no counter is written at the exit
+        home.remove(QStringLiteral("bbzdsrbdssset.ini"));
+        program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("106")},
+                                  {QStringLiteral("LastLoginDateTime"), QStringLiteral("x")}};
+        program.backend.recordCount = rows;
+        program.backend.delayMs = 30;
+        int count = 0;
+        program.backend.server.onRequest = [&](const ScriptedRequest &) {
+            if (++count == request) {
+                QTimer::singleShot(0, &window, [&] { window.exitByItself(); });
+            }
+        };
+        window.ReadServerInfo();
+        QVERIFY(window.recorder() == nullptr && program.questions.isEmpty());
+        QCOMPARE(program.backend.asked.size(), request);
+    }
+
+    void listsThatAreMissingAreMadeGood()
+    {
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("B"));
+        for (const char *file : {"bbzdsrbdssset.ini", "byydsrbdssset.ini", "besrfdssset.ini"}) {
+            home.remove(QLatin1String(file));
+        }
+        window.BaiduClientId.clear();
+        program.backend.record = {{QStringLiteral("ShowBdYYI"), QStringLiteral("0")}};
+        program.backend.refused = readRecord; // no address answers, and the lists are fetched all the same
+        window.ShowBdYYI = false;
+        window.ReadServerInfo();
+        QStringList lists = program.backend.asked.mid(3);
+        lists.sort();
+        QCOMPARE(lists, (list({"main select F0,F1,F2 from mevodb.bdasrid where F3 = 1 and zbb = 1",
+                               "main select F0,F1,F2 from mevodb.wxfasrid where F3 = 1"})));
+        QCOMPARE(window.BaiduClientId, QStringLiteral("zbb"));
+        program.backend.asked.clear();
+        window.ReadServerInfo();
+        QCOMPARE(program.backend.askedLike(QStringLiteral("select F0")), QStringList());
+    }
+
+    void anEngineThatIsUsedUpGivesWayToTencent_data()
+    {
+        QTest::addColumn<QString>("engine");
+        QTest::newRow("Baidu") << "B";
+        QTest::newRow("XunFei") << "X";
+    }
+
+    void anEngineThatIsUsedUpGivesWayToTencent()
+    {
+        QFETCH(QString, engine);
+        Program program;
+        MainWindow &window = program.startWith(engine);
+        window.BDSR1DMaxUsageQuantity = 3;
+        window.XFSR1DMaxUsageQuantity = 5;
+        window.Recording = true;
+        window.updateRecCountsTimerOut();
+        QVERIFY(!window.recorder()->UseTXASRApi); // the session that runs ends first
+        window.Recording = false;
+        window.updateRecCountsTimerOut();
+        const AudioRecorder &recorder = *window.recorder();
+        QVERIFY(recorder.UseTXASRApi && !recorder.BaiDuNoStreamApi && !recorder.UseXunFeiWebApi);
+        QVERIFY(!window.BaiduQuotaHit && !window.XunFeiQuotaHit && program.questions.isEmpty());
+        QCOMPARE(Program::setting("TXCurrentVoiceType"), QStringLiteral("16k_zh")); // none had been chosen
+        QCOMPARE(Program::setting("UseTXASRApi") + Program::setting("BaiDuNoStreamApi") +
+                     Program::setting("UseXunFeiWebApi"),
+                 QStringLiteral("100"));
+        QTRY_COMPARE(program.backend.askedLike(QStringLiteral("UseTXAPIPara= '1'")).size(), 1);
+    }
+
+    void theBoxOfUsedUpEngines_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("shown");   // input methods are
+        QTest::addColumn<bool>("xpClass"); // where Tencent does not take over
+        QTest::addColumn<bool>("vertical");
+        QTest::newRow("XunFei") << 0 << true << false << false;
+        QTest::newRow("Sogou") << 1 << true << false << true;
+        QTest::newRow("neither") << 2 << false << false << false;
+        QTest::newRow("closed") << -1 << false << true << false;
+    }
+
+    void theBoxOfUsedUpEngines()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, shown);
+        QFETCH(bool, xpClass);
+        QFETCH(bool, vertical);
+        Program program;
+        MainWindow &window = program.startWith(xpClass ? QStringLiteral("B") : QStringLiteral("T"));
+        program.answer = answer;
+        program.fake.systemFacts->xpClass = xpClass;
+        window.ShowASR3UI = shown;
+        window.ShowVerticalUI = vertical;
+        window.MustClickRunASR3 = true;
+        window.BDSR1DMaxUsageQuantity = 3;
+        window.TXSR1DMaxUsageQuantity = 4;
+        window.micTip()->show();
+        window.ExitInProgress = true;
+        window.updateRecCountsTimerOut();
+        QVERIFY(program.questions.isEmpty());
+        window.ExitInProgress = false;
+        const QByteArray before = home.read(QStringLiteral("MEVOSetting.ini"));
+        window.updateRecCountsTimerOut();
+        window.updateRecCountsTimerOut(); // one box at a time
+        QCOMPARE(program.questions.size(), 1);
+        const mevo::Question &question = program.questions[0];
+        QCOMPARE(question.title, QStringLiteral("超出限量"));
+        QCOMPARE(
+            question.text,
+            shown
+                ? QStringLiteral(
+                      "已超出各接口每天限制使用次数，如继续使用，请选择使用讯飞输入法或搜狗语音输入法(f001)!")
+                : QStringLiteral("已超出各接口每天限制使用次数,请24小时后再使用(f001)！"));
+        QCOMPARE(question.buttons, list({"使用讯飞语音输入法", "使用搜狗语音输入法", "退出"}));
+        QVERIFY(question.warning && question.defaultButton == 2);
+        QVERIFY(xpClass ? window.BaiduQuotaHit : window.TencentQuotaHit);
+        if (answer == 0 || answer == 1) {
+            const QRegularExpression told(
+                QStringLiteral("^main update mevodb\\.device_serialid set EnableASR3=1,MustClickRunASR3=1,"
+                               "UseASR3Index=%1,CurrentVersion=107,CurrentSubVer='.+' where "
+                               "DongleID='02-01-001357'$")
+                    .arg(answer + 1));
+            QTRY_COMPARE(program.backend.asked.filter(told).size(), 1);
+            QTRY_VERIFY(
+                program.fake.log.calls(QStringLiteral("message 本版本尚不支持第三方语音输入法")).size() > 0);
+            QVERIFY(!window.micTip()->isVisible() && window.EnableASR3 && window.UseASR3Index == answer + 1);
+            QCOMPARE(Program::setting("LocalEnableASR3") + Program::setting("LocalUseASR3Index"),
+                     QStringLiteral("1%1").arg(answer + 1));
+            const QString picture =
+                window.findChild<QPushButton *>(QStringLiteral("pushBuutton_VoiceType"))->styleSheet();
+            QVERIFY2(answer == 0 || picture.contains(QStringLiteral(":/rec/xunfeiV.png")),
+                     qPrintable(picture));
+            QTRY_COMPARE(program.backend.askedLike(QStringLiteral("UseTXAPIPara= '1'")).size(),
+                         int(answer == 0));
+        } else {
+            QTest::qWait(0);
+            QCOMPARE(home.read(QStringLiteral("MEVOSetting.ini")), before);
+            QVERIFY(window.micTip()->isVisible() &&
+                    program.backend.askedLike(QStringLiteral("EnableASR3")).isEmpty());
+        }
+        QTRY_VERIFY([&] { // and it comes back after the next session
+            window.updateRecCountsTimerOut();
+            return program.questions.size() > 1;
+        }());
     }
 
     void theFirstArrivalSettlesTheEngine_data()

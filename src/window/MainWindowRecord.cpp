@@ -1,0 +1,319 @@
+// The device record as the main window reads it and carries out what it asks for.
+
+#include "window/MainWindow.h"
+
+#include "audio/AudioRecorder.h"
+#include "base/SettingsFile.h"
+#include "base/WebPage.h"
+#include "commands/UrlOpener.h"
+#include "engines/Allowance.h"
+#include "engines/CredentialStore.h"
+#include "engines/EngineSelection.h"
+#include "engines/RandomInRange.h"
+#include "service/CountingDay.h"
+#include "service/RecordAddresses.h"
+#include "service/RecordColumns.h"
+#include "service/RecordVersion.h"
+#include "service/Statements.h"
+#include "service/WebApi.h"
+#include "service/WebApiReply.h"
+#include "service/WebCipher.h"
+#include "ui/Ask.h"
+
+#include <QDebug>
+#include <QJsonObject>
+#include <QTimer>
+#include <QtGlobal>
+
+#include <algorithm>
+
+namespace {
+constexpr int createTimeoutMs = 2000;
+/// Counts the restarts for other servers, handed on from program to program: two servers that name each other
+/// must not keep it starting for ever.
+constexpr char serverMoves[] = "MEVO_SERVER_MOVES";
+constexpr int mostServerMoves = 3;
+} // namespace
+
+void MainWindow::ReadServerInfo()
+{
+    if (!IsOnline || !BackendReachable || !(NoDeviceMode || DeviceConnected) || DongleID.isEmpty() ||
+        m_leaving) {
+        return;
+    }
+    if (readDeviceRecord() && !isGone() && !m_leaving) {
+        makeGoodAccountLists();
+    }
+}
+
+void MainWindow::readRecordAtStart()
+{
+    ReadServerInfo();
+    settleFirstArrival();
+}
+
+/// False when nothing more is to be done for this reading.
+bool MainWindow::readDeviceRecord()
+{
+    const int choice = m_languageChoice;
+    const QString dongle = DongleID;
+    const auto reply = m_webApi->RunWithFailover(
+        mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {dongle}),
+        mevo::DeviceRecordTimeouts);
+    if (isGone() || m_recorder == nullptr || dongle != DongleID) {
+        return false; // the wait has let an exit through, or another receiver
+    }
+    if (!reply) {
+        return true;
+    }
+    BackendReachable = true;
+    const auto content = mevo::unwrapReply(*m_cipher, *reply);
+    if (!content || !content->counted) {
+        return false;
+    }
+    if (content->items != 1) {
+        createDeviceRecord();
+        return true;
+    }
+    if (content->rows.empty()) {
+        qWarning() << "Device record: the backend announces a row and sends none";
+        return true;
+    }
+    const QJsonObject &row = content->rows.front();
+    if (moveToOtherServers(row)) {
+        return false;
+    }
+    applyDeviceRecord(row, choice != m_languageChoice);
+    return true;
+}
+
+void MainWindow::createDeviceRecord()
+{
+    qInfo() << "Device record: the backend has none for this receiver, and is told to make one";
+    const int cutOff = m_webApi->cutOffCount();
+    const QString reply =
+        RunBackendSql(mevo::deviceStatement(mevo::Statement::CreateDeviceRecord, SchemaName,
+                                            {DongleID, recordTime(), QString::number(CurrentVersion),
+                                             m_buildStamp, QStringLiteral("10")}),
+                      createTimeoutMs);
+    if (isGone() || m_webApi->cutOffCount() != cutOff) {
+        return; // a start that has no time left comes back to it
+    }
+    if (reply.isEmpty()) {
+        m_leaving = true;
+        whenStarted([this] {
+            mevo::ask(this, {tr("错误"),
+                             tr("初始化数据错误，请升级安装最新版本软件或联系客服解决！"),
+                             {tr("确定")},
+                             true});
+            exitByItself();
+        });
+        return;
+    }
+    mevo::applyNewRecord(*this);
+    mevo::unmarkAllowances(*this);
+}
+
+/// The record names other servers: they are stored, and the program starts anew to use them. False when it
+/// stays with those that it has.
+bool MainWindow::moveToOtherServers(const QJsonObject &row)
+{
+    mevo::SettingsFile settings;
+    const auto changes = mevo::changedAddresses(row, [&](const QString &key) {
+        return mevo::decipherUnsizedField(*m_cipher, settings.value(key).toString());
+    });
+    for (const mevo::AddressChange &change : changes) {
+        settings.setValue(change.key, mevo::encipherField(*m_cipher, change.text));
+    }
+    if (changes.isEmpty()) {
+        return false;
+    }
+    if (!settings.save()) {
+        // A start that reads the old addresses would end here again, and again.
+        qWarning() << "Device record: its server addresses cannot be stored; the program stays";
+        return false;
+    }
+    const int moves = qEnvironmentVariableIntValue(serverMoves);
+    if (moves >= mostServerMoves) {
+        qWarning() << "Device record: other servers once more; they are stored for the next start";
+        return false;
+    }
+    qputenv(serverMoves, QByteArray::number(moves + 1));
+    qInfo() << "Device record: other servers; the program starts anew";
+    if (m_tray != nullptr) {
+        message(tr("软件已设置成功，将自动退出，请重新启动软件！"), mevo::MessageIcon::Information, 2000);
+    }
+    m_leaving = true;
+    m_exitCode = restartCode;
+    whenStarted([this] { exitByItself(); });
+    return true;
+}
+
+/// `userHasChosen` says that the user has chosen a language since the record was asked for: the choice is
+/// newer.
+void MainWindow::applyDeviceRecord(const QJsonObject &row, bool userHasChosen)
+{
+    const int storedDialect = ShowXFDialect;
+    const int storedSmallLan = ShowXFSmallLan;
+    const bool inputMethod = LocalEnableASR3;
+    const mevo::RecordEffects effects = mevo::applyRecordColumns(*this, row, isXpClass());
+    {
+        mevo::SettingsFile settings;
+        for (const mevo::RecordSetting &setting : effects.settings) {
+            settings.setValue(setting.key, setting.value);
+        }
+    }
+    mevo::unmarkAllowances(*this);
+    qInfo() << "The device record is applied";
+    carryOut(mevo::leaveHiddenDialect(*this));
+    if (userHasChosen) {
+        LocalEnableASR3 = inputMethod;
+    } else {
+        for (const mevo::EngineChange &change :
+             mevo::applyRecordSelectors(*this, *m_recorder, isXpClass(), storedDialect, storedSmallLan)) {
+            carryOut(change);
+            if (isGone()) {
+                return;
+            }
+        }
+    }
+    if (InitDone) {
+        if (LocalEnableASR3) {
+            SetupAsr3();
+        }
+        if (effects.menuChanged) {
+            BuildAsrLanMenu(false, false);
+        }
+    }
+    applyRecordVersion(row);
+    if (!isGone() && row.contains(QStringLiteral("LastLoginDateTime"))) {
+        settleCountingDay();
+    }
+}
+
+void MainWindow::applyRecordVersion(const QJsonObject &row)
+{
+    switch (mevo::recordVersion(row, CurrentVersion)) {
+    case mevo::RecordVersion::Current:
+        break;
+    case mevo::RecordVersion::Offer:
+        sayThatVersionIsOld(tr("已有最新版本软件，请下载更新到最新版本！"), false);
+        break;
+    case mevo::RecordVersion::Page:
+        whenStarted([this] { openWebPage(DownloadDrvWeb); });
+        break;
+    case mevo::RecordVersion::Required:
+        sayThatVersionIsOld(tr("已有最新版本，请下载更新软件后再使用！"), true);
+        break;
+    case mevo::RecordVersion::LaterPage:
+        whenStarted(
+            [this] { QTimer::singleShot(std::max(0, VWebIntervalTime), this, &MainWindow::Run003Timeout); });
+        break;
+    case mevo::RecordVersion::WriteOwn:
+        runBackendSql(mevo::deviceStatement(mevo::Statement::WriteCurrentVersion, SchemaName,
+                                            {QString::number(CurrentVersion), DongleID}));
+        break;
+    }
+}
+
+void MainWindow::sayThatVersionIsOld(const QString &text, bool ends)
+{
+    whenStarted([this, text, ends] {
+        if (m_versionBoxOpen || isGone()) {
+            return; // the record may be read again while the box stands
+        }
+        m_versionBoxOpen = true;
+        mevo::ask(this, {tr("版本更新"), text, {tr("确定")}, true});
+        m_versionBoxOpen = false;
+        openWebPage(DownloadDrvWeb);
+        if (ends) {
+            exitByItself();
+        }
+    });
+}
+
+void MainWindow::Run003Timeout()
+{
+    if (RandomInRange(1, VWebSeed) == 1) {
+        openWebPage(VWeb);
+    }
+}
+
+void MainWindow::openWebPage(const QString &address)
+{
+    const QUrl page = mevo::webPage(address);
+    if (page.isEmpty()) {
+        qInfo() << "The record names no page to open";
+        return;
+    }
+    mevo::openUrl(page, *m_platform.processes);
+}
+
+void MainWindow::settleCountingDay()
+{
+    const QString now = recordTime();
+    if (!mevo::isDayOver(LastLoginDateTime, m_platform.time->now())) {
+        runBackendSql(mevo::deviceStatement(mevo::Statement::KeepDay, SchemaName, {now, DongleID}));
+        return;
+    }
+    if (!BackendReachable) {
+        return;
+    }
+    qInfo() << "Device record: a new day of counting";
+    mevo::beginAllowanceDay(*this);
+    LastLoginDateTime = now;
+    runBackendSql(mevo::deviceStatement(
+        mevo::Statement::BeginDay, SchemaName,
+        {QString::number(BDSR1DUsedQuantity), QString::number(TXSR1DUsedQuantity),
+         QString::number(XFSR1DUsedQuantity), QString::number(BDFY1MUsedQuantity), now, DongleID}));
+}
+
+/// Lists that no file holds are fetched, and an account is drawn where there was none to draw.
+void MainWindow::makeGoodAccountLists()
+{
+    if (!m_credentials->FetchMissingCredentialFiles() || isGone()) {
+        return;
+    }
+    if (BaiduClientId.isEmpty()) {
+        m_credentials->LoadCurrentBaiduCredentials();
+    }
+    if (XunFeiAppId.isEmpty()) {
+        m_credentials->LoadXunFeiCredentials();
+    }
+    if (XunFeiMinorAppId.isEmpty()) {
+        m_credentials->LoadXunFeiMinorCredentials();
+    }
+    if (BaiduTranslateAppId.isEmpty()) {
+        m_credentials->LoadBaiduTranslateCredentials();
+    }
+    if (BaiduTtsClientId.isEmpty()) {
+        m_credentials->LoadBaiduTtsCredentials();
+    }
+}
+
+void MainWindow::whenStarted(std::function<void()> action)
+{
+    if (InitDone) {
+        QTimer::singleShot(0, this, std::move(action));
+    } else {
+        m_onceStarted.push_back(std::move(action));
+    }
+}
+
+QString MainWindow::recordTime() const
+{
+    return m_platform.time->now().toString(QLatin1String(mevo::recordTimeFormat));
+}
+
+void MainWindow::settleFirstArrival()
+{
+    if (m_recorder == nullptr || !FirstRunApp || !IsOnline || !DeviceConnected || !EnableASR3) {
+        return;
+    }
+    FirstRunApp = false;
+    carryOut(mevo::chooseAtFirstArrival(*this, *m_recorder));
+    if (!BaiDuNoStreamApi_FastVersion) {
+        runBackendSql(mevo::deviceStatement(mevo::Statement::FirstRunBaidu, SchemaName,
+                                            {QStringLiteral("0"), DongleID}));
+    }
+}
