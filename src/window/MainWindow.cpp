@@ -4,6 +4,7 @@
 #include "base/ApplicationFiles.h"
 #include "base/Endpoints.h"
 #include "base/InterfaceLanguage.h"
+#include "base/ProgramVersion.h"
 #include "base/SettingsFile.h"
 #include "base/VersionText.h"
 #include "commands/CommandMatcher.h"
@@ -23,6 +24,9 @@
 #include "ui/CPatialResultDialog.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
+#include "update/MyUpdateChecker.h"
+#include "update/StartReport.h"
+#include "window/UpdateHands.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -63,7 +67,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     readEarlySettings();
     installInterfaceLanguage();
     m_firstArgument = QCoreApplication::arguments().value(1);
-    CurrentVersion = 107;
+    CurrentVersion = mevo::programVersion();
     m_startClock.mark("settings");
     createTrayIcon();
     createMenu();
@@ -243,6 +247,7 @@ void MainWindow::finishStart()
     m_platform.windowSystem->neverTakeFocus(winId());
     InitDone = true;
     m_startClock.mark("windows and menus");
+    mevo::reportStart(QCoreApplication::applicationDirPath());
     qInfo().noquote() << "Start: ready;" << m_startClock.summary();
     if (!m_lateSteps.empty() && !m_exitWanted) {
         qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
@@ -258,11 +263,6 @@ void MainWindow::finishStart()
 }
 
 void MainWindow::slot_requestFinished_NotRead(QNetworkReply *) {}
-
-void MainWindow::CheckUpdateTimeout()
-{
-    qInfo() << "The update checker is not part of this build";
-}
 
 /// This build drives no input method: one that the settings name is not in force in this run, so that the
 /// microphone button works and the menu tells the engine that is.

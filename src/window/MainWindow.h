@@ -29,6 +29,7 @@ class DeviceCommands;
 class GetHIDDataThread;
 class isOnl;
 class MicTipDialog;
+class MyUpdateChecker;
 class QAction;
 class QMenu;
 class QNetworkAccessManager;
@@ -43,6 +44,7 @@ class BaiduTokens;
 class CommandMatcher;
 class TencentSpeech;
 class UndeliveredTexts;
+class UpdateHands;
 class WebApi;
 class CredentialStore;
 class XunFeiStream;
@@ -144,6 +146,8 @@ public Q_SLOTS:
     void TimeOutGetPasteContent();
     void TimeOutDelaySendF2();
     void CheckUpdateTimeout();
+    /// The same from the settings page: at its opening, and at a click on the notice that it shows.
+    void CheckUpdateFromSettings(bool noticeClicked);
     void showOnline(int state);
     void slot_requestFinished_NotRead(QNetworkReply *reply);
     void slot_TrayAndRightMenuAboutToHide();
@@ -181,6 +185,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     void updateMicWin(QString picture);
     void showRecTextOnTransDlgSignal(QString text);
+    /// The text of the settings page's line on updates, empty for none.
+    void updateNoticeChanged(QString text);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -194,6 +200,7 @@ protected:
 private:
     friend class mevo::SessionHands;
     friend class mevo::PipelineHands;
+    friend class mevo::UpdateHands;
 
     // Construction, in the order of the calls.
     void readEarlySettings();
@@ -275,6 +282,9 @@ private:
     bool isUndelivered(int index) const;
     void sendImmediateKeys();
 
+    /// Made at the first check.
+    MyUpdateChecker &updateChecker();
+
     // Exit.
     enum class ExitKind { Asked, Unasked, ByItself };
     void walkExit(ExitKind kind);
@@ -353,6 +363,8 @@ private:
     std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
     std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     std::unique_ptr<mevo::UndeliveredTexts> m_undelivered;
+    std::unique_ptr<mevo::UpdateHands> m_updateHands;
+    std::unique_ptr<MyUpdateChecker> m_updateChecker;
     GetHIDDataThread *m_reader = nullptr;
     AudioRecorder *m_recorder = nullptr;
     MicTipDialog *m_micTip = nullptr;

@@ -149,6 +149,9 @@ void MainWindow::ReadServerInfo()
     IPRecord = mevo::columnText(row, QStringLiteral("IPRecord"));
     ShowPowerLevel = mevo::columnNumber(row, QStringLiteral("ShowPowerLevel")) != 0;
     ShowPowerLow = mevo::columnNumber(row, QStringLiteral("ShowPowerLow")) != 0;
+    AutoUpdateSwitch = mevo::columnNumber(row, QStringLiteral("AutoUpdateSwitch"), AutoUpdateSwitch);
+    ManualUpdateSwitch = mevo::columnNumber(row, QStringLiteral("ManualUpdateSwitch"), ManualUpdateSwitch);
+    ForceUpdate = mevo::columnNumber(row, QStringLiteral("ForceUpdate"), ForceUpdate);
     qInfo() << "The device record is applied";
     if (choice != m_languageChoice) {
         return; // the user has chosen meanwhile, and the record was read before it heard of that
