@@ -4,6 +4,7 @@
 #include "recognisers/BaiduService.h"
 #include "recognisers/TencentService.h"
 #include "recognisers/XunFeiService.h"
+#include "services/UpdateServer.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -120,6 +121,8 @@ int runServices(const QStringList &arguments)
         return 1;
     }
     WebApiService webApi(database, cipher, note);
+    const UpdateServer updates(QDir(parser.value(QStringLiteral("home"))).filePath(QStringLiteral("updates")),
+                               note);
     BaiduService baidu(QLatin1String(LabDatabase::BaiduClientId),
                        QLatin1String(LabDatabase::BaiduClientSecret), note);
 
@@ -147,7 +150,11 @@ int runServices(const QStringList &arguments)
         }
     };
     LabHttpServer backendServer([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
-        webApi.handle(request, reply);
+        if (UpdateServer::takes(request.path())) {
+            updates.handle(request, reply);
+        } else {
+            webApi.handle(request, reply);
+        }
     });
     LabHttpServer baiduHttp(baiduHandler);
     LabHttpServer baiduHttps(baiduHandler);

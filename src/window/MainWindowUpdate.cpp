@@ -30,7 +30,8 @@ MyUpdateChecker &MainWindow::updateChecker()
 
 void MainWindow::CheckUpdateTimeout()
 {
-    if (hasTornDown() || updateChecker().isBusy()) {
+    // The record may have come after the start.
+    if (hasTornDown() || AutoUpdateSwitch != 1 || updateChecker().isBusy()) {
         return;
     }
     ManualCheck = false;
