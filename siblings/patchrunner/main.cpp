@@ -65,6 +65,7 @@ int main(int argc, char *argv[])
         const auto text = mevo::patchrunner::failureText(report.outcome, QLocale::system().name());
         QMessageBox box(QMessageBox::Warning, text.title, text.text, QMessageBox::Ok);
         box.setWindowFlag(Qt::WindowStaysOnTopHint);
+        box.setAttribute(Qt::WA_ShowWithoutActivating);
         box.exec();
     }
     return 1;

@@ -54,6 +54,8 @@ void askBeside(QWidget *parent, const Question &question, const std::function<vo
     QObject::connect(box, &QMessageBox::finished, parent,
                      [box, buttons, answered] { answered(buttons.indexOf(box->clickedButton())); });
     box->setModal(false);
+    // Nobody has called it: the keys that the user is typing are not for it.
+    box->setAttribute(Qt::WA_ShowWithoutActivating);
     box->show();
 }
 

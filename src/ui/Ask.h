@@ -23,8 +23,8 @@ struct Question
 int ask(QWidget *parent, const Question &question);
 extern std::function<int(const Question &)> askHook;
 
-/// Asks beside everything else and does not wait: `answered` gets the same index once there is an answer, and
-/// never when `parent` ends before.
+/// Asks beside everything else, without taking the focus, and does not wait: `answered` gets the same index
+/// once there is an answer, and never when `parent` ends before.
 void askBeside(QWidget *parent, const Question &question, const std::function<void(int)> &answered);
 
 } // namespace mevo

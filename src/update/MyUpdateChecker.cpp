@@ -120,6 +120,7 @@ void MyUpdateChecker::decide()
         return;
     case mevo::UpdateStep::ClearNotice:
         m_busy = false;
+        m_update.UpdateNotified = false;
         m_host.setUpdateNotice(false);
         return;
     case mevo::UpdateStep::ShowNotice:
@@ -330,6 +331,7 @@ void MyUpdateChecker::giveUp(const QString &text)
         m_file->close();
         m_file->remove();
         m_file.reset();
+        QFile::remove(archivePath() + mevo::signatureSuffix);
     }
     m_busy = false;
     if (!text.isEmpty()) {
