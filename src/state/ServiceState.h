@@ -20,6 +20,8 @@ struct ServiceState : mevo::BackendEndpoints
 
     bool CountersLocked = false; ///< no counter flush happens
     int AutoUpdateSwitch = 1;
+    int ManualUpdateSwitch = 0;
+    int ForceUpdate = 0; ///< 1: an update cannot be put off
 
     int VWebIntervalTime = 0; ///< milliseconds before the product's page may be shown
     int VWebSeed = 0;         ///< one start in this many shows it

@@ -132,7 +132,7 @@ void MyUpdateChecker::decide()
         break;
     }
     qInfo("Update: version %d is offered", m_found.version);
-    const bool forced = m_update.ForceUpdate == 1;
+    const bool forced = m_service.ForceUpdate == 1;
     m_host.askForUpdate(mevo::updateQuestion(m_found, forced, m_service.SWName, !m_updateKey.isEmpty()),
                         forced, [checker = QPointer<MyUpdateChecker>(this)](bool now) {
                             if (checker.isNull()) {

@@ -128,7 +128,7 @@ private Q_SLOTS:
         for (const bool isSigned : {true, false}) {
             Update update(isSigned ? QStringLiteral("key") : QString());
             update.service.SWName = QStringLiteral("灵犀");
-            update.state.ForceUpdate = forced ? 1 : 0;
+            update.service.ForceUpdate = forced ? 1 : 0;
             update.host.updateNow = false;
             update.http.fallback = ScriptedAnswer::body("108;;" + mode + ";;a.tar.xz");
             update.run();
