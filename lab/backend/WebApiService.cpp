@@ -40,7 +40,9 @@ void WebApiService::handle(const HttpRequest &request, const LabHttpServer::Repl
     }
     QJsonObject answer;
     if (tag == "newGetNewVer___") {
-        answer = {{QStringLiteral("items"), 1}, {QStringLiteral("result"), QStringLiteral("107")}};
+        // Its version text is the address of its download server.
+        const QString host = QString::fromLatin1(request.headers.value("host"));
+        answer = {{QStringLiteral("items"), 1}, {QStringLiteral("result"), QStringLiteral("http://") + host}};
     } else {
         answer = m_database.run(statement);
     }

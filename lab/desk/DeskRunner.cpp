@@ -160,13 +160,14 @@ Result DeskRunner::set(Step step)
 Result DeskRunner::startProgram(Step step)
 {
     const QString started = QStringLiteral("the program starts");
-    if (m_options.program.isEmpty())
+    const QString program = step.options.value(QStringLiteral("file"), m_options.program);
+    if (program.isEmpty())
         return Result::failed(started, QStringLiteral("no --program is given"));
     if (m_program.running())
         return Result::failed(started, QStringLiteral("it is running"));
     m_logMark = m_program.log().size();
-    if (!m_program.start(m_options.program, step.arguments,
-                         launchEnvironment(m_console.bed().root(), m_options.program, m_options.environment)))
+    if (!m_program.start(program, step.arguments,
+                         launchEnvironment(m_console.bed().root(), program, m_options.environment)))
         return Result::failed(started, m_program.errorText());
     return {};
 }

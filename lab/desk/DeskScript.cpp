@@ -22,7 +22,8 @@ struct StepKind
 };
 constexpr StepKind stepKinds[] = {
     {"set", 2, 2, "", "set NAME VALUE: a variable of the program's environment"},
-    {"start-program", 0, anyNumber, "", "start-program [ARGUMENTS...]: under the test bed of the receiver"},
+    {"start-program", 0, anyNumber, "file",
+     "start-program [ARGUMENTS...] [file PATH]: under the test bed of the receiver"},
     {"stop-program", 0, 0, "within",
      "stop-program [within MS]: asks it to end; fails when it must be killed"},
     {"wait-exit", 1, 1, "within", "wait-exit CODE [within MS]: the program ends by itself"},

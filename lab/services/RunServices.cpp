@@ -5,6 +5,7 @@
 #include "recognisers/BaiduService.h"
 #include "recognisers/TencentService.h"
 #include "recognisers/XunFeiService.h"
+#include "services/UpdateServer.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -121,6 +122,8 @@ int runServices(const QStringList &arguments)
         return 1;
     }
     WebApiService webApi(database, cipher, note);
+    const UpdateServer updates(QDir(parser.value(QStringLiteral("home"))).filePath(QStringLiteral("updates")),
+                               note);
     BaiduService baidu(QLatin1String(LabDatabase::BaiduClientId),
                        QLatin1String(LabDatabase::BaiduClientSecret), note);
 
@@ -153,6 +156,8 @@ int runServices(const QStringList &arguments)
     LabHttpServer backendServer([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
         if (request.path().startsWith("/web/")) {
             push.handle(request, reply);
+        } else if (UpdateServer::takes(request.path())) {
+            updates.handle(request, reply);
         } else {
             webApi.handle(request, reply);
         }

@@ -344,6 +344,46 @@
         <source>退出</source>
         <translation>退出</translation>
     </message>
+    <message>
+        <source>立即更新</source>
+        <translation>立即更新</translation>
+    </message>
+    <message>
+        <source>暂时不更新</source>
+        <translation>暫時不更新</translation>
+    </message>
+    <message>
+        <source>灵犀听写更新</source>
+        <translation>靈犀聽寫更新</translation>
+    </message>
+    <message>
+        <source>新版本软件已提供，点击此处可以在线更新</source>
+        <translation>新版本軟體已提供，點擊此處可以線上更新</translation>
+    </message>
+    <message>
+        <source>无法连接更新服务器，请稍后再试！</source>
+        <translation>無法連線更新伺服器，請稍後再試！</translation>
+    </message>
+    <message>
+        <source>灵犀听写提示!</source>
+        <translation>靈犀聽寫提示!</translation>
+    </message>
+    <message>
+        <source>确认要取消下载？</source>
+        <translation>確認要取消下載？</translation>
+    </message>
+    <message>
+        <source>提示!</source>
+        <translation>提示!</translation>
+    </message>
+    <message>
+        <source>请通过系统的软件管理器更新本软件。</source>
+        <translation>請透過系統的軟體管理員更新本軟體。</translation>
+    </message>
+    <message>
+        <source>更新程序没有安装，请从下载页面获取新版本。</source>
+        <translation>更新程式沒有安裝，請從下載頁面取得新版本。</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>
@@ -802,6 +842,78 @@
     <message>
         <source>您有一条新消息，点击查看：</source>
         <translation>您有一則新訊息，點擊檢視：</translation>
+    </message>
+</context>
+<context>
+    <name>MyUpdateChecker</name>
+    <message>
+        <source>不能保存文件 %1: %2.</source>
+        <translation>不能保存檔案 %1: %2.</translation>
+    </message>
+    <message>
+        <source>文件太大</source>
+        <translation>檔案太大</translation>
+    </message>
+    <message>
+        <source>文件  %1 不存在.</source>
+        <translation>檔案  %1 不存在.</translation>
+    </message>
+    <message>
+        <source>下载错误: %1.</source>
+        <translation>下載錯誤: %1.</translation>
+    </message>
+    <message>
+        <source>校验和不符</source>
+        <translation>校驗和不符</translation>
+    </message>
+    <message>
+        <source>更新文件没有有效的数字签名，已拒绝安装。</source>
+        <translation>更新檔案沒有有效的數位簽章，已拒絕安裝。</translation>
+    </message>
+    <message>
+        <source>V%d.%02d完整安装版已提供，须在线更新！<byte value="xd"/>
+请点击&apos;立即更新&apos;按钮</source>
+        <translation>V%d.%02d完整安裝版本已提供，須在線更新！<byte value="xd"/>
+請點擊&apos;立即更新&apos;按鈕</translation>
+    </message>
+    <message>
+        <source>V%d.%02d完整安装版已提供在线更新！<byte value="xd"/>
+是否要更新?</source>
+        <translation>V%d.%02d完整安裝版本已提供在線更新！<byte value="xd"/>
+是否要更新？</translation>
+    </message>
+    <message>
+        <source>V%d.%02d版本已提供，须在线更新,<byte value="xd"/>
+请点击&apos;立即更新&apos;按钮</source>
+        <translation>V%d.%02d版本已提供，須在線更新！<byte value="xd"/>
+請點擊&apos;立即更新&apos;按鈕</translation>
+    </message>
+    <message>
+        <source>V%d.%02d版本已提供在线更新,<byte value="xd"/>
+是否要更新?</source>
+        <translation>V%d.%02d版本已提供在線更新！<byte value="xd"/>
+是否要更新？</translation>
+    </message>
+    <message>
+        <source>（更新文件没有数字签名，无法验证其来源。）</source>
+        <translation>（更新檔案沒有數位簽章，無法驗證其來源。）</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateProgressDialog</name>
+    <message>
+        <source>灵犀听写在线更新</source>
+        <translation>靈犀聽寫線上更新</translation>
+    </message>
+    <message>
+        <source>取消下载</source>
+        <translation>取消下載</translation>
+    </message>
+    <message>
+        <source><byte value="xd"/>
+               正在下载更新文件:%1,请稍候......               <byte value="xd"/></source>
+        <translation><byte value="xd"/>
+               正在下載更新檔案:%1,請稍候......               <byte value="xd"/></translation>
     </message>
 </context>
 </TS>

@@ -343,6 +343,46 @@
         <source>退出</source>
         <translation>Close</translation>
     </message>
+    <message>
+        <source>立即更新</source>
+        <translation>Update now</translation>
+    </message>
+    <message>
+        <source>暂时不更新</source>
+        <translation>Not now</translation>
+    </message>
+    <message>
+        <source>灵犀听写更新</source>
+        <translation>MEVOInput Update</translation>
+    </message>
+    <message>
+        <source>新版本软件已提供，点击此处可以在线更新</source>
+        <translation>A new version is available. Click here to update.</translation>
+    </message>
+    <message>
+        <source>无法连接更新服务器，请稍后再试！</source>
+        <translation>The update server cannot be reached. Please try again later.</translation>
+    </message>
+    <message>
+        <source>灵犀听写提示!</source>
+        <translation>MEVOInput</translation>
+    </message>
+    <message>
+        <source>确认要取消下载？</source>
+        <translation>Cancel the download?</translation>
+    </message>
+    <message>
+        <source>提示!</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>请通过系统的软件管理器更新本软件。</source>
+        <translation>Please update this program with your system&apos;s package manager.</translation>
+    </message>
+    <message>
+        <source>更新程序没有安装，请从下载页面获取新版本。</source>
+        <translation>The updater is not installed. Please get the new version from the download page.</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>
@@ -801,6 +841,78 @@ keep the pointer on this window and it stays open</translation>
     <message>
         <source>您有一条新消息，点击查看：</source>
         <translation>You have a new message. Click to read it:</translation>
+    </message>
+</context>
+<context>
+    <name>MyUpdateChecker</name>
+    <message>
+        <source>不能保存文件 %1: %2.</source>
+        <translation>The file %1 cannot be saved: %2.</translation>
+    </message>
+    <message>
+        <source>文件太大</source>
+        <translation>the file is too large</translation>
+    </message>
+    <message>
+        <source>文件  %1 不存在.</source>
+        <translation>The file %1 does not exist.</translation>
+    </message>
+    <message>
+        <source>下载错误: %1.</source>
+        <translation>Download error: %1.</translation>
+    </message>
+    <message>
+        <source>校验和不符</source>
+        <translation>the checksum is wrong</translation>
+    </message>
+    <message>
+        <source>更新文件没有有效的数字签名，已拒绝安装。</source>
+        <translation>The update has no valid signature and was refused.</translation>
+    </message>
+    <message>
+        <source>V%d.%02d完整安装版已提供，须在线更新！<byte value="xd"/>
+请点击&apos;立即更新&apos;按钮</source>
+        <translation>The full version V%d.%02d is available and must be installed.<byte value="xd"/>
+Please click &apos;Update now&apos;.</translation>
+    </message>
+    <message>
+        <source>V%d.%02d完整安装版已提供在线更新！<byte value="xd"/>
+是否要更新?</source>
+        <translation>The full version V%d.%02d is available.<byte value="xd"/>
+Update now?</translation>
+    </message>
+    <message>
+        <source>V%d.%02d版本已提供，须在线更新,<byte value="xd"/>
+请点击&apos;立即更新&apos;按钮</source>
+        <translation>Version V%d.%02d is available and must be installed.<byte value="xd"/>
+Please click &apos;Update now&apos;.</translation>
+    </message>
+    <message>
+        <source>V%d.%02d版本已提供在线更新,<byte value="xd"/>
+是否要更新?</source>
+        <translation>Version V%d.%02d is available.<byte value="xd"/>
+Update now?</translation>
+    </message>
+    <message>
+        <source>（更新文件没有数字签名，无法验证其来源。）</source>
+        <translation>(The update is not signed: where it comes from cannot be verified.)</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateProgressDialog</name>
+    <message>
+        <source>灵犀听写在线更新</source>
+        <translation>MEVOInput Online Update</translation>
+    </message>
+    <message>
+        <source>取消下载</source>
+        <translation>Cancel download</translation>
+    </message>
+    <message>
+        <source><byte value="xd"/>
+               正在下载更新文件:%1,请稍候......               <byte value="xd"/></source>
+        <translation><byte value="xd"/>
+               Downloading the update %1, please wait...               <byte value="xd"/></translation>
     </message>
 </context>
 </TS>

@@ -86,6 +86,7 @@ EngineEndpoints loadEndpoints(BackendEndpoints &backend, const QString &path)
         endpoints.XunFeiWholeUtterance = whole.toBool();
     }
     endpoints.VerifyCertificates = file.value(QStringLiteral("VerifyCertificates"), false).toBool();
+    endpoints.UpdateKey = value("UpdateKey", {});
     return endpoints;
 }
 

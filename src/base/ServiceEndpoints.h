@@ -42,6 +42,8 @@ struct EngineEndpoints
     std::optional<bool> XunFeiWholeUtterance;
     /// Checks certificates also where a service is called without by default.
     bool VerifyCertificates = false;
+    /// Public key (Ed25519, base64) of who signs the updates; empty where they are not signed.
+    QString UpdateKey;
 };
 
 } // namespace mevo

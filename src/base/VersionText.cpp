@@ -1,5 +1,7 @@
 #include "base/VersionText.h"
 
+#include "base/ProgramVersion.h"
+
 #include <QDate>
 #include <QLocale>
 
@@ -7,7 +9,12 @@ namespace mevo {
 
 QString versionText()
 {
-    return QString::asprintf("V%d.%02d", 1, 7);
+    return versionText(programVersion());
+}
+
+QString versionText(int version)
+{
+    return QString::asprintf("V%d.%02d", version / 100, version % 100);
 }
 
 QString buildStamp(const QString &compilerDate, const QString &compilerTime)

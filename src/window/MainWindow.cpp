@@ -4,6 +4,7 @@
 #include "base/ApplicationFiles.h"
 #include "base/Endpoints.h"
 #include "base/InterfaceLanguage.h"
+#include "base/ProgramVersion.h"
 #include "base/SettingsFile.h"
 #include "base/VersionText.h"
 #include "commands/CommandMatcher.h"
@@ -27,6 +28,9 @@
 #include "ui/CompanionWindow.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
+#include "update/MyUpdateChecker.h"
+#include "update/StartReport.h"
+#include "window/UpdateHands.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -67,7 +71,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     readEarlySettings();
     installInterfaceLanguage();
     m_firstArgument = QCoreApplication::arguments().value(1);
-    CurrentVersion = 107;
+    CurrentVersion = mevo::programVersion();
     m_startClock.mark("settings");
     createTrayIcon();
     createMenu();
@@ -255,6 +259,7 @@ void MainWindow::finishStart()
     m_webApi->endSharedWait();
     InitDone = true;
     m_startClock.mark("windows and menus");
+    mevo::reportStart(QCoreApplication::applicationDirPath());
     qInfo().noquote() << "Start: ready;" << m_startClock.summary();
     if (!m_lateSteps.empty() && !m_exit.certain()) {
         qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
@@ -290,11 +295,6 @@ void MainWindow::endConstruction()
 }
 
 void MainWindow::slot_requestFinished_NotRead(QNetworkReply *) {}
-
-void MainWindow::CheckUpdateTimeout()
-{
-    qInfo() << "The update checker is not part of this build";
-}
 
 /// This build drives no input method: one that the settings name is not in force in this run, so that the
 /// microphone button works and the menu tells the engine that is.

@@ -33,6 +33,7 @@ class DeviceCommands;
 class GetHIDDataThread;
 class isOnl;
 class MicTipDialog;
+class MyUpdateChecker;
 class QAction;
 class QMenu;
 class QNetworkAccessManager;
@@ -49,6 +50,7 @@ class CommandMatcher;
 class PushChannel;
 class TencentSpeech;
 class UndeliveredTexts;
+class UpdateHands;
 class WebApi;
 class CredentialStore;
 class XunFeiStream;
@@ -165,6 +167,8 @@ public Q_SLOTS:
     void TimeOutGetPasteContent();
     void TimeOutDelaySendF2();
     void CheckUpdateTimeout();
+    /// The same from the settings page: at its opening, and at a click on the notice that it shows.
+    void CheckUpdateFromSettings(bool noticeClicked);
     void showOnline(int state);
     void slot_requestFinished_NotRead(QNetworkReply *reply);
     void slot_TrayAndRightMenuAboutToHide();
@@ -202,6 +206,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     void updateMicWin(QString picture);
     void showRecTextOnTransDlgSignal(QString text);
+    /// The text of the settings page's line on updates, empty for none.
+    void updateNoticeChanged(QString text);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -215,6 +221,7 @@ protected:
 private:
     friend class mevo::SessionHands;
     friend class mevo::PipelineHands;
+    friend class mevo::UpdateHands;
 
     // Construction, in the order of the calls.
     void readEarlySettings();
@@ -341,6 +348,9 @@ private:
     bool isUndelivered(int index) const;
     void sendImmediateKeys();
 
+    /// Made at the first check.
+    MyUpdateChecker &updateChecker();
+
     // Exit.
     using ExitKind = mevo::ExitWish::Kind;
     void walkExit(ExitKind kind);
@@ -426,6 +436,8 @@ private:
     QWebSocket *PushSocket = nullptr; ///< the service's notices come by it
     std::unique_ptr<mevo::PushChannel> m_push;
     QStringList m_waitingNotices; ///< frames of notices
+    std::unique_ptr<mevo::UpdateHands> m_updateHands;
+    std::unique_ptr<MyUpdateChecker> m_updateChecker;
     GetHIDDataThread *m_reader = nullptr;
     QObject *m_readerEar = nullptr; ///< hears the reader; what it has not heard goes with it
     AudioRecorder *m_recorder = nullptr;

@@ -1,8 +1,9 @@
 #include "platform/linux/FlockSingleInstance.h"
 
+#include "base/RuntimePath.h"
+
 #include <QDebug>
 #include <QFile>
-#include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
 
@@ -18,15 +19,6 @@ namespace mevo {
 namespace {
 
 constexpr int knockTimeoutMs = 500;
-
-QString runtimePath(const QString &name, const QString &suffix)
-{
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (!runtime.isEmpty() && QFileInfo(runtime).isWritable()) {
-        return QStringLiteral("%1/%2%3").arg(runtime, name, suffix);
-    }
-    return QStringLiteral("/tmp/%1-%2%3").arg(name).arg(geteuid()).arg(suffix);
-}
 
 /// Tells the holder of the lock that it is wanted. One that is still starting does not listen yet, and will
 /// show itself anyway.

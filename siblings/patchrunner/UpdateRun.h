@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+namespace mevo::patchrunner {
+
+enum class Outcome {
+    Done,
+    NothingToDo,  ///< no "DownloadSetting.ini", or one that cannot be used
+    StillRunning, ///< the program did not end in time
+    ReadOnly,     ///< the folders cannot be changed
+    NoExchange,   ///< the file system cannot exchange folders in one step
+    BadArchive,
+    BadSignature,
+    NoSpace,
+    NotStarted, ///< the new version did not come up, and the old one is back
+    Failed
+};
+
+struct Report
+{
+    Outcome outcome = Outcome::Done;
+    QString detail; ///< for the log, in English
+};
+
+struct RunTimes
+{
+    int endMs = 60000;   ///< how long the program has for its end
+    int startMs = 60000; ///< and the new version to come up
+};
+
+/// The update that "DownloadSetting.ini" in `base` describes: waits for the program's end, builds the new
+/// folder beside the old one, exchanges the two, starts the new version, and takes everything back when it
+/// does not come up. Whatever happens, this process killed at any moment included, the program's folder holds
+/// the old or the new version whole. Unless it still runs, the program has been started at the end.
+Report runUpdate(const QString &base, const RunTimes &times = {});
+
+} // namespace mevo::patchrunner

@@ -1,0 +1,341 @@
+#include "update/MyUpdateChecker.h"
+
+#include "base/LogText.h"
+#include "base/WholeFile.h"
+#include "service/ProxyChoice.h"
+#include "service/ReplyWait.h"
+#include "update/DownloadSetting.h"
+#include "update/UpdateQuestion.h"
+#include "update/UpdateSignature.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+constexpr int statusOk = 200;
+constexpr int statusNotFound = 404;
+
+const QString partSuffix = QStringLiteral(".part");
+
+int statusOf(const QNetworkReply *reply)
+{
+    return reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
+} // namespace
+
+MyUpdateChecker::MyUpdateChecker(ServiceState &service, UpdateState &update, mevo::UpdateHost &host,
+                                 int currentVersion, QString updateKey, QObject *parent)
+    : QObject(parent)
+    , m_service(service)
+    , m_update(update)
+    , m_host(host)
+    , m_currentVersion(currentVersion)
+    , m_updateKey(std::move(updateKey))
+{
+    connect(&m_manager, &QNetworkAccessManager::finished, this, [this](QNetworkReply *reply) {
+        if (reply == m_versionReply) {
+            on_NetworkReply(reply);
+        }
+    });
+}
+
+MyUpdateChecker::~MyUpdateChecker()
+{
+    m_manager.disconnect(this);
+    if (m_download) {
+        m_download->disconnect(this);
+        m_download->abort();
+    }
+    if (m_file) {
+        m_file->remove();
+    }
+}
+
+QNetworkReply *MyUpdateChecker::get(const QUrl &url, int silenceMs)
+{
+    const auto proxy = mevo::chosenProxy(m_service);
+    m_manager.setProxy(proxy ? *proxy : QNetworkProxy(QNetworkProxy::DefaultProxy));
+    QNetworkRequest request(url);
+    request.setTransferTimeout(silenceMs);
+    return m_manager.get(request);
+}
+
+void MyUpdateChecker::check()
+{
+    if (m_busy || !m_service.IsOnline) {
+        return;
+    }
+    m_busy = true;
+    m_secondBase = false;
+    m_bases = mevo::updateBases(m_service.ServerVersion, m_update.ManualCheck, m_service);
+    requestVersionFile(m_bases.first);
+}
+
+void MyUpdateChecker::requestVersionFile(const QString &base)
+{
+    m_base = base;
+    m_replyText.clear();
+    // An address that is none fails like one that does not answer.
+    m_versionReply = get(mevo::updateUrl(base, m_currentVersion, mevo::versionFileName), checkTimeoutMs);
+    mevo::limitReply(m_versionReply, mevo::largestVersionFile);
+}
+
+void MyUpdateChecker::on_NetworkReply(QNetworkReply *reply)
+{
+    m_versionReply = nullptr;
+    reply->deleteLater();
+    if (reply->error() == QNetworkReply::NoError && statusOf(reply) == statusOk) {
+        m_replyText = reply->read(mevo::largestVersionFile + 1);
+        decide();
+        return;
+    }
+    qWarning().noquote() << "Update: no version file:" << mevo::logText(reply->errorString());
+    if (!m_secondBase) {
+        m_secondBase = true;
+        requestVersionFile(m_bases.second);
+        return;
+    }
+    m_busy = false;
+    if (m_update.ManualCheck) {
+        m_host.updateCheckFailed();
+    }
+}
+
+void MyUpdateChecker::decide()
+{
+    const auto file = mevo::parseVersionFile(m_replyText);
+    if (!file) {
+        qWarning("Update: the version file cannot be used");
+        m_busy = false;
+        return;
+    }
+    m_found = *file;
+    Mode = file->mode;
+    switch (mevo::updateStep(*file, m_currentVersion, m_update.ManualCheck, m_update.UpdateNotified)) {
+    case mevo::UpdateStep::Nothing:
+        m_busy = false;
+        return;
+    case mevo::UpdateStep::ClearNotice:
+        m_busy = false;
+        m_update.UpdateNotified = false;
+        m_host.setUpdateNotice(false);
+        return;
+    case mevo::UpdateStep::ShowNotice:
+        m_busy = false;
+        m_update.UpdateNotified = true;
+        m_host.setUpdateNotice(true);
+        return;
+    case mevo::UpdateStep::Ask:
+        break;
+    }
+    qInfo("Update: version %d is offered", m_found.version);
+    const bool forced = m_service.ForceUpdate == 1;
+    m_host.askForUpdate(mevo::updateQuestion(m_found, forced, m_service.SWName, !m_updateKey.isEmpty()),
+                        forced, [checker = QPointer<MyUpdateChecker>(this)](bool now) {
+                            if (checker.isNull()) {
+                                return;
+                            }
+                            if (now && !checker->m_host.isForeignInstallation()) {
+                                checker->download();
+                                return;
+                            }
+                            checker->m_busy = false;
+                            if (now) {
+                                checker->m_host.openDownloadPage();
+                            }
+                        });
+}
+
+QString MyUpdateChecker::folderAbove() const
+{
+    return QDir::cleanPath(QFileInfo(m_host.programFile()).path() + QStringLiteral("/.."));
+}
+
+QString MyUpdateChecker::archivePath() const
+{
+    return folderAbove() + QLatin1Char('/') + m_found.fileName;
+}
+
+void MyUpdateChecker::download()
+{
+    m_writeError.clear();
+    m_finishedMeanwhile = false;
+    m_signatureTurn = false;
+    const QString path = archivePath() + partSuffix;
+    QFile::remove(path); // opening what stands there could write through a link
+    m_file = std::make_unique<QFile>(path);
+    if (!m_file->open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+        const QString error = m_file->errorString();
+        m_file.reset();
+        giveUp(tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(archivePath()), error));
+        return;
+    }
+    m_host.showDownload(m_found.fileName);
+    m_download = get(mevo::updateUrl(m_base, m_currentVersion, m_found.fileName), downloadSilenceMs);
+    connect(m_download, &QNetworkReply::readyRead, this, &MyUpdateChecker::on_HttpDataRead);
+    connect(m_download, &QNetworkReply::downloadProgress, this, &MyUpdateChecker::on_UpdateDataReadProgress);
+    connect(m_download, &QNetworkReply::finished, this, &MyUpdateChecker::on_HttpFinished);
+}
+
+void MyUpdateChecker::on_HttpDataRead()
+{
+    if (!m_download || !m_file || !m_writeError.isEmpty()) {
+        return;
+    }
+    const QByteArray chunk = m_download->readAll();
+    if (m_file->pos() + chunk.size() > largestArchive) {
+        m_writeError = tr("文件太大");
+    } else if (m_file->write(chunk) != chunk.size() || !m_file->flush()) {
+        m_writeError = m_file->errorString();
+    }
+    if (!m_writeError.isEmpty()) {
+        m_download->abort();
+    }
+}
+
+void MyUpdateChecker::on_UpdateDataReadProgress(qint64 received, qint64 total)
+{
+    if (m_download && !m_askingToCancel) {
+        m_host.moveDownload(received, total);
+    }
+}
+
+void MyUpdateChecker::on_CancelDownload()
+{
+    if (!m_busy || m_askingToCancel || (!m_download && !m_file)) {
+        return;
+    }
+    m_askingToCancel = true;
+    const QPointer<MyUpdateChecker> self(this);
+    const bool cancel = m_host.confirmCancel();
+    if (self.isNull()) {
+        return; // the program has ended meanwhile
+    }
+    m_askingToCancel = false;
+    if (cancel) {
+        if (m_download) {
+            m_download->disconnect(this);
+            m_download->abort();
+            m_download->deleteLater();
+            m_download = nullptr;
+        }
+        qInfo("Update: the download is cancelled");
+        giveUp({});
+    } else if (m_finishedMeanwhile) {
+        m_finishedMeanwhile = false;
+        finishDownload();
+    } else if (m_busy) {
+        m_host.showDownload(m_found.fileName);
+    }
+}
+
+void MyUpdateChecker::on_HttpFinished()
+{
+    if (!m_download) {
+        return;
+    }
+    if (!m_signatureTurn) {
+        on_HttpDataRead();
+    }
+    if (m_askingToCancel) {
+        m_finishedMeanwhile = true;
+    } else {
+        finishDownload();
+    }
+}
+
+void MyUpdateChecker::finishDownload()
+{
+    if (m_signatureTurn) {
+        takeSignature();
+        return;
+    }
+    QNetworkReply *const reply = m_download;
+    m_download = nullptr;
+    reply->deleteLater();
+    if (!m_writeError.isEmpty()) {
+        giveUp(tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(archivePath()), m_writeError));
+    } else if (statusOf(reply) == statusNotFound) {
+        giveUp(tr("文件  %1 不存在.").arg(m_found.fileName));
+    } else if (reply->error() != QNetworkReply::NoError) {
+        giveUp(tr("下载错误: %1.").arg(reply->errorString()));
+    } else if (statusOf(reply) != statusOk) {
+        giveUp(tr("下载错误: %1.").arg(QStringLiteral("HTTP %1").arg(statusOf(reply))));
+    } else if (!m_found.sha256.isEmpty() && mevo::fileSha256(m_file->fileName()) != m_found.sha256) {
+        giveUp(tr("下载错误: %1.").arg(tr("校验和不符")));
+    } else if (m_updateKey.isEmpty()) {
+        complete();
+    } else {
+        fetchSignature();
+    }
+}
+
+void MyUpdateChecker::fetchSignature()
+{
+    m_signatureTurn = true;
+    m_download = get(mevo::updateUrl(m_base, m_currentVersion, m_found.fileName + mevo::signatureSuffix),
+                     checkTimeoutMs);
+    mevo::limitReply(m_download, mevo::largestSignature);
+    connect(m_download, &QNetworkReply::finished, this, &MyUpdateChecker::on_HttpFinished);
+}
+
+void MyUpdateChecker::takeSignature()
+{
+    QNetworkReply *const reply = m_download;
+    m_download = nullptr;
+    reply->deleteLater();
+    const bool came = reply->error() == QNetworkReply::NoError && statusOf(reply) == statusOk;
+    const QByteArray signature = came ? reply->readAll() : QByteArray();
+    if (!mevo::isSignedBy(m_file->fileName(), signature, m_updateKey) ||
+        !mevo::replaceWholeFile(archivePath() + mevo::signatureSuffix, signature).isEmpty()) {
+        qWarning("Update: the archive has no good signature");
+        giveUp(tr("更新文件没有有效的数字签名，已拒绝安装。"));
+        return;
+    }
+    complete();
+}
+
+void MyUpdateChecker::complete()
+{
+    const QFileInfo program(m_host.programFile());
+    const mevo::DownloadSetting setting{m_found.fileName, Mode,
+                                        program.dir().dirName() + QLatin1Char('/') + program.fileName(),
+                                        QString::fromLatin1(m_found.sha256), m_updateKey};
+    m_file->close();
+    QFile::remove(archivePath());
+    QString error;
+    if (!m_file->rename(archivePath())) {
+        error = m_file->errorString();
+    } else {
+        error = mevo::replaceWholeFile(folderAbove() + QLatin1Char('/') + mevo::downloadSettingFile,
+                                       mevo::downloadSettingText(setting));
+    }
+    if (!error.isEmpty()) {
+        giveUp(tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(archivePath()), error));
+        return;
+    }
+    m_file.reset();
+    m_busy = false;
+    m_host.hideDownload();
+    qInfo("Update: the archive is here");
+    m_host.handOver();
+}
+
+void MyUpdateChecker::giveUp(const QString &text)
+{
+    m_host.hideDownload();
+    if (m_file) {
+        m_file->close();
+        m_file->remove();
+        m_file.reset();
+        QFile::remove(archivePath() + mevo::signatureSuffix);
+    }
+    m_busy = false;
+    if (!text.isEmpty()) {
+        qWarning("Update: the download has failed");
+        m_host.tellAboutUpdate(text);
+    }
+}

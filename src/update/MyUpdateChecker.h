@@ -1,0 +1,81 @@
+#pragma once
+
+#include "state/ServiceState.h"
+#include "state/UpdateState.h"
+#include "update/UpdateAddress.h"
+#include "update/UpdateHost.h"
+#include "update/VersionFile.h"
+
+#include <QFile>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+
+/// Looks up the version file, offers a new version, fetches it and hands over to the updater. One check at a
+/// time: one that is asked for while another has not ended does nothing. GUI thread only.
+class MyUpdateChecker : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The states and the host must outlive this object.
+    MyUpdateChecker(ServiceState &service, UpdateState &update, mevo::UpdateHost &host, int currentVersion,
+                    QString updateKey, QObject *parent = nullptr);
+    /// What was fetched and not handed over is removed.
+    ~MyUpdateChecker() override;
+
+    /// Starts a check by the flags of the state. Nothing without a network.
+    void check();
+    bool isBusy() const { return m_busy; }
+
+    static constexpr int checkTimeoutMs = 10000;
+    /// Longest silence of the server within a download.
+    static constexpr int downloadSilenceMs = 30000;
+    static constexpr qint64 largestArchive = 1LL << 30;
+
+public Q_SLOTS:
+    /// A version file has come, or not.
+    void on_NetworkReply(QNetworkReply *reply);
+    void on_HttpFinished();
+    void on_HttpDataRead();
+    void on_UpdateDataReadProgress(qint64 received, qint64 total);
+    void on_CancelDownload();
+
+private:
+    QNetworkReply *get(const QUrl &url, int silenceMs);
+    void requestVersionFile(const QString &base);
+    void decide();
+    void download();
+    void finishDownload();
+    void fetchSignature();
+    void takeSignature();
+    void complete();
+    /// Ends with nothing fetched, and says why unless the text is empty.
+    void giveUp(const QString &text);
+    QString archivePath() const;
+    QString folderAbove() const;
+
+    ServiceState &m_service;
+    UpdateState &m_update;
+    mevo::UpdateHost &m_host;
+    const int m_currentVersion;
+    const QString m_updateKey;
+    QNetworkAccessManager m_manager;
+    QPointer<QNetworkReply> m_versionReply;
+    QPointer<QNetworkReply> m_download;
+    QByteArray m_replyText;
+    mevo::VersionFile m_found;
+    mevo::UpdateMode Mode = mevo::UpdateMode::All;
+    mevo::UpdateBases m_bases;
+    QString m_base; ///< that answers
+    std::unique_ptr<QFile> m_file;
+    QString m_writeError; ///< empty while everything could be written
+    bool m_busy = false;
+    bool m_secondBase = false;
+    bool m_askingToCancel = false;
+    bool m_finishedMeanwhile = false; ///< while the user was asked whether to cancel
+    bool m_signatureTurn = false;     ///< the archive is here, its signature is being fetched
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace mevo {
+
+/// What the update checker shows and starts. A call may run an event loop.
+class UpdateHost
+{
+public:
+    virtual ~UpdateHost() = default;
+
+    /// Asks beside everything else, without waiting; `answer` gets whether to update now. A forced update
+    /// offers no other button.
+    virtual void askForUpdate(const QString &text, bool forced, const std::function<void(bool)> &answer) = 0;
+    /// The line on the settings page that says that there is a new version.
+    virtual void setUpdateNotice(bool shown) = 0;
+    /// A check that the user has asked for got no answer.
+    virtual void updateCheckFailed() = 0;
+
+    virtual void showDownload(const QString &fileName) = 0;
+    virtual void moveDownload(qint64 received, qint64 total) = 0;
+    virtual void hideDownload() = 0;
+    virtual bool confirmCancel() = 0;
+    virtual void tellAboutUpdate(const QString &text) = 0;
+
+    /// The program's folder belongs to a package manager: it is not ours to exchange.
+    virtual bool isForeignInstallation() const = 0;
+    virtual void openDownloadPage() = 0;
+    /// The program's file.
+    virtual QString programFile() const = 0;
+    /// Starts the updater, and leaves for it.
+    virtual void handOver() = 0;
+};
+
+} // namespace mevo

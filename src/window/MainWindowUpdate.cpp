@@ -1,0 +1,152 @@
+// Updates: the check, what the user sees of it, and the way out to the updater.
+
+#include "commands/UrlOpener.h"
+#include "ui/Ask.h"
+#include "update/MyUpdateChecker.h"
+#include "window/MainWindow.h"
+#include "window/UpdateHands.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFileInfo>
+#include <QTimer>
+
+namespace {
+
+constexpr int handOverAgainMs = 500;
+constexpr int messageMs = 3000;
+
+} // namespace
+
+MyUpdateChecker &MainWindow::updateChecker()
+{
+    if (!m_updateChecker) {
+        m_updateHands = std::make_unique<mevo::UpdateHands>(*this);
+        m_updateChecker = std::make_unique<MyUpdateChecker>(*this, *this, *m_updateHands, CurrentVersion,
+                                                            m_endpoints.UpdateKey);
+    }
+    return *m_updateChecker;
+}
+
+void MainWindow::CheckUpdateTimeout()
+{
+    // The record may have come after the start.
+    if (hasTornDown() || AutoUpdateSwitch != 1 || updateChecker().isBusy()) {
+        return;
+    }
+    ManualCheck = false;
+    updateChecker().check();
+}
+
+void MainWindow::CheckUpdateFromSettings(bool noticeClicked)
+{
+    if (hasTornDown() || ManualUpdateSwitch != 1 || updateChecker().isBusy()) {
+        return;
+    }
+    ManualCheck = true;
+    UpdateNotified = noticeClicked;
+    updateChecker().check();
+}
+
+namespace mevo {
+
+void UpdateHands::askForUpdate(const QString &text, bool forced, const std::function<void(bool)> &answer)
+{
+    QStringList buttons{MainWindow::tr("立即更新")};
+    if (!forced) {
+        buttons.append(MainWindow::tr("暂时不更新"));
+    }
+    askAside(&m_window, {MainWindow::tr("灵犀听写更新"), text, buttons, false},
+              [this, answer](int button) { answer(button == 0 && !m_window.hasTornDown()); });
+}
+
+void UpdateHands::setUpdateNotice(bool shown)
+{
+    Q_EMIT m_window.updateNoticeChanged(shown ? MainWindow::tr("新版本软件已提供，点击此处可以在线更新")
+                                              : QString());
+}
+
+void UpdateHands::updateCheckFailed()
+{
+    m_window.message(MainWindow::tr("无法连接更新服务器，请稍后再试！"), MessageIcon::Warning, messageMs);
+}
+
+void UpdateHands::showDownload(const QString &fileName)
+{
+    if (m_progress.isNull()) {
+        m_progress = new UpdateProgressDialog(&m_window);
+        QObject::connect(m_progress, &QProgressDialog::canceled, &m_window,
+                         [this] { m_window.updateChecker().on_CancelDownload(); });
+    }
+    m_progress->start(fileName);
+}
+
+void UpdateHands::moveDownload(qint64 received, qint64 total)
+{
+    if (!m_progress.isNull()) {
+        m_progress->move(received, total);
+    }
+}
+
+void UpdateHands::hideDownload()
+{
+    if (!m_progress.isNull()) {
+        m_progress->deleteLater();
+        m_progress->hide();
+        m_progress = nullptr;
+    }
+}
+
+bool UpdateHands::confirmCancel()
+{
+    return ask(&m_window, {MainWindow::tr("灵犀听写提示!"),
+                           MainWindow::tr("确认要取消下载？"),
+                           {MainWindow::tr("是"), MainWindow::tr("否")},
+                           false}) == 0;
+}
+
+void UpdateHands::tellAboutUpdate(const QString &text)
+{
+    askAside(&m_window, {MainWindow::tr("提示!"), text, {MainWindow::tr("确定")}, true}, [](int) {});
+}
+
+bool UpdateHands::isForeignInstallation() const
+{
+    return !QFileInfo(QFileInfo(programFile()).path()).isWritable();
+}
+
+void UpdateHands::openDownloadPage()
+{
+    const QUrl page(m_window.DownloadDrvWeb, QUrl::StrictMode);
+    if (page.scheme() != QLatin1String("http") && page.scheme() != QLatin1String("https")) {
+        qWarning("Update: the record names no download page");
+        tellAboutUpdate(MainWindow::tr("请通过系统的软件管理器更新本软件。"));
+        return;
+    }
+    openUrl(page, *m_window.m_platform.processes);
+}
+
+QString UpdateHands::programFile() const
+{
+    return QCoreApplication::applicationFilePath();
+}
+
+void UpdateHands::handOver()
+{
+    if (m_window.hasTornDown() || m_window.ExitInProgress) {
+        return;
+    }
+    if (m_window.Recording || m_window.PressPending || !m_window.ResultIdle || m_window.isTyping()) {
+        // What the user is saying comes first.
+        QTimer::singleShot(handOverAgainMs, &m_window, [this] { handOver(); });
+        return;
+    }
+    if (!m_window.m_platform.processes->startSibling(QStringLiteral("\\..\\PatchRunner.exe"), {}, false)) {
+        tellAboutUpdate(MainWindow::tr("更新程序没有安装，请从下载页面获取新版本。"));
+        openDownloadPage();
+        return;
+    }
+    m_window.exitByItself();
+}
+
+} // namespace mevo

@@ -1,0 +1,344 @@
+#include "support/ScriptedHttp.h"
+#include "update/MyUpdateChecker.h"
+
+#include <QTemporaryDir>
+#include <QTranslator>
+#include <QtTest>
+
+namespace {
+
+const QString path = QStringLiteral("/Update/Z19/107/PenPad/");
+
+/// Answers as a test says, and writes down what it was asked.
+struct FakeHost : mevo::UpdateHost
+{
+    void askForUpdate(const QString &text, bool forced, const std::function<void(bool)> &answer) override
+    {
+        questions.append(text);
+        lastForced = forced;
+        later = answer;
+        if (updateNow) {
+            answer(*updateNow);
+        }
+    }
+    void setUpdateNotice(bool shown) override { events.append(shown ? "notice" : "no notice"); }
+    void updateCheckFailed() override { events.append("failed"); }
+    void showDownload(const QString &fileName) override { events.append("show " + fileName); }
+    void moveDownload(qint64 received, qint64) override { lastReceived = received; }
+    void hideDownload() override { events.append("hide"); }
+    bool confirmCancel() override
+    {
+        if (duringQuestion) {
+            duringQuestion();
+        }
+        return cancel;
+    }
+    void tellAboutUpdate(const QString &text) override { events.append("tell " + text); }
+    bool isForeignInstallation() const override { return foreign; }
+    void openDownloadPage() override { events.append("page"); }
+    QString programFile() const override { return folder.filePath("App/mevoinput"); }
+    void handOver() override { events.append("hand over"); }
+
+    QTemporaryDir folder;
+    QStringList questions, events;
+    std::function<void(bool)> later;
+    std::function<void()> duringQuestion;
+    std::optional<bool> updateNow = true;
+    bool lastForced = false, cancel = false, foreign = false;
+    qint64 lastReceived = 0;
+};
+
+struct Update
+{
+    ScriptedHttp http;
+    ServiceState service;
+    UpdateState state;
+    FakeHost host;
+    std::unique_ptr<MyUpdateChecker> checker;
+
+    explicit Update(const QString &key = {})
+    {
+        service.IsOnline = true;
+        service.VersionCheckUrl = http.url("/v").toString();
+        service.VersionCheckUrl1 = http.url("/v1").toString();
+        service.ManualDownloadUrl = http.url("/m").toString();
+        service.ManualDownloadUrl1 = http.url("/m1").toString();
+        checker = std::make_unique<MyUpdateChecker>(service, state, host, 107, key);
+    }
+    QStringList targets() const
+    {
+        QStringList list;
+        for (const ScriptedRequest &request : http.requests) {
+            list.append(QString::fromUtf8(request.target));
+        }
+        return list;
+    }
+    /// The files above the program's folder.
+    QStringList files() const { return QDir(host.folder.path()).entryList(QDir::Files | QDir::Hidden); }
+    QByteArray content(const QString &name) const
+    {
+        QFile file(host.folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    void run()
+    {
+        checker->check();
+        QTRY_VERIFY(!checker->isBusy());
+    }
+};
+
+} // namespace
+
+class TestUpdateChecker : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void questions_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QByteArray>("mode");
+        QTest::addColumn<bool>("forced");
+        QTest::addColumn<QString>("text");
+        const QString simplified, traditional = QStringLiteral("cht");
+        const auto row = [](const QString &language, const char *mode, bool forced, const char *text) {
+            QTest::addRow("%s %s %d", qPrintable(language), mode, forced)
+                << language << QByteArray(mode) << forced << QString::fromUtf8(text);
+        };
+        row(simplified, "All", true, "V1.08完整安装版已提供，须在线更新！\r\n请点击'立即更新'按钮");
+        row(simplified, "All", false, "V1.08完整安装版已提供在线更新！\r\n是否要更新?");
+        row(simplified, "Part", true, "V1.08版本已提供，须在线更新,\r\n请点击'立即更新'按钮");
+        row(simplified, "Part", false, "V1.08版本已提供在线更新,\r\n是否要更新?");
+        row(traditional, "All", true, "V1.08完整安裝版本已提供，須在線更新！\r\n請點擊'立即更新'按鈕");
+        row(traditional, "All", false, "V1.08完整安裝版本已提供在線更新！\r\n是否要更新？");
+        row(traditional, "Part", true, "V1.08版本已提供，須在線更新！\r\n請點擊'立即更新'按鈕");
+        row(traditional, "Part", false, "V1.08版本已提供在線更新！\r\n是否要更新？");
+    }
+    void questions()
+    {
+        QFETCH(QString, language);
+        QFETCH(QByteArray, mode);
+        QFETCH(bool, forced);
+        QFETCH(QString, text);
+        QTranslator translator;
+        if (!language.isEmpty()) {
+            QVERIFY(translator.load(QStringLiteral(":/translations/%1.qm").arg(language)));
+            QCoreApplication::installTranslator(&translator);
+        }
+        for (const bool isSigned : {true, false}) {
+            Update update(isSigned ? QStringLiteral("key") : QString());
+            update.service.SWName = QStringLiteral("灵犀");
+            update.service.ForceUpdate = forced ? 1 : 0;
+            update.host.updateNow = false;
+            update.http.fallback = ScriptedAnswer::body("108;;" + mode + ";;a.tar.xz");
+            update.run();
+            QCOMPARE(update.host.questions.size(), 1);
+            const QString asked = update.host.questions.first();
+            QCOMPARE(asked.left(text.size() + 2), QStringLiteral("灵犀") + text);
+            QCOMPARE(asked.size() > text.size() + 2, !isSigned); // says that nothing is signed
+            QCOMPARE(update.host.lastForced, forced);
+            QCOMPARE(update.host.events, QStringList());
+            QCOMPARE(update.targets(), QStringList("/v" + path + "ORVAppVer.txt"));
+        }
+    }
+
+    /// What ends a check before its question: the version file's answers, and what follows.
+    void checks_data()
+    {
+        QTest::addColumn<QByteArrayList>("answers"); // "404" and the like are statuses
+        QTest::addColumn<bool>("manual");
+        QTest::addColumn<QStringList>("bases");
+        QTest::addColumn<int>("questions");
+        QTest::addColumn<QStringList>("events");
+        const QByteArray newer = "108;;All;;a.tar.xz";
+        QTest::newRow("equal") << QByteArrayList{"107;;All;;a.tar.xz"} << false << QStringList{"/v"} << 0
+                               << QStringList();
+        QTest::newRow("two fields") << QByteArrayList{"108;;All"} << false << QStringList{"/v"} << 0
+                                    << QStringList();
+        QTest::newRow("the second base")
+            << QByteArrayList{"404", newer} << false << QStringList{"/v", "/v1"} << 1 << QStringList();
+        QTest::newRow("a redirect is no file")
+            << QByteArrayList{"302", newer} << false << QStringList{"/v", "/v1"} << 1 << QStringList();
+        QTest::newRow("both fail") << QByteArrayList{"500", "404"} << false << QStringList{"/v", "/v1"} << 0
+                                   << QStringList();
+        QTest::newRow("both fail for the user")
+            << QByteArrayList{"500", "404"} << true << QStringList{"/m", "/m1"} << 0 << QStringList{"failed"};
+        QTest::newRow("equal for the user") << QByteArrayList{"107;;All;;a.tar.xz"} << true
+                                            << QStringList{"/m"} << 0 << QStringList{"no notice"};
+        QTest::newRow("newer for the user")
+            << QByteArrayList{newer} << true << QStringList{"/m"} << 0 << QStringList{"notice"};
+        QTest::newRow("a megabyte") << QByteArrayList{newer + ";;" + QByteArray(1 << 20, ' '), newer} << false
+                                    << QStringList{"/v", "/v1"} << 1 << QStringList();
+    }
+    void checks()
+    {
+        QFETCH(QByteArrayList, answers);
+        QFETCH(bool, manual);
+        QFETCH(QStringList, bases);
+        Update update;
+        update.state.ManualCheck = manual;
+        update.host.updateNow = false;
+        for (const QByteArray &answer : answers) {
+            update.http.enqueue(answer.size() == 3 ? ScriptedAnswer::body("x", answer.toInt())
+                                                   : ScriptedAnswer::body(answer));
+        }
+        update.run();
+        for (QString &base : bases) {
+            base += path + QStringLiteral("ORVAppVer.txt");
+        }
+        QCOMPARE(update.targets(), bases);
+        QTEST(update.host.questions.size(), "questions");
+        QTEST(update.host.events, "events");
+        QCOMPARE(update.state.UpdateNotified, update.host.events == QStringList{"notice"});
+    }
+
+    void offlineAndTwice()
+    {
+        Update update;
+        update.service.IsOnline = false;
+        update.checker->check();
+        QVERIFY(!update.checker->isBusy());
+        update.service.IsOnline = true;
+        update.host.updateNow.reset();
+        update.http.fallback = ScriptedAnswer::body("108;;All;;a.tar.xz");
+        update.checker->check();
+        update.checker->check();
+        QTRY_COMPARE(update.host.questions.size(), 1);
+        update.checker->check(); // while the question stands
+        QTest::qWait(0);
+        QCOMPARE(update.http.requests.size(), 1);
+        update.checker.reset();
+        update.host.later(true); // an answer that comes when nobody is there any more
+        QCOMPARE(update.files(), QStringList());
+    }
+
+    void done()
+    {
+        Update update;
+        const QByteArray archive(300000, 'a');
+        update.http.enqueue(ScriptedAnswer::body("108;;Part;;a.tar.xz\n"));
+        update.http.enqueue(ScriptedAnswer::body(archive));
+        QFile::link("/nonexistent/elsewhere", update.host.folder.filePath("a.tar.xz.part"));
+        update.run();
+        QCOMPARE(update.host.events, QStringList({"show a.tar.xz", "hide", "hand over"}));
+        QCOMPARE(update.targets().last(), "/v" + path + "a.tar.xz");
+        QCOMPARE(update.files(), QStringList({"a.tar.xz", "DownloadSetting.ini"}));
+        QCOMPARE(update.content("a.tar.xz"), archive);
+        QCOMPARE(update.content("DownloadSetting.ini"),
+                 QByteArray("[Set]\nUpdaterName=a.tar.xz\nMode=Part\nExeName=App/mevoinput\n"));
+        QCOMPARE(update.host.lastReceived, qint64(archive.size()));
+    }
+
+    void foreignInstallation()
+    {
+        Update update;
+        update.host.foreign = true;
+        update.http.fallback = ScriptedAnswer::body("108;;All;;a.tar.xz");
+        update.run();
+        QCOMPARE(update.host.events, QStringList{"page"});
+        QCOMPARE(update.http.requests.size(), 1);
+    }
+
+    /// Every download that fails says so in its own words, and leaves nothing.
+    void failures_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("missing") << "missing"
+                                 << "tell 文件  a.tar.xz 不存在.";
+        QTest::newRow("server's fault") << "status"
+                                        << "tell 下载错误: ";
+        QTest::newRow("redirect") << "redirect"
+                                  << "tell 下载错误: HTTP 302.";
+        QTest::newRow("broken off") << "cut"
+                                    << "tell 下载错误: ";
+        QTest::newRow("wrong checksum") << "checksum"
+                                        << "tell 下载错误: 校验和不符.";
+        QTest::newRow("no place") << "place"
+                                  << "tell 不能保存文件 ";
+        QTest::newRow("no signature") << "unsigned"
+                                      << "tell 更新文件没有有效的数字签名，已拒绝安装。";
+        QTest::newRow("wrong signature") << "signature"
+                                         << "tell 更新文件没有有效的数字签名，已拒绝安装。";
+        QTest::newRow("a key that is none") << "key"
+                                            << "tell 更新文件没有有效的数字签名，已拒绝安装。";
+    }
+    void failures()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, told);
+        const QString key = kind == "key" ? "none" : QString::fromLatin1(QByteArray(32, 'k').toBase64());
+        const bool isSigned = kind == "unsigned" || kind == "signature" || kind == "key";
+        Update update(isSigned ? key : QString());
+        const QByteArray digest = kind == "checksum" ? ";;" + QByteArray(64, '0') : QByteArray();
+        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz" + digest));
+        update.http.enqueue(kind == "missing"    ? ScriptedAnswer::body("x", 404)
+                            : kind == "status"   ? ScriptedAnswer::body("x", 500)
+                            : kind == "redirect" ? ScriptedAnswer::body("x", 302)
+                            : kind == "cut"      ? ScriptedAnswer::cut("half", 1000)
+                                                 : ScriptedAnswer::body("archive"));
+        update.http.enqueue(kind == "unsigned" ? ScriptedAnswer::body("x", 404)
+                                               : ScriptedAnswer::body(QByteArray(64, 's')));
+        if (kind == "place") {
+            QVERIFY(QDir(update.host.folder.path()).mkdir("a.tar.xz.part"));
+        }
+        update.run();
+        QVERIFY2(update.host.events.last().startsWith(told), qPrintable(update.host.events.join('\n')));
+        QVERIFY(!update.host.events.contains("hand over"));
+        QCOMPARE(update.files(), QStringList());
+    }
+
+    void cancelled_data()
+    {
+        QTest::addColumn<bool>("yes");
+        QTest::addColumn<bool>("comesDuringQuestion");
+        QTest::addColumn<QStringList>("events");
+        QTest::newRow("yes") << true << false << QStringList({"show a.tar.xz", "hide"});
+        QTest::newRow("yes, it came meanwhile") << true << true << QStringList({"show a.tar.xz", "hide"});
+        QTest::newRow("no") << false << false
+                            << QStringList({"show a.tar.xz", "show a.tar.xz", "hide", "hand over"});
+        QTest::newRow("no, it came meanwhile")
+            << false << true << QStringList({"show a.tar.xz", "hide", "hand over"});
+    }
+    void cancelled()
+    {
+        QFETCH(bool, yes);
+        QFETCH(bool, comesDuringQuestion);
+        Update update;
+        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz"));
+        update.http.enqueue(ScriptedAnswer::late(ScriptedAnswer::body(QByteArray(5000, 'a'))));
+        update.host.cancel = yes;
+        update.checker->check();
+        QTRY_COMPARE(update.http.requests.size(), 2);
+        if (comesDuringQuestion) {
+            update.host.duringQuestion = [&update] {
+                update.http.answerHeld();
+                const QString part = update.host.folder.filePath("a.tar.xz.part");
+                QTRY_COMPARE(QFileInfo(part).size(), qint64(5000));
+                QCoreApplication::processEvents();
+                QCOMPARE(update.host.events, QStringList{"show a.tar.xz"}); // it waits for the answer
+            };
+        }
+        update.checker->on_CancelDownload();
+        update.http.answerHeld();
+        QTRY_VERIFY(!update.checker->isBusy());
+        QTEST(update.host.events, "events");
+        QCOMPARE(update.files().isEmpty(), yes);
+    }
+
+    void endsInTheMiddle()
+    {
+        Update update;
+        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz"));
+        update.http.enqueue(ScriptedAnswer::silence());
+        update.checker->check();
+        QTRY_COMPARE(update.http.requests.size(), 2);
+        QCOMPARE(update.files(), QStringList{"a.tar.xz.part"});
+        update.host.duringQuestion = [&update] { update.checker.reset(); };
+        update.checker->on_CancelDownload();
+        QCOMPARE(update.files(), QStringList());
+    }
+};
+
+QTEST_MAIN(TestUpdateChecker)
+#include "tst_update_checker.moc"

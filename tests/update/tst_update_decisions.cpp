@@ -1,0 +1,216 @@
+#include "update/DownloadSetting.h"
+#include "update/UpdateAddress.h"
+#include "update/UpdateQuestion.h"
+#include "update/UpdateSignature.h"
+#include "update/VersionFile.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <openssl/evp.h>
+
+using mevo::UpdateMode;
+using mevo::UpdateStep;
+
+class TestUpdateDecisions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void versionFile_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("version"); // 0: refused
+        QTest::addColumn<bool>("all");
+        QTest::addColumn<QString>("name");
+        const auto good = [](const char *title, const QByteArray &content, int version, bool all,
+                             const char *name) {
+            QTest::newRow(title) << content << version << all << QString::fromUtf8(name);
+        };
+        good("whole", "108;;All;;MEVO-1.08.tar.xz", 108, true, "MEVO-1.08.tar.xz");
+        good("patch with line end", "207;;Part;;p.tar.xz\r\n", 207, false, "p.tar.xz");
+        good("more fields", "108;;All;;a.tar.xz;;;;future", 108, true, "a.tar.xz");
+        good("a name in Chinese", "108;;All;;灵犀听写.tar.xz", 108, true, "灵犀听写.tar.xz");
+        const auto bad = [](const char *title, const QByteArray &content) {
+            QTest::newRow(title) << content << 0 << false << QString();
+        };
+        bad("empty", "");
+        bad("two fields", "108;;All");
+        bad("one separator", "108;All;a.tar.xz");
+        bad("two digits", "99;;All;;a.tar.xz");
+        bad("four digits", "1080;;All;;a.tar.xz");
+        bad("no number", "1x8;;All;;a.tar.xz");
+        bad("a sign", "+18;;All;;a.tar.xz");
+        bad("digits of another script", "١٠٨;;All;;a.tar.xz");
+        bad("unknown mode", "108;;all;;a.tar.xz");
+        bad("no name", "108;;All;;");
+        bad("a path up", "108;;All;;../a.tar.xz");
+        bad("a path down", "108;;All;;x/a.tar.xz");
+        bad("a path of Windows", "108;;All;;x\\a.tar.xz");
+        bad("absolute", "108;;All;;/tmp/a.tar.xz");
+        bad("hidden", "108;;All;;.a.tar.xz");
+        bad("another kind of file", "108;;All;;PatchRunner");
+        bad("a line more in it", "108;;All;;a\nExeName=b.tar.xz");
+        bad("a zero byte", QByteArray("108;;All;;a\0.tar.xz", 19));
+        bad("an endless name", "108;;All;;" + QByteArray(200, 'a') + ".tar.xz");
+        bad("a page", "<html><body>;;;;;;</body></html>");
+        bad("a megabyte", "108;;All;;a.tar.xz;;" + QByteArray(1 << 20, ' '));
+        bad("a short checksum", "108;;All;;a.tar.xz;;abcd");
+        bad("a checksum that is none", "108;;All;;a.tar.xz;;" + QByteArray(64, 'g'));
+    }
+    void versionFile()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(int, version);
+        const auto file = mevo::parseVersionFile(content);
+        QCOMPARE(file.has_value(), version != 0);
+        if (file) {
+            QCOMPARE(file->version, version);
+            QTEST(file->mode == UpdateMode::All, "all");
+            QTEST(file->fileName, "name");
+            QVERIFY(file->sha256.isEmpty());
+        }
+    }
+    void versionFileWithChecksum()
+    {
+        const auto file = mevo::parseVersionFile("108;;All;;a.tar.xz;;" + QByteArray(64, 'A') + "\n");
+        QVERIFY(file);
+        QCOMPARE(file->sha256, QByteArray(64, 'a'));
+    }
+
+    void steps_data()
+    {
+        QTest::addColumn<int>("offered");
+        QTest::addColumn<bool>("manual");
+        QTest::addColumn<bool>("notified");
+        QTest::addColumn<int>("step");
+        QTest::newRow("newer") << 108 << false << false << int(UpdateStep::Ask);
+        QTest::newRow("newer, a notice stands") << 108 << false << true << int(UpdateStep::Ask);
+        QTest::newRow("equal") << 107 << false << false << int(UpdateStep::Nothing);
+        QTest::newRow("older") << 99 << false << true << int(UpdateStep::Nothing);
+        QTest::newRow("settings, equal") << 107 << true << true << int(UpdateStep::ClearNotice);
+        QTest::newRow("settings, newer") << 108 << true << false << int(UpdateStep::ShowNotice);
+        QTest::newRow("the notice clicked") << 200 << true << true << int(UpdateStep::Ask);
+    }
+    void steps()
+    {
+        QFETCH(int, offered);
+        QFETCH(bool, manual);
+        QFETCH(bool, notified);
+        mevo::VersionFile file;
+        file.version = offered;
+        QTEST(int(mevo::updateStep(file, 107, manual, notified)), "step");
+    }
+
+    void addresses_data()
+    {
+        QTest::addColumn<QString>("serverVersion");
+        QTest::addColumn<bool>("manual");
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        const QString path = QStringLiteral("/Update/Z19/107/PenPad/ORVAppVer.txt");
+        const QString own = QStringLiteral("https://down.example");
+        QTest::newRow("automatic") << QString() << false << "http://v/NewVersion" + path
+                                   << "http://v1/NewVersion" + path;
+        QTest::newRow("manual") << QString() << true << "http://m/NewVersion_Manual" + path
+                                << "http://m1/NewVersion_Manual" + path;
+        QTest::newRow("automatic, the server's")
+            << own << false << own + "/NewVersion" + path << "http://v1/NewVersion" + path;
+        QTest::newRow("manual, the server's")
+            << own << true << own + "/NewVersion_Manual" + path << "http://m1/NewVersion_Manual" + path;
+        QTest::newRow("no address") << "107" << false << QString() << "http://v1/NewVersion" + path;
+        QTest::newRow("a file") << "file:///etc" << false << QString() << "http://v1/NewVersion" + path;
+    }
+    void addresses()
+    {
+        QFETCH(QString, serverVersion);
+        QFETCH(bool, manual);
+        mevo::BackendEndpoints endpoints;
+        endpoints.VersionCheckUrl = QStringLiteral("http://v/NewVersion");
+        endpoints.VersionCheckUrl1 = QStringLiteral("http://v1/NewVersion");
+        endpoints.ManualDownloadUrl = QStringLiteral("http://m/NewVersion_Manual");
+        endpoints.ManualDownloadUrl1 = QStringLiteral("http://m1/NewVersion_Manual");
+        const auto bases = mevo::updateBases(serverVersion, manual, endpoints);
+        const QString file = QStringLiteral("ORVAppVer.txt");
+        QTEST(mevo::updateUrl(bases.first, 107, file).toString(), "first");
+        QTEST(mevo::updateUrl(bases.second, 107, file).toString(), "second");
+    }
+
+    void downloadSetting_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("good");
+        const QByteArray rest = "UpdaterName=a.tar.xz\nMode=Part\n";
+        QTest::newRow("all keys") << "[Set]\nExeName=App/mevoinput\nSha256=ab\nUpdateKey=k=\n" + rest << true;
+        QTest::newRow("order and line ends")
+            << QByteArray("[Other]\r\nMode=x\r\n[Set]\r\nMode = Part\r\nExeName="
+                          "App/mevoinput\r\nUpdaterName=a.tar.xz\r\nSha256=ab\r\n"
+                          "UpdateKey=k=\r\n")
+            << true;
+        QTest::newRow("no program") << "[Set]\n" + rest << false;
+        QTest::newRow("program elsewhere") << "[Set]\nExeName=../mevoinput\n" + rest << false;
+        QTest::newRow("program at the root") << "[Set]\nExeName=/mevoinput\n" + rest << false;
+        QTest::newRow("program too deep") << "[Set]\nExeName=a/b/mevoinput\n" + rest << false;
+        QTest::newRow("no mode") << QByteArray("[Set]\nExeName=A/m\nUpdaterName=a.tar.xz\n") << false;
+        QTest::newRow("archive elsewhere")
+            << QByteArray("[Set]\nExeName=A/m\nMode=All\nUpdaterName=../a.tar.xz\n") << false;
+        QTest::newRow("another group") << "[Sets]\nExeName=A/m\n" + rest << false;
+        QTest::newRow("garbage") << QByteArray::fromHex("00ff5b5365745d0aff") << false;
+    }
+    void downloadSetting()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, good);
+        const auto setting = mevo::parseDownloadSetting(content);
+        QCOMPARE(setting.has_value(), good);
+        if (setting) {
+            QCOMPARE(mevo::downloadSettingText(*setting),
+                     QByteArray("[Set]\nUpdaterName=a.tar.xz\nMode=Part\nExeName=App/mevoinput\nSha256=ab\n"
+                                "UpdateKey=k=\n"));
+        }
+    }
+
+    void signatures()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.tar.xz"));
+        const QByteArray content(100000, 'u');
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        EVP_PKEY *pair = EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519");
+        QByteArray key(32, '\0'), signature(64, '\0');
+        std::size_t length = 32;
+        QVERIFY(EVP_PKEY_get_raw_public_key(pair, reinterpret_cast<uchar *>(key.data()), &length) == 1);
+        EVP_MD_CTX *context = EVP_MD_CTX_new();
+        length = 64;
+        QVERIFY(EVP_DigestSignInit(context, nullptr, nullptr, nullptr, pair) == 1);
+        QVERIFY(EVP_DigestSign(context, reinterpret_cast<uchar *>(signature.data()), &length,
+                               reinterpret_cast<const uchar *>(content.constData()),
+                               std::size_t(content.size())) == 1);
+        EVP_MD_CTX_free(context);
+        EVP_PKEY_free(pair);
+
+        const QString base64 = QString::fromLatin1(key.toBase64());
+        QVERIFY(mevo::isSignedBy(path, signature, base64));
+        QVERIFY(mevo::isSignedBy(path, signature.toBase64() + "\n", base64));
+        QByteArray other = signature;
+        other[10] = char(other[10] ^ 1);
+        QVERIFY(!mevo::isSignedBy(path, other, base64));
+        QVERIFY(!mevo::isSignedBy(path, signature.left(63), base64));
+        QVERIFY(!mevo::isSignedBy(path, {}, base64));
+        QVERIFY(!mevo::isSignedBy(path, signature, QString::fromLatin1(QByteArray(32, 'k').toBase64())));
+        for (const char *noKey : {"", "no key", "AAAA"}) {
+            QVERIFY(!mevo::isSignedBy(path, signature, QLatin1String(noKey)));
+        }
+        QVERIFY(!mevo::isSignedBy(folder.filePath(QStringLiteral("none")), signature, base64));
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("x");
+        file.close();
+        QVERIFY(!mevo::isSignedBy(path, signature, base64));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestUpdateDecisions)
+#include "tst_update_decisions.moc"

@@ -1,0 +1,125 @@
+#include "audio/AudioRecorder.h"
+#include "support/FakePlatform.h"
+#include "support/ScratchHome.h"
+#include "support/ScriptedHttp.h"
+#include "ui/Ask.h"
+#include "window/MainWindow.h"
+#include "window/UpdateHands.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+const ScratchHome home;
+
+/// A program whose download server offers version 108.
+struct Program
+{
+    FakePlatform fake;
+    ScriptedHttp server;
+    QList<mevo::Question> questions;
+    std::unique_ptr<MainWindow> window;
+
+    Program()
+    {
+        const QByteArray base = server.url(QStringLiteral("/")).toString().toUtf8();
+        home.write(QStringLiteral("MEVOEndpoints.ini"),
+                   "[Endpoints]\nBackendUrl=\"" + base + "none?\"\nBackendUrlBk1=\"" + base +
+                       "none?\"\nBackendUrlBk2=\"" + base + "none?\"\nVersionCheckUrl=" + base +
+                       "v\nManualDownloadUrl=" + base + "m\nBaiduTokenHost=127.0.0.1:9\n");
+        home.write(QStringLiteral("MEVOSetting.ini"), "[MainSetting]\nAutoRunApp=1\n");
+        server.answering = [](const ScriptedRequest &request) {
+            return request.target.contains("ORVAppVer.txt") ? ScriptedAnswer::body("108;;Part;;a.tar.xz")
+                                                            : ScriptedAnswer::body("x", 404);
+        };
+        mevo::askHook = [this](const mevo::Question &question) {
+            questions.append(question);
+            return 1; // not now
+        };
+        window = std::make_unique<MainWindow>(fake.platform);
+        window->IsOnline = true;
+    }
+    ~Program()
+    {
+        window.reset();
+        mevo::askHook = nullptr;
+    }
+    int checks() const
+    {
+        return int(
+            std::count_if(server.requests.begin(), server.requests.end(), [](const ScriptedRequest &request) {
+                return request.target.contains("ORVAppVer.txt");
+            }));
+    }
+};
+
+const QString updater = QStringLiteral("sibling \\..\\PatchRunner.exe");
+
+} // namespace
+
+class TestUpdateHands : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void permissions()
+    {
+        Program program;
+        MainWindow &window = *program.window;
+        window.AutoUpdateSwitch = 0; // by a record that came after the start
+        window.CheckUpdateTimeout();
+        window.ManualUpdateSwitch = 0;
+        window.CheckUpdateFromSettings(true);
+        window.AutoUpdateSwitch = 1;
+        window.ManualCheck = true; // of an earlier check
+        window.CheckUpdateTimeout();
+        QTRY_COMPARE(program.questions.size(), 1);
+        QCOMPARE(program.checks(), 1);
+        QVERIFY(program.server.requests.last().target.startsWith("/v/"));
+        QCOMPARE(program.questions[0].title, QStringLiteral("灵犀听写更新"));
+        QCOMPARE(program.questions[0].buttons,
+                 QStringList({QStringLiteral("立即更新"), QStringLiteral("暂时不更新")}));
+        window.ForceUpdate = 1;
+        window.CheckUpdateTimeout();
+        QTRY_COMPARE(program.questions.size(), 2);
+        QCOMPARE(program.questions[1].buttons, QStringList(QStringLiteral("立即更新")));
+    }
+
+    void fromTheSettings()
+    {
+        Program program;
+        MainWindow &window = *program.window;
+        QSignalSpy notices(&window, &MainWindow::updateNoticeChanged);
+        window.ManualUpdateSwitch = 1;
+        window.CheckUpdateFromSettings(false);
+        QTRY_COMPARE(notices.size(), 1);
+        QCOMPARE(notices[0][0].toString(), QStringLiteral("新版本软件已提供，点击此处可以在线更新"));
+        QVERIFY(window.UpdateNotified && program.questions.isEmpty());
+        QVERIFY(program.server.requests.last().target.startsWith("/m/"));
+        window.CheckUpdateFromSettings(true);
+        QTRY_COMPARE(program.questions.size(), 1);
+    }
+
+    /// The exit for an update waits for the end of what the user is saying.
+    void handsOverBetweenSessions()
+    {
+        Program program;
+        MainWindow &window = *program.window;
+        mevo::UpdateHands hands(window);
+        window.Recording = true;
+        hands.handOver();
+        QVERIFY(program.fake.log.calls().filter(updater).isEmpty());
+        QVERIFY(window.recorder() != nullptr);
+        window.Recording = false;
+        QTRY_VERIFY(!program.fake.log.calls().filter(updater).isEmpty());
+        const QStringList calls = program.fake.log.calls();
+        QVERIFY(calls.indexOf(updater) <
+                calls.indexOf(QStringLiteral("sibling \\KeypadHost.exe ORVKBAppExit")));
+        hands.handOver(); // once more, when everything has gone
+        QCOMPARE(program.fake.log.calls().filter(updater).size(), 1);
+    }
+};
+
+QTEST_MAIN(TestUpdateHands)
+#include "tst_update_hands.moc"
