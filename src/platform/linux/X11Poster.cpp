@@ -69,6 +69,11 @@ X11Poster::X11Poster(const ScreenLock &lock)
     m_slots = std::make_unique<ScratchSlots>(m_keys->count());
     m_usable = m_keys->count() > 0;
     m_neverShown = XCreateSimpleWindow(display, m_connection.root(), -9, -9, 1, 1, 0, 0, 0);
+    XSetWindowAttributes unmanaged{};
+    unmanaged.override_redirect = True;
+    m_asideWindow = XCreateWindow(display, m_connection.root(), -9, -9, 1, 1, 0, 0, InputOnly, CopyFromParent,
+                                  CWOverrideRedirect, &unmanaged);
+    XMapWindow(display, m_asideWindow);
     m_returnKey = XKeysymToKeycode(display, XK_Return);
     m_tabKey = XKeysymToKeycode(display, XK_Tab);
 }
@@ -202,12 +207,46 @@ PostStop X11Poster::sendAtOnce(const Target &target, const PostBatch &batch)
         putBackModifiers(held);
     } else if (m_second && m_second->isUsable() && m_second->setFocus(target.window)) {
         strike(batch, m_second.get());
+        giveFocusBack();
     } else {
         stop = PostStop::FocusRefused;
     }
     XUngrabServer(display);
     XSync(display, False);
     return stop;
+}
+
+void X11Poster::giveFocusBack()
+{
+    // Window managers take the window that a keyboard's focus came to for the active one. Off and on again,
+    // within the grab, the focus of the user's keyboard tells them where it is; by way of a window that they
+    // do not know, as some of them look for a window to focus when it goes to none. fluxbox needs that one.
+    Display *display = m_connection.display();
+    const unsigned long root = m_connection.root();
+    const QString manager = m_connection.text(
+        m_connection.firstItem(root, m_connection.atom("_NET_SUPPORTING_WM_CHECK")), "_NET_WM_NAME");
+    const Window aside = manager == QLatin1String("Fluxbox") ? 0 : m_asideWindow;
+    m_second->setFocus(aside);
+    Window user = 0;
+    int revert = 0;
+    XGetInputFocus(display, &user, &revert);
+    XSetInputFocus(display, aside, revert, CurrentTime);
+    XSetInputFocus(display, user, revert, CurrentTime);
+    if (manager == QLatin1String("i3")) {
+        // It knows, but goes on telling other programs that the target is active until it looks again, as it
+        // does when the root window gets the focus.
+        XEvent event{};
+        event.xfocus.type = FocusIn;
+        event.xfocus.window = root;
+        event.xfocus.mode = NotifyNormal;
+        event.xfocus.detail = NotifyDetailNone;
+        XSendEvent(display, root, False, FocusChangeMask, &event);
+    }
+}
+
+void X11Poster::rest()
+{
+    m_second.reset();
 }
 
 bool X11Poster::isKeyboardGrabbed() const

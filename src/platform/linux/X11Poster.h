@@ -28,6 +28,9 @@ public:
     /// Types the text and says what the window was seen to take. A window that hangs, or a keyboard that
     /// somebody else has grabbed, is waited for up to 2 s.
     PostResult post(WindowId window, const QString &text);
+    /// Takes down what is kept up for the next text. To be called when none has come for restAfterMs.
+    void rest();
+    static constexpr int restAfterMs = 5000;
 
 private:
     struct Target
@@ -43,6 +46,9 @@ private:
     PostStop send(const Target &target, const PostBatch &batch);
     PostStop sendAtOnce(const Target &target, const PostBatch &batch);
     bool isKeyboardGrabbed() const;
+    /// Takes the second keyboard's focus off the target, and has the window manager know again where the
+    /// user's is.
+    void giveFocusBack();
     void strike(const PostBatch &batch, X11SecondKeyboard *keyboard);
     int keycodeOf(const PostStroke &stroke) const;
     std::vector<int> liftModifiers();
@@ -55,7 +61,8 @@ private:
     std::unique_ptr<ScratchSlots> m_slots;
     std::unique_ptr<X11SecondKeyboard> m_second;
     bool m_usable = false;
-    unsigned long m_neverShown = 0; ///< a window that asks for the keyboard and can never get it
+    unsigned long m_neverShown = 0;  ///< a window that asks for the keyboard and can never get it
+    unsigned long m_asideWindow = 0; ///< has the second keyboard's focus while nobody is typed to
     int m_returnKey = 0;
     int m_tabKey = 0;
 };
