@@ -120,7 +120,6 @@ PostBatch PostingPlan::next()
     }
 
     PostBatch batch;
-    batch.begin = m_next;
     batch.rebind = m_scratch.assign(needed);
     batch.strokes.reserve(end - m_next);
     for (; m_next < end; ++m_next) {

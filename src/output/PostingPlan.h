@@ -74,7 +74,6 @@ struct PostBatch
     std::vector<ScratchSlots::Binding>
         rebind; ///< to be bound first; the earlier keys must be translated by then
     std::vector<PostStroke> strokes;
-    std::size_t begin = 0; ///< its first unit
 };
 
 /// Cuts a text into batches.
@@ -87,8 +86,6 @@ public:
     /// The next batch: as many characters as the slots can yield at one time. Empty at the end, and when
     /// a character needs a slot and there are none at all.
     PostBatch next();
-    /// Has next() begin with this batch, which was not sent, again.
-    void takeBack(const PostBatch &batch) { m_next = batch.begin; }
 
 private:
     std::vector<PostUnit> m_units;

@@ -38,10 +38,13 @@ private:
         WindowId window = 0;
         unsigned long topLevel = 0;
         bool answersPing = false;
+        qint64 processId = 0; ///< 0 when it is not told, or the process runs elsewhere
     };
     PostStop typeInto(const Target &target, const QString &text, int &taken);
     /// Waits until the target has translated what it was sent.
     PostStop awaitTaken(const Target &target, int drainMs);
+    Target targetOf(WindowId window) const;
+    bool isFocused(const Target &target) const;
     /// Sends a batch, once nobody else has the keyboard.
     PostStop send(const Target &target, const PostBatch &batch);
     PostStop sendAtOnce(const Target &target, const PostBatch &batch);
@@ -49,8 +52,9 @@ private:
     /// Takes the second keyboard's focus off the target, and has the window manager know again where the
     /// user's is.
     void giveFocusBack();
-    void strike(const PostBatch &batch, X11SecondKeyboard *keyboard);
+    void strikeOnSecondKeyboard(const PostBatch &batch);
     int keycodeOf(const PostStroke &stroke) const;
+    void strikeOnUsersKeyboard(const PostBatch &batch);
     std::vector<int> liftModifiers();
     void putBackModifiers(const std::vector<int> &keycodes);
 
