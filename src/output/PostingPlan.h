@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <unordered_map>
 #include <vector>
@@ -25,6 +26,10 @@ struct PostUnit
 /// Every other character, ASCII too, is a Unicode symbol: an input method in front of the target then
 /// has no key of its own to take.
 std::vector<PostUnit> postUnits(const QString &text);
+
+/// UTF-16 units from the start of `text` that a program takes by key strokes: some drop characters outside
+/// the BMP. `programs` are the names of its window class.
+int typableLength(const QString &text, const QStringList &programs);
 
 /// Scratch keys that symbols are bound to. The one whose symbol was used longest ago is bound anew.
 class ScratchSlots

@@ -22,3 +22,5 @@ mevo_desktop_test(mutter mutter --x11)
 find_program(FLUXBOX fluxbox)
 mevo_desktop_test(fluxbox env PATH= ${FLUXBOX})
 mevo_desktop_test(i3 i3 -c ${CMAKE_CURRENT_SOURCE_DIR}/i3.conf)
+
+mevo_test(tst_x11_targets SOURCES tst_x11_targets.cpp LIBS mevolab_desk DESK --wm --dbus LABELS targets TIMEOUT 240)

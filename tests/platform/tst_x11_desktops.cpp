@@ -63,6 +63,13 @@ class TestX11Desktops : public QObject
         XFlush(display);
     }
 
+    bool isViewable(mevo::WindowId window)
+    {
+        XWindowAttributes attributes{};
+        XGetWindowAttributes(display, window, &attributes);
+        return attributes.map_state == IsViewable;
+    }
+
     std::vector<Window> stacking()
     {
         Atom type = 0;
@@ -116,6 +123,23 @@ private Q_SLOTS:
         QVERIFY(!windows.isWindow(used->windowId()));
         QVERIFY(windows.isWindow(target->windowId()));
         QCOMPARE(target->text(2 * sentence.size() + 1, readMs), sentence + QLatin1Char('t') + sentence);
+    }
+
+    /// Some window managers leave minimised windows where keys reach them: what is said to have arrived has.
+    void whatAMinimisedWindowIsSaidToTakeItTakes()
+    {
+        const Target target = mevo::lab::TargetWindow::start(QStringLiteral("xterm"));
+        QVERIFY(target);
+        const mevo::WindowId window = windows.focusedWindow();
+        const Target used = mevo::lab::TargetWindow::start(QStringLiteral("xterm"));
+        QVERIFY(used);
+        XIconifyWindow(display, target->windowId(), DefaultScreen(display));
+        XSync(display, False);
+        (void)QTest::qWaitFor([&] { return !isViewable(window); }, 500); // some never hide it
+        const bool arrived = post(window, sentence);
+        QCOMPARE(arrived, isViewable(window));
+        QCOMPARE(target->text(arrived ? sentence.size() : 0, readMs), arrived ? sentence : QString());
+        QCOMPARE(used->peek(), QString());
     }
 };
 

@@ -52,6 +52,8 @@ const char *nameOf(PostStop stop)
         return "the window does not take the focus";
     case PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
+    case PostStop::Untypable:
+        return "the program drops the next character";
     case PostStop::ScreenLocked:
         return "the screen is locked";
     }
@@ -106,7 +108,15 @@ PostResult X11Poster::post(WindowId window, const QString &text)
         return result;
     }
     m_ping.listen(true);
-    result.stop = typeInto(targetOf(window), text, result.posted);
+    const Target target = targetOf(window);
+    const QStringList programs =
+        m_connection.text(target.topLevel, "WM_CLASS").split(QChar(0), Qt::SkipEmptyParts);
+    const int typable = typableLength(text, programs);
+    result.stop = typeInto(target, text.left(typable), result.posted);
+    if (result.stop == PostStop::AtEnd && typable < text.size()) {
+        result.posted = typable;
+        result.stop = PostStop::Untypable;
+    }
     m_ping.listen(false);
     m_connection.discardEvents();
     result.complete = result.stop == PostStop::AtEnd;
