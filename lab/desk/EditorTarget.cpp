@@ -63,6 +63,31 @@ std::unique_ptr<TargetWindow> EditorTarget::startFeatherpad()
     return target;
 }
 
+std::unique_ptr<TargetWindow> EditorTarget::startKate()
+{
+    std::unique_ptr<EditorTarget> target = create(QStringLiteral("kate"));
+    if (!target)
+        return nullptr;
+    QFile settings(QDir(target->folder()).filePath(QStringLiteral("katerc")));
+    if (settings.open(QIODevice::WriteOnly))
+        settings.write("[KTextEditor Document]\nNewline at End of File=false\nRemove Spaces=0\n"
+                       "[KTextEditor View]\nAuto Brackets=false\nAuto Completion=false\n");
+    settings.close();
+    if (!target->launch(QStringLiteral("kate"),
+                        {QStringLiteral("--startanon"), QStringLiteral("--new"), target->textFile()}))
+        return nullptr;
+    return target;
+}
+
+std::unique_ptr<TargetWindow> EditorTarget::startGnomeTextEditor()
+{
+    std::unique_ptr<EditorTarget> target = create(QStringLiteral("gnome-text-editor"));
+    if (!target || !target->launch(QStringLiteral("gnome-text-editor"),
+                                   {QStringLiteral("--standalone"), target->textFile()}))
+        return nullptr;
+    return target;
+}
+
 bool EditorTarget::waitReady()
 {
     // The window is there before its keys work: it is ready when a letter has come through.

@@ -11,6 +11,8 @@ class EditorTarget : public TargetWindow
 public:
     static std::unique_ptr<TargetWindow> startMousepad();
     static std::unique_ptr<TargetWindow> startFeatherpad();
+    static std::unique_ptr<TargetWindow> startKate();
+    static std::unique_ptr<TargetWindow> startGnomeTextEditor();
     QString peek() override;
     bool clear() override;
 

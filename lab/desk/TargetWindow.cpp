@@ -29,15 +29,18 @@ constexpr TargetKind targetKinds[] = {
     {"xterm", XtermTarget::start},
     {"mousepad", EditorTarget::startMousepad},
     {"featherpad", EditorTarget::startFeatherpad},
+    {"kate", EditorTarget::startKate},
+    {"gnome-text-editor", EditorTarget::startGnomeTextEditor},
 };
+constexpr int kindsOfEveryDesk = 3; ///< the further ones have to be installed by hand
 
 } // namespace
 
 QStringList TargetWindow::kinds()
 {
     QStringList names;
-    for (const TargetKind &row : targetKinds)
-        names.append(QLatin1String(row.name));
+    for (int i = 0; i < kindsOfEveryDesk; ++i)
+        names.append(QLatin1String(targetKinds[i].name));
     return names;
 }
 

@@ -18,7 +18,9 @@ class XTestKeyboard;
 class TargetWindow
 {
 public:
-    static QStringList kinds(); ///< "xterm", "mousepad" (GTK 3), "featherpad" (Qt 5)
+    /// "xterm", "mousepad" (GTK 3), "featherpad" (Qt 5). There are "kate" and "gnome-text-editor" (GTK 4) too,
+    /// where they are installed.
+    static QStringList kinds();
 
     /// Starts a target and waits until it takes keys. Null on failure (a log line says why).
     static std::unique_ptr<TargetWindow> start(const QString &kind);

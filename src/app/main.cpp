@@ -3,14 +3,26 @@
 #include "platform/Platform.h"
 
 #include <QApplication>
+#include <QOpenGLContext>
 
 int main(int argc, char *argv[])
 {
     const mevo::CurlLibrary curl;
+    // Nothing here draws with OpenGL, whose software implementation takes 50 MB.
+    const char glIntegration[] = "QT_XCB_GL_INTEGRATION";
+    const bool chosenByUser = qEnvironmentVariableIsSet(glIntegration);
+    if (!chosenByUser) {
+        qputenv(glIntegration, "none");
+    }
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     const QApplication application(argc, argv);
+    if (!chosenByUser) {
+        // It is read at the first question for OpenGL. The programs that we start may well draw with it.
+        QOpenGLContext::supportsThreadedOpenGL();
+        qunsetenv(glIntegration);
+    }
     QApplication::setApplicationName(QStringLiteral("mevoinput"));
     // The bar hides when the receiver goes; that is no reason to end.
     QApplication::setQuitOnLastWindowClosed(false);

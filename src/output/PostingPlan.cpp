@@ -50,6 +50,18 @@ std::vector<PostUnit> postUnits(const QString &text)
     return units;
 }
 
+int typableLength(const QString &text, const QStringList &programs)
+{
+    // Editors of KTextEditor heed the first half of the pair alone, which is no printable character.
+    static const QStringList dropping{QStringLiteral("kate"), QStringLiteral("kwrite"),
+                                      QStringLiteral("kdevelop")};
+    const bool drops = std::any_of(programs.begin(), programs.end(), [](const QString &program) {
+        return dropping.contains(program, Qt::CaseInsensitive);
+    });
+    const auto surrogate = std::find_if(text.begin(), text.end(), [](QChar c) { return c.isSurrogate(); });
+    return drops ? static_cast<int>(surrogate - text.begin()) : text.size();
+}
+
 ScratchSlots::ScratchSlots(int count)
     : m_slots(static_cast<std::size_t>(std::max(count, 0)))
 {
@@ -120,7 +132,6 @@ PostBatch PostingPlan::next()
     }
 
     PostBatch batch;
-    batch.begin = m_next;
     batch.rebind = m_scratch.assign(needed);
     batch.strokes.reserve(end - m_next);
     for (; m_next < end; ++m_next) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <unordered_map>
 #include <vector>
@@ -25,6 +26,10 @@ struct PostUnit
 /// Every other character, ASCII too, is a Unicode symbol: an input method in front of the target then
 /// has no key of its own to take.
 std::vector<PostUnit> postUnits(const QString &text);
+
+/// UTF-16 units from the start of `text` that a program takes by key strokes: some drop characters outside
+/// the BMP. `programs` are the names of its window class.
+int typableLength(const QString &text, const QStringList &programs);
 
 /// Scratch keys that symbols are bound to. The one whose symbol was used longest ago is bound anew.
 class ScratchSlots
@@ -74,7 +79,6 @@ struct PostBatch
     std::vector<ScratchSlots::Binding>
         rebind; ///< to be bound first; the earlier keys must be translated by then
     std::vector<PostStroke> strokes;
-    std::size_t begin = 0; ///< its first unit
 };
 
 /// Cuts a text into batches.
@@ -87,8 +91,6 @@ public:
     /// The next batch: as many characters as the slots can yield at one time. Empty at the end, and when
     /// a character needs a slot and there are none at all.
     PostBatch next();
-    /// Has next() begin with this batch, which was not sent, again.
-    void takeBack(const PostBatch &batch) { m_next = batch.begin; }
 
 private:
     std::vector<PostUnit> m_units;

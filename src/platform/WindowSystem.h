@@ -21,6 +21,7 @@ enum class PostStop {
     FocusRefused,    ///< it cannot be given the focus
     KeyboardGrabbed, ///< another program has taken the keyboard for itself: an open menu, a screen locker
     ScreenLocked,
+    Untypable, ///< the program is known to drop the next character when it comes from a keyboard
 };
 
 /// How a text went into a window.

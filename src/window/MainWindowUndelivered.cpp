@@ -37,6 +37,8 @@ const char *reasonText(mevo::PostStop stop)
         return "another program holds the keyboard";
     case mevo::PostStop::ScreenLocked:
         return "the screen is locked";
+    case mevo::PostStop::Untypable:
+        return "its program takes no such characters from keys";
     }
     return "";
 }

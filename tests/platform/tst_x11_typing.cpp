@@ -3,11 +3,16 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QProcess>
 #include <QtTest>
 
+#include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
 
+#include <algorithm>
 #include <csignal>
 
 namespace {
@@ -67,6 +72,12 @@ class TestX11Typing : public QObject
         XSendEvent(display, DefaultRootWindow(display), False,
                    SubstructureNotifyMask | SubstructureRedirectMask, &event);
         XFlush(display);
+    }
+
+    /// Whether keys are bound at present.
+    bool isBound()
+    {
+        return XGetSelectionOwner(display, XInternAtom(display, "_MEVO_SCRATCH_OWNER", False)) != 0;
     }
 
     int mapState(mevo::WindowId window)
@@ -272,6 +283,7 @@ private Q_SLOTS:
 
     void theKeyboardMapIsLeftAsItWas()
     {
+        QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);
         int first = 0, last = 0, width = 0;
         XDisplayKeycodes(display, &first, &last);
         const auto symbols = [&] {
@@ -286,7 +298,127 @@ private Q_SLOTS:
         for (int i = 0; i < 30; ++i) {
             QVERIFY(post(windows.focusedWindow(), QStringLiteral("甲乙丙%1").arg(i)).complete);
         }
+        QVERIFY(symbols() != before);
+        QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);
         QVERIFY(symbols() == before);
+    }
+
+    /// What the user's keyboard is set to at the moment changes nothing, and is left as it was.
+    void locksAndHeldKeysChangeNothing_data()
+    {
+        QTest::addColumn<unsigned>("locked");
+        QTest::addColumn<int>("held");
+        QTest::newRow("Caps Lock") << unsigned(LockMask) << 0;
+        QTest::newRow("Caps Lock and Num Lock") << unsigned(LockMask | Mod2Mask) << 0;
+        QTest::newRow("Shift held") << 0U << int(XK_Shift_L);
+        QTest::newRow("AltGr held") << 0U << int(XK_ISO_Level3_Shift);
+    }
+
+    void locksAndHeldKeysChangeNothing()
+    {
+        QFETCH(unsigned, locked);
+        QFETCH(int, held);
+        const auto hold = [&](Bool down) {
+            if (held != 0) {
+                XTestFakeKeyEvent(display, XKeysymToKeycode(display, KeySym(held)), down, CurrentTime);
+                XFlush(display);
+            }
+        };
+        const auto state = [this] {
+            XkbStateRec now{};
+            XkbGetState(display, XkbUseCoreKbd, &now);
+            return std::make_pair(unsigned(now.locked_mods), unsigned(now.base_mods));
+        };
+        const QString manyLetters = QStringLiteral("hello World你 ") + longText().left(100);
+        for (const QString &text : {QStringLiteral("hello World你"), manyLetters}) {
+            for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
+                const Target target = mevo::lab::TargetWindow::start(kind);
+                QVERIFY2(target, qPrintable(kind));
+                XkbLockModifiers(display, XkbUseCoreKbd, 0xff, locked);
+                hold(True);
+                const auto before = state();
+                const mevo::PostResult result = post(windows.focusedWindow(), text);
+                const auto after = state();
+                hold(False);
+                XkbLockModifiers(display, XkbUseCoreKbd, 0xff, 0);
+                XSync(display, False);
+                QVERIFY2(result.complete, qPrintable(kind));
+                QVERIFY2(before == after, qPrintable(kind));
+                const QString seen = target->text(text.size(), readMs);
+                QVERIFY2(seen == text, qPrintable(kind + QLatin1Char(' ') + seen));
+            }
+        }
+    }
+
+    /// Another program sets the keyboard map anew while keys are bound, as a desktop does when a keyboard is
+    /// plugged in.
+    void aMapThatSomebodyHasSetIsTypedOn()
+    {
+        const Target target = open("xterm");
+        QVERIFY(target);
+        QVERIFY(post(windows.focusedWindow(), QStringLiteral("先甲乙")).complete);
+        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us,de")}), 0);
+        QVERIFY(post(windows.focusedWindow(), QStringLiteral("后甲乙")).complete);
+        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us")}), 0);
+        QVERIFY(post(windows.focusedWindow(), QStringLiteral("完")).complete);
+        QCOMPARE(target->text(7, readMs), QStringLiteral("先甲乙后甲乙完"));
+    }
+
+    /// A second layout that is in force is none of a text's business.
+    void aSecondLayoutChangesNothing()
+    {
+        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us,ru")}), 0);
+        XkbLockGroup(display, XkbUseCoreKbd, 1);
+        XSync(display, False);
+        QString seen;
+        const QString text = QStringLiteral("layout two, 第二 ") + longText().left(60);
+        {
+            const Target target = open("xterm");
+            QVERIFY(target);
+            QVERIFY(post(windows.focusedWindow(), text).complete);
+            seen = target->text(text.size(), readMs);
+        }
+        XkbStateRec state{};
+        XkbGetState(display, XkbUseCoreKbd, &state);
+        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us")}), 0);
+        QCOMPARE(seen, text);
+        QCOMPARE(int(state.locked_group), 1);
+    }
+
+    /// A short text changes the keyboard map once at most, and one with the same characters does not at all.
+    void theKeyboardMapIsChangedOnceAText()
+    {
+        int event = 0, error = 0, opcode = 0, major = XkbMajorVersion, minor = XkbMinorVersion;
+        QVERIFY(XkbQueryExtension(display, &opcode, &event, &error, &major, &minor));
+        XkbSelectEvents(display, XkbUseCoreKbd, XkbMapNotifyMask, XkbMapNotifyMask);
+        const auto changes = [&] {
+            XSync(display, False);
+            QMap<int, int> count; // by device, as the map of each is told
+            while (XPending(display) > 0) {
+                XEvent next;
+                XNextEvent(display, &next);
+                const auto &xkb = reinterpret_cast<const XkbEvent &>(next);
+                if (next.type == event && xkb.any.xkb_type == XkbMapNotify &&
+                    (xkb.map.changed & XkbKeySymsMask) != 0) {
+                    ++count[xkb.map.device];
+                }
+            }
+            return count.isEmpty() ? 0 : *std::max_element(count.begin(), count.end());
+        };
+        const Target target = open("mousepad");
+        QVERIFY(target);
+        QString text;
+        for (int i = 0; i < 16; ++i) {
+            text += QChar(0x4e00 + i * 7);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);
+        changes();
+        QVERIFY(post(windows.focusedWindow(), text).complete);
+        QCOMPARE(changes(), 1);
+        QVERIFY(post(windows.focusedWindow(), text).complete);
+        QCOMPARE(changes(), 0);
+        XkbSelectEvents(display, XkbUseCoreKbd, XkbMapNotifyMask, 0);
+        QCOMPARE(target->text(2 * text.size(), readMs), text + text);
     }
 
     /// Nothing is known before the first question; then the caret is followed through a text of two lines.

@@ -1,9 +1,11 @@
 #include "platform/linux/X11Poster.h"
 
+#include "platform/linux/ProcessQuiet.h"
 #include "platform/linux/ScreenLock.h"
 
 #include <QDebug>
 #include <QElapsedTimer>
+#include <QSysInfo>
 
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
@@ -11,6 +13,7 @@
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -18,8 +21,12 @@ namespace mevo {
 
 namespace {
 
-constexpr int drainMs = 40;      ///< before keys are bound anew, where the target answers no ping
-constexpr int lastDrainMs = 150; ///< before they are unbound
+// Where the target answers no ping it has taken its keys when its program sleeps again,
+constexpr int quietMs = 20;
+constexpr int quietLimitMs = 2000;
+// and where that cannot be seen either it is given a time: before keys are bound anew, and at the end.
+constexpr int drainMs = 40;
+constexpr int lastDrainMs = 150;
 constexpr int grabTimeoutMs = 2000;
 constexpr int grabRetryMs = 10;
 
@@ -45,6 +52,8 @@ const char *nameOf(PostStop stop)
         return "the window does not take the focus";
     case PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
+    case PostStop::Untypable:
+        return "the program drops the next character";
     case PostStop::ScreenLocked:
         return "the screen is locked";
     }
@@ -66,9 +75,14 @@ X11Poster::X11Poster(const ScreenLock &lock)
     }
     XTestGrabControl(display, True);
     m_keys = std::make_unique<X11ScratchKeys>(m_connection);
-    m_slots = std::make_unique<ScratchSlots>(m_keys->count());
     m_usable = m_keys->count() > 0;
+    m_slots = std::make_unique<ScratchSlots>(m_keys->count());
     m_neverShown = XCreateSimpleWindow(display, m_connection.root(), -9, -9, 1, 1, 0, 0, 0);
+    XSetWindowAttributes unmanaged{};
+    unmanaged.override_redirect = True;
+    m_asideWindow = XCreateWindow(display, m_connection.root(), -9, -9, 1, 1, 0, 0, InputOnly, CopyFromParent,
+                                  CWOverrideRedirect, &unmanaged);
+    XMapWindow(display, m_asideWindow);
     m_returnKey = XKeysymToKeycode(display, XK_Return);
     m_tabKey = XKeysymToKeycode(display, XK_Tab);
 }
@@ -86,13 +100,24 @@ PostResult X11Poster::post(WindowId window, const QString &text)
         result.stop = PostStop::NoKeys;
         return result;
     }
-    const unsigned long topLevel = m_connection.topLevel(window);
-    const Target target{window, topLevel, m_ping.isOffered(topLevel)};
+    if (!m_keys->checkMap()) {
+        m_slots = std::make_unique<ScratchSlots>(m_keys->count());
+    }
+    if (m_keys->count() == 0) {
+        result.stop = PostStop::NoKeys;
+        return result;
+    }
     m_ping.listen(true);
-    result.stop = typeInto(target, text, result.posted);
+    const Target target = targetOf(window);
+    const QStringList programs =
+        m_connection.text(target.topLevel, "WM_CLASS").split(QChar(0), Qt::SkipEmptyParts);
+    const int typable = typableLength(text, programs);
+    result.stop = typeInto(target, text.left(typable), result.posted);
+    if (result.stop == PostStop::AtEnd && typable < text.size()) {
+        result.posted = typable;
+        result.stop = PostStop::Untypable;
+    }
     m_ping.listen(false);
-    m_slots->clear();
-    m_keys->release();
     m_connection.discardEvents();
     result.complete = result.stop == PostStop::AtEnd;
     if (result.complete) {
@@ -119,6 +144,7 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
     if (target.answersPing) {
         m_ping.send(target.topLevel);
     }
+    bool asked = target.answersPing;
     bool first = true;
     int sent = 0;
     PostingPlan plan(text, *m_slots);
@@ -132,7 +158,8 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
             taken = sent;
         }
         m_keys->bind(batch.rebind);
-        if (first && target.answersPing) {
+        if (asked) {
+            asked = false;
             const X11Ping::Answer answer = m_ping.await();
             if (answer != X11Ping::Answer::Given) {
                 return answer == X11Ping::Answer::Gone ? PostStop::Gone : PostStop::Hung;
@@ -166,9 +193,35 @@ PostStop X11Poster::awaitTaken(const Target &target, int drain)
             return answer == X11Ping::Answer::Gone ? PostStop::Gone : PostStop::Hung;
         }
     } else {
-        pause(drain);
+        switch (awaitQuiet(target.processId, quietMs, quietLimitMs)) {
+        case ProcessState::Stopped:
+            return PostStop::Hung;
+        case ProcessState::Unknown:
+            pause(drain);
+            break;
+        case ProcessState::Quiet:
+        case ProcessState::Busy:
+            break;
+        }
     }
     return m_connection.exists(target.window) ? PostStop::AtEnd : PostStop::Gone;
+}
+
+X11Poster::Target X11Poster::targetOf(WindowId window) const
+{
+    Target target;
+    target.window = window;
+    target.topLevel = m_connection.topLevel(window);
+    target.answersPing = m_ping.isOffered(target.topLevel);
+    if (m_connection.text(target.topLevel, "WM_CLIENT_MACHINE") == QSysInfo::machineHostName()) {
+        target.processId = qint64(m_connection.firstItem(target.topLevel, m_connection.atom("_NET_WM_PID")));
+    }
+    return target;
+}
+
+bool X11Poster::isFocused(const Target &target) const
+{
+    return m_connection.focus() == target.window;
 }
 
 PostStop X11Poster::send(const Target &target, const PostBatch &batch)
@@ -186,7 +239,7 @@ PostStop X11Poster::send(const Target &target, const PostBatch &batch)
 PostStop X11Poster::sendAtOnce(const Target &target, const PostBatch &batch)
 {
     Display *display = m_connection.display();
-    if (m_connection.focus() != target.window && !m_second) {
+    if (!isFocused(target) && !m_second) {
         m_second = std::make_unique<X11SecondKeyboard>(display);
     }
     // Under the grab nobody can hide the window or move the focus between the look and the keys.
@@ -196,18 +249,53 @@ PostStop X11Poster::sendAtOnce(const Target &target, const PostBatch &batch)
         stop = m_connection.exists(target.window) ? PostStop::Hidden : PostStop::Gone;
     } else if (isKeyboardGrabbed()) {
         stop = PostStop::KeyboardGrabbed;
-    } else if (m_connection.focus() == target.window) {
-        const std::vector<int> held = liftModifiers();
-        strike(batch, nullptr);
-        putBackModifiers(held);
+    } else if (isFocused(target)) {
+        strikeOnUsersKeyboard(batch);
     } else if (m_second && m_second->isUsable() && m_second->setFocus(target.window)) {
-        strike(batch, m_second.get());
+        strikeOnSecondKeyboard(batch);
+        giveFocusBack();
     } else {
         stop = PostStop::FocusRefused;
     }
     XUngrabServer(display);
     XSync(display, False);
     return stop;
+}
+
+void X11Poster::giveFocusBack()
+{
+    // Window managers take the window that a keyboard's focus came to for the active one. Off and on again,
+    // within the grab, the focus of the user's keyboard tells them where it is; by way of a window that they
+    // do not know, as some of them look for a window to focus when it goes to none. fluxbox needs that one.
+    Display *display = m_connection.display();
+    const unsigned long root = m_connection.root();
+    const QString manager = m_connection.text(
+        m_connection.firstItem(root, m_connection.atom("_NET_SUPPORTING_WM_CHECK")), "_NET_WM_NAME");
+    const Window aside = manager == QLatin1String("Fluxbox") ? 0 : m_asideWindow;
+    m_second->setFocus(aside);
+    Window user = 0;
+    int revert = 0;
+    XGetInputFocus(display, &user, &revert);
+    XSetInputFocus(display, aside, revert, CurrentTime);
+    XSetInputFocus(display, user, revert, CurrentTime);
+    if (manager == QLatin1String("i3")) {
+        // It knows, but goes on telling other programs that the target is active until it looks again, as it
+        // does when the root window gets the focus.
+        XEvent event{};
+        event.xfocus.type = FocusIn;
+        event.xfocus.window = root;
+        event.xfocus.mode = NotifyNormal;
+        event.xfocus.detail = NotifyDetailNone;
+        XSendEvent(display, root, False, FocusChangeMask, &event);
+    }
+}
+
+void X11Poster::rest()
+{
+    m_second.reset();
+    m_slots->clear();
+    m_keys->release();
+    m_connection.discardEvents();
 }
 
 bool X11Poster::isKeyboardGrabbed() const
@@ -225,18 +313,35 @@ int X11Poster::keycodeOf(const PostStroke &stroke) const
                                              : m_keys->keycode(stroke.slot);
 }
 
-void X11Poster::strike(const PostBatch &batch, X11SecondKeyboard *keyboard)
+void X11Poster::strikeOnSecondKeyboard(const PostBatch &batch)
 {
     for (const PostStroke &stroke : batch.strokes) {
         const auto keycode = static_cast<unsigned>(keycodeOf(stroke));
-        for (const bool down : {true, false}) {
-            if (keyboard != nullptr) {
-                keyboard->key(keycode, down);
-            } else {
-                XTestFakeKeyEvent(m_connection.display(), keycode, down ? True : False, CurrentTime);
-            }
-        }
+        m_second->key(keycode, true);
+        m_second->key(keycode, false);
     }
+}
+
+void X11Poster::strikeOnUsersKeyboard(const PostBatch &batch)
+{
+    Display *display = m_connection.display();
+    const std::vector<int> held = liftModifiers();
+    XkbStateRec state{};
+    XkbGetState(display, XkbUseCoreKbd, &state);
+    // Programs make capitals of what a key yields while Caps Lock is on.
+    const bool capsLock = (state.locked_mods & LockMask) != 0;
+    if (capsLock) {
+        XkbLockModifiers(display, XkbUseCoreKbd, LockMask, 0);
+    }
+    for (const PostStroke &stroke : batch.strokes) {
+        const auto keycode = static_cast<unsigned>(keycodeOf(stroke));
+        XTestFakeKeyEvent(display, keycode, True, CurrentTime);
+        XTestFakeKeyEvent(display, keycode, False, CurrentTime);
+    }
+    if (capsLock) {
+        XkbLockModifiers(display, XkbUseCoreKbd, LockMask, LockMask);
+    }
+    putBackModifiers(held);
 }
 
 std::vector<int> X11Poster::liftModifiers()

@@ -28,6 +28,9 @@ public:
     /// Types the text and says what the window was seen to take. A window that hangs, or a keyboard that
     /// somebody else has grabbed, is waited for up to 2 s.
     PostResult post(WindowId window, const QString &text);
+    /// Takes down what is kept up for the next text. To be called when none has come for restAfterMs.
+    void rest();
+    static constexpr int restAfterMs = 5000;
 
 private:
     struct Target
@@ -35,16 +38,23 @@ private:
         WindowId window = 0;
         unsigned long topLevel = 0;
         bool answersPing = false;
+        qint64 processId = 0; ///< 0 when it is not told, or the process runs elsewhere
     };
     PostStop typeInto(const Target &target, const QString &text, int &taken);
     /// Waits until the target has translated what it was sent.
     PostStop awaitTaken(const Target &target, int drainMs);
+    Target targetOf(WindowId window) const;
+    bool isFocused(const Target &target) const;
     /// Sends a batch, once nobody else has the keyboard.
     PostStop send(const Target &target, const PostBatch &batch);
     PostStop sendAtOnce(const Target &target, const PostBatch &batch);
     bool isKeyboardGrabbed() const;
-    void strike(const PostBatch &batch, X11SecondKeyboard *keyboard);
+    /// Takes the second keyboard's focus off the target, and has the window manager know again where the
+    /// user's is.
+    void giveFocusBack();
+    void strikeOnSecondKeyboard(const PostBatch &batch);
     int keycodeOf(const PostStroke &stroke) const;
+    void strikeOnUsersKeyboard(const PostBatch &batch);
     std::vector<int> liftModifiers();
     void putBackModifiers(const std::vector<int> &keycodes);
 
@@ -55,7 +65,8 @@ private:
     std::unique_ptr<ScratchSlots> m_slots;
     std::unique_ptr<X11SecondKeyboard> m_second;
     bool m_usable = false;
-    unsigned long m_neverShown = 0; ///< a window that asks for the keyboard and can never get it
+    unsigned long m_neverShown = 0;  ///< a window that asks for the keyboard and can never get it
+    unsigned long m_asideWindow = 0; ///< has the second keyboard's focus while nobody is typed to
     int m_returnKey = 0;
     int m_tabKey = 0;
 };

@@ -53,6 +53,8 @@ X11ScratchKeys::~X11ScratchKeys()
 
 void X11ScratchKeys::findFree()
 {
+    m_keycodes.clear();
+    m_symbols.clear();
     XkbDescPtr map = XkbGetMap(m_connection.display(), XkbAllMapComponentsMask, XkbUseCoreKbd);
     if (map == nullptr) {
         return;
@@ -68,7 +70,7 @@ void X11ScratchKeys::findFree()
             m_keycodes.push_back(key);
         }
     }
-    m_bound.assign(m_keycodes.size(), false);
+    m_symbols.assign(m_keycodes.size(), 0);
     XkbFreeKeyboard(map, 0, True);
 }
 
@@ -128,18 +130,45 @@ void X11ScratchKeys::bind(const std::vector<ScratchSlots::Binding> &bindings)
     std::vector<std::pair<int, KeySymbol>> symbols;
     for (const ScratchSlots::Binding &binding : bindings) {
         symbols.emplace_back(keycode(binding.slot), binding.symbol);
-        m_bound[static_cast<std::size_t>(binding.slot)] = binding.symbol != 0;
+        m_symbols[static_cast<std::size_t>(binding.slot)] = binding.symbol;
     }
     setMap(symbols);
+}
+
+bool X11ScratchKeys::checkMap()
+{
+    XkbDescPtr map = XkbGetMap(m_connection.display(), XkbAllClientInfoMask, XkbUseCoreKbd);
+    if (map == nullptr) {
+        return true;
+    }
+    bool whole = true;
+    for (std::size_t slot = 0; slot < m_keycodes.size(); ++slot) {
+        const int key = m_keycodes[slot];
+        const bool empty = XkbKeyNumSyms(map, key) == 0 || XkbKeySymsPtr(map, key)[0] == NoSymbol;
+        const bool asBound = m_symbols[slot] == 0 ? empty
+                                                  : XkbKeyNumSyms(map, key) == 1 &&
+                                                        XkbKeySymsPtr(map, key)[0] == m_symbols[slot];
+        if (!asBound) {
+            m_symbols[slot] = 0; // somebody else's now
+            whole = false;
+        }
+    }
+    XkbFreeKeyboard(map, 0, True);
+    if (!whole) {
+        qInfo() << "Typing: the keyboard map has been changed";
+        release();
+        findFree();
+    }
+    return whole;
 }
 
 void X11ScratchKeys::release()
 {
     std::vector<std::pair<int, KeySymbol>> symbols;
     for (std::size_t slot = 0; slot < m_keycodes.size(); ++slot) {
-        if (m_bound[slot]) {
+        if (m_symbols[slot] != 0) {
             symbols.emplace_back(m_keycodes[slot], 0);
-            m_bound[slot] = false;
+            m_symbols[slot] = 0;
         }
     }
     if (!symbols.empty()) {

@@ -22,6 +22,9 @@ public:
     int keycode(int slot) const { return m_keycodes[static_cast<std::size_t>(slot)]; }
     /// Binds slots to symbols in one request; symbol 0 unbinds.
     void bind(const std::vector<ScratchSlots::Binding> &bindings);
+    /// Whether the map is as bind() left it. When somebody has changed it, what is still ours is unbound and
+    /// the free keys are looked for anew, so that count() may change and nothing is bound.
+    bool checkMap();
     /// Unbinds every slot and takes the mark away.
     void release();
 
@@ -33,7 +36,7 @@ private:
 
     X11Connection &m_connection;
     std::vector<int> m_keycodes;
-    std::vector<bool> m_bound;
+    std::vector<KeySymbol> m_symbols; ///< by slot, 0 for none
     unsigned long m_owner = 0;
     bool m_marked = false;
 };

@@ -5,6 +5,8 @@
 
 #include <QDebug>
 #include <QPointer>
+#include <QScreen>
+#include <QTimer>
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -19,12 +21,25 @@ public:
     bool start(const ScreenLock &lock)
     {
         m_poster = std::make_unique<X11Poster>(lock);
+        m_rest = std::make_unique<QTimer>();
+        m_rest->setSingleShot(true);
+        connect(m_rest.get(), &QTimer::timeout, this, [this] { m_poster->rest(); });
         return m_poster->isUsable();
     }
-    void finish() { m_poster.reset(); }
-    PostResult post(WindowId window, const QString &text) { return m_poster->post(window, text); }
+    void finish()
+    {
+        m_rest.reset();
+        m_poster.reset();
+    }
+    PostResult post(WindowId window, const QString &text)
+    {
+        const PostResult result = m_poster->post(window, text);
+        m_rest->start(X11Poster::restAfterMs);
+        return result;
+    }
 
 private:
+    std::unique_ptr<QTimer> m_rest;
     std::unique_ptr<X11Poster> m_poster;
 };
 

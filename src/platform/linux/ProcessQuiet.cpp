@@ -1,0 +1,67 @@
+#include "platform/linux/ProcessQuiet.h"
+
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <chrono>
+#include <thread>
+
+namespace mevo {
+
+namespace {
+
+/// State letter, and how often the process has gone to sleep or been put aside.
+struct Sample
+{
+    char state = 0;
+    QByteArray switches;
+};
+
+Sample sampleOf(qint64 processId)
+{
+    Sample sample;
+    QFile file(QStringLiteral("/proc/%1/status").arg(processId));
+    if (processId <= 0 || !file.open(QIODevice::ReadOnly)) {
+        return sample;
+    }
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith("State:")) {
+            sample.state = line.mid(6).trimmed().left(1).append('\0').at(0);
+        } else if (line.contains("voluntary_ctxt_switches:")) {
+            sample.switches += line;
+        }
+    }
+    return sample;
+}
+
+} // namespace
+
+ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs)
+{
+    QElapsedTimer whole, quiet;
+    whole.start();
+    quiet.start();
+    QByteArray last;
+    while (true) {
+        const Sample sample = sampleOf(processId);
+        if (sample.state == 0) {
+            return ProcessState::Unknown;
+        }
+        if (sample.state == 'T' || sample.state == 't') {
+            return ProcessState::Stopped;
+        }
+        if (sample.state != 'S' || sample.switches != last) {
+            last = sample.switches;
+            quiet.restart();
+        } else if (quiet.elapsed() >= quietMs) {
+            return ProcessState::Quiet;
+        }
+        if (whole.elapsed() >= limitMs) {
+            return ProcessState::Busy;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+}
+
+} // namespace mevo

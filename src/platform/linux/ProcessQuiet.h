@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace mevo {
+
+enum class ProcessState {
+    Quiet,   ///< it has slept, waiting for something to happen
+    Busy,    ///< it never did
+    Stopped, ///< it does not run at all, as under a debugger
+    Unknown, ///< there is no such process, or not one that may be looked at
+};
+
+/// Waits until the main thread of a process has slept without a break for `quietMs`. A program that has input
+/// to read does not: it runs, or waits for the processor. Gives up after `limitMs`; an unknown process is not
+/// waited for.
+ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs);
+
+} // namespace mevo
