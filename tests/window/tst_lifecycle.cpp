@@ -2,6 +2,7 @@
 #include "audio/AudioRecorder.h"
 #include "base/ApplicationFiles.h"
 #include "base/SettingsFile.h"
+#include "session/KeyReport.h"
 #include "ui/MicTipDialog.h"
 #include "window/Program.h"
 
@@ -430,6 +431,57 @@ private Q_SLOTS:
         QCOMPARE(row(program), QString());
         QVERIFY(!dialog->isVisible());
         QVERIFY(!QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))));
+    }
+
+    /// The reader judges a key's mode by what it sees; keys that wait before it may change that.
+    void aKeyHasItsOwnModeHoweverManyWait()
+    {
+        Program program;
+        program.start();
+        program.settle();
+        const int seen = program.fake.hid->reads;
+        for (const char *report : {"\1\x70\6\1", "\1\x70\6\0", "\1\x70\1\1"}) {
+            program.fake.hid->push(QByteArray(report, 4) + QByteArray(12, '\0'));
+        }
+        // Without the event loop: all three are read before the first is taken.
+        while (program.fake.hid->reads < seen + 5) {
+            QThread::yieldCurrentThread();
+        }
+        QTRY_VERIFY(program.window->Recording && program.window->VoiceTypeMode);
+        QVERIFY(!program.window->VoiceCommandWordMode && !program.window->OneShotCommandWord);
+    }
+
+    /// A latch stands for a session; without one it would keep the device's keys away for nothing.
+    void aPressThatIsNotTakenLeavesNoLatch()
+    {
+        Program program;
+        program.start();
+        MainWindow &window = *program.window;
+        window.ClickCanASR = true;
+        window.micTip()->show();
+        window.QuickReleaseCount = 1;
+        program.fake.log.clear();
+        QTest::mousePress(window.micTip(), Qt::RightButton);
+        QVERIFY(!window.MicLatched && !window.Recording);
+        QVERIFY(program.fake.log.has(latchOff));
+        QTest::mousePress(window.micTip(), Qt::RightButton);
+        QVERIFY(window.MicLatched && window.Recording);
+        window.micTip()->hide(); // as the bar's microphone button does
+        QTRY_VERIFY(!window.MicLatched && !window.Recording);
+    }
+
+    /// A press must not take a text away that is still on its way through the clipboard.
+    void thePressLeavesAPasteItsClipboard()
+    {
+        Program program;
+        program.start();
+        program.window->Send2ScreenMethod = 2;
+        program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
+        char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
+        program.window->ProcessResult(press);
+        QCOMPARE(program.fake.clipboard->content, QStringLiteral("甲"));
+        char release[mevo::keyReportSize] = {1, 0x70, 1, 0};
+        program.window->ProcessResult(release);
     }
 
     void pastedTextsWaitForEachOther()
