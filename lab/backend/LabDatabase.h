@@ -20,7 +20,8 @@ public:
     LabDatabase(const LabDatabase &) = delete;
     LabDatabase &operator=(const LabDatabase &) = delete;
 
-    /// Opens or makes the file and gives tables that are empty their initial rows. False with `error()` on failure.
+    /// Opens or makes the file and gives tables that are empty their initial rows. False with `error()` on
+    /// failure.
     bool open(const QString &file, const QString &schema, const LabCipher &cipher);
     QString error() const { return m_error; }
 

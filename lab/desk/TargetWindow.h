@@ -18,8 +18,8 @@ class XTestKeyboard;
 class TargetWindow
 {
 public:
-    /// "xterm", "mousepad" (GTK 3), "featherpad" (Qt 5). There are "kate" and "gnome-text-editor" (GTK 4) too,
-    /// where they are installed.
+    /// "xterm", "mousepad" (GTK 3), "featherpad" (Qt 5). There are "kate" and "gnome-text-editor" (GTK 4)
+    /// too, where they are installed.
     static QStringList kinds();
 
     /// Starts a target and waits until it takes keys. Null on failure (a log line says why).

@@ -39,10 +39,10 @@ struct HttpResponse
 /// A fault that a test orders for the requests of one path.
 struct Fault
 {
-    QByteArray kind; ///< delay, trickle, stall, close, cut (in the body), head (cut in the head), garbage, huge,
-                     ///< length, empty, status
-    int value = 0;   ///< milliseconds, bytes or status, by kind
-    int count = 1;   ///< requests it still meets, -1 for all
+    QByteArray kind; ///< delay, trickle, stall, close, cut (in the body), head (cut in the head), garbage,
+                     ///< huge, length, empty, status
+    int value = 0; ///< milliseconds, bytes or status, by kind
+    int count = 1; ///< requests it still meets, -1 for all
 };
 
 /// A small HTTP/1.1 server on loopback with faults on demand. One handler answers every path, at once or

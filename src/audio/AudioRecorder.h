@@ -58,8 +58,8 @@ public:
     QAudioFormat format() const { return m_format; }
     /// Name of the input as the last InitMicDevice() found it; empty before a device was connected.
     QString deviceName() const { return m_deviceName; }
-    /// Reads the engine flags from the settings, for the sessions from the next one on. A stored false does not
-    /// clear Baidu's.
+    /// Reads the engine flags from the settings, for the sessions from the next one on. A stored false does
+    /// not clear Baidu's.
     void loadEngineFlags();
     /// XunFei has answered after the end of a session: its next answer is waited for anew.
     void expectMoreAnswers();

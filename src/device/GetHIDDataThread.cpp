@@ -25,7 +25,8 @@ char *keepCopy(const mevo::InputReport &report)
     static std::atomic<unsigned> next{0};
     std::array<char, 16> &slot = ring.at(next++ % ring.size());
     slot.fill(0);
-    std::copy_n(report.begin(), 5, slot.begin()); // the last byte is the tip window's mark, not the receiver's
+    std::copy_n(report.begin(), 5,
+                slot.begin()); // the last byte is the tip window's mark, not the receiver's
     return slot.data();
 }
 

@@ -254,6 +254,9 @@ bool XunFeiStream::handOn(bool alsoEmpty)
 
 void XunFeiStream::finishEarly()
 {
+    if (m_state.XFWebSocket != nullptr && gathered().isEmpty()) {
+        qWarning() << "XunFei: the next press came before any result; the sentence before it is lost";
+    }
     ++m_session;
     closeAndHide();
     handOn(false);

@@ -57,7 +57,7 @@ void UpdateHands::askForUpdate(const QString &text, bool forced, const std::func
         buttons.append(MainWindow::tr("暂时不更新"));
     }
     askAside(&m_window, {MainWindow::tr("灵犀听写更新"), text, buttons, false},
-              [this, answer](int button) { answer(button == 0 && !m_window.hasTornDown()); });
+             [this, answer](int button) { answer(button == 0 && !m_window.hasTornDown()); });
 }
 
 void UpdateHands::setUpdateNotice(bool shown)

@@ -52,7 +52,8 @@ private Q_SLOTS:
         QVERIFY(store.remove(1));
         QCOMPARE(textsOf(UndeliveredTexts(home.path(name))), (QStringList{texts.at(0), texts.at(2)}));
         QVERIFY(store.replace(0, QStringLiteral("好")));
-        QCOMPARE(textsOf(UndeliveredTexts(home.path(name))), (QStringList{QStringLiteral("好"), texts.at(2)}));
+        QCOMPARE(textsOf(UndeliveredTexts(home.path(name))),
+                 (QStringList{QStringLiteral("好"), texts.at(2)}));
         QVERIFY(store.replace(0, QString()));
         QCOMPARE(store.count(), 1);
         QVERIFY(store.removeAll());
