@@ -97,7 +97,6 @@ QPair<bool, QString> BaiduSpeech::takeReply(const QByteArray &raw, const mevo::S
     m_host.ensureEngineTip();
     if (raw.isEmpty()) {
         onEmptyReply(session.engine.baiduFast);
-        emit sessionEnded(session.number);
         return {false, QString()};
     }
 
@@ -108,20 +107,20 @@ QPair<bool, QString> BaiduSpeech::takeReply(const QByteArray &raw, const mevo::S
 
     const QPointer<BaiduSpeech> alive(this);
     const mevo::BaiduReply reply = mevo::parseBaiduReply(raw);
-    QPair<bool, QString> result{false, QString::fromUtf8(raw)};
-    if (reply.errNo != 0) {
-        emit sessionEnded(session.number); // first: what is done about the error may wait for the network
-        onError(reply);
-    } else if (reply.text) {
-        result = {true, *reply.text};
+    const bool recognised = reply.errNo == 0 && reply.text;
+    if (recognised) {
         emit finishTrans(*reply.text + QStringLiteral("__over__"), session.number);
-    } else {
+    } else if (reply.errNo == 0) {
         qWarning("Baidu: a reply of %d bytes holds no text", raw.size());
     }
     if (!alive.isNull()) {
-        emit sessionEnded(session.number);
+        emit sessionEnded(
+            session.number); // before what is done about an error, which may wait for the network
     }
-    return result;
+    if (!alive.isNull() && reply.errNo != 0) {
+        onError(reply);
+    }
+    return {recognised, recognised ? *reply.text : QString::fromUtf8(raw)};
 }
 
 void BaiduSpeech::onEmptyReply(bool fast)

@@ -22,14 +22,15 @@ int SessionResults::begin(SessionContext context)
 
 SessionResults::Session *SessionResults::find(int session)
 {
-    const auto found = std::find_if(m_sessions.begin(), m_sessions.end(),
-                                    [session](const Session &s) { return s.context.number == session; });
-    return found == m_sessions.end() || found->ended ? nullptr : &*found;
+    const auto found = std::find_if(m_sessions.begin(), m_sessions.end(), [session](const Session &s) {
+        return s.context.number == session && !s.ended;
+    });
+    return found == m_sessions.end() ? nullptr : &*found;
 }
 
-SessionContext SessionResults::contextOf(int session) const
+SessionContext SessionResults::contextOf(int session)
 {
-    const Session *const found = const_cast<SessionResults *>(this)->find(session);
+    const Session *const found = find(session);
     return found != nullptr ? found->context : SessionContext();
 }
 

@@ -34,7 +34,7 @@ public:
     /// A press has been taken. Returns the session's number, which `context` gets as well.
     int begin(SessionContext context);
     /// What was in force at the press of a session that has not ended; a context of no session otherwise.
-    SessionContext contextOf(int session) const;
+    SessionContext contextOf(int session);
     /// A text of this session; one that comes after its end is dropped with a log line.
     /// True when it waits for what is being typed, see carryOn().
     bool text(int session, const SessionText &text);

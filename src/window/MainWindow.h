@@ -130,8 +130,6 @@ public:
     /// Now and then opens the page that the product record names.
     void Run003Timeout();
 
-    /// Text handling of a finished session; see mevo::ResultPipeline.
-    mevo::ResultPipeline &pipeline() { return m_pipeline; }
     AudioRecorder *recorder() const { return m_recorder; }
     MicTipDialog *micTip() const { return m_micTip; }
     /// Path of the tray icon's picture.
@@ -336,7 +334,8 @@ private:
     void pasteText(const QString &text, int holdMs);
     void pasteNext();
     void letPasteSettle();
-    void post(mevo::WindowId window, const QString &text, mevo::WindowSystem::PostDone done);
+    enum class Kept { No, Already }; ///< whether the text stands among the undelivered ones while it is typed
+    void post(mevo::WindowId window, const QString &text, Kept kept, mevo::WindowSystem::PostDone done);
     void loadUndelivered();
     /// Keeps a text that no window has taken, and says so.
     void keepUndelivered(const QString &text, mevo::PostStop stop);

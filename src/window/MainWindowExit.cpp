@@ -127,6 +127,9 @@ void MainWindow::finishSessions()
         return;
     }
     endRunningSession();
+    if (!m_recorder->isOpen()) {
+        finishXunFeiEarly(); // it has kept silent for long, and its session would never end
+    }
     const auto done = [this] { return !m_results.isUnderWay() && !isTyping(); };
     if (!done()) {
         constexpr int lookAgainMs = 10;
@@ -155,8 +158,10 @@ void MainWindow::finishSessions()
 
 void MainWindow::keepForNextRun(const QString &text)
 {
-    qWarning("Exit: %d characters are kept as undelivered", text.size());
-    m_undelivered->add(text, m_platform.time->now());
+    if (!text.isEmpty()) {
+        qWarning("Exit: %d characters are kept as undelivered", text.size());
+        m_undelivered->add(text, m_platform.time->now());
+    }
 }
 
 void MainWindow::tearDown()

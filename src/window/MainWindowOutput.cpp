@@ -45,7 +45,7 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
         pasteText(plan.text, holdPasteKeyMs);
         break;
     case mevo::SendPlan::Way::Post:
-        post(session.window, plan.text,
+        post(session.window, plan.text, Kept::No,
              [this, typed = plan.text, window = session.window](const mevo::PostResult &result) {
                  if (!result.complete) {
                      keepUndelivered(typed.mid(result.posted), result.stop);
@@ -64,10 +64,11 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
 }
 
 /// Posts a text, which counts as on its way until `done`; nothing comes after the exit has taken it back.
-void MainWindow::post(mevo::WindowId window, const QString &text, mevo::WindowSystem::PostDone done)
+void MainWindow::post(mevo::WindowId window, const QString &text, Kept kept,
+                      mevo::WindowSystem::PostDone done)
 {
     const int number = ++m_postNumber;
-    m_postsUnderWay.emplace(number, text);
+    m_postsUnderWay.emplace(number, kept == Kept::No ? text : QString());
     m_platform.windowSystem->postText(window, text,
                                       [this, number, done = std::move(done)](const mevo::PostResult &result) {
                                           if (m_postsUnderWay.erase(number) > 0) {
@@ -88,8 +89,10 @@ void MainWindow::pasteNext()
     if (m_pendingPastes.empty()) {
         return;
     }
-    if (HidBusy || m_pasteSettles) {
-        // The clipboard still belongs to the text whose Ctrl+V the receiver is typing.
+    if (m_pasteSettles) {
+        return; // the clipboard still belongs to the text before, whose end brings us back here
+    }
+    if (HidBusy) { // the receiver is typing something else
         QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
         return;
     }

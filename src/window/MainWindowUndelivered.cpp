@@ -131,7 +131,7 @@ void MainWindow::typeUndelivered(int index)
         return;
     }
     m_typingUndelivered = true;
-    post(window, kept.text, [this, kept](const mevo::PostResult &result) {
+    post(window, kept.text, Kept::Already, [this, kept](const mevo::PostResult &result) {
         m_typingUndelivered = false;
         const auto &texts = m_undelivered->texts();
         const auto found =

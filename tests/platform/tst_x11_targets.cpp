@@ -1,6 +1,7 @@
 // Texts into programs that are too big for every desk.
 
 #include "desk/TargetWindow.h"
+#include "platform/PostText.h"
 #include "platform/linux/X11WindowSystem.h"
 
 #include <QStandardPaths>
@@ -9,20 +10,6 @@
 class TestX11Targets : public QObject
 {
     Q_OBJECT
-
-    static mevo::PostResult post(mevo::X11WindowSystem &windows, mevo::WindowId window, const QString &text)
-    {
-        mevo::PostResult result;
-        bool done = false;
-        windows.postText(window, text, [&](const mevo::PostResult &posted) {
-            result = posted;
-            done = true;
-        });
-        if (!QTest::qWaitFor([&] { return done; }, 20000)) {
-            QTest::qFail("the text is still being typed", __FILE__, __LINE__);
-        }
-        return result;
-    }
 
     /// Some editors end the file with a line end of their own.
     static QString saved(mevo::lab::TargetWindow &target, int length)
@@ -61,12 +48,12 @@ private Q_SLOTS:
             text += QStringLiteral("会议改到下午三点半，version %1 的结果在附件里。\n").arg(i);
             text += QChar(0x4e00 + 30 * i);
         }
-        QVERIFY(post(windows, window, text).complete);
+        QVERIFY(postText(windows, window, text).complete);
         QCOMPARE(saved(*target, text.size()), text);
 
         // Characters of two halves arrive, or are said not to have.
         const QString rare = QStringLiteral("123𠀀😀我");
-        const mevo::PostResult result = post(windows, window, rare);
+        const mevo::PostResult result = postText(windows, window, rare);
         QCOMPARE(result.complete, kind != QLatin1String("kate"));
         QCOMPARE(result.posted, result.complete ? rare.size() : 3);
         text += rare.left(result.posted);

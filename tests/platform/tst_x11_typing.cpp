@@ -1,4 +1,5 @@
 #include "desk/TargetWindow.h"
+#include "platform/PostText.h"
 #include "platform/linux/X11WindowSystem.h"
 
 #include <QDBusConnection>
@@ -44,20 +45,6 @@ class TestX11Typing : public QObject
     Display *display = XOpenDisplay(nullptr);
 
     static Target open(const char *kind) { return mevo::lab::TargetWindow::start(QLatin1String(kind)); }
-
-    mevo::PostResult post(mevo::WindowId window, const QString &text)
-    {
-        mevo::PostResult result;
-        bool done = false;
-        windows.postText(window, text, [&](const mevo::PostResult &posted) {
-            result = posted;
-            done = true;
-        });
-        if (!QTest::qWaitFor([&] { return done; }, 20000)) {
-            QTest::qFail("the text is still being typed", __FILE__, __LINE__);
-        }
-        return result;
-    }
 
     /// The request of a pager.
     void toRoot(const char *message, Window window, long value)
@@ -110,7 +97,7 @@ private Q_SLOTS:
         for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
             const Target target = mevo::lab::TargetWindow::start(kind);
             QVERIFY2(target, qPrintable(kind));
-            const mevo::PostResult result = post(windows.focusedWindow(), text);
+            const mevo::PostResult result = postText(windows, windows.focusedWindow(), text);
             QVERIFY2(result.complete, qPrintable(kind));
             QCOMPARE(result.posted, text.size());
             QCOMPARE(target->text(text.size(), readMs), text);
@@ -125,7 +112,8 @@ private Q_SLOTS:
             QVERIFY2(target, qPrintable(kind));
             QElapsedTimer clock;
             clock.start();
-            QVERIFY2(post(windows.focusedWindow(), QStringLiteral("你好")).complete, qPrintable(kind));
+            QVERIFY2(postText(windows, windows.focusedWindow(), QStringLiteral("你好")).complete,
+                     qPrintable(kind));
             QVERIFY2(clock.elapsed() < 1500,
                      qPrintable(QStringLiteral("%1 %2 ms").arg(kind).arg(clock.elapsed())));
         }
@@ -135,7 +123,8 @@ private Q_SLOTS:
     {
         const Target target = open("mousepad");
         QVERIFY(target);
-        QVERIFY(post(windows.focusedWindow(), QStringLiteral("一\r\n二\n三\r四\x01五")).complete);
+        QVERIFY(
+            postText(windows, windows.focusedWindow(), QStringLiteral("一\r\n二\n三\r四\x01五")).complete);
         QCOMPARE(target->text(QStringLiteral("一\n二\n三\n四五").size(), readMs),
                  QStringLiteral("一\n二\n三\n四五"));
     }
@@ -148,9 +137,9 @@ private Q_SLOTS:
         const Target second = open("xterm");
         QVERIFY(second);
         const QString text = QStringLiteral("这段话属于第一个窗口 abc");
-        QVERIFY(post(saved, text).complete);
+        QVERIFY(postText(windows, saved, text).complete);
         QCOMPARE(first->text(text.size(), readMs), text);
-        QVERIFY(post(windows.focusedWindow(), QStringLiteral("第二个")).complete);
+        QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("第二个")).complete);
         QCOMPARE(second->text(QStringLiteral("第二个").size(), readMs), QStringLiteral("第二个"));
     }
 
@@ -174,7 +163,7 @@ private Q_SLOTS:
         const mevo::WindowId window = windows.focusedWindow();
         target->stop();
         QTRY_VERIFY(!windows.isWindow(window));
-        const mevo::PostResult result = post(window, QStringLiteral("没有人"));
+        const mevo::PostResult result = postText(windows, window, QStringLiteral("没有人"));
         QVERIFY(!result.complete);
         QCOMPARE(result.posted, 0);
     }
@@ -197,7 +186,7 @@ private Q_SLOTS:
         const Target hidden = open("xterm");
         QVERIFY(hidden);
         const mevo::WindowId hiddenWindow = windows.focusedWindow();
-        QVERIFY(post(earlierWindow, QStringLiteral("先")).complete);
+        QVERIFY(postText(windows, earlierWindow, QStringLiteral("先")).complete);
 
         if (otherDesktop) {
             toRoot("_NET_WM_DESKTOP", hidden->windowId(), 1);
@@ -205,12 +194,12 @@ private Q_SLOTS:
             XIconifyWindow(display, hidden->windowId(), DefaultScreen(display));
         }
         QTRY_VERIFY(mapState(hiddenWindow) != IsViewable);
-        const mevo::PostResult result = post(hiddenWindow, QStringLiteral("后"));
+        const mevo::PostResult result = postText(windows, hiddenWindow, QStringLiteral("后"));
         QVERIFY(!result.complete);
         QCOMPARE(result.posted, 0);
         QCOMPARE(result.stop, mevo::PostStop::Hidden);
         QVERIFY(earlier->focus());
-        QVERIFY(post(earlierWindow, QStringLiteral("完")).complete);
+        QVERIFY(postText(windows, earlierWindow, QStringLiteral("完")).complete);
         QCOMPARE(earlier->text(2, readMs), QStringLiteral("先完"));
         QVERIFY(hidden->focus() || otherDesktop);
         QCOMPARE(hidden->peek(), QString());
@@ -223,12 +212,12 @@ private Q_SLOTS:
             QVERIFY2(target, kind);
             const mevo::WindowId window = windows.focusedWindow();
             ::kill(pid_t(target->processId()), SIGSTOP);
-            const mevo::PostResult result = post(window, QStringLiteral("没有人"));
+            const mevo::PostResult result = postText(windows, window, QStringLiteral("没有人"));
             ::kill(pid_t(target->processId()), SIGCONT);
             QVERIFY2(!result.complete, kind);
             QCOMPARE(result.posted, 0);
             QCOMPARE(result.stop, mevo::PostStop::Hung);
-            QVERIFY2(post(window, QStringLiteral("醒了")).complete, kind);
+            QVERIFY2(postText(windows, window, QStringLiteral("醒了")).complete, kind);
             QCOMPARE(target->text(2, readMs), QStringLiteral("醒了"));
         }
     }
@@ -248,14 +237,14 @@ private Q_SLOTS:
             XUngrabKeyboard(display, CurrentTime);
             XFlush(display);
         });
-        QVERIFY(post(window, QStringLiteral("等")).complete);
+        QVERIFY(postText(windows, window, QStringLiteral("等")).complete);
         QVERIFY(grab());
-        const mevo::PostResult result = post(window, QStringLiteral("不"));
+        const mevo::PostResult result = postText(windows, window, QStringLiteral("不"));
         XUngrabKeyboard(display, CurrentTime);
         XFlush(display);
         QCOMPARE(result.stop, mevo::PostStop::KeyboardGrabbed);
         QCOMPARE(result.posted, 0);
-        QVERIFY(post(window, QStringLiteral("完")).complete);
+        QVERIFY(postText(windows, window, QStringLiteral("完")).complete);
         QCOMPARE(target->text(2, readMs), QStringLiteral("等完"));
     }
 
@@ -273,10 +262,10 @@ private Q_SLOTS:
                                                              QStringLiteral("ActiveChanged"));
             signal << true;
             QVERIFY(saver.send(signal));
-            QTRY_COMPARE(post(window, QStringLiteral("锁")).stop, mevo::PostStop::ScreenLocked);
+            QTRY_COMPARE(postText(windows, window, QStringLiteral("锁")).stop, mevo::PostStop::ScreenLocked);
             QDBusConnection::disconnectFromBus(QStringLiteral("saver"));
         }
-        QTRY_VERIFY(post(window, QStringLiteral("开")).complete);
+        QTRY_VERIFY(postText(windows, window, QStringLiteral("开")).complete);
         QVERIFY(target->text(1, readMs).endsWith(QStringLiteral("开")));
         QVERIFY(target->peek().count(QStringLiteral("锁")) <= 1);
     }
@@ -296,7 +285,7 @@ private Q_SLOTS:
         const Target target = open("xterm");
         QVERIFY(target);
         for (int i = 0; i < 30; ++i) {
-            QVERIFY(post(windows.focusedWindow(), QStringLiteral("甲乙丙%1").arg(i)).complete);
+            QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("甲乙丙%1").arg(i)).complete);
         }
         QVERIFY(symbols() != before);
         QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);
@@ -337,7 +326,7 @@ private Q_SLOTS:
                 XkbLockModifiers(display, XkbUseCoreKbd, 0xff, locked);
                 hold(True);
                 const auto before = state();
-                const mevo::PostResult result = post(windows.focusedWindow(), text);
+                const mevo::PostResult result = postText(windows, windows.focusedWindow(), text);
                 const auto after = state();
                 hold(False);
                 XkbLockModifiers(display, XkbUseCoreKbd, 0xff, 0);
@@ -356,11 +345,11 @@ private Q_SLOTS:
     {
         const Target target = open("xterm");
         QVERIFY(target);
-        QVERIFY(post(windows.focusedWindow(), QStringLiteral("先甲乙")).complete);
+        QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("先甲乙")).complete);
         QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us,de")}), 0);
-        QVERIFY(post(windows.focusedWindow(), QStringLiteral("后甲乙")).complete);
+        QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("后甲乙")).complete);
         QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us")}), 0);
-        QVERIFY(post(windows.focusedWindow(), QStringLiteral("完")).complete);
+        QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("完")).complete);
         QCOMPARE(target->text(7, readMs), QStringLiteral("先甲乙后甲乙完"));
     }
 
@@ -375,7 +364,7 @@ private Q_SLOTS:
         {
             const Target target = open("xterm");
             QVERIFY(target);
-            QVERIFY(post(windows.focusedWindow(), text).complete);
+            QVERIFY(postText(windows, windows.focusedWindow(), text).complete);
             seen = target->text(text.size(), readMs);
         }
         XkbStateRec state{};
@@ -413,9 +402,9 @@ private Q_SLOTS:
         }
         QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);
         changes();
-        QVERIFY(post(windows.focusedWindow(), text).complete);
+        QVERIFY(postText(windows, windows.focusedWindow(), text).complete);
         QCOMPARE(changes(), 1);
-        QVERIFY(post(windows.focusedWindow(), text).complete);
+        QVERIFY(postText(windows, windows.focusedWindow(), text).complete);
         QCOMPARE(changes(), 0);
         XkbSelectEvents(display, XkbUseCoreKbd, XkbMapNotifyMask, 0);
         QCOMPARE(target->text(2 * text.size(), readMs), text + text);
@@ -429,7 +418,7 @@ private Q_SLOTS:
         windows.caretRectangle();
         const auto caretAfter = [&](const QString &text) {
             const std::optional<QRect> before = windows.caretRectangle();
-            post(windows.focusedWindow(), text);
+            postText(windows, windows.focusedWindow(), text);
             const bool moved = QTest::qWaitFor(
                 [&] { return windows.caretRectangle() && windows.caretRectangle() != before; });
             return moved ? windows.caretRectangle() : std::nullopt;
