@@ -63,8 +63,6 @@ public:
     void loadEngineFlags();
     /// XunFei has answered after the end of a session: its next answer is waited for anew.
     void expectMoreAnswers();
-    /// A session has started and not been stopped.
-    bool isInSession() const { return m_sessionOpen; }
     /// The microphone is open or waits for its close.
     bool isOpen() const { return m_input != nullptr; }
 

@@ -290,6 +290,8 @@ private:
     void carryOnLater(bool waits);
     /// A text, a paste or a key combination of an earlier text is still on its way.
     bool isTyping() const;
+    /// A text is on its way through the clipboard.
+    bool isPasting() const { return m_pasteSettles || !m_pendingPastes.empty(); }
     /// Types what a streaming session has understood so far and ends it: the next one begins.
     void finishXunFeiEarly();
     void endXunFeiSession();
@@ -494,6 +496,7 @@ private:
     std::map<int, QString> m_postsUnderWay;   ///< texts being posted
     int m_postNumber = 0;
     bool m_pasteSettles = false;      ///< the window may still read the clipboard
+    bool m_sessionsFinished = false;  ///< the exit has collected what was still on its way
     bool m_typingUndelivered = false; ///< a kept text is being typed
     int m_xunFeiSession = 0;          ///< number of the session whose socket is open
 };

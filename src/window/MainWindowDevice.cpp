@@ -88,7 +88,8 @@ void MainWindow::enterModeOfKey(const char *report)
     if (key && (key->key == mevo::KeyVoice || key->key == mevo::KeyVoiceTyping) && !VoiceTypeMode &&
         m_micTip != nullptr) {
         m_micTip->CallMicDlgFunctionSlot(mevo::KeyVoice);
-        CallMainFunctionSlot(mevo::ReloadEngineChoice);
+        // Later: it may wait for the backend, and the key must be taken first.
+        QTimer::singleShot(0, this, [this] { CallMainFunctionSlot(mevo::ReloadEngineChoice); });
     }
 }
 

@@ -294,14 +294,16 @@ mevo::SessionContext MainWindow::contextInForce() const
 
 void MainWindow::beginSession()
 {
-    if (m_recorder->isInSession()) {
-        endSession(NewestSession); // it was never stopped, and what comes after must not wait for it
-    }
+    m_recorder->OnRecordStop(); // of a session that was never stopped: nothing that was said in it is lost
     NewestSession = m_results.begin(contextInForce());
 }
 
 void MainWindow::deliverRecognised(int session, const mevo::SessionText &text)
 {
+    if (m_sessionsFinished) {
+        keepForNextRun(mevo::withoutOverMarker(text.text));
+        return;
+    }
     carryOnLater(m_results.text(session, text));
 }
 
@@ -320,14 +322,14 @@ void MainWindow::carryOnLater(bool waits)
 
 bool MainWindow::isTyping() const
 {
-    return !m_postsUnderWay.empty() || !m_pendingPastes.empty() || m_pasteSettles || HidBusy;
+    return !m_postsUnderWay.empty() || isPasting() || HidBusy;
 }
 
 /// A text whose turn it is. The recorder is the door for what an engine says, the handler for what are words.
 void MainWindow::takeInOrder(const mevo::SessionContext &session, const mevo::SessionText &text)
 {
-    if (m_recorder == nullptr) { // the exit came first
-        m_undelivered->add(mevo::withoutOverMarker(text.text), m_platform.time->now());
+    if (m_sessionsFinished) {
+        keepForNextRun(mevo::withoutOverMarker(text.text));
         return;
     }
     if (text.words) {

@@ -154,6 +154,7 @@ void MainWindow::finishSessions()
     for (const auto &post : std::exchange(m_postsUnderWay, {})) {
         keepForNextRun(post.second); // whole: how much of it has gone is not known yet
     }
+    m_sessionsFinished = true;
 }
 
 void MainWindow::keepForNextRun(const QString &text)

@@ -36,7 +36,7 @@ void SessionHands::logReport(const QString &line)
 
 void SessionHands::clearClipboard()
 {
-    if (!m_window.isTyping()) { // else it holds an earlier text on its way into a window
+    if (!m_window.isPasting()) { // else it holds an earlier text on its way into a window
         m_window.m_platform.clipboard->clear();
     }
 }
