@@ -33,11 +33,11 @@ int runProgram(Platform &platform)
         if (window == nullptr) {
             return;
         }
-        startAnew = window->hasLeft(); // who starts a program that is leaving wants one that runs
+        startAnew = window->isLeaving(); // who starts a program that is leaving wants one that runs
         window->presentMenu();
     });
     MainWindow window(platform);
-    if (window.hasLeft()) {
+    if (window.isLeaving()) {
         return 0; // an event loop that begins now would never hear of it
     }
     window.setWindowTitle(QStringLiteral("aaaaaa"));

@@ -98,11 +98,14 @@ void SessionMachine::press(const KeyReport &report)
 void SessionMachine::startSession(const KeyReport &report)
 {
     m_state.PressTime = m_port.monotonicMs();
-    if (m_state.QuickReleaseCount > 0) {
-        --m_state.QuickReleaseCount;
-        return;
-    }
-    if (m_state.KeyUpBusy) {
+    const int key = report.fromTipWindow ? tipWindowKey : report.key;
+    if (m_state.QuickReleaseCount > 0 || m_state.KeyUpBusy) {
+        if (m_state.QuickReleaseCount > 0) {
+            --m_state.QuickReleaseCount;
+        }
+        if (m_state.Recording && key != m_sessionKey) {
+            m_overtaken.insert(key); // its release is not that of the session that runs
+        }
         return;
     }
     m_port.preparePartialResults(); // only now: a press that is ignored leaves the session before it alone
@@ -132,7 +135,7 @@ void SessionMachine::startSession(const KeyReport &report)
         m_port.recordStop(); // a second key while one is held: what was said until now is recognised
         m_overtaken.insert(m_sessionKey);
     }
-    m_sessionKey = report.fromTipWindow ? tipWindowKey : report.key;
+    m_sessionKey = key;
     m_overtaken.erase(m_sessionKey);
     m_port.recordStart();
     m_state.Recording = true;

@@ -161,7 +161,7 @@ void MainWindow::startStep(StartStep step)
 void MainWindow::runLateSteps()
 {
     for (const StartStep step : std::exchange(m_lateSteps, {})) {
-        if (hasTornDown()) {
+        if (isLeaving()) {
             return;
         }
         (this->*step)();
@@ -316,19 +316,19 @@ void MainWindow::TimeOutReadInitPara()
         m_lateSteps.push_back(&MainWindow::TimeOutReadInitPara);
         return;
     }
-    if (hasTornDown()) {
+    if (isLeaving()) {
         return;
     }
     const bool answered = ProbeBackend() >= 0;
-    if (hasTornDown()) {
+    if (isLeaving()) {
         return; // waits run event loops, and an exit may have come through one
     }
     introduceProduct(); // another address may have it
-    if (!answered || hasTornDown()) {
+    if (!answered || isLeaving()) {
         return;
     }
     loadAllCredentials();
-    if (hasTornDown()) {
+    if (isLeaving()) {
         return;
     }
     LoadSettings();
@@ -341,7 +341,7 @@ void MainWindow::TimeOutReadInitPara()
 void MainWindow::DownloadBaiduINIFileTimeout()
 {
     TimeOutReadInitPara();
-    if (!hasTornDown()) {
+    if (!isLeaving()) {
         settleFirstArrival(); // its record has been read only now
         SetupAsr3();
     }

@@ -92,8 +92,8 @@ public:
     /// kept as undelivered where it can be.
     static inline int exitWaitMs = 3000;
 
-    /// An exit has been walked; there is nothing left to run.
-    bool hasLeft() const { return m_exit.underWay(); }
+    /// An exit is being walked or over; nothing may be started any more.
+    bool isLeaving() const { return m_exit.underWay(); }
 
     /// `QApplication::exit` code that starts the program anew.
     static constexpr int restartCode = 888;
@@ -327,8 +327,6 @@ private:
     void chooseAtLimit(int answer);
     void openWebPage(const QString &address);
     QString recordTime() const;
-    /// The exit has been walked, with or without taking everything down.
-    bool isGone() const { return hasTornDown() || !m_cipher; }
 
     // Output.
     /// Types a text into the window of its session, or pastes it, as the settings tell.
@@ -360,8 +358,6 @@ private:
     void tearDown();
     void finishSessions();
     void watchScreens();
-    /// An exit is being walked or over; nothing may be started any more.
-    bool hasTornDown() const { return m_exit.underWay(); }
 
     // Bar.
     void createBar();

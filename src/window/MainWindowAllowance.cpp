@@ -65,7 +65,7 @@ void MainWindow::leaveForTencent()
     // writes the counters does not expect to wait.
     carryOut({change.writes, false, false, false});
     QTimer::singleShot(0, this, [this, change] {
-        if (!isGone()) {
+        if (!isLeaving()) {
             BuildAsrLanMenu(change.persistEngine, change.setupInputMethod);
         }
     });
@@ -73,7 +73,7 @@ void MainWindow::leaveForTencent()
 
 void MainWindow::chooseAtLimit(int answer)
 {
-    if (isGone() || (answer != UseXunFeiMethod && answer != UseSogouMethod)) {
+    if (isLeaving() || (answer != UseXunFeiMethod && answer != UseSogouMethod)) {
         return;
     }
     ++m_languageChoice;
@@ -89,7 +89,7 @@ void MainWindow::chooseAtLimit(int answer)
                                QString::number(UseASR3Index), QString::number(CurrentVersion), m_buildStamp,
                                DongleID}),
         2000);
-    if (isGone()) {
+    if (isLeaving()) {
         return;
     }
     if (answer == UseXunFeiMethod) {

@@ -156,7 +156,7 @@ void MainWindow::timerEvent(QTimerEvent *event)
 
 void MainWindow::HandleDeviceChange(mevo::DeviceNotifier::Change change, const QString &name)
 {
-    if (hasTornDown()) {
+    if (isLeaving()) {
         return;
     }
     if (change == mevo::DeviceNotifier::Change::Removal) {
@@ -267,7 +267,7 @@ void MainWindow::restartKeypadSibling()
 {
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
     m_platform.time->callAfter(keypadPauseMs, this, [this, link = m_link] {
-        if (link == m_link && !hasTornDown()) {
+        if (link == m_link && !isLeaving()) {
             finishArrival();
         }
     });

@@ -199,7 +199,7 @@ void MainWindow::sayThereIsNoInputMethod()
 void MainWindow::loadAllCredentials()
 {
     m_credentials->FetchUnsizedCredentialFiles();
-    if (hasTornDown()) {
+    if (isLeaving()) {
         return;
     }
     m_credentials->LoadCurrentBaiduCredentials();
@@ -209,7 +209,7 @@ void MainWindow::loadAllCredentials()
     m_credentials->LoadBaiduTtsCredentials();
     if (IsOnline) {
         m_tokens->FetchBaiduToken();
-        if (!hasTornDown()) {
+        if (!isLeaving()) {
             m_tokens->FetchBaiduTtsToken();
         }
     }

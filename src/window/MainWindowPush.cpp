@@ -25,7 +25,7 @@ constexpr int noticePauseMs = 500;
 
 void MainWindow::openPushSocket()
 {
-    if (!BackendReachable || hasTornDown()) {
+    if (!BackendReachable || isLeaving()) {
         return;
     }
     const QUrl address(PushSocketUrl);
@@ -96,7 +96,7 @@ void MainWindow::onOrvWebSocketTextMessageReceived(QString message)
 
 void MainWindow::showNotices()
 {
-    if (m_waitingNotices.isEmpty() || !m_cipher || hasTornDown()) {
+    if (m_waitingNotices.isEmpty() || !m_cipher || isLeaving()) {
         return;
     }
     // A picture or the web engine may hold the program for a moment, and somebody is speaking or a text is on

@@ -41,7 +41,7 @@ void MainWindow::ReadServerInfo()
         m_leaving) {
         return;
     }
-    if (readDeviceRecord() && !isGone() && !m_leaving) {
+    if (readDeviceRecord() && !isLeaving() && !m_leaving) {
         makeGoodAccountLists();
     }
 }
@@ -60,7 +60,7 @@ bool MainWindow::readDeviceRecord()
     const auto reply = m_webApi->RunWithFailover(
         mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {dongle}),
         mevo::DeviceRecordTimeouts);
-    if (isGone() || m_recorder == nullptr || dongle != DongleID) {
+    if (isLeaving() || m_recorder == nullptr || dongle != DongleID) {
         return false; // the wait has let an exit through, or another receiver
     }
     if (!reply) {
@@ -96,7 +96,7 @@ void MainWindow::createDeviceRecord()
                                             {DongleID, recordTime(), QString::number(CurrentVersion),
                                              m_buildStamp, QStringLiteral("10")}),
                       createTimeoutMs);
-    if (isGone() || m_webApi->cutOffCount() != cutOff) {
+    if (isLeaving() || m_webApi->cutOffCount() != cutOff) {
         return; // a start that has no time left comes back to it
     }
     if (reply.isEmpty()) {
@@ -172,7 +172,7 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool userHasChosen)
         for (const mevo::EngineChange &change :
              mevo::applyRecordSelectors(*this, *m_recorder, isXpClass(), storedDialect, storedSmallLan)) {
             carryOut(change);
-            if (isGone()) {
+            if (isLeaving()) {
                 return;
             }
         }
@@ -186,7 +186,7 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool userHasChosen)
         }
     }
     applyRecordVersion(row);
-    if (!isGone() && row.contains(QStringLiteral("LastLoginDateTime"))) {
+    if (!isLeaving() && row.contains(QStringLiteral("LastLoginDateTime"))) {
         settleCountingDay();
     }
 }
@@ -219,7 +219,7 @@ void MainWindow::applyRecordVersion(const QJsonObject &row)
 void MainWindow::sayThatVersionIsOld(const QString &text, bool ends)
 {
     whenStarted([this, text, ends] {
-        if (m_versionBoxOpen || isGone()) {
+        if (m_versionBoxOpen || isLeaving()) {
             return; // the record may be read again while the box stands
         }
         m_versionBoxOpen = true;
@@ -271,7 +271,7 @@ void MainWindow::settleCountingDay()
 /// Lists that no file holds are fetched, and an account is drawn where there was none to draw.
 void MainWindow::makeGoodAccountLists()
 {
-    if (!m_credentials->FetchMissingCredentialFiles() || isGone()) {
+    if (!m_credentials->FetchMissingCredentialFiles() || isLeaving()) {
         return;
     }
     if (BaiduClientId.isEmpty()) {

@@ -46,7 +46,7 @@ bool MainWindow::ReadProductRecord()
         m_webApi->RunWithFailover(mevo::statementText(mevo::Statement::ReadProductRecord,
                                                       {SchemaName, key->customIndex, key->productionIndex}),
                                   mevo::ProductRecordTimeouts);
-    if (!reply || isGone()) {
+    if (!reply || isLeaving()) {
         return false; // the wait may have let an exit through
     }
     const auto content = mevo::unwrapReply(*m_cipher, *reply);
@@ -66,7 +66,7 @@ bool MainWindow::ReadProductRecord()
         m_device->StartHeartbeat();
     }
     m_credentials->RefreshCredentialFiles();
-    return !hasTornDown();
+    return !isLeaving();
 }
 
 void MainWindow::reportAddress()

@@ -22,7 +22,7 @@ enum MainFunction {
 
 void MainWindow::ProcessResult(char *report)
 {
-    if (report != nullptr && !hasTornDown()) { // an exit ends what has been said, and begins nothing
+    if (report != nullptr && !isLeaving()) { // an exit ends what has been said, and begins nothing
         m_session.process(report);
     }
 }

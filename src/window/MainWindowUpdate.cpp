@@ -31,7 +31,7 @@ MyUpdateChecker &MainWindow::updateChecker()
 void MainWindow::CheckUpdateTimeout()
 {
     // The record may have come after the start.
-    if (hasTornDown() || AutoUpdateSwitch != 1 || updateChecker().isBusy()) {
+    if (isLeaving() || AutoUpdateSwitch != 1 || updateChecker().isBusy()) {
         return;
     }
     ManualCheck = false;
@@ -40,7 +40,7 @@ void MainWindow::CheckUpdateTimeout()
 
 void MainWindow::CheckUpdateFromSettings(bool noticeClicked)
 {
-    if (hasTornDown() || ManualUpdateSwitch != 1 || updateChecker().isBusy()) {
+    if (isLeaving() || ManualUpdateSwitch != 1 || updateChecker().isBusy()) {
         return;
     }
     ManualCheck = true;
@@ -57,7 +57,7 @@ void UpdateHands::askForUpdate(const QString &text, bool forced, const std::func
         buttons.append(MainWindow::tr("暂时不更新"));
     }
     askAside(&m_window, {MainWindow::tr("灵犀听写更新"), text, buttons, false},
-             [this, answer](int button) { answer(button == 0 && !m_window.hasTornDown()); });
+             [this, answer](int button) { answer(button == 0 && !m_window.isLeaving()); });
 }
 
 void UpdateHands::setUpdateNotice(bool shown)
@@ -133,7 +133,7 @@ QString UpdateHands::programFile() const
 
 void UpdateHands::handOver()
 {
-    if (m_window.hasTornDown() || m_window.ExitInProgress) {
+    if (m_window.isLeaving() || m_window.ExitInProgress) {
         return;
     }
     if (m_window.Recording || m_window.PressPending || !m_window.ResultIdle || m_window.isTyping()) {

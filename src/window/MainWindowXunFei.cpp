@@ -63,7 +63,7 @@ void MainWindow::giveXunFeiUp()
     if (m_xunFei) {
         m_xunFei->giveUp();
     }
-    if (XFWebSocket == nullptr) {
+    if (XFWebSocket == nullptr || !XFWebSocketConnected) { // else a late answer may still come
         endXunFeiSession();
     }
 }

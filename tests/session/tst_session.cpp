@@ -326,6 +326,22 @@ private Q_SLOTS:
         QVERIFY(!desk.state.Recording);
     }
 
+    /// A press that was ignored has a release as well, and that is not the one of the session that runs.
+    void anIgnoredPressEndsNothing()
+    {
+        Desk desk;
+        desk.key(1, 1);
+        desk.state.QuickReleaseCount = 1;
+        desk.key(6, 1);
+        desk.calls();
+        desk.port.clock += 1500;
+        desk.key(6, 0);
+        QCOMPARE(desk.calls(), QStringList());
+        QVERIFY(desk.state.Recording);
+        desk.key(1, 0);
+        QVERIFY(!desk.state.Recording);
+    }
+
     /// The mode may change between press and release, and the road that the press has taken is walked to its
     /// end.
     void aReleaseWalksTheRoadOfItsPress()

@@ -268,7 +268,7 @@ private Q_SLOTS:
         program.settle();
         QCOMPARE(program.fake.log.calls(identity).size(), 1 + 51);
         QCOMPARE(program.questions, QStringList{QStringLiteral("错误")});
-        QVERIFY(program.window->hasLeft() && program.window->recorder() == nullptr);
+        QVERIFY(program.window->isLeaving() && program.window->recorder() == nullptr);
     }
 
     void aKeyReportReachesTheSession()

@@ -329,12 +329,12 @@ private Q_SLOTS:
             const qint64 told = atTheStart ? 12 * 600 : 52 * 600 + 51 * 50;
             // Each attempt may wait up to 100 ms more until the reader pauses, and looks every 5 ms.
             QVERIFY2(lasted >= told && lasted <= told + 52 * 105, qPrintable(QString::number(lasted)));
-            QCOMPARE(program.window->hasLeft(), !atTheStart);
+            QCOMPARE(program.window->isLeaving(), !atTheStart);
             return;
         }
         QVERIFY(program.fake.time->monotonicMs() - happened <= 105); // noticed at its next step
         QVERIFY(attempts <= after / 600 + 1);
-        QCOMPARE(program.window->hasLeft(), happening == QLatin1String("exit"));
+        QCOMPARE(program.window->isLeaving(), happening == QLatin1String("exit"));
         QVERIFY(!program.window->deviceOpen() && !program.window->DeviceIDBusy);
         QVERIFY(program.window->HeartbeatTimerId == 0);
         QVERIFY(program.questions.isEmpty());
@@ -382,7 +382,7 @@ private Q_SLOTS:
                 const QString delays = QStringLiteral("out %1, in %2").arg(out).arg(in);
                 QVERIFY2(window().deviceOpen() && !window().DeviceIDBusy, qPrintable(delays));
                 QCOMPARE(window().DongleID, QStringLiteral("02-01-001357"));
-                QVERIFY(window().isVisible() && !window().hasLeft());
+                QVERIFY(window().isVisible() && !window().isLeaving());
                 QTimerEvent beat(window().HeartbeatTimerId);
                 program.fake.log.clear();
                 QCoreApplication::sendEvent(program.window.get(), &beat);
@@ -408,7 +408,7 @@ private Q_SLOTS:
             }
             program.settle();
             QCOMPARE(program.questions.isEmpty(), removalComes);
-            QCOMPARE(window().hasLeft(), !removalComes);
+            QCOMPARE(window().isLeaving(), !removalComes);
             QVERIFY(!window().deviceOpen());
         }
     }
