@@ -847,6 +847,10 @@
 <context>
     <name>MyUpdateChecker</name>
     <message>
+        <source>文件已存在</source>
+        <translation>檔案已存在</translation>
+    </message>
+    <message>
         <source>不能保存文件 %1: %2.</source>
         <translation>不能保存檔案 %1: %2.</translation>
     </message>
@@ -891,7 +895,7 @@
     <message>
         <source>V%d.%02d版本已提供在线更新,<byte value="xd"/>
 是否要更新?</source>
-        <translation>V%d.%02d版本已提供在線更新！<byte value="xd"/>
+        <translation>V%d.%02d版本已提供在線更新,<byte value="xd"/>
 是否要更新？</translation>
     </message>
     <message>

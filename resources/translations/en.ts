@@ -846,6 +846,10 @@ keep the pointer on this window and it stays open</translation>
 <context>
     <name>MyUpdateChecker</name>
     <message>
+        <source>文件已存在</source>
+        <translation>the file exists already</translation>
+    </message>
+    <message>
         <source>不能保存文件 %1: %2.</source>
         <translation>The file %1 cannot be saved: %2.</translation>
     </message>

@@ -200,6 +200,8 @@ private:
         }
         const QString error = exchangeFolders(m_folder, m_beside);
         if (!error.isEmpty()) {
+            m_lock.release();
+            m_start.start(m_program); // better the new one once more than none
             return {Outcome::Failed, QStringLiteral("the old version cannot be brought back: ") + error};
         }
         qWarning("The new version has not come up: the old one is back");

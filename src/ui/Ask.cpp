@@ -71,6 +71,7 @@ QList<QAbstractButton *> fill(QMessageBox &box, const Question &question)
 {
     box.setIcon(question.warning ? QMessageBox::Warning : QMessageBox::Question);
     box.setWindowTitle(question.title);
+    box.setTextFormat(Qt::PlainText); // parts of it may be a stranger's
     box.setText(question.text);
     QList<QAbstractButton *> buttons;
     for (int i = 0; i < question.buttons.size(); ++i) {
@@ -84,6 +85,12 @@ QList<QAbstractButton *> fill(QMessageBox &box, const Question &question)
         if (meaning == Answer::Back) {
             box.setEscapeButton(button);
         }
+    }
+    if (!question.meanings.empty() && box.escapeButton() == nullptr) {
+        // A box that is closed has not been answered; alone, a button would count as pressed.
+        QPushButton *closed = box.addButton(QString(), QMessageBox::RejectRole);
+        closed->hide();
+        box.setEscapeButton(closed);
     }
     box.setWindowFlag(Qt::WindowStaysOnTopHint);
     return buttons;

@@ -106,6 +106,9 @@ void CADShowDlg::showPage()
     const mevo::NoticePageCalls calls{[this](const QUrl &address) { openLink(address); },
                                       [this] { openLink(m_notice.link); },
                                       [this] {
+                                          if (m_page == nullptr) {
+                                              return; // it has been said before
+                                          }
                                           m_page->hide();
                                           m_page->deleteLater();
                                           m_page = nullptr;

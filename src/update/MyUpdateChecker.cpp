@@ -159,12 +159,30 @@ QString MyUpdateChecker::archivePath() const
     return folderAbove() + QLatin1Char('/') + m_found.fileName;
 }
 
+/// A file that stands under the archive's name and that no earlier download of ours has left: the name is a
+/// stranger's choice, and the folder may hold the user's own files.
+bool MyUpdateChecker::isSomebodyElses(const QString &path) const
+{
+    if (!QFileInfo(path).exists() && !QFileInfo(path).isSymLink()) {
+        return false;
+    }
+    QFile left(folderAbove() + QLatin1Char('/') + mevo::downloadSettingFile);
+    const auto setting =
+        left.open(QIODevice::ReadOnly) ? mevo::parseDownloadSetting(left.readAll()) : std::nullopt;
+    return !setting || setting->updaterName != QFileInfo(path).fileName();
+}
+
 void MyUpdateChecker::download()
 {
     m_writeError.clear();
     m_finishedMeanwhile = false;
     m_signatureTurn = false;
     const QString path = archivePath() + partSuffix;
+    if (isSomebodyElses(archivePath())) {
+        m_file.reset();
+        giveUp(tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(archivePath()), tr("文件已存在")));
+        return;
+    }
     QFile::remove(path); // opening what stands there could write through a link
     m_file = std::make_unique<QFile>(path);
     if (!m_file->open(QIODevice::WriteOnly | QIODevice::NewOnly)) {

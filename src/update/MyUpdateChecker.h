@@ -57,6 +57,7 @@ private:
     void giveUp(const QString &text);
     QString archivePath() const;
     QString folderAbove() const;
+    bool isSomebodyElses(const QString &path) const;
 
     ServiceState &m_service;
     UpdateState &m_update;

@@ -222,6 +222,8 @@ void MainWindow::createTimers()
     m_topMost = new QTimer(this);
     connect(m_topMost, &QTimer::timeout, this, &MainWindow::setWndTopMostTimeout);
     m_topMost->start(topMostMs);
+    m_noticesLater.setSingleShot(true);
+    connect(&m_noticesLater, &QTimer::timeout, this, &MainWindow::showNotices);
 }
 
 void MainWindow::startSiblings()
@@ -238,9 +240,7 @@ void MainWindow::finishStart()
     if (DeviceConnected) {
         m_device->ResetDeviceKeys();
     }
-    if (AutoUpdateSwitch == 1) {
-        QTimer::singleShot(updateCheckMs, this, &MainWindow::CheckUpdateTimeout);
-    }
+    QTimer::singleShot(updateCheckMs, this, &MainWindow::CheckUpdateTimeout); // looks at the switch by then
     if (DeviceConnected) {
         setTrayPicture(IsOnline ? QStringLiteral(":/rec/ORDeviceConnect.png")
                                 : QStringLiteral(":/rec/ORNoNetwork.png"));
@@ -334,6 +334,9 @@ void MainWindow::TimeOutReadInitPara()
     LoadSettings();
     SetupAsr3();
     ReadServerInfo();
+    if (!IsOnline || isLeaving()) {
+        return;
+    }
     BackendReachable = true;
     openPushSocket();
 }

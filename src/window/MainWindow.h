@@ -20,6 +20,7 @@
 #include <QPixmap>
 #include <QPointer>
 #include <QSystemTrayIcon>
+#include <QTimer>
 #include <QTranslator>
 
 #include <deque>
@@ -28,6 +29,7 @@
 #include <memory>
 
 class AudioRecorder;
+class CADShowDlg;
 class CPatialResultDialog;
 class DeviceCommands;
 class GetHIDDataThread;
@@ -38,7 +40,6 @@ class QAction;
 class QMenu;
 class QNetworkAccessManager;
 class QPushButton;
-class QTimer;
 class QToolTips;
 class QWebSocket;
 class UndeliveredDialog;
@@ -433,6 +434,8 @@ private:
     QWebSocket *PushSocket = nullptr; ///< the service's notices come by it
     std::unique_ptr<mevo::PushChannel> m_push;
     QStringList m_waitingNotices; ///< frames of notices
+    QTimer m_noticesLater;        ///< while nobody is to be disturbed
+    QList<QPointer<CADShowDlg>> m_openNotices;
     std::unique_ptr<mevo::UpdateHands> m_updateHands;
     std::unique_ptr<MyUpdateChecker> m_updateChecker;
     GetHIDDataThread *m_reader = nullptr;

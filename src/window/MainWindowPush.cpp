@@ -102,7 +102,7 @@ void MainWindow::showNotices()
     // A picture or the web engine may hold the program for a moment, and somebody is speaking or a text is on
     // its way.
     if (Recording || isTyping() || ExitInProgress) {
-        QTimer::singleShot(noticePauseMs, this, &MainWindow::showNotices);
+        m_noticesLater.start(noticePauseMs);
         return;
     }
     for (const QString &message : std::exchange(m_waitingNotices, {})) {
@@ -112,12 +112,14 @@ void MainWindow::showNotices()
 
 void MainWindow::showNotice(const QString &frame)
 {
-    // Those that are closed already are gone with the next turn of the event loop.
-    const auto notices = findChildren<CADShowDlg *>(QString(), Qt::FindDirectChildrenOnly);
-    if (notices.size() >= mostNotices) {
-        notices.first()->close();
+    m_openNotices.removeAll(QPointer<CADShowDlg>());
+    while (m_openNotices.size() >= mostNotices) {
+        if (CADShowDlg *const oldest = m_openNotices.takeFirst()) {
+            oldest->close();
+        }
     }
     auto *const notice = new CADShowDlg(*m_cipher, mevo::chosenProxy(*this), mevo::noticePageMaker, this);
+    m_openNotices.append(notice);
     connect(notice, &CADShowDlg::linkWanted, this,
             [this](const QUrl &address) { mevo::openUrl(address, *m_platform.processes); });
     notice->onTextMessageReceived(frame);

@@ -96,8 +96,9 @@ void MainWindow::createDeviceRecord()
                                             {DongleID, recordTime(), QString::number(CurrentVersion),
                                              m_buildStamp, QStringLiteral("10")}),
                       createTimeoutMs);
-    if (isLeaving() || m_webApi->cutOffCount() != cutOff) {
-        return; // a start that has no time left comes back to it
+    if (isLeaving() || !IsOnline || m_webApi->cutOffCount() != cutOff) {
+        return; // a start that has no time left comes back to it, and so does a network that has gone
+                // meanwhile
     }
     if (reply.isEmpty()) {
         m_leaving = true;

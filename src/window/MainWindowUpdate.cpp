@@ -53,10 +53,12 @@ namespace mevo {
 void UpdateHands::askForUpdate(const QString &text, bool forced, const std::function<void(bool)> &answer)
 {
     QStringList buttons{MainWindow::tr("立即更新")};
+    std::vector<Answer> meanings{Answer::Accept};
     if (!forced) {
         buttons.append(MainWindow::tr("暂时不更新"));
+        meanings.push_back(Answer::Back);
     }
-    askAside(&m_window, {MainWindow::tr("灵犀听写更新"), text, buttons, false},
+    askAside(&m_window, {MainWindow::tr("灵犀听写更新"), text, buttons, false, meanings},
              [this, answer](int button) { answer(button == 0 && !m_window.isLeaving()); });
 }
 

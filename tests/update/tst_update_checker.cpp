@@ -112,7 +112,7 @@ private Q_SLOTS:
         row(traditional, "All", true, "V1.08完整安裝版本已提供，須在線更新！\r\n請點擊'立即更新'按鈕");
         row(traditional, "All", false, "V1.08完整安裝版本已提供在線更新！\r\n是否要更新？");
         row(traditional, "Part", true, "V1.08版本已提供，須在線更新！\r\n請點擊'立即更新'按鈕");
-        row(traditional, "Part", false, "V1.08版本已提供在線更新！\r\n是否要更新？");
+        row(traditional, "Part", false, "V1.08版本已提供在線更新,\r\n是否要更新？");
     }
     void questions()
     {
@@ -227,6 +227,39 @@ private Q_SLOTS:
         QCOMPARE(update.content("DownloadSetting.ini"),
                  QByteArray("[Set]\nUpdaterName=a.tar.xz\nMode=Part\nExeName=App/mevoinput\n"));
         QCOMPARE(update.host.lastReceived, qint64(archive.size()));
+    }
+
+    /// The archive's name is a stranger's choice: a file of the user's own under it stays, one that an
+    /// earlier download has left is replaced.
+    void filesOfTheUsersStay_data()
+    {
+        QTest::addColumn<QByteArray>("setting");
+        QTest::addColumn<bool>("replaced");
+        QTest::newRow("the user's") << QByteArray() << false;
+        QTest::newRow("another download's")
+            << QByteArray("[Set]\nUpdaterName=b.tar.xz\nMode=All\nExeName=App/mevoinput\n") << false;
+        QTest::newRow("an earlier download's")
+            << QByteArray("[Set]\nUpdaterName=a.tar.xz\nMode=All\nExeName=App/mevoinput\n") << true;
+    }
+    void filesOfTheUsersStay()
+    {
+        QFETCH(QByteArray, setting);
+        QFETCH(bool, replaced);
+        Update update;
+        const auto write = [&update](const char *name, const QByteArray &content) {
+            QFile file(update.host.folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        };
+        write("a.tar.xz", "what stands there");
+        if (!setting.isEmpty()) {
+            write("DownloadSetting.ini", setting);
+        }
+        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz"));
+        update.http.enqueue(ScriptedAnswer::body("archive"));
+        update.run();
+        QCOMPARE(update.content("a.tar.xz"), QByteArray(replaced ? "archive" : "what stands there"));
+        QCOMPARE(update.host.events.last() == "hand over", replaced);
+        QCOMPARE(update.http.requests.size(), replaced ? 2 : 1);
     }
 
     void foreignInstallation()
