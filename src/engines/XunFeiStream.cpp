@@ -4,6 +4,7 @@
 #include "engines/EngineSelection.h"
 #include "engines/XunFeiFrames.h"
 #include "engines/XunFeiHost.h"
+#include "engines/XunFeiLateAnswer.h"
 #include "engines/XunFeiSigning.h"
 
 #include <QDebug>
@@ -45,6 +46,7 @@ void XunFeiStream::ConnectXFWebApi()
     m_whole = m_endpoints.XunFeiWholeUtterance.value_or(m_dynamic);
     m_punctuation = m_state.AddPunctuationWhenEnd;
     m_fragments.clear();
+    m_spoken = m_lastSent = false;
     useAccountOf(m_voiceType);
     const XunFeiAccount account{m_state.XunFeiAppId, m_state.XunFeiApiKey, m_state.XunFeiApiSecret};
     const QUrl url = xunFeiUrl(m_endpoints, account, xunFeiDate(m_time.now()), xunFeiDate(m_time.now()));
@@ -122,12 +124,14 @@ void XunFeiStream::sendFrame(const QByteArray &block, int status)
     QByteArray frame;
     switch (status) {
     case First:
+        m_spoken = true;
         frame = xunFeiFirstFrame({m_state.XunFeiAppId, m_voiceType, m_punctuation, m_dynamic}, block);
         break;
     case Middle:
         frame = xunFeiMiddleFrame(block);
         break;
     case Last:
+        m_lastSent = true;
         frame = xunFeiLastFrame();
         break;
     default:
@@ -254,12 +258,33 @@ bool XunFeiStream::handOn(bool alsoEmpty)
 
 void XunFeiStream::finishEarly()
 {
-    if (m_state.XFWebSocket != nullptr && gathered().isEmpty()) {
-        qWarning() << "XunFei: the next press came before any result; the sentence before it is lost";
-    }
     ++m_session;
     closeAndHide();
     handOn(false);
+}
+
+void XunFeiStream::letGo(const std::function<void(const QString &text, bool words)> &done)
+{
+    ++m_session;
+    const bool words = !m_dynamic;
+    const QString text = gathered();
+    if (!text.isEmpty() || !m_spoken || !m_state.XFWebSocketConnected || m_state.XFWebSocket == nullptr) {
+        if (m_state.XFWebSocket != nullptr && text.isEmpty()) {
+            qWarning() << "XunFei: the next press came before the connection; the sentence before it is lost";
+        }
+        (m_dynamic ? m_state.XFPartialList : m_fragments).clear();
+        closeAndHide();
+        done(text, words);
+        return;
+    }
+    if (!m_lastSent) {
+        sendFrame({}, Last); // the speech is over, and no block will come any more that says so
+    }
+    QWebSocket *const socket = std::exchange(m_state.XFWebSocket, nullptr);
+    m_state.XFWebSocketConnected = false;
+    socket->disconnect(this);
+    new XunFeiLateAnswer(
+        socket, m_dynamic, m_whole, m_state, [done, words](const QString &late) { done(late, words); }, this);
 }
 
 void XunFeiStream::giveUp()

@@ -6,6 +6,9 @@
 #include "state/MainState.h"
 
 #include <QObject>
+#include <QStringList>
+
+#include <functional>
 
 class QWebSocket;
 
@@ -34,6 +37,11 @@ public:
     void close();
     /// Hands on what has been understood so far and ends the session.
     void finishEarly();
+    /// The next session is about to begin. What has been understood so far is all of this one, and `done` is
+    /// told it at once; where there is nothing yet, its results are waited for beside the next one, and
+    /// `done` is told them then. `words` says that the text is words, as XunFeiHost::handleXunFeiText() takes
+    /// them.
+    void letGo(const std::function<void(const QString &text, bool words)> &done);
     /// The service keeps silent. What it has said until now is handed on and the session ends; where there is
     /// nothing, the socket stays open for a late answer.
     void giveUp();
@@ -72,6 +80,8 @@ private:
     bool m_dynamic = false; ///< results may correct earlier ones
     bool m_whole = false;   ///< the session ends with the last result
     bool m_punctuation = false;
+    bool m_spoken = false;   ///< the first frame has been sent
+    bool m_lastSent = false; ///< and the last one
     QStringList m_fragments; ///< results without correction
     int m_session = 0; ///< number of the session: a text's way may run event loops, and the next one begin
     int m_wordlessSession = -1; ///< session in which a message without words has been logged

@@ -108,6 +108,10 @@ void SessionMachine::startSession(const KeyReport &report)
         }
         return;
     }
+    if (m_state.Recording) {
+        m_port.recordStop(); // a second key while one is held: what was said until now is recognised
+        m_overtaken.insert(m_sessionKey);
+    }
     m_port.preparePartialResults(); // only now: a press that is ignored leaves the session before it alone
     const QMutexLocker lock(&SessionMutex);
     m_state.KeyDownBusy = true;
@@ -131,10 +135,6 @@ void SessionMachine::startSession(const KeyReport &report)
         m_state.MicWinShown = true;
     }
     m_port.updateMicWin(QLatin1String(pictures::micSpeak));
-    if (m_state.Recording) {
-        m_port.recordStop(); // a second key while one is held: what was said until now is recognised
-        m_overtaken.insert(m_sessionKey);
-    }
     m_sessionKey = key;
     m_overtaken.erase(m_sessionKey);
     m_port.recordStart();

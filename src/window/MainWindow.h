@@ -295,6 +295,9 @@ private:
     bool isPasting() const { return m_pasteSettles || !m_pendingPastes.empty(); }
     /// Types what a streaming session has understood so far and ends it: the next one begins.
     void finishXunFeiEarly();
+    /// The same for a press that is under way: the text comes from the event loop, and where the service has
+    /// said nothing yet, its answer is waited for beside the session that begins.
+    void letXunFeiGo();
     void endXunFeiSession();
     /// Writes the counters, and tells the receiver that its microphone is no longer wanted, unless the user
     /// has begun to talk by the tip window meanwhile.

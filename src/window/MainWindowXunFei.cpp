@@ -7,6 +7,8 @@
 #include "engines/XunFeiStream.h"
 #include "ui/CPatialResultDialog.h"
 
+#include <QTimer>
+
 #include <utility>
 
 void MainWindow::ConnectXFWebApi()
@@ -74,6 +76,23 @@ void MainWindow::finishXunFeiEarly()
         m_xunFei->finishEarly();
     }
     endXunFeiSession();
+}
+
+void MainWindow::letXunFeiGo()
+{
+    const int session = std::exchange(m_xunFeiSession, 0);
+    if (session == 0 || !m_xunFei) {
+        return;
+    }
+    m_xunFei->letGo([this, session](const QString &text, bool words) {
+        QTimer::singleShot(0, this, [this, session, text, words] {
+            if (!text.isEmpty()) {
+                deliverRecognised(session, {text, words});
+            }
+            endSession(session);
+            flushXunFeiCount();
+        });
+    });
 }
 
 void MainWindow::endXunFeiSession()

@@ -87,7 +87,7 @@ void SessionHands::updateMicWin(const QString &picture)
 
 void SessionHands::preparePartialResults()
 {
-    m_window.finishXunFeiEarly(); // what the strip shows belongs to the session before
+    m_window.letXunFeiGo(); // what the strip shows belongs to the session before
     m_window.XFPartialList.clear();
     m_window.XFResultText.clear();
     if (m_window.m_recorder == nullptr || !m_window.m_recorder->EnableXunFeiWebApiDwa) {

@@ -429,6 +429,93 @@ private Q_SLOTS:
         QTEST(desk.calls.join(QLatin1Char(',')), "calls");
     }
 
+    /// The next press comes before any result: both sentences are recognised, each once.
+    void theNextPressLeavesTheAnswerItsTime_data()
+    {
+        QTest::addColumn<bool>("correction");
+        QTest::addColumn<bool>("released"); // the last frame has gone already
+        for (const bool correction : {false, true}) {
+            for (const bool released : {false, true}) {
+                QTest::addRow("%s, %s", correction ? "corrected" : "plain",
+                              released ? "after the release" : "while the key is held")
+                    << correction << released;
+            }
+        }
+    }
+    void theNextPressLeavesTheAnswerItsTime()
+    {
+        QFETCH(bool, correction);
+        QFETCH(bool, released);
+        Desk desk(std::nullopt);
+        desk.correction = correction;
+        desk.control("texts", QStringLiteral("一|二"));
+        desk.stream->ConnectXFWebApi();
+        QTRY_VERIFY(desk.state.XFWebSocketConnected);
+        for (const int status : {First, Middle, Middle}) {
+            desk.stream->sendFrame(QByteArray(640, '\x11'), status);
+        }
+        if (released) {
+            desk.stream->sendFrame({}, Last);
+        }
+        QStringList late;
+        desk.stream->letGo([&](const QString &text, bool words) {
+            late.append(text);
+            QCOMPARE(words, !correction);
+        });
+        QVERIFY(desk.state.XFWebSocket == nullptr && late.isEmpty());
+        QVERIFY(desk.speak());
+        QVERIFY(desk.waitFor(QStringLiteral("end")));
+        QTRY_COMPARE(late, QStringList{QStringLiteral("一")});
+        QVERIFY(desk.calls.contains(correction ? QStringLiteral("show 二") : QStringLiteral("handle 二")));
+        QTRY_COMPARE(desk.noted("closed", "closeCode"), (QVariantList{1000, 1000}));
+        QCOMPARE(desk.noted("frame", "status").count(2), 2);
+        QCOMPARE(desk.state.XFSR1DUsedQuantity, 2);
+    }
+
+    /// What is known at once is told at once, and a service that goes or fails keeps nobody waiting.
+    void lettingGoIsAnsweredInAnyCase_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("no connection yet") << "connecting"
+                                           << "";
+        QTest::newRow("a result is there") << "result"
+                                           << "你";
+        QTest::newRow("nothing said") << "silent"
+                                      << "";
+        QTest::newRow("error") << "error"
+                               << "";
+        QTest::newRow("connection cut") << "cut"
+                                        << "";
+        QTest::newRow("garbage") << "garbage"
+                                 << "";
+    }
+    void lettingGoIsAnsweredInAnyCase()
+    {
+        QFETCH(QString, kind);
+        Desk desk(true);
+        if (kind == QLatin1String("error")) {
+            desk.control("error", QStringLiteral("10700"));
+        } else if (kind == QLatin1String("cut") || kind == QLatin1String("garbage")) {
+            desk.control("fault", kind);
+        }
+        desk.stream->ConnectXFWebApi();
+        if (kind != QLatin1String("connecting")) {
+            QTRY_VERIFY(desk.state.XFWebSocketConnected);
+        }
+        if (kind == QLatin1String("result")) {
+            desk.stream->onXFWebApiMessageReceived(
+                QStringLiteral(R"({"code":0,"data":{"status":1,"result":{"ws":[{"cw":[{"w":"你"}]}]}}})"));
+        } else if (kind != QLatin1String("silent") && kind != QLatin1String("connecting")) {
+            desk.stream->sendFrame(QByteArray(640, '\x11'), First);
+        }
+        QStringList told;
+        desk.stream->letGo([&](const QString &text, bool) { told.append(text); });
+        QTRY_COMPARE(told.size(), 1);
+        QTEST(told.first(), "told");
+        QVERIFY(desk.state.XFWebSocket == nullptr && desk.calls.isEmpty());
+    }
+
     /// A service that has said nothing yet may still be late.
     void silenceWithoutAnyResultKeepsTheSocket()
     {
