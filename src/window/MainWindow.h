@@ -278,6 +278,8 @@ private:
     void chooseLanguageRow(const mevo::LanguageRow &row);
     void writeSettings(const std::vector<mevo::SettingWrite> &writes);
     void carryOut(const mevo::EngineChange &change);
+    bool tellBackend(const QString &statement);
+    bool tellUntoldChoice();
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
     void loadAllCredentials();
@@ -476,6 +478,7 @@ private:
     bool m_productRead = false;         ///< the product record has been applied in this run
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
     bool m_elevationWanted = false;     ///< the input method of the settings needs the administrator's rights
+    bool m_engineTold = true;           ///< the backend has answered the last engine statement
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
     bool m_countersKnown = true;        ///< false when the start ended before it had read them
     bool m_menuWanted = false;          ///< by a second start that came during the construction

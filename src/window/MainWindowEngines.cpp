@@ -37,6 +37,8 @@ namespace {
 
 constexpr int modeChangeTimeoutMs = 2000;
 constexpr int withoutWaiting = 1;
+/// Set while the backend has not heard of the language that the user has chosen.
+constexpr char untoldChoice[] = "EngineChoiceUntold";
 
 const char menuStyle[] =
     "QMenu { border: 2px solid rgb(0, 162, 232); background-color: rgb(32, 44, 58); }"
@@ -76,7 +78,7 @@ void MainWindow::BuildAsrLanMenu(bool persistEngine, bool setupInputMethod)
         SetupAsr3();
     }
     if (persistEngine) {
-        runBackendSql(mevo::engineStatement(*m_recorder, SchemaName, DongleID));
+        m_engineTold = tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID));
     }
 }
 
@@ -172,6 +174,10 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
     carryOut(mevo::chooseLanguage(row, *this, *m_recorder));
+    mevo::SettingsFile settings;
+    if (!m_engineTold || settings.contains(QLatin1String(untoldChoice))) {
+        settings.setValue(QLatin1String(untoldChoice), int(!m_engineTold)); // the record must not undo it
+    }
 }
 
 void MainWindow::writeSettings(const std::vector<mevo::SettingWrite> &writes)
@@ -346,8 +352,29 @@ bool MainWindow::refreshBaiduToken()
     return !m_baiduSpeech || m_baiduSpeech->refreshToken();
 }
 
+/// Before the record is read: a choice that the backend has not heard of is told now. False while it still
+/// has not.
+bool MainWindow::tellUntoldChoice()
+{
+    if (!mevo::SettingsFile().value(QLatin1String(untoldChoice)).toBool()) {
+        return true;
+    }
+    if (m_recorder == nullptr || !tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID))) {
+        return false;
+    }
+    mevo::SettingsFile().setValue(QLatin1String(untoldChoice), 0);
+    return true;
+}
+
 void MainWindow::runBackendSql(const QString &statement)
 {
+    tellBackend(statement);
+}
+
+/// Whether the backend has answered.
+bool MainWindow::tellBackend(const QString &statement)
+{
     // A start whose time is used up still tells the record what has changed, before the record is read late.
-    RunBackendSql(statement, m_webApi->sharedWaitUsedUp() ? withoutWaiting : modeChangeTimeoutMs);
+    return !RunBackendSql(statement, m_webApi->sharedWaitUsedUp() ? withoutWaiting : modeChangeTimeoutMs)
+                .isNull();
 }

@@ -57,6 +57,10 @@ bool MainWindow::readDeviceRecord()
 {
     const int choice = m_languageChoice;
     const QString dongle = DongleID;
+    const bool told = tellUntoldChoice();
+    if (isLeaving() || m_recorder == nullptr || dongle != DongleID) {
+        return false; // the wait has let an exit through, or another receiver
+    }
     const auto reply = m_webApi->RunWithFailover(
         mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {dongle}),
         mevo::DeviceRecordTimeouts);
@@ -83,7 +87,7 @@ bool MainWindow::readDeviceRecord()
     if (moveToOtherServers(row)) {
         return false;
     }
-    applyDeviceRecord(row, choice != m_languageChoice);
+    applyDeviceRecord(row, choice != m_languageChoice || !told);
     return true;
 }
 
@@ -150,8 +154,7 @@ bool MainWindow::moveToOtherServers(const QJsonObject &row)
     return true;
 }
 
-/// `userHasChosen` says that the user has chosen a language since the record was asked for: the choice is
-/// newer.
+/// `userHasChosen` says that the user has chosen a language of which the record does not know yet.
 void MainWindow::applyDeviceRecord(const QJsonObject &row, bool userHasChosen)
 {
     const int storedDialect = ShowXFDialect;

@@ -312,6 +312,30 @@ private Q_SLOTS:
         QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->UseTXASRApi);
     }
 
+    /// A language that was chosen while the backend was away is told before the record is read, and the
+    /// record does not undo it before it has heard of it. The mark stands in the settings, for the next
+    /// start.
+    void aChoiceThatTheBackendHasNotHeardHolds()
+    {
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("T"));
+        window.IsOnline = false;
+        program.choose(QStringLiteral("英语(讯飞版)"));
+        QVERIFY(window.recorder()->UseXunFeiWebApi);
+        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("1"));
+        window.IsOnline = true;
+        program.backend.refused = QStringLiteral("DefaultRecEngine");
+        window.ReadServerInfo(); // the row still says Tencent
+        QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->UseTXASRApi);
+        program.backend.refused.clear();
+        program.backend.record[QStringLiteral("UseTXAPIPara")] = QStringLiteral("0");
+        program.backend.asked.clear();
+        window.ReadServerInfo();
+        QVERIFY(program.backend.asked.first().contains(QLatin1String("UseXFSDKPara = '1'")));
+        QVERIFY(window.recorder()->UseXunFeiWebApi);
+        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("0"));
+    }
+
     void theProductRecordComesFromEachAddress_data()
     {
         QTest::addColumn<QStringList>("down");
