@@ -7,6 +7,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 
 #include <cstdio>
@@ -78,6 +79,9 @@ int runDesk(const QStringList &arguments)
         options.environment.insert(QStringLiteral("MEVO_HOME"), parser.value(home));
     if (parser.isSet(artifacts))
         options.artifacts = QDir(parser.value(artifacts));
+    options.name =
+        QFileInfo(path).completeBaseName() + QLatin1Char('-') +
+        qEnvironmentVariable("MEVO_DESK_WM", QStringLiteral("desk")); // may run under several at once
     DeskRunner runner(options, keyboard.get());
     // Inside the event loop, so that a signal can end it.
     QTimer::singleShot(0, QCoreApplication::instance(),

@@ -20,9 +20,13 @@ namespace {
 
 using Result = DeskRunner::Result;
 
-constexpr int defaultWaitMs = 5000;
+// A wait ends as soon as it has what it waits for: long bounds cost nothing, and a loaded machine needs them.
+constexpr int defaultWaitMs = 20000;
 constexpr int defaultQuietMs = 1000;
-constexpr int toolTimeoutMs = 30000;
+constexpr int toolTimeoutMs = 60000;
+constexpr int retryPauseMs = 50;  ///< between two tries of a command or a request
+constexpr int keysAwakeMs = 3000; ///< after this a key is pressed whether its receiver is awake or not
+constexpr int stillMs = 60;       ///< a window that is clicked at has stood for so long
 constexpr int logLinesOnFailure = 30;
 
 QString within()
@@ -46,6 +50,19 @@ QString visible(const QString &text)
     result.replace(QLatin1Char('\t'), QLatin1String("\\t"));
     result.replace(QLatin1Char('\x1b'), QLatin1String("\\e"));
     return QLatin1Char('"') + result + QLatin1Char('"');
+}
+
+/// Tries at once and again until it goes well or the time is over, also when one try alone outlasts it.
+bool repeat(int timeoutMs, const std::function<bool()> &attempt)
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (!attempt()) {
+        if (elapsed.elapsed() >= timeoutMs)
+            return false;
+        waitUntil([] { return false; }, retryPauseMs);
+    }
+    return true;
 }
 
 QString lastLines(const QByteArray &text, int count)
@@ -84,6 +101,7 @@ const DeskRunner::Verb DeskRunner::verbs[] = {
     {"wait-file", &DeskRunner::waitFile},
     {"expect-feature", &DeskRunner::expectFeature},
     {"wait-window", &DeskRunner::waitWindow},
+    {"wait-menu", &DeskRunner::waitMenu},
     {"no-window", &DeskRunner::noWindow},
     {"speak", &DeskRunner::speak},
     {"hold", &DeskRunner::hold},
@@ -133,6 +151,10 @@ bool DeskRunner::run(const DeskScript &script)
         if (!m_program.log().isEmpty())
             say(QStringLiteral("--- the program's last lines\n") +
                 lastLines(m_program.log(), logLinesOnFailure));
+        const QString picture =
+            m_options.artifacts.absoluteFilePath(QStringLiteral("%1-failed.png").arg(m_options.name));
+        if (readyToFind({}).ok && m_desktop->screenshot(picture))
+            say(QStringLiteral("--- the screen: ") + picture);
         return false;
     }
     return true;
@@ -147,6 +169,9 @@ Result DeskRunner::runStep(const DeskStep &step)
         return (this->*verb->run)(step);
     if (step.verb == QLatin1String("mark"))
         m_logMark = m_program.log().size();
+    // On a loaded machine a heartbeat may be late: the user presses again then.
+    if (step.verb == QLatin1String("press"))
+        waitUntil([this] { return !m_console.receiver().voiceKeysSilent(); }, keysAwakeMs);
     const ReceiverConsole::Answer answer = m_console.execute(QStringList{step.verb} + step.arguments);
     return answer.ok ? Result{true, answer.text, {}, {}} : Result::failed(step.source, answer.text);
 }
@@ -266,7 +291,8 @@ Result DeskRunner::expectText(Step step)
     if (!target)
         return Result::failed(QStringLiteral("a target"), QStringLiteral("none"));
     const QString wanted = step.arguments.first();
-    const QString seen = target->text(wanted.size(), step.milliseconds(within(), defaultWaitMs));
+    waitUntil([&] { return target->peek() == wanted; }, step.milliseconds(within(), defaultWaitMs), 20);
+    const QString seen = target->text(wanted.size(), 0); // what comes after it counts as well
     return seen == wanted ? Result{} : Result::failed(visible(wanted), visible(seen));
 }
 
@@ -362,6 +388,17 @@ Result DeskRunner::waitWindow(Step step)
     return windowStep(step.arguments.first(), true, step.milliseconds(within(), defaultWaitMs));
 }
 
+Result DeskRunner::waitMenu(Step step)
+{
+    const int timeoutMs = step.milliseconds(within(), defaultWaitMs);
+    const Result shown = windowStep(step.arguments.first(), true, timeoutMs);
+    if (!shown.ok)
+        return shown;
+    return waitUntil([this] { return m_desktop->keyboardIsGrabbed(); }, timeoutMs, 20)
+               ? Result{}
+               : Result::failed(QStringLiteral("the menu takes the keys"), QStringLiteral("it does not"));
+}
+
 Result DeskRunner::noWindow(Step step)
 {
     return windowStep(step.arguments.first(), false, step.milliseconds(within(), defaultWaitMs));
@@ -426,7 +463,20 @@ Result DeskRunner::movePointer(Step step)
     };
     const QString pattern = step.options.value(QStringLiteral("over"));
     return pattern.isEmpty() ? moveFrom({}) : withWindow(pattern, [&](Desktop::Window window) {
-        return moveFrom(m_desktop->corner(window));
+        // A window manager may still be about to put it elsewhere.
+        QPoint corner = m_desktop->corner(window);
+        QElapsedTimer still;
+        still.start();
+        waitUntil(
+            [&] {
+                const QPoint now = m_desktop->corner(window);
+                if (now != corner)
+                    still.restart();
+                corner = now;
+                return still.elapsed() >= stillMs;
+            },
+            defaultWaitMs, 10);
+        return moveFrom(corner);
     });
 }
 
@@ -462,7 +512,7 @@ Result DeskRunner::placeStep(Step step,
         }
         QRect place;
         const auto holds = [&] { return fits(place = m_desktop->rectangle(window), origin + offset); };
-        if (waitUntil(holds, step.milliseconds(within(), defaultQuietMs), 20))
+        if (waitUntil(holds, step.milliseconds(within(), defaultWaitMs), 20))
             return Result{};
         const QPoint wanted = origin + offset;
         return Result::failed(QStringLiteral("it is at %1, %2").arg(wanted.x()).arg(wanted.y()),
@@ -493,15 +543,20 @@ Result DeskRunner::expectPlace(Step step)
 
 Result DeskRunner::expectFocus(Step step)
 {
-    const TargetWindow *target = targetOf(step.arguments.first());
-    if (!target)
-        return Result::failed(QStringLiteral("a target of this name"), QStringLiteral("none"));
-    if (waitUntil([target] { return target->hasFocus(); }, step.milliseconds(within(), 0), 20))
-        return {};
-    if (!m_desktop)
-        m_desktop = Desktop::open();
-    return Result::failed(QStringLiteral("it has the focus"),
-                          m_desktop ? m_desktop->title(m_desktop->focusedWindow()) : QString());
+    const int timeoutMs = step.milliseconds(within(), defaultWaitMs);
+    const auto wait = [&](const std::function<bool()> &focused) {
+        if (waitUntil(focused, timeoutMs, 20))
+            return Result{};
+        return Result::failed(QStringLiteral("it has the focus"),
+                              m_desktop->title(m_desktop->focusedWindow()));
+    };
+    const QString name = step.arguments.first();
+    if (const TargetWindow *target = targetOf(name)) {
+        const Result ready = readyToFind({});
+        return ready.ok ? wait([target] { return target->hasFocus(); }) : ready;
+    }
+    return withWindow(
+        name, [&](Desktop::Window window) { return wait([&] { return m_desktop->hasFocus(window); }); });
 }
 
 Result DeskRunner::screenshot(Step step)
@@ -522,23 +577,31 @@ Result DeskRunner::http(Step step)
 {
     if (step.arguments.first() != QLatin1String("GET"))
         return Result::failed(QStringLiteral("GET"), step.arguments.first());
-    const HttpAnswer answer =
-        httpGet(QUrl(step.arguments.at(1), QUrl::StrictMode), step.milliseconds(within(), defaultWaitMs));
+    const int timeoutMs = step.milliseconds(within(), defaultWaitMs);
+    const QString wanted = step.options.value(QStringLiteral("contains"));
+    HttpAnswer answer;
+    const bool found = repeat(timeoutMs, [&] {
+        answer = httpGet(QUrl(step.arguments.at(1), QUrl::StrictMode), timeoutMs);
+        return !answer.error.isEmpty() || QString::fromUtf8(answer.body).contains(wanted);
+    });
     const QString body = QString::fromUtf8(answer.body);
     if (!answer.error.isEmpty())
         return Result::failed(QStringLiteral("an answer"),
                               QStringLiteral("status %1, %2 %3").arg(answer.status).arg(answer.error, body));
-    const QString wanted = step.options.value(QStringLiteral("contains"));
-    if (!body.contains(wanted))
-        return Result::failed(QStringLiteral("an answer with ") + visible(wanted), visible(body));
-    return {true, body.simplified(), {}, {}};
+    return found ? Result{true, body.simplified(), {}, {}}
+                 : Result::failed(QStringLiteral("an answer with ") + visible(wanted), visible(body));
 }
 
 Result DeskRunner::shell(Step step)
 {
-    return runTool(QStringLiteral("env"),
-                   {QStringLiteral("PROGRAM_PID=%1").arg(m_program.processId()), QStringLiteral("sh"),
-                    QStringLiteral("-c"), step.arguments.first()});
+    Result result;
+    repeat(step.milliseconds(within(), 0), [&] {
+        result = runTool(QStringLiteral("env"),
+                         {QStringLiteral("PROGRAM_PID=%1").arg(m_program.processId()), QStringLiteral("sh"),
+                          QStringLiteral("-c"), step.arguments.first()});
+        return result.ok;
+    });
+    return result;
 }
 
 Result DeskRunner::note(Step step)

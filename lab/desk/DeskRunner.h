@@ -24,6 +24,7 @@ public:
         QString program; ///< the program under test; may be empty when no step starts it
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         QDir artifacts = QDir::current(); ///< where screenshots with relative names go
+        QString name;                     ///< of the script; a failed step's screenshot is NAME-failed.png
     };
 
     /// What became of a step.
@@ -69,6 +70,7 @@ private:
     Result waitFile(Step step);
     Result expectFeature(Step step);
     Result waitWindow(Step step);
+    Result waitMenu(Step step);
     Result noWindow(Step step);
     Result speak(Step step);
     Result hold(Step step);

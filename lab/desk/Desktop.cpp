@@ -213,6 +213,22 @@ bool Desktop::focus(Window window, int timeoutMs)
     return focused();
 }
 
+bool Desktop::keyboardIsGrabbed() const
+{
+    // Tried, and given back before anybody else has a turn.
+    xcb_grab_server(m_connection);
+    const auto reply =
+        owned(xcb_grab_keyboard_reply(m_connection,
+                                      xcb_grab_keyboard(m_connection, 0, m_root, XCB_CURRENT_TIME,
+                                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                      nullptr));
+    if (reply && reply->status == XCB_GRAB_STATUS_SUCCESS)
+        xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
+    xcb_ungrab_server(m_connection);
+    xcb_flush(m_connection);
+    return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
 bool Desktop::screenshot(const QString &file, Window window) const
 {
     QRect area(0, 0, m_width, m_height);

@@ -48,6 +48,9 @@ public:
     /// itself. False in the end when it never got it.
     bool focus(Window window, int timeoutMs);
 
+    /// Whether some program has all keys for itself, as one with an open menu does.
+    bool keyboardIsGrabbed() const;
+
     /// Writes a picture of the screen, or of what is seen where a window stands; the suffix chooses the
     /// format. False on failure.
     bool screenshot(const QString &file, Window window = 0) const;

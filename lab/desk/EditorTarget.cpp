@@ -11,9 +11,9 @@ namespace mevo::lab {
 
 namespace {
 
-constexpr int readyTimeoutMs = 15000;
+constexpr int readyTimeoutMs = 60000;
 constexpr int saveTimeoutMs = 100; // an unchanged text is not written again
-constexpr int clearTimeoutMs = 5000;
+constexpr int clearTimeoutMs = 20000;
 
 constexpr KeyboardReport keyCtrlA{0x01, 0x04, 0};
 constexpr KeyboardReport keyCtrlS{0x01, 0x16, 0};

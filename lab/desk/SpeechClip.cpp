@@ -73,7 +73,7 @@ bool speakIntoFile(const QString &text, const QString &voice, const QString &fil
 
 bool playIntoMicrophone(const QString &file, QString *reason)
 {
-    QStringList arguments{QStringLiteral("--device=vmic_in"), QStringLiteral("--latency-msec=20")};
+    QStringList arguments{QStringLiteral("--device=vmic_in"), QStringLiteral("--latency-msec=400")};
     if (file.endsWith(QLatin1String(".raw")) || file.endsWith(QLatin1String(".pcm"))) {
         arguments << QStringLiteral("--raw") << QStringLiteral("--rate=16000")
                   << QStringLiteral("--format=s16le") << QStringLiteral("--channels=1");

@@ -15,8 +15,8 @@ namespace mevo::lab {
 
 namespace {
 
-constexpr int windowTimeoutMs = 20000;
-constexpr int focusTimeoutMs = 5000;
+constexpr int windowTimeoutMs = 60000;
+constexpr int focusTimeoutMs = 20000;
 constexpr int endTimeoutMs = 3000;
 constexpr int settleMs = 150;
 

@@ -9,7 +9,7 @@ namespace mevo::lab {
 
 namespace {
 
-constexpr int readyTimeoutMs = 10000;
+constexpr int readyTimeoutMs = 60000;
 
 QString readyFile(const QString &folder)
 {

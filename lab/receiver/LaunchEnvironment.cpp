@@ -9,7 +9,7 @@ namespace mevo::lab {
 
 namespace {
 
-constexpr int lddTimeoutMs = 10000;
+constexpr int lddTimeoutMs = 60000;
 
 QString preloadFix()
 {

@@ -16,7 +16,7 @@ namespace mevo::lab {
 
 namespace {
 
-constexpr int startTimeoutMs = 10000;
+constexpr int startTimeoutMs = 60000;
 constexpr int endTimeoutMs = 5000;
 constexpr int startFailedCode = 127;
 

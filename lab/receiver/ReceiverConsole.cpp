@@ -17,7 +17,7 @@ namespace {
 
 using Answer = ReceiverConsole::Answer;
 
-constexpr int defaultWaitMs = 5000;
+constexpr int defaultWaitMs = 20000;
 
 struct NamedKey
 {

@@ -201,6 +201,7 @@ bool XunFeiService::start(quint16 port)
 void XunFeiService::reset()
 {
     m_texts = QStringList{QStringLiteral("今天天气很好，我们去公园。")};
+    m_english.clear();
     m_partialsMs = 0;
     m_error = m_refusal = m_fault = {};
     m_errorAtEnd = false;
@@ -226,6 +227,8 @@ bool XunFeiService::control(const QUrlQuery &query)
     const int count = has("count") ? value("count").toInt() : 1;
     if (has("texts")) {
         m_texts = value("texts").split(QLatin1Char('|'));
+    } else if (has("english")) {
+        m_english = value("english");
     } else if (has("partials")) {
         m_partialsMs = value("partials").toInt();
     } else if (has("error")) {
@@ -553,6 +556,10 @@ void XunFeiService::finish(const std::shared_ptr<Session> &session)
     }
     if (session->language != QLatin1String("en_us")) {
         sendLast(*session, session->text);
+        return;
+    }
+    if (!m_english.isEmpty()) {
+        sendLast(*session, m_english);
         return;
     }
     if (!m_decoder) {

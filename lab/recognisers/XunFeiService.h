@@ -42,6 +42,8 @@ public:
     bool start(quint16 port);
 
     /// What the next sessions meet, from a query; each key stands alone:
+    /// english=A  text of every English utterance, which is listened to else: that may take longer than a loaded
+    ///            machine's user waits
     /// texts=A|B  texts of the next utterances
     /// partials=MS  a partial result for each MS of audio; 0 gives the last result only
     /// error=CODE[&count=N]  answered to the first frame, or with at=end to the last one
@@ -89,6 +91,7 @@ private:
     QWebSocketServer m_webSockets;
     QHash<quint16, QPointer<QTcpSocket>> m_transports; ///< by the client's port, until the session begins
     QStringList m_texts;
+    QString m_english;
     int m_partialsMs = 0;
     Order m_error, m_refusal, m_fault;
     bool m_errorAtEnd = false;

@@ -193,22 +193,26 @@ void MicTipDialog::CallMicDlgFunctionSlot(int iFuncIndex)
     UpdateStatusButtons();
 }
 
+void MicTipDialog::chooseMode(std::atomic<bool> SessionState::*mode, const char *name)
+{
+    mevo::enterMode(m_state, mode);
+    qInfo("Voice mode: %s, by a click", name);
+    UpdateStatusButtons();
+}
+
 void MicTipDialog::pushButton_VoiceStatus_clicked()
 {
-    mevo::enterMode(m_state, &SessionState::VoiceTypeMode);
-    UpdateStatusButtons();
+    chooseMode(&SessionState::VoiceTypeMode, "typing");
 }
 
 void MicTipDialog::pushButton_CommandStatus_clicked()
 {
-    mevo::enterMode(m_state, &SessionState::VoiceCommandWordMode);
-    UpdateStatusButtons();
+    chooseMode(&SessionState::VoiceCommandWordMode, "command");
 }
 
 void MicTipDialog::pushButton_SearchStatus_clicked()
 {
-    mevo::enterMode(m_state, &SessionState::VoiceSearchMode);
-    UpdateStatusButtons();
+    chooseMode(&SessionState::VoiceSearchMode, "search");
 }
 
 void MicTipDialog::pushButton_TransStatus_clicked()

@@ -6,7 +6,10 @@
 #include <QHash>
 #include <QPixmap>
 
+#include <atomic>
+
 struct MainState;
+struct SessionState;
 class QPushButton;
 class QTimer;
 
@@ -74,6 +77,7 @@ private:
     /// False when the device refused its latch or the press was not taken: then nothing has started.
     bool MicStart();
     void micStop(int latchReports = 1);
+    void chooseMode(std::atomic<bool> SessionState::*mode, const char *name);
     void emitReport(int key, bool pressed);
     void toggleLatch();
     void endLatchedSession();

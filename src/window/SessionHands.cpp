@@ -107,7 +107,7 @@ void SessionHands::recordStart()
     if (m_window.m_recorder != nullptr) {
         m_window.beginSession();
         m_window.m_recorder->OnRecordStart();
-        qInfo() << "Session: recording";
+        qInfo() << "Session: recording begins";
     }
 }
 

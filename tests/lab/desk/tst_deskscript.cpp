@@ -1,6 +1,7 @@
 #include "desk/DeskRunner.h"
 #include "desk/DeskScript.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace mevo::lab;
@@ -37,6 +38,7 @@ private slots:
     void linesAreCounted();
     void everyStepCanBeRun();
     void failingStepEndsTheScript();
+    void commandIsTriedUntilItSucceeds();
 };
 
 void DeskScriptTest::steps_data()
@@ -144,6 +146,19 @@ void DeskScriptTest::failingStepEndsTheScript()
     DeskRunner other({}, nullptr);
     QVERIFY(other.run(parse(QStringLiteral("plug\nsh \"exit 0\"\nunplug"))));
     QVERIFY(!other.console().receiver().plugged());
+}
+
+void DeskScriptTest::commandIsTriedUntilItSucceeds()
+{
+    const QTemporaryDir folder;
+    const QString count =
+        QStringLiteral("echo x >>%1/tries; test $(wc -l <%1/tries) -ge ").arg(folder.path());
+    const auto passes = [](const QString &line) { return DeskRunner({}, nullptr).run(parse(line)); };
+    QVERIFY(!passes(QStringLiteral("sh \"%1 2\"").arg(count)));
+    QVERIFY(passes(QStringLiteral("sh \"%1 4\" within 20000").arg(count)));
+    QVERIFY(!passes(QStringLiteral("sh \"%1 1000000\" within 200").arg(count)));
+    // A command that takes longer has its one try all the same.
+    QVERIFY(passes(QStringLiteral("sh \"sleep 0.3\" within 100")));
 }
 
 QTEST_GUILESS_MAIN(DeskScriptTest)
