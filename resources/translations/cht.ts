@@ -96,6 +96,14 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>本次运行还没有输入文字</source>
+        <translation>本次執行還沒有輸入文字</translation>
+    </message>
+    <message>
+        <source>本次运行输入%1次，从松开按键到出现文字：一半在%2毫秒以内，95%在%3毫秒以内；其中收到识别结果之后：%4毫秒，%5毫秒</source>
+        <translation>本次執行輸入%1次，從鬆開按鍵到出現文字：一半在%2毫秒以內，95%在%3毫秒以內；其中收到識別結果之後：%4毫秒，%5毫秒</translation>
+    </message>
+    <message>
         <source>有文字未能输入，已保留在菜单的“未送达的文字”中。</source>
         <translation>有文字未能輸入，已保留在選單的「未送達的文字」中。</translation>
     </message>

@@ -8,6 +8,7 @@
 #include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
 #include "session/ResultPipeline.h"
+#include "session/RunFigures.h"
 #include "session/SessionMachine.h"
 #include "session/SessionResults.h"
 #include "state/MainState.h"
@@ -130,6 +131,9 @@ public:
     void updateRecCountsTimerOut();
     /// Now and then opens the page that the product record names.
     void Run003Timeout();
+
+    /// How long texts have taken in this run, as a sentence for the user.
+    QString runFigures() const;
 
     AudioRecorder *recorder() const { return m_recorder; }
     MicTipDialog *micTip() const { return m_micTip; }
@@ -423,6 +427,7 @@ private:
     mevo::SessionMachine m_session;
     mevo::ResultPipeline m_pipeline;
     mevo::SessionResults m_results;
+    mevo::RunFigures m_figures;
     const mevo::SessionContext *m_delivered = nullptr; ///< of the text that the recorder passes on just now
     mevo::EngineEndpoints m_endpoints;
 

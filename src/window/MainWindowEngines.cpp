@@ -306,6 +306,7 @@ void MainWindow::beginSession()
 
 void MainWindow::deliverRecognised(int session, const mevo::SessionText &text)
 {
+    m_figures.answered(session, m_platform.time->monotonicMs());
     if (m_sessionsFinished) {
         keepForNextRun(mevo::withoutOverMarker(text.text));
         return;

@@ -99,6 +99,7 @@ void MainWindow::walkExit(ExitKind kind)
     closePushSocket();
     close();
     ExitInProgress = false;
+    qInfo().noquote() << "Run:" << m_figures.summary();
     QCoreApplication::exit(m_exitCode);
 }
 

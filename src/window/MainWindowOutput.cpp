@@ -43,15 +43,18 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
         break;
     case mevo::SendPlan::Way::Clipboard:
         pasteText(plan.text, holdPasteKeyMs);
+        m_figures.typed(session.number, m_platform.time->monotonicMs());
         break;
     case mevo::SendPlan::Way::Post:
         post(session.window, plan.text, Kept::No,
-             [this, typed = plan.text, window = session.window](const mevo::PostResult &result) {
+             [this, typed = plan.text, window = session.window,
+              number = session.number](const mevo::PostResult &result) {
                  if (!result.complete) {
                      keepUndelivered(typed.mid(result.posted), result.stop);
                      return;
                  }
                  qInfo() << "Send to screen: typed" << result.posted << "characters";
+                 m_figures.typed(number, m_platform.time->monotonicMs());
                  // The receiver's keys go to the window that has the focus now.
                  if (m_platform.windowSystem->focusedWindow() == window) {
                      sendImmediateKeys();
@@ -75,6 +78,21 @@ void MainWindow::post(mevo::WindowId window, const QString &text, Kept kept,
                                               done(result);
                                           }
                                       });
+}
+
+QString MainWindow::runFigures() const
+{
+    const auto &total = m_figures.releaseToText();
+    const auto &own = m_figures.answerToText();
+    return total.count() == 0
+               ? tr("本次运行还没有输入文字")
+               : tr("本次运行输入%1次，从松开按键到出现文字：一半在%2毫秒以内，95%在%3毫秒以内；"
+                    "其中收到识别结果之后：%4毫秒，%5毫秒")
+                     .arg(total.count())
+                     .arg(total.percentile(50))
+                     .arg(total.percentile(95))
+                     .arg(own.percentile(50))
+                     .arg(own.percentile(95));
 }
 
 void MainWindow::pasteText(const QString &text, int holdMs)

@@ -115,6 +115,9 @@ void SessionHands::recordStop()
 {
     if (m_window.m_recorder != nullptr) {
         qInfo() << "Session: recording ends";
+        if (m_window.m_recorder->isOpen()) {
+            m_window.m_figures.released(m_window.NewestSession, monotonicMs());
+        }
         m_window.m_recorder->OnRecordStop();
     }
 }
