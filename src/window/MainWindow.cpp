@@ -166,11 +166,24 @@ void MainWindow::runLateSteps()
         }
         (this->*step)();
     }
+    if (!isLeaving()) {
+        startIsOver();
+    }
+}
+
+/// All has been read that there is to read.
+void MainWindow::startIsOver()
+{
+    qInfo() << "Start: ready";
 }
 
 void MainWindow::createRecorderAndBar()
 {
+    const bool firstRun = FirstRunApp;
     m_recorder = new AudioRecorder(*this, m_platform, *this, this);
+    if (firstRun && !FirstRunApp && !BackendReachable) {
+        markChoiceUntold(); // it has chosen an engine for the first run
+    }
     m_baiduSpeech = std::make_unique<Relay_Speech::BaiduSpeech>(
         *this, *m_recorder, *m_platform.systemFacts, static_cast<mevo::EngineHost &>(*this), m_endpoints);
     connect(m_baiduSpeech.get(), &Relay_Speech::BaiduSpeech::finishTrans, this,
@@ -260,8 +273,10 @@ void MainWindow::finishStart()
     InitDone = true;
     m_startClock.mark("windows and menus");
     mevo::reportStart(QCoreApplication::applicationDirPath());
-    qInfo().noquote() << "Start: ready;" << m_startClock.summary();
-    if (!m_lateSteps.empty() && !m_exit.certain()) {
+    qInfo().noquote() << "Start: the bar comes;" << m_startClock.summary();
+    if (m_lateSteps.empty()) {
+        startIsOver();
+    } else if (!m_exit.certain()) {
         qInfo("Start: %d requests to services were put off", m_webApi->cutOffCount());
         QTimer::singleShot(0, this, &MainWindow::runLateSteps);
     }

@@ -86,9 +86,9 @@ public:
     /// The one window, null before it has opened the device and after its end.
     static MainWindow *instance();
 
-    /// What a start waits for services in all, in milliseconds: the longest time-out of one record. What is
-    /// late is asked again behind the bar.
-    static inline int startWaitMs = 3000;
+    /// What a start waits for services in all, in milliseconds: as long as nobody notices. What is late is
+    /// asked again behind the bar, with its whole time.
+    static inline int startWaitMs = 100;
 
     /// What an exit waits, in milliseconds, for a sentence that is being recognised or typed. What is late is
     /// kept as undelivered where it can be.
@@ -241,6 +241,7 @@ private:
     using StartStep = void (MainWindow::*)();
     void startStep(StartStep step);
     void runLateSteps();
+    void startIsOver();
     void probeAtStart() { ProbeBackend(); }
     void reportAddress();
     void readRecordAtStart();
@@ -284,6 +285,7 @@ private:
     void carryOut(const mevo::EngineChange &change);
     bool tellBackend(const QString &statement);
     bool tellUntoldChoice();
+    void markChoiceUntold();
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
     void loadAllCredentials();

@@ -367,6 +367,12 @@ bool MainWindow::tellUntoldChoice()
     return true;
 }
 
+/// The engine that is in force is told to the backend before its record is read, which would undo it.
+void MainWindow::markChoiceUntold()
+{
+    mevo::SettingsFile().setValue(QLatin1String(untoldChoice), 1);
+}
+
 void MainWindow::runBackendSql(const QString &statement)
 {
     tellBackend(statement);

@@ -245,6 +245,11 @@ class TestServiceHands : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        MainWindow::startWaitMs = 30000; // a loaded machine is no slow service
+    }
+
     void aStartAsksInItsOrder()
     {
         Program program;
@@ -297,6 +302,25 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(window.recorder()->UseTXASRApi, 10000);
         QTRY_VERIFY_WITH_TIMEOUT(!program.backend.askedLike(QStringLiteral("IPRecord")).isEmpty(), 10000);
         QVERIFY(!home.read(QStringLiteral("bbzdsrbdssset.ini")).isEmpty());
+    }
+
+    /// The engine of a first run is told to a backend that was too slow for the start, before the record that
+    /// it keeps can undo it.
+    void theEngineOfAFirstRunIsToldToASlowBackend()
+    {
+        const QScopedValueRollback<int> wait(MainWindow::startWaitMs, 100);
+        Program program(true, "FirstRunApp=1\n");
+        program.backend.delayMs = 250;
+        program.backend.record = {{QStringLiteral("UseBDAPIPara"), QStringLiteral("1")},
+                                  {QStringLiteral("IPRecord"), QStringLiteral("192.0.2.9")}};
+        const MainWindow &window = program.start();
+        QVERIFY(window.recorder()->UseTXASRApi && !window.BackendReachable);
+        const QString told = QStringLiteral("UseTXAPIPara= '1'");
+        QTRY_VERIFY_WITH_TIMEOUT(!program.backend.askedLike(readRecord).isEmpty(), 20000);
+        const QString choice = program.backend.askedLike(told).value(0);
+        QVERIFY2(!choice.isEmpty(), qPrintable(program.backend.asked.join(u'\n')));
+        QVERIFY(program.backend.asked.indexOf(choice) <
+                program.backend.asked.indexOf(QStringLiteral("main ") + readRecord));
     }
 
     void aChoiceDuringTheReadingOfTheRecordHolds()
