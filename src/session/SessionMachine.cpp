@@ -85,9 +85,10 @@ void SessionMachine::press(const KeyReport &report)
         m_inputMethodPressed = true;
         pressThirdParty();
         return;
-    } else {
+    } else if (m_state.ThirdPartyWindowOpen && !m_state.XFVM3) {
+        // Looked up only then: it asks every window of the desktop, and the first word waits.
         const WindowId window = m_port.findInputMethodWindow();
-        if (window != 0 && m_state.ThirdPartyWindowOpen && !m_state.XFVM3) {
+        if (window != 0) {
             m_port.closeWindow(window);
         }
     }

@@ -50,7 +50,12 @@ public:
         }
     }
     std::function<void()> duringStop; ///< what comes while the recogniser is waited for
-    mevo::WindowId findInputMethodWindow() override { return inputMethodWindow; }
+    int lookUps = 0;
+    mevo::WindowId findInputMethodWindow() override
+    {
+        ++lookUps;
+        return inputMethodWindow;
+    }
     void closeWindow(mevo::WindowId) override { log.add(QStringLiteral("close window")); }
     void startXunFeiInputMethod() override { log.add(QStringLiteral("start xunfei")); }
     void startProgram(const QString &path) override { log.add(QStringLiteral("start ") + path); }
@@ -170,6 +175,20 @@ private Q_SLOTS:
                 d.state.VoiceCommandWordMode = true;
             },
             ownPress);
+    }
+
+    /// The first word waits while the windows of the desktop are asked for their names.
+    void pressLooksOnlyForAWindowOfOurOwnOpening()
+    {
+        Desk desk;
+        desk.port.inputMethodWindow = 7;
+        desk.key(8, 1);
+        QCOMPARE(desk.port.lookUps, 0);
+        QVERIFY(desk.state.Recording);
+        desk.key(8, 0);
+        desk.state.ThirdPartyWindowOpen = true;
+        desk.key(8, 1);
+        QCOMPARE(desk.port.lookUps, 1);
     }
 
     void pressIsTakenOrNot()
