@@ -42,8 +42,7 @@ public:
     bool start(quint16 port);
 
     /// What the next sessions meet, from a query; each key stands alone:
-    /// english=A  text of every English utterance, which is listened to else: that may take longer than a loaded
-    ///            machine's user waits
+    /// english=A  text of every English utterance; without it they are listened to, which may take long
     /// texts=A|B  texts of the next utterances
     /// partials=MS  a partial result for each MS of audio; 0 gives the last result only
     /// error=CODE[&count=N]  answered to the first frame, or with at=end to the last one
