@@ -82,7 +82,8 @@ QString unescaped(const QString &literal)
             continue;
         }
         ++at;
-        text += literal[at] == QLatin1Char('n') ? QLatin1Char('\n') : literal[at];
+        const int control = QStringLiteral("nrt").indexOf(literal[at]);
+        text += control < 0 ? literal[at] : QStringLiteral("\n\r\t")[control];
     }
     return text;
 }
