@@ -927,4 +927,340 @@ Update now?</translation>
                Downloading the update %1, please wait...               <byte value="xd"/></translation>
     </message>
 </context>
+<context>
+    <name>CommandWordDialog</name>
+    <message>
+        <source>语音键盘</source>
+        <translation>Voice keyboard</translation>
+    </message>
+    <message>
+        <source>请输入键盘字母或数字对应命令词,如:a;唉,提示:多个不同语音映射词用半角分号间隔</source>
+        <translation>Spoken words for a letter or digit, e.g. a;eh. Separate several words with semicolons</translation>
+    </message>
+    <message>
+        <source>请输入键盘字母:如:a</source>
+        <translation>The letter, e.g. a</translation>
+    </message>
+    <message>
+        <source>输入语音映射词功能</source>
+        <translation>Enter what the words do</translation>
+    </message>
+    <message>
+        <source>拼音键盘</source>
+        <translation>Pinyin keyboard</translation>
+    </message>
+    <message>
+        <source>请输入拼音对应的中文字,如:昂,提示:多个不同语音映射词用半角分号间隔</source>
+        <translation>Chinese characters of a syllable. Separate several with semicolons</translation>
+    </message>
+    <message>
+        <source>请输入拼音字母:如:ang</source>
+        <translation>The syllable, e.g. ang</translation>
+    </message>
+    <message>
+        <source>输入语音映射词内容</source>
+        <translation>Enter the content</translation>
+    </message>
+    <message>
+        <source>网页</source>
+        <translation>Web page</translation>
+    </message>
+    <message>
+        <source>输入打开网页的语音映射词,如:打开百度;百度搜索,提示:多个不同语音映射词用半角分号间隔</source>
+        <translation>Spoken words that open a web page, e.g. open news;show news. Separate several words with semicolons</translation>
+    </message>
+    <message>
+        <source>输入网页地址:如:https://www.baidu.com</source>
+        <translation>The address, e.g. https://www.baidu.com</translation>
+    </message>
+    <message>
+        <source>文件</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>请输入打开文件或程序的语音映射词,如:打开记事本,提示:多个不同语音映射词用半角分号间隔</source>
+        <translation>Spoken words that open a file or program, e.g. open notepad. Separate several words with semicolons</translation>
+    </message>
+    <message>
+        <source>请输入文件或程序地址:如:c:\windows\notepad.exe</source>
+        <translation>The file or program, e.g. c:\windows\notepad.exe</translation>
+    </message>
+    <message>
+        <source>文件夹</source>
+        <translation>Folder</translation>
+    </message>
+    <message>
+        <source>请输入打开常用目录的文件夹的语音映射词,如:我的文档,提示:多个不同语音映射词用半角分号间隔</source>
+        <translation>Spoken words that open a folder, e.g. my documents. Separate several words with semicolons</translation>
+    </message>
+    <message>
+        <source>请输入常用文件夹的路径:如:C:\</source>
+        <translation>The folder, e.g. C:\</translation>
+    </message>
+    <message>
+        <source>快捷键</source>
+        <translation>Shortcut</translation>
+    </message>
+    <message>
+        <source>请输入快捷键的语音映射词，提示：如多个语音映射词用半角分号间隔</source>
+        <translation>Spoken words of the shortcut. Separate several words with semicolons</translation>
+    </message>
+    <message>
+        <source>常用短语</source>
+        <translation>Phrase</translation>
+    </message>
+    <message>
+        <source>请输入常用短语的语音映射词,如:家庭地址,提示:多个不同语音映射词用半角分号间隔</source>
+        <translation>Spoken words of a phrase, e.g. home address. Separate several words with semicolons</translation>
+    </message>
+    <message>
+        <source>请输入常用短语的内容:如:美国华盛顿白宫,提示:也可以输入较长内容，如诗或歌词等</source>
+        <translation>The phrase, e.g. an address. Longer texts such as poems are possible</translation>
+    </message>
+    <message>
+        <source>有一个语音映射词是空的</source>
+        <translation>One of the spoken words is empty</translation>
+    </message>
+    <message>
+        <source>“%1”已经定义过，会执行“%2”</source>
+        <translation>“%1” is taken already and runs “%2”</translation>
+    </message>
+    <message>
+        <source>“%1”是切换语音模式的词</source>
+        <translation>“%1” switches the voice mode</translation>
+    </message>
+    <message>
+        <source>“%1”以直接执行的前缀“%2”开头</source>
+        <translation>“%1” begins with the direct word “%2”</translation>
+    </message>
+    <message>
+        <source>没有名为“%1”的按键</source>
+        <translation>There is no key called “%1”</translation>
+    </message>
+    <message>
+        <source>没有选择按键</source>
+        <translation>No key is chosen</translation>
+    </message>
+    <message>
+        <source>找不到文件“%1”</source>
+        <translation>The file “%1” is not there</translation>
+    </message>
+    <message>
+        <source>找不到文件夹“%1”</source>
+        <translation>The folder “%1” is not there</translation>
+    </message>
+    <message>
+        <source>不起作用</source>
+        <translation>Never acts</translation>
+    </message>
+    <message>
+        <source>部分不起作用</source>
+        <translation>Acts in part</translation>
+    </message>
+    <message>
+        <source>隐藏</source>
+        <translation>Hidden</translation>
+    </message>
+    <message>
+        <source>语音映射词</source>
+        <translation>Spoken words</translation>
+    </message>
+    <message>
+        <source>类型</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>功能</source>
+        <translation>Action</translation>
+    </message>
+    <message>
+        <source>状态</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>语音映射词设置</source>
+        <translation>Spoken command words</translation>
+    </message>
+    <message>
+        <source>显示全部</source>
+        <translation>Show all</translation>
+    </message>
+    <message>
+        <source>待查询的语音映射词</source>
+        <translation>Spoken word to look for</translation>
+    </message>
+    <message>
+        <source>查询</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <source>上一个</source>
+        <translation>Previous</translation>
+    </message>
+    <message>
+        <source>下一个</source>
+        <translation>Next</translation>
+    </message>
+    <message>
+        <source>显示隐藏内容</source>
+        <translation>Show hidden rows</translation>
+    </message>
+    <message>
+        <source>加分号</source>
+        <translation>Add ;</translation>
+    </message>
+    <message>
+        <source>在光标处插入分号，用来分隔多个语音映射词</source>
+        <translation>Inserts a semicolon at the cursor, which separates several spoken words</translation>
+    </message>
+    <message>
+        <source>应用程序</source>
+        <translation>Application</translation>
+    </message>
+    <message>
+        <source>目录</source>
+        <translation>Folder</translation>
+    </message>
+    <message>
+        <source>增加</source>
+        <translation>Add</translation>
+    </message>
+    <message>
+        <source>编辑</source>
+        <translation>Edit</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>导入</source>
+        <translation>Import</translation>
+    </message>
+    <message>
+        <source>导出</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>是</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>否</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>建议在增加前先查询有没有定义过，如重复定义语音映射词，
+将执行最初定义的功能！</source>
+        <translation>Better search first whether the words are taken already: of words defined twice
+the first definition is the one that runs!</translation>
+    </message>
+    <message>
+        <source>该类型状态下不能增加，将默认切换到网页类型下</source>
+        <translation>Rows cannot be added here; the web pages are shown instead</translation>
+    </message>
+    <message>
+        <source>输入语音映射词</source>
+        <translation>Enter the spoken words</translation>
+    </message>
+    <message>
+        <source>该类型状态下不能删除，请先切换到相关类型下！</source>
+        <translation>Rows cannot be deleted here; please show their own type first!</translation>
+    </message>
+    <message>
+        <source>确认删除吗？</source>
+        <translation>Really delete it?</translation>
+    </message>
+    <message>
+        <source>选择目录</source>
+        <translation>Choose a folder</translation>
+    </message>
+    <message>
+        <source>选择文件</source>
+        <translation>Choose a file</translation>
+    </message>
+    <message>
+        <source>没有发现匹配的语音映射词！</source>
+        <translation>No spoken word matches!</translation>
+    </message>
+    <message>
+        <source>是否要保存前面设置？</source>
+        <translation>Save what was set before?</translation>
+    </message>
+    <message>
+        <source>语音映射词没有保存，原来的文件没有改动。</source>
+        <translation>The spoken words were not saved; the file is as it was.</translation>
+    </message>
+    <message>
+        <source>上次对“%1”的修改没有保存，要恢复吗？</source>
+        <translation>Changes to “%1” were not saved last time. Bring them back?</translation>
+    </message>
+    <message>
+        <source>导出语音映射词</source>
+        <translation>Export the spoken words</translation>
+    </message>
+    <message>
+        <source>语音映射词(*.ini)</source>
+        <translation>Spoken words (*.ini)</translation>
+    </message>
+    <message>
+        <source>已导出到“%1”。</source>
+        <translation>Exported to “%1”.</translation>
+    </message>
+    <message>
+        <source>不能写入“%1”：%2</source>
+        <translation>“%1” cannot be written: %2</translation>
+    </message>
+    <message>
+        <source>导入语音映射词</source>
+        <translation>Import spoken words</translation>
+    </message>
+    <message>
+        <source>不能读取“%1”。</source>
+        <translation>“%1” cannot be read.</translation>
+    </message>
+    <message>
+        <source>导入了%1条，%2条已经有了，%3条不能识别。</source>
+        <translation>%1 rows imported, %2 were there already, %3 are of no known type.</translation>
+    </message>
+</context>
+<context>
+    <name>SelectApplication</name>
+    <message>
+        <source>选择应用程序</source>
+        <translation>Choose an application</translation>
+    </message>
+    <message>
+        <source>应用程序列表一（本用户）</source>
+        <translation>Applications 1 (this user)</translation>
+    </message>
+    <message>
+        <source>应用程序列表二（所有用户）</source>
+        <translation>Applications 2 (all users)</translation>
+    </message>
+    <message>
+        <source>确认</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
 </TS>

@@ -5,6 +5,7 @@
 #include "commands/CommandFile.h"
 
 #include <QDebug>
+#include <QFile>
 
 namespace mevo {
 
@@ -93,6 +94,45 @@ bool CommandTable::rebuildMerged() const
         }
     }
     return writeMerged(rows);
+}
+
+QString CommandTable::draftPath(CommandType type) const
+{
+    return typedPath(type) + QStringLiteral(".draft");
+}
+
+void CommandTable::writeDraft(CommandType type, const CommandRows &rows) const
+{
+    writeRows(draftPath(type), rows);
+}
+
+std::optional<CommandRows> CommandTable::readDraft(CommandType type) const
+{
+    if (!QFile::exists(draftPath(type))) {
+        return std::nullopt;
+    }
+    return readRows(draftPath(type));
+}
+
+void CommandTable::removeDraft(CommandType type) const
+{
+    QFile::remove(draftPath(type));
+}
+
+bool CommandTable::keepCopy(CommandType type) const
+{
+    const auto text = readCommandFile(typedPath(type));
+    if (!text) {
+        return false;
+    }
+    if (text->isEmpty()) {
+        return true;
+    }
+    const QString failure = replaceWholeFile(typedPath(type) + QStringLiteral(".bak"), *text);
+    if (!failure.isEmpty()) {
+        qWarning().noquote() << "Command table: no copy of" << typedPath(type) << "can be kept:" << failure;
+    }
+    return failure.isEmpty();
 }
 
 } // namespace mevo

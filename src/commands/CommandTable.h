@@ -30,7 +30,20 @@ public:
     /// Makes the merged file from the seven others. False when it cannot be written.
     bool rebuildMerged() const;
 
+    /// Rows of a type that are being edited and are not saved: they stand in a file of their own beside the
+    /// table, so that neither a crash nor a closed window takes them.
+    void writeDraft(CommandType type, const CommandRows &rows) const;
+    /// Nothing when there is no draft.
+    std::optional<CommandRows> readDraft(CommandType type) const;
+    void removeDraft(CommandType type) const;
+
+    /// Copies a type's file to one with ".bak" at its end, in place of an older copy. True too when there is
+    /// nothing to copy.
+    bool keepCopy(CommandType type) const;
+
 private:
+    QString draftPath(CommandType type) const;
+
     QString m_folder;
 };
 

@@ -28,6 +28,7 @@
 #include "ui/CompanionWindow.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
+#include "ui/commands/CommandWordDialog.h"
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
 #include "window/UpdateHands.h"
@@ -118,6 +119,7 @@ MainWindow::~MainWindow()
     // What refers to this window's state goes before the state does.
     closePushSocket();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    delete m_commandWords;
     delete m_micTip;
     delete m_recorder;
     delete m_retiredRecorder;

@@ -43,6 +43,7 @@ class QNetworkAccessManager;
 class QPushButton;
 class QToolTips;
 class QWebSocket;
+class CommandWordDialog;
 class UndeliveredDialog;
 class WebCipher;
 
@@ -440,6 +441,9 @@ private:
     std::unique_ptr<mevo::BaiduTokens> m_tokens;
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
     std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
+    void forgetCommandWords();
+    void finishCommandWords();                  ///< at an exit
+    QPointer<CommandWordDialog> m_commandWords; ///< the editor; none when it was closed for good
     std::unique_ptr<mevo::TencentSpeech> m_tencentSpeech;
     std::unique_ptr<mevo::XunFeiStream> m_xunFei;
     std::unique_ptr<mevo::UndeliveredTexts> m_undelivered;

@@ -354,11 +354,6 @@ void MainWindow::pushBuutton_HandWriter_clicked()
                                        {QStringLiteral("/hideorshow")}, false);
 }
 
-void MainWindow::pushBuutton_CommandWord_clicked()
-{
-    qInfo() << "The command word editor is not part of this build";
-}
-
 void MainWindow::trigerCmdWordVoiceKeyboardMenu(QAction *act)
 {
     if (act->text() == tr("语音映射词设置")) {

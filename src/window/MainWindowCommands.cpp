@@ -7,6 +7,7 @@
 #include "commands/DirectWords.h"
 #include "commands/SearchAddresses.h"
 #include "commands/UrlOpener.h"
+#include "ui/commands/CommandWordDialog.h"
 #include "window/MainWindow.h"
 
 #include <QDebug>
@@ -64,6 +65,39 @@ void MainWindow::VoiceSearch(const QString &text)
 {
     for (const QUrl &address : mevo::searchAddresses(text, *this, m_endpoints)) {
         mevo::openUrl(address, *m_platform.processes);
+    }
+}
+
+/// An editor that is to be seen is made anew; one that was closed by its frame comes back as it was.
+void MainWindow::pushBuutton_CommandWord_clicked()
+{
+    if (m_commandWords != nullptr && !m_commandWords->isVisible()) {
+        m_commandWords->show();
+        m_commandWords->activateWindow();
+        return;
+    }
+    if (m_commandWords != nullptr) {
+        m_commandWords->hide(); // keeps what was not saved
+        m_commandWords->deleteLater();
+    }
+    m_commandWords = new CommandWordDialog(mevo::CommandTable(), *this);
+    connect(m_commandWords, &CommandWordDialog::closed, this, &MainWindow::forgetCommandWords);
+    m_commandWords->show();
+    m_commandWords->activateWindow();
+}
+
+void MainWindow::forgetCommandWords()
+{
+    if (m_commandWords != nullptr) {
+        m_commandWords->deleteLater();
+        m_commandWords = nullptr;
+    }
+}
+
+void MainWindow::finishCommandWords()
+{
+    if (m_commandWords != nullptr) {
+        m_commandWords->finish();
     }
 }
 

@@ -75,6 +75,7 @@ void MainWindow::walkExit(ExitKind kind)
     }
     mevo::closeQuestions();
     finishSessions();
+    finishCommandWords();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
     if (m_countersKnown) {
         sendUsageOnExit(kind == ExitKind::ByItself);

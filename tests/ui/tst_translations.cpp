@@ -73,13 +73,19 @@ const QStringList &notForReading()
     return words;
 }
 
-QString unescaped(QString literal)
+QString unescaped(const QString &literal)
 {
-    literal.replace(QLatin1String("\\n"), QLatin1String("\n"));
-    literal.replace(QLatin1String("\\r"), QLatin1String("\r"));
-    literal.replace(QLatin1String("\\t"), QLatin1String("\t"));
-    literal.replace(QLatin1String("\\\""), QLatin1String("\""));
-    return literal.replace(QLatin1String("\\\\"), QLatin1String("\\"));
+    QString text;
+    for (int at = 0; at < literal.size(); ++at) {
+        if (literal[at] != QLatin1Char('\\') || at + 1 == literal.size()) {
+            text += literal[at];
+            continue;
+        }
+        ++at;
+        const int control = QStringLiteral("nrt").indexOf(literal[at]);
+        text += control < 0 ? literal[at] : QStringLiteral("\n\r\t")[control];
+    }
+    return text;
 }
 
 /// The string literals of a source text, those that follow each other joined as the compiler does.

@@ -1,0 +1,155 @@
+#include "commands/CommandFaults.h"
+
+#include "commands/CommandForm.h"
+#include "commands/DirectWords.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <numeric>
+
+namespace mevo {
+
+namespace {
+
+struct RowPlace
+{
+    CommandType type;
+    std::size_t row;
+};
+
+/// The numbers 0 to count - 1 as they are sorted as texts: 0, 1, 10, 11, 2.
+std::vector<std::size_t> numbersAsTexts(std::size_t count)
+{
+    std::vector<std::pair<QString, std::size_t>> names;
+    names.reserve(count);
+    for (std::size_t number = 0; number < count; ++number) {
+        names.emplace_back(QString::number(number), number);
+    }
+    std::sort(names.begin(), names.end());
+    std::vector<std::size_t> numbers;
+    numbers.reserve(count);
+    for (const auto &name : names) {
+        numbers.push_back(name.second);
+    }
+    return numbers;
+}
+
+/// All rows in the order in which the matcher will meet them.
+std::vector<RowPlace> matchingOrder(const CommandTables &tables)
+{
+    std::vector<RowPlace> merged;
+    for (const CommandType type : allCommandTypes) {
+        for (const std::size_t row : numbersAsTexts(tables[std::size_t(type)].size())) {
+            merged.push_back({type, row});
+        }
+    }
+    std::vector<RowPlace> met;
+    met.reserve(merged.size());
+    for (const std::size_t number : numbersAsTexts(merged.size())) {
+        met.push_back(merged[number]);
+    }
+    return met;
+}
+
+bool isMatched(CommandType type)
+{
+    return type != CommandType::VoiceKeyboard && type != CommandType::PinyinKeyboard;
+}
+
+bool switchesMode(const QString &word, const SettingsState &settings)
+{
+    return settings.Enable_SwitchFunctionMode &&
+           (settings.SetEnterVoiceTypeModeSwitchModeFlags.contains(word) ||
+            settings.SetEnterVoiceTranslateModeSwitchModeFlags.contains(word) ||
+            settings.SetEnterVoiceCommandWordModeSwitchModeFlags.contains(word) ||
+            settings.SetEnterVoiceSearchModeSwitchModeFlags.contains(word));
+}
+
+/// The direct word that takes the beginning of `word`; empty when none does.
+QString directPrefix(const QString &word, const SettingsState &settings)
+{
+    const int command =
+        settings.Enable_CommandWord_Direct ? directPrefixLength(settings.CmdFlags_Contents_Driect, word) : 0;
+    const int search =
+        settings.Enable_Search_Direct ? directPrefixLength(settings.SearchFlags_Contents_Driect, word) : 0;
+    return word.left(command > 0 ? command : search);
+}
+
+std::optional<CommandFault> faultOfAction(const CommandRow &row, CommandType type,
+                                          const SettingsState &settings,
+                                          const std::function<bool(const QString &, bool)> &exists)
+{
+    using Kind = CommandFault::Kind;
+    if (type == CommandType::File && !exists(row.CmdWordContents, false)) {
+        return CommandFault{Kind::MissingFile, {}, row.CmdWordContents};
+    }
+    if (type == CommandType::Directory && !exists(row.CmdWordContents, true)) {
+        return CommandFault{Kind::MissingFolder, {}, row.CmdWordContents};
+    }
+    if (type == CommandType::Shortcut) {
+        const QString key = shortcutParts(row.CmdWordContents).key;
+        if (!key.isEmpty() && !settings.KeyShowNames.contains(key)) {
+            return CommandFault{Kind::UnknownKey, {}, key};
+        }
+        if (row.CmdWordContents.isEmpty()) {
+            return CommandFault{Kind::NothingToPlay, {}, {}};
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::vector<CommandDiagnosis> diagnoseCommands(const CommandTables &tables, CommandType type,
+                                               const SettingsState &settings,
+                                               const std::function<bool(const QString &, bool)> &exists)
+{
+    const CommandRows &wanted = tables[std::size_t(type)];
+    std::vector<CommandDiagnosis> diagnoses(wanted.size());
+    if (!isMatched(type)) {
+        return diagnoses;
+    }
+    using Kind = CommandFault::Kind;
+    QHash<QString, const CommandRow *> first;
+    for (const RowPlace &place : matchingOrder(tables)) {
+        const CommandRow &row = tables[std::size_t(place.type)][place.row];
+        if (!isMatched(place.type)) {
+            continue;
+        }
+        const QStringList words = row.CommandWords.split(QLatin1Char(';'));
+        std::vector<CommandFault> faults;
+        int dead = 0;
+        for (const QString &word : words) {
+            const CommandRow *&holder = first[word];
+            if (holder == nullptr) {
+                holder = &row;
+            }
+            if (word.isEmpty()) {
+                faults.push_back({Kind::EmptyWord, {}, {}});
+            } else if (const QString prefix = directPrefix(word, settings); !prefix.isEmpty()) {
+                faults.push_back({Kind::DirectPrefix, word, prefix});
+            } else if (switchesMode(word, settings)) {
+                faults.push_back({Kind::ModeWord, word, {}});
+            } else if (holder != &row) {
+                faults.push_back({Kind::Shadowed, word, holder->CmdWordContents});
+            } else {
+                continue;
+            }
+            ++dead;
+        }
+        if (place.type != type) {
+            continue;
+        }
+        CommandDiagnosis &diagnosis = diagnoses[place.row];
+        diagnosis.inert = dead == words.size();
+        diagnosis.faults = std::move(faults);
+        if (const auto fault = faultOfAction(row, type, settings, exists)) {
+            diagnosis.faults.push_back(*fault);
+            diagnosis.inert = true;
+        }
+    }
+    return diagnoses;
+}
+
+} // namespace mevo

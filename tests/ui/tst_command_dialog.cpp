@@ -1,0 +1,439 @@
+// The editor of the command words, used through its controls.
+
+#include "commands/CommandTable.h"
+#include "state/SettingsState.h"
+#include "support/ScratchHome.h"
+#include "ui/Ask.h"
+#include "ui/commands/CommandRowsModel.h"
+#include "ui/commands/CommandWordDialog.h"
+#include "ui/commands/SelectApplication.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace mevo;
+
+namespace {
+
+QString operator""_s(const char *text, std::size_t size)
+{
+    return QString::fromUtf8(text, int(size));
+}
+
+const ScratchHome home;
+
+constexpr int yes = 0;
+constexpr int no = 1;
+
+CommandRow row(const QString &words, const QString &contents, CommandType type, const QString &hide = "0"_s)
+{
+    return {hide, words, commandTypeLabel(type), contents, QString()};
+}
+
+/// The dialog on tables of a folder of its own, with the questions it asks.
+struct Editor
+{
+    QTemporaryDir folder;
+    CommandTable tables{folder.path()};
+    SettingsState settings;
+    QStringList asked;
+    int answer = yes;
+    std::function<void()> onQuestion;
+    std::unique_ptr<CommandWordDialog> dialog;
+    bool closed = false;
+
+    Editor()
+    {
+        askHook = [this](const Question &question) {
+            asked.append(question.text);
+            if (onQuestion) {
+                onQuestion();
+            }
+            return question.buttons.size() > 1 ? answer : 0;
+        };
+    }
+    ~Editor()
+    {
+        dialog.reset();
+        askHook = nullptr;
+    }
+    void open()
+    {
+        dialog = std::make_unique<CommandWordDialog>(tables, settings);
+        QObject::connect(dialog.get(), &CommandWordDialog::closed, [this] { closed = true; });
+        dialog->show();
+        QCoreApplication::processEvents();
+    }
+    template <typename Widget = QPushButton>
+    Widget *at(const char *name) const
+    {
+        auto *found = dialog->findChild<Widget *>(QLatin1String(name));
+        if (found == nullptr) {
+            qFatal("%s is not there", name);
+        }
+        return found;
+    }
+    void click(const char *name) const { at<QAbstractButton>(name)->click(); }
+    void type(const char *field, const QString &text) const
+    {
+        at<QLineEdit>(field)->clear();
+        QTest::keyClicks(at<QLineEdit>(field), text);
+    }
+    QTableView *table() const { return at<QTableView>("tableWidget"); }
+    QString cell(int number, int column) const
+    {
+        return table()->model()->index(number, column).data().toString();
+    }
+    int rows() const { return table()->model()->rowCount(); }
+    QStringList words(CommandType type) const
+    {
+        QStringList all;
+        for (const CommandRow &saved : tables.readTyped(type)) {
+            all.append(saved.CommandWords);
+        }
+        return all;
+    }
+};
+
+const char *const warning = "建议在增加前先查询有没有定义过，如重复定义语音映射词，\n将执行最初定义的功能！";
+
+} // namespace
+
+class tst_command_dialog : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void addEditSaveAndClose()
+    {
+        Editor editor;
+        editor.open();
+        QCOMPARE(editor.dialog->windowTitle(), "语音映射词设置"_s);
+        QVERIFY(editor.at<QRadioButton>("radioButton_OnlyShowWebype")->isChecked());
+        QVERIFY(!editor.at<QLineEdit>("lineEdit_CommandWord")->isEnabled()); // nothing to edit yet
+        editor.click("pushButton_AddCmdWord");
+        QCOMPARE(editor.asked, QStringList{QString::fromUtf8(warning)});
+        QCOMPARE(editor.cell(0, 1), "输入语音映射词"_s);
+        QCOMPARE(editor.cell(0, 2), "网页"_s);
+        QCOMPARE(editor.cell(0, 3), "输入语音映射词功能"_s);
+        editor.type("lineEdit_CommandWord", "baidu"_s);
+        editor.click("pushButton_addSemicolon");
+        QTest::keyClicks(editor.at<QLineEdit>("lineEdit_CommandWord"), "search"_s);
+        editor.type("lineEdit_CmdWordContent", "www.baidu.com"_s);
+        QCOMPARE(editor.cell(0, 1), "baidu;search"_s);
+        QVERIFY(editor.words(CommandType::Web).isEmpty());
+        editor.click("pushButton_SaveCmdWord");
+        QCOMPARE(editor.words(CommandType::Web), QStringList{"baidu;search"_s});
+        QVERIFY(editor.tables.readMerged().empty());
+        editor.click("pushButton_Close");
+        QVERIFY(editor.closed);
+        QCOMPARE(editor.tables.readMerged().at(0).CmdWordContents, "www.baidu.com"_s);
+        QVERIFY(!editor.tables.readDraft(CommandType::Web));
+    }
+
+    void shortcutsByBoxesAndKey()
+    {
+        Editor editor;
+        home.write("MEVKeysSetting.ini"_s, "[0]\nShowName=A\nVKCode=4\n[1]\nShowName=F5\nVKCode=3e\n");
+        QVERIFY(editor.tables.writeTyped(
+            CommandType::Shortcut,
+            {row("w"_s, "Alt"_s, CommandType::Shortcut), row("x"_s, "Control+F5"_s, CommandType::Shortcut)}));
+        editor.open();
+        editor.click("radioButton_OnlyShowShortcutType");
+        QVERIFY(editor.at<QCheckBox>("checkBox_Alt")->isChecked());
+        QVERIFY(!editor.at<QLineEdit>("lineEdit_CmdWordContent")->isVisible());
+        editor.click("checkBox_Win");
+        QCOMPARE(editor.cell(0, 3), "Alt+Win"_s);
+        editor.at<QComboBox>("comboBox_ShortCutKey")->setCurrentText("A"_s);
+        editor.click("checkBox_Alt");
+        editor.click("checkBox_Control");
+        editor.click("checkBox_Shift");
+        QCOMPARE(editor.cell(0, 3), "Control+Shift+Win+A"_s);
+        editor.table()->selectRow(1);
+        QVERIFY(editor.at<QCheckBox>("checkBox_Control")->isChecked());
+        QVERIFY(!editor.at<QCheckBox>("checkBox_Win")->isChecked());
+        QCOMPARE(editor.at<QComboBox>("comboBox_ShortCutKey")->currentText(), "F5"_s);
+        QCOMPARE(editor.cell(1, 3), "Control+F5"_s); // looking at a row changes nothing
+    }
+
+    void keyboardRowsTakeLettersOnly_data()
+    {
+        QTest::addColumn<QString>("view");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("taken");
+        QTest::newRow("one letter or digit") << "radioButton_OnlyShowVoiceKeyboardType"_s
+                                             << "?a1b"_s
+                                             << "a"_s;
+        QTest::newRow("small letters") << "radioButton_OnlyShowPinyinKeyboardType"_s
+                                       << "aNg1g"_s
+                                       << "agg"_s;
+    }
+    void keyboardRowsTakeLettersOnly()
+    {
+        QFETCH(QString, view);
+        QFETCH(QString, typed);
+        QFETCH(QString, taken);
+        Editor editor;
+        editor.open();
+        editor.click(view.toLatin1());
+        editor.click("pushButton_AddCmdWord");
+        editor.type("lineEdit_CmdWordContent", typed);
+        QCOMPARE(editor.cell(0, 3), taken);
+    }
+
+    void leavingAViewAsksOnlyAboutAddedRows()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
+        editor.open();
+        editor.click("radioButton_OnlyShowPhraseType");
+        QVERIFY(editor.asked.isEmpty());
+        editor.click("pushButton_AddCmdWord");
+        editor.asked.clear();
+        editor.click("radioButton_OnlyShowFileType");
+        QCOMPARE(editor.asked, QStringList{"是否要保存前面设置？"_s});
+        QCOMPARE(editor.words(CommandType::Phrase), QStringList{"输入语音映射词"_s});
+
+        editor.click("pushButton_AddCmdWord");
+        editor.answer = no;
+        editor.click("radioButton_OnlyShowWebype");
+        QVERIFY(editor.words(CommandType::File).isEmpty());
+        QVERIFY(!editor.tables.readDraft(CommandType::File));
+
+        editor.asked.clear();
+        editor.type("lineEdit_CommandWord", "new"_s); // no row added: not asked, and not lost either
+        editor.click("radioButton_ShowAll");
+        QVERIFY(editor.asked.isEmpty());
+        QCOMPARE(editor.words(CommandType::Web), QStringList{"old"_s});
+        editor.answer = yes;
+        editor.click("radioButton_OnlyShowWebype");
+        QCOMPARE(editor.asked.size(), 1);
+        QCOMPARE(editor.cell(0, 1), "new"_s);
+        editor.click("pushButton_SaveCmdWord");
+        QCOMPARE(editor.words(CommandType::Web), QStringList{"new"_s});
+    }
+
+    /// The rows of the voice keyboard go to the table of the pinyin keyboard; what they replace is kept.
+    void rowsOfTheVoiceKeyboard()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::PinyinKeyboard,
+                                         {row("昂"_s, "ang"_s, CommandType::PinyinKeyboard)}));
+        editor.open();
+        editor.click("radioButton_OnlyShowVoiceKeyboardType");
+        editor.click("pushButton_AddCmdWord");
+        editor.type("lineEdit_CommandWord", "ay"_s);
+        editor.click("radioButton_OnlyShowWebype");
+        QCOMPARE(editor.words(CommandType::PinyinKeyboard), QStringList{"ay"_s});
+        QVERIFY(QFile::exists(editor.tables.typedPath(CommandType::PinyinKeyboard) + ".bak"_s));
+        editor.click("radioButton_OnlyShowVoiceKeyboardType"); // offered: yes
+        QCOMPARE(editor.cell(0, 1), "ay"_s);
+    }
+
+    void allRowsAreToLookAt()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("web"_s, "w"_s, CommandType::Web)}));
+        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("phrase"_s, "p"_s, CommandType::Phrase)}));
+        QVERIFY(editor.tables.writeTyped(CommandType::VoiceKeyboard,
+                                         {row("ay"_s, "a"_s, CommandType::VoiceKeyboard)}));
+        QVERIFY(editor.tables.rebuildMerged());
+        editor.open();
+        editor.click("radioButton_ShowAll");
+        QCOMPARE(editor.rows(), 2); // the keyboards' rows are not among them
+        for (const char *name :
+             {"pushButton_AddCmdWord", "pushButton_DelCmdWord", "pushButton_SaveCmdWord"}) {
+            QVERIFY2(!editor.at<QPushButton>(name)->isEnabled(), name);
+        }
+        QVERIFY(!editor.at<QLineEdit>("lineEdit_CommandWord")->isEnabled());
+        editor.table()->setFocus();
+        QTest::keyClick(editor.table(), Qt::Key_Delete);
+        QMetaObject::invokeMethod(editor.dialog.get(), "on_pushButton_DelCmdWord_clicked");
+        QVERIFY(editor.asked.contains("该类型状态下不能删除，请先切换到相关类型下！"_s));
+        QMetaObject::invokeMethod(editor.dialog.get(), "on_pushButton_AddCmdWord_clicked");
+        QCOMPARE(editor.asked.last(), "该类型状态下不能增加，将默认切换到网页类型下"_s);
+        QVERIFY(editor.at<QRadioButton>("radioButton_OnlyShowWebype")->isChecked());
+        QCOMPARE(editor.rows(), 1);
+        editor.click("radioButton_ShowAll");
+        editor.click("pushButton_Close");
+        QCOMPARE(editor.tables.readMerged().size(), std::size_t(3));
+    }
+
+    void deletingSavesAtOnce()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(
+            CommandType::Web, {row("a"_s, "1"_s, CommandType::Web), row("b"_s, "2"_s, CommandType::Web)}));
+        editor.open();
+        editor.answer = no;
+        editor.click("pushButton_DelCmdWord");
+        QCOMPARE(editor.asked, QStringList{"确认删除吗？"_s});
+        QCOMPARE(editor.words(CommandType::Web).size(), 2);
+        editor.answer = yes;
+        editor.click("pushButton_DelCmdWord");
+        QCOMPARE(editor.words(CommandType::Web), QStringList{"b"_s});
+        QCOMPARE(editor.at<QLineEdit>("lineEdit_CommandWord")->text(), "b"_s);
+        editor.click("pushButton_DelCmdWord");
+        QCOMPARE(editor.rows(), 0);
+        QVERIFY(editor.words(CommandType::Web).isEmpty());
+        QVERIFY(QFile::exists(editor.tables.typedPath(CommandType::Web)));
+        QVERIFY(!editor.at<QLineEdit>("lineEdit_CommandWord")->isEnabled());
+    }
+
+    void hiddenRowsAndSearch()
+    {
+        Editor editor;
+        QVERIFY(
+            editor.tables.writeTyped(CommandType::Web, {row("打开百度;百度搜索"_s, "1"_s, CommandType::Web),
+                                                        row("新浪"_s, "2"_s, CommandType::Web),
+                                                        row("百度图片"_s, "3"_s, CommandType::Web, "1"_s)}));
+        editor.open();
+        QVERIFY(editor.table()->isRowHidden(2));
+        editor.click("checkBox_ShowHideContents");
+        QVERIFY(!editor.table()->isRowHidden(2));
+        editor.at<QLineEdit>("lineEdit_SearchCmdWord")->setText("百度"_s);
+        editor.click("pushButton_SearchCmdWord");
+        QCOMPARE(editor.table()->currentIndex().row(), 0);
+        QVERIFY(editor.at<QPushButton>("pushButton_SearchCmdWord_Next")->isVisible());
+        QVERIFY(!editor.at<QPushButton>("pushButton_SearchCmdWord_Previous")->isVisible());
+        editor.click("pushButton_SearchCmdWord_Next");
+        QCOMPARE(editor.at<QLineEdit>("lineEdit_CommandWord")->text(), "百度图片"_s);
+        QVERIFY(!editor.at<QPushButton>("pushButton_SearchCmdWord_Next")->isVisible());
+        editor.click("pushButton_SearchCmdWord_Previous");
+        QCOMPARE(editor.table()->currentIndex().row(), 0);
+        editor.at<QLineEdit>("lineEdit_SearchCmdWord")->setText("无"_s);
+        editor.click("pushButton_SearchCmdWord");
+        QCOMPARE(editor.asked, QStringList{"没有发现匹配的语音映射词！"_s});
+        editor.table()->selectRow(1);
+        editor.click("checkBox_Hide");
+        editor.click("pushButton_SaveCmdWord");
+        QCOMPARE(editor.tables.readTyped(CommandType::Web).at(1).Hide, "1"_s);
+    }
+
+    void whatCannotBeSavedIsKept()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
+        editor.open();
+        editor.type("lineEdit_CommandWord", "new"_s);
+        // A folder in its place: no name can be taken there, not even by root.
+        const QString path = editor.tables.typedPath(CommandType::Web);
+        QVERIFY(QFile::rename(path, path + ".old"_s) && QDir().mkpath(path + "/full"_s));
+        editor.click("pushButton_SaveCmdWord");
+        QCOMPARE(editor.asked, QStringList{"语音映射词没有保存，原来的文件没有改动。"_s});
+        QCOMPARE(editor.cell(0, 1), "new"_s);
+        QCOMPARE(editor.tables.readDraft(CommandType::Web)->at(0).CommandWords, "new"_s);
+    }
+
+    /// As a crash does: nothing of the dialog runs any more.
+    void aDraftIsOfferedAtTheNextOpening_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<bool>("kept");
+        QTest::newRow("wanted") << yes << "draft"_s << true;
+        QTest::newRow("not wanted") << no << "saved"_s << false;
+        QTest::newRow("question closed") << -1 << "saved"_s << true;
+    }
+    void aDraftIsOfferedAtTheNextOpening()
+    {
+        QFETCH(int, answer);
+        QFETCH(QString, word);
+        QFETCH(bool, kept);
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("saved"_s, "w"_s, CommandType::Web)}));
+        editor.tables.writeDraft(CommandType::Web, {row("draft"_s, "w"_s, CommandType::Web)});
+        editor.answer = answer;
+        editor.open();
+        QCOMPARE(editor.asked, QStringList{"上次对“网页”的修改没有保存，要恢复吗？"_s});
+        QCOMPARE(editor.cell(0, 1), word);
+        QCOMPARE(editor.tables.readDraft(CommandType::Web).has_value(), kept);
+    }
+
+    void aDialogThatGoesDuringAQuestion_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::newRow("add") << "pushButton_AddCmdWord"_s;
+        QTest::newRow("delete") << "pushButton_DelCmdWord"_s;
+        QTest::newRow("view") << "radioButton_OnlyShowFileType"_s;
+    }
+    void aDialogThatGoesDuringAQuestion()
+    {
+        QFETCH(QString, control);
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
+        editor.open();
+        editor.type("lineEdit_CommandWord", "new"_s);
+        editor.onQuestion = [&editor] { editor.dialog.reset(); };
+        QPointer<QAbstractButton> button = editor.at<QAbstractButton>(control.toLatin1());
+        QMetaObject::invokeMethod(button, "clicked", Q_ARG(bool, true));
+        QVERIFY(editor.dialog == nullptr);
+        QCOMPARE(editor.words(CommandType::Web), QStringList{"old"_s});
+        QCOMPARE(editor.tables.readDraft(CommandType::Web)->at(0).CommandWords, "new"_s);
+    }
+
+    void sortingByAColumn()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(
+            CommandType::Web, {row("b"_s, "1"_s, CommandType::Web), row("a"_s, "2"_s, CommandType::Web)}));
+        editor.open();
+        QCOMPARE(editor.cell(0, 1), "b"_s);
+        QMetaObject::invokeMethod(editor.table()->horizontalHeader(), "sectionClicked", Q_ARG(int, 1));
+        QCOMPARE(editor.cell(0, 1), "a"_s);
+        QCOMPARE(editor.at<QLineEdit>("lineEdit_CmdWordContent")->text(), "2"_s);
+    }
+
+    void rowsThatCannotActAreMarked()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("a"_s, "1"_s, CommandType::Web)}));
+        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("a"_s, "2"_s, CommandType::Phrase),
+                                                               row("b"_s, "3"_s, CommandType::Phrase)}));
+        editor.open();
+        editor.click("radioButton_OnlyShowPhraseType");
+        QCOMPARE(editor.cell(0, 4), "不起作用"_s);
+        QCOMPARE(editor.table()->model()->index(0, 4).data(Qt::ToolTipRole).toString(),
+                 "“a”已经定义过，会执行“1”"_s);
+        QCOMPARE(editor.cell(1, 4), QString());
+    }
+
+    void applicationsOfDesktopEntries()
+    {
+        const QTemporaryDir own;
+        const QTemporaryDir shared;
+        const auto write = [](const QTemporaryDir &folder, const QString &name, const QByteArray &text) {
+            QFile file(folder.filePath(name));
+            QVERIFY(file.open(QFile::WriteOnly) && file.write(text) == text.size());
+        };
+        write(
+            shared, "editor.desktop"_s,
+            "[Desktop Entry]\nType=Application\nName=Editor\nName[zh_CN]=编辑器\nExec=editor %F\nIcon=edit\n"
+            "[Desktop Action New]\nName=New\n");
+        write(shared, "hidden.desktop"_s,
+              "[Desktop Entry]\nType=Application\nName=H\nExec=h\nNoDisplay=true\n");
+        write(shared, "link.desktop"_s, "[Desktop Entry]\nType=Link\nName=L\nURL=x\n");
+        write(shared, "broken.desktop"_s, QByteArray("\xff\x00[[[=", 7));
+        write(shared, "twice.desktop"_s, "[Desktop Entry]\nType=Application\nName=Shared\nExec=s\n");
+        write(own, "twice.desktop"_s, "[Desktop Entry]\nType=Application\nName=Own\nExec=o\n");
+        const auto entries = applicationEntries({own.path(), shared.path(), "/nowhere"_s}, "zh_CN"_s);
+        QStringList names;
+        for (const ApplicationEntry &entry : entries) {
+            names.append(entry.name);
+        }
+        names.sort();
+        QCOMPARE(names, (QStringList{"Own"_s, "编辑器"_s}));
+        QCOMPARE(applicationEntries({shared.path()}, "en_US"_s).front().name, "Editor"_s);
+    }
+};
+
+QTEST_MAIN(tst_command_dialog)
+#include "tst_command_dialog.moc"
