@@ -169,6 +169,7 @@ public:
     void keepOutOfLists(mevo::WindowId window) override { unlisted.append(window); }
     std::optional<QPoint> place(mevo::WindowId) override { return real; }
     void moveTo(mevo::WindowId, const QPoint &place) override { moves.append(place); }
+    void setSliding(mevo::WindowId, bool now) override { slides.append(now); }
     bool isComposited() override { return composited; }
     void whenCompositingChanges(QObject *, std::function<void()> handler) override
     {
@@ -180,6 +181,7 @@ public:
     QList<mevo::WindowId> unlisted;
     std::optional<QPoint> real; ///< where windows stand; null answers nothing
     QList<QPoint> moves;
+    QList<bool> slides; ///< beginnings and ends
     bool composited = true;
     std::vector<std::function<void()>> handlers;
     std::vector<QRect> shape; ///< of the window that was shaped last
