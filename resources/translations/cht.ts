@@ -108,6 +108,14 @@
         <translation>沒有可以輸入的視窗，請先把游標放到要輸入的地方。</translation>
     </message>
     <message>
+        <source>今日语音识别次数已用完，已自动切换到腾讯语音识别！</source>
+        <translation>今日語音辨識次數已用完，已自動切換到騰訊語音辨識！</translation>
+    </message>
+    <message>
+        <source>已选择搜狗语音输入法，将在下次启动软件或插入设备时设置并生效！</source>
+        <translation>已選擇搜狗語音輸入法，將在下次啟動軟體或插入裝置時設定並生效！</translation>
+    </message>
+    <message>
         <source>本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！</source>
         <translation>本版本尚不支援第三方語音輸入法，請在語言選單中選擇其他語音引擎！</translation>
     </message>

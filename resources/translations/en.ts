@@ -108,6 +108,14 @@
         <translation>No window takes text now; please put the cursor where the text should go.</translation>
     </message>
     <message>
+        <source>今日语音识别次数已用完，已自动切换到腾讯语音识别！</source>
+        <translation>Today's speech recognitions are used up; Tencent's recognition has taken over.</translation>
+    </message>
+    <message>
+        <source>已选择搜狗语音输入法，将在下次启动软件或插入设备时设置并生效！</source>
+        <translation>Sogou's voice input method is chosen. It is set up, and in force, from the next start or plugging-in on.</translation>
+    </message>
+    <message>
         <source>本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！</source>
         <translation>This version drives no third-party input method yet; please choose another engine in the language menu.</translation>
     </message>

@@ -239,6 +239,7 @@ public:
     }
     bool startDetached(const QString &program, const QStringList &arguments) override;
     bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
+    bool hasSibling(const QString &name) override { return !notInstalled.contains(name); }
     Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) override;
     bool killByImageName(const QString &imageName) override;
     bool isRunning(const QString &imageName) override { return running.contains(imageName); }
@@ -247,6 +248,7 @@ public:
     bool shutDownComputer() override;
 
     QStringList running;
+    QStringList notInstalled; ///< siblings
     Captured captured;
 
 private:
