@@ -2,6 +2,7 @@
 // takes, as parts of a core. notice_slide [SLIDES [PICTURE_HEIGHT]]
 
 #include "base/ApplicationFiles.h"
+#include "platform/Platform.h"
 #include "ui/CADShowDlg.h"
 
 #include <QApplication>
@@ -83,6 +84,7 @@ int main(int argc, char *argv[])
         return 1;
     }
     const WebCipher cipher;
+    const std::unique_ptr<mevo::Platform> platform = mevo::makePlatform();
     const QString hex = cipher.EncryptString(
         QStringLiteral("image;http://127.0.0.1:9/;1;%1;bench.png;").arg(buffer.data().size()));
     const QString frame = QString::number(hex.size()).rightJustified(5, QLatin1Char('0')) + hex;
@@ -90,8 +92,12 @@ int main(int argc, char *argv[])
     std::vector<double> times, shares;
     int most = 0;
     for (int i = 0; i < slides; ++i) {
-        auto *const notice = new CADShowDlg(cipher, std::nullopt);
+        auto *const notice =
+            new CADShowDlg(cipher, std::nullopt, nullptr, nullptr, platform->ownWindows.get());
         notice->onTextMessageReceived(frame);
+        while (!notice->isVisible()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); // the picture is decoded
+        }
         QCoreApplication::processEvents(); // the first painting is not the slide's
         StepWatch watch;
         notice->installEventFilter(&watch);

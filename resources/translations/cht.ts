@@ -392,6 +392,14 @@
         <source>更新程序没有安装，请从下载页面获取新版本。</source>
         <translation>更新程式沒有安裝，請從下載頁面取得新版本。</translation>
     </message>
+    <message>
+        <source>今日语音识别次数已用完，已自动切换到腾讯语音识别！</source>
+        <translation>今日語音辨識次數已用完，已自動切換到騰訊語音辨識！</translation>
+    </message>
+    <message>
+        <source>已选择搜狗语音输入法，将在下次启动软件或插入设备时设置并生效！</source>
+        <translation>已選擇搜狗語音輸入法，將在下次啟動軟體或插入裝置時設定並生效！</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>

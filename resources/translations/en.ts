@@ -391,6 +391,14 @@
         <source>更新程序没有安装，请从下载页面获取新版本。</source>
         <translation>The updater is not installed. Please get the new version from the download page.</translation>
     </message>
+    <message>
+        <source>今日语音识别次数已用完，已自动切换到腾讯语音识别！</source>
+        <translation>Today's speech recognitions are used up; Tencent's recognition has taken over.</translation>
+    </message>
+    <message>
+        <source>已选择搜狗语音输入法，将在下次启动软件或插入设备时设置并生效！</source>
+        <translation>Sogou's voice input method is chosen. It is set up, and in force, from the next start or plugging-in on.</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>

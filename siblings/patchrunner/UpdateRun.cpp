@@ -145,6 +145,10 @@ private:
         if (!wanted || unpacked.files.isEmpty() || unpacked.files.contains(updatePendingFile)) {
             return {Outcome::BadArchive, QStringLiteral("it is no version of this program")};
         }
+        if (!isOffered()) {
+            return {Outcome::BadArchive,
+                    QStringLiteral("it is not the version that was offered, %1").arg(m_setting.version)};
+        }
         const Kept kept = keepFiles(m_folder, m_beside);
         if (!kept.error.isEmpty()) {
             return {kept.noSpace ? Outcome::NoSpace : Outcome::Failed, kept.error};
@@ -162,6 +166,13 @@ private:
             chmod(QFile::encodeName(m_beside).constData(), mode.st_mode & 0777U);
         }
         return {};
+    }
+
+    /// Before anything of the old folder is in the new one.
+    bool isOffered() const
+    {
+        const auto content = readWholeFile(m_beside + QLatin1Char('/') + archiveVersionFile);
+        return content && parseArchiveVersion(*content) == m_setting.version;
     }
 
     Report exchange() const
@@ -224,7 +235,9 @@ private:
     {
         QFile::remove(m_base + QLatin1Char('/') + downloadSettingFile);
         QFile::remove(m_archive);
-        QFile::remove(m_archive + signatureSuffix);
+        if (!m_setting.updateKey.isEmpty()) {
+            QFile::remove(m_archive + signatureSuffix);
+        }
     }
 
     /// A new version may bring a new updater, which stands above the program's folder.

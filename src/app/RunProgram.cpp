@@ -43,7 +43,7 @@ int runProgram(Platform &platform)
     window.setWindowTitle(QStringLiteral("aaaaaa"));
     window.show();
     const int result = QApplication::exec();
-    if (result != MainWindow::restartCode && !startAnew) {
+    if (window.isHandedOver() || (result != MainWindow::restartCode && !startAnew)) {
         return result;
     }
     platform.singleInstance->release(); // else the new one would take itself for the second

@@ -5,14 +5,21 @@
 
 namespace mevo {
 
-/// A page that a service names, as the desktop may be asked to open it: http or https with a host. An empty
-/// address for anything else, a file or a program above all.
+/// An address that the desktop may be asked to open, or that a service may be asked at: http or https with a
+/// host. No file or program above all.
+inline bool isWebPage(const QUrl &address)
+{
+    return address.isValid() && !address.host().isEmpty() &&
+           (address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https"));
+}
+
+/// The address of the web that a service's text names. An empty one for anything else, and for a text that is
+/// too long to be one.
 inline QUrl webPage(const QString &text)
 {
     constexpr int longest = 2048;
     const QUrl url(text.size() <= longest ? text.trimmed() : QString(), QUrl::TolerantMode);
-    const bool web = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-    return url.isValid() && web && !url.host().isEmpty() ? url : QUrl();
+    return isWebPage(url) ? url : QUrl();
 }
 
 } // namespace mevo

@@ -118,15 +118,19 @@ EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, Recorder
 }
 
 std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState &recorder, bool xpClass,
-                                               int storedDialect, int storedSmallLan)
+                                               int storedDialect, int storedSmallLan, bool userHasChosen)
 {
     std::vector<EngineChange> changes;
+    const auto keeps = [&](Engine engine) { return userHasChosen && engineInForce(recorder) == engine; };
     if (xpClass && (state.UseXFWAPIPara == 1 || state.UseXFSDKPara == 1)) {
         state.UseBDAPIPara = state.UseXFWAPIPara = state.UseXFSDKPara = 0;
         state.UseTXAPIPara = 1;
-        changes.push_back(moveTo(Engine::Tencent, recorder, false, false));
+        if (!userHasChosen) {
+            changes.push_back(moveTo(Engine::Tencent, recorder, false, false));
+        }
     }
-    if (state.UseBDFstPara >= 0 && (state.UseBDFstPara != 0) != state.BaiDuNoStreamApi_FastVersion) {
+    if (state.UseBDFstPara >= 0 && !keeps(Engine::Baidu) &&
+        (state.UseBDFstPara != 0) != state.BaiDuNoStreamApi_FastVersion) {
         state.BaiDuNoStreamApi_FastVersion = state.UseBDFstPara != 0;
         state.BaiDuCurrentVoiceType =
             state.BaiDuNoStreamApi_FastVersion ? QStringLiteral("80001") : QStringLiteral("1537");
@@ -143,26 +147,27 @@ std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState
         changes.push_back(change);
     }
     // More than one selector may be set: the last one wins.
-    if (state.UseBDAPIPara == 1 && !recorder.BaiDuNoStreamApi) {
+    if (state.UseBDAPIPara == 1 && !recorder.BaiDuNoStreamApi && !userHasChosen) {
         EngineChange change = moveTo(Engine::Baidu, recorder, false, false);
         chooseMissingLanguage(change, state.BaiDuCurrentVoiceType, "BaiDuCurrentVoiceType", "1537");
         changes.push_back(change);
     }
-    if (state.UseXFWAPIPara == 1 && !recorder.UseXunFeiWebApi) {
+    if (state.UseXFWAPIPara == 1 && !recorder.UseXunFeiWebApi && !userHasChosen) {
         changes.push_back(moveTo(Engine::XunFei, recorder, false, false));
     }
-    if (state.UseTXAPIPara == 1 && !recorder.UseTXASRApi) {
+    if (state.UseTXAPIPara == 1 && !recorder.UseTXASRApi && !userHasChosen) {
         EngineChange change = moveTo(Engine::Tencent, recorder, false, false);
         chooseMissingLanguage(change, state.TXCurrentVoiceType, "TXCurrentVoiceType", "16k_zh");
         changes.push_back(change);
     }
     if (state.ShowXFSmallLan != storedSmallLan || state.ShowXFDialect != storedDialect) {
-        state.XunFeiWebApiCurrentVoiceType = QStringLiteral("mandarin");
         EngineChange change;
-        change.writes = {{"XunFeiWebApiCurrentVoiceType", state.XunFeiWebApiCurrentVoiceType},
-                         {"ShowXFSmallLan", state.ShowXFSmallLan},
-                         {"ShowXFDialect", state.ShowXFDialect}};
-        change.rebuild = change.persistEngine = change.setupInputMethod = recorder.UseXunFeiWebApi;
+        change.writes = {{"ShowXFSmallLan", state.ShowXFSmallLan}, {"ShowXFDialect", state.ShowXFDialect}};
+        if (!keeps(Engine::XunFei)) {
+            state.XunFeiWebApiCurrentVoiceType = QStringLiteral("mandarin");
+            change.writes.push_back({"XunFeiWebApiCurrentVoiceType", state.XunFeiWebApiCurrentVoiceType});
+            change.rebuild = change.persistEngine = change.setupInputMethod = recorder.UseXunFeiWebApi;
+        }
         changes.push_back(change);
     }
     return changes;

@@ -46,9 +46,11 @@ const CredentialListRow *accountListFor(const LanguageRow &row, const EngineStat
 EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, RecorderState &recorder);
 
 /// The record's engine selectors, applied in their order at a start and at every read of the record.
-/// `storedDialect` and `storedSmallLan` are the menu switches that the settings held.
+/// `storedDialect` and `storedSmallLan` are the menu switches that the settings held. `userHasChosen`: the
+/// engine and its language are a choice of the user's of which the record does not know yet, and stay.
 std::vector<EngineChange> applyRecordSelectors(EngineState &state, RecorderState &recorder, bool xpClass,
-                                               int storedDialect, int storedSmallLan);
+                                               int storedDialect, int storedSmallLan,
+                                               bool userHasChosen = false);
 
 /// The record hides Tencent's dialect row: Mandarin takes its place where it was chosen.
 EngineChange leaveHiddenDialect(EngineState &state);

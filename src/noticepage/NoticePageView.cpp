@@ -1,5 +1,7 @@
 #include "noticepage/NoticePageView.h"
 
+#include "base/WebPage.h"
+
 #include <QChildEvent>
 #include <QDebug>
 #include <QMouseEvent>
@@ -15,11 +17,6 @@ namespace mevo {
 
 namespace {
 
-bool onTheWeb(const QUrl &address)
-{
-    return address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
-}
-
 /// Takes the address of a window that is not opened.
 class LinkCatcher : public QWebEnginePage
 {
@@ -33,7 +30,7 @@ public:
 protected:
     bool acceptNavigationRequest(const QUrl &address, NavigationType, bool) override
     {
-        if (onTheWeb(address)) {
+        if (isWebPage(address)) {
             m_calls.linkWanted(address);
             deleteLater();
         }
@@ -98,7 +95,7 @@ bool NoticeWebPage::acceptNavigationRequest(const QUrl &address, NavigationType 
         m_calls.linkWanted(address);
         return false;
     }
-    return !m_loaded && type != NavigationTypeFormSubmitted && onTheWeb(address);
+    return !m_loaded && type != NavigationTypeFormSubmitted && isWebPage(address);
 }
 
 QWebEnginePage *NoticeWebPage::createWindow(WebWindowType)

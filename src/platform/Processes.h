@@ -25,6 +25,8 @@ public:
     /// "\..\HW\PenPadHost.exe"; the platform's own separators and suffix apply. `hidden` asks for no
     /// window at start. False, with a log line, when it is not installed.
     virtual bool startSibling(const QString &name, const QStringList &arguments, bool hidden) = 0;
+    /// Whether a sibling of that name is installed.
+    virtual bool hasSibling(const QString &name) = 0;
     /// Runs a program and waits at most `timeoutMs` for its end.
     virtual Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) = 0;
     /// Ends every process of that executable name. False when there was none.

@@ -1,5 +1,7 @@
 #include "service/PushFrame.h"
 
+#include "base/WebPage.h"
+
 #include <QDebug>
 #include <QRegularExpression>
 #include <QStringList>
@@ -40,23 +42,23 @@ std::optional<int> number(const QString &text)
 std::optional<PushNotice> commonFields(PushNotice::Kind kind, const QString &address, const QString &seconds,
                                        const QString &link)
 {
-    const std::optional<QUrl> content = addressOnTheWeb(address);
-    if (!content) {
+    const QUrl content = webPage(address);
+    if (content.isEmpty()) {
         return refuse("its content is not on the web");
     }
     const std::optional<int> stay = number(seconds);
     if (!stay) {
         return refuse("its seconds are no number");
     }
-    const std::optional<QUrl> target = addressOnTheWeb(link);
-    if (!target && !link.isEmpty()) {
+    const QUrl target = webPage(link);
+    if (target.isEmpty() && !link.isEmpty()) {
         qWarning("Push: a link that is not on the web is left out");
     }
     PushNotice notice;
     notice.kind = kind;
-    notice.content = *content;
+    notice.content = content;
     notice.staySeconds = std::min(*stay, longestNoticeStay);
-    notice.link = target.value_or(QUrl());
+    notice.link = target;
     return notice;
 }
 
@@ -84,24 +86,19 @@ std::optional<PushNotice> readPushFrame(const WebCipher &cipher, const QString &
     if (!size || *size == 0 || *size > largestNoticePicture) {
         return refuse("a picture of no or too large a size");
     }
-    if (!isPictureName(fields[PictureName])) {
+    // A name without a suffix may be that of a program or a folder of ours: it gets a picture's.
+    const QString given = fields[PictureName];
+    const QString name = given.contains(QLatin1Char('.')) ? given : given + QStringLiteral(".png");
+    if (!isPictureName(name)) {
         return refuse("no name of a picture");
     }
     std::optional<PushNotice> notice = commonFields(PushNotice::Kind::Picture, fields[PictureAddress],
                                                     fields[PictureSeconds], fields[PictureLink]);
     if (notice) {
         notice->pictureSize = *size;
-        notice->pictureName = fields[PictureName];
+        notice->pictureName = name;
     }
     return notice;
-}
-
-std::optional<QUrl> addressOnTheWeb(const QString &text)
-{
-    const QUrl url(text.trimmed());
-    const QString scheme = url.scheme();
-    const bool onTheWeb = scheme == QLatin1String("http") || scheme == QLatin1String("https");
-    return url.isValid() && onTheWeb && !url.host().isEmpty() ? std::make_optional(url) : std::nullopt;
 }
 
 bool isPictureName(const QString &name)

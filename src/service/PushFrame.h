@@ -27,15 +27,12 @@ struct PushNotice
     int staySeconds = 0; ///< between the slide and the fading
     QUrl link;           ///< that a press opens; empty when there is none, else http or https
     int pictureSize = 0; ///< bytes that the picture must have
-    QString pictureName; ///< under which it is kept: a name, never a path
+    QString pictureName; ///< under which it is kept: the name of a picture, never a path
 };
 
 /// Reads a frame of the push socket: five digits, then that many characters of cipher text, in it "url" or
 /// "image" and its fields, apart by ";". Nothing, with a log line, for anything else.
 std::optional<PushNotice> readPushFrame(const WebCipher &cipher, const QString &frame);
-
-/// A text as an address of the web: http or https with a host. Nothing for any other.
-std::optional<QUrl> addressOnTheWeb(const QString &text);
 
 /// Whether a picture may be kept under this name: the plain name of a picture file, which leads nowhere else
 /// and is no settings file, table or program.

@@ -1,5 +1,7 @@
 #include "service/RecordAddresses.h"
 
+#include "base/WebPage.h"
+
 #include <QDebug>
 #include <QRegularExpression>
 #include <QUrl>
@@ -16,21 +18,17 @@ bool isSchemaName(const QString &text)
     return name.match(text).hasMatch();
 }
 
-bool isAddress(const QString &text, const QStringList &schemes)
-{
-    const QUrl url(text, QUrl::StrictMode);
-    return text.size() <= longestAddress && url.isValid() && schemes.contains(url.scheme()) &&
-           !url.host().isEmpty();
-}
-
 bool canBe(const ServerAddress &address, const QString &text)
 {
     if (address.member == &ServiceState::SchemaName) {
         return isSchemaName(text);
     }
-    static const QStringList web = {QStringLiteral("http"), QStringLiteral("https")};
-    static const QStringList socket = {QStringLiteral("ws"), QStringLiteral("wss")};
-    return isAddress(text, address.member == &ServiceState::PushSocketUrl ? socket : web);
+    const QUrl url(text, QUrl::StrictMode);
+    if (text.size() > longestAddress || !url.isValid()) {
+        return false;
+    }
+    const bool socket = url.scheme() == QLatin1String("ws") || url.scheme() == QLatin1String("wss");
+    return address.member == &ServiceState::PushSocketUrl ? socket && !url.host().isEmpty() : isWebPage(url);
 }
 
 } // namespace

@@ -174,17 +174,20 @@ int storedValue(const MainState &state, const RecordColumn &column)
     return state.*std::get<int MainState::*>(column.member);
 }
 
-/// What the record says of input methods, as far as one column rules another.
-void settleInputMethods(MainState &state, const QJsonObject &row)
+/// What the record says of input methods, as far as one column rules another. Columns that were not taken
+/// rule nothing.
+void settleInputMethods(MainState &state, const QStringList &taken)
 {
+    const auto isTaken = [&taken](const char *column) { return taken.contains(QLatin1String(column)); };
     const bool enabled = state.EnableASR3;
-    if (state.UseASR3Index == customMethod && !state.ShowASR3Custom) {
+    if ((isTaken("UseASR3Index") || isTaken("ShowASR3Custom") || isTaken("EnableASR3")) &&
+        state.UseASR3Index == customMethod && !state.ShowASR3Custom) {
         state.EnableASR3 = false;
     }
-    if (state.EnableAutoCallASR3) {
+    if ((isTaken("EnableAutoCallASR3") || isTaken("MustClickRunASR3")) && state.EnableAutoCallASR3) {
         state.MustClickRunASR3 = false;
     }
-    if (enabled != state.EnableASR3 || !columnText(row, QStringLiteral("EnableASR3")).isEmpty()) {
+    if (isTaken("EnableASR3") || enabled != state.EnableASR3) {
         state.LocalEnableASR3 = state.EnableASR3;
     }
 }
@@ -199,11 +202,14 @@ RecordEffects applyRecordColumns(MainState &state, const QJsonObject &row, bool 
     state.UseBDFstPara = state.UseXFWPIDWAPara = -1;
     const bool inputMethod = state.LocalEnableASR3;
     QVector<const RecordColumn *> stored;
+    QStringList takenOver;
     QStringList passedOver;
     for (const RecordColumn &column : recordColumns()) {
         const QString name = QLatin1String(column.name);
         const Taken taken = std::visit(Taker(state, row, column), column.member);
-        if (taken == Taken::Not && row.contains(name) && !row.value(name).isNull()) {
+        if (taken != Taken::Not) {
+            takenOver.append(name);
+        } else if (row.contains(name) && !row.value(name).isNull()) {
             passedOver.append(name);
         }
         if (taken == Taken::Changed && (column.effect & ShapesMenu) != 0) {
@@ -222,7 +228,7 @@ RecordEffects applyRecordColumns(MainState &state, const QJsonObject &row, bool 
     for (const RecordColumn *column : stored) {
         effects.settings.append({QLatin1String(column->name), storedValue(state, *column)});
     }
-    settleInputMethods(state, row);
+    settleInputMethods(state, takenOver);
     effects.menuChanged = effects.menuChanged || inputMethod != state.LocalEnableASR3;
     return effects;
 }

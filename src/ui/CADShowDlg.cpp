@@ -1,16 +1,18 @@
 #include "ui/CADShowDlg.h"
 
-#include "base/ApplicationFiles.h"
 #include "base/LogText.h"
-#include "base/WholeFile.h"
+#include "base/RunAside.h"
+#include "base/WebPage.h"
+#include "platform/OwnWindows.h"
+#include "service/NoticePictures.h"
 #include "service/QReplyTimeout.h"
 #include "ui/NoticePage.h"
 
 #include <QBuffer>
 #include <QCloseEvent>
 #include <QDebug>
-#include <QFileInfo>
 #include <QGuiApplication>
+#include <QImage>
 #include <QImageReader>
 #include <QLabel>
 #include <QMouseEvent>
@@ -20,6 +22,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -29,7 +32,7 @@ constexpr int stayStepMs = 1000;
 constexpr int fadeStepMs = 200;
 constexpr int pageLoadMs = 5000; ///< what a page has before it slides in
 constexpr int fetchMs = 60000;
-constexpr int mostPixels = 4 << 20; ///< a larger picture would hold the program while it is decoded
+constexpr int mostPixels = 4 << 20; ///< a larger picture takes too much memory while it is decoded
 const QSize pageSize(400, 300);
 constexpr int addressWidth = 320;
 constexpr int addressMargin = 14;
@@ -45,10 +48,40 @@ QRect availableGeometry()
     return QGuiApplication::primaryScreen()->availableGeometry();
 }
 
+/// A picture from its bytes, at the size and with the pixels that it is shown with. Null, with a log line,
+/// when they are none that may be shown. In any thread.
+QImage decoded(const QByteArray &bytes, const QSize &room, qreal ratio)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    static const QList<QByteArray> formats{"png", "jpeg", "gif", "bmp"};
+    const QSize size = reader.size();
+    if (!formats.contains(reader.format()) || size.isEmpty() ||
+        qint64(size.width()) * size.height() > mostPixels) {
+        qWarning("Notice: what came is no picture, or too large a one");
+        return {};
+    }
+    QImage picture = reader.read();
+    if (picture.isNull()) {
+        qWarning().noquote() << "Notice: the picture cannot be read:" << mevo::logText(reader.errorString());
+        return {};
+    }
+    const bool fits = picture.width() <= room.width() && picture.height() <= room.height();
+    const QSize shown = fits ? picture.size() : picture.size().scaled(room, Qt::KeepAspectRatio);
+    if (shown * ratio != picture.size()) { // smoothly, which painting it would not do
+        picture = picture.scaled(shown * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    picture.setDevicePixelRatio(ratio);
+    return picture;
+}
+
 } // namespace
 
 CADShowDlg::CADShowDlg(const WebCipher &cipher, const std::optional<QNetworkProxy> &proxy,
-                       mevo::NoticePageMaker *(*pages)(), QWidget *parent)
+                       mevo::NoticePageMaker *(*pages)(), QWidget *parent, mevo::OwnWindows *desktop)
     // Past the window manager: it would place the window on the screen at once, and have a word with every
     // step of the slide.
     : QDialog(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
@@ -56,6 +89,7 @@ CADShowDlg::CADShowDlg(const WebCipher &cipher, const std::optional<QNetworkProx
     , m_cipher(cipher)
     , m_proxy(proxy)
     , m_pages(pages)
+    , m_desktop(desktop)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -148,21 +182,12 @@ void CADShowDlg::showAddress()
 
 void CADShowDlg::findPicture()
 {
-    m_picturePath = mevo::appFile(m_notice.pictureName);
-    const QFileInfo file(m_picturePath);
-    if (file.isSymLink() || (file.exists() && !file.isFile())) {
-        qWarning("Notice: the picture's name is taken by something else");
-        close();
+    const auto kept = mevo::keptNoticePicture(m_notice.pictureName, m_notice.pictureSize);
+    if (!kept) {
+        fetchPicture();
         return;
     }
-    if (file.size() == m_notice.pictureSize) {
-        const std::optional<QByteArray> bytes = mevo::readWholeFile(m_picturePath);
-        if (bytes && showPicture(*bytes)) {
-            startSlide();
-            return;
-        }
-    }
-    fetchPicture();
+    takePicture(*kept, [this](bool shown) { shown ? startSlide() : fetchPicture(); });
 }
 
 void CADShowDlg::fetchPicture()
@@ -200,50 +225,40 @@ void CADShowDlg::replyFinished_PIC(QNetworkReply *reply)
         close();
         return;
     }
-    if (!showPicture(bytes)) {
-        close();
-        return;
-    }
-    const QString failure = mevo::replaceWholeFile(m_picturePath, bytes);
-    if (!failure.isEmpty()) {
-        qWarning().noquote() << "Notice: the picture is not kept:" << failure;
-    }
-    startSlide();
+    takePicture(bytes, [this, bytes](bool shown) {
+        if (!shown) {
+            close();
+            return;
+        }
+        mevo::keepNoticePicture(m_notice.pictureName, bytes);
+        startSlide();
+    });
 }
 
-bool CADShowDlg::showPicture(const QByteArray &bytes)
+void CADShowDlg::takePicture(const QByteArray &bytes, const std::function<void(bool)> &then)
 {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    static const QList<QByteArray> formats{"png", "jpeg", "gif", "bmp"};
-    const QSize size = reader.size();
-    if (!formats.contains(reader.format()) || size.isEmpty() ||
-        qint64(size.width()) * size.height() > mostPixels) {
-        qWarning("Notice: what came is no picture, or too large a one");
-        return false;
-    }
-    QPixmap picture = QPixmap::fromImageReader(&reader);
-    if (picture.isNull()) {
-        qWarning().noquote() << "Notice: the picture cannot be read:" << mevo::logText(reader.errorString());
-        return false;
-    }
+    const auto picture = std::make_shared<QImage>();
     const QSize room = largestNotice(availableGeometry().size());
-    const bool fits = picture.width() <= room.width() && picture.height() <= room.height();
-    const QSize shown = fits ? picture.size() : picture.size().scaled(room, Qt::KeepAspectRatio);
-    const qreal ratio = devicePixelRatioF();
-    if (shown * ratio != picture.size()) { // smoothly, which painting it would not do
-        picture = picture.scaled(shown * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        picture.setDevicePixelRatio(ratio);
-    }
+    mevo::runAside(
+        this, [picture, bytes, room, ratio = devicePixelRatioF()] { *picture = decoded(bytes, room, ratio); },
+        [this, picture, then] {
+            if (m_ended) {
+                return;
+            }
+            if (!picture->isNull()) {
+                showPicture(*picture);
+            }
+            then(!picture->isNull());
+        });
+}
+
+void CADShowDlg::showPicture(const QImage &picture)
+{
     auto *label = new QLabel(this);
     label->setAccessibleName(windowTitle());
-    label->setPixmap(picture);
+    label->setPixmap(QPixmap::fromImage(picture));
     layout()->addWidget(label);
-    resize(shown);
-    return true;
+    resize(picture.size() / picture.devicePixelRatio());
 }
 
 void CADShowDlg::startSlide()
@@ -257,7 +272,18 @@ void CADShowDlg::startSlide()
     move(room.right() + 1 - width(), m_top);
     show();
     raise();
+    if (m_desktop != nullptr) {
+        m_desktop->setSliding(winId(), true);
+    }
     m_slide.start();
+}
+
+void CADShowDlg::endSlide()
+{
+    if (m_slide.isActive() && m_desktop != nullptr) {
+        m_desktop->setSliding(winId(), false);
+    }
+    m_slide.stop();
 }
 
 void CADShowDlg::myMove()
@@ -266,7 +292,7 @@ void CADShowDlg::myMove()
     m_top = std::max(m_top - slideStep, m_finalTop);
     move(x(), m_top);
     if (m_top == m_finalTop) {
-        m_slide.stop();
+        endSlide();
         m_stay.start();
     }
 }
@@ -329,14 +355,14 @@ void CADShowDlg::mouseDoubleClickEvent(QMouseEvent *event)
 
 void CADShowDlg::openLink(const QUrl &address)
 {
-    if (mevo::addressOnTheWeb(QString::fromLatin1(address.toEncoded()))) {
+    if (mevo::isWebPage(address)) {
         Q_EMIT linkWanted(address);
     }
 }
 
 void CADShowDlg::closeEvent(QCloseEvent *event)
 {
-    m_slide.stop();
+    endSlide();
     m_stay.stop();
     m_fade.stop();
     QDialog::closeEvent(event);

@@ -6,15 +6,18 @@
 #include <QNetworkProxy>
 #include <QTimer>
 
+#include <functional>
 #include <optional>
 
+class QImage;
 class QLabel;
 class QNetworkAccessManager;
 class QNetworkReply;
 
 namespace mevo {
 class NoticePageMaker;
-}
+class OwnWindows;
+} // namespace mevo
 
 /// A notice of the service: a picture or a page that slides up from the screen's lower right corner, stays a
 /// while and fades, but not under the pointer. It never takes the focus, and deletes itself at its end.
@@ -24,9 +27,11 @@ class CADShowDlg : public QDialog
 
 public:
     /// The cipher must outlive the window. Pictures are fetched through the proxy, where there is one.
-    /// `pages` shows the page of a notice; without it the window shows the page's address.
+    /// `pages` shows the page of a notice; without it the window shows the page's address. `desktop`, which
+    /// must outlive the window, makes the slide cheap.
     explicit CADShowDlg(const WebCipher &cipher, const std::optional<QNetworkProxy> &proxy,
-                        mevo::NoticePageMaker *(*pages)() = nullptr, QWidget *parent = nullptr);
+                        mevo::NoticePageMaker *(*pages)() = nullptr, QWidget *parent = nullptr,
+                        mevo::OwnWindows *desktop = nullptr);
 
     int StaySeconds = 0; ///< how long it stands before it fades
 
@@ -61,17 +66,19 @@ private:
     void showAddress();
     void findPicture();
     void fetchPicture();
-    /// Shows a picture from its bytes. False, with a log line, when they are none that may be shown.
-    bool showPicture(const QByteArray &bytes);
+    /// Decodes a picture and shows it; `then` hears whether its bytes are one that may be shown.
+    void takePicture(const QByteArray &bytes, const std::function<void(bool shown)> &then);
+    void showPicture(const QImage &picture);
     void startSlide();
+    void endSlide();
     void setOpacity(int tenths);
     void openLink(const QUrl &address);
 
     const WebCipher &m_cipher;
     std::optional<QNetworkProxy> m_proxy;
     mevo::NoticePageMaker *(*m_pages)();
+    mevo::OwnWindows *m_desktop;
     mevo::PushNotice m_notice;
-    QString m_picturePath;
     QNetworkAccessManager *m_network = nullptr;
     QWidget *m_page = nullptr;
     QLabel *m_address = nullptr;

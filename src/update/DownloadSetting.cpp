@@ -26,8 +26,9 @@ bool isProgramBelow(const QString &path)
 
 QByteArray downloadSettingText(const DownloadSetting &setting)
 {
-    QString text = QStringLiteral("[Set]\nUpdaterName=%1\nMode=%2\nExeName=%3\n")
-                       .arg(setting.updaterName, updateModeText(setting.mode), setting.exeName);
+    QString text = QStringLiteral("[Set]\nUpdaterName=%1\nMode=%2\nExeName=%3\nVersion=%4\n")
+                       .arg(setting.updaterName, updateModeText(setting.mode), setting.exeName,
+                            QString::number(setting.version));
     if (!setting.sha256.isEmpty()) {
         text += QStringLiteral("Sha256=%1\n").arg(setting.sha256);
     }
@@ -59,7 +60,9 @@ std::optional<DownloadSetting> parseDownloadSetting(const QByteArray &content)
     setting.exeName = values.value(QStringLiteral("ExeName"));
     setting.sha256 = values.value(QStringLiteral("Sha256"));
     setting.updateKey = values.value(QStringLiteral("UpdateKey"));
-    if (!mode || !isArchiveName(setting.updaterName) || !isProgramBelow(setting.exeName)) {
+    setting.version = values.value(QStringLiteral("Version")).toInt();
+    if (!mode || setting.version <= 0 || !isArchiveName(setting.updaterName) ||
+        !isProgramBelow(setting.exeName)) {
         return std::nullopt;
     }
     setting.mode = *mode;

@@ -12,6 +12,7 @@ struct DownloadSetting
     QString exeName;   ///< the program's file from that folder on, such as "App/mevoinput"
     QString sha256;    ///< of the archive; empty when it is not known
     QString updateKey; ///< where it is set, the archive needs a good signature beside it
+    int version = 0;   ///< that was offered, and that the archive must tell
 };
 
 extern const QString downloadSettingFile;
@@ -19,7 +20,8 @@ extern const QString downloadSettingFile;
 extern const QString signatureSuffix;
 
 QByteArray downloadSettingText(const DownloadSetting &setting);
-/// Nothing for a file with a name that leads elsewhere, with an unknown mode, or without a key that it needs.
+/// Nothing for a file with a name that leads elsewhere, with an unknown mode or no version, or without a
+/// key that it needs.
 std::optional<DownloadSetting> parseDownloadSetting(const QByteArray &content);
 
 } // namespace mevo

@@ -1,10 +1,10 @@
 #include "update/MyUpdateChecker.h"
 
 #include "base/LogText.h"
+#include "base/RunAside.h"
 #include "base/WholeFile.h"
 #include "service/ProxyChoice.h"
 #include "service/ReplyWait.h"
-#include "update/DownloadSetting.h"
 #include "update/UpdateQuestion.h"
 #include "update/UpdateSignature.h"
 
@@ -12,12 +12,14 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
+
+const QString MyUpdateChecker::partFile = QStringLiteral(".update-part");
+
 namespace {
 
 constexpr int statusOk = 200;
 constexpr int statusNotFound = 404;
-
-const QString partSuffix = QStringLiteral(".part");
 
 int statusOf(const QNetworkReply *reply)
 {
@@ -51,6 +53,9 @@ MyUpdateChecker::~MyUpdateChecker()
     }
     if (m_file) {
         m_file->remove();
+    }
+    if (m_fetched) {
+        removeFetched();
     }
 }
 
@@ -159,36 +164,63 @@ QString MyUpdateChecker::archivePath() const
     return folderAbove() + QLatin1Char('/') + m_found.fileName;
 }
 
-/// A file that stands under the archive's name and that no earlier download of ours has left: the name is a
-/// stranger's choice, and the folder may hold the user's own files.
+QString MyUpdateChecker::settingPath() const
+{
+    return folderAbove() + QLatin1Char('/') + mevo::downloadSettingFile;
+}
+
+/// What a download that was not installed has left, if anything.
+std::optional<mevo::DownloadSetting> MyUpdateChecker::earlierDownload() const
+{
+    const auto content = mevo::readWholeFile(settingPath());
+    return content ? mevo::parseDownloadSetting(*content) : std::nullopt;
+}
+
+/// A file that stands under the name of the archive or its signature and that no earlier download of ours has
+/// left: the name is a stranger's choice, and the folder may hold the user's own files.
 bool MyUpdateChecker::isSomebodyElses(const QString &path) const
 {
-    if (!QFileInfo(path).exists() && !QFileInfo(path).isSymLink()) {
+    const QFileInfo file(path);
+    if (!file.exists() && !file.isSymLink()) {
         return false;
     }
-    QFile left(folderAbove() + QLatin1Char('/') + mevo::downloadSettingFile);
-    const auto setting =
-        left.open(QIODevice::ReadOnly) ? mevo::parseDownloadSetting(left.readAll()) : std::nullopt;
-    return !setting || setting->updaterName != QFileInfo(path).fileName();
+    const auto earlier = earlierDownload();
+    if (!earlier) {
+        return true;
+    }
+    const QString name = file.fileName();
+    const bool ourSignature =
+        !earlier->updateKey.isEmpty() && name == earlier->updaterName + mevo::signatureSuffix;
+    return name != earlier->updaterName && !ourSignature;
+}
+
+QString MyUpdateChecker::cannotSave(const QString &path, const QString &reason) const
+{
+    return tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(path), reason);
 }
 
 void MyUpdateChecker::download()
 {
     m_writeError.clear();
-    m_finishedMeanwhile = false;
     m_signatureTurn = false;
-    const QString path = archivePath() + partSuffix;
-    if (isSomebodyElses(archivePath())) {
-        m_file.reset();
-        giveUp(tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(archivePath()), tr("文件已存在")));
-        return;
+    m_signature.clear();
+    QStringList names{archivePath()};
+    if (!m_updateKey.isEmpty()) {
+        names.append(archivePath() + mevo::signatureSuffix);
     }
+    for (const QString &name : names) {
+        if (isSomebodyElses(name)) {
+            giveUp(cannotSave(name, tr("文件已存在")));
+            return;
+        }
+    }
+    const QString path = folderAbove() + QLatin1Char('/') + partFile;
     QFile::remove(path); // opening what stands there could write through a link
     m_file = std::make_unique<QFile>(path);
     if (!m_file->open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
         const QString error = m_file->errorString();
         m_file.reset();
-        giveUp(tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(archivePath()), error));
+        giveUp(cannotSave(archivePath(), error));
         return;
     }
     m_host.showDownload(m_found.fileName);
@@ -240,11 +272,11 @@ void MyUpdateChecker::on_CancelDownload()
             m_download->deleteLater();
             m_download = nullptr;
         }
+        m_next = nullptr;
         qInfo("Update: the download is cancelled");
         giveUp({});
-    } else if (m_finishedMeanwhile) {
-        m_finishedMeanwhile = false;
-        finishDownload();
+    } else if (m_next) {
+        std::exchange(m_next, nullptr)();
     } else if (m_busy) {
         m_host.showDownload(m_found.fileName);
     }
@@ -258,10 +290,15 @@ void MyUpdateChecker::on_HttpFinished()
     if (!m_signatureTurn) {
         on_HttpDataRead();
     }
+    goOn([this] { finishDownload(); });
+}
+
+void MyUpdateChecker::goOn(const std::function<void()> &step)
+{
     if (m_askingToCancel) {
-        m_finishedMeanwhile = true;
+        m_next = step;
     } else {
-        finishDownload();
+        step();
     }
 }
 
@@ -275,14 +312,37 @@ void MyUpdateChecker::finishDownload()
     m_download = nullptr;
     reply->deleteLater();
     if (!m_writeError.isEmpty()) {
-        giveUp(tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(archivePath()), m_writeError));
+        giveUp(cannotSave(archivePath(), m_writeError));
     } else if (statusOf(reply) == statusNotFound) {
         giveUp(tr("文件  %1 不存在.").arg(m_found.fileName));
     } else if (reply->error() != QNetworkReply::NoError) {
         giveUp(tr("下载错误: %1.").arg(reply->errorString()));
     } else if (statusOf(reply) != statusOk) {
         giveUp(tr("下载错误: %1.").arg(QStringLiteral("HTTP %1").arg(statusOf(reply))));
-    } else if (!m_found.sha256.isEmpty() && mevo::fileSha256(m_file->fileName()) != m_found.sha256) {
+    } else if (!m_found.sha256.isEmpty()) {
+        checkAside(
+            [path = m_file->fileName(), sha256 = m_found.sha256] { return mevo::fileSha256(path) == sha256; },
+            &MyUpdateChecker::takeChecksum);
+    } else {
+        takeChecksum(true);
+    }
+}
+
+void MyUpdateChecker::checkAside(const std::function<bool()> &check, void (MyUpdateChecker::*then)(bool))
+{
+    const auto good = std::make_shared<bool>(false);
+    mevo::runAside(
+        this, [check, good] { *good = check(); },
+        [this, then, good, number = ++m_check] {
+            if (number == m_check) {
+                goOn([this, then, good] { (this->*then)(*good); });
+            }
+        });
+}
+
+void MyUpdateChecker::takeChecksum(bool good)
+{
+    if (!good) {
         giveUp(tr("下载错误: %1.").arg(tr("校验和不符")));
     } else if (m_updateKey.isEmpty()) {
         complete();
@@ -306,9 +366,15 @@ void MyUpdateChecker::takeSignature()
     m_download = nullptr;
     reply->deleteLater();
     const bool came = reply->error() == QNetworkReply::NoError && statusOf(reply) == statusOk;
-    const QByteArray signature = came ? reply->readAll() : QByteArray();
-    if (!mevo::isSignedBy(m_file->fileName(), signature, m_updateKey) ||
-        !mevo::replaceWholeFile(archivePath() + mevo::signatureSuffix, signature).isEmpty()) {
+    m_signature = came ? reply->readAll() : QByteArray();
+    checkAside([path = m_file->fileName(), signature = m_signature,
+                key = m_updateKey] { return mevo::isSignedBy(path, signature, key); },
+               &MyUpdateChecker::takeSignatureCheck);
+}
+
+void MyUpdateChecker::takeSignatureCheck(bool good)
+{
+    if (!good) {
         qWarning("Update: the archive has no good signature");
         giveUp(tr("更新文件没有有效的数字签名，已拒绝安装。"));
         return;
@@ -318,38 +384,87 @@ void MyUpdateChecker::takeSignature()
 
 void MyUpdateChecker::complete()
 {
-    const QFileInfo program(m_host.programFile());
-    const mevo::DownloadSetting setting{m_found.fileName, Mode,
-                                        program.dir().dirName() + QLatin1Char('/') + program.fileName(),
-                                        QString::fromLatin1(m_found.sha256), m_updateKey};
-    m_file->close();
-    QFile::remove(archivePath());
-    QString error;
-    if (!m_file->rename(archivePath())) {
-        error = m_file->errorString();
-    } else {
-        error = mevo::replaceWholeFile(folderAbove() + QLatin1Char('/') + mevo::downloadSettingFile,
-                                       mevo::downloadSettingText(setting));
-    }
+    const QString error = placeFetched();
     if (!error.isEmpty()) {
-        giveUp(tr("不能保存文件 %1: %2.").arg(QDir::toNativeSeparators(archivePath()), error));
+        giveUp(error);
         return;
     }
-    m_file.reset();
-    m_busy = false;
     m_host.hideDownload();
     qInfo("Update: the archive is here");
-    m_host.handOver();
+    m_host.handOver([checker = QPointer<MyUpdateChecker>(this)](bool started) {
+        if (checker.isNull()) {
+            return;
+        }
+        checker->m_busy = false;
+        if (!started) {
+            checker->removeFetched();
+        }
+        checker->m_fetched = false; // it is the updater's now
+    });
+}
+
+/// Puts what was fetched where the updater looks for it. The setting comes first: it is what tells a later
+/// download that the files are ours, also when this program does not get any further. Gives what went wrong.
+QString MyUpdateChecker::placeFetched()
+{
+    const QFileInfo program(m_host.programFile());
+    const mevo::DownloadSetting setting{m_found.fileName,
+                                        Mode,
+                                        program.dir().dirName() + QLatin1Char('/') + program.fileName(),
+                                        QString::fromLatin1(m_found.sha256),
+                                        m_updateKey,
+                                        m_found.version};
+    const QString archive = archivePath();
+    const QString signature = archive + mevo::signatureSuffix;
+    for (const QString &path : {archive, signature}) {
+        if (isSomebodyElses(path) && (path == archive || !m_updateKey.isEmpty())) {
+            return cannotSave(path, tr("文件已存在")); // it has come during the download
+        }
+    }
+    if (earlierDownload()) {
+        removeFetched();
+    }
+    const QString error = mevo::replaceWholeFile(settingPath(), mevo::downloadSettingText(setting));
+    if (!error.isEmpty()) {
+        return cannotSave(settingPath(), error);
+    }
+    m_fetched = true;
+    m_file->close();
+    if (!m_file->rename(archive)) {
+        return cannotSave(archive, m_file->errorString());
+    }
+    m_file.reset();
+    if (!m_updateKey.isEmpty()) {
+        const QString failure = mevo::replaceWholeFile(signature, m_signature);
+        return failure.isEmpty() ? QString() : cannotSave(signature, failure);
+    }
+    return {};
+}
+
+/// Removes the files that the setting names, and the setting.
+void MyUpdateChecker::removeFetched()
+{
+    if (const auto fetched = earlierDownload()) {
+        const QString archive = folderAbove() + QLatin1Char('/') + fetched->updaterName;
+        QFile::remove(archive);
+        if (!fetched->updateKey.isEmpty()) {
+            QFile::remove(archive + mevo::signatureSuffix);
+        }
+    }
+    QFile::remove(settingPath());
 }
 
 void MyUpdateChecker::giveUp(const QString &text)
 {
     m_host.hideDownload();
+    ++m_check;
     if (m_file) {
         m_file->close();
         m_file->remove();
         m_file.reset();
-        QFile::remove(archivePath() + mevo::signatureSuffix);
+    }
+    if (std::exchange(m_fetched, false)) {
+        removeFetched();
     }
     m_busy = false;
     if (!text.isEmpty()) {

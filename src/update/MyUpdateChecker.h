@@ -2,6 +2,7 @@
 
 #include "state/ServiceState.h"
 #include "state/UpdateState.h"
+#include "update/DownloadSetting.h"
 #include "update/UpdateAddress.h"
 #include "update/UpdateHost.h"
 #include "update/VersionFile.h"
@@ -12,6 +13,7 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
 #include <memory>
 
 /// Looks up the version file, offers a new version, fetches it and hands over to the updater. One check at a
@@ -35,6 +37,9 @@ public:
     /// Longest silence of the server within a download.
     static constexpr int downloadSilenceMs = 30000;
     static constexpr qint64 largestArchive = 1LL << 30;
+    /// The archive on its way, in the folder above the program's: a name of the program's own, so that what
+    /// stands under it is a rest of an earlier download.
+    static const QString partFile;
 
 public Q_SLOTS:
     /// A version file has come, or not.
@@ -50,14 +55,26 @@ private:
     void decide();
     void download();
     void finishDownload();
+    /// Takes a step of the download, after the user's answer where the question whether to cancel stands.
+    void goOn(const std::function<void()> &step);
+    /// Runs `check` in a thread of its own, since a large archive takes seconds, and `then` with its result;
+    /// not when the download has been given up meanwhile.
+    void checkAside(const std::function<bool()> &check, void (MyUpdateChecker::*then)(bool good));
+    void takeChecksum(bool good);
     void fetchSignature();
     void takeSignature();
+    void takeSignatureCheck(bool good);
     void complete();
+    QString placeFetched();
+    void removeFetched();
     /// Ends with nothing fetched, and says why unless the text is empty.
     void giveUp(const QString &text);
     QString archivePath() const;
+    QString settingPath() const;
     QString folderAbove() const;
+    std::optional<mevo::DownloadSetting> earlierDownload() const;
     bool isSomebodyElses(const QString &path) const;
+    QString cannotSave(const QString &path, const QString &reason) const;
 
     ServiceState &m_service;
     UpdateState &m_update;
@@ -71,12 +88,15 @@ private:
     mevo::VersionFile m_found;
     mevo::UpdateMode Mode = mevo::UpdateMode::All;
     mevo::UpdateBases m_bases;
-    QString m_base; ///< that answers
-    std::unique_ptr<QFile> m_file;
+    QString m_base;                ///< that answers
+    std::unique_ptr<QFile> m_file; ///< of the download, until it stands under the archive's name
+    QByteArray m_signature;
+    int m_check = 0;      ///< number of the check whose result counts
     QString m_writeError; ///< empty while everything could be written
     bool m_busy = false;
     bool m_secondBase = false;
     bool m_askingToCancel = false;
-    bool m_finishedMeanwhile = false; ///< while the user was asked whether to cancel
-    bool m_signatureTurn = false;     ///< the archive is here, its signature is being fetched
+    std::function<void()> m_next; ///< step that waits for the answer
+    bool m_signatureTurn = false; ///< the archive is here, its signature is being fetched
+    bool m_fetched = false;       ///< archive and setting stand where the updater looks for them
 };

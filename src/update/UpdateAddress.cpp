@@ -1,5 +1,7 @@
 #include "update/UpdateAddress.h"
 
+#include "base/WebPage.h"
+
 namespace mevo {
 
 const QString versionFileName = QStringLiteral("ORVAppVer.txt");
@@ -18,8 +20,7 @@ UpdateBases updateBases(const QString &serverVersion, bool manual, const Backend
 QUrl updateUrl(const QString &base, int version, const QString &fileName)
 {
     const QUrl url(QStringLiteral("%1/Update/Z19/%2/PenPad/%3").arg(base).arg(version).arg(fileName));
-    const bool web = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-    return web && !url.host().isEmpty() ? url : QUrl();
+    return isWebPage(url) ? url : QUrl();
 }
 
 } // namespace mevo

@@ -26,13 +26,15 @@ public:
     virtual bool confirmCancel() = 0;
     virtual void tellAboutUpdate(const QString &text) = 0;
 
-    /// The program's folder belongs to a package manager: it is not ours to exchange.
+    /// The program's folder belongs to a package manager, or no updater stands beside it: it is not ours to
+    /// exchange.
     virtual bool isForeignInstallation() const = 0;
     virtual void openDownloadPage() = 0;
     /// The program's file.
     virtual QString programFile() const = 0;
-    /// Starts the updater, and leaves for it.
-    virtual void handOver() = 0;
+    /// Starts the updater and leaves for it, as soon as nothing is under way that an exit would wait for.
+    /// `answer` gets whether it was started; nothing when the program ends first.
+    virtual void handOver(const std::function<void(bool started)> &answer) = 0;
 };
 
 } // namespace mevo

@@ -7,16 +7,20 @@
 
 namespace mevo {
 
+const QString archiveVersionFile = QStringLiteral("UpdateVersion");
+
 namespace {
 
 constexpr int versionDigits = 3;
 constexpr int sha256Digits = 64;
 constexpr int longestName = 120;
 
-bool isNumber(const QString &text)
+/// Three digits, as in "108".
+std::optional<int> versionNumber(const QString &text)
 {
-    return std::all_of(text.cbegin(), text.cend(),
-                       [](QChar character) { return character >= u'0' && character <= u'9'; });
+    const bool digits = std::all_of(text.cbegin(), text.cend(),
+                                    [](QChar character) { return character >= u'0' && character <= u'9'; });
+    return digits && text.size() == versionDigits ? std::make_optional(text.toInt()) : std::nullopt;
 }
 
 } // namespace
@@ -45,14 +49,15 @@ std::optional<VersionFile> parseVersionFile(const QByteArray &content)
     for (QString &field : fields) {
         field = field.trimmed();
     }
-    if (fields.size() < 3 || fields[0].size() != versionDigits || !isNumber(fields[0])) {
+    if (fields.size() < 3) {
         return std::nullopt;
     }
+    const auto version = versionNumber(fields[0]);
     const auto mode = updateModeOf(fields[1]);
-    if (!mode || !isArchiveName(fields[2])) {
+    if (!version || !mode || !isArchiveName(fields[2])) {
         return std::nullopt;
     }
-    VersionFile file{fields[0].toInt(), *mode, fields[2], {}};
+    VersionFile file{*version, *mode, fields[2], {}};
     const QString digest = fields.value(3).toLower();
     if (!digest.isEmpty()) {
         static const QRegularExpression hex(QStringLiteral("^[0-9a-f]+$"));
@@ -62,6 +67,12 @@ std::optional<VersionFile> parseVersionFile(const QByteArray &content)
         file.sha256 = digest.toLatin1();
     }
     return file;
+}
+
+std::optional<int> parseArchiveVersion(const QByteArray &content)
+{
+    return content.size() <= largestVersionFile ? versionNumber(QString::fromUtf8(content).trimmed())
+                                                : std::nullopt;
 }
 
 bool isArchiveName(const QString &name)

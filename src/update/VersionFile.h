@@ -32,6 +32,14 @@ constexpr int largestVersionFile = 4096; ///< bytes
 /// anything else.
 std::optional<VersionFile> parseVersionFile(const QByteArray &content);
 
+/// The file of an archive in which it tells its own version, as the version file does: three digits. A
+/// signature over the archive is one over its version then, and an old archive cannot be offered as a new
+/// one.
+extern const QString archiveVersionFile;
+
+/// The number in that file; nothing when it tells none.
+std::optional<int> parseArchiveVersion(const QByteArray &content);
+
 /// Whether a stranger's text may name an archive in a folder of ours: a plain name of letters, digits and
 /// "-_.+~", which neither leads elsewhere nor is hidden, and ends in ".tar.xz".
 bool isArchiveName(const QString &name);

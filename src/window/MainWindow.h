@@ -95,6 +95,14 @@ public:
     /// kept as undelivered where it can be.
     static inline int exitWaitMs = 3000;
 
+    /// What a leaving of the program's own waits, in milliseconds, for a quiet moment, and how often it
+    /// looks.
+    static inline int quietWaitMs = 30000;
+    static inline int quietLookMs = 500;
+
+    /// The updater has been started and waits for the end of this run: it is what starts the program next.
+    bool isHandedOver() const { return m_handedOver; }
+
     /// An exit is being walked or over; nothing may be started any more.
     bool isLeaving() const { return m_exit.underWay(); }
 
@@ -287,6 +295,7 @@ private:
     bool tellBackend(const QString &statement);
     bool tellUntoldChoice();
     void markChoiceUntold();
+    void tellInputMethodChoice(const QStringList &columns);
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
     void loadAllCredentials();
@@ -327,10 +336,19 @@ private:
     void keepNoticesBelow();
     /// Ends the push socket and the notices that are open.
     void closePushSocket();
-    bool readDeviceRecord();
-    void createDeviceRecord();
+    /// One reading of the device record.
+    struct RecordReading
+    {
+        int number = 0;
+        int link = 0;   ///< receiver that it is about, as `m_link` counts them
+        int choice = 0; ///< of a language, the user's last one before it
+    };
+    /// The reading ends with its receiver, with the program, and where a later one has been answered.
+    bool goesOn(const RecordReading &reading) const;
+    bool readDeviceRecord(const RecordReading &reading);
+    void createDeviceRecord(const RecordReading &reading);
     bool moveToOtherServers(const QJsonObject &row);
-    void applyDeviceRecord(const QJsonObject &row, bool userHasChosen);
+    void applyDeviceRecord(const QJsonObject &row, bool choiceTold, const RecordReading &reading);
     void applyRecordVersion(const QJsonObject &row);
     void sayThatVersionIsOld(const QString &text, bool ends);
     void settleCountingDay();
@@ -370,6 +388,11 @@ private:
     bool startAtLogin();
     void tearDown();
     void finishSessions();
+    /// Nothing is under way that an exit would wait for.
+    bool isQuiet() const;
+    /// Does `then`, which leaves the program, at the next quiet moment, or when that has not come in time.
+    /// Nothing when an exit that cannot be called back comes first. `what` is for the log.
+    void whenQuiet(const char *what, const std::function<void()> &then, int waitedMs = 0);
     void watchScreens();
 
     // Bar.
@@ -497,8 +520,11 @@ private:
     mevo::DeviceChanges m_changes;
     bool m_leaving = false; ///< the record has ended this run, and the exit follows the start
     int m_exitCode = 0;     ///< of the exit that is walked next
+    bool m_handedOver = false;
     std::vector<std::function<void()>> m_onceStarted;
     bool m_versionBoxOpen = false;
+    int m_recordReadings = 0;        ///< begun so far
+    int m_answeredRecordReading = 0; ///< number of the last one that was answered
     bool m_limitBoxOpen = false;
     int m_link = 0;           ///< counts the receiver's openings and removals
     QStringList m_pasteQueue; ///< of Paster2ScreenHandOut()

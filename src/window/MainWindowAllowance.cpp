@@ -6,7 +6,6 @@
 #include "base/SettingsFile.h"
 #include "engines/Allowance.h"
 #include "engines/LanguageImages.h"
-#include "service/Statements.h"
 #include "ui/Ask.h"
 
 #include <QDebug>
@@ -14,7 +13,8 @@
 
 namespace {
 /// Buttons of the box; the first two are numbered as the input methods less one.
-enum Answer { UseXunFeiMethod, UseSogouMethod, LeaveIt };
+enum LimitButton { UseXunFeiMethod, UseSogouMethod, LeaveIt };
+constexpr int messageMs = 3000;
 } // namespace
 
 void MainWindow::checkDaysAllowance()
@@ -45,7 +45,7 @@ void MainWindow::checkDaysAllowance()
                     text,
                     {tr("使用讯飞语音输入法"), tr("使用搜狗语音输入法"), tr("退出")},
                     true,
-                    {},
+                    {mevo::Answer::Accept, mevo::Answer::Accept, mevo::Answer::Back},
                     LeaveIt},
                    [this](int answer) {
                        m_limitBoxOpen = false;
@@ -64,6 +64,8 @@ void MainWindow::leaveForTencent()
     // The next press is Tencent's already. The menu and the backend hear of it from the event loop: whoever
     // writes the counters does not expect to wait.
     carryOut({change.writes, false, false, false});
+    message(tr("今日语音识别次数已用完，已自动切换到腾讯语音识别！"), mevo::MessageIcon::Information,
+            messageMs);
     QTimer::singleShot(0, this, [this, change] {
         if (!isLeaving()) {
             BuildAsrLanMenu(change.persistEngine, change.setupInputMethod);
@@ -83,12 +85,8 @@ void MainWindow::chooseAtLimit(int answer)
     setLanguageButtonImage(mevo::languageButtonStyle(
         ShowVerticalUI ? QStringLiteral(":/rec/xunfeiV.png") : QStringLiteral(":/rec/xunfei.png"), false));
     carryOut({mevo::chooseInputMethodAtLimit(*this, answer + 1), false, false, false});
-    RunBackendSql(
-        mevo::deviceStatement(mevo::Statement::ChooseInputMethodAtQuota, SchemaName,
-                              {QString::number(int(EnableASR3)), QString::number(int(MustClickRunASR3)),
-                               QString::number(UseASR3Index), QString::number(CurrentVersion), m_buildStamp,
-                               DongleID}),
-        2000);
+    tellInputMethodChoice({QString::number(int(EnableASR3)), QString::number(int(MustClickRunASR3)),
+                           QString::number(UseASR3Index)});
     if (isLeaving()) {
         return;
     }
@@ -97,7 +95,8 @@ void MainWindow::chooseAtLimit(int answer)
         BuildAsrLanMenu(true, true);
     } else {
         LocalEnableASR3 = false; // as in SetupAsr3()
-        sayThereIsNoInputMethod();
+        message(tr("已选择搜狗语音输入法，将在下次启动软件或插入设备时设置并生效！"),
+                mevo::MessageIcon::Information, messageMs);
     }
     if (LocalEnableASR3) {
         BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false; // they would silence the keys

@@ -27,6 +27,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScopedValueRollback>
 #include <QTimer>
 #include <QWidgetAction>
@@ -39,6 +40,8 @@ constexpr int modeChangeTimeoutMs = 2000;
 constexpr int withoutWaiting = 1;
 /// Set while the backend has not heard of the language that the user has chosen.
 constexpr char untoldChoice[] = "EngineChoiceUntold";
+/// What the backend is to be told of the input method that the user has chosen, while it has not heard of it.
+constexpr char untoldInputMethod[] = "InputMethodChoiceUntold";
 
 const char menuStyle[] =
     "QMenu { border: 2px solid rgb(0, 162, 232); background-color: rgb(32, 44, 58); }"
@@ -46,6 +49,14 @@ const char menuStyle[] =
     "QMenu::item:selected { background-color: rgb(0, 162, 232); }"
     "QMenu::separator { height: 1px; background: rgb(70, 86, 104); margin: 3px 8px; }"
     "QMenu::indicator { width: 12px; height: 12px; left: 10px; }";
+
+/// Empty when there is none, and when the file holds something else.
+QStringList untoldInputMethodColumns()
+{
+    static const QRegularExpression numbers(QStringLiteral("\\A[01] [01] [12]\\z"));
+    const QString text = mevo::SettingsFile().value(QLatin1String(untoldInputMethod)).toString();
+    return numbers.match(text).hasMatch() ? text.split(QLatin1Char(' ')) : QStringList();
+}
 
 QWidgetAction *titleRow(const QString &text, QMenu *menu)
 {
@@ -177,6 +188,9 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     mevo::SettingsFile settings;
     if (!m_engineTold || settings.contains(QLatin1String(untoldChoice))) {
         settings.setValue(QLatin1String(untoldChoice), int(!m_engineTold)); // the record must not undo it
+    }
+    if (settings.contains(QLatin1String(untoldInputMethod))) {
+        settings.setValue(QLatin1String(untoldInputMethod), QString()); // it no longer holds
     }
 }
 
@@ -357,14 +371,34 @@ bool MainWindow::refreshBaiduToken()
 /// has not.
 bool MainWindow::tellUntoldChoice()
 {
-    if (!mevo::SettingsFile().value(QLatin1String(untoldChoice)).toBool()) {
-        return true;
+    const QStringList inputMethod = untoldInputMethodColumns();
+    if (!inputMethod.isEmpty()) {
+        tellInputMethodChoice(inputMethod);
     }
-    if (m_recorder == nullptr || !tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID))) {
-        return false;
+    if (mevo::SettingsFile().value(QLatin1String(untoldChoice)).toBool()) {
+        if (m_recorder == nullptr || !tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID))) {
+            return false;
+        }
+        mevo::SettingsFile().setValue(QLatin1String(untoldChoice), 0);
     }
-    mevo::SettingsFile().setValue(QLatin1String(untoldChoice), 0);
-    return true;
+    return untoldInputMethodColumns().isEmpty();
+}
+
+/// Tells the record that an input method has been chosen because the day of the engines is used up: the
+/// columns EnableASR3, MustClickRunASR3 and UseASR3Index. What it does not hear is told again before it is
+/// read.
+void MainWindow::tellInputMethodChoice(const QStringList &columns)
+{
+    const int choice = m_languageChoice;
+    const bool told = !DongleID.isEmpty() &&
+                      tellBackend(mevo::deviceStatement(
+                          mevo::Statement::ChooseInputMethodAtQuota, SchemaName,
+                          columns + QStringList{QString::number(CurrentVersion), m_buildStamp, DongleID}));
+    mevo::SettingsFile settings;
+    if (choice == m_languageChoice && (!told || settings.contains(QLatin1String(untoldInputMethod)))) {
+        settings.setValue(QLatin1String(untoldInputMethod),
+                          told ? QString() : columns.join(QLatin1Char(' ')));
+    }
 }
 
 /// The engine that is in force is told to the backend before its record is read, which would undo it.

@@ -122,6 +122,29 @@ bool MainWindow::askAboutStartup()
     return answer == Yes || answer == No;
 }
 
+bool MainWindow::isQuiet() const
+{
+    return !Recording && !PressPending && ResultIdle && !m_results.isUnderWay() && !isTyping() &&
+           !ExitInProgress;
+}
+
+void MainWindow::whenQuiet(const char *what, const std::function<void()> &then, int waitedMs)
+{
+    if (m_exit.certain()) {
+        return;
+    }
+    const bool quiet = isQuiet();
+    if (!quiet && waitedMs < quietWaitMs) {
+        QTimer::singleShot(quietLookMs, this,
+                           [this, what, then, waitedMs] { whenQuiet(what, then, waitedMs + quietLookMs); });
+        return;
+    }
+    if (!quiet) {
+        qWarning("%s: no quiet moment has come, it goes on all the same", what);
+    }
+    then();
+}
+
 /// What has been said still counts: it is recognised and typed, or kept.
 void MainWindow::finishSessions()
 {

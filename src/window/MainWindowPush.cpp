@@ -2,7 +2,6 @@
 
 #include "window/MainWindow.h"
 
-#include "commands/UrlOpener.h"
 #include "service/ProxyChoice.h"
 #include "service/PushChannel.h"
 #include "service/PushFrame.h"
@@ -118,9 +117,10 @@ void MainWindow::showNotice(const QString &frame)
             oldest->close();
         }
     }
-    auto *const notice = new CADShowDlg(*m_cipher, mevo::chosenProxy(*this), mevo::noticePageMaker, this);
+    auto *const notice = new CADShowDlg(*m_cipher, mevo::chosenProxy(*this), mevo::noticePageMaker, this,
+                                        m_platform.ownWindows.get());
     m_openNotices.append(notice);
     connect(notice, &CADShowDlg::linkWanted, this,
-            [this](const QUrl &address) { mevo::openUrl(address, *m_platform.processes); });
+            [this](const QUrl &address) { openWebPage(QString::fromLatin1(address.toEncoded())); });
     notice->onTextMessageReceived(frame);
 }

@@ -41,7 +41,8 @@ void MainWindow::ReadServerInfo()
         m_leaving) {
         return;
     }
-    if (readDeviceRecord() && !isLeaving() && !m_leaving) {
+    const RecordReading reading{++m_recordReadings, m_link, m_languageChoice};
+    if (readDeviceRecord(reading) && goesOn(reading)) {
         makeGoodAccountLists();
     }
 }
@@ -52,31 +53,36 @@ void MainWindow::readRecordAtStart()
     settleFirstArrival();
 }
 
-/// False when nothing more is to be done for this reading.
-bool MainWindow::readDeviceRecord()
+bool MainWindow::goesOn(const RecordReading &reading) const
 {
-    const int choice = m_languageChoice;
-    const QString dongle = DongleID;
-    const bool told = tellUntoldChoice();
-    if (isLeaving() || m_recorder == nullptr || dongle != DongleID) {
-        return false; // the wait has let an exit through, or another receiver
+    return !isLeaving() && !m_leaving && m_recorder != nullptr && reading.link == m_link &&
+           reading.number >= m_answeredRecordReading;
+}
+
+/// False when nothing more is to be done for this reading.
+bool MainWindow::readDeviceRecord(const RecordReading &reading)
+{
+    const bool choiceTold = tellUntoldChoice();
+    if (!goesOn(reading)) {
+        return false;
     }
     const auto reply = m_webApi->RunWithFailover(
-        mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {dongle}),
+        mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {DongleID}),
         mevo::DeviceRecordTimeouts);
-    if (isLeaving() || m_recorder == nullptr || dongle != DongleID) {
-        return false; // the wait has let an exit through, or another receiver
+    if (!goesOn(reading)) {
+        return false;
     }
     if (!reply) {
         return true;
     }
     BackendReachable = true;
+    m_answeredRecordReading = reading.number;
     const auto content = mevo::unwrapReply(*m_cipher, *reply);
     if (!content || !content->counted) {
         return false;
     }
     if (content->items != 1) {
-        createDeviceRecord();
+        createDeviceRecord(reading);
         return true;
     }
     if (content->rows.empty()) {
@@ -87,11 +93,11 @@ bool MainWindow::readDeviceRecord()
     if (moveToOtherServers(row)) {
         return false;
     }
-    applyDeviceRecord(row, choice != m_languageChoice || !told);
+    applyDeviceRecord(row, choiceTold, reading);
     return true;
 }
 
-void MainWindow::createDeviceRecord()
+void MainWindow::createDeviceRecord(const RecordReading &reading)
 {
     qInfo() << "Device record: the backend has none for this receiver, and is told to make one";
     const int cutOff = m_webApi->cutOffCount();
@@ -100,7 +106,7 @@ void MainWindow::createDeviceRecord()
                                             {DongleID, recordTime(), QString::number(CurrentVersion),
                                              m_buildStamp, QStringLiteral("10")}),
                       createTimeoutMs);
-    if (isLeaving() || !IsOnline || m_webApi->cutOffCount() != cutOff) {
+    if (!goesOn(reading) || !IsOnline || m_webApi->cutOffCount() != cutOff) {
         return; // a start that has no time left comes back to it, and so does a network that has gone
                 // meanwhile
     }
@@ -117,6 +123,9 @@ void MainWindow::createDeviceRecord()
     }
     mevo::applyNewRecord(*this);
     mevo::unmarkAllowances(*this);
+    if (InitDone) {
+        BuildAsrLanMenu(false, false);
+    }
 }
 
 /// The record names other servers: they are stored, and the program starts anew to use them. False when it
@@ -131,6 +140,7 @@ bool MainWindow::moveToOtherServers(const QJsonObject &row)
         settings.setValue(change.key, mevo::encipherField(*m_cipher, change.text));
     }
     if (changes.isEmpty()) {
+        qunsetenv(serverMoves); // these are the right ones: a later change is a first one again
         return false;
     }
     if (!settings.save()) {
@@ -143,19 +153,23 @@ bool MainWindow::moveToOtherServers(const QJsonObject &row)
         qWarning() << "Device record: other servers once more; they are stored for the next start";
         return false;
     }
-    qputenv(serverMoves, QByteArray::number(moves + 1));
     qInfo() << "Device record: other servers; the program starts anew";
     if (m_tray != nullptr) {
         message(tr("软件已设置成功，将自动退出，请重新启动软件！"), mevo::MessageIcon::Information, 2000);
     }
     m_leaving = true;
-    m_exitCode = restartCode;
-    whenStarted([this] { exitByItself(); });
+    whenStarted([this, moves] {
+        whenQuiet("Device record", [this, moves] {
+            qputenv(serverMoves, QByteArray::number(moves + 1));
+            m_exitCode = restartCode;
+            exitByItself();
+        });
+    });
     return true;
 }
 
-/// `userHasChosen` says that the user has chosen a language of which the record does not know yet.
-void MainWindow::applyDeviceRecord(const QJsonObject &row, bool userHasChosen)
+/// `choiceTold`: the backend has heard of the language that the user has chosen before the reading.
+void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, const RecordReading &reading)
 {
     const int storedDialect = ShowXFDialect;
     const int storedSmallLan = ShowXFSmallLan;
@@ -170,15 +184,15 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool userHasChosen)
     mevo::unmarkAllowances(*this);
     qInfo() << "The device record is applied";
     carryOut(mevo::leaveHiddenDialect(*this));
+    const bool userHasChosen = !choiceTold || reading.choice != m_languageChoice;
     if (userHasChosen) {
         LocalEnableASR3 = inputMethod;
-    } else {
-        for (const mevo::EngineChange &change :
-             mevo::applyRecordSelectors(*this, *m_recorder, isXpClass(), storedDialect, storedSmallLan)) {
-            carryOut(change);
-            if (isLeaving()) {
-                return;
-            }
+    }
+    for (const mevo::EngineChange &change : mevo::applyRecordSelectors(
+             *this, *m_recorder, isXpClass(), storedDialect, storedSmallLan, userHasChosen)) {
+        carryOut(change);
+        if (!goesOn(reading)) {
+            return;
         }
     }
     if (InitDone) {
@@ -190,7 +204,7 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool userHasChosen)
         }
     }
     applyRecordVersion(row);
-    if (!isLeaving() && row.contains(QStringLiteral("LastLoginDateTime"))) {
+    if (goesOn(reading) && row.contains(QStringLiteral("LastLoginDateTime"))) {
         settleCountingDay();
     }
 }

@@ -1,6 +1,6 @@
 // Updates: the check, what the user sees of it, and the way out to the updater.
 
-#include "commands/UrlOpener.h"
+#include "base/WebPage.h"
 #include "ui/Ask.h"
 #include "update/MyUpdateChecker.h"
 #include "window/MainWindow.h"
@@ -9,12 +9,11 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFileInfo>
-#include <QTimer>
 
 namespace {
 
-constexpr int handOverAgainMs = 500;
 constexpr int messageMs = 3000;
+const QString updaterSibling = QStringLiteral("\\..\\PatchRunner.exe");
 
 } // namespace
 
@@ -114,18 +113,19 @@ void UpdateHands::tellAboutUpdate(const QString &text)
 
 bool UpdateHands::isForeignInstallation() const
 {
-    return !QFileInfo(QFileInfo(programFile()).path()).isWritable();
+    const QFileInfo folder(QFileInfo(programFile()).path());
+    return !folder.isWritable() || !QFileInfo(folder.path()).isWritable() ||
+           !m_window.m_platform.processes->hasSibling(updaterSibling);
 }
 
 void UpdateHands::openDownloadPage()
 {
-    const QUrl page(m_window.DownloadDrvWeb, QUrl::StrictMode);
-    if (page.scheme() != QLatin1String("http") && page.scheme() != QLatin1String("https")) {
+    if (webPage(m_window.DownloadDrvWeb).isEmpty()) {
         qWarning("Update: the record names no download page");
         tellAboutUpdate(MainWindow::tr("请通过系统的软件管理器更新本软件。"));
         return;
     }
-    openUrl(page, *m_window.m_platform.processes);
+    m_window.openWebPage(m_window.DownloadDrvWeb);
 }
 
 QString UpdateHands::programFile() const
@@ -133,22 +133,19 @@ QString UpdateHands::programFile() const
     return QCoreApplication::applicationFilePath();
 }
 
-void UpdateHands::handOver()
+void UpdateHands::handOver(const std::function<void(bool)> &answer)
 {
-    if (m_window.isLeaving() || m_window.ExitInProgress) {
-        return;
-    }
-    if (m_window.Recording || m_window.PressPending || !m_window.ResultIdle || m_window.isTyping()) {
-        // What the user is saying comes first.
-        QTimer::singleShot(handOverAgainMs, &m_window, [this] { handOver(); });
-        return;
-    }
-    if (!m_window.m_platform.processes->startSibling(QStringLiteral("\\..\\PatchRunner.exe"), {}, false)) {
-        tellAboutUpdate(MainWindow::tr("更新程序没有安装，请从下载页面获取新版本。"));
-        openDownloadPage();
-        return;
-    }
-    m_window.exitByItself();
+    m_window.whenQuiet("Update", [this, answer] {
+        const bool started = m_window.m_platform.processes->startSibling(updaterSibling, {}, false);
+        answer(started);
+        if (started) {
+            m_window.m_handedOver = true;
+            m_window.exitByItself();
+        } else {
+            tellAboutUpdate(MainWindow::tr("更新程序没有安装，请从下载页面获取新版本。"));
+            openDownloadPage();
+        }
+    });
 }
 
 } // namespace mevo

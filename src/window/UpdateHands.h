@@ -29,7 +29,7 @@ public:
     bool isForeignInstallation() const override;
     void openDownloadPage() override;
     QString programFile() const override;
-    void handOver() override;
+    void handOver(const std::function<void(bool)> &answer) override;
 
 private:
     MainWindow &m_window;

@@ -475,6 +475,42 @@ private Q_SLOTS:
         }
     }
 
+    /// The user has chosen meanwhile: engine and language stay, and what else the record says counts.
+    void selectorsAfterAChoice_data()
+    {
+        QTest::addColumn<int>("engine");
+        QTest::addColumn<QString>("types"); // of Baidu and of XunFei
+        QTest::addColumn<bool>("fast");
+        QTest::newRow("Baidu") << int(Engine::Baidu) << "1637 mandarin" << false;
+        QTest::newRow("Tencent") << int(Engine::Tencent) << "80001 mandarin" << true;
+        QTest::newRow("XunFei") << int(Engine::XunFei) << "80001 en_us" << true;
+    }
+
+    void selectorsAfterAChoice()
+    {
+        QFETCH(int, engine);
+        Desk desk;
+        desk.use(Engine(engine));
+        const QString before = flags(desk.recorder);
+        desk.state.BaiDuCurrentVoiceType = QStringLiteral("1637");
+        desk.state.XunFeiWebApiCurrentVoiceType = QStringLiteral("en_us");
+        desk.state.UseBDAPIPara = desk.state.UseTXAPIPara = desk.state.UseXFWAPIPara = 1;
+        desk.state.UseBDFstPara = desk.state.UseXFWPIDWAPara = desk.state.ShowXFDialect = 1;
+        desk.recorder.EnableXunFeiWebApiDwa = false;
+        QString settings;
+        for (const mevo::EngineChange &change :
+             mevo::applyRecordSelectors(desk.state, desk.recorder, false, 0, 0, true)) {
+            settings += written(change.writes) + u' ';
+        }
+        QCOMPARE(flags(desk.recorder), before);
+        QTEST(desk.state.BaiDuCurrentVoiceType + QLatin1Char(' ') + desk.state.XunFeiWebApiCurrentVoiceType,
+              "types");
+        QTEST(desk.state.BaiDuNoStreamApi_FastVersion, "fast");
+        QVERIFY(desk.recorder.EnableXunFeiWebApiDwa);
+        QVERIFY2(settings.contains(QLatin1String("ShowXFDialect=1")), qPrintable(settings));
+        QVERIFY2(!settings.contains(QLatin1String("UseTXASRApi")), qPrintable(settings));
+    }
+
     void falls()
     {
         Desk desk;

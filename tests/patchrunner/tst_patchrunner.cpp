@@ -5,6 +5,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
+#include <cstring>
 #include <thread>
 
 #include <archive.h>
@@ -70,9 +72,11 @@ QByteArray dataContent(const QByteArray &version, int number)
     return version + QByteArray(30000, char('a' + number));
 }
 
-QList<Member> wholeVersion(const QByteArray &version)
+const Member offeredVersion{"UpdateVersion", "108\n"};
+
+QList<Member> wholeVersion(const QByteArray &version, const Member &number = offeredVersion)
 {
-    QList<Member> members{{"./", {}, AE_IFDIR, {}, 0755}, program(version)};
+    QList<Member> members{{"./", {}, AE_IFDIR, {}, 0755}, program(version), number};
     for (int i = 0; i < dataFiles; ++i) {
         members += Member{"data/" + QByteArray::number(i), dataContent(version, i)};
     }
@@ -99,6 +103,7 @@ struct Installation
             write("App/data/" + QString::number(i), dataContent("old", i));
         }
         write("App/MEVOSetting.ini", users);
+        write("App/UpdateVersion", "108\n");
         write("App/log/1.log", "said");
         write("App/mine/note.txt", "kept");
         QFile::link("../elsewhere.ini", base + "/App/linked.ini");
@@ -118,7 +123,7 @@ struct Installation
     {
         write("a.tar.xz", archive);
         write("DownloadSetting.ini",
-              "[Set]\nUpdaterName=a.tar.xz\nMode=" + mode + "\nExeName=App/mevoinput\n" + more);
+              "[Set]\nUpdaterName=a.tar.xz\nMode=" + mode + "\nExeName=App/mevoinput\nVersion=108\n" + more);
     }
     /// "old" or "new" when the program's folder holds that version whole, and what the user has there with
     /// it.
@@ -160,11 +165,13 @@ struct OwnDisk
 {
     QTemporaryDir folder;
     bool mounted = false;
+    QString refusal; ///< why nothing is mounted
     explicit OwnDisk(const char *options)
     {
         mounted = unshare(CLONE_NEWNS) == 0 &&
                   mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
                   mount("tmpfs", folder.path().toLocal8Bit().constData(), "tmpfs", 0, options) == 0;
+        refusal = QString::fromLocal8Bit(std::strerror(errno));
     }
     ~OwnDisk()
     {
@@ -212,7 +219,7 @@ private Q_SLOTS:
     void part()
     {
         Installation installation;
-        installation.offer(packed({{"extra/tool", "x"}}), {}, "Part");
+        installation.offer(packed({{"extra/tool", "x"}, offeredVersion}), {}, "Part");
         QVERIFY(runUpdate(installation.base).outcome == Outcome::Done);
         QCOMPARE(installation.version(), "old");
         QCOMPARE(installation.read("App/extra/tool"), QByteArray("x"));
@@ -251,11 +258,15 @@ private Q_SLOTS:
         row("a file as a folder", with({"mevoinput/x", "x"}));
         row("the mark of the updater", with({"UpdatePending", "x"}));
         row("a file where the user has a folder", with({"mine", "x"}), Outcome::Failed);
-        row("a folder where the user has an INI file", packed({program("new"), {"MEVOSetting.ini/x", "x"}}),
-            Outcome::Failed);
+        row("a folder where the user has an INI file",
+            packed({program("new"), offeredVersion, {"MEVOSetting.ini/x", "x"}}), Outcome::Failed);
         row("no program", packed({{"data/1", "x"}}));
-        row("a program that cannot be run", packed({{"mevoinput", "x"}}));
-        row("a program that is a link out", packed({{"mevoinput", {}, AE_IFLNK, "/bin/true"}}));
+        row("a program that cannot be run", packed({{"mevoinput", "x"}, offeredVersion}));
+        row("another version than offered", packed(wholeVersion("new", {"UpdateVersion", "105\n"})));
+        row("a version that is none", packed(wholeVersion("new", {"UpdateVersion", "108\n108"})));
+        row("no version, though the old folder has one", packed(wholeVersion("new", {"data/x", "x"})));
+        row("a program that is a link out",
+            packed({{"mevoinput", {}, AE_IFLNK, "/bin/true"}, offeredVersion}));
         row("nothing in it", packed({}));
         const QByteArray good = packed(wholeVersion("new"));
         row("cut", good.left(good.size() / 2));
@@ -301,6 +312,7 @@ private Q_SLOTS:
         QByteArray more;
         if (kind.contains("checksum")) {
             const QByteArray signedContent = kind == "checksum" ? archive : archive + "x";
+            installation.write("a.tar.xz.sig", "the user's"); // nobody has asked for one
             more = "Sha256=" + QCryptographicHash::hash(signedContent, QCryptographicHash::Sha256).toHex() +
                    "\n";
         } else {
@@ -324,7 +336,8 @@ private Q_SLOTS:
         installation.offer(archive, more);
         QCOMPARE(int(runUpdate(installation.base).outcome), outcome);
         QCOMPARE(installation.version(), outcome == int(Outcome::Done) ? "new" : "old");
-        QCOMPARE(installation.left(), QStringList());
+        QCOMPARE(installation.left(),
+                 kind.contains("checksum") ? QStringList{"a.tar.xz.sig"} : QStringList());
     }
 
     /// A new version that does not come up: the old one is back, with everything that it had.
@@ -395,7 +408,7 @@ private Q_SLOTS:
     {
         const OwnDisk disk("size=2m");
         if (!disk.mounted) {
-            QSKIP("no mounts of one's own here");
+            QSKIP(qPrintable("no mounts of one's own here: " + disk.refusal));
         }
         Installation installation(disk.folder.path());
         // Small enough to be fetched, too large to be unpacked.
@@ -413,11 +426,13 @@ private Q_SLOTS:
     {
         const OwnDisk disk("size=4m");
         if (!disk.mounted) {
-            QSKIP("no mounts of one's own here");
+            QSKIP(qPrintable("no mounts of one's own here: " + disk.refusal));
         }
         Installation installation(disk.folder.path());
         installation.offer(packed(wholeVersion("new")));
-        QVERIFY(disk.makeReadOnly());
+        if (!disk.makeReadOnly()) {
+            QSKIP(qPrintable(QString("a mount cannot be made read-only here: %1").arg(std::strerror(errno))));
+        }
         const auto report = runUpdate(installation.base);
         QVERIFY2(report.outcome == Outcome::ReadOnly, qPrintable(report.detail));
         QCOMPARE(installation.version(), "old");

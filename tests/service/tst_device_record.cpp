@@ -188,12 +188,20 @@ private Q_SLOTS:
         for (const auto &column : serverColumns) {
             row.insert(QLatin1String(column[0]), value);
         }
+        for (const bool inForce : {true, false}) { // whatever the user has made of the input methods
+            MainState state;
+            state.EnableASR3 = true;
+            state.LocalEnableASR3 = inForce;
+            state.UseASR3Index = 3;
+            state.ShowASR3Custom = false;
+            state.EnableAutoCallASR3 = state.MustClickRunASR3 = true;
+            const QMap<QString, int> before = numbersOf(state);
+            const auto effects = mevo::applyRecordColumns(state, row, false);
+            QCOMPARE(numbersOf(state), before);
+            QVERIFY(effects.settings.isEmpty() && !effects.menuChanged);
+            QCOMPARE(state.LocalEnableASR3, inForce);
+        }
         MainState state;
-        state.EnableASR3 = state.LocalEnableASR3 = true;
-        const QMap<QString, int> before = numbersOf(state);
-        const auto effects = mevo::applyRecordColumns(state, row, false);
-        QCOMPARE(numbersOf(state), before);
-        QVERIFY(effects.settings.isEmpty() && !effects.menuChanged && state.LocalEnableASR3);
         for (const mevo::AddressChange &change : mevo::changedAddresses(row, nothingStored)) {
             QCOMPARE(change.key + change.text, QStringLiteral("ORVDByes")); // a schema may be called so
         }

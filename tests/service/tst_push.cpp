@@ -108,6 +108,8 @@ private Q_SLOTS:
         row("page", "url;https://a.cn/页;15;http://b.cn/", "page https://a.cn/页 15 http://b.cn/");
         row("picture", "image;http://a.cn/p?x=1;5;2048;新年 1.png;https://b.cn",
             "picture http://a.cn/p?x=1 5 https://b.cn 2048 新年 1.png");
+        row("a name without a suffix", "image;http://a.cn;5;2048;mevoinput;",
+            "picture http://a.cn 5  2048 mevoinput.png");
         row("no link", "url;http://a.cn;0;", "page http://a.cn 0 ");
         row("a link of a file", "url;http://a.cn;3;file:///etc/passwd", "page http://a.cn 3 ");
         row("a link of a script", "url;http://a.cn;3;javascript:alert(1)", "page http://a.cn 3 ");
@@ -127,7 +129,7 @@ private Q_SLOTS:
         row("picture of no size", "image;http://a.cn;3;0;p.png;", "");
         row("picture of nine megabytes", "image;http://a.cn;3;9437184;p.png;", "");
         for (const char *name : {"../p.png", "a/p.png", "/p.png", "a\\p.png", "C:p.png", ".p.png", "..", "",
-                                 "p.png\n", "MEVOSetting.ini", "mevoinput", "p.svg", "p.png.exe"}) {
+                                 "p.png\n", "MEVOSetting.ini", "a/b", "p.svg", "p.png.exe"}) {
             QTest::addRow("name %s", name)
                 << framed(QStringLiteral("image;http://a.cn;3;2048;%1;").arg(QString::fromUtf8(name)))
                 << QString();

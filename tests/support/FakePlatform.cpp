@@ -183,7 +183,7 @@ bool FakeProcesses::startDetached(const QString &program, const QStringList &arg
 bool FakeProcesses::startSibling(const QString &name, const QStringList &arguments, bool)
 {
     m_log.add((QStringList{QStringLiteral("sibling"), name} + arguments).join(QLatin1Char(' ')));
-    return true;
+    return hasSibling(name);
 }
 
 Processes::Captured FakeProcesses::capture(const QString &program, const QStringList &arguments, int)

@@ -169,6 +169,7 @@ public:
     void keepOutOfLists(mevo::WindowId window) override { unlisted.append(window); }
     std::optional<QPoint> place(mevo::WindowId) override { return real; }
     void moveTo(mevo::WindowId, const QPoint &place) override { moves.append(place); }
+    void setSliding(mevo::WindowId, bool now) override { slides.append(now); }
     bool isComposited() override { return composited; }
     void whenCompositingChanges(QObject *, std::function<void()> handler) override
     {
@@ -180,6 +181,7 @@ public:
     QList<mevo::WindowId> unlisted;
     std::optional<QPoint> real; ///< where windows stand; null answers nothing
     QList<QPoint> moves;
+    QList<bool> slides; ///< beginnings and ends
     bool composited = true;
     std::vector<std::function<void()>> handlers;
     std::vector<QRect> shape; ///< of the window that was shaped last
@@ -237,6 +239,7 @@ public:
     }
     bool startDetached(const QString &program, const QStringList &arguments) override;
     bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
+    bool hasSibling(const QString &name) override { return !notInstalled.contains(name); }
     Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) override;
     bool killByImageName(const QString &imageName) override;
     bool isRunning(const QString &imageName) override { return running.contains(imageName); }
@@ -245,6 +248,7 @@ public:
     bool shutDownComputer() override;
 
     QStringList running;
+    QStringList notInstalled; ///< siblings
     Captured captured;
 
 private:

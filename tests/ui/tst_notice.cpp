@@ -1,3 +1,6 @@
+#include "base/SettingsFile.h"
+#include "service/NoticePictures.h"
+#include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
 #include "ui/CADShowDlg.h"
@@ -33,6 +36,8 @@ QByteArray picture(int width, int height, const char *format = "png")
 }
 
 const QString keptName = QStringLiteral("notice.png");
+const QString settingsName = QStringLiteral("MEVOSetting.ini");
+const QString listKey = QStringLiteral("NoticePictures");
 
 /// In place of the plug-in: a page that does what a test says.
 class FakePages : public mevo::NoticePageMaker
@@ -63,7 +68,7 @@ mevo::NoticePageMaker *fakePages()
 struct Notice
 {
     explicit Notice(mevo::NoticePageMaker *(*maker)() = nullptr)
-        : dialog(new CADShowDlg(cipher, std::nullopt, maker))
+        : dialog(new CADShowDlg(cipher, std::nullopt, maker, nullptr, &desktop))
     {
         QObject::connect(dialog, &CADShowDlg::closed, dialog, [this] { ++closed; });
         QObject::connect(dialog, &CADShowDlg::linkWanted, dialog,
@@ -87,9 +92,26 @@ struct Notice
         QCoreApplication::sendEvent(dialog, &event);
     }
 
+    FakeOwnWindows desktop;
     QPointer<CADShowDlg> dialog;
     int closed = 0;
     QStringList links;
+};
+
+/// Where a window stands when it is shown.
+class FirstSight : public QObject
+{
+public:
+    int y = 0;
+
+protected:
+    bool eventFilter(QObject *window, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show) {
+            y = static_cast<QWidget *>(window)->y();
+        }
+        return false;
+    }
 };
 
 } // namespace
@@ -105,21 +127,36 @@ private:
     }
 
 private Q_SLOTS:
-    void init() { home.remove(keptName); }
+    void init()
+    {
+        home.remove(keptName);
+        home.write(settingsName, "[MainSetting]\n");
+    }
 
     void goodPictures_data()
     {
         QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QString>("listed"); // what notices have left so far
         QTest::addColumn<bool>("asked");
+        QTest::addColumn<bool>("kept");
         const QByteArray good = picture(200, 101);
-        QTest::newRow("not there") << QByteArray() << true;
-        QTest::newRow("there") << good << false;
-        QTest::newRow("another one is there") << picture(10, 10) << true;
-        QTest::newRow("rubbish of its size is there") << QByteArray(good.size(), 'x') << true;
+        const QByteArray other = picture(10, 10);
+        const QByteArray rubbish(good.size(), 'x');
+        const QString list = QStringLiteral("a.png;notice.png;b.png");
+        QTest::newRow("not there") << QByteArray() << QString() << true << true;
+        QTest::newRow("there") << good << QString() << false << true;
+        QTest::newRow("another one is there") << other << list << true << true;
+        QTest::newRow("rubbish of its size is there") << rubbish << list << true << true;
+        QTest::newRow("a picture of the program's")
+            << other << QStringLiteral("a.png;b.png") << true << false;
+        QTest::newRow("a file of its size") << rubbish << QString() << true << false;
     }
     void goodPictures()
     {
         QFETCH(QByteArray, before);
+        QFETCH(QString, listed);
+        QFETCH(bool, kept);
+        mevo::SettingsFile().setValue(listKey, listed);
         const QByteArray good = picture(200, 101);
         if (!before.isEmpty()) {
             home.write(keptName, before);
@@ -130,7 +167,11 @@ private Q_SLOTS:
         notice.take(pictureFields(server.url(), good.size()));
         QTRY_VERIFY(notice.slides());
         QTEST(server.requests.size() == 1, "asked");
-        QCOMPARE(home.read(keptName), good);
+        QCOMPARE(home.read(keptName), kept ? good : before);
+        if (!server.requests.isEmpty() && kept) { // the newest, and once
+            QCOMPARE(mevo::SettingsFile().value(listKey).toString(),
+                     listed.isEmpty() ? keptName : QStringLiteral("a.png;b.png;notice.png"));
+        }
         QCOMPARE(notice.dialog->size(), QSize(200, 101));
         QCOMPARE(notice.closed, 0);
     }
@@ -168,18 +209,58 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(home.path(keptName)));
     }
 
-    /// A name that leads to another file writes neither it nor shows it.
+    /// A name that leads to another file neither writes it nor shows it.
     void nameOfALink()
     {
         const QString other = home.path(QStringLiteral("elsewhere.png"));
         QVERIFY(QFile::link(other, home.path(keptName)));
+        mevo::SettingsFile().setValue(listKey, keptName);
         ScriptedHttp server;
         server.fallback = ScriptedAnswer::body(picture(20, 20));
         Notice notice;
         notice.take(pictureFields(server.url(), picture(20, 20).size()));
-        QTRY_VERIFY(notice.dialog.isNull());
-        QVERIFY(server.requests.isEmpty());
-        QVERIFY(!QFileInfo::exists(other));
+        QTRY_VERIFY(notice.slides());
+        QCOMPARE(server.requests.size(), 1);
+        QVERIFY(!QFileInfo::exists(other) && QFileInfo(home.path(keptName)).isSymLink());
+    }
+
+    /// The oldest go, and an edited list takes no other file with it.
+    void fewPicturesAreKept()
+    {
+        QStringList names{QStringLiteral("MEVOSetting.ini"), QStringLiteral("../x.png")};
+        for (int i = 0; i < 20; ++i) {
+            names.append(QStringLiteral("p%1.png").arg(i));
+            home.write(names.last(), "old");
+        }
+        mevo::SettingsFile().setValue(listKey, names.join(u';'));
+        mevo::keepNoticePicture(keptName, "new");
+        QCOMPARE(home.read(keptName), QByteArray("new"));
+        QVERIFY(!QFileInfo::exists(home.path(QStringLiteral("p0.png"))));
+        QVERIFY(QFileInfo::exists(home.path(QStringLiteral("p1.png"))));
+        const QStringList left = mevo::SettingsFile().value(listKey).toString().split(u';');
+        QCOMPARE(left, names.mid(3) + QStringList{keptName});
+        for (const QString &name : left) {
+            home.remove(name);
+        }
+    }
+
+    /// A large picture is decoded beside the window, which goes on meanwhile.
+    void decodingHoldsNothingUp()
+    {
+        const QByteArray large = picture(2048, 2047);
+        home.write(keptName, large);
+        Notice notice;
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!QImage::fromData(large)
+                     .scaled(400, 400, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                     .isNull());
+        const qint64 decodingUs = timer.nsecsElapsed() / 1000;
+        timer.restart();
+        notice.take(pictureFields(QUrl(QStringLiteral("http://127.0.0.1:9/")), large.size()));
+        const qint64 heldUs = timer.nsecsElapsed() / 1000;
+        QVERIFY2(heldUs < decodingUs / 2, qPrintable(QStringLiteral("%1 of %2").arg(heldUs).arg(decodingUs)));
+        QTRY_VERIFY(notice.slides());
     }
 
     /// Closed while its picture is on the way: nothing comes up afterwards.
@@ -203,11 +284,18 @@ private Q_SLOTS:
         notice.take(pictureFields(QUrl(QStringLiteral("http://127.0.0.1:9/")), picture(300, 105).size()));
         const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
         CADShowDlg &dialog = *notice.dialog;
-        QCOMPARE(dialog.geometry(), QRect(room.right() - 299, room.bottom() + 1, 300, 105));
+        FirstSight first;
+        dialog.installEventFilter(&first);
+        QTRY_VERIFY(notice.slides());
+        QCOMPARE(first.y, room.bottom() + 1);
+        QCOMPARE(dialog.x(), room.right() - 299);
+        QCOMPARE(dialog.size(), QSize(300, 105));
+        const int y = dialog.y();
         dialog.myMove();
-        QCOMPARE(dialog.y(), room.bottom() + 1 - 10);
+        QCOMPARE(dialog.y(), y - 10);
         notice.slideToEnd();
         QCOMPARE(dialog.geometry().bottomRight(), room.bottomRight());
+        QCOMPARE(notice.desktop.slides, (QList<bool>{true, false}));
 
         QCOMPARE(dialog.StaySeconds, 2);
         dialog.myStay();

@@ -1,7 +1,9 @@
 #include "support/ScriptedHttp.h"
 #include "update/MyUpdateChecker.h"
+#include "update/UpdateSignature.h"
 
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTranslator>
 #include <QtTest>
 
@@ -24,7 +26,13 @@ struct FakeHost : mevo::UpdateHost
     void setUpdateNotice(bool shown) override { events.append(shown ? "notice" : "no notice"); }
     void updateCheckFailed() override { events.append("failed"); }
     void showDownload(const QString &fileName) override { events.append("show " + fileName); }
-    void moveDownload(qint64 received, qint64) override { lastReceived = received; }
+    void moveDownload(qint64 received, qint64) override
+    {
+        lastReceived = received;
+        if (moved) {
+            moved();
+        }
+    }
     void hideDownload() override { events.append("hide"); }
     bool confirmCancel() override
     {
@@ -37,13 +45,20 @@ struct FakeHost : mevo::UpdateHost
     bool isForeignInstallation() const override { return foreign; }
     void openDownloadPage() override { events.append("page"); }
     QString programFile() const override { return folder.filePath("App/mevoinput"); }
-    void handOver() override { events.append("hand over"); }
+    void handOver(const std::function<void(bool)> &answer) override
+    {
+        events.append("hand over");
+        if (started) {
+            answer(*started);
+        }
+    }
 
     QTemporaryDir folder;
     QStringList questions, events;
     std::function<void(bool)> later;
-    std::function<void()> duringQuestion;
+    std::function<void()> duringQuestion, moved;
     std::optional<bool> updateNow = true;
+    std::optional<bool> started = true; ///< the updater; nothing while the program waits for a quiet moment
     bool lastForced = false, cancel = false, foreign = false;
     qint64 lastReceived = 0;
 };
@@ -218,48 +233,153 @@ private Q_SLOTS:
         const QByteArray archive(300000, 'a');
         update.http.enqueue(ScriptedAnswer::body("108;;Part;;a.tar.xz\n"));
         update.http.enqueue(ScriptedAnswer::body(archive));
-        QFile::link("/nonexistent/elsewhere", update.host.folder.filePath("a.tar.xz.part"));
+        QFile::link("/nonexistent/elsewhere", update.host.folder.filePath(".update-part"));
         update.run();
         QCOMPARE(update.host.events, QStringList({"show a.tar.xz", "hide", "hand over"}));
         QCOMPARE(update.targets().last(), "/v" + path + "a.tar.xz");
         QCOMPARE(update.files(), QStringList({"a.tar.xz", "DownloadSetting.ini"}));
         QCOMPARE(update.content("a.tar.xz"), archive);
         QCOMPARE(update.content("DownloadSetting.ini"),
-                 QByteArray("[Set]\nUpdaterName=a.tar.xz\nMode=Part\nExeName=App/mevoinput\n"));
+                 QByteArray("[Set]\nUpdaterName=a.tar.xz\nMode=Part\nExeName=App/mevoinput\nVersion=108\n"));
         QCOMPARE(update.host.lastReceived, qint64(archive.size()));
     }
 
-    /// The archive's name is a stranger's choice: a file of the user's own under it stays, one that an
-    /// earlier download has left is replaced.
-    void filesOfTheUsersStay_data()
+    /// What was fetched goes where it is not handed over: the updater cannot be started, or the program ends
+    /// before its quiet moment. Until then nothing else is fetched over it.
+    void notHandedOver_data()
     {
-        QTest::addColumn<QByteArray>("setting");
-        QTest::addColumn<bool>("replaced");
-        QTest::newRow("the user's") << QByteArray() << false;
-        QTest::newRow("another download's")
-            << QByteArray("[Set]\nUpdaterName=b.tar.xz\nMode=All\nExeName=App/mevoinput\n") << false;
-        QTest::newRow("an earlier download's")
-            << QByteArray("[Set]\nUpdaterName=a.tar.xz\nMode=All\nExeName=App/mevoinput\n") << true;
+        QTest::addColumn<bool>("answered");
+        QTest::newRow("the updater does not start") << true;
+        QTest::newRow("the program ends first") << false;
     }
-    void filesOfTheUsersStay()
+    void notHandedOver()
     {
-        QFETCH(QByteArray, setting);
-        QFETCH(bool, replaced);
+        QFETCH(bool, answered);
         Update update;
-        const auto write = [&update](const char *name, const QByteArray &content) {
-            QFile file(update.host.folder.filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        };
-        write("a.tar.xz", "what stands there");
-        if (!setting.isEmpty()) {
-            write("DownloadSetting.ini", setting);
+        update.host.started.reset();
+        if (answered) {
+            update.host.started = false;
         }
         update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz"));
         update.http.enqueue(ScriptedAnswer::body("archive"));
+        update.checker->check();
+        QTRY_COMPARE(update.host.events.value(2), QString("hand over"));
+        QCOMPARE(update.checker->isBusy(), !answered);
+        if (!answered) {
+            QCOMPARE(update.files(), QStringList({"a.tar.xz", "DownloadSetting.ini"}));
+            update.checker->check();
+            update.checker->on_CancelDownload(); // it is too late for that
+            QCOMPARE(update.host.questions.size(), 1);
+            update.checker.reset();
+        }
+        QCOMPARE(update.files(), QStringList());
+    }
+
+    /// The archive's name is a stranger's choice: a file of the user's own under it, or beside it, stays;
+    /// what an earlier download has left is replaced, or goes.
+    void filesOfTheUsersStay_data()
+    {
+        QTest::addColumn<QByteArray>("earlier"); // archive that DownloadSetting.ini names
+        QTest::addColumn<QString>("there");
+        QTest::addColumn<bool>("comesLater"); // while the archive is on its way
+        QTest::addColumn<bool>("refused");
+        QTest::addColumn<QStringList>("left");
+        const auto row = [](const char *name, const char *earlier, const char *there, bool comesLater,
+                            bool refused, const QStringList &left) {
+            QTest::newRow(name) << QByteArray(earlier) << QString(there) << comesLater << refused << left;
+        };
+        const QStringList done{"a.tar.xz", "DownloadSetting.ini"};
+        row("the user's", "", "a.tar.xz", false, true, {"a.tar.xz"});
+        row("the user's, that comes later", "", "a.tar.xz", true, true, {"a.tar.xz"});
+        row("the user's, after another download", "b.tar.xz", "a.tar.xz", false, true, done);
+        row("an earlier download's", "a.tar.xz", "a.tar.xz", false, false, done);
+        row("an earlier download's, of another name", "b.tar.xz", "b.tar.xz", false, false, done);
+        row("the user's signature, that nobody wants", "", "a.tar.xz.sig", false, false,
+            {"a.tar.xz", "a.tar.xz.sig", "DownloadSetting.ini"});
+        row("the user's part", "", "a.tar.xz.part", false, false,
+            {"a.tar.xz", "a.tar.xz.part", "DownloadSetting.ini"});
+        row("the rest of a download", "", ".update-part", false, false, done);
+    }
+    void filesOfTheUsersStay()
+    {
+        QFETCH(QByteArray, earlier);
+        QFETCH(QString, there);
+        QFETCH(bool, comesLater);
+        QFETCH(bool, refused);
+        Update update;
+        const auto write = [&update](const QString &name, const QByteArray &content) {
+            QFile file(update.host.folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        };
+        if (!earlier.isEmpty()) {
+            write("DownloadSetting.ini",
+                  "[Set]\nUpdaterName=" + earlier + "\nMode=All\nExeName=App/mevoinput\nVersion=108\n");
+        }
+        if (!comesLater) {
+            write(there, "what stands there");
+        }
+        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz"));
+        update.http.enqueue(ScriptedAnswer::late(ScriptedAnswer::body("archive")));
+        update.checker->check();
+        QTRY_VERIFY(update.http.requests.size() == 2 || !update.checker->isBusy());
+        if (comesLater) {
+            write(there, "what stands there");
+        }
+        update.http.answerHeld();
+        QTRY_VERIFY(!update.checker->isBusy());
+        QCOMPARE(update.host.events.last() == "hand over", !refused);
+        QTEST(update.files(), "left");
+        if (QFile::exists(update.host.folder.filePath(there))) {
+            QCOMPARE(update.content(there),
+                     QByteArray(earlier == "a.tar.xz" ? "archive" : "what stands there"));
+        }
+    }
+
+    /// A signature of the user's own stays where one is wanted, and ends the update before it is fetched.
+    void signatureOfTheUsersStays()
+    {
+        Update update(QString::fromLatin1(QByteArray(32, 'k').toBase64()));
+        QFile file(update.host.folder.filePath("a.tar.xz.sig"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("mine") == 4);
+        file.close();
+        update.http.fallback = ScriptedAnswer::body("108;;All;;a.tar.xz");
         update.run();
-        QCOMPARE(update.content("a.tar.xz"), QByteArray(replaced ? "archive" : "what stands there"));
-        QCOMPARE(update.host.events.last() == "hand over", replaced);
-        QCOMPARE(update.http.requests.size(), replaced ? 2 : 1);
+        QVERIFY(update.host.events.last().startsWith("tell 不能保存文件 "));
+        QCOMPARE(update.files(), QStringList{"a.tar.xz.sig"});
+        QCOMPARE(update.http.requests.size(), 1);
+    }
+
+    /// The checks of a large archive leave the window alone.
+    void checksAside()
+    {
+        Update update;
+        const QByteArray archive(96 << 20, 'a');
+        QTemporaryFile same;
+        QVERIFY(same.open() && same.write(archive) == archive.size() && same.flush());
+        QElapsedTimer timer;
+        timer.start();
+        const QByteArray sha256 = mevo::fileSha256(same.fileName());
+        const qint64 hashingMs = timer.elapsed();
+        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz;;" + sha256));
+        update.http.enqueue(ScriptedAnswer::body(archive));
+        qint64 longest = -1;
+        QElapsedTimer last;
+        QTimer ticks;
+        connect(&ticks, &QTimer::timeout, [&] {
+            if (last.isValid()) {
+                longest = std::max(longest, last.restart());
+            }
+        });
+        update.host.moved = [&] {
+            if (update.host.lastReceived == archive.size()) {
+                last.start();
+            }
+        };
+        ticks.start(0);
+        update.checker->check();
+        QTRY_VERIFY_WITH_TIMEOUT(update.host.events.contains("hand over"), 60000);
+        QVERIFY2(longest >= 0 && longest < hashingMs * 2 / 3,
+                 qPrintable(QString("%1 of %2 ms").arg(longest).arg(hashingMs)));
     }
 
     void foreignInstallation()
@@ -313,7 +433,7 @@ private Q_SLOTS:
         update.http.enqueue(kind == "unsigned" ? ScriptedAnswer::body("x", 404)
                                                : ScriptedAnswer::body(QByteArray(64, 's')));
         if (kind == "place") {
-            QVERIFY(QDir(update.host.folder.path()).mkdir("a.tar.xz.part"));
+            QVERIFY(QDir(update.host.folder.path()).mkdir(".update-part"));
         }
         update.run();
         QVERIFY2(update.host.events.last().startsWith(told), qPrintable(update.host.events.join('\n')));
@@ -346,7 +466,7 @@ private Q_SLOTS:
         if (comesDuringQuestion) {
             update.host.duringQuestion = [&update] {
                 update.http.answerHeld();
-                const QString part = update.host.folder.filePath("a.tar.xz.part");
+                const QString part = update.host.folder.filePath(".update-part");
                 QTRY_COMPARE(QFileInfo(part).size(), qint64(5000));
                 QCoreApplication::processEvents();
                 QCOMPARE(update.host.events, QStringList{"show a.tar.xz"}); // it waits for the answer
@@ -366,7 +486,7 @@ private Q_SLOTS:
         update.http.enqueue(ScriptedAnswer::silence());
         update.checker->check();
         QTRY_COMPARE(update.http.requests.size(), 2);
-        QCOMPARE(update.files(), QStringList{"a.tar.xz.part"});
+        QCOMPARE(update.files(), QStringList{".update-part"});
         update.host.duringQuestion = [&update] { update.checker.reset(); };
         update.checker->on_CancelDownload();
         QCOMPARE(update.files(), QStringList());

@@ -78,6 +78,24 @@ private Q_SLOTS:
         QCOMPARE(file->sha256, QByteArray(64, 'a'));
     }
 
+    void archiveVersion_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("version"); // 0: none
+        QTest::newRow("with a line end") << QByteArray("108\n") << 108;
+        QTest::newRow("bare") << QByteArray("999") << 999;
+        QTest::newRow("empty") << QByteArray() << 0;
+        QTest::newRow("two") << QByteArray("108\n109\n") << 0;
+        QTest::newRow("four digits") << QByteArray("1080") << 0;
+        QTest::newRow("a sign") << QByteArray("+18") << 0;
+        QTest::newRow("a megabyte") << QByteArray(1 << 20, ' ') + "108" << 0;
+    }
+    void archiveVersion()
+    {
+        QFETCH(QByteArray, content);
+        QTEST(mevo::parseArchiveVersion(content).value_or(0), "version");
+    }
+
     void steps_data()
     {
         QTest::addColumn<int>("offered");
@@ -140,20 +158,25 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("good");
-        const QByteArray rest = "UpdaterName=a.tar.xz\nMode=Part\n";
+        const QByteArray rest = "UpdaterName=a.tar.xz\nMode=Part\nVersion=108\n";
         QTest::newRow("all keys") << "[Set]\nExeName=App/mevoinput\nSha256=ab\nUpdateKey=k=\n" + rest << true;
         QTest::newRow("order and line ends")
             << QByteArray("[Other]\r\nMode=x\r\n[Set]\r\nMode = Part\r\nExeName="
-                          "App/mevoinput\r\nUpdaterName=a.tar.xz\r\nSha256=ab\r\n"
+                          "App/mevoinput\r\nUpdaterName=a.tar.xz\r\nVersion=108\r\nSha256=ab\r\n"
                           "UpdateKey=k=\r\n")
             << true;
         QTest::newRow("no program") << "[Set]\n" + rest << false;
         QTest::newRow("program elsewhere") << "[Set]\nExeName=../mevoinput\n" + rest << false;
         QTest::newRow("program at the root") << "[Set]\nExeName=/mevoinput\n" + rest << false;
         QTest::newRow("program too deep") << "[Set]\nExeName=a/b/mevoinput\n" + rest << false;
-        QTest::newRow("no mode") << QByteArray("[Set]\nExeName=A/m\nUpdaterName=a.tar.xz\n") << false;
+        QTest::newRow("no mode") << QByteArray("[Set]\nExeName=A/m\nVersion=108\nUpdaterName=a.tar.xz\n")
+                                 << false;
+        QTest::newRow("no version") << QByteArray("[Set]\nExeName=A/m\nMode=All\nUpdaterName=a.tar.xz\n")
+                                    << false;
+        QTest::newRow("a version that is none")
+            << "[Set]\nExeName=A/m\n" + QByteArray(rest).replace("108", "new") << false;
         QTest::newRow("archive elsewhere")
-            << QByteArray("[Set]\nExeName=A/m\nMode=All\nUpdaterName=../a.tar.xz\n") << false;
+            << QByteArray("[Set]\nExeName=A/m\nMode=All\nVersion=108\nUpdaterName=../a.tar.xz\n") << false;
         QTest::newRow("another group") << "[Sets]\nExeName=A/m\n" + rest << false;
         QTest::newRow("garbage") << QByteArray::fromHex("00ff5b5365745d0aff") << false;
     }
@@ -164,9 +187,11 @@ private Q_SLOTS:
         const auto setting = mevo::parseDownloadSetting(content);
         QCOMPARE(setting.has_value(), good);
         if (setting) {
-            QCOMPARE(mevo::downloadSettingText(*setting),
-                     QByteArray("[Set]\nUpdaterName=a.tar.xz\nMode=Part\nExeName=App/mevoinput\nSha256=ab\n"
-                                "UpdateKey=k=\n"));
+            QCOMPARE(
+                mevo::downloadSettingText(*setting),
+                QByteArray(
+                    "[Set]\nUpdaterName=a.tar.xz\nMode=Part\nExeName=App/mevoinput\nVersion=108\nSha256=ab\n"
+                    "UpdateKey=k=\n"));
         }
     }
 

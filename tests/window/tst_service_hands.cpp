@@ -332,8 +332,34 @@ private Q_SLOTS:
             QTimer::singleShot(0, &window, [&] { program.choose(QStringLiteral("英语(讯飞版)")); });
         };
         program.backend.delayMs = 100;
+        program.backend.record[QStringLiteral("UseXFWPIDWAPara")] = QStringLiteral("1");
+        program.backend.record[QStringLiteral("ShowXFDialect")] = QString::number(1 - window.ShowXFDialect);
+        window.recorder()->EnableXunFeiWebApiDwa = false;
         window.ReadServerInfo(); // the row says Tencent
         QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->UseTXASRApi);
+        QCOMPARE(Program::setting("XunFeiWebApiCurrentVoiceType"), QStringLiteral("en_us"));
+        QVERIFY(window.recorder()->EnableXunFeiWebApiDwa); // what he has not chosen is the record's
+    }
+
+    /// Two readings at a time: the answer of the older one comes last, and is dropped.
+    void anOlderAnswerDoesNotUndoANewerOne()
+    {
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("B"));
+        program.backend.record = {{QStringLiteral("UseTXAPIPara"), 1}, {QStringLiteral("ShowTXI"), 0}};
+        program.backend.delayMs = 3600000; // until somebody lets it go
+        program.backend.server.onRequest = [&](const ScriptedRequest &) {
+            program.backend.server.onRequest = nullptr;
+            QTimer::singleShot(0, &window, [&] {
+                program.backend.delayMs = 0;
+                program.backend.record = {{QStringLiteral("UseXFWAPIPara"), 1}};
+                window.ReadServerInfo();
+                program.backend.server.answerHeld();
+            });
+        };
+        window.ReadServerInfo();
+        QCOMPARE(program.backend.askedLike(readRecord).size(), 2);
+        QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->UseTXASRApi && window.ShowTXI);
     }
 
     /// A language that was chosen while the backend was away is told before the record is read, and the
@@ -711,7 +737,16 @@ private Q_SLOTS:
         MainWindow &window = program.startWith(QStringLiteral("B"));
         program.backend.recordCount = count;
         program.backend.refused = refused ? QStringLiteral("insert into") : QString();
+        window.ShowASR3UI = false;
+        window.BuildAsrLanMenu(false, false);
         window.ReadServerInfo();
+        if (!refused) {
+            const QString row = QStringLiteral("使用讯飞语音输入法"); // shown by a new record
+            const QList<QAction *> rows = window.languageMenu()->actions();
+            QCOMPARE(std::any_of(rows.begin(), rows.end(),
+                                 [&row](const QAction *action) { return action->text() == row; }),
+                     made);
+        }
         const QStringList inserts = program.backend.askedLike(QStringLiteral("insert"));
         QCOMPARE(inserts.size(), int(made || refused));
         const QRegularExpression insert(QStringLiteral(
@@ -790,7 +825,14 @@ private Q_SLOTS:
             }
             QVERIFY(window.recorder() != nullptr &&
                     window.ShowTXI); // the rest of the row waits for the new start
+            const QScopedValueRollback<int> look(MainWindow::quietLookMs, 10);
+            window.ResultIdle = false; // a sentence is on its way
+            QTimer::singleShot(100, &window, [&window] {
+                QVERIFY(window.recorder() != nullptr && !qEnvironmentVariableIsSet("MEVO_SERVER_MOVES"));
+                window.ResultIdle = true;
+            });
             QCOMPARE(QCoreApplication::exec(), MainWindow::restartCode);
+            QCOMPARE(qgetenv("MEVO_SERVER_MOVES"), QByteArray("1"));
             QVERIFY(window.recorder() == nullptr && program.questions.isEmpty());
             QCOMPARE(Program::setting("TKSBK2"), mevo::encipherField(cipher, address));
             QCOMPARE(program.fake.log
@@ -808,12 +850,12 @@ private Q_SLOTS:
             QVERIFY(window.recorder() != nullptr && !window.ShowTXI);
             QCOMPARE(Program::setting("TKSBK2"), mevo::encipherField(cipher, address));
         }
-        qunsetenv("MEVO_SERVER_MOVES");
         Program again(true, "TKSBK2=\"" + mevo::encipherField(cipher, address).toLatin1() + "\"\n");
         again.backend.record = {{QStringLiteral("TALKINSERVER_BK2"), address},
                                 {QStringLiteral("ShowTXI"), 0}};
         const MainWindow &window = again.start();
-        QVERIFY(!window.ShowTXI); // it stands already, and the row is applied
+        QVERIFY(!window.ShowTXI);                                 // it stands already, and the row is applied
+        QVERIFY(!qEnvironmentVariableIsSet("MEVO_SERVER_MOVES")); // a later change is a first one again
         QCOMPARE(window.ServerUrlBk2, address);
     }
 
@@ -915,19 +957,24 @@ private Q_SLOTS:
         QVERIFY(!window.TencentQuotaHit);
     }
 
-    void anExitWhileTheRecordIsReadEndsTheReading_data()
+    void theReadingEndsWithWhatItIsAbout_data()
     {
+        QTest::addColumn<bool>("exit"); // or a removal of the receiver
         QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("request"); // that the exit comes at
-        QTest::newRow("record") << 1 << 1;
-        QTest::newRow("new record") << 0 << 2;
-        QTest::newRow("version") << 1 << 2;
-        QTest::newRow("day") << 1 << 3;
-        QTest::newRow("lists") << 1 << 4;
+        QTest::addColumn<int>("request"); // that it comes at
+        for (const bool exit : {true, false}) {
+            const char *const what = exit ? "exit" : "removal";
+            QTest::addRow("%s, record", what) << exit << 1 << 1;
+            QTest::addRow("%s, new record", what) << exit << 0 << 2;
+            QTest::addRow("%s, version", what) << exit << 1 << 2;
+            QTest::addRow("%s, day", what) << exit << 1 << 3;
+            QTest::addRow("%s, lists", what) << exit << 1 << 4;
+        }
     }
 
-    void anExitWhileTheRecordIsReadEndsTheReading()
+    void theReadingEndsWithWhatItIsAbout()
     {
+        QFETCH(bool, exit);
         QFETCH(int, rows);
         QFETCH(int, request);
         Program program;
@@ -936,16 +983,29 @@ private Q_SLOTS:
         program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("106")},
                                   {QStringLiteral("LastLoginDateTime"), QStringLiteral("x")}};
         program.backend.recordCount = rows;
+        program.backend.refused = rows == 0 ? QStringLiteral("insert into") : QString();
         program.backend.delayMs = 30;
         int count = 0;
         program.backend.server.onRequest = [&](const ScriptedRequest &) {
             if (++count == request) {
-                QTimer::singleShot(0, &window, [&] { window.exitByItself(); });
+                QTimer::singleShot(0, &window, [&] {
+                    if (exit) {
+                        window.exitByItself();
+                        return;
+                    }
+                    program.fake.hid->unplug();
+                    program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal);
+                });
             }
         };
+        const int used = window.BDSR1DUsedQuantity = 7;
         window.ReadServerInfo();
-        QVERIFY(window.recorder() == nullptr && program.questions.isEmpty());
+        QTRY_VERIFY(!window.DeviceConnected);
+        QTest::qWait(50); // what would come later
+        QCOMPARE(window.recorder() == nullptr, exit);
+        QVERIFY(program.questions.isEmpty());
         QCOMPARE(program.backend.asked.size(), request);
+        QCOMPARE(window.BDSR1DUsedQuantity == used, request < 3 || rows == 0);
     }
 
     void listsThatAreMissingAreMadeGood()
@@ -987,6 +1047,9 @@ private Q_SLOTS:
         window.Recording = true;
         window.updateRecCountsTimerOut();
         QVERIFY(!window.recorder()->UseTXASRApi); // the session that runs ends first
+        const QString told =
+            QStringLiteral("message 今日语音识别次数已用完，已自动切换到腾讯语音识别！ (3000)");
+        QVERIFY(!program.fake.log.has(told));
         window.Recording = false;
         window.updateRecCountsTimerOut();
         const AudioRecorder &recorder = *window.recorder();
@@ -997,6 +1060,43 @@ private Q_SLOTS:
                      Program::setting("UseXunFeiWebApi"),
                  QStringLiteral("100"));
         QTRY_COMPARE(program.backend.askedLike(QStringLiteral("UseTXAPIPara= '1'")).size(), 1);
+        QVERIFY(program.fake.log.has(told));
+    }
+
+    /// What the backend has not heard of the box is told before the record is read again, also by the next
+    /// run; a row of the menu that is chosen meanwhile takes its place.
+    void theBoxIsToldAgain_data()
+    {
+        QTest::addColumn<bool>("rowChosen");
+        QTest::newRow("told again") << false;
+        QTest::newRow("a row is chosen") << true;
+    }
+
+    void theBoxIsToldAgain()
+    {
+        QFETCH(bool, rowChosen);
+        Program program;
+        program.answer = 1;
+        MainWindow &window = program.startWith(QStringLiteral("T"));
+        window.TXSR1DMaxUsageQuantity = 4;
+        program.backend.refused = QStringLiteral("EnableASR3");
+        window.updateRecCountsTimerOut();
+        QTRY_COMPARE(Program::setting("InputMethodChoiceUntold"), QStringLiteral("1 0 2"));
+        if (rowChosen) {
+            program.choose(QStringLiteral("英语(讯飞版)"));
+        } else {
+            window.ReadServerInfo();
+            QCOMPARE(Program::setting("InputMethodChoiceUntold"), QStringLiteral("1 0 2"));
+        }
+        program.backend.refused.clear();
+        program.backend.asked.clear();
+        window.EnableASR3 = false; // as the record says
+        window.ReadServerInfo();
+        QCOMPARE(
+            program.backend.askedLike(QStringLiteral("set EnableASR3=1,MustClickRunASR3=0,UseASR3Index=2"))
+                .size(),
+            int(!rowChosen));
+        QCOMPARE(Program::setting("InputMethodChoiceUntold"), QString());
     }
 
     void theBoxOfUsedUpEngines_data()
@@ -1045,6 +1145,8 @@ private Q_SLOTS:
                 : QStringLiteral("已超出各接口每天限制使用次数,请24小时后再使用(f001)！"));
         QCOMPARE(question.buttons, list({"使用讯飞语音输入法", "使用搜狗语音输入法", "退出"}));
         QVERIFY(question.warning && question.defaultButton == 2);
+        using Meaning = mevo::Answer; // closing the box leaves it
+        QVERIFY(question.meanings == (std::vector<Meaning>{Meaning::Accept, Meaning::Accept, Meaning::Back}));
         QVERIFY(xpClass ? window.BaiduQuotaHit : window.TencentQuotaHit);
         if (answer == 0 || answer == 1) {
             const QRegularExpression told(
@@ -1053,8 +1155,11 @@ private Q_SLOTS:
                                "DongleID='02-01-001357'$")
                     .arg(answer + 1));
             QTRY_COMPARE(program.backend.asked.filter(told).size(), 1);
-            QTRY_VERIFY(
-                program.fake.log.calls(QStringLiteral("message 本版本尚不支持第三方语音输入法")).size() > 0);
+            const QString said =
+                answer == 0
+                    ? QStringLiteral("message 本版本尚不支持第三方语音输入法")
+                    : QStringLiteral("message 已选择搜狗语音输入法，将在下次启动软件或插入设备时设置");
+            QTRY_VERIFY(program.fake.log.calls(said).size() > 0);
             QVERIFY(!window.micTip()->isVisible() && window.EnableASR3 && window.UseASR3Index == answer + 1);
             QCOMPARE(Program::setting("LocalEnableASR3") + Program::setting("LocalUseASR3Index"),
                      QStringLiteral("1%1").arg(answer + 1));

@@ -1,3 +1,4 @@
+#include "app/RunProgram.h"
 #include "audio/AudioRecorder.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
@@ -6,6 +7,8 @@
 #include "window/MainWindow.h"
 #include "window/UpdateHands.h"
 
+#include <QApplication>
+#include <QScopedValueRollback>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -101,23 +104,80 @@ private Q_SLOTS:
         QTRY_COMPARE(program.questions.size(), 1);
     }
 
-    /// The exit for an update waits for the end of what the user is saying.
+    /// The exit for an update waits for the end of what the user is saying, but not for ever.
+    void handsOverBetweenSessions_data()
+    {
+        QTest::addColumn<bool>("ends");
+        QTest::newRow("the session ends") << true;
+        QTest::newRow("it never does") << false;
+    }
     void handsOverBetweenSessions()
+    {
+        QFETCH(bool, ends);
+        const QScopedValueRollback<int> look(MainWindow::quietLookMs, 5);
+        const QScopedValueRollback<int> wait(MainWindow::quietWaitMs, ends ? 60000 : 100);
+        Program program;
+        MainWindow &window = *program.window;
+        mevo::UpdateHands hands(window);
+        QVector<bool> answers;
+        const auto answer = [&answers](bool started) { answers.append(started); };
+        window.ResultIdle = false;
+        hands.handOver(answer);
+        QVERIFY(answers.isEmpty() && window.recorder() != nullptr);
+        if (ends) {
+            QTest::qWait(50);
+            QVERIFY(program.fake.log.calls().filter(updater).isEmpty());
+            window.ResultIdle = true;
+        }
+        QTRY_COMPARE(answers, QVector<bool>{true});
+        QVERIFY(window.recorder() == nullptr && window.isHandedOver());
+        const QStringList calls = program.fake.log.calls();
+        QVERIFY(calls.indexOf(updater) <
+                calls.indexOf(QStringLiteral("sibling \\KeypadHost.exe ORVKBAppExit")));
+        hands.handOver(answer); // once more, when everything has gone
+        QCOMPARE(program.fake.log.calls().filter(updater).size(), 1);
+    }
+
+    /// A folder without an updater beside it is not ours to exchange, and one whose updater does not start is
+    /// left as it is: the download page opens.
+    void withoutAnUpdater()
     {
         Program program;
         MainWindow &window = *program.window;
         mevo::UpdateHands hands(window);
-        window.Recording = true;
-        hands.handOver();
-        QVERIFY(program.fake.log.calls().filter(updater).isEmpty());
-        QVERIFY(window.recorder() != nullptr);
-        window.Recording = false;
-        QTRY_VERIFY(!program.fake.log.calls().filter(updater).isEmpty());
-        const QStringList calls = program.fake.log.calls();
-        QVERIFY(calls.indexOf(updater) <
-                calls.indexOf(QStringLiteral("sibling \\KeypadHost.exe ORVKBAppExit")));
-        hands.handOver(); // once more, when everything has gone
+        QVERIFY(!hands.isForeignInstallation());
+        program.fake.processes->notInstalled.append(QStringLiteral("\\..\\PatchRunner.exe"));
+        QVERIFY(hands.isForeignInstallation());
+        QVector<bool> answers;
+        hands.handOver([&answers](bool started) { answers.append(started); });
+        QCOMPARE(answers, QVector<bool>{false});
+        QVERIFY(window.recorder() != nullptr && !window.isHandedOver());
+        QCOMPARE(program.questions.size(), 2); // that there is none, and that there is no page either
+    }
+
+    /// The updater waits for the end of the program, and starts it: nobody else does.
+    void nothingStartsItAnew()
+    {
+        Program program;
+        program.window.reset();
+        QTimer running;
+        running.callOnTimeout([&] {
+            MainWindow *const window = MainWindow::instance();
+            if (window != nullptr && window->InitDone) {
+                running.stop();
+                mevo::UpdateHands hands(*window);
+                hands.handOver([](bool) {});
+                program.fake.singleInstance->startedAgain(); // a user who misses it
+                QApplication::exit(MainWindow::restartCode);
+            }
+        });
+        running.start(1);
+        // An exit of an earlier program has left the application as one whose waits end at once.
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
+        mevo::runProgram(program.fake.platform);
         QCOMPARE(program.fake.log.calls().filter(updater).size(), 1);
+        QCOMPARE(program.fake.log.calls(QStringLiteral("start ")), QStringList());
     }
 };
 

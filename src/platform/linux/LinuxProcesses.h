@@ -21,6 +21,7 @@ public:
     bool startDetached(const QString &program, const QStringList &arguments) override;
     /// `hidden` has no counterpart here: the siblings are told by their arguments.
     bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
+    bool hasSibling(const QString &name) override { return !installedSibling(name).isEmpty(); }
     Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) override;
     /// Ends them at once, as far as they are this user's own.
     bool killByImageName(const QString &imageName) override;

@@ -2,8 +2,11 @@
 
 #include "platform/linux/ScreenPixels.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QSocketNotifier>
+
+#include <xcb/xcb.h>
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -71,6 +74,27 @@ void X11OwnWindows::sendToRoot(WindowId window, const char *message,
     XSendEvent(m_connection.display(), m_connection.root(), False,
                SubstructureNotifyMask | SubstructureRedirectMask, &event);
     XFlush(m_connection.display());
+}
+
+void X11OwnWindows::setSliding(WindowId window, bool sliding)
+{
+    if (!sliding) {
+        m_sliding.remove(window);
+        return;
+    }
+    m_sliding.insert(window);
+    QCoreApplication::instance()->installNativeEventFilter(this); // once, however often it is said
+}
+
+bool X11OwnWindows::nativeEventFilter(const QByteArray &type, void *message, long *)
+{
+    if (m_sliding.isEmpty() || type != "xcb_generic_event_t") {
+        return false;
+    }
+    constexpr int withoutSendFlag = 0x7f;
+    const auto *event = static_cast<const xcb_generic_event_t *>(message);
+    return (event->response_type & withoutSendFlag) == XCB_CONFIGURE_NOTIFY &&
+           m_sliding.contains(reinterpret_cast<const xcb_configure_notify_event_t *>(event)->window);
 }
 
 void X11OwnWindows::neverTakeFocus(WindowId window)

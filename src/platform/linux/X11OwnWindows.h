@@ -3,6 +3,7 @@
 #include "platform/OwnWindows.h"
 #include "platform/linux/X11Connection.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QObject>
 #include <QPointer>
 #include <QSet>
@@ -11,7 +12,7 @@ namespace mevo {
 
 /// Windows of ours on an X11 desktop. A second connection listens: to the root window's active window, and to
 /// the selection that a compositor owns.
-class X11OwnWindows : public QObject, public OwnWindows
+class X11OwnWindows : public QObject, public OwnWindows, public QAbstractNativeEventFilter
 {
     Q_OBJECT
 
@@ -22,6 +23,8 @@ public:
     void keepOutOfLists(WindowId window) override;
     std::optional<QPoint> place(WindowId window) override;
     void moveTo(WindowId window, const QPoint &place) override;
+    void setSliding(WindowId window, bool sliding) override;
+    bool nativeEventFilter(const QByteArray &type, void *message, long *result) override;
     bool isComposited() override { return m_composited; }
     void whenCompositingChanges(QObject *context, std::function<void()> handler) override;
     void setShape(WindowId window, const std::vector<QRect> &rectangles) override;
@@ -45,6 +48,7 @@ private:
     unsigned long m_activeWindow = 0; ///< the atom of the root's property
     int m_selectionEvent = -1;        ///< the X event that tells of a selection's new owner
     QSet<WindowId> m_withoutFocus;
+    QSet<WindowId> m_sliding;
     WindowId m_lastActive = 0; ///< that was not one of ours
     bool m_composited = false;
     std::vector<Listener> m_listeners;
