@@ -166,6 +166,7 @@ class FakeOwnWindows : public mevo::OwnWindows
 {
 public:
     void neverTakeFocus(mevo::WindowId window) override { withoutFocus.append(window); }
+    void takeFocus(mevo::WindowId window) override { focused.append(window); }
     void keepOutOfLists(mevo::WindowId window) override { unlisted.append(window); }
     std::optional<QPoint> place(mevo::WindowId) override { return real; }
     void moveTo(mevo::WindowId, const QPoint &place) override { moves.append(place); }
@@ -177,6 +178,7 @@ public:
     void setShape(mevo::WindowId, const std::vector<QRect> &rectangles) override { shape = rectangles; }
 
     QList<mevo::WindowId> withoutFocus;
+    QList<mevo::WindowId> focused; ///< those that were given the keyboard
     QList<mevo::WindowId> unlisted;
     std::optional<QPoint> real; ///< where windows stand; null answers nothing
     QList<QPoint> moves;
@@ -209,23 +211,37 @@ public:
     void setText(const QString &text) override
     {
         m_log.add(QStringLiteral("clipboard set ") + text);
+        putIn(text);
+    }
+    void putBack(const QString &text) override
+    {
+        m_log.add(QStringLiteral("clipboard put back ") + text);
+        putIn(text);
+    }
+    /// Another program puts a text there.
+    void putIn(const QString &text)
+    {
         content = text;
         m_hasText = !text.isEmpty();
+        ++m_changes;
     }
     QString text() const override { return content; }
     void clear() override
     {
         m_log.add(QStringLiteral("clipboard clear"));
-        content.clear();
-        m_hasText = false;
+        putIn(QString());
     }
     bool hasText() const override { return m_hasText; }
+    int changes() const override { return m_changes; }
+    QString selection() const override { return selected; }
 
     QString content;
+    QString selected; ///< in a window of another program
 
 private:
     CallLog &m_log;
     std::atomic<bool> m_hasText{false};
+    int m_changes = 0;
 };
 
 class FakeProcesses : public mevo::Processes
