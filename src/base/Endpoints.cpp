@@ -90,6 +90,13 @@ EngineEndpoints loadEndpoints(BackendEndpoints &backend, const QString &path)
     return endpoints;
 }
 
+QUrl serviceUrl(const char *scheme, const QString &host, const char *path)
+{
+    const QString base =
+        host.contains(QLatin1String("://")) ? host : QLatin1String(scheme) + QStringLiteral("://") + host;
+    return QUrl(base + QLatin1String(path));
+}
+
 bool allOnThisMachine(const BackendEndpoints &backend, const EngineEndpoints &endpoints)
 {
     for (const ServiceAddress &row : serviceAddresses) {

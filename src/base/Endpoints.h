@@ -3,6 +3,7 @@
 #include "base/ServiceEndpoints.h"
 
 #include <QString>
+#include <QUrl>
 
 namespace mevo {
 
@@ -12,5 +13,8 @@ EngineEndpoints loadEndpoints(BackendEndpoints &backend, const QString &path = Q
 
 /// Whether every address that the program would call lies on this machine, so that no network is needed.
 bool allOnThisMachine(const BackendEndpoints &backend, const EngineEndpoints &endpoints);
+
+/// Address of a service from a host of the endpoints: `scheme` counts where the host has none of its own.
+QUrl serviceUrl(const char *scheme, const QString &host, const char *path);
 
 } // namespace mevo

@@ -1,5 +1,7 @@
 #include "engines/BaiduRequest.h"
 
+#include "base/Endpoints.h"
+
 #include <QDataStream>
 #include <QDebug>
 #include <QFile>
@@ -16,13 +18,6 @@ constexpr int MandarinPid = 1537;
 /// Audio is encoded in pieces, a multiple of three bytes each, so that the text is not in memory twice:
 /// touching fresh memory is what takes the time.
 constexpr int Base64Piece = 3 * 16384;
-
-QUrl serviceUrl(const char *scheme, const QString &host, const char *path)
-{
-    const QString base =
-        host.contains(QLatin1String("://")) ? host : QLatin1String(scheme) + QStringLiteral("://") + host;
-    return QUrl(base + QLatin1String(path));
-}
 
 int standardPid(const QString &voiceType)
 {

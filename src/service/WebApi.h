@@ -29,7 +29,7 @@ public:
     /// Gets `url`. The HTTP status, else a QNetworkReply error code, or -1 on time-out or when offline.
     /// On 200 `reply` is the body. With `timeoutMs` below 11 it is sent without waiting and the result
     /// is 0; see drain().
-    int BackendGet(const QUrl &url, int timeoutMs, QString &reply);
+    int BackendGet(const QUrl &url, int timeoutMs, QString &reply, bool checkCertificate = true);
     /// The same with a POST of `body`.
     int BackendPost(const QUrl &url, int timeoutMs, const QByteArray &body, QString &reply,
                     const QByteArray &contentType = QByteArrayLiteral("application/x-www-form-urlencoded"));
