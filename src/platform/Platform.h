@@ -7,6 +7,7 @@
 #include "platform/Notifications.h"
 #include "platform/OwnWindows.h"
 #include "platform/Processes.h"
+#include "platform/Speech.h"
 #include "platform/SystemServices.h"
 #include "platform/WindowSystem.h"
 
@@ -34,6 +35,7 @@ struct Platform
     std::unique_ptr<NetworkState> networkState;
     std::unique_ptr<SingleInstance> singleInstance;
     std::unique_ptr<Notifications> notifications;
+    std::unique_ptr<Speech> speech;
 };
 
 /// The platform of this system. Needs a QGuiApplication; called once, in main.

@@ -144,13 +144,15 @@ public:
     bool activate(mevo::WindowId window) override;
     mevo::WindowId findWindow(const QString &windowClass, const QString &title) override;
     bool closeWindow(mevo::WindowId window) override;
-    QString windowClass(mevo::WindowId) override { return {}; }
+    QString windowClass(mevo::WindowId) override { return classOfAll; }
     QString windowTitle(mevo::WindowId) override { return {}; }
     std::optional<QRect> caretRectangle() override { return caret; }
     void stackBelow(mevo::WindowId, mevo::WindowId) override {}
 
     mevo::WindowId foreground = 0x10;
     mevo::WindowId focused = 0x11;
+    bool obeys = false; ///< a window that is activated comes to the front
+    QString classOfAll;
     QList<mevo::WindowId> gone;
     QHash<QString, mevo::WindowId> byTitle; ///< what findWindow answers
     std::optional<QRect> caret;

@@ -26,11 +26,11 @@ struct Program
         static const ScratchHome home;
         MainWindow::exitWaitMs = 50;
         const QByteArray at = host.toLatin1();
-        home.write(QStringLiteral("MEVOEndpoints.ini"), "[Endpoints]\nBackendUrl=\"http://" + at +
-                                                            "/mevowebapi?\"\nBackendUrlBk1=\"http://" + at +
-                                                            "/mevowebapi?\"\nBackendUrlBk2=\"http://" + at +
-                                                            "/mevowebapi?\"\nBaiduSpeechHost=\"http://" + at +
-                                                            "\"\nBaiduTokenHost=\"http://" + at + "\"\n");
+        home.write(QStringLiteral("MEVOEndpoints.ini"),
+                   "[Endpoints]\nBackendUrl=\"http://" + at + "/mevowebapi?\"\nBackendUrlBk1=\"http://" + at +
+                       "/mevowebapi?\"\nBackendUrlBk2=\"http://" + at +
+                       "/mevowebapi?\"\nBaiduSpeechHost=\"http://" + at + "\"\nBaiduTokenHost=\"http://" +
+                       at + "\"\nTranslateHost=\"http://" + at + "\"\nBaiduTtsHost=\"http://" + at + "\"\n");
         home.write(QStringLiteral("MEVOSetting.ini"),
                    "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n");
         if (plugged) {
