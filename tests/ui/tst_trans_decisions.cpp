@@ -10,6 +10,19 @@
 using Rectangles = std::vector<QRect>;
 Q_DECLARE_METATYPE(Rectangles)
 
+namespace {
+
+QStringList list(std::initializer_list<const char *> texts)
+{
+    QStringList strings;
+    for (const char *text : texts) {
+        strings.append(QLatin1String(text));
+    }
+    return strings;
+}
+
+} // namespace
+
 class TestTransDecisions : public QObject
 {
     Q_OBJECT
@@ -111,22 +124,22 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("happens");
         QTest::addColumn<QStringList>("follows");
-        QTest::newRow("one sentence") << "Sazn" << QStringList{"show", "ask", "current", "none"};
+        QTest::newRow("one sentence") << QStringLiteral("Sazn") << list({"show", "ask", "current", "none"});
         QTest::newRow("the second waits for the answer")
-            << "SaSzna" << QStringList{"show", "ask", "wait", "current", "S2", "ask"};
-        QTest::newRow("three keep their order")
-            << "SaSSznaznaz" << QStringList{"show", "ask",     "wait", "wait", "current", "S2",
-                                            "ask",  "current", "S3",   "ask",  "current"};
+            << QStringLiteral("SaSzna") << list({"show", "ask", "wait", "current", "S2", "ask"});
+        QTest::newRow("three keep their order") << QStringLiteral("SaSSznaznaz")
+                                                << list({"show", "ask", "wait", "wait", "current", "S2",
+                                                         "ask", "current", "S3", "ask", "current"});
         QTest::newRow("a second before the first was asked for")
-            << "SSaz" << QStringList{"show", "wait", "ask", "current"};
+            << QStringLiteral("SSaz") << list({"show", "wait", "ask", "current"});
         QTest::newRow("typed while the answer is awaited")
-            << "CaCaznaz" << QStringList{"ask", "no", "stale", "none", "ask", "current"};
+            << QStringLiteral("CaCaznaz") << list({"ask", "no", "stale", "none", "ask", "current"});
         QTest::newRow("emptied while the answer is awaited")
-            << "CaEzna" << QStringList{"ask", "stale", "none", "no"};
+            << QStringLiteral("CaEzna") << list({"ask", "stale", "none", "no"});
         QTest::newRow("a typed text goes before the sentence that waits")
-            << "CaSCznazn" << QStringList{"ask", "wait", "stale", "none", "ask", "current", "S1"};
+            << QStringLiteral("CaSCznazn") << list({"ask", "wait", "stale", "none", "ask", "current", "S1"});
         QTest::newRow("emptied before it was asked for, a sentence waits")
-            << "SSEan" << QStringList{"show", "wait", "no", "S2"};
+            << QStringLiteral("SSEan") << list({"show", "wait", "no", "S2"});
     }
     void turns()
     {

@@ -14,6 +14,8 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QScreen>
 #include <QTextEdit>
 #include <QtTest>
 
@@ -96,6 +98,15 @@ struct FakeHost : mevo::TransWindowHost
     std::function<void()> onClosed;
 };
 
+QStringList list(std::initializer_list<const char *> texts)
+{
+    QStringList strings;
+    for (const char *text : texts) {
+        strings.append(QString::fromUtf8(text));
+    }
+    return strings;
+}
+
 struct Window
 {
     FakeHost host;
@@ -123,9 +134,11 @@ struct Window
     QTextEdit *source() const { return find<QTextEdit>("textEdit_SourceLan"); }
     QTextEdit *dest() const { return find<QTextEdit>("textEdit_DestLan"); }
     void click(const char *button) const { find<QPushButton>(button)->click(); }
-    QStringList calls(const QString &verb) const
+    /// The calls that begin with that word.
+    QStringList calls(const char *verb) const
     {
-        return host.log.calls().filter(QRegularExpression(QLatin1Char('^') + verb + QStringLiteral("\\b")));
+        return host.log.calls().filter(
+            QRegularExpression(QLatin1Char('^') + QLatin1String(verb) + QStringLiteral("\\b")));
     }
     QString pair() const
     {
@@ -225,30 +238,32 @@ private Q_SLOTS:
         window.find<QCheckBox>("checkBox_AutoReadSourceResult")->click();
         window.find<QCheckBox>("checkBox_AutoReadDestResult")->click(); // takes the other off
         window.find<QMenu>("sendMenu")->actions().last()->trigger();
-        const QHash<QString, QString> expected{{"SourceLan_currentIndex", "5"},
-                                               {"DestLan_currentIndex", "5"},
-                                               {"SourceLan_Delimit_currentIndex", "28"},
-                                               {"DestLan_Delimit_currentIndex", "27"},
-                                               {"TTS_Volume", "15"},
-                                               {"TTS_Speed", "9"},
-                                               {"TTS_Tone", "4"},
-                                               {"TTS_Reader", "2"},
-                                               {"OnlineTTSFirst", "true"},
-                                               {"AutoReadSourceResult", "false"},
-                                               {"AutoReadDestResult", "true"},
-                                               {"SendTransResult2ScreenMode", "10000"}};
-        for (auto key = expected.begin(); key != expected.end(); ++key) {
-            QCOMPARE(Window::stored(key.key().toLatin1().constData()), key.value());
+        const std::pair<const char *, const char *> expected[] = {
+            {"SourceLan_currentIndex", "5"},
+            {"DestLan_currentIndex", "5"},
+            {"SourceLan_Delimit_currentIndex", "28"},
+            {"DestLan_Delimit_currentIndex", "27"},
+            {"TTS_Volume", "15"},
+            {"TTS_Speed", "9"},
+            {"TTS_Tone", "4"},
+            {"TTS_Reader", "2"},
+            {"OnlineTTSFirst", "true"},
+            {"AutoReadSourceResult", "false"},
+            {"AutoReadDestResult", "true"},
+            {"SendTransResult2ScreenMode", "10000"},
+        };
+        for (const auto &[key, value] : expected) {
+            QCOMPARE(Window::stored(key), QLatin1String(value));
         }
         QCOMPARE(window.find<QPushButton>("pushButton_TransSendSet")->text(), QStringLiteral("手动点击上屏"));
         window.dest()->setPlainText(QStringLiteral("x"));
         window.click("pushButton_DestLan_tts");
-        QCOMPARE(window.calls("read"), QStringList{"read dest x online jp vol15 spd9 pit4 per3"});
+        QCOMPARE(window.calls("read"), list({"read dest x online jp vol15 spd9 pit4 per3"}));
 
         FakeHost host;
         CTransTipDialog second(host);
         second.findChild<QPushButton *>(QStringLiteral("pushButton_SourceLan_tts"))->click();
-        QCOMPARE(host.log.calls(), QStringList{"read source  online en vol15 spd9 pit4 per4"});
+        QCOMPARE(host.log.calls(), list({"read source  online en vol15 spd9 pit4 per4"}));
         second.show();
         QVERIFY(second.findChild<QCheckBox *>(QStringLiteral("checkBox_AutoReadDestResult"))->isChecked());
         QVERIFY(!second.findChild<QCheckBox *>(QStringLiteral("checkBox_AutoReadSourceResult"))->isChecked());
@@ -269,9 +284,9 @@ private Q_SLOTS:
         QElapsedTimer sinceThen;
         sinceThen.start();
         QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
-        QTRY_COMPARE(window.calls("type"), QStringList{"type [你好]"});
+        QTRY_COMPARE(window.calls("type"), list({"type [你好]"}));
         QVERIFY(sinceThen.elapsed() >= delay * 1000 - 50);
-        QCOMPARE(window.calls("translate"), QStringList{"translate 你好 zh>en"});
+        QCOMPARE(window.calls("translate"), list({"translate 你好 zh>en"}));
         QTEST(window.dialog->isVisible(), "visibleAfter");
     }
 
@@ -283,7 +298,7 @@ private Q_SLOTS:
         QVERIFY(window.calls("type").isEmpty());
         window.dest()->setPlainText(QStringLiteral("Hello!")); // corrected
         window.click("pushButton_TransSend");
-        QCOMPARE(window.calls("type"), QStringList{"type Hello!"});
+        QCOMPARE(window.calls("type"), list({"type Hello!"}));
     }
 
     void failureLeavesThePanes()
@@ -309,7 +324,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!window.dialog->isVisible());
         QVERIFY(window.calls("type").isEmpty());
         window.host.idle = true;
-        QTRY_COMPARE(window.calls("type"), QStringList{"type [你好]"});
+        QTRY_COMPARE(window.calls("type"), list({"type [你好]"}));
     }
 
     /// Sentences that come while the one before is translated, or waits to be typed: each once, in order.
@@ -322,7 +337,7 @@ private Q_SLOTS:
             window.dialog->showRecText(QStringLiteral("三"));
         };
         window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.calls("type"), (QStringList{"type [一]", "type [二]", "type [三]"}));
+        QTRY_COMPARE(window.calls("type"), (list({"type [一]", "type [二]", "type [三]"})));
         QCOMPARE(window.calls("translate").size(), 3);
         QTest::qWait(1200); // the delays of the first two would have ended by now
         QCOMPARE(window.calls("type").size(), 3);
@@ -337,7 +352,7 @@ private Q_SLOTS:
         };
         window.source()->setPlainText(QStringLiteral("a"));
         QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[ab]"));
-        QCOMPARE(window.calls("translate"), (QStringList{"translate a zh>en", "translate ab zh>en"}));
+        QCOMPARE(window.calls("translate"), (list({"translate a zh>en", "translate ab zh>en"})));
     }
 
     void withTheCursorInTheSourceNothingIsSent()
@@ -359,13 +374,13 @@ private Q_SLOTS:
         QTest::mouseClick(window.find<QPushButton>("pushButton_ClearTransDest"), Qt::LeftButton);
         QVERIFY(window.calls("take").isEmpty());
         QTest::mouseClick(window.source()->viewport(), Qt::LeftButton);
-        QCOMPARE(window.calls("take"), QStringList{"take focus"});
+        QCOMPARE(window.calls("take"), list({"take focus"}));
         window.typeInSource();
         window.host.foreground = window.dialog->winId();
         QTest::keyClick(window.source(), Qt::Key_Escape); // ends the typing, not the window
         QVERIFY(!window.dialog->sourceHasFocus());
         QVERIFY(window.dialog->isVisible());
-        QCOMPARE(window.calls("focus"), QStringList{"focus to 77"});
+        QCOMPARE(window.calls("focus"), list({"focus to 77"}));
     }
 
     /// Ours in front, its lower pane has the keyboard: the text goes to where the user was before.
@@ -376,7 +391,7 @@ private Q_SLOTS:
         window.host.foreground = window.dialog->winId();
         window.dest()->setPlainText(QStringLiteral("x"));
         window.click("pushButton_TransSend");
-        QCOMPARE(window.calls("type"), QStringList{"type x into 77"});
+        QCOMPARE(window.calls("type"), list({"type x into 77"}));
     }
 
     void swapping()
@@ -388,7 +403,7 @@ private Q_SLOTS:
         QCOMPARE(Window::stored("SourceLan_currentIndex"), QStringLiteral("5"));
         QCOMPARE(Window::stored("DestLan_currentIndex"), QStringLiteral("0"));
         window.dialog->showRecText(QStringLiteral("a"));
-        QTRY_COMPARE(window.calls("translate"), QStringList{"translate a en>zh"});
+        QTRY_COMPARE(window.calls("translate"), list({"translate a en>zh"}));
         window.pressLabel("label_SourceLan");
         window.find<QComboBox>("comboBox_DestLan")->setCurrentIndex(5);
         QCOMPARE(window.pair(), QStringLiteral("中文>日语"));
@@ -410,19 +425,18 @@ private Q_SLOTS:
         QVERIFY(window.host.log.calls().isEmpty());
         window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
         QCOMPARE(window.host.log.calls(),
-                 (QStringList{"delimit on", "tell 禁用语音|进入划词翻译状态下，语音输入将被禁止！"}));
+                 (list({"delimit on", "tell 禁用语音|进入划词翻译状态下，语音输入将被禁止！"})));
         QCOMPARE(window.pair(), QStringLiteral("英文>中文"));
         window.dialog->ProcessResult(press);
         window.host.onCopied(QStringLiteral("selected"));
         QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[selected]"));
-        QCOMPARE(window.calls("translate"), QStringList{"translate selected en>zh"});
+        QCOMPARE(window.calls("translate"), list({"translate selected en>zh"}));
 
         window.host.log.clear();
         window.dialog->ProcessResult(press); // nothing is selected, and the clipboard is empty
         window.host.onCopied(QString());
         QVERIFY(window.source()->toPlainText().isEmpty() && window.dest()->toPlainText().isEmpty());
-        QCOMPARE(window.host.log.calls(),
-                 (QStringList{"copy", "clear clipboard", "delimit on", "copy emptied"}));
+        QCOMPARE(window.host.log.calls(), (list({"copy", "clear clipboard", "delimit on", "copy emptied"})));
         window.host.onCopied(QStringLiteral("late"));
         QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[late]"));
 
@@ -431,7 +445,7 @@ private Q_SLOTS:
         window.dialog->ProcessResult(press); // the user types here
         QVERIFY(window.calls("copy").isEmpty());
         window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
-        QCOMPARE(window.calls("delimit"), QStringList{"delimit off"});
+        QCOMPARE(window.calls("delimit"), list({"delimit off"}));
         QCOMPARE(window.pair(), QStringLiteral("中文>英文"));
     }
 
@@ -455,8 +469,7 @@ private Q_SLOTS:
     {
         Window window(10000, "AutoReadDestResult=1\nTTS_Volume=5\n");
         window.dialog->showRecText(QStringLiteral("你好 世界"));
-        QTRY_COMPARE(window.calls("read"),
-                     QStringList{"read dest [你好 世界] offline en vol5 spd0 pit0 per0"});
+        QTRY_COMPARE(window.calls("read"), list({"read dest [你好 世界] offline en vol5 spd0 pit0 per0"}));
         window.host.log.clear();
         window.dest()->find(QStringLiteral("世界"), QTextDocument::FindBackward);
         QTextCursor cursor(window.dest()->document());
@@ -465,13 +478,13 @@ private Q_SLOTS:
         window.dest()->setTextCursor(cursor);
         window.click("pushButton_SourceLan_tts"); // the selection, once, whichever button
         window.click("pushButton_SourceLan_tts");
-        QCOMPARE(window.calls("read"), (QStringList{"read source 你好 offline zh vol5 spd0 pit0 per0",
-                                                    "read source 你好 世界 offline zh vol5 spd0 pit0 per0"}));
+        QCOMPARE(window.calls("read"), (list({"read source 你好 offline zh vol5 spd0 pit0 per0",
+                                              "read source 你好 世界 offline zh vol5 spd0 pit0 per0"})));
         window.host.log.clear();
         window.click("pushButton_ClearTransDest");
         window.click("pushButton_DestLan_tts");
         QCOMPARE(window.host.log.calls(),
-                 (QStringList{"clear clipboard", "read dest  offline en vol5 spd0 pit0 per0"}));
+                 (list({"clear clipboard", "read dest  offline en vol5 spd0 pit0 per0"})));
     }
 
     void delayIsChosenMeanwhile()
@@ -483,8 +496,7 @@ private Q_SLOTS:
         QTest::qWait(1200);
         QVERIFY(window.calls("type").isEmpty());
         window.find<QMenu>("sendMenu")->actions().first()->trigger();
-        QCOMPARE(window.calls("tell"),
-                 QStringList{"tell 立即上屏|如关闭立即上屏功能，请重新打开翻译窗口并关闭"});
+        QCOMPARE(window.calls("tell"), list({"tell 立即上屏|如关闭立即上屏功能，请重新打开翻译窗口并关闭"}));
     }
 
     void closing()
@@ -495,8 +507,7 @@ private Q_SLOTS:
         window.host.log.clear();
         const QPointer<CTransTipDialog> dialog(window.dialog.get());
         window.click("pushButton_TransClose");
-        QCOMPARE(window.host.log.calls(),
-                 (QStringList{"clear clipboard", "closing", "stop reading", "closed"}));
+        QCOMPARE(window.host.log.calls(), (list({"clear clipboard", "closing", "stop reading", "closed"})));
         QTRY_VERIFY(dialog.isNull());
         QTest::qWait(1200);
         QVERIFY(window.calls("type").isEmpty());
@@ -521,7 +532,7 @@ private Q_SLOTS:
             window.dialog->close(); // as a window manager asks for it
         };
         window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.calls("closing"), QStringList{"closing 二"});
+        QTRY_COMPARE(window.calls("closing"), list({"closing 二"}));
         QTRY_VERIFY(window.dialog == nullptr);
         QVERIFY(window.calls("type").isEmpty());
     }
@@ -533,7 +544,7 @@ private Q_SLOTS:
         QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
         window.dialog->showRecText(QStringLiteral("二"));
         window.dialog->showRecText(QStringLiteral("三"));
-        QCOMPARE(window.dialog->takeUnsent(), (QStringList{"[一]", "二", "三"}));
+        QCOMPARE(window.dialog->takeUnsent(), (list({"[一]", "二", "三"})));
         QVERIFY(window.dialog->takeUnsent().isEmpty());
     }
 

@@ -135,7 +135,7 @@ private Q_SLOTS:
         desk.dialog()->HandleGetForeWin();
         desk.program.fake.windowSystem->foreground = desk.dialog()->winId();
         desk.program.fake.windowSystem->obeys = obeys;
-        desk.dialog()->findChild<QTextEdit *>(QStringLiteral("textEdit_DestLan"))->setPlainText("text");
+        desk.dialog()->findChild<QTextEdit *>(QStringLiteral("textEdit_DestLan"))->setPlainText(QStringLiteral("text"));
         desk.dialog()->on_pushButton_TransSend_clicked();
         desk.program.settle();
         QCOMPARE(desk.calls("activate"), QStringList{QStringLiteral("activate 10")});

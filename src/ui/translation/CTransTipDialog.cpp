@@ -73,6 +73,7 @@ CTransTipDialog::CTransTipDialog(mevo::TransWindowHost &host, QWidget *parent)
     showBackground();
     QMetaObject::connectSlotsByName(this);
     m_constructed = true;
+    HandleGetForeWin();
     for (const QScreen *screen : QGuiApplication::screens()) {
         connect(screen, &QScreen::availableGeometryChanged, this, &CTransTipDialog::keepOnScreen);
     }
@@ -100,6 +101,7 @@ void CTransTipDialog::keepOnScreen()
 void CTransTipDialog::showRecText(QString text)
 {
     setAttribute(Qt::WA_ShowWithoutActivating);
+    HandleGetForeWin();
     if (!DialogClosing && m_turns.takeSentence(text)) {
         showSentence(text);
     }
@@ -155,6 +157,7 @@ void CTransTipDialog::showTranslation(const QString &text, bool spoken)
         on_pushButton_TransSend_clicked(); // the sentence before this one, which else would never be typed
     }
     m_face->textEdit_DestLan->setPlainText(text);
+    qInfo("Translation: shown, %d characters", text.size()); // never the text itself
     m_spokenUnsent = spoken;
     switch (mevo::afterTranslation(SendTransResult2ScreenMode, m_host.resultIdle())) {
     case mevo::AfterTranslation::SendNow:

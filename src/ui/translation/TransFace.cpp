@@ -180,6 +180,7 @@ QWidget *TransFace::makePanes(QDialog *window)
         checkBox(panes, "checkBox_Delimit_Translation", QT_TRANSLATE_NOOP("CTransTipDialog", "划词翻译"));
     pushButton_TransSendSet = textButton(panes, "pushButton_TransSendSet", "");
     sendMenu = named(new QMenu(pushButton_TransSendSet), "sendMenu");
+    sendMenu->setWindowTitle(QStringLiteral("SendMenu")); // seen by nobody; tools find the menu by it
     pushButton_TransSendSet->setMenu(sendMenu);
     pushButton_TransSend =
         textButton(panes, "pushButton_TransSend", QT_TRANSLATE_NOOP("CTransTipDialog", "上屏"));
