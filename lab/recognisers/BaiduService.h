@@ -28,6 +28,9 @@ public:
     void handleToken(const HttpRequest &request, const LabHttpServer::Reply &reply);
     void handleSpeech(const HttpRequest &request, const LabHttpServer::Reply &reply);
 
+    /// Whether the token endpoint has given this token out.
+    bool knowsToken(const QString &token) const { return m_tokens.contains(token); }
+
     /// Recognises English, away from the thread that answers everybody; `done` is called on that one.
     void recognise(const QByteArray &pcm, const std::function<void(const QString &)> &done);
 

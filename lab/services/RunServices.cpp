@@ -6,6 +6,8 @@
 #include "recognisers/TencentService.h"
 #include "recognisers/XunFeiService.h"
 #include "services/UpdateServer.h"
+#include "translation/TranslateService.h"
+#include "translation/TtsService.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -50,7 +52,8 @@ private:
 /// Where the services answer.
 struct Ports
 {
-    quint16 backend = 0, baiduHttp = 0, baiduHttps = 0, tencentHttps = 0, xunFei = 0, push = 0, control = 0;
+    quint16 backend = 0, baiduHttp = 0, baiduHttps = 0, tencentHttps = 0, xunFei = 0, push = 0, translate = 0,
+            tts = 0, control = 0;
 };
 
 bool writeEndpoints(const QString &path, const Ports &ports, const QString &schema)
@@ -82,8 +85,8 @@ bool writeEndpoints(const QString &path, const Ports &ports, const QString &sche
         << "\"\n";
     // Two names, as the real service has: the one that is signed and the one that is connected to.
     out << "XunFeiSignHost=localhost\nXunFeiSocketHost=127.0.0.1:" << ports.xunFei << '\n';
-    for (const char *key : {"TranslateHost", "BaiduTtsHost", "SearchBaidu", "SearchSogou", "Search360",
-                            "SearchGoogle", "SearchBing"}) {
+    out << "TranslateHost=127.0.0.1:" << ports.translate << "\nBaiduTtsHost=127.0.0.1:" << ports.tts << '\n';
+    for (const char *key : {"SearchBaidu", "SearchSogou", "Search360", "SearchGoogle", "SearchBing"}) {
         out << key << '=' << nobody << '\n';
     }
     out << "VerifyCertificates=0\n";
@@ -99,8 +102,8 @@ int runServices(const QStringList &arguments)
         parser.addOption({name, name, name, fallback});
     };
     option(QStringLiteral("home"), QDir::currentPath());
-    for (const char *port :
-         {"port-backend", "baidu-http", "baidu-https", "tencent-https", "xunfei", "push", "control"}) {
+    for (const char *port : {"port-backend", "baidu-http", "baidu-https", "tencent-https", "xunfei", "push",
+                             "translate", "tts", "control"}) {
         option(QLatin1String(port), QStringLiteral("0"));
     }
     option(QStringLiteral("schema"), QStringLiteral("mevodb"));
@@ -143,6 +146,9 @@ int runServices(const QStringList &arguments)
     PushService push(cipher, QDir(parser.value(QStringLiteral("home"))).filePath(QStringLiteral("web")),
                      note);
 
+    TranslateService translate(LabDatabase::BaiduAppId, LabDatabase::BaiduClientSecret, note);
+    TtsService tts([&baidu](const QString &token) { return baidu.knowsToken(token); }, note);
+
     const auto notFound = HttpResponse{404, "text/plain", {}};
     const auto baiduHandler = [&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
         if (request.path() == "/oauth/2.0/token") {
@@ -167,7 +173,22 @@ int runServices(const QStringList &arguments)
     LabHttpServer tencentHttps([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
         tencent.handle(request, reply);
     });
-    LabHttpServer *const servers[] = {&backendServer, &baiduHttp, &baiduHttps, &tencentHttps};
+    LabHttpServer translateHttp([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
+        if (request.path() == TranslateService::Path) {
+            translate.handle(request, reply);
+        } else {
+            reply(notFound);
+        }
+    });
+    LabHttpServer ttsHttp([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
+        if (request.path() == TtsService::Path) {
+            tts.handle(request, reply);
+        } else {
+            reply(notFound);
+        }
+    });
+    LabHttpServer *const servers[] = {&backendServer, &baiduHttp,     &baiduHttps,
+                                      &tencentHttps,  &translateHttp, &ttsHttp};
 
     LabHttpServer control([&](const HttpRequest &request, const LabHttpServer::Reply &reply) {
         const QUrlQuery query(QString::fromUtf8(request.query()));
@@ -186,6 +207,8 @@ int runServices(const QStringList &arguments)
             tencent.setClockOffset(0);
             xunFei.reset();
             push.reset();
+            translate.reset();
+            tts.reset();
             for (LabHttpServer *server : servers) {
                 server->clearFaults();
             }
@@ -213,8 +236,10 @@ int runServices(const QStringList &arguments)
             tencent.setError({value("code"), value("message")}, count); // and Tencent's are words
         } else if (path == "/control/clock") {
             tencent.setClockOffset(value("seconds").toInt());
-        } else if (path == "/control/push") {
-            if (!push.control(query)) {
+        } else if (path == "/control/push" || path == "/control/translate" || path == "/control/tts") {
+            if (path == "/control/push"        ? !push.control(query)
+                : path == "/control/translate" ? !translate.control(query)
+                                               : !tts.control(query)) {
                 reply({400, "text/plain", {}});
                 return;
             }
@@ -228,7 +253,8 @@ int runServices(const QStringList &arguments)
     if (!baiduHttps.useTls() || !tencentHttps.useTls() || !tencentHttps.start(port("tencent-https")) ||
         !backendServer.start(port("port-backend")) || !baiduHttp.start(port("baidu-http")) ||
         !baiduHttps.start(port("baidu-https")) || !xunFei.start(port("xunfei")) ||
-        !push.start(port("push")) || !control.start(port("control"))) {
+        !push.start(port("push")) || !translateHttp.start(port("translate")) || !ttsHttp.start(port("tts")) ||
+        !control.start(port("control"))) {
         qCritical() << "services: a port cannot be had";
         return 1;
     }
@@ -236,7 +262,7 @@ int runServices(const QStringList &arguments)
     const QString endpoints = parser.value(QStringLiteral("write-endpoints"));
     const Ports ports{backendServer.serverPort(), baiduHttp.serverPort(), baiduHttps.serverPort(),
                       tencentHttps.serverPort(),  xunFei.serverPort(),    push.serverPort(),
-                      control.serverPort()};
+                      translateHttp.serverPort(), ttsHttp.serverPort(),   control.serverPort()};
     if (!endpoints.isEmpty() && !writeEndpoints(endpoints, ports, schema)) {
         qCritical().noquote() << "services: cannot write" << endpoints;
         return 1;
@@ -247,6 +273,8 @@ int runServices(const QStringList &arguments)
                                                      {QStringLiteral("tencentHttps"), ports.tencentHttps},
                                                      {QStringLiteral("xunFei"), ports.xunFei},
                                                      {QStringLiteral("push"), ports.push},
+                                                     {QStringLiteral("translate"), ports.translate},
+                                                     {QStringLiteral("tts"), ports.tts},
                                                      {QStringLiteral("control"), ports.control}})
                                .toJson(QJsonDocument::Compact)
                         << '\n';

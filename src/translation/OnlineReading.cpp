@@ -44,7 +44,7 @@ OnlineReading::OnlineReading(const MainState &state, EngineEndpoints endpoints, 
     , m_time(time)
     , m_notifications(notifications)
     , m_makePlayer(std::move(makePlayer))
-    , m_folder(QDir::currentPath())
+    , m_folder(QStringLiteral("."))
 {
     if (!remakeReadingFolders(m_folder)) {
         m_folder = appFolder();
@@ -110,7 +110,7 @@ void OnlineReading::onReply(Pane pane, QNetworkReply *reply)
     }
     const QString path = readingFolder(pane, m_folder) + QLatin1Char('/') + readingFile(m_time.now());
     if (keepSound(path, reply->readAll())) {
-        play(path);
+        play(QFileInfo(path).absoluteFilePath());
     } else {
         sayItFailed();
     }

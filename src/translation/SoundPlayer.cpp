@@ -80,10 +80,9 @@ bool beginsAsMp3(const QByteArray &bytes)
     if (bytes.startsWith("ID3")) {
         return true;
     }
-    // MPEG audio frames: eleven bits that are set, then version and layer, of which one value each is no
-    // sound.
+    // Eleven bits that are set, then the version, of which one value is none, then layer III.
     return bytes.size() >= 2 && quint8(bytes[0]) == 0xff && (quint8(bytes[1]) & 0xe0) == 0xe0 &&
-           (quint8(bytes[1]) & 0x18) != 0x08 && (quint8(bytes[1]) & 0x06) != 0;
+           (quint8(bytes[1]) & 0x18) != 0x08 && (quint8(bytes[1]) & 0x06) == 0x02;
 }
 
 std::unique_ptr<SoundPlayer> makeSoundPlayer()

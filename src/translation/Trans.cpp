@@ -17,10 +17,10 @@ Trans::Trans(MainState &state, mevo::WebApi &api, mevo::TranslationHost &host,
 
 QPair<bool, QString> Trans::translate(const QString &string, const QString &to, const QString &from)
 {
-    // `this` may be gone after the wait.
-    QPair<bool, QString> result = m_parser->request(mevo::translationText(string), from, to);
+    const QString given = string; // the caller's may be gone after the wait, as `this` may
+    QPair<bool, QString> result = m_parser->request(mevo::translationText(given), from, to);
     if (!result.first && !result.second.isEmpty()) {
-        result.second = string;
+        result.second = given;
     }
     return result;
 }

@@ -241,5 +241,6 @@ FakePlatform::FakePlatform()
     , networkState(install<FakeNetworkState>(platform.networkState))
     , singleInstance(install<FakeSingleInstance>(platform.singleInstance, log))
     , notifications(install<FakeNotifications>(platform.notifications, log))
+    , speech(install<FakeSpeech>(platform.speech, log))
 {
 }

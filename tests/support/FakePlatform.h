@@ -408,6 +408,47 @@ private:
     CallLog &m_log;
 };
 
+/// A voice that a test ends by hand. Logged as "speak LANGUAGE TEXT", "speech rate 3", "speech volume 50",
+/// "speech stop".
+class FakeSpeech : public mevo::Speech
+{
+public:
+    explicit FakeSpeech(CallLog &log)
+        : m_log(log)
+    {
+    }
+    bool open() override { return available; }
+    bool speak(const QString &text, const QString &language) override
+    {
+        m_log.add(QStringLiteral("speak %1 %2").arg(language, text));
+        ++speaking;
+        return available;
+    }
+    void setRate(int rate) override { m_log.add(QStringLiteral("speech rate %1").arg(rate)); }
+    void setVolume(int volume) override { m_log.add(QStringLiteral("speech volume %1").arg(volume)); }
+    void stop() override
+    {
+        m_log.add(QStringLiteral("speech stop"));
+        speaking = 0;
+    }
+    void whenStreamEnds(Ended handler) override { m_ended = std::move(handler); }
+    /// The text that was given first comes to its end.
+    void end(mevo::SpeechEnd how = mevo::SpeechEnd::Spoken)
+    {
+        --speaking;
+        if (m_ended) {
+            m_ended(how);
+        }
+    }
+
+    bool available = true;
+    int speaking = 0; ///< texts that have not ended
+
+private:
+    CallLog &m_log;
+    Ended m_ended;
+};
+
 /// A platform made of the fakes above, with one call log. The members stay reachable under their
 /// own types; `platform` is what the program is given.
 struct FakePlatform
@@ -432,4 +473,5 @@ struct FakePlatform
     FakeNetworkState *networkState;
     FakeSingleInstance *singleInstance;
     FakeNotifications *notifications;
+    FakeSpeech *speech;
 };

@@ -1,6 +1,7 @@
 #include "base/Endpoints.h"
 #include "platform/Platform.h"
 #include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/EspeakSpeech.h"
 #include "platform/linux/FlockSingleInstance.h"
 #include "platform/linux/HidapiHid.h"
 #include "platform/linux/LinuxElevation.h"
@@ -45,6 +46,7 @@ std::unique_ptr<Platform> makePlatform()
     });
     platform->singleInstance = std::make_unique<FlockSingleInstance>();
     platform->notifications = std::make_unique<DesktopNotifications>();
+    platform->speech = std::make_unique<EspeakSpeech>();
     return platform;
 }
 

@@ -1,0 +1,40 @@
+#include "platform/linux/EspeakLibrary.h"
+
+#include <QDebug>
+
+#include <dlfcn.h>
+
+namespace mevo {
+
+namespace {
+
+template <class Function>
+bool find(void *library, const char *name, Function &function)
+{
+    function = reinterpret_cast<Function>(dlsym(library, name)); // NOLINT: how dlsym is meant
+    return function != nullptr;
+}
+
+} // namespace
+
+std::optional<EspeakLibrary> loadEspeakLibrary()
+{
+    void *library = dlopen("libespeak-ng.so.1", RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        qInfo("Speech: %s", dlerror());
+        return std::nullopt;
+    }
+    EspeakLibrary functions{};
+    if (find(library, "espeak_Initialize", functions.initialize) &&
+        find(library, "espeak_SetSynthCallback", functions.setSynthCallback) &&
+        find(library, "espeak_SetVoiceByName", functions.setVoiceByName) &&
+        find(library, "espeak_SetParameter", functions.setParameter) &&
+        find(library, "espeak_Synth", functions.synth) &&
+        find(library, "espeak_Terminate", functions.terminate)) {
+        return functions;
+    }
+    qWarning("Speech: libespeak-ng lacks a function");
+    return std::nullopt;
+}
+
+} // namespace mevo
