@@ -1215,11 +1215,11 @@ Update now?</translation>
     </message>
     <message>
         <source>女声</source>
-        <translation>Female voice</translation>
+        <translation>Female</translation>
     </message>
     <message>
         <source>男声</source>
-        <translation>Male voice</translation>
+        <translation>Male</translation>
     </message>
     <message>
         <source>度逍遥</source>
@@ -1263,7 +1263,7 @@ Update now?</translation>
     </message>
     <message>
         <source>取词</source>
-        <translation>Selection</translation>
+        <translation>Get text</translation>
     </message>
     <message>
         <source>翻译在其他窗口中选中的文字</source>
@@ -1295,7 +1295,7 @@ Update now?</translation>
     </message>
     <message>
         <source>划词翻译</source>
-        <translation>Translate selections</translation>
+        <translation>Selections</translation>
     </message>
     <message>
         <source>上屏</source>
@@ -1339,11 +1339,11 @@ Update now?</translation>
     </message>
     <message>
         <source>原文自动朗读</source>
-        <translation>Read source text by itself</translation>
+        <translation>Auto-read source</translation>
     </message>
     <message>
         <source>译文自动朗读</source>
-        <translation>Read translation by itself</translation>
+        <translation>Auto-read translation</translation>
     </message>
 </context>
 </TS>

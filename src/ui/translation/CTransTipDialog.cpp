@@ -417,8 +417,13 @@ void CTransTipDialog::reject()
 
 void CTransTipDialog::showPair()
 {
-    m_face->label_SourceLan->setText(mevo::languageLabel(DelimitMode ? SourceLan_Delimit : SourceLan));
-    m_face->label_DestLan->setText(mevo::languageLabel(DelimitMode ? DestLan_Delimit : DestLan));
+    const auto show = [](QLabel *label, const QString &code) {
+        label->ensurePolished(); // its letters are bold
+        label->setText(label->fontMetrics().elidedText(mevo::languageLabel(code), Qt::ElideRight,
+                                                       mevo::languageNameWidth));
+    };
+    show(m_face->label_SourceLan, DelimitMode ? SourceLan_Delimit : SourceLan);
+    show(m_face->label_DestLan, DelimitMode ? DestLan_Delimit : DestLan);
 }
 
 void CTransTipDialog::showBackground()

@@ -22,6 +22,7 @@ namespace {
 
 constexpr int headHeight = 34;
 constexpr int margin = 10;
+constexpr int settingNameWidth = 62;
 
 QString tr(const char *text)
 {
@@ -49,11 +50,15 @@ const char *const style =
     "QPushButton::menu-indicator { image: url(:/rec/tans/TransArrow.png); subcontrol-position: right center;"
     " right: 5px; }"
     "QComboBox { color: #ffffff; background: #1b3346; border: 1px solid #3d566b; border-radius: 4px;"
-    " padding: 2px 4px; }"
+    " padding: 2px 4px; combobox-popup: 0; }"
     "QComboBox::drop-down { border: none; width: 18px; }"
     "QComboBox::down-arrow { image: url(:/rec/tans/TransArrow.png); }"
     "QComboBox QAbstractItemView, QMenu { color: #ffffff; background: #1b2f42; border: 1px solid #3d566b;"
     " selection-background-color: #2a82da; selection-color: #ffffff; }"
+    "QScrollBar:vertical { background: transparent; width: 9px; margin: 1px; }"
+    "QScrollBar::handle:vertical { background: #4a7391; border-radius: 3px; min-height: 20px; }"
+    "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+    "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }"
     "QMenu::item { padding: 4px 22px; }"
     "QMenu::item:selected { background: #2a82da; }"
     "QMenu::indicator { width: 14px; height: 14px; left: 4px; }"
@@ -213,51 +218,58 @@ QWidget *TransFace::makePanes(QDialog *window)
 QWidget *TransFace::makeSettings(QDialog *window)
 {
     auto *area = new QWidget(window);
-    auto *grid = new QGridLayout(area);
-    grid->setContentsMargins(margin + 8, 14, margin + 8, 14);
-    grid->setHorizontalSpacing(10);
-    const auto label = [area](const char *text) { return new QLabel(tr(text), area); };
-    const auto pair = [grid, &label](int row, const char *text, QComboBox *left, QComboBox *right) {
-        grid->addWidget(label(text), row, 0);
-        grid->addWidget(left, row, 1, 1, 2);
-        grid->addWidget(right, row, 3, 1, 2);
+    auto *rows = new QVBoxLayout(area);
+    rows->setContentsMargins(margin + 8, 16, margin + 8, 16);
+    const auto row = [rows](std::initializer_list<QWidget *> widgets) {
+        auto *line = new QHBoxLayout;
+        line->setSpacing(10);
+        for (QWidget *widget : widgets) {
+            line->addWidget(widget, qobject_cast<QLabel *>(widget) != nullptr ? 0 : 1);
+        }
+        rows->addLayout(line);
+        rows->addStretch();
+    };
+    const auto label = [area](const char *text) {
+        auto *name = new QLabel(tr(text), area);
+        name->setFixedWidth(settingNameWidth);
+        return name;
+    };
+    const auto languages = [area](const char *name, const char *accessible) {
+        QComboBox *box = comboBox(area, name, accessible);
+        box->setIconSize({20, 50});
+        box->setFixedHeight(30); // the icons ask for more than the flags need
+        box->setMaxVisibleItems(12);
+        return box;
     };
     const char *const source = QT_TRANSLATE_NOOP("CTransTipDialog", "原文语言");
     const char *const dest = QT_TRANSLATE_NOOP("CTransTipDialog", "译文语言");
-    comboBox_SourceLan = comboBox(area, "comboBox_SourceLan", source);
-    comboBox_DestLan = comboBox(area, "comboBox_DestLan", dest);
-    comboBox_SourceLan_Delimit = comboBox(area, "comboBox_SourceLan_Delimit", source);
-    comboBox_DestLan_Delimit = comboBox(area, "comboBox_DestLan_Delimit", dest);
-    for (QComboBox *box :
-         {comboBox_SourceLan, comboBox_DestLan, comboBox_SourceLan_Delimit, comboBox_DestLan_Delimit}) {
-        box->setIconSize({20, 50});
-        box->setMaxVisibleItems(12);
-    }
-    pair(0, QT_TRANSLATE_NOOP("CTransTipDialog", "语音翻译"), comboBox_SourceLan, comboBox_DestLan);
-    pair(1, QT_TRANSLATE_NOOP("CTransTipDialog", "划词"), comboBox_SourceLan_Delimit,
-         comboBox_DestLan_Delimit);
+    comboBox_SourceLan = languages("comboBox_SourceLan", source);
+    comboBox_DestLan = languages("comboBox_DestLan", dest);
+    comboBox_SourceLan_Delimit = languages("comboBox_SourceLan_Delimit", source);
+    comboBox_DestLan_Delimit = languages("comboBox_DestLan_Delimit", dest);
+    row({label(QT_TRANSLATE_NOOP("CTransTipDialog", "语音翻译")), comboBox_SourceLan, comboBox_DestLan});
+    row({label(QT_TRANSLATE_NOOP("CTransTipDialog", "划词")), comboBox_SourceLan_Delimit,
+         comboBox_DestLan_Delimit});
 
     checkBox_OnlineTTSFirst = checkBox(area, "checkBox_OnlineTTSFirst",
                                        QT_TRANSLATE_NOOP("CTransTipDialog", "在线朗读优先(中英文)"));
-    grid->addWidget(checkBox_OnlineTTSFirst, 2, 0, 1, 5);
-    const auto voice = [area, grid, &label](int row, int column, const char *name, const char *text) {
-        QComboBox *box = comboBox(area, name, text);
-        grid->addWidget(label(text), row, column);
-        grid->addWidget(box, row, column + 1, 1, column == 0 ? 2 : 1);
-        return box;
-    };
-    comboBox_TTS_Volume = voice(3, 0, "comboBox_TTS_Volume", QT_TRANSLATE_NOOP("CTransTipDialog", "音量:"));
-    comboBox_TTS_Speed = voice(3, 3, "comboBox_TTS_Speed", QT_TRANSLATE_NOOP("CTransTipDialog", "语速:"));
-    comboBox_TTS_Tone = voice(4, 0, "comboBox_TTS_Tone", QT_TRANSLATE_NOOP("CTransTipDialog", "语调:"));
-    comboBox_TTS_Reader = voice(4, 3, "comboBox_TTS_Reader", QT_TRANSLATE_NOOP("CTransTipDialog", "发音人:"));
+    row({checkBox_OnlineTTSFirst});
+    const char *const volume = QT_TRANSLATE_NOOP("CTransTipDialog", "音量:");
+    const char *const speed = QT_TRANSLATE_NOOP("CTransTipDialog", "语速:");
+    const char *const tone = QT_TRANSLATE_NOOP("CTransTipDialog", "语调:");
+    const char *const reader = QT_TRANSLATE_NOOP("CTransTipDialog", "发音人:");
+    comboBox_TTS_Volume = comboBox(area, "comboBox_TTS_Volume", volume);
+    comboBox_TTS_Speed = comboBox(area, "comboBox_TTS_Speed", speed);
+    comboBox_TTS_Tone = comboBox(area, "comboBox_TTS_Tone", tone);
+    comboBox_TTS_Reader = comboBox(area, "comboBox_TTS_Reader", reader);
+    row({label(volume), comboBox_TTS_Volume, label(speed), comboBox_TTS_Speed});
+    row({label(tone), comboBox_TTS_Tone, label(reader), comboBox_TTS_Reader});
+
     checkBox_AutoReadSourceResult =
         checkBox(area, "checkBox_AutoReadSourceResult", QT_TRANSLATE_NOOP("CTransTipDialog", "原文自动朗读"));
     checkBox_AutoReadDestResult =
         checkBox(area, "checkBox_AutoReadDestResult", QT_TRANSLATE_NOOP("CTransTipDialog", "译文自动朗读"));
-    grid->addWidget(checkBox_AutoReadSourceResult, 5, 0, 1, 3);
-    grid->addWidget(checkBox_AutoReadDestResult, 5, 3, 1, 2);
-    grid->setColumnStretch(2, 1);
-    grid->setColumnStretch(4, 2);
+    row({checkBox_AutoReadSourceResult, checkBox_AutoReadDestResult});
     return area;
 }
 

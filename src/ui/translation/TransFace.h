@@ -11,6 +11,9 @@ class QWidget;
 
 namespace mevo {
 
+/// The room of a language's name above the panes, in pixels.
+constexpr int languageNameWidth = 110;
+
 /// The widgets of the translation window, named after its slots. They belong to the window.
 struct TransFace
 {
