@@ -53,10 +53,8 @@ bool TranslationHands::create()
     m_translator = std::make_shared<Trans>(m_window, *m_window.m_webApi, *this, m_window.m_endpoints);
     m_onlineReading = std::make_unique<OnlineReading>(m_window, m_window.m_endpoints, *platform.time,
                                                       *platform.notifications);
-    if (platform.speech != nullptr) {
-        m_systemVoice = std::make_unique<WXTextSpeech>(*platform.speech, *platform.notifications);
-        m_systemVoice->Init();
-    }
+    m_systemVoice = std::make_unique<WXTextSpeech>(*platform.speech, *platform.notifications);
+    m_systemVoice->Init();
     m_selectionCopy =
         std::make_unique<SelectionCopy>(platform, [this] { return m_window.SendCopyCombination(); });
     m_dialog = new CTransTipDialog(*this, &m_window);
@@ -226,7 +224,7 @@ void TranslationHands::readAloud(Pane pane, const QString &text, const PaneReadi
 {
     if (reading.online) {
         m_onlineReading->read(pane, text, reading.voice);
-    } else if (m_systemVoice != nullptr) {
+    } else {
         m_systemVoice->Speak(text, reading.language);
     }
 }
@@ -234,9 +232,7 @@ void TranslationHands::readAloud(Pane pane, const QString &text, const PaneReadi
 void TranslationHands::stopReading()
 {
     m_onlineReading->stop();
-    if (m_systemVoice != nullptr) {
-        m_systemVoice->Stop();
-    }
+    m_systemVoice->Stop();
 }
 
 void TranslationHands::tell(const QString &title, const QString &text)

@@ -135,7 +135,9 @@ private Q_SLOTS:
         desk.dialog()->HandleGetForeWin();
         desk.program.fake.windowSystem->foreground = desk.dialog()->winId();
         desk.program.fake.windowSystem->obeys = obeys;
-        desk.dialog()->findChild<QTextEdit *>(QStringLiteral("textEdit_DestLan"))->setPlainText(QStringLiteral("text"));
+        desk.dialog()
+            ->findChild<QTextEdit *>(QStringLiteral("textEdit_DestLan"))
+            ->setPlainText(QStringLiteral("text"));
         desk.dialog()->on_pushButton_TransSend_clicked();
         desk.program.settle();
         QCOMPARE(desk.calls("activate"), QStringList{QStringLiteral("activate 10")});
@@ -246,6 +248,21 @@ private Q_SLOTS:
         QTest::qWait(50);
         QVERIFY(desk.translation().isEmpty());
         QCOMPARE(desk.service.asked.size(), 1);
+    }
+
+    /// By the system's voice, in the pane's language; silent once the window has gone.
+    void readsAloud()
+    {
+        Desk desk;
+        desk.window().pushBuutton_Translate_clicked();
+        desk.dialog()
+            ->findChild<QTextEdit *>(QStringLiteral("textEdit_SourceLan"))
+            ->setPlainText(QStringLiteral("你好"));
+        desk.dialog()->on_pushButton_SourceLan_tts_clicked();
+        QCOMPARE(desk.calls("speak"), QStringList{QStringLiteral("speak cmn 你好")});
+        desk.program.fake.log.clear();
+        desk.window().pushBuutton_Translate_clicked();
+        QVERIFY(desk.program.fake.log.has(QStringLiteral("speech stop")));
     }
 
     /// The receiver takes the window with it; a sentence that waits to be typed is kept.

@@ -30,7 +30,6 @@ QString tr(const char *text)
 }
 
 const char *const style =
-    "QDialog { color: #d5e3ee; }"
     "QLabel, QCheckBox { color: #d5e3ee; background: transparent; }"
     "QLabel#label_SourceLan, QLabel#label_DestLan { color: #ffffff; font-weight: bold; }"
     "QLabel#label_SourceLan:hover, QLabel#label_DestLan:hover { color: #6ff0e2; }"
@@ -132,10 +131,14 @@ QLabel *languageLabel(QWidget *parent, const char *name)
 
 TransFace::TransFace(QDialog *window)
 {
-    window->setStyleSheet(QLatin1String(style));
-    makeHead(window)->setGeometry(0, 0, transWindowWidth, headHeight);
-    makePanes(window)->setGeometry(0, headHeight, transWindowWidth, transWindowHeight - headHeight);
+    QWidget *head = makeHead(window);
+    QWidget *panes = makePanes(window);
     settings = makeSettings(window);
+    for (QWidget *part : {head, panes, settings}) {
+        part->setStyleSheet(QLatin1String(style)); // not the window's own: its messages would have it, too
+    }
+    head->setGeometry(0, 0, transWindowWidth, headHeight);
+    panes->setGeometry(0, headHeight, transWindowWidth, transWindowHeight - headHeight);
     settings->setGeometry(0, transWindowHeight, transWindowWidth, transWindowHeightOpen - transWindowHeight);
     settings->hide();
 }
