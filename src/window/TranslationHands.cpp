@@ -50,11 +50,11 @@ bool TranslationHands::create()
         return false;
     }
     Platform &platform = m_window.m_platform;
+    const qint64 began = platform.time->monotonicMs();
     m_translator = std::make_shared<Trans>(m_window, *m_window.m_webApi, *this, m_window.m_endpoints);
     m_onlineReading = std::make_unique<OnlineReading>(m_window, m_window.m_endpoints, *platform.time,
                                                       *platform.notifications);
     m_systemVoice = std::make_unique<WXTextSpeech>(*platform.speech, *platform.notifications);
-    m_systemVoice->Init();
     m_selectionCopy =
         std::make_unique<SelectionCopy>(platform, [this] { return m_window.SendCopyCombination(); });
     m_dialog = new CTransTipDialog(*this, &m_window);
@@ -63,7 +63,7 @@ bool TranslationHands::create()
     QObject::connect(&m_window, &MainWindow::showRecTextOnTransDlgSignal, m_dialog,
                      &CTransTipDialog::showRecText);
     m_window.DelimitTranslation = m_dialog->delimitMode();
-    qInfo() << "Translation window: made";
+    qInfo("Translation window: made in %d ms", int(platform.time->monotonicMs() - began));
     return true;
 }
 
@@ -224,7 +224,7 @@ void TranslationHands::readAloud(Pane pane, const QString &text, const PaneReadi
 {
     if (reading.online) {
         m_onlineReading->read(pane, text, reading.voice);
-    } else {
+    } else if (m_systemVoice->Init()) { // not before: the window is to open at once
         m_systemVoice->Speak(text, reading.language);
     }
 }

@@ -22,7 +22,8 @@ namespace {
 
 constexpr int headHeight = 34;
 constexpr int margin = 10;
-constexpr int settingNameWidth = 62;
+constexpr int settingNameWidth = 70;
+constexpr int languageListWidth = 210;
 
 QString tr(const char *text)
 {
@@ -105,6 +106,7 @@ QComboBox *comboBox(QWidget *parent, const char *name, const char *accessible)
     box->setFocusPolicy(Qt::NoFocus);
     box->setView(new QListView(box)); // else the style sheet does not reach the rows
     box->setAccessibleName(tr(accessible));
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon); // all of one width
     return box;
 }
 
@@ -122,7 +124,8 @@ QTextEdit *pane(QWidget *parent, const char *name, const char *accessible)
 QLabel *languageLabel(QWidget *parent, const char *name)
 {
     auto *label = named(new QLabel(parent), name);
-    label->setToolTip(tr(QT_TRANSLATE_NOOP("CTransTipDialog", "点击交换语言")));
+    const char *const swap = QT_TRANSLATE_NOOP("CTransTipDialog", "点击交换语言");
+    label->setToolTip(tr(swap));
     label->setCursor(Qt::PointingHandCursor);
     return label;
 }
@@ -152,8 +155,8 @@ QWidget *TransFace::makeHead(QDialog *window)
     arrows->setPixmap(QPixmap(QStringLiteral(":/rec/tans/TransSwap_On.png")));
     pushButton_SelectDelimit =
         textButton(head, "pushButton_SelectDelimit", QT_TRANSLATE_NOOP("CTransTipDialog", "取词"));
-    pushButton_SelectDelimit->setToolTip(
-        tr(QT_TRANSLATE_NOOP("CTransTipDialog", "翻译在其他窗口中选中的文字")));
+    const char *const select = QT_TRANSLATE_NOOP("CTransTipDialog", "翻译在其他窗口中选中的文字");
+    pushButton_SelectDelimit->setToolTip(tr(select));
     checkBox_ShowSetTransLan =
         checkBox(head, "checkBox_ShowSetTransLan", QT_TRANSLATE_NOOP("CTransTipDialog", "设置"));
     pushButton_TransClose = pictureButton(head, "pushButton_TransClose", "TransClose", {20, 20},
@@ -242,6 +245,7 @@ QWidget *TransFace::makeSettings(QDialog *window)
         box->setIconSize({20, 50});
         box->setFixedHeight(30); // the icons ask for more than the flags need
         box->setMaxVisibleItems(12);
+        box->view()->setMinimumWidth(languageListWidth);
         return box;
     };
     const char *const source = QT_TRANSLATE_NOOP("CTransTipDialog", "原文语言");
