@@ -43,5 +43,6 @@ void addLanguageArt(QVector<Art> &table, QVector<ArtAlias> &aliases);
 void addTipArt(QVector<Art> &table);
 void addTrayArt(QVector<Art> &table);
 void addTranslationArt(QVector<Art> &table);
+void addTransButtonArt(QVector<Art> &table);
 
 } // namespace mevo

@@ -14,6 +14,7 @@ QVector<Art> allArt()
     addTipArt(table);
     addTrayArt(table);
     addTranslationArt(table);
+    addTransButtonArt(table);
     return table;
 }
 

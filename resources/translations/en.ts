@@ -1543,4 +1543,159 @@ the first definition is the one that runs!</translation>
         <translation>Online reading has failed. If the network works and this message comes again and again, please contact your dealer!</translation>
     </message>
 </context>
+<context>
+    <name>CTransTipDialog</name>
+    <message>
+        <source>翻译窗口</source>
+        <translation>Translation window</translation>
+    </message>
+    <message>
+        <source>立即上屏</source>
+        <translation>Type at once</translation>
+    </message>
+    <message>
+        <source>如关闭立即上屏功能，请重新打开翻译窗口并关闭</source>
+        <translation>To turn typing at once off, open the translation window again and close it</translation>
+    </message>
+    <message>
+        <source>禁用语音</source>
+        <translation>Voice input off</translation>
+    </message>
+    <message>
+        <source>进入划词翻译状态下，语音输入将被禁止！</source>
+        <translation>While selections are translated, voice input is off!</translation>
+    </message>
+    <message>
+        <source>女声</source>
+        <translation>Female</translation>
+    </message>
+    <message>
+        <source>男声</source>
+        <translation>Male</translation>
+    </message>
+    <message>
+        <source>度逍遥</source>
+        <translation>Xiaoyao</translation>
+    </message>
+    <message>
+        <source>度丫丫</source>
+        <translation>Yaya</translation>
+    </message>
+    <message>
+        <source>隐藏窗口立即上屏</source>
+        <translation>Hide window, type at once</translation>
+    </message>
+    <message>
+        <source>1秒后自动上屏</source>
+        <translation>Type after 1 second</translation>
+    </message>
+    <message>
+        <source>2秒后自动上屏</source>
+        <translation>Type after 2 seconds</translation>
+    </message>
+    <message>
+        <source>3秒后自动上屏</source>
+        <translation>Type after 3 seconds</translation>
+    </message>
+    <message>
+        <source>4秒后自动上屏</source>
+        <translation>Type after 4 seconds</translation>
+    </message>
+    <message>
+        <source>5秒后自动上屏</source>
+        <translation>Type after 5 seconds</translation>
+    </message>
+    <message>
+        <source>手动点击上屏</source>
+        <translation>Type when clicked</translation>
+    </message>
+    <message>
+        <source>点击交换语言</source>
+        <translation>Click to swap the languages</translation>
+    </message>
+    <message>
+        <source>取词</source>
+        <translation>Get text</translation>
+    </message>
+    <message>
+        <source>翻译在其他窗口中选中的文字</source>
+        <translation>Translates what is selected in another window</translation>
+    </message>
+    <message>
+        <source>设置</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>关闭翻译窗口</source>
+        <translation>Close the translation window</translation>
+    </message>
+    <message>
+        <source>朗读</source>
+        <translation>Read aloud</translation>
+    </message>
+    <message>
+        <source>清空</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>原文</source>
+        <translation>Source text</translation>
+    </message>
+    <message>
+        <source>译文</source>
+        <translation>Translation</translation>
+    </message>
+    <message>
+        <source>划词翻译</source>
+        <translation>Selections</translation>
+    </message>
+    <message>
+        <source>上屏</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>原文语言</source>
+        <translation>Source language</translation>
+    </message>
+    <message>
+        <source>译文语言</source>
+        <translation>Target language</translation>
+    </message>
+    <message>
+        <source>语音翻译</source>
+        <translation>Spoken</translation>
+    </message>
+    <message>
+        <source>划词</source>
+        <translation>Selected</translation>
+    </message>
+    <message>
+        <source>在线朗读优先(中英文)</source>
+        <translation>Read online first (Chinese and English)</translation>
+    </message>
+    <message>
+        <source>音量:</source>
+        <translation>Volume:</translation>
+    </message>
+    <message>
+        <source>语速:</source>
+        <translation>Speed:</translation>
+    </message>
+    <message>
+        <source>语调:</source>
+        <translation>Pitch:</translation>
+    </message>
+    <message>
+        <source>发音人:</source>
+        <translation>Reader:</translation>
+    </message>
+    <message>
+        <source>原文自动朗读</source>
+        <translation>Auto-read source</translation>
+    </message>
+    <message>
+        <source>译文自动朗读</source>
+        <translation>Auto-read translation</translation>
+    </message>
+</context>
 </TS>

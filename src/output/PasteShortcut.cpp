@@ -10,6 +10,8 @@ namespace {
 constexpr PasteShortcut CtrlV{false, true, 0x56, 0x19};
 constexpr PasteShortcut CtrlShiftV{true, true, 0x56, 0x19};
 constexpr PasteShortcut ShiftInsert{true, false, 0x2d, 0x49};
+constexpr CopyShortcut CtrlC{false, true, 0x43, 0x06};
+constexpr CopyShortcut CtrlShiftC{true, true, 0x43, 0x06};
 
 struct Terminal
 {
@@ -45,9 +47,8 @@ constexpr Terminal terminals[] = {
     {QLatin1String("xterm"), ShiftInsert},
 };
 
-} // namespace
-
-PasteShortcut pasteShortcutFor(const QString &windowClass)
+/// The terminal of that class, null for any other window.
+const Terminal *terminalOf(const QString &windowClass)
 {
     // A program chooses its class for itself, of any length and with any number of dots: each terminal's name
     // is looked for where it can stand, and nothing is split.
@@ -70,7 +71,26 @@ PasteShortcut pasteShortcutFor(const QString &windowClass)
     auto found = find(isClass);
     found = found != std::end(terminals) ? found : find(isInstance);
     found = found != std::end(terminals) ? found : find(endsAsClass);
-    return found != std::end(terminals) ? found->shortcut : CtrlV;
+    return found != std::end(terminals) ? found : nullptr;
+}
+
+} // namespace
+
+PasteShortcut pasteShortcutFor(const QString &windowClass)
+{
+    const Terminal *terminal = terminalOf(windowClass);
+    return terminal != nullptr ? terminal->shortcut : CtrlV;
+}
+
+std::optional<CopyShortcut> copyShortcutFor(const QString &windowClass)
+{
+    const Terminal *terminal = terminalOf(windowClass);
+    if (terminal == nullptr) {
+        return CtrlC;
+    }
+    // What is selected in xterm and its kin is the primary selection, and nothing more.
+    return terminal->shortcut.virtualKey == CtrlShiftV.virtualKey ? std::optional<CopyShortcut>(CtrlShiftC)
+                                                                  : std::nullopt;
 }
 
 } // namespace mevo

@@ -4,15 +4,23 @@
 
 namespace mevo {
 
-/// The clipboard's text. hasText() may be asked from any thread, the rest belongs to the GUI thread.
+/// The clipboard's text, and the text that is selected in a window. hasText() may be asked from any thread,
+/// the rest belongs to the GUI thread.
 class Clipboard
 {
 public:
     virtual ~Clipboard() = default;
     virtual void setText(const QString &text) = 0;
+    /// Puts a text there that was there before; what is selected in another program stays selected.
+    virtual void putBack(const QString &text) = 0;
     virtual QString text() const = 0;
     virtual void clear() = 0;
     virtual bool hasText() const = 0;
+    /// How often something was put there or taken away so far, by whichever program.
+    virtual int changes() const = 0;
+    /// What another program holds as selected (the X11 primary selection); empty where there is no such thing
+    /// or it is ours.
+    virtual QString selection() const = 0;
 };
 
 } // namespace mevo

@@ -23,6 +23,9 @@ public:
     /// Makes a window never take the keyboard focus. Where a window manager makes it the active one all the
     /// same, the window that was active before gets that back.
     virtual void neverTakeFocus(WindowId window) = 0;
+    /// Gives the keyboard to a window of ours that the user wants to type into, until it is told again never
+    /// to take it.
+    virtual void takeFocus(WindowId window) = 0;
     /// Keeps a window out of task bars, pagers and window switchers. Window managers forget it when a window
     /// is hidden: to be said before each showing.
     virtual void keepOutOfLists(WindowId window) = 0;

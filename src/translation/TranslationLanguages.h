@@ -12,7 +12,7 @@ struct TranslationLanguage
     const char *code;  ///< the service's name of it, such as "jp"
     const char *row;   ///< as the language lists show it, with the code in brackets; to be translated
     const char *label; ///< as the labels above the panes show it; to be translated
-    const char *flag;  ///< two letters of the flag's picture ":/rec/tans/XX.ico"
+    const char *flag;  ///< two letters of the flag's picture ":/rec/tans/", these and ".ico"
     const char *voice; ///< BCP 47 tag for the system's voice; empty for "auto", which is told from the text
 };
 

@@ -117,6 +117,7 @@ MainWindow::~MainWindow()
         stopReader(); // a window that goes without an exit must not leave a thread that reads its flags
     }
     // What refers to this window's state goes before the state does.
+    m_translationHands.retire();
     closePushSocket();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete m_commandWords;

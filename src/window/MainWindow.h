@@ -15,6 +15,7 @@
 #include "ui/TipWindowHost.h"
 #include "window/ExitWish.h"
 #include "window/SessionHands.h"
+#include "window/TranslationHands.h"
 
 #include <QMainWindow>
 #include <QNetworkReply>
@@ -120,7 +121,8 @@ public:
     void SendHWKey(bool shift, bool ctrl, bool alt, bool win, bool consumerKey, int key);
     /// Keeps the focused window as the target of this session's text.
     mevo::WindowId GetFocusWindow();
-    void SendCopyCombination();
+    /// Presses the keys that copy what is selected in the focused window; false when it takes none.
+    bool SendCopyCombination();
     void CopyClipboardText();
 
     /// Rebuilds the language menu; `persistEngine` writes the engine to the device record,
@@ -233,6 +235,7 @@ protected:
 private:
     friend class mevo::SessionHands;
     friend class mevo::PipelineHands;
+    friend class mevo::TranslationHands;
     friend class mevo::UpdateHands;
 
     // Construction, in the order of the calls.
@@ -373,6 +376,7 @@ private:
     void tellUndelivered(int characters, mevo::PostStop stop);
     void keepForNextRun(const QString &text);
     void showUndelivered();
+    void closeTranslation();
     void showUndeliveredCount();
     void typeUndelivered(int index);
     bool isUndelivered(int index) const;
@@ -449,7 +453,7 @@ private:
     mevo::Platform &m_platform;
     mevo::SessionHands m_sessionHands{*this};
     mevo::PipelineHands m_pipelineHands{*this};
-    mevo::TranslationHands m_translationHands;
+    mevo::TranslationHands m_translationHands{*this};
     mevo::SessionMachine m_session;
     mevo::ResultPipeline m_pipeline;
     mevo::SessionResults m_results;

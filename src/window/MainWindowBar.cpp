@@ -5,7 +5,6 @@
 #include "audio/AudioRecorder.h"
 #include "base/SettingsFile.h"
 #include "engines/LanguageImages.h"
-#include "session/VoiceModes.h"
 #include "ui/Ask.h"
 #include "ui/BarLayout.h"
 #include "ui/CompanionWindow.h"
@@ -249,7 +248,8 @@ void MainWindow::setWndTopMostTimeout()
     const bool menuOpen = (m_menu != nullptr && m_menu->isVisible()) ||
                           (m_languageMenu != nullptr && m_languageMenu->isVisible());
     // Raising the bar would lift it, and the talk window with it, over a question that stands.
-    if (menuOpen || HidBusy || QApplication::activeModalWidget() != nullptr) {
+    if (menuOpen || m_translationHands.isVisible() || HidBusy ||
+        QApplication::activeModalWidget() != nullptr) {
         return;
     }
     if (!DeviceConnected && !NoDeviceMode) {
@@ -364,18 +364,6 @@ void MainWindow::trigerCmdWordVoiceKeyboardMenu(QAction *act)
 void MainWindow::pushBuutton_Setting_clicked()
 {
     qInfo() << "The settings dialog is not part of this build";
-}
-
-void MainWindow::pushBuutton_Translate_clicked()
-{
-    mevo::toggleTranslation(*this, m_translationHands);
-    // kept: the text stands even when the mode goes off
-    QToolTip::showText(QCursor::pos(), tr("语音翻译模式已打开"), this);
-}
-
-void MainWindow::CreateTransDlg()
-{
-    mevo::openTranslation(*this, m_translationHands);
 }
 
 void MainWindow::paintEvent(QPaintEvent *)

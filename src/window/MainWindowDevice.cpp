@@ -64,6 +64,8 @@ void MainWindow::createReader()
             ProcessResult(report);
         }
     });
+    connect(m_reader, &GetHIDDataThread::returnHidKeyResult2Trans, m_readerEar,
+            [this](char *report) { m_translationHands.keyPressed(report); });
     connect(m_reader, &GetHIDDataThread::CallMainFunctionSignal, m_readerEar,
             [this](int index) { CallMainFunctionSlot(index); });
     connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_readerEar, [this](int index) {
@@ -293,6 +295,7 @@ void MainWindow::deviceRemoved()
         m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppHide")}, true);
         m_device->DeviceGoodbye();
         m_device->StopHeartbeat();
+        closeTranslation();
         stopReader();
         m_device->ReleaseHidDevice();
     }

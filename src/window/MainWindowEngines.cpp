@@ -343,7 +343,7 @@ void MainWindow::carryOnLater(bool waits)
 
 bool MainWindow::isTyping() const
 {
-    return !m_postsUnderWay.empty() || isPasting() || HidBusy;
+    return !m_postsUnderWay.empty() || isPasting() || HidBusy || m_translationHands.isTyping();
 }
 
 /// A text whose turn it is. The recorder is the door for what an engine says, the handler for what are words.

@@ -173,6 +173,9 @@ void MainWindow::finishSessions()
     for (const QString &text : m_results.takeWaiting()) {
         keepForNextRun(mevo::withoutOverMarker(text));
     }
+    for (const QString &text : m_translationHands.takeUnsent()) {
+        keepForNextRun(text);
+    }
     for (const PendingPaste &paste : std::exchange(m_pendingPastes, {})) {
         keepForNextRun(paste.text);
     }
@@ -207,6 +210,7 @@ void MainWindow::tearDown()
     m_micTip->disconnect();
     m_micTip->deleteLater();
     m_micTip = nullptr;
+    m_translationHands.retire();
 
     closeXunFeiSocket();
     m_recorder->disconnect();

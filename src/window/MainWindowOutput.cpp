@@ -17,6 +17,9 @@ constexpr int holdHandOutKeyMs = 90;
 
 mevo::WindowId MainWindow::GetFocusWindow()
 {
+    if (m_translationHands.exists()) {
+        return FocusWindow; // kept: its texts go into the window in front
+    }
     ForegroundWindow = m_platform.windowSystem->foregroundWindow();
     const mevo::WindowId focused = m_platform.windowSystem->focusedWindow();
     return m_platform.windowSystem->isWindow(focused) ? focused : 0;
@@ -29,8 +32,8 @@ void MainWindow::Send2Screen(const QString &text, int, int)
 
 void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &session)
 {
-    const mevo::SendPlan plan =
-        mevo::planSend(text, *this, session, false, m_platform.windowSystem->canPostText());
+    const mevo::SendPlan plan = mevo::planSend(text, *this, session, m_translationHands.exists(),
+                                               m_platform.windowSystem->canPostText());
     for (const mevo::KeyCombination &keys : plan.keys) {
         SendHWKey(keys.shift, keys.ctrl, keys.alt, keys.win, keys.consumerKey, keys.key);
     }
@@ -162,17 +165,6 @@ void MainWindow::Paster2ScreenHandOut()
     if (!m_pasteQueue.isEmpty()) {
         pasteText(m_pasteQueue.takeFirst(), holdHandOutKeyMs);
     }
-}
-
-void MainWindow::SendCopyCombination()
-{
-    if (deviceOpen()) {
-        SendHWKey(false, true, false, false, false, 6);
-        return;
-    }
-    m_platform.keyboard->keyDown(mevo::VkControl);
-    m_platform.keyboard->keyDown(mevo::VkC);
-    m_platform.keyboard->keyUp(mevo::VkControl);
 }
 
 void MainWindow::CopyClipboardText()

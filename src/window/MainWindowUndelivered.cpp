@@ -125,7 +125,7 @@ void MainWindow::typeUndelivered(int index)
         return;
     }
     const mevo::UndeliveredText kept = m_undelivered->texts()[static_cast<std::size_t>(index)];
-    const mevo::WindowId window = GetFocusWindow();
+    const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     if (window == 0 || !m_platform.windowSystem->canPostText()) {
         message(tr("没有可以输入的窗口，请先把光标放到要输入的地方。"), mevo::MessageIcon::Information, 3000);
         return;

@@ -260,10 +260,4 @@ void PipelineHands::reloadEngineChoice()
     m_window.CallMainFunctionSlot(21);
 }
 
-bool TranslationHands::create()
-{
-    qInfo() << "The translation dialog is not part of this build";
-    return false;
-}
-
 } // namespace mevo

@@ -2,7 +2,6 @@
 
 #include "session/PipelinePort.h"
 #include "session/SessionPort.h"
-#include "session/TranslationPort.h"
 
 class MainWindow;
 
@@ -75,19 +74,6 @@ public:
 
 private:
     MainWindow &m_window;
-};
-
-/// The translation dialog, which is not part of this build: there is none and none can be made.
-class TranslationHands : public TranslationPort
-{
-public:
-    bool exists() const override { return false; }
-    bool isVisible() const override { return false; }
-    bool isClosing() const override { return false; }
-    bool takesKeys() const override { return false; }
-    bool create() override;
-    void show() override {}
-    void destroy() override {}
 };
 
 } // namespace mevo

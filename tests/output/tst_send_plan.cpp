@@ -187,6 +187,29 @@ private Q_SLOTS:
         QCOMPARE(shortcut.usage, shortcut.ctrl ? 0x19 : 0x49);
     }
 
+    void copying_data()
+    {
+        QTest::addColumn<QString>("windowClass");
+        QTest::addColumn<QString>("keys");
+        QTest::newRow("an editor") << "mousepad.Mousepad"
+                                   << "ctrl+43/6";
+        QTest::newRow("a terminal with keys of its own") << "gnome-terminal-server.Gnome-terminal"
+                                                         << "ctrl+shift+43/6";
+        QTest::newRow("one without any: Ctrl+C would interrupt what runs there") << "xterm.XTerm"
+                                                                                 << "";
+        QTest::newRow("another of its kind") << "URxvt"
+                                             << "";
+    }
+    void copying()
+    {
+        QFETCH(QString, windowClass);
+        const auto keys = mevo::copyShortcutFor(windowClass);
+        QTEST(keys ? QString::asprintf("%s%s%x/%x", keys->ctrl ? "ctrl+" : "", keys->shift ? "shift+" : "",
+                                       unsigned(keys->virtualKey), unsigned(keys->usage))
+                   : QString(),
+              "keys");
+    }
+
     void traditionalOutputChangesCharactersNotWords_data()
     {
         QTest::addColumn<QString>("simplified");

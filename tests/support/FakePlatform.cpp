@@ -160,6 +160,9 @@ void FakeWindowSystem::postText(WindowId window, const QString &text, PostDone d
 bool FakeWindowSystem::activate(WindowId window)
 {
     m_log.add(QStringLiteral("activate %1").arg(window, 0, 16));
+    if (obeys) {
+        foreground = window;
+    }
     return isWindow(window);
 }
 

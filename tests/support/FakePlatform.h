@@ -144,13 +144,15 @@ public:
     bool activate(mevo::WindowId window) override;
     mevo::WindowId findWindow(const QString &windowClass, const QString &title) override;
     bool closeWindow(mevo::WindowId window) override;
-    QString windowClass(mevo::WindowId) override { return {}; }
+    QString windowClass(mevo::WindowId) override { return classOfAll; }
     QString windowTitle(mevo::WindowId) override { return {}; }
     std::optional<QRect> caretRectangle() override { return caret; }
     void stackBelow(mevo::WindowId, mevo::WindowId) override {}
 
     mevo::WindowId foreground = 0x10;
     mevo::WindowId focused = 0x11;
+    bool obeys = false; ///< a window that is activated comes to the front
+    QString classOfAll;
     QList<mevo::WindowId> gone;
     QHash<QString, mevo::WindowId> byTitle; ///< what findWindow answers
     std::optional<QRect> caret;
@@ -166,6 +168,7 @@ class FakeOwnWindows : public mevo::OwnWindows
 {
 public:
     void neverTakeFocus(mevo::WindowId window) override { withoutFocus.append(window); }
+    void takeFocus(mevo::WindowId window) override { focused.append(window); }
     void keepOutOfLists(mevo::WindowId window) override { unlisted.append(window); }
     std::optional<QPoint> place(mevo::WindowId) override { return real; }
     void moveTo(mevo::WindowId, const QPoint &place) override { moves.append(place); }
@@ -178,6 +181,7 @@ public:
     void setShape(mevo::WindowId, const std::vector<QRect> &rectangles) override { shape = rectangles; }
 
     QList<mevo::WindowId> withoutFocus;
+    QList<mevo::WindowId> focused; ///< those that were given the keyboard
     QList<mevo::WindowId> unlisted;
     std::optional<QPoint> real; ///< where windows stand; null answers nothing
     QList<QPoint> moves;
@@ -211,23 +215,37 @@ public:
     void setText(const QString &text) override
     {
         m_log.add(QStringLiteral("clipboard set ") + text);
+        putIn(text);
+    }
+    void putBack(const QString &text) override
+    {
+        m_log.add(QStringLiteral("clipboard put back ") + text);
+        putIn(text);
+    }
+    /// Another program puts a text there.
+    void putIn(const QString &text)
+    {
         content = text;
         m_hasText = !text.isEmpty();
+        ++m_changes;
     }
     QString text() const override { return content; }
     void clear() override
     {
         m_log.add(QStringLiteral("clipboard clear"));
-        content.clear();
-        m_hasText = false;
+        putIn(QString());
     }
     bool hasText() const override { return m_hasText; }
+    int changes() const override { return m_changes; }
+    QString selection() const override { return selected; }
 
     QString content;
+    QString selected; ///< in a window of another program
 
 private:
     CallLog &m_log;
     std::atomic<bool> m_hasText{false};
+    int m_changes = 0;
 };
 
 class FakeProcesses : public mevo::Processes

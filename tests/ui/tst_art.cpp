@@ -62,6 +62,12 @@ QVector<Family> families()
         {"PowerLevel*.png", {40, 20}, split("0 1 2 3")},
         {"transbk.png", {455, 230}, {}},
         {"transbk_*.png", {455, 555}, split("set set_delimit")},
+        {"tans/TransRead_*.png", {22, 22}, looks},
+        {"tans/TransClear_*.png", {22, 22}, looks},
+        {"tans/TransSwap_*.png", {20, 16}, looks},
+        {"tans/TransClose_*.png", {20, 20}, looks},
+        {"tans/TransTick_*.png", {14, 14}, looks},
+        {"tans/TransArrow.png", {10, 7}, {}},
         {"app.png", {128, 128}, {}},
     };
 }

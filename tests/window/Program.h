@@ -27,11 +27,11 @@ struct Program
         MainWindow::exitWaitMs = 50;
         MainWindow::startWaitMs = 3000; // what happens in its waits is looked at
         const QByteArray at = host.toLatin1();
-        home.write(QStringLiteral("MEVOEndpoints.ini"), "[Endpoints]\nBackendUrl=\"http://" + at +
-                                                            "/mevowebapi?\"\nBackendUrlBk1=\"http://" + at +
-                                                            "/mevowebapi?\"\nBackendUrlBk2=\"http://" + at +
-                                                            "/mevowebapi?\"\nBaiduSpeechHost=\"http://" + at +
-                                                            "\"\nBaiduTokenHost=\"http://" + at + "\"\n");
+        home.write(QStringLiteral("MEVOEndpoints.ini"),
+                   "[Endpoints]\nBackendUrl=\"http://" + at + "/mevowebapi?\"\nBackendUrlBk1=\"http://" + at +
+                       "/mevowebapi?\"\nBackendUrlBk2=\"http://" + at +
+                       "/mevowebapi?\"\nBaiduSpeechHost=\"http://" + at + "\"\nBaiduTokenHost=\"http://" +
+                       at + "\"\nTranslateHost=\"http://" + at + "\"\nBaiduTtsHost=\"http://" + at + "\"\n");
         home.write(QStringLiteral("MEVOSetting.ini"),
                    "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n");
         if (plugged) {

@@ -27,7 +27,7 @@ struct Bar
                    "[Endpoints]\nBackendUrl=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BackendUrlBk1=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BackendUrlBk2=\"http://127.0.0.1:9/mevowebapi?\"\n"
-                   "BaiduSpeechHost=127.0.0.1:9\nBaiduTokenHost=127.0.0.1:9\n");
+                   "BaiduSpeechHost=127.0.0.1:9\nBaiduTokenHost=127.0.0.1:9\nTranslateHost=127.0.0.1:9\n");
         home.write(QStringLiteral("MEVOSetting.ini"),
                    "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n" +
                        settings);

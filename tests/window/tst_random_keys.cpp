@@ -42,6 +42,7 @@ public:
                    "[Endpoints]\nBackendUrl=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BackendUrlBk1=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BackendUrlBk2=\"http://127.0.0.1:9/mevowebapi?\"\nBaiduTokenHost=127.0.0.1:9\n"
+                   "TranslateHost=127.0.0.1:9\n"
                    "BaiduSpeechHost=" +
                        m_recogniser.host().toLatin1() + "\n");
         home.write(QStringLiteral("MEVOSetting.ini"),
@@ -82,6 +83,10 @@ public:
         }
         if (window->MicLatched) {
             QTest::mousePress(window->micTip(), Qt::RightButton);
+        }
+        for (int press = 0; press < 2 && window->VoiceTranslateMode; ++press) {
+            window
+                ->pushBuutton_Translate_clicked(); // shows a hidden translation window, closes a visible one
         }
         for (const int key : voiceKeys) {
             send(key, false);

@@ -168,7 +168,8 @@ struct Program
         home.write(QStringLiteral("MEVOEndpoints.ini"),
                    "[Endpoints]\nBackendUrl=\"http://" + host + "/main?\"\nBackendUrlBk1=\"http://" + host +
                        "/bk1?\"\nBackendUrlBk2=\"http://" + host +
-                       "/bk2?\"\nBaiduSpeechHost=127.0.0.1:9\nBaiduTokenHost=" + host + "\n");
+                       "/bk2?\"\nBaiduSpeechHost=127.0.0.1:9\nTranslateHost=127.0.0.1:9\nBaiduTokenHost=" +
+                       host + "\n");
         home.write(QStringLiteral("MEVOSetting.ini"),
                    "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n" +
                        settings);

@@ -16,12 +16,16 @@ class QtClipboard : public QObject, public Clipboard
 public:
     QtClipboard();
     void setText(const QString &text) override;
+    void putBack(const QString &text) override;
     QString text() const override;
     void clear() override;
     bool hasText() const override { return m_hasText; }
+    int changes() const override { return m_changes; }
+    QString selection() const override;
 
 private:
     std::atomic<bool> m_hasText{false};
+    int m_changes = 0;
 };
 
 } // namespace mevo

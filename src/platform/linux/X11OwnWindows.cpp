@@ -103,13 +103,34 @@ void X11OwnWindows::neverTakeFocus(WindowId window)
         return;
     }
     m_withoutFocus.insert(window);
+    setInputHint(window, false);
+}
+
+void X11OwnWindows::takeFocus(WindowId window)
+{
+    if (!isReady(window)) {
+        return;
+    }
+    m_withoutFocus.remove(window);
+    setInputHint(window, true);
+    if (m_connection.hasProperty(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"))) {
+        constexpr unsigned long fromPager = 2; // the user's own wish, which window managers honour
+        sendToRoot(window, "_NET_ACTIVE_WINDOW", {fromPager, CurrentTime});
+    } else {
+        XSetInputFocus(m_connection.display(), window, RevertToParent, CurrentTime);
+        XFlush(m_connection.display());
+    }
+}
+
+void X11OwnWindows::setInputHint(WindowId window, bool input) const
+{
     XWMHints hints{};
     if (XWMHints *present = XGetWMHints(m_connection.display(), window)) {
         hints = *present;
         XFree(present);
     }
     hints.flags |= InputHint;
-    hints.input = False;
+    hints.input = input ? True : False;
     XSetWMHints(m_connection.display(), window, &hints);
     XSync(m_connection.display(), False); // before the toolkit's own connection shows the window
 }

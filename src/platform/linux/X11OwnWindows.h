@@ -20,6 +20,7 @@ public:
     X11OwnWindows();
 
     void neverTakeFocus(WindowId window) override;
+    void takeFocus(WindowId window) override;
     void keepOutOfLists(WindowId window) override;
     std::optional<QPoint> place(WindowId window) override;
     void moveTo(WindowId window, const QPoint &place) override;
@@ -38,6 +39,7 @@ private:
 
     bool isReady(WindowId window) const;
     void sendToRoot(WindowId window, const char *message, const std::vector<unsigned long> &data) const;
+    void setInputHint(WindowId window, bool input) const;
     void readEvents();
     void activeWindowChanged();
     void setComposited(bool composited);

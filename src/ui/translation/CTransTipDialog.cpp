@@ -1,0 +1,511 @@
+#include "ui/translation/CTransTipDialog.h"
+
+#include "translation/TranslationLanguages.h"
+#include "ui/Picture.h"
+#include "ui/translation/SendChoices.h"
+#include "ui/translation/TransFace.h"
+#include "ui/translation/TransPlace.h"
+#include "ui/translation/TransWindowHost.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QDebug>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QTextDocumentFragment>
+#include <QTextEdit>
+#include <QTimerEvent>
+
+#include <utility>
+
+namespace {
+
+constexpr int translateSoonMs = 1; ///< the change of the text has ended by then
+constexpr int readSoonMs = 200;
+constexpr int lookAgainMs = 100; ///< while a recognised text is being dealt with
+
+std::vector<QRect> workAreas()
+{
+    std::vector<QRect> screens;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        screens.push_back(screen->availableGeometry());
+    }
+    return screens;
+}
+
+} // namespace
+
+mevo::WindowId CTransTipDialog::LastForeground = 0;
+mevo::WindowId CTransTipDialog::LastOtherForeground = 0;
+
+CTransTipDialog::CTransTipDialog(mevo::TransWindowHost &host, QWidget *parent)
+    : QDialog(parent,
+              Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus)
+    , m_host(host)
+    , m_face(std::make_unique<mevo::TransFace>(this))
+{
+    setObjectName(QStringLiteral("CTransTipDialog"));
+    setWindowTitle(QStringLiteral("TransTip")); // seen by nobody; tools find the window by it
+    setAccessibleName(tr("翻译窗口"));
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    m_translateSoon.setSingleShot(true);
+    m_translateSoon.callOnTimeout(this, &CTransTipDialog::TansTimerTimeout);
+    m_sendLater.setSingleShot(true);
+    m_sendLater.callOnTimeout(this, &CTransTipDialog::onIntervelSendResultTimeout);
+
+    fillLists();
+    loadSettings();
+    m_face->label_SourceLan->installEventFilter(this);
+    m_face->label_DestLan->installEventFilter(this);
+    m_face->textEdit_SourceLan->installEventFilter(this);
+    m_face->textEdit_SourceLan->viewport()->installEventFilter(this);
+    showPair();
+    showBackground();
+    QMetaObject::connectSlotsByName(this);
+    m_constructed = true;
+    HandleGetForeWin();
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &CTransTipDialog::keepOnScreen);
+    }
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &CTransTipDialog::keepOnScreen,
+            Qt::QueuedConnection);
+}
+
+CTransTipDialog::~CTransTipDialog() = default;
+
+void CTransTipDialog::placeAt(const QRect &bar)
+{
+    move(mevo::transWindowMiddle(workAreas(), bar, size()));
+}
+
+void CTransTipDialog::keepOnScreen()
+{
+    const QPoint place = mevo::transWindowInside(workAreas(), geometry());
+    if (place != pos()) {
+        move(place);
+    }
+}
+
+// Texts in, translations out.
+
+void CTransTipDialog::showRecText(QString text)
+{
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    HandleGetForeWin();
+    if (!DialogClosing && m_turns.takeSentence(text)) {
+        showSentence(text);
+    }
+}
+
+void CTransTipDialog::showSentence(const QString &sentence)
+{
+    const QScopedValueRollback<bool> setting(m_settingSentence, true);
+    m_face->textEdit_SourceLan->setPlainText(sentence);
+}
+
+void CTransTipDialog::on_textEdit_SourceLan_textChanged()
+{
+    SelectedText.clear();
+    m_spoken = m_settingSentence;
+    m_turns.textChanged(m_face->textEdit_SourceLan->document()->isEmpty());
+    m_translateSoon.start(translateSoonMs);
+}
+
+void CTransTipDialog::TansTimerTimeout()
+{
+    if (DialogClosing) {
+        return;
+    }
+    if (!m_turns.beginRequest()) {
+        const QString next = m_turns.nextSentence();
+        if (!next.isNull()) {
+            showSentence(next);
+        }
+        return;
+    }
+    const bool spoken = m_spoken;
+    const QPointer<CTransTipDialog> self(this);
+    const QPair<bool, QString> answer =
+        m_host.translate(m_face->textEdit_SourceLan->toPlainText(), DelimitMode ? DestLan_Delimit : DestLan,
+                         DelimitMode ? SourceLan_Delimit : SourceLan);
+    if (self.isNull() || DialogClosing) {
+        return; // the wait has let the user close the window
+    }
+    const bool current = m_turns.endRequest();
+    m_translateSoon.start(translateSoonMs); // for what has come meanwhile
+    if (!answer.first) {
+        qInfo() << "Translation: no answer that can be shown";
+    } else if (current) {
+        showTranslation(answer.second, spoken);
+    }
+}
+
+void CTransTipDialog::showTranslation(const QString &text, bool spoken)
+{
+    if (m_sendLater.isActive() && m_spokenUnsent && spoken &&
+        SendTransResult2ScreenMode != mevo::sendByHand) {
+        on_pushButton_TransSend_clicked(); // the sentence before this one, which else would never be typed
+    }
+    m_face->textEdit_DestLan->setPlainText(text);
+    qInfo("Translation: shown, %d characters", text.size()); // never the text itself
+    m_spokenUnsent = spoken;
+    switch (mevo::afterTranslation(SendTransResult2ScreenMode, m_host.resultIdle())) {
+    case mevo::AfterTranslation::SendNow:
+        on_pushButton_TransSend_clicked();
+        break;
+    case mevo::AfterTranslation::HideFirst:
+        hide();
+        m_sendLater.start(lookAgainMs);
+        break;
+    case mevo::AfterTranslation::Wait:
+        m_sendLater.start(SendTransResult2ScreenMode * 1000); // one at a time, so that nothing is typed twice
+        break;
+    }
+    if (m_readTimer != -1) {
+        killTimer(m_readTimer);
+    }
+    m_readTimer = startTimer(readSoonMs, Qt::CoarseTimer);
+}
+
+void CTransTipDialog::onIntervelSendResultTimeout()
+{
+    if (m_host.resultIdle()) {
+        on_pushButton_TransSend_clicked();
+    } else {
+        m_sendLater.start(lookAgainMs);
+    }
+}
+
+void CTransTipDialog::on_pushButton_TransSend_clicked()
+{
+    if (SourceHasFocus) {
+        return; // the user is typing here
+    }
+    m_sendLater.stop();
+    m_spokenUnsent = false;
+    setFocus(Qt::OtherFocusReason);
+    const mevo::WindowId front = windowToReturnTo();
+    m_host.neverTakeFocus();
+    const bool atOnce = SendTransResult2ScreenMode == mevo::sendAtOnce;
+    if (atOnce) {
+        hide();
+    }
+    const QString text = m_face->textEdit_DestLan->toPlainText();
+    if (!text.isEmpty()) {
+        m_host.typeText(text, front);
+    }
+    if (!atOnce) {
+        show();
+    }
+}
+
+void CTransTipDialog::trigerSendMenu(QAction *action)
+{
+    SendTransResult2ScreenMode = action->data().toInt();
+    write("SendTransResult2ScreenMode", SendTransResult2ScreenMode);
+    m_face->pushButton_TransSendSet->setText(action->text());
+    if (m_sendLater.isActive() && SendTransResult2ScreenMode != mevo::sendAtOnce) {
+        m_sendLater.start(SendTransResult2ScreenMode * 1000); // what waits is meant as well
+    }
+    if (SendTransResult2ScreenMode == mevo::sendAtOnce) {
+        m_host.tell(tr("立即上屏"), tr("如关闭立即上屏功能，请重新打开翻译窗口并关闭"));
+    }
+}
+
+QStringList CTransTipDialog::takeUnsent()
+{
+    QStringList unsent;
+    if (m_sendLater.isActive() && m_spokenUnsent && SendTransResult2ScreenMode != mevo::sendByHand) {
+        unsent.append(m_face->textEdit_DestLan->toPlainText());
+        m_sendLater.stop();
+    }
+    if (m_spoken && m_turns.isBusy()) {
+        unsent.append(m_face->textEdit_SourceLan->toPlainText());
+        m_spoken = false;
+    }
+    return unsent + m_turns.takeWaiting();
+}
+
+// The windows of other programs, and who has the keyboard.
+
+void CTransTipDialog::HandleGetForeWin()
+{
+    LastForeground = m_host.foregroundWindow();
+    if (LastForeground != 0 && LastForeground != winId()) {
+        LastOtherForeground = LastForeground;
+    }
+}
+
+mevo::WindowId CTransTipDialog::windowToReturnTo()
+{
+    HandleGetForeWin();
+    return LastForeground == winId() ? LastOtherForeground : 0;
+}
+
+// Selections in other windows.
+
+void CTransTipDialog::ProcessResult(char *)
+{
+    if (!DelimitMode || SourceHasFocus || DialogClosing) {
+        return;
+    }
+    m_host.copySelection(false, windowToReturnTo(), [this](const QString &text) {
+        if (text.isEmpty()) {
+            on_pushButton_SelectDelimit_clicked();
+        } else {
+            m_face->textEdit_SourceLan->setPlainText(text);
+        }
+    });
+}
+
+void CTransTipDialog::on_pushButton_SelectDelimit_clicked()
+{
+    if (!SelectedText.isEmpty()) {
+        m_face->textEdit_SourceLan->setPlainText(QString(SelectedText)); // which clears the member
+        return;
+    }
+    m_face->textEdit_SourceLan->clear();
+    m_face->textEdit_DestLan->clear();
+    m_host.clearClipboard();
+    m_face->checkBox_Delimit_Translation->setChecked(true);
+    enterDelimitMode(true);
+    setFocus(Qt::OtherFocusReason);
+    const mevo::WindowId front = windowToReturnTo();
+    m_host.neverTakeFocus();
+    m_host.copySelection(true, front, [this](const QString &text) {
+        m_copied = text;
+        onSelectDelimitTimeout();
+    });
+}
+
+void CTransTipDialog::onSelectDelimitTimeout()
+{
+    m_host.neverTakeFocus();
+    m_face->textEdit_SourceLan->setPlainText(m_copied);
+    m_copied.clear();
+}
+
+void CTransTipDialog::on_checkBox_Delimit_Translation_clicked(bool checked)
+{
+    enterDelimitMode(checked);
+    if (checked) {
+        m_host.tell(tr("禁用语音"), tr("进入划词翻译状态下，语音输入将被禁止！"));
+    }
+}
+
+void CTransTipDialog::enterDelimitMode(bool on)
+{
+    DelimitMode = on;
+    m_host.setDelimitTranslation(on);
+    showPair();
+    showBackground();
+}
+
+void CTransTipDialog::on_textEdit_SourceLan_selectionChanged()
+{
+    SelectedText = m_face->textEdit_SourceLan->textCursor().selection().toPlainText();
+}
+
+void CTransTipDialog::on_textEdit_DestLan_selectionChanged()
+{
+    SelectedText = m_face->textEdit_DestLan->textCursor().selection().toPlainText();
+}
+
+void CTransTipDialog::on_pushButton_ClearTransSource_clicked()
+{
+    m_face->textEdit_SourceLan->clear();
+    m_host.clearClipboard();
+    SelectedText.clear();
+}
+
+void CTransTipDialog::on_pushButton_ClearTransDest_clicked()
+{
+    m_face->textEdit_DestLan->clear();
+    m_host.clearClipboard();
+    SelectedText.clear();
+}
+
+// Reading aloud.
+
+void CTransTipDialog::on_pushButton_SourceLan_tts_clicked()
+{
+    readAloud(mevo::Pane::Source);
+}
+
+void CTransTipDialog::on_pushButton_DestLan_tts_clicked()
+{
+    readAloud(mevo::Pane::Destination);
+}
+
+void CTransTipDialog::readAloud(mevo::Pane pane)
+{
+    const bool source = pane == mevo::Pane::Source;
+    const QTextEdit *const edit = source ? m_face->textEdit_SourceLan : m_face->textEdit_DestLan;
+    const QString selected = std::exchange(SelectedText, QString());
+    mevo::PaneReading reading;
+    reading.online = OnlineTTSFirst;
+    reading.voice = {TTS_Speed, TTS_Tone, TTS_Volume, TTS_Reader};
+    reading.language =
+        source ? (DelimitMode ? SourceLan_Delimit : SourceLan) : (DelimitMode ? DestLan_Delimit : DestLan);
+    m_host.readAloud(pane, selected.isEmpty() ? edit->toPlainText() : selected, reading);
+}
+
+// The end.
+
+void CTransTipDialog::on_pushButton_TransClose_clicked()
+{
+    if (DialogClosing) {
+        return;
+    }
+    const QStringList untold = m_turns.takeWaiting();
+    m_face->textEdit_SourceLan->clear();
+    m_face->textEdit_DestLan->clear();
+    m_host.clearClipboard();
+    m_host.closing(untold);
+    retire();
+    m_host.closed();
+}
+
+void CTransTipDialog::retire()
+{
+    DialogClosing = true;
+    m_translateSoon.stop();
+    m_sendLater.stop();
+    if (m_readTimer != -1) {
+        killTimer(m_readTimer);
+        m_readTimer = -1;
+    }
+    m_host.stopReading();
+    close();
+}
+
+void CTransTipDialog::closeEvent(QCloseEvent *event)
+{
+    if (DialogClosing) {
+        QDialog::closeEvent(event);
+        return;
+    }
+    event->ignore(); // what a window manager asks for is what the button does
+    on_pushButton_TransClose_clicked();
+}
+
+void CTransTipDialog::reject()
+{
+    if (DialogClosing) {
+        QDialog::reject();
+        return;
+    }
+    // The escape key ends the typing in the source pane, no more.
+    const mevo::WindowId front = windowToReturnTo();
+    setFocus(Qt::OtherFocusReason);
+    if (front != 0) {
+        m_host.giveFocusTo(front);
+    }
+}
+
+// What is seen, and the mouse.
+
+void CTransTipDialog::showPair()
+{
+    const auto show = [](QLabel *label, const QString &code) {
+        label->ensurePolished(); // its letters are bold
+        label->setText(label->fontMetrics().elidedText(mevo::languageLabel(code), Qt::ElideRight,
+                                                       mevo::languageNameWidth));
+    };
+    show(m_face->label_SourceLan, DelimitMode ? SourceLan_Delimit : SourceLan);
+    show(m_face->label_DestLan, DelimitMode ? DestLan_Delimit : DestLan);
+}
+
+void CTransTipDialog::showBackground()
+{
+    if (!ShowSetTransLan) {
+        m_background = mevo::picture(QStringLiteral(":/rec/transbk.png"));
+    } else {
+        m_background = mevo::picture(DelimitMode ? QStringLiteral(":/rec/transbk_set_delimit.png")
+                                                 : QStringLiteral(":/rec/transbk_set.png"));
+    }
+    setFixedSize(mevo::transWindowWidth,
+                 ShowSetTransLan ? mevo::transWindowHeightOpen : mevo::transWindowHeight);
+    update();
+}
+
+void CTransTipDialog::on_checkBox_ShowSetTransLan_clicked(bool checked)
+{
+    ShowSetTransLan = checked;
+    m_face->settings->setVisible(checked);
+    showBackground();
+    keepOnScreen();
+}
+
+void CTransTipDialog::paintEvent(QPaintEvent *)
+{
+    QPainter(this).drawPixmap(0, 0, m_background);
+}
+
+bool CTransTipDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_face->textEdit_SourceLan) {
+        if (event->type() == QEvent::FocusIn) {
+            // A window that is shown tells its last pane so even without the keyboard.
+            SourceHasFocus = m_face->textEdit_SourceLan->hasFocus();
+        } else if (event->type() == QEvent::FocusOut &&
+                   static_cast<QFocusEvent *>(event)->reason() != Qt::PopupFocusReason) {
+            SourceHasFocus = false;
+            m_host.neverTakeFocus();
+        }
+    } else if (watched == m_face->textEdit_SourceLan->viewport()) {
+        if (event->type() == QEvent::MouseButtonPress) {
+            HandleGetForeWin();
+            m_host.takeFocus();
+        }
+    } else if (event->type() == QEvent::MouseButtonPress) {
+        swapLanguages();
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void CTransTipDialog::mousePressEvent(QMouseEvent *event)
+{
+    m_dragging = event->button() == Qt::LeftButton;
+    m_dragFrom = event->globalPos();
+}
+
+void CTransTipDialog::mouseMoveEvent(QMouseEvent *event)
+{
+    if (m_dragging && (event->buttons() & Qt::LeftButton)) {
+        move(pos() + event->globalPos() - m_dragFrom);
+        m_dragFrom = event->globalPos();
+    }
+}
+
+void CTransTipDialog::mouseReleaseEvent(QMouseEvent *)
+{
+    m_dragging = false;
+}
+
+void CTransTipDialog::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_readTimer) {
+        QDialog::timerEvent(event);
+        return;
+    }
+    killTimer(m_readTimer);
+    m_readTimer = -1;
+    if (AutoReadSourceResult) {
+        on_pushButton_SourceLan_tts_clicked();
+    }
+    if (AutoReadDestResult) {
+        on_pushButton_DestLan_tts_clicked();
+    }
+}

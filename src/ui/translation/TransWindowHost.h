@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/WindowSystem.h"
+#include "translation/ReadingFolders.h"
+#include "translation/ReadingRequest.h"
+
+#include <QPair>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace mevo {
+
+/// How a pane is read aloud.
+struct PaneReading
+{
+    bool online = false; ///< by the service, else by the system's voice
+    ReadingVoice voice;  ///< of the service
+    QString language;    ///< code of the pane's language
+};
+
+/// What the translation window asks of the rest of the program.
+class TransWindowHost
+{
+public:
+    virtual ~TransWindowHost() = default;
+
+    /// Translates a text; true and the translation, or false. Waits in an event loop, in which the window can
+    /// close and other texts come.
+    virtual QPair<bool, QString> translate(const QString &text, const QString &to, const QString &from) = 0;
+
+    /// No recognised text is being dealt with.
+    virtual bool resultIdle() const = 0;
+    /// The window in front, of whichever program; 0 if none.
+    virtual WindowId foregroundWindow() = 0;
+    /// Types a text into the window in front; first brings `front` there, unless it is 0.
+    virtual void typeText(const QString &text, WindowId front) = 0;
+    /// Gives the keyboard to the translation window, or lets it have it no longer.
+    virtual void takeFocus() = 0;
+    virtual void neverTakeFocus() = 0;
+    /// Brings a window of another program to the front.
+    virtual void giveFocusTo(WindowId window) = 0;
+
+    /// The voice keys copy what is selected instead of opening the microphone.
+    virtual void setDelimitTranslation(bool on) = 0;
+    /// Copies what is selected in the window in front (`front` is brought there first, unless it is 0) and
+    /// hands it on; an empty text when there is nothing. With `emptied` the clipboard has been emptied on
+    /// purpose, and what is copied stays there; else its text is put back. `copied` comes later and once,
+    /// not at all when the window has gone or another copying is under way.
+    virtual void copySelection(bool emptied, WindowId front,
+                               const std::function<void(const QString &)> &copied) = 0;
+    virtual void clearClipboard() = 0;
+
+    /// Reads a text aloud, an empty one too; waits for nothing, and tells of failures itself.
+    virtual void readAloud(Pane pane, const QString &text, const PaneReading &reading) = 0;
+    /// Ends all that is read.
+    virtual void stopReading() = 0;
+
+    /// Shows a message that has to be confirmed; waits for nothing.
+    virtual void tell(const QString &title, const QString &text) = 0;
+    /// The window is about to close by the user's wish: nothing is translated any more. `untold` are
+    /// sentences that came too late to be shown.
+    virtual void closing(const QStringList &untold) = 0;
+    /// It has closed and can be destroyed.
+    virtual void closed() = 0;
+};
+
+} // namespace mevo

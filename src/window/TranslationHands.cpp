@@ -1,0 +1,281 @@
+#include "window/TranslationHands.h"
+
+#include "translation/OnlineReading.h"
+#include "translation/Trans.h"
+#include "translation/WXTextSpeech.h"
+#include "ui/Ask.h"
+#include "ui/CompanionWindow.h"
+#include "ui/MicTipDialog.h"
+#include "ui/translation/CTransTipDialog.h"
+#include "window/MainWindow.h"
+#include "window/SelectionCopy.h"
+
+#include <QDebug>
+#include <QTimer>
+
+#include <utility>
+
+namespace mevo {
+
+TranslationHands::TranslationHands(MainWindow &window)
+    : m_window(window)
+{
+}
+
+TranslationHands::~TranslationHands() = default;
+
+bool TranslationHands::exists() const
+{
+    return !m_dialog.isNull();
+}
+
+bool TranslationHands::isVisible() const
+{
+    return exists() && m_dialog->isVisible();
+}
+
+bool TranslationHands::isClosing() const
+{
+    return exists() && m_dialog->isClosing();
+}
+
+bool TranslationHands::takesKeys() const
+{
+    return exists() && !m_dialog->sourceHasFocus();
+}
+
+bool TranslationHands::create()
+{
+    if (m_window.isLeaving()) {
+        return false;
+    }
+    Platform &platform = m_window.m_platform;
+    const qint64 began = platform.time->monotonicMs();
+    m_translator = std::make_shared<Trans>(m_window, *m_window.m_webApi, *this, m_window.m_endpoints);
+    m_onlineReading = std::make_unique<OnlineReading>(m_window, m_window.m_endpoints, *platform.time,
+                                                      *platform.notifications);
+    m_systemVoice = std::make_unique<WXTextSpeech>(*platform.speech, *platform.notifications);
+    m_selectionCopy =
+        std::make_unique<SelectionCopy>(platform, [this] { return m_window.SendCopyCombination(); });
+    m_dialog = new CTransTipDialog(*this, &m_window);
+    new CompanionWindow(m_dialog, *platform.ownWindows);
+    m_dialog->placeAt(m_window.frameGeometry());
+    QObject::connect(&m_window, &MainWindow::showRecTextOnTransDlgSignal, m_dialog,
+                     &CTransTipDialog::showRecText);
+    m_window.DelimitTranslation = m_dialog->delimitMode();
+    qInfo("Translation window: made in %d ms", int(platform.time->monotonicMs() - began));
+    return true;
+}
+
+void TranslationHands::show()
+{
+    if (exists()) {
+        m_dialog->show();
+        m_dialog->raise();
+    }
+}
+
+void TranslationHands::destroy()
+{
+    if (exists()) {
+        m_dialog->on_pushButton_TransClose_clicked();
+    }
+}
+
+void TranslationHands::keyPressed(char *report)
+{
+    if (exists() && !m_window.isLeaving()) {
+        m_dialog->ProcessResult(report);
+    }
+}
+
+QStringList TranslationHands::takeUnsent()
+{
+    QStringList unsent;
+    for (const auto &text : std::exchange(m_onTheWay, {})) {
+        unsent.append(text.second);
+    }
+    return exists() ? unsent + m_dialog->takeUnsent() : unsent;
+}
+
+void TranslationHands::retire()
+{
+    if (exists()) {
+        m_window.DelimitTranslation = false;
+        m_window.VoiceTranslateMode = false;
+        m_dialog->retire();
+        closed();
+    }
+}
+
+QPair<bool, QString> TranslationHands::translate(const QString &text, const QString &to, const QString &from)
+{
+    const std::shared_ptr<Trans> translator = m_translator; // the window may close meanwhile
+    return translator != nullptr ? translator->translate(text, to, from) : qMakePair(false, QString());
+}
+
+bool TranslationHands::resultIdle() const
+{
+    return m_window.ResultIdle;
+}
+
+WindowId TranslationHands::foregroundWindow()
+{
+    return m_window.m_platform.windowSystem->foregroundWindow();
+}
+
+void TranslationHands::typeText(const QString &text, WindowId front)
+{
+    const int number = ++m_texts;
+    m_onTheWay.emplace(number, text);
+    whenInFront(front, [this, number, text](bool there) {
+        if (m_onTheWay.erase(number) == 0) {
+            return; // an exit has taken it back
+        }
+        if (there) {
+            m_window.sendToScreen(text, m_window.contextNow());
+        } else {
+            m_window.keepUndelivered(text, PostStop::FocusRefused);
+        }
+    });
+}
+
+void TranslationHands::whenInFront(WindowId front, std::function<void(bool)> action)
+{
+    if (front == 0) {
+        action(true);
+        return;
+    }
+    if (!m_window.m_platform.windowSystem->activate(front)) {
+        action(false);
+        return;
+    }
+    constexpr int longestLooks = 100;
+    lookForFront(front, longestLooks, std::move(action));
+}
+
+void TranslationHands::lookForFront(WindowId front, int looks, std::function<void(bool)> action)
+{
+    constexpr int lookAgainMs = 10;
+    const bool there = m_window.m_platform.windowSystem->foregroundWindow() == front;
+    if (there || looks == 0) {
+        action(there);
+        return;
+    }
+    m_window.m_platform.time->callAfter(
+        lookAgainMs, &m_window,
+        [this, front, looks, action = std::move(action)] { lookForFront(front, looks - 1, action); });
+}
+
+void TranslationHands::takeFocus()
+{
+    if (exists()) {
+        m_window.m_platform.ownWindows->takeFocus(m_dialog->winId());
+    }
+}
+
+void TranslationHands::neverTakeFocus()
+{
+    if (exists()) {
+        m_window.m_platform.ownWindows->neverTakeFocus(m_dialog->winId());
+    }
+}
+
+void TranslationHands::giveFocusTo(WindowId window)
+{
+    m_window.m_platform.windowSystem->activate(window);
+}
+
+void TranslationHands::setDelimitTranslation(bool on)
+{
+    m_window.DelimitTranslation = on;
+}
+
+void TranslationHands::copySelection(bool emptied, WindowId front,
+                                     const std::function<void(const QString &)> &copied)
+{
+    whenInFront(front, [this, emptied, copied, dialog = m_dialog](bool there) {
+        if (there && !dialog.isNull() && dialog == m_dialog) {
+            copyWhenFree(emptied, copied);
+        }
+    });
+}
+
+void TranslationHands::copyWhenFree(bool emptied, const std::function<void(const QString &)> &copied)
+{
+    constexpr int lookAgainMs = 10;
+    if (m_window.HidBusy || m_window.isPasting()) { // the keys and the clipboard are in use
+        m_window.m_platform.time->callAfter(lookAgainMs, m_dialog, [this, emptied, copied] {
+            if (exists() && !isClosing()) {
+                copyWhenFree(emptied, copied);
+            }
+        });
+        return;
+    }
+    m_selectionCopy->begin(emptied, copied);
+}
+
+void TranslationHands::clearClipboard()
+{
+    m_window.m_sessionHands.clearClipboard();
+}
+
+void TranslationHands::readAloud(Pane pane, const QString &text, const PaneReading &reading)
+{
+    if (reading.online) {
+        m_onlineReading->read(pane, text, reading.voice);
+    } else if (m_systemVoice->Init()) { // not before: the window is to open at once
+        m_systemVoice->Speak(text, reading.language);
+    }
+}
+
+void TranslationHands::stopReading()
+{
+    m_onlineReading->stop();
+    m_systemVoice->Stop();
+}
+
+void TranslationHands::tell(const QString &title, const QString &text)
+{
+    askAside(m_dialog, {title, text, {MainWindow::tr("确定")}, true}, [](int) {});
+}
+
+void TranslationHands::closing(const QStringList &untold)
+{
+    m_window.DelimitTranslation = false;
+    m_window.VoiceTranslateMode = false;
+    if (m_window.m_micTip != nullptr) {
+        m_window.m_micTip->UpdateStatusButtons();
+    }
+    for (const QString &sentence : untold) { // spoken, and nobody translates it any more
+        m_window.sendToScreen(sentence, m_window.contextNow());
+    }
+}
+
+void TranslationHands::closed()
+{
+    qInfo() << "Translation window: closed";
+    m_window.disconnect(m_dialog);
+    m_dialog->deleteLater(); // its own code may be running
+    m_dialog = nullptr;
+    m_translator.reset();
+    m_selectionCopy.reset();
+    m_onlineReading.reset();
+    m_systemVoice.reset();
+}
+
+void TranslationHands::translationLimitReached(const QString &title, const QString &text)
+{
+    if (std::exchange(m_limitTold, true)) {
+        return;
+    }
+    QTimer::singleShot(0, &m_window, [this, title, text] {
+        if (!m_window.isLeaving()) {
+            m_window.endMouseSession();
+            ask(&m_window, {title, text, {MainWindow::tr("确定")}, true});
+            m_window.exitByItself();
+        }
+    });
+}
+
+} // namespace mevo

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "session/TranslationPort.h"
+#include "translation/TranslationHost.h"
+#include "ui/translation/TransWindowHost.h"
+
+#include <QPointer>
+
+#include <map>
+#include <memory>
+
+class CTransTipDialog;
+class MainWindow;
+class Trans;
+class WXTextSpeech;
+
+namespace mevo {
+
+class OnlineReading;
+class SelectionCopy;
+
+/// The translation window as the session sees it, and the program as that window and the translation client
+/// see it.
+class TranslationHands : public TranslationPort, public TransWindowHost, public TranslationHost
+{
+public:
+    explicit TranslationHands(MainWindow &window);
+    ~TranslationHands() override;
+
+    // TranslationPort
+    bool exists() const override;
+    bool isVisible() const override;
+    bool isClosing() const override;
+    bool takesKeys() const override;
+    bool create() override;
+    void show() override;
+    void destroy() override;
+
+    /// A voice key that went down while selections are translated.
+    void keyPressed(char *report);
+    /// A translation waits for its window to come to the front.
+    bool isTyping() const { return !m_onTheWay.empty(); }
+    /// Spoken sentences, or their translations, that have not been typed; they are forgotten.
+    QStringList takeUnsent();
+    /// Ends the window without the user's doing, at an exit or with the receiver.
+    void retire();
+
+    // TransWindowHost
+    QPair<bool, QString> translate(const QString &text, const QString &to, const QString &from) override;
+    bool resultIdle() const override;
+    WindowId foregroundWindow() override;
+    void typeText(const QString &text, WindowId front) override;
+    void takeFocus() override;
+    void neverTakeFocus() override;
+    void giveFocusTo(WindowId window) override;
+    void setDelimitTranslation(bool on) override;
+    void copySelection(bool emptied, WindowId front,
+                       const std::function<void(const QString &)> &copied) override;
+    void clearClipboard() override;
+    void readAloud(Pane pane, const QString &text, const PaneReading &reading) override;
+    void stopReading() override;
+    void tell(const QString &title, const QString &text) override;
+    void closing(const QStringList &untold) override;
+    void closed() override;
+
+    // TranslationHost
+    void translationLimitReached(const QString &title, const QString &text) override;
+
+private:
+    /// Has `front` come to the front, unless it is 0; then tells whether it did.
+    void whenInFront(WindowId front, std::function<void(bool)> action);
+    void copyWhenFree(bool emptied, const std::function<void(const QString &)> &copied);
+    void lookForFront(WindowId front, int looks, std::function<void(bool)> action);
+
+    MainWindow &m_window;
+    QPointer<CTransTipDialog> m_dialog;
+    std::shared_ptr<Trans> m_translator; ///< one that waits for an answer stays until it has it
+    std::unique_ptr<OnlineReading> m_onlineReading;
+    std::unique_ptr<WXTextSpeech> m_systemVoice;
+    std::unique_ptr<SelectionCopy> m_selectionCopy;
+    std::map<int, QString> m_onTheWay; ///< texts whose window is being brought to the front
+    int m_texts = 0;                   ///< so far
+    bool m_limitTold = false;
+};
+
+} // namespace mevo

@@ -1,0 +1,586 @@
+// The translation window with a program that a test plays.
+
+#include "base/SettingsFile.h"
+#include "support/CallLog.h"
+#include "support/ScratchHome.h"
+#include "ui/translation/CTransTipDialog.h"
+#include "ui/translation/TransWindowHost.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEventLoop>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QTextEdit>
+#include <QtTest>
+
+namespace {
+
+const ScratchHome home;
+constexpr mevo::WindowId editorWindow = 0x77;
+
+/// Answers each translation with the text in brackets, unless a test says otherwise.
+struct FakeHost : mevo::TransWindowHost
+{
+    QPair<bool, QString> translate(const QString &text, const QString &to, const QString &from) override
+    {
+        log.add(QStringLiteral("translate %1 %2>%3").arg(text, from, to));
+        if (duringTranslation) {
+            std::exchange(duringTranslation, nullptr)();
+        }
+        return fails ? qMakePair(false, text) : qMakePair(true, QLatin1Char('[') + text + QLatin1Char(']'));
+    }
+    bool resultIdle() const override { return idle; }
+    mevo::WindowId foregroundWindow() override { return foreground; }
+    void typeText(const QString &text, mevo::WindowId front) override
+    {
+        log.add(QStringLiteral("type %1").arg(text) +
+                (front != 0 ? QStringLiteral(" into %1").arg(front, 0, 16) : QString()));
+    }
+    void takeFocus() override { log.add(QStringLiteral("take focus")); }
+    void neverTakeFocus() override {}
+    void giveFocusTo(mevo::WindowId window) override
+    {
+        log.add(QStringLiteral("focus to %1").arg(window, 0, 16));
+    }
+    void setDelimitTranslation(bool on) override
+    {
+        log.add(on ? QStringLiteral("delimit on") : QStringLiteral("delimit off"));
+    }
+    void copySelection(bool emptied, mevo::WindowId,
+                       const std::function<void(const QString &)> &copied) override
+    {
+        log.add(emptied ? QStringLiteral("copy emptied") : QStringLiteral("copy"));
+        onCopied = copied;
+    }
+    void clearClipboard() override { log.add(QStringLiteral("clear clipboard")); }
+    void readAloud(mevo::Pane pane, const QString &text, const mevo::PaneReading &reading) override
+    {
+        log.add(QStringLiteral("read %1 %2 %3 %4")
+                    .arg(pane == mevo::Pane::Source ? QStringLiteral("source") : QStringLiteral("dest"), text,
+                         reading.online ? QStringLiteral("online") : QStringLiteral("offline"),
+                         reading.language) +
+                QStringLiteral(" vol%1 spd%2 pit%3 per%4")
+                    .arg(reading.voice.volume)
+                    .arg(reading.voice.speed)
+                    .arg(reading.voice.tone)
+                    .arg(reading.voice.reader));
+    }
+    void stopReading() override { log.add(QStringLiteral("stop reading")); }
+    void tell(const QString &title, const QString &text) override
+    {
+        log.add(QStringLiteral("tell ") + title + QLatin1Char('|') + text);
+    }
+    void closing(const QStringList &untold) override
+    {
+        log.add(QStringLiteral("closing") +
+                (untold.isEmpty() ? QString() : QLatin1Char(' ') + untold.join(u'|')));
+    }
+    void closed() override
+    {
+        log.add(QStringLiteral("closed"));
+        if (onClosed) {
+            onClosed();
+        }
+    }
+
+    CallLog log;
+    bool idle = true;
+    bool fails = false;
+    mevo::WindowId foreground = editorWindow;
+    std::function<void()> duringTranslation; ///< once
+    std::function<void(const QString &)> onCopied;
+    std::function<void()> onClosed;
+};
+
+QStringList list(std::initializer_list<const char *> texts)
+{
+    QStringList strings;
+    for (const char *text : texts) {
+        strings.append(QString::fromUtf8(text));
+    }
+    return strings;
+}
+
+struct Window
+{
+    FakeHost host;
+    std::unique_ptr<CTransTipDialog> dialog;
+
+    /// With zh to en for sentences and en to zh for selections, typed after `delay` seconds.
+    explicit Window(int delay = 10000, const QByteArray &settings = {})
+    {
+        home.write(QStringLiteral("MEVOSetting.ini"),
+                   "[TransSetting]\nSendTransResult2ScreenMode=" + QByteArray::number(delay) +
+                       "\nSourceLan_currentIndex=1\nDestLan_currentIndex=4\n"
+                       "SourceLan_Delimit_currentIndex=5\nDestLan_Delimit_currentIndex=0\n" +
+                       settings);
+        dialog = std::make_unique<CTransTipDialog>(host);
+        host.onClosed = [this] { dialog.release()->deleteLater(); };
+        dialog->show();
+    }
+    template <class Widget>
+    Widget *find(const char *name) const
+    {
+        auto *widget = dialog->findChild<Widget *>(QLatin1String(name));
+        Q_ASSERT(widget != nullptr);
+        return widget;
+    }
+    QTextEdit *source() const { return find<QTextEdit>("textEdit_SourceLan"); }
+    QTextEdit *dest() const { return find<QTextEdit>("textEdit_DestLan"); }
+    void click(const char *button) const { find<QPushButton>(button)->click(); }
+    /// The calls that begin with that word.
+    QStringList calls(const char *verb) const
+    {
+        return host.log.calls().filter(
+            QRegularExpression(QLatin1Char('^') + QLatin1String(verb) + QStringLiteral("\\b")));
+    }
+    QString pair() const
+    {
+        return find<QLabel>("label_SourceLan")->text() + QLatin1Char('>') +
+               find<QLabel>("label_DestLan")->text();
+    }
+    void pressLabel(const char *name) const { QTest::mousePress(find<QLabel>(name), Qt::LeftButton); }
+    /// The cursor is in the source pane, as after a click into it.
+    void typeInSource() const
+    {
+        QApplication::setActiveWindow(dialog.get());
+        source()->setFocus();
+        QVERIFY(dialog->sourceHasFocus());
+    }
+    static QString stored(const char *key)
+    {
+        return mevo::SettingsFile(QStringLiteral("TransSetting")).value(QLatin1String(key)).toString();
+    }
+};
+
+QStringList rowsOf(const QComboBox *box)
+{
+    QStringList rows;
+    for (int i = 0; i < box->count(); ++i) {
+        rows.append(box->itemText(i));
+    }
+    return rows;
+}
+
+} // namespace
+
+class TestTransTipDialog : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lists()
+    {
+        const Window window;
+        const QString rows = QStringLiteral(
+            "自动(auto) 中文(zh) 文言文(wyw) 粤语(yue) 繁体(cht) 英语(en) 日语(jp) 韩语(kor) "
+            "法语(fra) 俄语(ru) 西班牙语(spa) 波兰语(pl) 葡萄牙语(pt) 德语(de) 泰语(th) 捷克语(cs) "
+            "阿拉伯语(ara) 越南语(vie) 意大利语(it) 希腊语(el) 荷兰语(nl) 丹麦语(dan) 瑞典语(swe) "
+            "芬兰语(fin) 匈牙利语(hu) 罗马尼亚语(rom) 保加利亚语(bul) 爱沙尼亚语(est) 斯洛文尼亚语(slo)");
+        const QStringList all = rows.split(u' ');
+        QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_SourceLan_Delimit")), all);
+        QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_DestLan_Delimit")), all.mid(1));
+        QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_DestLan")), all.mid(1));
+        QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_SourceLan")), all.mid(0, 6));
+        const auto *box = window.find<QComboBox>("comboBox_DestLan");
+        QCOMPARE(box->iconSize(), QSize(20, 50));
+        QVERIFY(!box->itemIcon(5).pixmap(20, 14).isNull());
+        QVERIFY(box->itemIcon(5).pixmap(20, 14).toImage() != box->itemIcon(6).pixmap(20, 14).toImage());
+        QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_TTS_Volume")).join(u' '),
+                 QStringLiteral("0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15"));
+        for (const char *name : {"comboBox_TTS_Speed", "comboBox_TTS_Tone"}) {
+            QCOMPARE(rowsOf(window.find<QComboBox>(name)).join(u' '), QStringLiteral("0 1 2 3 4 5 6 7 8 9"));
+        }
+        QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_TTS_Reader")).join(u' '),
+                 QStringLiteral("女声 男声 度逍遥 度丫丫"));
+    }
+
+    /// A window without settings, or with broken ones, has the first row of each list.
+    void settingsThatAreNone_data()
+    {
+        QTest::addColumn<QByteArray>("settings");
+        QTest::newRow("none") << QByteArray();
+        QTest::newRow("out of range")
+            << QByteArray("SourceLan_currentIndex=6\nDestLan_currentIndex=28\nTTS_Volume=16\nTTS_Reader=-1\n"
+                          "SourceLan_Delimit_currentIndex=x\n");
+    }
+    void settingsThatAreNone()
+    {
+        QFETCH(QByteArray, settings);
+        home.write(QStringLiteral("MEVOSetting.ini"), "[TransSetting]\n" + settings);
+        FakeHost host;
+        CTransTipDialog dialog(host);
+        dialog.showRecText(QStringLiteral("甲"));
+        QTRY_COMPARE(host.log.calls().filter(QStringLiteral("type")),
+                     QStringList{QStringLiteral("type [甲]")});
+        QCOMPARE(host.log.calls().first(), QStringLiteral("translate 甲 auto>zh"));
+    }
+
+    /// Each control writes its key at once, and a window made after it shows the same.
+    void settingsAreKept()
+    {
+        Window window(3);
+        window.find<QComboBox>("comboBox_SourceLan")->setCurrentIndex(5);
+        window.find<QComboBox>("comboBox_DestLan")->setCurrentIndex(5);
+        window.find<QComboBox>("comboBox_SourceLan_Delimit")->setCurrentIndex(28);
+        window.find<QComboBox>("comboBox_DestLan_Delimit")->setCurrentIndex(27);
+        window.find<QComboBox>("comboBox_TTS_Volume")->setCurrentIndex(15);
+        window.find<QComboBox>("comboBox_TTS_Speed")->setCurrentIndex(9);
+        window.find<QComboBox>("comboBox_TTS_Tone")->setCurrentIndex(4);
+        window.find<QComboBox>("comboBox_TTS_Reader")->setCurrentIndex(2);
+        window.find<QCheckBox>("checkBox_OnlineTTSFirst")->click();
+        window.find<QCheckBox>("checkBox_AutoReadSourceResult")->click();
+        window.find<QCheckBox>("checkBox_AutoReadDestResult")->click(); // takes the other off
+        window.find<QMenu>("sendMenu")->actions().last()->trigger();
+        const std::pair<const char *, const char *> expected[] = {
+            {"SourceLan_currentIndex", "5"},
+            {"DestLan_currentIndex", "5"},
+            {"SourceLan_Delimit_currentIndex", "28"},
+            {"DestLan_Delimit_currentIndex", "27"},
+            {"TTS_Volume", "15"},
+            {"TTS_Speed", "9"},
+            {"TTS_Tone", "4"},
+            {"TTS_Reader", "2"},
+            {"OnlineTTSFirst", "true"},
+            {"AutoReadSourceResult", "false"},
+            {"AutoReadDestResult", "true"},
+            {"SendTransResult2ScreenMode", "10000"},
+        };
+        for (const auto &[key, value] : expected) {
+            QCOMPARE(Window::stored(key), QLatin1String(value));
+        }
+        QCOMPARE(window.find<QPushButton>("pushButton_TransSendSet")->text(), QStringLiteral("手动点击上屏"));
+        window.dest()->setPlainText(QStringLiteral("x"));
+        window.click("pushButton_DestLan_tts");
+        QCOMPARE(window.calls("read"), list({"read dest x online jp vol15 spd9 pit4 per3"}));
+
+        FakeHost host;
+        CTransTipDialog second(host);
+        second.findChild<QPushButton *>(QStringLiteral("pushButton_SourceLan_tts"))->click();
+        QCOMPARE(host.log.calls(), list({"read source  online en vol15 spd9 pit4 per4"}));
+        second.show();
+        QVERIFY(second.findChild<QCheckBox *>(QStringLiteral("checkBox_AutoReadDestResult"))->isChecked());
+        QVERIFY(!second.findChild<QCheckBox *>(QStringLiteral("checkBox_AutoReadSourceResult"))->isChecked());
+    }
+
+    void sentenceIsTranslatedAndTyped_data()
+    {
+        QTest::addColumn<int>("delay");
+        QTest::addColumn<bool>("visibleAfter");
+        QTest::newRow("at once") << 0 << false;
+        QTest::newRow("after a second") << 1 << true;
+    }
+    void sentenceIsTranslatedAndTyped()
+    {
+        QFETCH(int, delay);
+        Window window(delay);
+        window.dialog->showRecText(QStringLiteral("你好"));
+        QElapsedTimer sinceThen;
+        sinceThen.start();
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        QTRY_COMPARE(window.calls("type"), list({"type [你好]"}));
+        QVERIFY(sinceThen.elapsed() >= delay * 1000 - 50);
+        QCOMPARE(window.calls("translate"), list({"translate 你好 zh>en"}));
+        QTEST(window.dialog->isVisible(), "visibleAfter");
+    }
+
+    void byHand()
+    {
+        Window window;
+        window.dialog->showRecText(QStringLiteral("你好"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        QVERIFY(window.calls("type").isEmpty());
+        window.dest()->setPlainText(QStringLiteral("Hello!")); // corrected
+        window.click("pushButton_TransSend");
+        QCOMPARE(window.calls("type"), list({"type Hello!"}));
+    }
+
+    void failureLeavesThePanes()
+    {
+        Window window(0);
+        window.dest()->setPlainText(QStringLiteral("before"));
+        window.host.fails = true;
+        window.dialog->showRecText(QStringLiteral("你好"));
+        QTRY_COMPARE(window.calls("translate").size(), 1);
+        QCoreApplication::processEvents();
+        QCOMPARE(window.source()->toPlainText(), QStringLiteral("你好"));
+        QCOMPARE(window.dest()->toPlainText(), QStringLiteral("before"));
+        QVERIFY(window.calls("type").isEmpty());
+        QVERIFY(window.dialog->isVisible());
+    }
+
+    /// The result of a session is still being dealt with: the window goes, and the text follows.
+    void waitsForTheResultBefore()
+    {
+        Window window(0);
+        window.host.idle = false;
+        window.dialog->showRecText(QStringLiteral("你好"));
+        QTRY_VERIFY(!window.dialog->isVisible());
+        QVERIFY(window.calls("type").isEmpty());
+        window.host.idle = true;
+        QTRY_COMPARE(window.calls("type"), list({"type [你好]"}));
+    }
+
+    /// Sentences that come while the one before is translated, or waits to be typed: each once, in order.
+    void sentencesFollowEachOther()
+    {
+        Window window(1);
+        window.host.duringTranslation = [&window] {
+            window.dialog->showRecText(QStringLiteral("二"));
+            QCoreApplication::processEvents();
+            window.dialog->showRecText(QStringLiteral("三"));
+        };
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.calls("type"), (list({"type [一]", "type [二]", "type [三]"})));
+        QCOMPARE(window.calls("translate").size(), 3);
+        QTest::qWait(1200); // the delays of the first two would have ended by now
+        QCOMPARE(window.calls("type").size(), 3);
+    }
+
+    void textThatChangesMeanwhile()
+    {
+        Window window;
+        window.host.duringTranslation = [&window] {
+            window.source()->setPlainText(QStringLiteral("ab"));
+            QCoreApplication::processEvents();
+        };
+        window.source()->setPlainText(QStringLiteral("a"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[ab]"));
+        QCOMPARE(window.calls("translate"), (list({"translate a zh>en", "translate ab zh>en"})));
+    }
+
+    void withTheCursorInTheSourceNothingIsSent()
+    {
+        Window window(1);
+        window.typeInSource();
+        window.source()->setPlainText(QStringLiteral("abc"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[abc]"));
+        window.click("pushButton_TransSend");
+        QTest::qWait(1200);
+        QVERIFY(window.calls("type").isEmpty());
+        QVERIFY(window.dialog->sourceHasFocus());
+    }
+
+    void clickIntoTheSourceTakesTheKeyboard()
+    {
+        Window window;
+        QTest::mouseClick(window.dest()->viewport(), Qt::LeftButton);
+        QTest::mouseClick(window.find<QPushButton>("pushButton_ClearTransDest"), Qt::LeftButton);
+        QVERIFY(window.calls("take").isEmpty());
+        QTest::mouseClick(window.source()->viewport(), Qt::LeftButton);
+        QCOMPARE(window.calls("take"), list({"take focus"}));
+        window.typeInSource();
+        window.host.foreground = window.dialog->winId();
+        QTest::keyClick(window.source(), Qt::Key_Escape); // ends the typing, not the window
+        QVERIFY(!window.dialog->sourceHasFocus());
+        QVERIFY(window.dialog->isVisible());
+        QCOMPARE(window.calls("focus"), list({"focus to 77"}));
+    }
+
+    /// Ours in front, its lower pane has the keyboard: the text goes to where the user was before.
+    void returnsToTheWindowBefore()
+    {
+        Window window;
+        window.dialog->HandleGetForeWin();
+        window.host.foreground = window.dialog->winId();
+        window.dest()->setPlainText(QStringLiteral("x"));
+        window.click("pushButton_TransSend");
+        QCOMPARE(window.calls("type"), list({"type x into 77"}));
+    }
+
+    void swapping()
+    {
+        Window window;
+        QCOMPARE(window.pair(), QStringLiteral("中文>英文"));
+        window.pressLabel("label_DestLan");
+        QCOMPARE(window.pair(), QStringLiteral("英文>中文"));
+        QCOMPARE(Window::stored("SourceLan_currentIndex"), QStringLiteral("5"));
+        QCOMPARE(Window::stored("DestLan_currentIndex"), QStringLiteral("0"));
+        window.dialog->showRecText(QStringLiteral("a"));
+        QTRY_COMPARE(window.calls("translate"), list({"translate a en>zh"}));
+        window.pressLabel("label_SourceLan");
+        window.find<QComboBox>("comboBox_DestLan")->setCurrentIndex(5);
+        QCOMPARE(window.pair(), QStringLiteral("中文>日语"));
+        window.pressLabel("label_SourceLan"); // no recogniser hears Japanese
+        QCOMPARE(window.pair(), QStringLiteral("中文>日语"));
+        QCOMPARE(Window::stored("DestLan_currentIndex"), QStringLiteral("5"));
+        window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
+        window.find<QComboBox>("comboBox_SourceLan_Delimit")->setCurrentIndex(6);
+        window.pressLabel("label_SourceLan");
+        QCOMPARE(window.pair(), QStringLiteral("中文>日语"));
+        QCOMPARE(Window::stored("DestLan_Delimit_currentIndex"), QStringLiteral("5"));
+    }
+
+    void selectionState()
+    {
+        Window window;
+        char press[16] = {1, 0x70, 3, 1};
+        window.dialog->ProcessResult(press); // means nothing yet
+        QVERIFY(window.host.log.calls().isEmpty());
+        window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
+        QCOMPARE(window.host.log.calls(),
+                 (list({"delimit on", "tell 禁用语音|进入划词翻译状态下，语音输入将被禁止！"})));
+        QCOMPARE(window.pair(), QStringLiteral("英文>中文"));
+        window.dialog->ProcessResult(press);
+        window.host.onCopied(QStringLiteral("selected"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[selected]"));
+        QCOMPARE(window.calls("translate"), list({"translate selected en>zh"}));
+
+        window.host.log.clear();
+        window.dialog->ProcessResult(press); // nothing is selected, and the clipboard is empty
+        window.host.onCopied(QString());
+        QVERIFY(window.source()->toPlainText().isEmpty() && window.dest()->toPlainText().isEmpty());
+        QCOMPARE(window.host.log.calls(), (list({"copy", "clear clipboard", "delimit on", "copy emptied"})));
+        window.host.onCopied(QStringLiteral("late"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[late]"));
+
+        window.typeInSource();
+        window.host.log.clear();
+        window.dialog->ProcessResult(press); // the user types here
+        QVERIFY(window.calls("copy").isEmpty());
+        window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
+        QCOMPARE(window.calls("delimit"), list({"delimit off"}));
+        QCOMPARE(window.pair(), QStringLiteral("中文>英文"));
+    }
+
+    void wordsByTheButton()
+    {
+        Window window;
+        window.dest()->setPlainText(QStringLiteral("one two"));
+        window.dest()->selectAll();
+        window.click("pushButton_SelectDelimit");
+        QCOMPARE(window.source()->toPlainText(), QStringLiteral("one two"));
+        QVERIFY(!window.dialog->delimitMode());
+        window.click("pushButton_SelectDelimit");
+        QVERIFY(window.dialog->delimitMode());
+        QVERIFY(window.find<QCheckBox>("checkBox_Delimit_Translation")->isChecked());
+        QVERIFY(window.source()->toPlainText().isEmpty());
+        window.host.onCopied(QStringLiteral("word"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[word]"));
+    }
+
+    void readingAloud()
+    {
+        Window window(10000, "AutoReadDestResult=1\nTTS_Volume=5\n");
+        window.dialog->showRecText(QStringLiteral("你好 世界"));
+        QTRY_COMPARE(window.calls("read"), list({"read dest [你好 世界] offline en vol5 spd0 pit0 per0"}));
+        window.host.log.clear();
+        window.dest()->find(QStringLiteral("世界"), QTextDocument::FindBackward);
+        QTextCursor cursor(window.dest()->document());
+        cursor.setPosition(1);
+        cursor.setPosition(3, QTextCursor::KeepAnchor);
+        window.dest()->setTextCursor(cursor);
+        window.click("pushButton_SourceLan_tts"); // the selection, once, whichever button
+        window.click("pushButton_SourceLan_tts");
+        QCOMPARE(window.calls("read"), (list({"read source 你好 offline zh vol5 spd0 pit0 per0",
+                                              "read source 你好 世界 offline zh vol5 spd0 pit0 per0"})));
+        window.host.log.clear();
+        window.click("pushButton_ClearTransDest");
+        window.click("pushButton_DestLan_tts");
+        QCOMPARE(window.host.log.calls(),
+                 (list({"clear clipboard", "read dest  offline en vol5 spd0 pit0 per0"})));
+    }
+
+    void delayIsChosenMeanwhile()
+    {
+        Window window(1);
+        window.dialog->showRecText(QStringLiteral("你好"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        window.find<QMenu>("sendMenu")->actions().last()->trigger(); // by hand
+        QTest::qWait(1200);
+        QVERIFY(window.calls("type").isEmpty());
+        window.find<QMenu>("sendMenu")->actions().first()->trigger();
+        QCOMPARE(window.calls("tell"), list({"tell 立即上屏|如关闭立即上屏功能，请重新打开翻译窗口并关闭"}));
+    }
+
+    void closing()
+    {
+        Window window(1);
+        window.dialog->showRecText(QStringLiteral("你好"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        window.host.log.clear();
+        const QPointer<CTransTipDialog> dialog(window.dialog.get());
+        window.click("pushButton_TransClose");
+        QCOMPARE(window.host.log.calls(), (list({"clear clipboard", "closing", "stop reading", "closed"})));
+        QTRY_VERIFY(dialog.isNull());
+        QTest::qWait(1200);
+        QVERIFY(window.calls("type").isEmpty());
+    }
+
+    /// The answer comes to a window that has gone; a sentence that it has not shown is told.
+    void closesWhileTheAnswerIsAwaited_data()
+    {
+        QTest::addColumn<bool>("atOnce"); // it is destroyed before the wait ends
+        QTest::newRow("gone by then") << true;
+        QTest::newRow("closed, not yet gone") << false;
+    }
+    void closesWhileTheAnswerIsAwaited()
+    {
+        QFETCH(bool, atOnce);
+        Window window(0);
+        if (atOnce) {
+            window.host.onClosed = [&window] { window.dialog.reset(); };
+        }
+        window.host.duringTranslation = [&window] {
+            window.dialog->showRecText(QStringLiteral("二"));
+            window.dialog->close(); // as a window manager asks for it
+        };
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.calls("closing"), list({"closing 二"}));
+        QTRY_VERIFY(window.dialog == nullptr);
+        QVERIFY(window.calls("type").isEmpty());
+    }
+
+    void unsentTexts()
+    {
+        Window window(5);
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
+        window.dialog->showRecText(QStringLiteral("二"));
+        window.dialog->showRecText(QStringLiteral("三"));
+        QCOMPARE(window.dialog->takeUnsent(), (list({"[一]", "二", "三"})));
+        QVERIFY(window.dialog->takeUnsent().isEmpty());
+    }
+
+    void settingsOpen()
+    {
+        const Window window;
+        QCOMPARE(window.dialog->size(), QSize(0x1c7, 0xe6));
+        auto *open = window.find<QCheckBox>("checkBox_ShowSetTransLan");
+        window.dialog->move(10, 100000);
+        open->click();
+        QCOMPARE(window.dialog->size(), QSize(0x1c7, 0x22b));
+        QVERIFY(window.dialog->screen()->availableGeometry().contains(window.dialog->pos()));
+        QVERIFY(window.find<QComboBox>("comboBox_DestLan")->isVisible());
+        open->click();
+        QCOMPARE(window.dialog->size(), QSize(0x1c7, 0xe6));
+    }
+
+    void oddTexts_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("emoji") << QStringLiteral("😀👍🏽");
+        QTest::newRow("right to left") << QStringLiteral("مرحبا بالعالم");
+        QTest::newRow("lines") << QStringLiteral("一\n二\n三");
+        QTest::newRow("markup") << QStringLiteral("<b>&amp;</b>");
+        QTest::newRow("long") << QString(10000, QChar(u'长'));
+    }
+    void oddTexts()
+    {
+        QFETCH(QString, text);
+        Window window(0);
+        window.dialog->showRecText(text);
+        QTRY_COMPARE(window.calls("type"), QStringList{QStringLiteral("type [") + text + QLatin1Char(']')});
+        QCOMPARE(window.calls("translate"),
+                 QStringList{QStringLiteral("translate ") + text + QStringLiteral(" zh>en")});
+    }
+};
+
+QTEST_MAIN(TestTransTipDialog)
+#include "tst_trans_tip_dialog.moc"

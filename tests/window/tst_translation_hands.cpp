@@ -1,0 +1,309 @@
+// The translation window in its program: voice keys, sentences, selections, on a platform of fakes with a
+// translation service of the test's own.
+
+#include "Program.h"
+
+#include "base/ApplicationFiles.h"
+#include "support/ScriptedHttp.h"
+#include "ui/translation/CTransTipDialog.h"
+#include "window/SelectionChoice.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTextEdit>
+#include <QUrlQuery>
+
+namespace {
+
+/// Answers each text with itself in brackets.
+struct Service
+{
+    ScriptedHttp server;
+    QStringList asked; ///< "TEXT FROM>TO"
+
+    Service()
+    {
+        server.answering = [this](const ScriptedRequest &request) {
+            const QUrl url(QString::fromLatin1(request.target));
+            if (!url.path().endsWith(QLatin1String("/translate"))) {
+                return ScriptedAnswer::body("", 404);
+            }
+            const QUrlQuery query(url);
+            const QString text = query.queryItemValue(QStringLiteral("q"), QUrl::FullyDecoded);
+            asked.append(QStringLiteral("%1 %2>%3")
+                             .arg(text, query.queryItemValue(QStringLiteral("from")),
+                                  query.queryItemValue(QStringLiteral("to"))));
+            const QJsonObject segment{{QStringLiteral("src"), text},
+                                      {QStringLiteral("dst"), QLatin1Char('[') + text + QLatin1Char(']')}};
+            return ScriptedAnswer::body(
+                QJsonDocument(QJsonObject{{QStringLiteral("trans_result"), QJsonArray{segment}}}).toJson());
+        };
+    }
+};
+
+struct Desk
+{
+    Service service;
+    Program program;
+
+    explicit Desk(int delay = 1, bool plugged = true)
+        : program(plugged, service.server.host())
+    {
+        QFile settings(mevo::appFile(QStringLiteral("MEVOSetting.ini")));
+        if (settings.open(QIODevice::Append)) {
+            settings.write("[TransSetting]\nSourceLan_currentIndex=1\nDestLan_currentIndex=4\n"
+                           "SourceLan_Delimit_currentIndex=5\nSendTransResult2ScreenMode=" +
+                           QByteArray::number(delay) + "\n");
+        }
+        settings.close();
+        program.start();
+        program.fake.log.clear();
+    }
+    MainWindow &window() { return *program.window; }
+    CTransTipDialog *dialog() { return program.window->findChild<CTransTipDialog *>(); }
+    QString pane(const char *name)
+    {
+        return dialog() != nullptr ? dialog()->findChild<QTextEdit *>(QLatin1String(name))->toPlainText()
+                                   : QString();
+    }
+    QString translation() { return pane("textEdit_DestLan"); }
+    QStringList calls(const char *prefix) { return program.fake.log.calls(QString::fromUtf8(prefix)); }
+    void translateSelections()
+    {
+        window().pushBuutton_Translate_clicked();
+        dialog()->findChild<QCheckBox *>(QStringLiteral("checkBox_Delimit_Translation"))->click();
+        program.fake.log.clear();
+    }
+};
+
+} // namespace
+
+class TestTranslationHands : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theButtonOpensAndCloses()
+    {
+        Desk desk;
+        desk.window().pushBuutton_Translate_clicked();
+        QVERIFY(desk.window().VoiceTranslateMode && desk.dialog()->isVisible());
+        QVERIFY(desk.program.fake.ownWindows->withoutFocus.contains(desk.dialog()->winId()));
+        desk.dialog()->hide();
+        desk.window().pushBuutton_Translate_clicked(); // a hidden one comes back
+        QVERIFY(desk.window().VoiceTranslateMode && desk.dialog()->isVisible());
+        desk.window().DelimitTranslation = true;
+        desk.window().pushBuutton_Translate_clicked();
+        QTRY_VERIFY(desk.dialog() == nullptr);
+        QVERIFY(!desk.window().VoiceTranslateMode && !desk.window().DelimitTranslation);
+        QCOMPARE(desk.calls("clipboard"), QStringList{QStringLiteral("clipboard clear")});
+        desk.window().pushBuutton_Translate_clicked(); // and a new one can be made
+        QVERIFY(desk.window().VoiceTranslateMode && desk.dialog()->isVisible());
+    }
+
+    /// The sentence goes into the window, its translation into the program in front, by the clipboard.
+    void spokenSentence()
+    {
+        Desk desk;
+        desk.program.key(2, true);
+        QTRY_VERIFY(desk.dialog() != nullptr && desk.dialog()->isVisible());
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[你好]"));
+        QCOMPARE(desk.service.asked, QStringList{QStringLiteral("你好 zh>en")});
+        QVERIFY(desk.calls("post").isEmpty());
+        QTRY_COMPARE(desk.calls("clipboard set"), QStringList{QStringLiteral("clipboard set [你好]")});
+        QTRY_VERIFY(desk.program.fake.log.has(QStringLiteral("hid send 05 81 04 01 19 00 00 00")));
+        QTest::qWait(50);
+        QCOMPARE(desk.calls("clipboard set").size(), 1);
+    }
+
+    /// Ours in front: the window before it comes back first; one that does not come gets nothing.
+    void returnsTheFocusFirst_data()
+    {
+        QTest::addColumn<bool>("obeys");
+        QTest::newRow("it comes") << true;
+        QTest::newRow("it does not") << false;
+    }
+    void returnsTheFocusFirst()
+    {
+        QFETCH(bool, obeys);
+        Desk desk(10000);
+        desk.window().pushBuutton_Translate_clicked();
+        desk.dialog()->HandleGetForeWin();
+        desk.program.fake.windowSystem->foreground = desk.dialog()->winId();
+        desk.program.fake.windowSystem->obeys = obeys;
+        desk.dialog()
+            ->findChild<QTextEdit *>(QStringLiteral("textEdit_DestLan"))
+            ->setPlainText(QStringLiteral("text"));
+        desk.dialog()->on_pushButton_TransSend_clicked();
+        desk.program.settle();
+        QCOMPARE(desk.calls("activate"), QStringList{QStringLiteral("activate 10")});
+        QCOMPARE(desk.program.fake.log.has(QStringLiteral("clipboard set text")), obeys);
+        QCOMPARE(desk.calls("message 有文字未能输入").size(), obeys ? 0 : 1);
+    }
+
+    void choices_data()
+    {
+        QTest::addColumn<bool>("changed");
+        QTest::addColumn<QString>("clipboard");
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("selection");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("putBack");
+        QTest::newRow("copied") << true << "new"
+                                << "old"
+                                << "other"
+                                << "new" << true;
+        QTest::newRow("copied, nothing there before") << true << "new"
+                                                      << ""
+                                                      << ""
+                                                      << "new" << false;
+        QTest::newRow("the same again") << true << "old"
+                                        << "old"
+                                        << ""
+                                        << "old" << false;
+        QTest::newRow("no keys, but selected") << false << ""
+                                               << "old"
+                                               << "selected"
+                                               << "selected" << false;
+        QTest::newRow("nothing selected") << false << ""
+                                          << "old"
+                                          << ""
+                                          << "old" << false;
+        QTest::newRow("a picture was copied") << true << ""
+                                              << "old"
+                                              << ""
+                                              << "old" << true;
+        QTest::newRow("nothing at all") << false << ""
+                                        << ""
+                                        << ""
+                                        << "" << false;
+    }
+    void choices()
+    {
+        QFETCH(bool, changed);
+        QFETCH(QString, clipboard);
+        QFETCH(QString, before);
+        QFETCH(QString, selection);
+        const mevo::SelectionChoice choice = mevo::chooseSelection({changed, clipboard, before, selection});
+        QTEST(choice.text, "text");
+        QTEST(choice.putBack, "putBack");
+    }
+
+    /// A voice key copies instead of recording; the clipboard has its text again.
+    void selectionByTheReceiver()
+    {
+        Desk desk(10000);
+        desk.translateSelections();
+        desk.program.fake.clipboard->putIn(QStringLiteral("before"));
+        desk.program.key(3, true);
+        QTRY_VERIFY(desk.program.fake.log.has(QStringLiteral("hid send 05 81 04 01 06 00 00 00")));
+        desk.program.fake.clipboard->putIn(QStringLiteral("selected"));
+        desk.program.key(3, false);
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[selected]"));
+        QCOMPARE(desk.service.asked, QStringList{QStringLiteral("selected en>zh")});
+        QCOMPARE(desk.program.fake.clipboard->content, QStringLiteral("before"));
+        QVERIFY(desk.program.fake.log.has(QStringLiteral("hid send 05 81 04 00 00 00 00 00")));
+        QVERIFY(!desk.window().Recording);
+    }
+
+    /// A terminal that copies by no key gets none, least of all Ctrl+C.
+    void selectionInATerminal_data()
+    {
+        QTest::addColumn<QString>("windowClass");
+        QTest::addColumn<QString>("keys");
+        QTest::newRow("xterm") << "xterm.XTerm"
+                               << "";
+        QTest::newRow("konsole") << "konsole.konsole"
+                                 << "05 81 04 03 06 00 00 00";
+    }
+    void selectionInATerminal()
+    {
+        QFETCH(QString, windowClass);
+        QFETCH(QString, keys);
+        Desk desk(10000);
+        desk.translateSelections();
+        desk.program.fake.windowSystem->classOfAll = windowClass;
+        desk.program.fake.clipboard->selected = QStringLiteral("marked");
+        desk.program.key(3, true);
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[marked]"));
+        const QStringList pressed = desk.calls("hid send 05 81 04 ").filter(QStringLiteral(" 06 00"));
+        QCOMPARE(pressed, keys.isEmpty() ? QStringList() : QStringList{QStringLiteral("hid send ") + keys});
+    }
+
+    void nothingSelected()
+    {
+        Desk desk(10000);
+        desk.translateSelections();
+        desk.program.fake.clipboard->putIn(QStringLiteral("held"));
+        desk.program.key(3, true);
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[held]")); // what the clipboard has held all along
+        desk.dialog()->on_pushButton_ClearTransSource_clicked();
+        desk.dialog()->on_pushButton_ClearTransDest_clicked();
+        desk.program.key(3, true);
+        desk.program.settle();
+        QTest::qWait(50);
+        QVERIFY(desk.translation().isEmpty());
+        QCOMPARE(desk.service.asked.size(), 1);
+    }
+
+    /// By the system's voice, in the pane's language; silent once the window has gone.
+    void readsAloud()
+    {
+        Desk desk;
+        desk.window().pushBuutton_Translate_clicked();
+        desk.dialog()
+            ->findChild<QTextEdit *>(QStringLiteral("textEdit_SourceLan"))
+            ->setPlainText(QStringLiteral("你好"));
+        desk.dialog()->on_pushButton_SourceLan_tts_clicked();
+        QCOMPARE(desk.calls("speak"), QStringList{QStringLiteral("speak cmn 你好")});
+        desk.program.fake.log.clear();
+        desk.window().pushBuutton_Translate_clicked();
+        QVERIFY(desk.program.fake.log.has(QStringLiteral("speech stop")));
+    }
+
+    /// The receiver takes the window with it; a sentence that waits to be typed is kept.
+    void theReceiverGoes()
+    {
+        Desk desk(5);
+        desk.window().pushBuutton_Translate_clicked();
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[你好]"));
+        desk.program.change(mevo::DeviceNotifier::Change::Removal);
+        QTRY_VERIFY(desk.dialog() == nullptr);
+        QVERIFY(!desk.window().VoiceTranslateMode);
+        QCOMPARE(desk.calls("message 有文字未能输入").size(), 1);
+    }
+
+    /// The window is closed, or the program left, while the service is silent.
+    void endsWhileTheServiceIsSilent_data()
+    {
+        QTest::addColumn<bool>("leaves");
+        QTest::newRow("closed") << false;
+        QTest::newRow("left") << true;
+    }
+    void endsWhileTheServiceIsSilent()
+    {
+        QFETCH(bool, leaves);
+        Desk desk(0);
+        desk.service.server.answering = nullptr;
+        desk.service.server.fallback = ScriptedAnswer::silence();
+        desk.window().pushBuutton_Translate_clicked();
+        const int before = desk.service.server.requests.size();
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        bool done = false;
+        QTimer::singleShot(100, &desk.window(), [&] {
+            QVERIFY(desk.service.server.requests.size() > before);
+            leaves ? desk.window().exitByItself() : desk.window().pushBuutton_Translate_clicked();
+            done = true;
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(done && desk.dialog() == nullptr, 10000);
+        QVERIFY(desk.calls("clipboard set").isEmpty());
+    }
+};
+
+QTEST_MAIN(TestTranslationHands)
+#include "tst_translation_hands.moc"
