@@ -30,6 +30,7 @@
 #include "ui/QToolTips.h"
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
+#include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
 
 #include <QCloseEvent>
@@ -117,6 +118,7 @@ MainWindow::~MainWindow()
     }
     // What refers to this window's state goes before the state does.
     closePushSocket();
+    m_settingsHands.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete m_micTip;
     delete m_recorder;

@@ -12,6 +12,7 @@
 #include "ui/MicTipDialog.h"
 #include "ui/Picture.h"
 #include "ui/QToolTips.h"
+#include "window/SettingsHands.h"
 
 #include <QAction>
 #include <QApplication>
@@ -249,7 +250,8 @@ void MainWindow::setWndTopMostTimeout()
     const bool menuOpen = (m_menu != nullptr && m_menu->isVisible()) ||
                           (m_languageMenu != nullptr && m_languageMenu->isVisible());
     // Raising the bar would lift it, and the talk window with it, over a question that stands.
-    if (menuOpen || HidBusy || QApplication::activeModalWidget() != nullptr) {
+    const bool settingsOpen = m_settingsHands && m_settingsHands->isOpen();
+    if (menuOpen || settingsOpen || HidBusy || QApplication::activeModalWidget() != nullptr) {
         return;
     }
     if (!DeviceConnected && !NoDeviceMode) {
@@ -364,11 +366,6 @@ void MainWindow::trigerCmdWordVoiceKeyboardMenu(QAction *act)
     if (act->text() == tr("语音映射词设置")) {
         pushBuutton_CommandWord_clicked();
     }
-}
-
-void MainWindow::pushBuutton_Setting_clicked()
-{
-    qInfo() << "The settings dialog is not part of this build";
 }
 
 void MainWindow::pushBuutton_Translate_clicked()

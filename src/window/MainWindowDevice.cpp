@@ -12,6 +12,7 @@
 #include "session/KeyReport.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
+#include "window/SettingsHands.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -293,6 +294,9 @@ void MainWindow::deviceRemoved()
         m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppHide")}, true);
         m_device->DeviceGoodbye();
         m_device->StopHeartbeat();
+        if (m_settingsHands) {
+            m_settingsHands->close();
+        }
         stopReader();
         m_device->ReleaseHidDevice();
     }

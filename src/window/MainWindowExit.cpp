@@ -10,6 +10,7 @@
 #include "session/MatchText.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
+#include "window/SettingsHands.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -74,6 +75,9 @@ void MainWindow::walkExit(ExitKind kind)
         kind = *answered;
     }
     mevo::closeQuestions();
+    if (m_settingsHands) {
+        m_settingsHands->storeEdits();
+    }
     finishSessions();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
     if (m_countersKnown) {
@@ -182,6 +186,9 @@ void MainWindow::tearDown()
     m_micTip->disconnect();
     m_micTip->deleteLater();
     m_micTip = nullptr;
+    if (m_settingsHands) {
+        m_settingsHands->close();
+    }
 
     closeXunFeiSocket();
     m_recorder->disconnect();

@@ -41,7 +41,9 @@ void MainWindow::ReadServerInfo()
         m_leaving) {
         return;
     }
-    if (readDeviceRecord() && !isLeaving() && !m_leaving) {
+    const bool goesOn = readDeviceRecord() && !isLeaving() && !m_leaving;
+    refreshSettings();
+    if (goesOn) {
         makeGoodAccountLists();
     }
 }
@@ -58,6 +60,10 @@ bool MainWindow::readDeviceRecord()
     const int choice = m_languageChoice;
     const QString dongle = DongleID;
     const bool told = tellUntoldChoice();
+    if (!isLeaving()) {
+        tellUntoldColumns();
+    }
+    m_chosenColumns.clear();
     if (isLeaving() || m_recorder == nullptr || dongle != DongleID) {
         return false; // the wait has let an exit through, or another receiver
     }
@@ -83,12 +89,43 @@ bool MainWindow::readDeviceRecord()
         qWarning() << "Device record: the backend announces a row and sends none";
         return true;
     }
-    const QJsonObject &row = content->rows.front();
+    QJsonObject row = content->rows.front();
+    for (const QString &column : qAsConst(m_chosenColumns)) {
+        row.remove(column); // it was read before the user's choice reached it
+    }
+    const mevo::RecordChoices untold = mevo::untoldChoices(mevo::SettingsFile());
+    for (auto each = untold.cbegin(); each != untold.cend(); ++each) {
+        row.remove(each.key());
+    }
     if (moveToOtherServers(row)) {
         return false;
     }
     applyDeviceRecord(row, choice != m_languageChoice || !told);
     return true;
+}
+
+void MainWindow::tellRecord(const mevo::RecordChoices &choices)
+{
+    {
+        mevo::SettingsFile settings;
+        mevo::keepUntold(choices, settings);
+    }
+    for (const QString &column : choices.keys()) {
+        m_chosenColumns.insert(column);
+    }
+    QTimer::singleShot(0, this, &MainWindow::tellUntoldColumns);
+}
+
+void MainWindow::tellUntoldColumns()
+{
+    const mevo::RecordChoices choices = mevo::untoldChoices(mevo::SettingsFile());
+    if (choices.isEmpty() || isLeaving() || DongleID.isEmpty() ||
+        !tellBackend(mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
+                                           {mevo::assignments(choices), DongleID}))) {
+        return;
+    }
+    mevo::SettingsFile settings;
+    mevo::dropTold(choices, settings);
 }
 
 void MainWindow::createDeviceRecord()
