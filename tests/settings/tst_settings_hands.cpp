@@ -1,4 +1,5 @@
 #include "audio/AudioRecorder.h"
+#include "base/ApplicationFiles.h"
 #include "base/SettingsFile.h"
 #include "settings/List.h"
 #include "ui/settings/CSettingDialog.h"
@@ -10,6 +11,7 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -162,6 +164,38 @@ private Q_SLOTS:
             QStringLiteral("C:\\iFly"));
         program.button("pushButton_OpenXunFeiInputHW")->click();
         QVERIFY(!program.fake.log.calls().filter(QStringLiteral("C:\\iFly\\iFlyHandwriting.exe")).isEmpty());
+    }
+
+    void offlineRecognitionOfTheInputMethod()
+    {
+        const QTemporaryDir data;
+        qputenv("XDG_DATA_HOME", QFile::encodeName(data.filePath(QStringLiteral("share"))));
+        const QString folder = data.filePath(QStringLiteral("localLow/iFly Info Tek/iFlyIME"));
+        QVERIFY(QDir().mkpath(folder) && QDir().mkpath(data.filePath(QStringLiteral("share"))));
+        WithSettings program;
+        program.methodInForce();
+        const char *const box = "checkBox_OnlyUseXunFeiOfflineASR";
+        constexpr int restart = 0, cancel = 2;
+        program.answer = cancel;
+        program.button(box)->click();
+        QVERIFY(!program.button(box)->isChecked());
+        QCOMPARE(setting("OnlyUseXunFeiOfflineASR"), QStringLiteral("absent"));
+        program.answer = restart; // and there is no file to take
+        program.button(box)->click();
+        QVERIFY(!program.button(box)->isChecked() &&
+                !program.fake.log.has(QStringLiteral("restart computer")));
+        QFile source(mevo::appFile(QStringLiteral("configXFOffline.xml")));
+        QVERIFY(source.open(QIODevice::WriteOnly) && source.write("<offline/>") > 0);
+        source.close();
+        program.button(box)->click();
+        QVERIFY(program.button(box)->isChecked() && program.window->OnlyUseXunFeiOfflineASR);
+        QCOMPARE(setting("OnlyUseXunFeiOfflineASR") + setting("PureXunFeiOfflineVersion"),
+                 QStringLiteral("truetrue"));
+        QFile target(folder + QStringLiteral("/config.xml"));
+        QVERIFY(target.open(QIODevice::ReadOnly));
+        QCOMPARE(target.readAll(), QByteArray("<offline/>"));
+        QVERIFY(program.fake.log.has(QStringLiteral("restart computer")));
+        QVERIFY(source.remove());
     }
 
     void theReceiverIsPulledOut()
