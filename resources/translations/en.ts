@@ -399,6 +399,40 @@
         <source>已选择搜狗语音输入法，将在下次启动软件或插入设备时设置并生效！</source>
         <translation>Sogou's voice input method is chosen. It is set up, and in force, from the next start or plugging-in on.</translation>
     </message>
+    <message>
+        <source>将自动重启软件，请稍候</source>
+        <translation>The program restarts in a moment</translation>
+    </message>
+    <message>
+        <source>没有找到讯飞输入法，请先安装！</source>
+        <translation>XunFei's input method was not found; install it first</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>重启电脑该功能才生效;	
+取消：点击此按钮，将退出并保持以前配置</source>
+        <translation>This takes effect after a restart of the computer.
+Cancel leaves everything as it was.</translation>
+    </message>
+    <message>
+        <source>自动重启电脑</source>
+        <translation>Restart now</translation>
+    </message>
+    <message>
+        <source>手动重启电脑</source>
+        <translation>Restart later</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>没有找到声音控制面板，请在系统设置中打开！</source>
+        <translation>No sound settings were found; open them in the system settings</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>
@@ -808,6 +842,10 @@ keep the pointer on this window and it stays open</translation>
     <message>
         <source>西班牙语</source>
         <translation>Spanish</translation>
+    </message>
+    <message>
+        <source>中文</source>
+        <translation>Chinese</translation>
     </message>
 </context>
 <context>
@@ -1696,6 +1734,630 @@ the first definition is the one that runs!</translation>
     <message>
         <source>译文自动朗读</source>
         <translation>Auto-read translation</translation>
+    </message>
+</context>
+<context>
+    <name>CSelectSmallLanDialectDialog</name>
+    <message>
+        <source>请选择语种(试用功能，不保证一直提供该功能)</source>
+        <translation>Choose languages (on trial, and not promised to stay)</translation>
+    </message>
+    <message>
+        <source>选择小语种</source>
+        <translation>Other languages</translation>
+    </message>
+</context>
+<context>
+    <name>CSelectXFWebApiDialectDialog</name>
+    <message>
+        <source>请选择方言(中文方言为试用功能，不保证一直提供该功能）</source>
+        <translation>Choose dialects (on trial, and not promised to stay)</translation>
+    </message>
+    <message>
+        <source>选择中文方言</source>
+        <translation>Chinese dialects</translation>
+    </message>
+</context>
+<context>
+    <name>CSettingDialog</name>
+    <message>
+        <source> 常用设置</source>
+        <translation>Common</translation>
+    </message>
+    <message>
+        <source>高级设置</source>
+        <translation>Advanced</translation>
+    </message>
+    <message>
+        <source>硬件设置</source>
+        <translation>Hardware</translation>
+    </message>
+    <message>
+        <source>命令词直通车</source>
+        <translation>Command prefix</translation>
+    </message>
+    <message>
+        <source>命令前缀词上屏</source>
+        <translation>Type what follows a command prefix</translation>
+    </message>
+    <message>
+        <source>执行命令词直通车功能时，语音命令词上屏显示在输入光标处</source>
+        <translation>When a command prefix is spoken, the spoken command is typed at the caret as well</translation>
+    </message>
+    <message>
+        <source>命令前缀词：</source>
+        <translation>Command prefixes:</translation>
+    </message>
+    <message>
+        <source>搜索直通车</source>
+        <translation>Search prefix</translation>
+    </message>
+    <message>
+        <source>搜索前缀词上屏</source>
+        <translation>Type what follows a search prefix</translation>
+    </message>
+    <message>
+        <source>执行搜索直通车功能时，搜索内容上屏显示在输入光标处</source>
+        <translation>When a search prefix is spoken, what is searched for is typed at the caret as well</translation>
+    </message>
+    <message>
+        <source>搜索前缀词：</source>
+        <translation>Search prefixes:</translation>
+    </message>
+    <message>
+        <source>启用软件功能直通车</source>
+        <translation>Spoken words change the function</translation>
+    </message>
+    <message>
+        <source>语音标记词上屏</source>
+        <translation>Type these words</translation>
+    </message>
+    <message>
+        <source>执行软件直通车功能时，语音命令词上屏显示在输入光标处</source>
+        <translation>When a spoken word changes the function, it is typed at the caret as well</translation>
+    </message>
+    <message>
+        <source>软件功能选择：</source>
+        <translation>Function:</translation>
+    </message>
+    <message>
+        <source>语音打字功能</source>
+        <translation>Dictation</translation>
+    </message>
+    <message>
+        <source>语音命令功能</source>
+        <translation>Voice commands</translation>
+    </message>
+    <message>
+        <source>语音翻译功能</source>
+        <translation>Voice translation</translation>
+    </message>
+    <message>
+        <source>语音搜索功能</source>
+        <translation>Voice search</translation>
+    </message>
+    <message>
+        <source>语音键盘功能</source>
+        <translation>Voice keyboard</translation>
+    </message>
+    <message>
+        <source>语音数字键盘功能</source>
+        <translation>Voice number pad</translation>
+    </message>
+    <message>
+        <source>语音标记词：</source>
+        <translation>Spoken words:</translation>
+    </message>
+    <message>
+        <source>设置打字模式</source>
+        <translation>Start with dictation</translation>
+    </message>
+    <message>
+        <source>设置翻译模式</source>
+        <translation>Start with translation</translation>
+    </message>
+    <message>
+        <source>设置命令词模式</source>
+        <translation>Start with commands</translation>
+    </message>
+    <message>
+        <source>设置搜索模式</source>
+        <translation>Start with search</translation>
+    </message>
+    <message>
+        <source>语音命令词设置</source>
+        <translation>Voice commands…</translation>
+    </message>
+    <message>
+        <source>百度</source>
+        <translation>Baidu</translation>
+    </message>
+    <message>
+        <source>360搜索</source>
+        <translation>360 Search</translation>
+    </message>
+    <message>
+        <source>谷歌</source>
+        <translation>Google</translation>
+    </message>
+    <message>
+        <source>搜狗</source>
+        <translation>Sogou</translation>
+    </message>
+    <message>
+        <source>启用识别完立即发送功能</source>
+        <translation>Send after each text</translation>
+    </message>
+    <message>
+        <source>语音识别完上屏后自动发送快捷键，适用于QQ，微信，钉钉等软件</source>
+        <translation>Presses the keys below after a text has been typed; for QQ, WeChat, DingTalk and the like</translation>
+    </message>
+    <message>
+        <source>启用语音模拟发送功能</source>
+        <translation>Send by a spoken word</translation>
+    </message>
+    <message>
+        <source>通过语音命令模拟发送Enter等快捷键，适用于QQ，微信，钉钉等软件</source>
+        <translation>Presses Enter or other keys at a spoken word; for QQ, WeChat, DingTalk and the like</translation>
+    </message>
+    <message>
+        <source>发送映射词上屏</source>
+        <translation>Type these words</translation>
+    </message>
+    <message>
+        <source>发送映射词：</source>
+        <translation>Words that send:</translation>
+    </message>
+    <message>
+        <source>语音模拟换行</source>
+        <translation>New line by a spoken word</translation>
+    </message>
+    <message>
+        <source>换行映射词上屏</source>
+        <translation>Type these words</translation>
+    </message>
+    <message>
+        <source>换行映射词：</source>
+        <translation>Words for a new line:</translation>
+    </message>
+    <message>
+        <source>启用语音模拟删除功能</source>
+        <translation>Delete by a spoken word</translation>
+    </message>
+    <message>
+        <source>通过语音命令模拟发送退格或删除快捷键</source>
+        <translation>Presses Backspace or Delete at a spoken word</translation>
+    </message>
+    <message>
+        <source>删除映射词上屏</source>
+        <translation>Type these words</translation>
+    </message>
+    <message>
+        <source>删除映射词：</source>
+        <translation>Words that delete:</translation>
+    </message>
+    <message>
+        <source> 启用代理上网</source>
+        <translation>Use a proxy</translation>
+    </message>
+    <message>
+        <source>代理服务器：</source>
+        <translation>Proxy server:</translation>
+    </message>
+    <message>
+        <source>端口：</source>
+        <translation>Port:</translation>
+    </message>
+    <message>
+        <source>用户名：</source>
+        <translation>User name:</translation>
+    </message>
+    <message>
+        <source>密码：</source>
+        <translation>Password:</translation>
+    </message>
+    <message>
+        <source>开机自动启动软件</source>
+        <translation>Start at login</translation>
+    </message>
+    <message>
+        <source>识别错误时弹出窗口</source>
+        <translation>Show recognition errors in a window</translation>
+    </message>
+    <message>
+        <source>功能直通车</source>
+        <translation>Shortcuts by voice</translation>
+    </message>
+    <message>
+        <source>语音搜索默认搜索引擎</source>
+        <translation>Search engines for voice search</translation>
+    </message>
+    <message>
+        <source>语音打字状态下语音模拟发送/删除设置</source>
+        <translation>Sending and deleting by voice while dictating</translation>
+    </message>
+    <message>
+        <source>代理上网设置(非熟悉的用户请不要设置）</source>
+        <translation>Proxy (leave as it is unless you know it)</translation>
+    </message>
+    <message>
+        <source>其他设置</source>
+        <translation>Other</translation>
+    </message>
+    <message>
+        <source>使用百度识别引擎</source>
+        <translation>Baidu</translation>
+    </message>
+    <message>
+        <source>使用讯飞识别引擎</source>
+        <translation>XunFei</translation>
+    </message>
+    <message>
+        <source>使用腾讯识别引擎</source>
+        <translation>Tencent</translation>
+    </message>
+    <message>
+        <source>使用第三方语音输入法</source>
+        <translation>A voice input method</translation>
+    </message>
+    <message>
+        <source>支持腾讯语音方言识别</source>
+        <translation>Let Tencent recognise dialects</translation>
+    </message>
+    <message>
+        <source>静音超时停止录音</source>
+        <translation>Stop recording after silence</translation>
+    </message>
+    <message>
+        <source>打开语音时，支持最大静音时间，如超过，则自动开始识别</source>
+        <translation>Longest silence while the microphone is open; after it recognition begins by itself</translation>
+    </message>
+    <message>
+        <source>超时时间(秒）：</source>
+        <translation>After (seconds):</translation>
+    </message>
+    <message>
+        <source>长按开启语音输入</source>
+        <translation>Hold the key to speak</translation>
+    </message>
+    <message>
+        <source>点击开始语音输入</source>
+        <translation>Press the key once to speak</translation>
+    </message>
+    <message>
+        <source>语音输入时隐藏主界面</source>
+        <translation>Hide the bar during voice input</translation>
+    </message>
+    <message>
+        <source>以管理员权限运行程序</source>
+        <translation>Run as administrator</translation>
+    </message>
+    <message>
+        <source>讯飞接口边说边出结果</source>
+        <translation>Show XunFei's words while you speak</translation>
+    </message>
+    <message>
+        <source>动态修订功能指边说话加出结果，可以修订之前错误结果</source>
+        <translation>Dynamic correction: words appear while you speak, and earlier mistakes are corrected</translation>
+    </message>
+    <message>
+        <source>中文方言(试用)</source>
+        <translation>Chinese dialects (trial)</translation>
+    </message>
+    <message>
+        <source>选择方言</source>
+        <translation>Choose dialects</translation>
+    </message>
+    <message>
+        <source>小语种(试用)</source>
+        <translation>Other languages (trial)</translation>
+    </message>
+    <message>
+        <source>选择语种</source>
+        <translation>Choose languages</translation>
+    </message>
+    <message>
+        <source>语音输入法：</source>
+        <translation>Input method:</translation>
+    </message>
+    <message>
+        <source>讯飞语音输入法</source>
+        <translation>XunFei</translation>
+    </message>
+    <message>
+        <source>搜狗语音输入法</source>
+        <translation>Sogou</translation>
+    </message>
+    <message>
+        <source>自定义语音输入法</source>
+        <translation>Custom</translation>
+    </message>
+    <message>
+        <source>选择相应输入法，暂时支持两种</source>
+        <translation>Chooses the input method; two are supported so far</translation>
+    </message>
+    <message>
+        <source>强制只使用第三方语音输入</source>
+        <translation>Use only the input method</translation>
+    </message>
+    <message>
+        <source>手动下载安装</source>
+        <translation>Download and install</translation>
+    </message>
+    <message>
+        <source>手动点击下载最新版本第三方输入法</source>
+        <translation>Downloads the newest version of the input method</translation>
+    </message>
+    <message>
+        <source>讯飞语音输入法路径：</source>
+        <translation>XunFei's program:</translation>
+    </message>
+    <message>
+        <source>搜狗语音输入法路径：</source>
+        <translation>Sogou's program:</translation>
+    </message>
+    <message>
+        <source>自定义语音输入法路径：</source>
+        <translation>Custom program:</translation>
+    </message>
+    <message>
+        <source>讯飞语音输入设置
+(支持选择方言)</source>
+        <translation>XunFei input settings
+(with dialects)</translation>
+    </message>
+    <message>
+        <source>讯飞鼠标手写</source>
+        <translation>XunFei mouse handwriting</translation>
+    </message>
+    <message>
+        <source>一直使用讯飞离线语音识别</source>
+        <translation>Always recognise offline with XunFei</translation>
+    </message>
+    <message>
+        <source>支持讯飞语音识别（在线+离线）</source>
+        <translation>XunFei recognition, online and offline</translation>
+    </message>
+    <message>
+        <source>识别结果上屏方式：</source>
+        <translation>How text is typed:</translation>
+    </message>
+    <message>
+        <source>自动</source>
+        <translation>Automatic</translation>
+    </message>
+    <message>
+        <source>消息</source>
+        <translation>Key messages</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>Paste</translation>
+    </message>
+    <message>
+        <source>识别结果上屏方式有三种，如识别结果无法上屏，请尝试切换另一种</source>
+        <translation>There are three ways of typing a text; if nothing appears, try another</translation>
+    </message>
+    <message>
+        <source>手写时启用屏上键盘功能(P1/P3/P4)</source>
+        <translation>On-screen keyboard while handwriting (P1/P3/P4)</translation>
+    </message>
+    <message>
+        <source>语音命令词时识别内容不上屏</source>
+        <translation>Do not type the text of a command</translation>
+    </message>
+    <message>
+        <source>语音命令词模式下识别结果是否显示在屏幕上</source>
+        <translation>Whether the text is typed in command mode</translation>
+    </message>
+    <message>
+        <source>数字输出为中文数字(腾讯语音)</source>
+        <translation>Numbers as Chinese numerals (Tencent)</translation>
+    </message>
+    <message>
+        <source>句末自动加入标点符号</source>
+        <translation>Add punctuation at the end</translation>
+    </message>
+    <message>
+        <source>识别结果句号转逗号</source>
+        <translation>Full stops become commas</translation>
+    </message>
+    <message>
+        <source>輸出转为繁体字</source>
+        <translation>Type traditional Chinese</translation>
+    </message>
+    <message>
+        <source>采集双声道语音</source>
+        <translation>Record two channels</translation>
+    </message>
+    <message>
+        <source>录音时采集麦克风右声道声音</source>
+        <translation>Record the right channel</translation>
+    </message>
+    <message>
+        <source>优先使用产品自带麦克风录音</source>
+        <translation>Prefer the product's own microphone</translation>
+    </message>
+    <message>
+        <source>选择麦克风：</source>
+        <translation>Microphone:</translation>
+    </message>
+    <message>
+        <source>麦克风音量</source>
+        <translation>Level</translation>
+    </message>
+    <message>
+        <source>语音设置</source>
+        <translation>Voice</translation>
+    </message>
+    <message>
+        <source>讯飞流式版(不支持WindowsXP系统)</source>
+        <translation>XunFei streaming (not on Windows XP)</translation>
+    </message>
+    <message>
+        <source>第三方语音输入法</source>
+        <translation>Voice input method</translation>
+    </message>
+    <message>
+        <source> 输出设置</source>
+        <translation>Output</translation>
+    </message>
+    <message>
+        <source>4键</source>
+        <translation>Key 4</translation>
+    </message>
+    <message>
+        <source>5键</source>
+        <translation>Key 5</translation>
+    </message>
+    <message>
+        <source>慢速</source>
+        <translation>Slow</translation>
+    </message>
+    <message>
+        <source>标准</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>快速</source>
+        <translation>Fast</translation>
+    </message>
+    <message>
+        <source>读取电量</source>
+        <translation>Read battery</translation>
+    </message>
+    <message>
+        <source>电量</source>
+        <translation>Battery</translation>
+    </message>
+    <message>
+        <source>读取接收器编号</source>
+        <translation>Read the receiver's ID</translation>
+    </message>
+    <message>
+        <source>读取鼠标编号</source>
+        <translation>Read the mouse's ID</translation>
+    </message>
+    <message>
+        <source>检查更新</source>
+        <translation>Check for updates</translation>
+    </message>
+    <message>
+        <source>驱动下载</source>
+        <translation>Driver download</translation>
+    </message>
+    <message>
+        <source>产品使用说明</source>
+        <translation>Manual</translation>
+    </message>
+    <message>
+        <source>官方网站</source>
+        <translation>Website</translation>
+    </message>
+    <message>
+        <source> 鼠标设置</source>
+        <translation>Mouse</translation>
+    </message>
+    <message>
+        <source>回报率</source>
+        <translation>Report rate</translation>
+    </message>
+    <message>
+        <source>滚轮</source>
+        <translation>Wheel</translation>
+    </message>
+    <message>
+        <source>接收器</source>
+        <translation>Receiver</translation>
+    </message>
+    <message>
+        <source> 软件下载</source>
+        <translation>Software</translation>
+    </message>
+    <message>
+        <source>设置</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>浏览…</source>
+        <translation>Browse…</translation>
+    </message>
+    <message>
+        <source>保存</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>添加分号(半角)</source>
+        <translation>Add a semicolon</translation>
+    </message>
+    <message>
+        <source>
+腾讯语音支持自动识别方言，上海话、四川话、武汉话、贵阳话、昆明话、西安话、郑州话、太原话、兰州话、银川话、西宁话、南京话、合肥话、南昌话、长沙话、苏州话、杭州话、济南话、天津话、石家庄话、黑龙江话、吉林话、辽宁话等。</source>
+        <translation>
+Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, Xi'an, Zhengzhou, Taiyuan, Lanzhou, Yinchuan, Xining, Nanjing, Hefei, Nanchang, Changsha, Suzhou, Hangzhou, Jinan, Tianjin, Shijiazhuang, Heilongjiang, Jilin, Liaoning and others by itself.</translation>
+    </message>
+    <message>
+        <source>软件功能直通车(不适用此产品)</source>
+        <translation>Shortcuts by voice (not for this product)</translation>
+    </message>
+    <message>
+        <source>软件版本号：</source>
+        <translation>Version: </translation>
+    </message>
+    <message>
+        <source>联系方式：</source>
+        <translation>Contact: </translation>
+    </message>
+    <message>
+        <source>电子邮件：</source>
+        <translation>E-mail: </translation>
+    </message>
+    <message>
+        <source>自定义</source>
+        <translation>Custom</translation>
+    </message>
+    <message>
+        <source>鼠标设置(不适用于此产品)</source>
+        <translation>Mouse (not for this product)</translation>
+    </message>
+    <message>
+        <source>电量 %1/3</source>
+        <translation>Battery %1 of 3</translation>
+    </message>
+    <message>
+        <source>已是最新版本</source>
+        <translation>This is the newest version</translation>
+    </message>
+    <message>
+        <source>打开声音控制面板</source>
+        <translation>Open the sound settings</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>是否要保存？</source>
+        <translation>Save it?</translation>
+    </message>
+    <message>
+        <source>是</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>否</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>选择语音输入法安装路径</source>
+        <translation>Choose the program of the input method</translation>
+    </message>
+</context>
+<context>
+    <name>mevo::LanguageChooser</name>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
     </message>
 </context>
 </TS>

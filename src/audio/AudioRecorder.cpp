@@ -1,5 +1,6 @@
 #include "audio/AudioRecorder.h"
 
+#include "audio/DefaultMicrophone.h"
 #include "audio/MicrophoneChoice.h"
 #include "audio/RecorderHost.h"
 #include "audio/Samples.h"
@@ -24,35 +25,6 @@ constexpr int PeriodBytes = 640; ///< 20 ms of mono; the sound server's own choi
 constexpr int CloseDelay = 1;    ///< milliseconds
 constexpr int DefaultSwitchWait = 300;
 
-QAudioFormat captureFormat(bool twoChannels)
-{
-    QAudioFormat format;
-    format.setSampleRate(mevo::CaptureRate);
-    format.setChannelCount(twoChannels ? 2 : 1);
-    format.setSampleSize(16);
-    format.setSampleType(QAudioFormat::SignedInt);
-    format.setByteOrder(QAudioFormat::LittleEndian);
-    format.setCodec(QStringLiteral("audio/pcm"));
-    return format;
-}
-
-/// The default input of the sound server. Other back ends list the same hardware once more and hold it
-/// for themselves alone, so their devices are left out. Null when there is none.
-QAudioDeviceInfo defaultMicrophone()
-{
-    const QString realm = QStringLiteral("default");
-    const QAudioDeviceInfo device = QAudioDeviceInfo::defaultInputDevice();
-    if (device.realm() == realm) {
-        return device;
-    }
-    for (const QAudioDeviceInfo &other : QAudioDeviceInfo::availableDevices(QAudio::AudioInput)) {
-        if (other.realm() == realm) {
-            return other;
-        }
-    }
-    return {};
-}
-
 } // namespace
 
 AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, RecorderHost &host, QObject *parent)
@@ -60,7 +32,7 @@ AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, Recorde
     , m_state(state)
     , m_platform(platform)
     , m_host(host)
-    , m_format(captureFormat(state.SimulateDoubleChannel))
+    , m_format(mevo::captureFormat(state.SimulateDoubleChannel))
     , m_readBuffer(ReadBufferBytes, '\0')
 {
     m_closeTimer.setSingleShot(true);
@@ -79,7 +51,7 @@ AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, Recorde
     });
 
     {
-        QAudioInput probe(defaultMicrophone(), m_format);
+        QAudioInput probe(mevo::defaultMicrophone(), m_format);
         SavedInputVolume = probe.volume();
         probe.setVolume(1.0);
     }
@@ -159,14 +131,14 @@ bool AudioRecorder::switchMicrophone(const QString &name)
 
 bool AudioRecorder::makeDefault(const QString &name)
 {
-    const QString before = defaultMicrophone().deviceName();
+    const QString before = mevo::defaultMicrophone().deviceName();
     if (!m_platform.audioRouter->switchDefault(name)) {
         qWarning().noquote() << "Recorder: cannot make" << mevo::logText(name) << "the default microphone";
         return false;
     }
     // The new default reaches Qt's device list on a thread of its own, a little later.
     for (int waited = 0; waited < DefaultSwitchWait; waited += 10) {
-        const QString now = defaultMicrophone().deviceName();
+        const QString now = mevo::defaultMicrophone().deviceName();
         if (now != before || mevo::isProductMicrophone(now)) {
             break;
         }
@@ -181,8 +153,8 @@ void AudioRecorder::InitMicDevice()
         m_initAfterClose = true; // the session that runs goes on as it began
         return;
     }
-    const QAudioDeviceInfo device = defaultMicrophone();
-    m_format = captureFormat(m_state.SimulateDoubleChannel);
+    const QAudioDeviceInfo device = mevo::defaultMicrophone();
+    m_format = mevo::captureFormat(m_state.SimulateDoubleChannel);
     if (!device.isFormatSupported(m_format)) {
         const QAudioFormat nearest = device.nearestFormat(m_format);
         if (nearest.isValid()) { // it is not when there is no device; the next one may be better
@@ -243,7 +215,7 @@ void AudioRecorder::OnRecordStart()
 
 void AudioRecorder::openInput()
 {
-    const QAudioDeviceInfo microphone = defaultMicrophone();
+    const QAudioDeviceInfo microphone = mevo::defaultMicrophone();
     const int channels = m_state.SimulateDoubleChannel ? 2 : 1;
     QAudioFormat asked = m_format;
     asked.setChannelCount(channels); // an engine may have changed its mind since InitMicDevice()

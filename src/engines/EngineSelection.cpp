@@ -219,6 +219,48 @@ EngineChange fallToTencent(EngineState &state, RecorderState &recorder)
     return change;
 }
 
+EngineChange chooseEngine(Engine engine, EngineState &state, RecorderState &recorder)
+{
+    recorder.BaiduTokenRefreshed = false;
+    recorder.BaiduViaSettings = engine == Engine::Baidu;
+    leaveThirdParty(state);
+    EngineChange change = moveTo(engine, recorder, true, false);
+    change.writes.push_back({"LocalEnableASR3", int(state.LocalEnableASR3)});
+    change.writes.push_back({"LocalUseASR3Index", state.LocalUseASR3Index});
+    if (engine == Engine::Baidu) {
+        chooseMissingLanguage(change, state.BaiDuCurrentVoiceType, "BaiDuCurrentVoiceType", "1537");
+    } else if (engine == Engine::XunFei) {
+        chooseMissingLanguage(change, state.XunFeiWebApiCurrentVoiceType, "XunFeiWebApiCurrentVoiceType",
+                              "mandarin");
+    } else {
+        chooseMissingLanguage(change, state.TXCurrentVoiceType, "TXCurrentVoiceType", "16k_zh");
+    }
+    return change;
+}
+
+EngineChange chooseInputMethod(int index, EngineState &state, RecorderState &recorder)
+{
+    recorder.BaiDuNoStreamApi = recorder.UseTXASRApi = recorder.UseXunFeiWebApi = false;
+    state.LocalUseASR3Index = index >= 1 && index <= 3 ? index : -1;
+    state.LocalEnableASR3 = true;
+    EngineChange change;
+    change.writes = engineKeyWrites(recorder);
+    change.writes.push_back({"LocalUseASR3Index", state.LocalUseASR3Index});
+    change.writes.push_back({"LocalEnableASR3", 1});
+    change.rebuild = change.setupInputMethod = true;
+    return change;
+}
+
+EngineChange chooseTencentDialect(bool on, EngineState &state)
+{
+    state.UseTecentZhDialect = on;
+    state.TXCurrentVoiceType = on ? QStringLiteral("16k_zh_dialect") : QStringLiteral("16k_zh");
+    EngineChange change;
+    change.writes = {{"UseTecentZhDialect", int(on)}, {"TXCurrentVoiceType", state.TXCurrentVoiceType}};
+    change.rebuild = true;
+    return change;
+}
+
 QString languageAfterXunFeiRefusal(const QString &current)
 {
     static const char *const minor[] = {"ja_jp", "ko_kr", "ru-ru", "fr_fr", "es_es"};

@@ -68,6 +68,16 @@ EngineChange fallToTencent(EngineState &state, RecorderState &recorder);
 /// XunFei has refused the language: what the next session uses.
 QString languageAfterXunFeiRefusal(const QString &current);
 
+/// An engine has been chosen on the settings page; for input methods there is chooseInputMethod().
+EngineChange chooseEngine(Engine engine, EngineState &state, RecorderState &recorder);
+
+/// An input method has been chosen there, numbered as LocalUseASR3Index; another number is none of them. The
+/// recorder is left without an engine.
+EngineChange chooseInputMethod(int index, EngineState &state, RecorderState &recorder);
+
+/// Tencent's own recognition of dialects is wanted, or Mandarin instead.
+EngineChange chooseTencentDialect(bool on, EngineState &state);
+
 /// The three engine keys of the settings for what the recorder's flags say.
 std::vector<SettingWrite> engineKeyWrites(const RecorderState &recorder);
 

@@ -29,6 +29,20 @@ constexpr NumberColumn numberColumns[] = {
     {"besrfdsssetlen", &MainState::besrfdsssetlen},
 };
 
+struct FlagColumn
+{
+    const char *column;
+    bool MainState::*member;
+};
+
+constexpr FlagColumn flagColumns[] = {
+    {"ClickCanASR", &MainState::ClickCanASR},
+    {"ShowCopyRight", &MainState::ShowCopyRight},
+};
+
+/// What the settings page looks up in the file, also without a network.
+constexpr const char *keptFlags[] = {"NoMouse", "NoDirectLanes"};
+
 struct TextColumn
 {
     const char *column;
@@ -84,9 +98,16 @@ QList<ProductSetting> applyProductRecord(MainState &state, const QJsonObject &ro
     }
     const int interval = columnNumber(row, QStringLiteral("VoiceIntervalTime"), state.VoiceIntervalTime);
     state.VoiceIntervalTime = interval < shortestHeartbeatMs ? usualHeartbeatMs : interval;
-    state.ClickCanASR = columnNumber(row, QStringLiteral("ClickCanASR"), state.ClickCanASR ? 1 : 0) != 0;
-    state.ShowCopyRight =
-        columnNumber(row, QStringLiteral("ShowCopyRight"), state.ShowCopyRight ? 1 : 0) != 0;
+    for (const FlagColumn &column : flagColumns) {
+        state.*column.member =
+            columnNumber(row, QLatin1String(column.column), state.*column.member ? 1 : 0) != 0;
+    }
+    for (const char *column : keptFlags) {
+        if (row.contains(QLatin1String(column))) {
+            settings.append({QLatin1String(column),
+                             QString::number(columnNumber(row, QLatin1String(column), 0) != 0 ? 1 : 0)});
+        }
+    }
     return settings;
 }
 

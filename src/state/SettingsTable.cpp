@@ -1,6 +1,7 @@
 #include "state/SettingsTable.h"
 
 #include "base/SettingsFile.h"
+#include "state/SettingAccess.h"
 
 #include <QDir>
 
@@ -19,9 +20,7 @@ constexpr int customInputMethod = 3;
 
 QStringList splitList(const QVariant &value)
 {
-    const QString text = value.toString().section(QChar(0), 0, 0);
-    // An absent list has no words, not one empty word that a text of mere punctuation would equal.
-    return text.isEmpty() ? QStringList() : text.split(QLatin1Char(';'));
+    return listParts(value.toString().section(QChar(0), 0, 0));
 }
 
 struct Loader

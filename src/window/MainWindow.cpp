@@ -31,6 +31,7 @@
 #include "ui/commands/CommandWordDialog.h"
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
+#include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
 
 #include <QCloseEvent>
@@ -119,6 +120,7 @@ MainWindow::~MainWindow()
     // What refers to this window's state goes before the state does.
     m_translationHands.retire();
     closePushSocket();
+    m_settingsHands.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete m_commandWords;
     delete m_micTip;

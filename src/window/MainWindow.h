@@ -7,6 +7,7 @@
 #include "engines/EngineHost.h"
 #include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
+#include "service/UntoldColumns.h"
 #include "session/ResultPipeline.h"
 #include "session/RunFigures.h"
 #include "session/SessionMachine.h"
@@ -21,6 +22,7 @@
 #include <QNetworkReply>
 #include <QPixmap>
 #include <QPointer>
+#include <QSet>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QTranslator>
@@ -52,12 +54,14 @@ namespace mevo {
 class BaiduTokens;
 class CommandMatcher;
 class PushChannel;
+class SettingsHands;
 class TencentSpeech;
 class UndeliveredTexts;
 class UpdateHands;
 class WebApi;
 class CredentialStore;
 class XunFeiStream;
+enum class Engine;
 struct EngineChange;
 struct LanguageRow;
 struct SettingWrite;
@@ -236,6 +240,7 @@ private:
     friend class mevo::SessionHands;
     friend class mevo::PipelineHands;
     friend class mevo::TranslationHands;
+    friend class mevo::SettingsHands;
     friend class mevo::UpdateHands;
 
     // Construction, in the order of the calls.
@@ -270,6 +275,19 @@ private:
 
     // Settings.
     void LoadSettings();
+    mevo::SettingsHands &settingsHands();
+    /// What the settings dialog shows has changed.
+    void refreshSettings();
+    void chooseEngineOfSettings(mevo::Engine engine);
+    void chooseInputMethodOfSettings(int index);
+    void setUpChosenInputMethod(int choice, mevo::Engine before);
+    /// The user has chosen what the device record holds as well: it is told, and until it has been it cannot
+    /// take the choice back.
+    void tellRecord(const mevo::RecordChoices &choices);
+    void tellUntoldColumns();
+    void restartForSettings();
+    bool dontStartAtLogin();
+    void checkUpdateAtWish();
 
     // Device.
     void createReader();
@@ -299,6 +317,7 @@ private:
     bool tellUntoldChoice();
     void markChoiceUntold();
     void tellInputMethodChoice(const QStringList &columns);
+    void rememberWhetherEngineTold();
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
     void loadAllCredentials();
@@ -479,6 +498,7 @@ private:
     QStringList m_waitingNotices; ///< frames of notices
     QTimer m_noticesLater;        ///< while nobody is to be disturbed
     QList<QPointer<CADShowDlg>> m_openNotices;
+    std::unique_ptr<mevo::SettingsHands> m_settingsHands; ///< made at the first opening
     std::unique_ptr<mevo::UpdateHands> m_updateHands;
     std::unique_ptr<MyUpdateChecker> m_updateChecker;
     GetHIDDataThread *m_reader = nullptr;
@@ -518,6 +538,7 @@ private:
     bool m_elevationWanted = false;     ///< the input method of the settings needs the administrator's rights
     bool m_engineTold = true;           ///< the backend has answered the last engine statement
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
+    QSet<QString> m_chosenColumns;      ///< of the record, by the user since its reading began
     bool m_countersKnown = true;        ///< false when the start ended before it had read them
     bool m_menuWanted = false;          ///< by a second start that came during the construction
     mevo::ExitWish m_exit;

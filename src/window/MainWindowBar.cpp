@@ -11,6 +11,7 @@
 #include "ui/MicTipDialog.h"
 #include "ui/Picture.h"
 #include "ui/QToolTips.h"
+#include "window/SettingsHands.h"
 
 #include <QAction>
 #include <QApplication>
@@ -248,7 +249,8 @@ void MainWindow::setWndTopMostTimeout()
     const bool menuOpen = (m_menu != nullptr && m_menu->isVisible()) ||
                           (m_languageMenu != nullptr && m_languageMenu->isVisible());
     // Raising the bar would lift it, and the talk window with it, over a question that stands.
-    if (menuOpen || m_translationHands.isVisible() || HidBusy ||
+    const bool settingsOpen = m_settingsHands && m_settingsHands->isOpen();
+    if (menuOpen || settingsOpen || m_translationHands.isVisible() || HidBusy ||
         QApplication::activeModalWidget() != nullptr) {
         return;
     }
@@ -359,11 +361,6 @@ void MainWindow::trigerCmdWordVoiceKeyboardMenu(QAction *act)
     if (act->text() == tr("语音映射词设置")) {
         pushBuutton_CommandWord_clicked();
     }
-}
-
-void MainWindow::pushBuutton_Setting_clicked()
-{
-    qInfo() << "The settings dialog is not part of this build";
 }
 
 void MainWindow::paintEvent(QPaintEvent *)

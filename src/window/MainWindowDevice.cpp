@@ -12,6 +12,7 @@
 #include "session/KeyReport.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
+#include "window/SettingsHands.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -296,6 +297,9 @@ void MainWindow::deviceRemoved()
         m_device->DeviceGoodbye();
         m_device->StopHeartbeat();
         closeTranslation();
+        if (m_settingsHands) {
+            m_settingsHands->close();
+        }
         stopReader();
         m_device->ReleaseHidDevice();
     }

@@ -141,6 +141,7 @@ void MainWindow::showLanguages()
     setLanguageButtonImage(built.buttonImage);
     m_languageButton->setMenu(m_languageMenu);
     connect(m_languageMenu, &QMenu::triggered, this, &MainWindow::trigerAllAsrLanMenu);
+    refreshSettings();
 }
 
 void MainWindow::trigerAllAsrLanMenu(QAction *act)
@@ -185,6 +186,11 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
     carryOut(mevo::chooseLanguage(row, *this, *m_recorder));
+    rememberWhetherEngineTold();
+}
+
+void MainWindow::rememberWhetherEngineTold()
+{
     mevo::SettingsFile settings;
     if (!m_engineTold || settings.contains(QLatin1String(untoldChoice))) {
         settings.setValue(QLatin1String(untoldChoice), int(!m_engineTold)); // the record must not undo it
@@ -192,6 +198,72 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     if (settings.contains(QLatin1String(untoldInputMethod))) {
         settings.setValue(QLatin1String(untoldInputMethod), QString()); // it no longer holds
     }
+}
+
+/// The settings are changed at once; the menu and the backend follow from the event loop, since whoever
+/// clicks does not expect to wait.
+void MainWindow::chooseEngineOfSettings(mevo::Engine engine)
+{
+    if (m_recorder == nullptr) {
+        return;
+    }
+    closeInputMethodWindow();
+    if (RunAsAdmin) {
+        clearRunAsAdministrator();
+    }
+    if (EnableASR3) {
+        EnableASR3 = false;
+        tellRecord({{QStringLiteral("EnableASR3"), 0}});
+    }
+    const int choice = ++m_languageChoice;
+    ThirdPartyActive = false;
+    BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
+    const mevo::EngineChange change = mevo::chooseEngine(engine, *this, *m_recorder);
+    writeSettings(change.writes);
+    if (engine == mevo::Engine::XunFei) {
+        m_credentials->LoadXunFeiCredentials();
+    }
+    m_engineTold = false; // until the backend has answered
+    rememberWhetherEngineTold();
+    QTimer::singleShot(0, this, [this, choice, change] {
+        if (!isLeaving() && choice == m_languageChoice) {
+            BuildAsrLanMenu(change.persistEngine, change.setupInputMethod);
+            rememberWhetherEngineTold();
+        }
+    });
+}
+
+void MainWindow::chooseInputMethodOfSettings(int index)
+{
+    if (m_recorder == nullptr) {
+        return;
+    }
+    const mevo::Engine before = LocalEnableASR3 ? mevo::Engine::Tencent : mevo::engineInForce(*m_recorder);
+    const int choice = ++m_languageChoice;
+    writeSettings(mevo::chooseInputMethod(index, *this, *m_recorder).writes);
+    QTimer::singleShot(0, this, [this, choice, before] { setUpChosenInputMethod(choice, before); });
+}
+
+/// `before` is what was in force: it goes on when the method cannot be set up.
+void MainWindow::setUpChosenInputMethod(int choice, mevo::Engine before)
+{
+    if (isLeaving() || choice != m_languageChoice) {
+        return;
+    }
+    BuildAsrLanMenu(false, true);
+    if (isLeaving() || m_recorder == nullptr || choice != m_languageChoice) {
+        return;
+    }
+    if (LocalEnableASR3) {
+        BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false; // they would silence the keys
+    } else {
+        const mevo::EngineChange back = mevo::chooseEngine(before, *this, *m_recorder);
+        carryOut({back.writes, true, false, false});
+    }
+    EnableASR3 = LocalEnableASR3;
+    tellRecord({{QStringLiteral("EnableASR3"), int(EnableASR3)},
+                {QStringLiteral("MustClickRunASR3"), int(MustClickRunASR3)}});
+    refreshSettings();
 }
 
 void MainWindow::writeSettings(const std::vector<mevo::SettingWrite> &writes)

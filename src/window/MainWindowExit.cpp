@@ -10,6 +10,7 @@
 #include "session/MatchText.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
+#include "window/SettingsHands.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -74,6 +75,9 @@ void MainWindow::walkExit(ExitKind kind)
         kind = *answered;
     }
     mevo::closeQuestions();
+    if (m_settingsHands) {
+        m_settingsHands->storeEdits();
+    }
     finishSessions();
     finishCommandWords();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
@@ -211,6 +215,9 @@ void MainWindow::tearDown()
     m_micTip->deleteLater();
     m_micTip = nullptr;
     m_translationHands.retire();
+    if (m_settingsHands) {
+        m_settingsHands->close();
+    }
 
     closeXunFeiSocket();
     m_recorder->disconnect();

@@ -42,7 +42,9 @@ void MainWindow::ReadServerInfo()
         return;
     }
     const RecordReading reading{++m_recordReadings, m_link, m_languageChoice};
-    if (readDeviceRecord(reading) && goesOn(reading)) {
+    const bool whole = readDeviceRecord(reading) && goesOn(reading);
+    refreshSettings();
+    if (whole) {
         makeGoodAccountLists();
     }
 }
@@ -63,6 +65,10 @@ bool MainWindow::goesOn(const RecordReading &reading) const
 bool MainWindow::readDeviceRecord(const RecordReading &reading)
 {
     const bool choiceTold = tellUntoldChoice();
+    if (goesOn(reading)) {
+        tellUntoldColumns();
+    }
+    m_chosenColumns.clear();
     if (!goesOn(reading)) {
         return false;
     }
@@ -89,12 +95,43 @@ bool MainWindow::readDeviceRecord(const RecordReading &reading)
         qWarning() << "Device record: the backend announces a row and sends none";
         return true;
     }
-    const QJsonObject &row = content->rows.front();
+    QJsonObject row = content->rows.front();
+    for (const QString &column : qAsConst(m_chosenColumns)) {
+        row.remove(column); // it was read before the user's choice reached it
+    }
+    const mevo::RecordChoices untold = mevo::untoldChoices(mevo::SettingsFile());
+    for (auto each = untold.cbegin(); each != untold.cend(); ++each) {
+        row.remove(each.key());
+    }
     if (moveToOtherServers(row)) {
         return false;
     }
     applyDeviceRecord(row, choiceTold, reading);
     return true;
+}
+
+void MainWindow::tellRecord(const mevo::RecordChoices &choices)
+{
+    {
+        mevo::SettingsFile settings;
+        mevo::keepUntold(choices, settings);
+    }
+    for (const QString &column : choices.keys()) {
+        m_chosenColumns.insert(column);
+    }
+    QTimer::singleShot(0, this, &MainWindow::tellUntoldColumns);
+}
+
+void MainWindow::tellUntoldColumns()
+{
+    const mevo::RecordChoices choices = mevo::untoldChoices(mevo::SettingsFile());
+    if (choices.isEmpty() || isLeaving() || DongleID.isEmpty() ||
+        !tellBackend(mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
+                                           {mevo::assignments(choices), DongleID}))) {
+        return;
+    }
+    mevo::SettingsFile settings;
+    mevo::dropTold(choices, settings);
 }
 
 void MainWindow::createDeviceRecord(const RecordReading &reading)

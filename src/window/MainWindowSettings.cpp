@@ -12,11 +12,14 @@
 #include "session/ThirdPartyKeys.h"
 #include "session/VoiceModes.h"
 #include "state/SettingsTable.h"
+#include "window/SettingsHands.h"
 
 #include <QApplication>
 #include <QDebug>
 
 namespace {
+
+constexpr int restartAfterMs = 2000;
 
 QString startupLinkName()
 {
@@ -101,4 +104,50 @@ bool MainWindow::startAtLogin()
     AutoRunApp = QStringLiteral("1");
     mevo::SettingsFile().setValue(QStringLiteral("AutoRunApp"), AutoRunApp);
     return true;
+}
+
+/// The same the other way round.
+bool MainWindow::dontStartAtLogin()
+{
+    mevo::StartupEntry &entry = *m_platform.startupEntry;
+    if (entry.exists(startupLinkName()) && !entry.clear(startupLinkName())) {
+        qWarning() << "Start at login could not be taken back";
+        return false;
+    }
+    AutoRunApp.clear();
+    mevo::SettingsFile().setValue(QStringLiteral("AutoRunApp"), AutoRunApp);
+    return true;
+}
+
+mevo::SettingsHands &MainWindow::settingsHands()
+{
+    if (!m_settingsHands) {
+        m_settingsHands = std::make_unique<mevo::SettingsHands>(*this);
+    }
+    return *m_settingsHands;
+}
+
+void MainWindow::refreshSettings()
+{
+    if (m_settingsHands && !isLeaving()) {
+        m_settingsHands->refresh();
+    }
+}
+
+void MainWindow::pushBuutton_Setting_clicked()
+{
+    if (InitDone && !isLeaving() && !ExitInProgress) {
+        settingsHands().open();
+    }
+}
+
+void MainWindow::restartForSettings()
+{
+    message(tr("将自动重启软件，请稍候"), mevo::MessageIcon::Information, restartAfterMs);
+    m_platform.time->callAfter(restartAfterMs, this, [this] {
+        if (!isLeaving()) {
+            m_exitCode = restartCode;
+            RebootAppDelayTimeout();
+        }
+    });
 }

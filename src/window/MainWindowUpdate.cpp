@@ -4,6 +4,7 @@
 #include "ui/Ask.h"
 #include "update/MyUpdateChecker.h"
 #include "window/MainWindow.h"
+#include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
 
 #include <QCoreApplication>
@@ -47,6 +48,17 @@ void MainWindow::CheckUpdateFromSettings(bool noticeClicked)
     updateChecker().check();
 }
 
+/// The user has asked for it by name: the answer comes whatever the record's switches say.
+void MainWindow::checkUpdateAtWish()
+{
+    if (isLeaving() || updateChecker().isBusy()) {
+        return;
+    }
+    ManualCheck = true;
+    UpdateNotified = true;
+    updateChecker().check();
+}
+
 namespace mevo {
 
 void UpdateHands::askForUpdate(const QString &text, bool forced, const std::function<void(bool)> &answer)
@@ -57,7 +69,9 @@ void UpdateHands::askForUpdate(const QString &text, bool forced, const std::func
         buttons.append(MainWindow::tr("暂时不更新"));
         meanings.push_back(Answer::Back);
     }
-    askAside(&m_window, {MainWindow::tr("灵犀听写更新"), text, buttons, false, meanings},
+    QWidget *settings = m_window.m_settingsHands ? m_window.m_settingsHands->openDialog() : nullptr;
+    askAside(settings != nullptr ? settings : &m_window,
+             {MainWindow::tr("灵犀听写更新"), text, buttons, false, meanings},
              [this, answer](int button) { answer(button == 0 && !m_window.isLeaving()); });
 }
 

@@ -1,4 +1,5 @@
 #include "audio/LevelMeter.h"
+#include "audio/MicrophoneMeter.h"
 #include "audio/RecorderFixture.h"
 
 #include <QDir>
@@ -195,6 +196,24 @@ private slots:
         RecorderFixture f;
         f.state.DeviceConnected = true;
         QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), QStringLiteral("vmic"));
+    }
+
+    /// The level of the settings page: silent in silence, and it moves while one speaks.
+    void theMeterHearsTheMicrophone()
+    {
+        mevo::MicrophoneMeter meter;
+        int loudest = 0;
+        int heard = 0;
+        connect(&meter, &mevo::MicrophoneMeter::heard, this, [&](int level) {
+            ++heard;
+            loudest = qMax(loudest, level);
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(heard > 0, 10000);
+        QCOMPARE(loudest, 0);
+        Player player(microphoneSink(), 1, QByteArray(32000, '\x40')); // half of what a sample can be
+        QTRY_VERIFY_WITH_TIMEOUT(loudest > 0, 10000);
+        QTRY_COMPARE(loudest, 17); // the root of a half, of 24
+        QTRY_VERIFY_WITH_TIMEOUT(player.hasEnded(), 10000);
     }
 
     void meterHearsWithoutAnEngine()

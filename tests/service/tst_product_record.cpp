@@ -85,6 +85,19 @@ private Q_SLOTS:
         QCOMPARE(state.besrfdsssetlen, 77);
         QCOMPARE(state.bdsrbdsssetenlen, -1);
     }
+
+    /// What the product lacks is kept for the settings page; a record that says nothing changes nothing.
+    void whatTheProductLacks()
+    {
+        MainState state;
+        const auto settings =
+            mevo::applyProductRecord(state, {{QStringLiteral("NoMouse"), QStringLiteral("1")},
+                                             {QStringLiteral("NoDirectLanes"), QStringLiteral("x")}});
+        QCOMPARE(settings.size(), 2);
+        QCOMPARE(settings[0].key + settings[0].value, QStringLiteral("NoMouse1"));
+        QCOMPARE(settings[1].key + settings[1].value, QStringLiteral("NoDirectLanes0"));
+        QVERIFY(mevo::applyProductRecord(state, {}).isEmpty());
+    }
 };
 
 QTEST_APPLESS_MAIN(TestProductRecord)

@@ -66,6 +66,10 @@ const QStringList &notForReading()
 {
     static const QStringList words{QStringLiteral("讯飞语音悬浮窗"), // another program's window
                                    QStringLiteral("\\校时助手.exe"), // a sibling program
+                                   // Words to be spoken, whatever the interface's language.
+                                   QStringLiteral("天王盖地虎;执行命令词;"),
+                                   QStringLiteral("我要搜索;百度搜索;搜一搜;"),
+                                   QStringLiteral("切换到语音打字;使用语音打字"),
                                    // Labels as they stand in the files of the command words.
                                    QStringLiteral("语音键盘"), QStringLiteral("拼音键盘"),
                                    QStringLiteral("网页"), QStringLiteral("文件"), QStringLiteral("文件夹"),

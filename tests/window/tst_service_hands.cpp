@@ -9,6 +9,7 @@
 #include "ui/MicTipDialog.h"
 #include "window/MainWindow.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QDesktopServices>
 #include <QElapsedTimer>
@@ -385,6 +386,32 @@ private Q_SLOTS:
         QVERIFY(program.backend.asked.first().contains(QLatin1String("UseXFSDKPara = '1'")));
         QVERIFY(window.recorder()->UseXunFeiWebApi);
         QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("0"));
+    }
+
+    /// The settings page has changed what the record holds as well, while the backend could not be told.
+    void theRecordDoesNotUndoAChoiceOfTheSettings()
+    {
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("T"));
+        program.backend.record[QStringLiteral("ForceUseASR3")] = QStringLiteral("0");
+        program.backend.refused = QStringLiteral("ForceUseASR3=");
+        window.ForceUseASR3 = false;
+        window.LocalEnableASR3 = true; // so that the box can be used
+        window.pushBuutton_Setting_clicked();
+        window.findChild<QAbstractButton *>(QStringLiteral("checkBox_ForceUseASR3"))->click();
+        QTRY_VERIFY(!program.backend.askedLike(QStringLiteral("set ForceUseASR3=1")).isEmpty());
+        window.ReadServerInfo();
+        QVERIFY(window.ForceUseASR3);
+        QCOMPARE(Program::setting("RecordChoicesUntold"), QStringLiteral("ForceUseASR3=1"));
+        program.backend.refused.clear();
+        program.backend.asked.clear();
+        window.ReadServerInfo();
+        QCOMPARE(program.backend.asked.first(),
+                 QStringLiteral("main update mevodb.device_serialid set ForceUseASR3=1 where DongleID='%1'")
+                     .arg(window.DongleID));
+        QCOMPARE(Program::setting("RecordChoicesUntold"), QString());
+        window.ReadServerInfo(); // what it says now it says knowing of the choice
+        QVERIFY(!window.ForceUseASR3);
     }
 
     void theProductRecordComesFromEachAddress_data()

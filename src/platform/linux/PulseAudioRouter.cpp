@@ -62,6 +62,18 @@ public:
         return found;
     }
 
+    QByteArray defaultSource()
+    {
+        QByteArray name;
+        const auto take = [](pa_context *, const pa_server_info *info, void *target) {
+            if (info != nullptr && info->default_source_name != nullptr) {
+                *static_cast<QByteArray *>(target) = info->default_source_name;
+            }
+        };
+        finish(pa_context_get_server_info(m_context.get(), take, &name));
+        return name;
+    }
+
     bool setDefault(const QByteArray &name)
     {
         bool success = false;
@@ -141,8 +153,13 @@ QStringList PulseAudioRouter::inputNames()
     PulseSession session(m_timeoutMs);
     QStringList names;
     if (session.isReady()) {
+        const QByteArray standard = session.defaultSource();
         for (const Source &source : session.sources()) {
-            names.append(source.label);
+            if (source.name == standard) {
+                names.prepend(source.label);
+            } else {
+                names.append(source.label);
+            }
         }
     }
     return names;

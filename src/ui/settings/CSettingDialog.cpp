@@ -1,0 +1,104 @@
+#include "ui/settings/CSettingDialog.h"
+
+#include "state/MainState.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QShowEvent>
+#include <QTabWidget>
+
+namespace {
+
+constexpr int watchMs = 1000;
+const QSize usualSize(780, 660);
+constexpr int frameAllowance = 48; ///< about, for the frame that the window manager adds
+
+} // namespace
+
+CSettingDialog::CSettingDialog(MainState &state, mevo::SettingsHost &host, QWidget *parent)
+    : QDialog(parent)
+    , m_state(state)
+    , m_host(host)
+    , m_pages(new QTabWidget(this))
+{
+    const QScopedValueRollback<bool> filling(m_filling, true);
+    build();
+    m_watch.setInterval(watchMs);
+    connect(&m_watch, &QTimer::timeout, this, [this] {
+        const QScopedValueRollback<bool> refilling(m_filling, true);
+        showBattery();
+        if (m_deviceShown != m_state.deviceOpen()) {
+            fillHardware();
+        }
+    });
+    updateUI();
+}
+
+CSettingDialog::~CSettingDialog()
+{
+    storeEdits();
+}
+
+void CSettingDialog::present(const QWidget *nearTo)
+{
+    if (!m_placed) {
+        m_placed = true;
+        const QScreen *screen = nearTo != nullptr ? nearTo->screen() : QGuiApplication::primaryScreen();
+        const QRect room = screen->availableGeometry();
+        resize(usualSize.boundedTo(room.size() - QSize(frameAllowance / 2, frameAllowance)));
+        move(room.center() - rect().center());
+    }
+    showNormal();
+    raise();
+    activateWindow();
+}
+
+void CSettingDialog::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    if (event->spontaneous()) {
+        return;
+    }
+    fillMicrophones();
+    updateUI();
+    m_watch.start();
+    watchMicrophone(true);
+    m_host.checkForUpdate(mevo::SettingsHost::UpdateWish::Opened);
+}
+
+void CSettingDialog::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    if (event->spontaneous()) {
+        return; // minimised
+    }
+    m_watch.stop();
+    watchMicrophone(false);
+    storeEdits();
+}
+
+bool CSettingDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(watched) != nullptr) {
+        event->ignore();
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void CSettingDialog::retire()
+{
+    const QList<QDialog *> children = findChildren<QDialog *>();
+    for (QDialog *child : children) {
+        child->reject();
+    }
+    storeEdits();
+    hide();
+    m_retired = true;
+    if (m_slots == 0) {
+        deleteLater();
+    }
+}

@@ -1,0 +1,310 @@
+#include "window/SettingsHands.h"
+
+#include "audio/AudioRecorder.h"
+#include "audio/MicrophoneMeter.h"
+#include "base/ApplicationFiles.h"
+#include "base/SettingsFile.h"
+#include "device/DeviceCommands.h"
+#include "engines/EngineSelection.h"
+#include "ui/Ask.h"
+#include "ui/settings/CSettingDialog.h"
+#include "window/MainWindow.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+namespace mevo {
+
+namespace {
+
+constexpr int messageMs = 3000;
+
+/// Programs that set the sound server up, in the order in which they are tried.
+struct SoundPanel
+{
+    const char *program;
+    const char *argument;
+};
+constexpr SoundPanel soundPanels[] = {{"pavucontrol", "--tab=4"},
+                                      {"pavucontrol-qt", "--tab=4"},
+                                      {"gnome-control-center", "sound"},
+                                      {"cinnamon-settings", "sound"},
+                                      {"systemsettings5", "kcm_pulseaudio"},
+                                      {"mate-volume-control", "--page=input"}};
+
+const QString xunFeiRegistryPath = QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\iFly Info Tek\\iFlyIME");
+const QString xunFeiRegistryValue = QStringLiteral("Install_Dir_Ver2");
+
+} // namespace
+
+SettingsHands::SettingsHands(MainWindow &window)
+    : m_window(window)
+{
+}
+
+SettingsHands::~SettingsHands()
+{
+    delete m_dialog;
+}
+
+void SettingsHands::open()
+{
+    if (m_dialog.isNull()) {
+        m_dialog = new CSettingDialog(m_window, *this, &m_window);
+        QObject::connect(&m_window, &MainWindow::updateNoticeChanged, m_dialog.data(),
+                         &CSettingDialog::setUpdateNotice);
+    }
+    m_dialog->present(&m_window);
+}
+
+QWidget *SettingsHands::openDialog() const
+{
+    return !m_dialog.isNull() && m_dialog->isVisible() ? m_dialog.data() : nullptr;
+}
+
+void SettingsHands::refresh()
+{
+    if (!m_dialog.isNull()) {
+        m_dialog->updateUI();
+    }
+}
+
+void SettingsHands::storeEdits()
+{
+    if (!m_dialog.isNull()) {
+        m_dialog->storeEdits();
+    }
+}
+
+void SettingsHands::close()
+{
+    if (!m_dialog.isNull()) {
+        m_window.disconnect(m_dialog.data());
+        m_dialog->retire();
+        m_dialog.clear();
+    }
+    m_meter.reset();
+}
+
+RecorderState *SettingsHands::recorderState()
+{
+    return m_window.m_recorder;
+}
+
+bool SettingsHands::isXpClass() const
+{
+    return m_window.isXpClass();
+}
+
+void SettingsHands::chooseEngine(Engine engine)
+{
+    m_window.chooseEngineOfSettings(engine);
+}
+
+void SettingsHands::chooseInputMethod(int index)
+{
+    m_window.chooseInputMethodOfSettings(index);
+}
+
+void SettingsHands::chooseTencentDialect(bool on)
+{
+    m_window.carryOut(mevo::chooseTencentDialect(on, m_window));
+}
+
+void SettingsHands::showTip(const QString &text)
+{
+    m_window.ensureEngineTip();
+    m_window.showEngineTip(text, false);
+}
+
+void SettingsHands::tellRecord(const RecordChoices &choices)
+{
+    m_window.tellRecord(choices);
+}
+
+void SettingsHands::restartProgram()
+{
+    m_window.restartForSettings();
+}
+
+void SettingsHands::say(const QString &text)
+{
+    m_window.message(text, MessageIcon::Information, messageMs);
+}
+
+void SettingsHands::downloadInputMethod(int)
+{
+    m_window.sayThereIsNoInputMethod();
+}
+
+void SettingsHands::openXunFeiTool(const QString &program)
+{
+    const auto folder = m_window.m_platform.registry->value(xunFeiRegistryPath, xunFeiRegistryValue);
+    if (!folder || !m_window.m_platform.processes->startDetached(*folder + QLatin1Char('\\') + program, {})) {
+        say(MainWindow::tr("没有找到讯飞输入法，请先安装！"));
+    }
+}
+
+bool SettingsHands::setXunFeiOffline(bool on)
+{
+    enum Button { RestartNow, RestartLater };
+    const int answer = ask(
+        m_dialog, {MainWindow::tr("提示"),
+                   MainWindow::tr("重启电脑该功能才生效;\t\n取消：点击此按钮，将退出并保持以前配置"),
+                   {MainWindow::tr("自动重启电脑"), MainWindow::tr("手动重启电脑"), MainWindow::tr("取消")},
+                   false,
+                   {mevo::Answer::Accept, mevo::Answer::Accept, mevo::Answer::Back}});
+    if ((answer != RestartNow && answer != RestartLater) || m_window.isLeaving()) {
+        return false;
+    }
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+        (m_window.isXpClass() ? QStringLiteral("/../../localLow") : QStringLiteral("/../localLow")) +
+        QStringLiteral("/iFly Info Tek/iFlyIME/");
+    QFile source(appFile(on ? QStringLiteral("configXFOffline.xml") : QStringLiteral("configXFOnline.xml")));
+    QSaveFile target(QDir::cleanPath(folder + QStringLiteral("config.xml")));
+    if (!source.open(QIODevice::ReadOnly) || !target.open(QIODevice::WriteOnly) ||
+        target.write(source.readAll()) != source.size() || !target.commit()) {
+        qWarning().noquote() << "XunFei's input method: its configuration cannot be exchanged:"
+                             << (source.error() != QFileDevice::NoError ? source.errorString()
+                                                                        : target.errorString());
+        say(MainWindow::tr("没有找到讯飞输入法，请先安装！"));
+        return false;
+    }
+    m_window.OnlyUseXunFeiOfflineASR = on;
+    m_window.PureXunFeiOfflineVersion = on;
+    {
+        SettingsFile settings;
+        settings.setValue(QStringLiteral("OnlyUseXunFeiOfflineASR"), on);
+        settings.setValue(QStringLiteral("PureXunFeiOfflineVersion"), on);
+    }
+    if (answer == RestartNow) {
+        m_window.m_platform.processes->restartComputer();
+    }
+    return true;
+}
+
+bool SettingsHands::setRunAsAdministrator(bool on)
+{
+    if (!on) {
+        m_window.clearRunAsAdministrator();
+        return true;
+    }
+    if (!m_window.m_platform.elevation->set()) {
+        qWarning() << "Administrator's rights: the mark could not be set";
+        return false;
+    }
+    m_window.RunAsAdmin = true;
+    SettingsFile().setValue(QStringLiteral("RunAsAdmin"), true);
+    return true;
+}
+
+bool SettingsHands::setStartAtLogin(bool on)
+{
+    return on ? m_window.startAtLogin() : m_window.dontStartAtLogin();
+}
+
+QStringList SettingsHands::microphones()
+{
+    AudioRouter *router = m_window.m_platform.audioRouter.get();
+    return router == nullptr || isXpClass() ? QStringList() : router->inputNames();
+}
+
+QString SettingsHands::currentMicrophone()
+{
+    return microphones().value(0);
+}
+
+bool SettingsHands::switchMicrophone(const QString &name)
+{
+    return m_window.m_recorder != nullptr && m_window.m_recorder->switchMicrophone(name);
+}
+
+void SettingsHands::channelCountChanged()
+{
+    m_window.channelCountChanged();
+}
+
+void SettingsHands::openSoundSettings()
+{
+    for (const SoundPanel &panel : soundPanels) {
+        const QString program = QStandardPaths::findExecutable(QLatin1String(panel.program));
+        if (!program.isEmpty() &&
+            m_window.m_platform.processes->startDetached(program, {QLatin1String(panel.argument)})) {
+            return;
+        }
+    }
+    say(MainWindow::tr("没有找到声音控制面板，请在系统设置中打开！"));
+}
+
+void SettingsHands::watchMicrophone(std::function<void(int)> heard)
+{
+    m_meter.reset();
+    if (heard) {
+        m_meter = std::make_unique<MicrophoneMeter>();
+        QObject::connect(m_meter.get(), &MicrophoneMeter::heard, m_meter.get(), std::move(heard));
+    }
+}
+
+MouseSettings SettingsHands::mouse()
+{
+    return MouseSettings(*m_window.m_device, m_window, *m_window.m_platform.time,
+                         [this](const QString &text, MessageIcon icon, int milliseconds) {
+                             m_window.message(text, icon, milliseconds);
+                         });
+}
+
+void SettingsHands::chooseMouse(const MouseGroup &group, int place)
+{
+    mouse().choose(group, place);
+}
+
+void SettingsHands::assignKey(CustomKey key, const QString &shownLabel)
+{
+    mouse().assignKey(key, shownLabel);
+}
+
+QString SettingsHands::readDongleID()
+{
+    return mouse().showDongleID();
+}
+
+void SettingsHands::requestMouseID()
+{
+    m_window.m_device->RequestMouseID();
+}
+
+void SettingsHands::checkForUpdate(UpdateWish wish)
+{
+    if (wish == UpdateWish::Button) {
+        m_window.checkUpdateAtWish();
+    } else {
+        m_window.CheckUpdateFromSettings(wish == UpdateWish::Notice);
+    }
+}
+
+QString SettingsHands::versionText() const
+{
+    return m_window.m_versionText;
+}
+
+/// Nothing is measured over a run yet.
+QString SettingsHands::runFigures() const
+{
+    return {};
+}
+
+void SettingsHands::openWebPage(const QString &address)
+{
+    m_window.openWebPage(address);
+}
+
+void SettingsHands::openCommandWords()
+{
+    m_window.pushBuutton_CommandWord_clicked();
+}
+
+} // namespace mevo

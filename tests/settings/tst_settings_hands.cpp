@@ -1,0 +1,266 @@
+#include "audio/AudioRecorder.h"
+#include "base/ApplicationFiles.h"
+#include "base/SettingsFile.h"
+#include "settings/List.h"
+#include "ui/settings/CSettingDialog.h"
+#include "window/Program.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+QString setting(const char *key)
+{
+    return mevo::SettingsFile().value(QLatin1String(key), QStringLiteral("absent")).toString();
+}
+
+CSettingDialog *dialogOf(const MainWindow &window)
+{
+    return window.findChild<CSettingDialog *>();
+}
+
+/// A program that runs, with its settings open.
+struct WithSettings : Program
+{
+    WithSettings()
+    {
+        start();
+        settle();
+        window->pushBuutton_Setting_clicked();
+        if (dialogOf(*window) == nullptr) {
+            qFatal("no dialog");
+        }
+        fake.log.clear();
+    }
+    /// As if an input method were in force, so that its controls can be used.
+    void methodInForce() const
+    {
+        window->LocalEnableASR3 = true;
+        dialogOf(*window)->updateUI();
+    }
+    QAbstractButton *button(const char *name) const
+    {
+        return dialogOf(*window)->findChild<QAbstractButton *>(QLatin1String(name));
+    }
+};
+
+} // namespace
+
+class TestSettingsHands : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theDialogIsMadeOnce()
+    {
+        Program program;
+        program.start();
+        program.settle();
+        QVERIFY(dialogOf(*program.window) == nullptr); // not before it is wanted
+        QElapsedTimer clock;
+        clock.start();
+        program.window->pushBuutton_Setting_clicked();
+        qInfo("First opening: %d ms", int(clock.elapsed()));
+        CSettingDialog *dialog = dialogOf(*program.window);
+        QVERIFY(dialog != nullptr && dialog->isVisible());
+        dialog->close();
+        program.window->pushBuutton_Setting_clicked();
+        QVERIFY(dialogOf(*program.window) == dialog && dialog->isVisible());
+    }
+
+    void commandsGoToTheReceiver()
+    {
+        WithSettings program;
+        program.button("radioButton_Mouse_SetDPI800")->click();
+        program.button("radioButton__Mouse_SetDataRate500")->click();
+        program.button("radioButton__Mouse_SetWheelSpeed_Fast")->click();
+        dialogOf(*program.window)
+            ->findChild<QComboBox *>(QStringLiteral("comboBox_MouseCustomLeftKey"))
+            ->setCurrentIndex(6);
+        program.button("pushButton_GetMouseID")->click();
+        const QStringList wanted =
+            list({"hid send 05 20 10 00 00 00 00 00", "hid send 05 20 20 00 00 00 02 00",
+                  "hid send 05 20 40 00 00 00 00 02", "hid send 05 71 01 0f 00 00 00 00",
+                  "hid send 05 2d 00 00 00 00 00 00"});
+        QCOMPARE(program.order(wanted), wanted);
+        QCOMPARE(setting("MouseCurrentDPI"), QStringLiteral("800"));
+        QCOMPARE(setting("MouseCurrentWheelSpeed"), QStringLiteral("2"));
+        QCOMPARE(setting("MouseCurrentLeftKeyValue"), QStringLiteral("15"));
+    }
+
+    void anEngineIsInForceAtOnce()
+    {
+        WithSettings program;
+        MainWindow &window = *program.window;
+        window.BaiduQuotaHit = true;
+        program.button("radioButton_TXAsrAPI")->click();
+        QVERIFY(window.recorder()->UseTXASRApi && !window.recorder()->BaiDuNoStreamApi &&
+                !window.BaiduQuotaHit);
+        QCOMPARE(setting("UseTXASRApi") + setting("BaiDuNoStreamApi") + setting("UseXunFeiWebApi"),
+                 QStringLiteral("100"));
+        program.settle();
+        QCOMPARE(setting("EngineChoiceUntold"), QStringLiteral("1")); // nobody answers here
+        program.button("radioButton_BaiduNotStreamRestApi")->click();
+        QVERIFY(window.recorder()->BaiDuNoStreamApi && window.recorder()->BaiduViaSettings);
+    }
+
+    /// This build has no input method, so that each choice of one falls back.
+    void anInputMethodThatIsNotThere()
+    {
+        WithSettings program;
+        MainWindow &window = *program.window;
+        program.button("radioButton_EnableThirdPartyVoiceInput")->click();
+        program.settle();
+        QTRY_VERIFY(window.recorder()->BaiDuNoStreamApi);
+        QVERIFY(!window.LocalEnableASR3 && !window.EnableASR3);
+        QCOMPARE(setting("BaiDuNoStreamApi") + setting("LocalEnableASR3"), QStringLiteral("10"));
+        QVERIFY(program.button("radioButton_BaiduNotStreamRestApi")->isChecked());
+    }
+
+    void choicesWaitForTheBackend()
+    {
+        WithSettings program;
+        program.window->ForceUseASR3 = false;
+        program.methodInForce();
+        program.button("checkBox_ForceUseASR3")->click();
+        program.settle();
+        QVERIFY(program.window->ForceUseASR3);
+        QCOMPARE(setting("RecordChoicesUntold"), QStringLiteral("ForceUseASR3=1"));
+        program.button("checkBox_ForceUseASR3")->click();
+        program.settle();
+        QCOMPARE(setting("RecordChoicesUntold"), QStringLiteral("ForceUseASR3=0"));
+    }
+
+    void theSystem()
+    {
+        WithSettings program;
+        MainWindow &window = *program.window;
+        program.button("checkBox_AutoRunApp_2")->click();
+        QCOMPARE(setting("AutoRunApp"), QStringLiteral("1"));
+        QCOMPARE(program.fake.startupEntry->names.size(), 1);
+        program.button("checkBox_AutoRunApp_2")->click();
+        QCOMPARE(setting("AutoRunApp"), QString());
+        QVERIFY(program.fake.startupEntry->names.isEmpty());
+        program.fake.startupEntry->refuses = true;
+        program.button("checkBox_AutoRunApp_2")->click();
+        QVERIFY(!program.button("checkBox_AutoRunApp_2")->isChecked() && window.AutoRunApp.isEmpty());
+        program.button("checkBox_RunAsAdmin")->click();
+        QVERIFY(program.fake.elevation->marked && window.RunAsAdmin);
+        QCOMPARE(setting("RunAsAdmin"), QStringLiteral("true"));
+        program.button("checkBox_RunAsAdmin")->click();
+        QVERIFY(!program.fake.elevation->marked && !window.RunAsAdmin);
+        program.methodInForce();
+        program.button("pushButton_OpenXunFeiInputSetting")->click();
+        QVERIFY(program.fake.log.has(QStringLiteral("message 没有找到讯飞输入法，请先安装！ (3000)")));
+        program.fake.registry->values.insert(
+            QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\iFly Info Tek\\iFlyIME|Install_Dir_Ver2"),
+            QStringLiteral("C:\\iFly"));
+        program.button("pushButton_OpenXunFeiInputHW")->click();
+        QVERIFY(!program.fake.log.calls().filter(QStringLiteral("C:\\iFly\\iFlyHandwriting.exe")).isEmpty());
+    }
+
+    void offlineRecognitionOfTheInputMethod()
+    {
+        const QTemporaryDir data;
+        qputenv("XDG_DATA_HOME", QFile::encodeName(data.filePath(QStringLiteral("share"))));
+        const QString folder = data.filePath(QStringLiteral("localLow/iFly Info Tek/iFlyIME"));
+        QVERIFY(QDir().mkpath(folder) && QDir().mkpath(data.filePath(QStringLiteral("share"))));
+        WithSettings program;
+        program.methodInForce();
+        const char *const box = "checkBox_OnlyUseXunFeiOfflineASR";
+        constexpr int restart = 0, cancel = 2;
+        program.answer = cancel;
+        program.button(box)->click();
+        QVERIFY(!program.button(box)->isChecked());
+        QCOMPARE(setting("OnlyUseXunFeiOfflineASR"), QStringLiteral("absent"));
+        program.answer = restart; // and there is no file to take
+        program.button(box)->click();
+        QVERIFY(!program.button(box)->isChecked() &&
+                !program.fake.log.has(QStringLiteral("restart computer")));
+        QFile source(mevo::appFile(QStringLiteral("configXFOffline.xml")));
+        QVERIFY(source.open(QIODevice::WriteOnly) && source.write("<offline/>") > 0);
+        source.close();
+        program.button(box)->click();
+        QVERIFY(program.button(box)->isChecked() && program.window->OnlyUseXunFeiOfflineASR);
+        QCOMPARE(setting("OnlyUseXunFeiOfflineASR") + setting("PureXunFeiOfflineVersion"),
+                 QStringLiteral("truetrue"));
+        QFile target(folder + QStringLiteral("/config.xml"));
+        QVERIFY(target.open(QIODevice::ReadOnly));
+        QCOMPARE(target.readAll(), QByteArray("<offline/>"));
+        QVERIFY(program.fake.log.has(QStringLiteral("restart computer")));
+        QVERIFY(source.remove());
+    }
+
+    void theReceiverIsPulledOut()
+    {
+        WithSettings program;
+        const QPointer<CSettingDialog> dialog(dialogOf(*program.window));
+        auto *words = dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit_CmdFlags_Contents_Driect"));
+        words->setFocus();
+        QTest::keyClicks(words, QStringLiteral("X"));
+        const QString typed = words->text();
+        program.change(mevo::DeviceNotifier::Change::Removal);
+        program.settle();
+        QTRY_VERIFY(dialog.isNull());
+        QCOMPARE(setting("CmdFlags_Contents_Driect"), typed);
+        program.window->pushBuutton_Setting_clicked();
+        QVERIFY(!dialogOf(*program.window)
+                     ->findChild<QGroupBox *>(QStringLiteral("groupBox_Mouse"))
+                     ->isEnabled());
+        program.change(mevo::DeviceNotifier::Change::Arrival);
+        program.settle();
+        QTRY_VERIFY(
+            dialogOf(*program.window)->findChild<QGroupBox *>(QStringLiteral("groupBox_Mouse"))->isEnabled());
+    }
+
+    void anExitStoresWhatIsBeingEdited()
+    {
+        WithSettings program;
+        auto *words = dialogOf(*program.window)
+                          ->findChild<QLineEdit *>(QStringLiteral("lineEdit_CmdFlags_Contents_Driect"));
+        QTest::keyClicks(words, QStringLiteral("Y"));
+        const QString typed = words->text();
+        program.window->on_exitAppAction();
+        QCOMPARE(setting("CmdFlags_Contents_Driect"), typed);
+        program.window->pushBuutton_Setting_clicked();
+        program.settle();
+        QTRY_VERIFY(dialogOf(*program.window) == nullptr); // a program that ends opens nothing
+    }
+
+    void aRestart()
+    {
+        WithSettings program;
+        program.methodInForce();
+        program.button("checkBox_AsrOffline")->click();
+        QVERIFY(program.fake.log.has(QStringLiteral("message 将自动重启软件，请稍候 (2000)")));
+        QCOMPARE(setting("ForceUseXFMore3V"), QStringLiteral("true"));
+        QTimer::singleShot(20000, qApp, [] { QCoreApplication::exit(-1); });
+        QCOMPARE(QCoreApplication::exec(), MainWindow::restartCode);
+        QVERIFY(program.questions.isEmpty());
+    }
+
+    void theSettingsAreLeftInPeace()
+    {
+        WithSettings program;
+        program.window->show();
+        program.fake.log.clear();
+        QVERIFY(dialogOf(*program.window)->isVisible());
+        program.window->DeviceConnected = false; // the bar would be hidden
+        program.window->setWndTopMostTimeout();
+        QVERIFY(program.window->isVisible());
+        dialogOf(*program.window)->close();
+        program.window->setWndTopMostTimeout();
+        QVERIFY(!program.window->isVisible());
+        program.window->DeviceConnected = true;
+    }
+};
+
+QTEST_MAIN(TestSettingsHands)
+#include "tst_settings_hands.moc"
