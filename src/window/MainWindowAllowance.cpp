@@ -94,10 +94,10 @@ void MainWindow::chooseAtLimit(int answer)
     }
     if (answer == UseXunFeiMethod) {
         SetupAsr3();
-        BuildAsrLanMenu(true, true);
-    } else {
-        LocalEnableASR3 = false; // as in SetupAsr3()
-        sayThereIsNoInputMethod();
+        if (isLeaving()) {
+            return;
+        }
+        BuildAsrLanMenu(true, false); // kept: Sogou's is set up at the next start, arrival or choice
     }
     if (LocalEnableASR3) {
         BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false; // they would silence the keys

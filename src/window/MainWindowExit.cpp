@@ -74,6 +74,7 @@ void MainWindow::walkExit(ExitKind kind)
         kind = *answered;
     }
     mevo::closeQuestions();
+    endInputMethodDownload();
     finishSessions();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);
     if (m_countersKnown) {

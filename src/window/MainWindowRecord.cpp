@@ -182,8 +182,9 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool userHasChosen)
         }
     }
     if (InitDone) {
-        if (LocalEnableASR3) {
-            SetupAsr3();
+        SetupAsr3();
+        if (isLeaving()) {
+            return;
         }
         if (effects.menuChanged) {
             BuildAsrLanMenu(false, false);
