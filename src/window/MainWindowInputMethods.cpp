@@ -418,12 +418,22 @@ void MainWindow::DownloadInputMethod()
     if (isLeaving()) {
         return;
     }
+    const auto address = [this] { return isXpClass() ? m_asr3Row.ASR3DownWebXP : m_asr3Row.ASR3DownWeb; };
+    if (address().isEmpty()) { // from the settings page, before a method has been set up
+        const int index =
+            LocalUseASR3Index == mevo::thirdPartySogou ? mevo::thirdPartySogou : mevo::thirdPartyXunFei;
+        m_asr3Row = askForAsr3Row(index);
+        if (isLeaving()) {
+            return;
+        }
+        ASR3Name = m_asr3Row.ASR3Name;
+    }
     if (!m_installer) {
         m_inputMethodHands = std::make_unique<mevo::InputMethodHands>(*this);
         m_installer = std::make_unique<ThirdPartyVoiceInput>(*this, *m_inputMethodHands, mevo::appFolder(),
                                                              m_endpoints.VerifyCertificates);
     }
-    m_installer->Start(QUrl(isXpClass() ? m_asr3Row.ASR3DownWebXP : m_asr3Row.ASR3DownWeb));
+    m_installer->Start(QUrl(address()));
 }
 
 /// After an installer has been opened: the set-up goes on when the program is there.
