@@ -254,14 +254,15 @@ QString MainWindow::bundledInstaller() const
 
 QString MainWindow::missingInputMethod(int index) const
 {
+    const bool custom = index == mevo::thirdPartyCustom;
+    if (!custom && BackendReachable) {
+        return {}; // the service may have an installer; it is asked when the method is chosen
+    }
     if (!findInputMethodProgram(index).isEmpty()) {
         return {};
     }
-    if (index == mevo::thirdPartyCustom) {
+    if (custom) {
         return tr("没有找到自定义语音输入法的程序 %1，请在设置中重新选择！").arg(LocalASR3CustomInstallPath);
-    }
-    if (BackendReachable) {
-        return {}; // the service may have an installer; it is asked when the method is chosen
     }
     return index == mevo::thirdPartySogou
                ? tr("没有找到搜狗语音输入法的程序，也无法连接服务器下载。请安装后再选择，"

@@ -651,17 +651,26 @@ private Q_SLOTS:
     void whatComesWhileTheUserIsAsked_data()
     {
         QTest::addColumn<QString>("button"); ///< first one of the box that stands
+        QTest::addColumn<bool>("exit");      ///< else the receiver is pulled out and put in again
         for (const char *button : {"同意", "下载"}) {
-            QTest::addRow("%s, exit", button) << QString::fromUtf8(button);
+            for (const bool exit : {true, false}) {
+                QTest::addRow("%s, %s", button, exit ? "exit" : "receiver")
+                    << QString::fromUtf8(button) << exit;
+            }
         }
     }
-    /// The real boxes: they hold nothing up, and an exit takes them along.
+    /// The real boxes: they hold nothing up, an exit takes them along, and one of each stands.
     void whatComesWhileTheUserIsAsked()
     {
         QFETCH(QString, button);
-        Program p(button == QStringLiteral("下载") ? "ThirdPartyConsentAsked=1\nForceUseASR3=1\n" : "");
+        QFETCH(bool, exit);
+        const bool offer = button == QStringLiteral("下载");
+        Program p(offer ? "ThirdPartyConsentAsked=1\nForceUseASR3=1\n" : "");
         p.methodRow = {
             {QStringLiteral("ASR3DownWeb"), p.server.url(QStringLiteral("/files/setup.run")).toString()}};
+        if (!offer) {
+            p.file(QStringLiteral("bin/VoiceInput"));
+        }
         MainWindow &window = p.start();
         mevo::askHook = nullptr;
         p.choose(sogouRow);
@@ -669,26 +678,63 @@ private Q_SLOTS:
         const QMessageBox *box = window.findChild<QMessageBox *>();
         QVERIFY(box->isVisible() && !box->isModal());
         QCOMPARE(box->buttons().value(0)->text(), button);
-        window.exitByItself();
+        if (exit) {
+            window.exitByItself();
+            p.settle();
+            QVERIFY(window.isLeaving());
+            p.window.reset();
+            QVERIFY(p.told(QStringLiteral("set MustClickRunASR3=")).isEmpty());
+            return;
+        }
+        p.fake.hid->unplug();
+        p.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal);
         p.settle();
-        QVERIFY(window.isLeaving());
-        p.window.reset();
-        QVERIFY(p.told(QStringLiteral("MustClickRunASR3=")).filter(QStringLiteral("where")).size() <= 1);
+        p.fake.hid->plug();
+        p.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival);
+        QTRY_VERIFY(window.deviceOpen());
+        window.SetupAsr3();
+        p.settle();
+        QCOMPARE(window.findChildren<QMessageBox *>().size(), 1);
+        window.findChild<QMessageBox *>()->buttons().value(0)->click();
+        if (offer) {
+            QTRY_VERIFY(window.findChild<QProgressDialog *>() != nullptr);
+        } else {
+            QTRY_VERIFY(window.ThirdPartyActive);
+        }
     }
 
+    void anExitDuringTheDownload_data()
+    {
+        QTest::addColumn<bool>("exit");
+        QTest::newRow("exit") << true;
+        QTest::newRow("receiver") << false;
+    }
     void anExitDuringTheDownload()
     {
+        QFETCH(bool, exit);
         Program p("ThirdPartyConsentAsked=1\nForceUseASR3=1\n");
         p.methodRow = {
             {QStringLiteral("ASR3DownWeb"), p.server.url(QStringLiteral("/files/setup.run")).toString()}};
         p.answer(QStringLiteral("提示"), QStringLiteral("下载"), 0);
         MainWindow &window = p.start();
         p.choose(sogouRow);
-        QTRY_VERIFY(QFile::exists(home.path(QStringLiteral("setup.run.part"))));
-        window.exitByItself();
-        QVERIFY(!QFile::exists(home.path(QStringLiteral("setup.run.part"))));
+        const QString part = home.path(QStringLiteral("setup.run.part"));
+        QTRY_VERIFY(QFile::exists(part));
+        if (exit) {
+            window.exitByItself();
+            QVERIFY(!QFile::exists(part));
+            p.settle();
+            QVERIFY(window.findChild<QProgressDialog *>() == nullptr);
+            return;
+        }
+        p.fake.hid->unplug();
+        p.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal);
         p.settle();
-        QVERIFY(window.findChild<QProgressDialog *>() == nullptr);
+        QVERIFY(QFile::exists(part) && window.findChild<QProgressDialog *>() != nullptr); // it goes on
+        p.questions.clear();
+        window.SetupAsr3(); // and is not offered once more
+        p.settle();
+        QVERIFY(p.questions.isEmpty());
     }
 };
 
