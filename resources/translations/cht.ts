@@ -116,10 +116,6 @@
         <translation>沒有可以輸入的視窗，請先把游標放到要輸入的地方。</translation>
     </message>
     <message>
-        <source>本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！</source>
-        <translation>本版本尚不支援第三方語音輸入法，請在語言選單中選擇其他語音引擎！</translation>
-    </message>
-    <message>
         <source>灵犀听写系统.lnk</source>
         <translation>靈犀聽寫系統.lnk</translation>
     </message>
@@ -433,6 +429,128 @@
     <message>
         <source>没有找到声音控制面板，请在系统设置中打开！</source>
         <translation>沒有找到聲音控制面板，請在系統設定中開啟！</translation>
+    </message>
+    <message>
+        <source>（未安装）</source>
+        <translation>（未安裝）</translation>
+    </message>
+    <message>
+        <source>下载</source>
+        <translation>下載</translation>
+    </message>
+    <message>
+        <source>正在下载 %1 过程中，请稍候......</source>
+        <translation>正在下載 %1 過程中，請稍候......</translation>
+    </message>
+    <message>
+        <source>取消下载</source>
+        <translation>取消下載</translation>
+    </message>
+    <message>
+        <source>Attention!</source>
+        <translation>注意！</translation>
+    </message>
+    <message>
+        <source>将安装讯飞输入法，需手动点击，安装完可能会提示需要重启电脑！</source>
+        <translation>將安裝訊飛輸入法，需手動點擊，安裝完可能會提示需要重啟電腦！</translation>
+    </message>
+    <message>
+        <source>没有安装，因没有设置强制使用该语音输入，将自动切换到其它语音识别接口！</source>
+        <translation>沒有安裝，因沒有設定強制使用該語音輸入，將自動切換到其它語音識別接口！</translation>
+    </message>
+    <message>
+        <source>%1没有安装，服务器也没有提供下载地址。请自行安装，或在设置中指定其程序路径！</source>
+        <translation>%1沒有安裝，伺服器也沒有提供下載位址。請自行安裝，或在設定中指定其程式路徑！</translation>
+    </message>
+    <message>
+        <source>没有找到自定义语音输入法的程序 %1，请在设置中重新选择！</source>
+        <translation>沒有找到自訂語音輸入法的程式 %1，請在設定中重新選擇！</translation>
+    </message>
+    <message>
+        <source>没有找到搜狗语音输入法的程序，也无法连接服务器下载。请安装后再选择，或在设置中指定其程序路径！</source>
+        <translation>沒有找到搜狗語音輸入法的程式，也無法連接伺服器下載。請安裝後再選擇，或在設定中指定其程式路徑！</translation>
+    </message>
+    <message>
+        <source>没有找到讯飞语音输入法的程序，也无法连接服务器下载。请安装后再选择，或在设置中指定其程序路径！</source>
+        <translation>沒有找到訊飛語音輸入法的程式，也無法連接伺服器下載。請安裝後再選擇，或在設定中指定其程式路徑！</translation>
+    </message>
+    <message>
+        <source>启动第三方语音输入</source>
+        <translation>啟動第三方語音輸入</translation>
+    </message>
+    <message>
+        <source>同意：允许自动调用第三方语音输入法，包括自动下载与安装，以及修改其快捷键设置；
+不同意：只在点击麦克风按钮时才启动第三方语音输入法，不修改其设置。</source>
+        <translation>同意：允許自動調用第三方語音輸入法，包括自動下載與安裝，以及修改其快捷鍵設定；
+不同意：只在點擊麥克風按鈕時才啟動第三方語音輸入法，不修改其設定。</translation>
+    </message>
+    <message>
+        <source>同意</source>
+        <translation>同意</translation>
+    </message>
+    <message>
+        <source>不同意</source>
+        <translation>不同意</translation>
+    </message>
+    <message>
+        <source>点击&apos;下载&apos;按钮将安装</source>
+        <translation>點擊&apos;下載&apos;按鈕將安裝</translation>
+    </message>
+    <message>
+        <source>(支持离线语音识别),安装时请按提示操作！</source>
+        <translation>(支援離線語音識別),安裝時請按提示操作！</translation>
+    </message>
+    <message>
+        <source>,安装时请按提示操作！</source>
+        <translation>,安裝時請按提示操作！</translation>
+    </message>
+    <message>
+        <source>暂不下载</source>
+        <translation>暫不下載</translation>
+    </message>
+    <message>
+        <source>讯飞输入法</source>
+        <translation>訊飛輸入法</translation>
+    </message>
+    <message>
+        <source>必须重启电脑才能正常使用讯飞输入法！</source>
+        <translation>必須重啟電腦才能正常使用訊飛輸入法！</translation>
+    </message>
+    <message>
+        <source>立即重启</source>
+        <translation>立即重啟</translation>
+    </message>
+    <message>
+        <source>稍后重启</source>
+        <translation>稍後重啟</translation>
+    </message>
+    <message>
+        <source>初始化软件成功，如有问题，请尝试重新打开软件！</source>
+        <translation>初始化軟體成功，如有問題，請嘗試重新打開軟體！</translation>
+    </message>
+    <message>
+        <source>请重新安装语音手写板软件<byte value="xd"/>或点击查看如何设置（点击快捷键设置-&gt;常规功能键-&gt;打勾启用语音输入快捷键，并设为F6）</source>
+        <translation>請重新安裝語音手寫板軟體<byte value="xd"/>或點擊查看如何設定（點擊快捷鍵設定-&gt;常規功能鍵-&gt;打勾啟用語音輸入快捷鍵，並設為F6）</translation>
+    </message>
+    <message>
+        <source>查看如何设置</source>
+        <translation>查看如何設定</translation>
+    </message>
+    <message>
+        <source>打开设置窗口</source>
+        <translation>打開設定視窗</translation>
+    </message>
+    <message>
+        <source>以后再设置</source>
+        <translation>以後再設定</translation>
+    </message>
+    <message>
+        <source>无法修改讯飞输入法的配置：%1</source>
+        <translation>無法修改訊飛輸入法的配置：%1</translation>
+    </message>
+    <message>
+        <source>没有找到讯飞输入法的程序 %1！</source>
+        <translation>沒有找到訊飛輸入法的程式 %1！</translation>
     </message>
 </context>
 <context>
@@ -2359,6 +2477,29 @@
     <message>
         <source>确定</source>
         <translation>確定</translation>
+    </message>
+</context>
+<context>
+    <name>ThirdPartyVoiceInput</name>
+    <message>
+        <source>Impossible to save the file %1: %2.</source>
+        <translation>無法儲存檔案 %1: %2.</translation>
+    </message>
+    <message>
+        <source>File %1 is not present.</source>
+        <translation>檔案 %1 不存在.</translation>
+    </message>
+    <message>
+        <source>Download failed: %1.</source>
+        <translation>下載失敗: %1.</translation>
+    </message>
+    <message>
+        <source>文件已存在</source>
+        <translation>檔案已存在</translation>
+    </message>
+    <message>
+        <source>文件太大</source>
+        <translation>檔案太大</translation>
     </message>
 </context>
 </TS>

@@ -116,10 +116,6 @@
         <translation>No window takes text now; please put the cursor where the text should go.</translation>
     </message>
     <message>
-        <source>本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！</source>
-        <translation>This version drives no third-party input method yet; please choose another engine in the language menu.</translation>
-    </message>
-    <message>
         <source>灵犀听写系统.lnk</source>
         <translation>MEVOInput.lnk</translation>
     </message>
@@ -432,6 +428,128 @@ Cancel leaves everything as it was.</translation>
     <message>
         <source>没有找到声音控制面板，请在系统设置中打开！</source>
         <translation>No sound settings were found; open them in the system settings</translation>
+    </message>
+    <message>
+        <source>（未安装）</source>
+        <translation> (not installed)</translation>
+    </message>
+    <message>
+        <source>下载</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>正在下载 %1 过程中，请稍候......</source>
+        <translation>Downloading %1, please wait...</translation>
+    </message>
+    <message>
+        <source>取消下载</source>
+        <translation>Cancel download</translation>
+    </message>
+    <message>
+        <source>Attention!</source>
+        <translation>Attention!</translation>
+    </message>
+    <message>
+        <source>将安装讯飞输入法，需手动点击，安装完可能会提示需要重启电脑！</source>
+        <translation>XunFei&apos;s input method will be installed; please follow its installer. It may ask for a restart of the computer.</translation>
+    </message>
+    <message>
+        <source>没有安装，因没有设置强制使用该语音输入，将自动切换到其它语音识别接口！</source>
+        <translation> is not installed, and its use is not forced: another speech recognition takes over.</translation>
+    </message>
+    <message>
+        <source>%1没有安装，服务器也没有提供下载地址。请自行安装，或在设置中指定其程序路径！</source>
+        <translation>%1 is not installed, and the server names no address to download it from. Please install it, or name its program in the settings.</translation>
+    </message>
+    <message>
+        <source>没有找到自定义语音输入法的程序 %1，请在设置中重新选择！</source>
+        <translation>The program of the custom input method, %1, is not there. Please choose it again in the settings.</translation>
+    </message>
+    <message>
+        <source>没有找到搜狗语音输入法的程序，也无法连接服务器下载。请安装后再选择，或在设置中指定其程序路径！</source>
+        <translation>Sogou&apos;s voice input is not there, and no server is in reach to download it from. Please install it first, or name its program in the settings.</translation>
+    </message>
+    <message>
+        <source>没有找到讯飞语音输入法的程序，也无法连接服务器下载。请安装后再选择，或在设置中指定其程序路径！</source>
+        <translation>XunFei&apos;s voice input is not there, and no server is in reach to download it from. Please install it first, or name its program in the settings.</translation>
+    </message>
+    <message>
+        <source>启动第三方语音输入</source>
+        <translation>Starting a voice input method</translation>
+    </message>
+    <message>
+        <source>同意：允许自动调用第三方语音输入法，包括自动下载与安装，以及修改其快捷键设置；
+不同意：只在点击麦克风按钮时才启动第三方语音输入法，不修改其设置。</source>
+        <translation>Agree: the input method may be started by itself, fetched and installed, and its hot key may be set;
+Disagree: it is started by a click on the microphone button alone, and its settings stay as they are.</translation>
+    </message>
+    <message>
+        <source>同意</source>
+        <translation>Agree</translation>
+    </message>
+    <message>
+        <source>不同意</source>
+        <translation>Disagree</translation>
+    </message>
+    <message>
+        <source>点击&apos;下载&apos;按钮将安装</source>
+        <translation>Press &apos;Download&apos; to install </translation>
+    </message>
+    <message>
+        <source>(支持离线语音识别),安装时请按提示操作！</source>
+        <translation> (recognises speech without a network too); please follow its installer.</translation>
+    </message>
+    <message>
+        <source>,安装时请按提示操作！</source>
+        <translation>; please follow its installer.</translation>
+    </message>
+    <message>
+        <source>暂不下载</source>
+        <translation>Not now</translation>
+    </message>
+    <message>
+        <source>讯飞输入法</source>
+        <translation>XunFei&apos;s input method</translation>
+    </message>
+    <message>
+        <source>必须重启电脑才能正常使用讯飞输入法！</source>
+        <translation>The computer must be restarted before XunFei&apos;s input method can be used.</translation>
+    </message>
+    <message>
+        <source>立即重启</source>
+        <translation>Restart now</translation>
+    </message>
+    <message>
+        <source>稍后重启</source>
+        <translation>Restart later</translation>
+    </message>
+    <message>
+        <source>初始化软件成功，如有问题，请尝试重新打开软件！</source>
+        <translation>The program is set up. In case of trouble please start it once more.</translation>
+    </message>
+    <message>
+        <source>请重新安装语音手写板软件<byte value="xd"/>或点击查看如何设置（点击快捷键设置-&gt;常规功能键-&gt;打勾启用语音输入快捷键，并设为F6）</source>
+        <translation>Please install the software of the voice tablet once more<byte value="xd"/>or look how the input method is set (hot keys -&gt; general function keys -&gt; tick the hot key of voice input and make it F6)</translation>
+    </message>
+    <message>
+        <source>查看如何设置</source>
+        <translation>Show how</translation>
+    </message>
+    <message>
+        <source>打开设置窗口</source>
+        <translation>Open the settings</translation>
+    </message>
+    <message>
+        <source>以后再设置</source>
+        <translation>Later</translation>
+    </message>
+    <message>
+        <source>无法修改讯飞输入法的配置：%1</source>
+        <translation>The settings of XunFei&apos;s input method cannot be changed: %1</translation>
+    </message>
+    <message>
+        <source>没有找到讯飞输入法的程序 %1！</source>
+        <translation>The program %1 of XunFei&apos;s input method is not there.</translation>
     </message>
 </context>
 <context>
@@ -2358,6 +2476,29 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
     <message>
         <source>确定</source>
         <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>ThirdPartyVoiceInput</name>
+    <message>
+        <source>Impossible to save the file %1: %2.</source>
+        <translation>Impossible to save the file %1: %2.</translation>
+    </message>
+    <message>
+        <source>File %1 is not present.</source>
+        <translation>File %1 is not present.</translation>
+    </message>
+    <message>
+        <source>Download failed: %1.</source>
+        <translation>Download failed: %1.</translation>
+    </message>
+    <message>
+        <source>文件已存在</source>
+        <translation>the file exists already</translation>
+    </message>
+    <message>
+        <source>文件太大</source>
+        <translation>the file is too large</translation>
     </message>
 </context>
 </TS>

@@ -26,6 +26,8 @@ public:
     virtual bool compilerRuntimeInstalled() const = 0;
     /// A stable identifier of this computer.
     virtual QString computerId() const = 0;
+    /// The folders below which installed programs have a folder each.
+    virtual QStringList programFolders() const = 0;
 };
 
 /// A mark that makes the program run with the administrator's rights for this user.

@@ -23,6 +23,9 @@ enum class Statement {
     UseInputMethod,
     ChooseInputMethod,
     ChooseInputMethodAtQuota,
+    ReadInputMethod, ///< schema, one of the tables of input methods, index
+    WriteMustClick,
+    WriteInputMethodDownload,
     CountBaidu,
     CountTencent,
     CountXunFei,

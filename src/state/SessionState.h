@@ -46,6 +46,12 @@ struct SessionState
     bool XFVM3 = false;                ///< the newer XunFei window, never closed by a close message
     QString ASR3WinClassName = QStringLiteral("UIIFlyVoiceFrame");
     QString ASR3WindowName = QStringLiteral("讯飞语音悬浮窗");
+    QString ASR3Name;           ///< what messages call the input method
+    bool XFOfflineMode = false; ///< the XunFei installed recognises without a network
+    /// The custom input method's key is held while speaking, as its description in the settings says; false
+    /// for the programs that are known by their names.
+    bool ASR3CustomHoldToTalk = false;
+    QString ASR3CustomWinClassName; ///< of its window; empty when nobody has told
 
     bool BaiduQuotaHit = false;
     bool XunFeiQuotaHit = false;

@@ -15,12 +15,12 @@
 #include "engines/CredentialStore.h"
 #include "engines/TencentSpeech.h"
 #include "engines/XunFeiStream.h"
+#include "inputmethods/ThirdPartyVoiceInput.h"
 #include "output/UndeliveredTexts.h"
 #include "service/PushChannel.h"
 #include "service/WebApi.h"
 #include "service/WebCipher.h"
 #include "service/isOnl.h"
-#include "session/ThirdPartyKeys.h"
 #include "session/VoiceModes.h"
 #include "state/SettingsTable.h"
 #include "ui/Ask.h"
@@ -32,6 +32,7 @@
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
 #include "window/SettingsHands.h"
+#include "window/InputMethodHands.h"
 #include "window/UpdateHands.h"
 
 #include <QCloseEvent>
@@ -69,7 +70,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     m_endpoints = mevo::loadEndpoints(*this);
     m_versionText = mevo::versionText();
     m_buildStamp = mevo::buildStamp();
-    DetectXunFeiVersion();
+    ReadXunFeiIme();
     readEarlySettings();
     installInterfaceLanguage();
     m_firstArgument = QCoreApplication::arguments().value(1);
@@ -271,8 +272,8 @@ void MainWindow::finishStart()
     }
     startStep(&MainWindow::openPushSocket);
     m_toolTips = new QToolTips(this);
-    SetupAsr3();
-    BuildAsrLanMenu(false, true);
+    startStep(&MainWindow::SetupAsr3);
+    BuildAsrLanMenu(false, false);
     startStep(&MainWindow::reportAddress);
     m_webApi->endSharedWait();
     InitDone = true;
@@ -316,19 +317,6 @@ void MainWindow::endConstruction()
 
 void MainWindow::slot_requestFinished_NotRead(QNetworkReply *) {}
 
-/// This build drives no input method: one that the settings name is not in force in this run, so that the
-/// microphone button works and the menu tells the engine that is.
-void MainWindow::SetupAsr3()
-{
-    if (LocalEnableASR3) {
-        m_elevationWanted = LocalUseASR3Index == mevo::thirdPartyXunFei;
-        LocalEnableASR3 = false;
-        sayThereIsNoInputMethod();
-    }
-}
-
-void MainWindow::DetectXunFeiVersion() {}
-
 void MainWindow::TimeOutReadInitPara()
 {
     if (!InitDone &&
@@ -353,6 +341,9 @@ void MainWindow::TimeOutReadInitPara()
     }
     LoadSettings();
     SetupAsr3();
+    if (isLeaving()) {
+        return;
+    }
     ReadServerInfo();
     if (!IsOnline || isLeaving()) {
         return;

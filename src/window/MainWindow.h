@@ -6,6 +6,7 @@
 #include "device/DeviceChanges.h"
 #include "engines/EngineHost.h"
 #include "engines/XunFeiHost.h"
+#include "inputmethods/Asr3Row.h"
 #include "platform/Platform.h"
 #include "service/UntoldColumns.h"
 #include "session/ResultPipeline.h"
@@ -47,12 +48,14 @@ class QPushButton;
 class QToolTips;
 class QWebSocket;
 class CommandWordDialog;
+class ThirdPartyVoiceInput;
 class UndeliveredDialog;
 class WebCipher;
 
 namespace mevo {
 class BaiduTokens;
 class CommandMatcher;
+class InputMethodHands;
 class PushChannel;
 class SettingsHands;
 class TencentSpeech;
@@ -132,6 +135,18 @@ public:
     /// Rebuilds the language menu; `persistEngine` writes the engine to the device record,
     /// `setupInputMethod` lets a third-party row configure its input method.
     void BuildAsrLanMenu(bool persistEngine, bool setupInputMethod);
+    /// Sets up the input method that is chosen, when one is: it is looked for, its key is seen to, and it is
+    /// in force (`ThirdPartyActive`) once it is there. Waits for the service's row; what the user is asked is
+    /// asked beside everything else, and the set-up goes on with the answer.
+    void SetupAsr3();
+    /// Reads which XunFei is installed and where.
+    void ReadXunFeiIme();
+    /// Sees to the hot key of XunFei's input method: 0 when it has been changed, -1 when nothing was
+    /// possible, else 1.
+    int ConfigureXunFeiIme();
+    /// What is missing for the input method (numbered as LocalUseASR3Index) to be used, as the user is told;
+    /// empty when its program is there or can be had.
+    QString missingInputMethod(int index) const;
     /// Reads the device record and applies it; nothing without network, backend or device.
     void ReadServerInfo();
     /// Reads the record of this receiver's product and applies it; without a receiver, that of the product
@@ -187,6 +202,14 @@ public Q_SLOTS:
     void CheckUpdateTimeout();
     /// The same from the settings page: at its opening, and at a click on the notice that it shows.
     void CheckUpdateFromSettings(bool noticeClicked);
+    /// From the settings page: XunFei's recognition without a network, always or not. The user is asked
+    /// first.
+    void UseXunFeiOfflineOnly(bool always);
+    /// XunFei's own settings, and its handwriting.
+    void OpenXunFeiInputSetting();
+    void OpenXunFeiInputHW();
+    /// Fetches the installer of the input method in force.
+    void DownloadInputMethod();
     void showOnline(int state);
     void slot_requestFinished_NotRead(QNetworkReply *reply);
     void slot_TrayAndRightMenuAboutToHide();
@@ -242,6 +265,7 @@ private:
     friend class mevo::TranslationHands;
     friend class mevo::SettingsHands;
     friend class mevo::UpdateHands;
+    friend class mevo::InputMethodHands;
 
     // Construction, in the order of the calls.
     void readEarlySettings();
@@ -318,6 +342,9 @@ private:
     void markChoiceUntold();
     void tellInputMethodChoice(const QStringList &columns);
     void rememberWhetherEngineTold();
+    /// What the record is told of the engine or the input method in force.
+    QString choiceStatement() const;
+    QString inputMethodStatement() const;
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
     void loadAllCredentials();
@@ -342,11 +369,27 @@ private:
     /// Writes the counters, and tells the receiver that its microphone is no longer wanted, unless the user
     /// has begun to talk by the tip window meanwhile.
     void closeDeviceSession();
-    void sayThereIsNoInputMethod();
     /// The first arrival of a receiver after an installation, when the record would use an input method.
     void settleFirstArrival();
-    void SetupAsr3();
-    void DetectXunFeiVersion();
+    // Input methods.
+    void chooseInputMethod(const mevo::LanguageRow &row);
+    mevo::Asr3Row askForAsr3Row(int index);
+    void setUpCustomMethod();
+    void continueSetup();
+    void useInputMethod(const QString &program);
+    bool isSetUpFor(int setup, int index) const;
+    QString findInputMethodProgram(int index) const;
+    QString customProgram() const;
+    QString bundledInstaller() const;
+    void askConsent();
+    void offerInputMethod();
+    void refuseInputMethod();
+    void fallBackFromInputMethod(const QString &text);
+    void askToRestartComputer();
+    void tellHowToSetXunFei();
+    void openXunFeiTool(const QString &fileName);
+    void watchForInstallation(int looks);
+    void endInputMethodDownload();
     void sendUsageOnExit(bool withTencent);
     /// Connects the push socket once the backend is there; one that is connected stays so.
     void openPushSocket();
@@ -501,6 +544,8 @@ private:
     std::unique_ptr<mevo::SettingsHands> m_settingsHands; ///< made at the first opening
     std::unique_ptr<mevo::UpdateHands> m_updateHands;
     std::unique_ptr<MyUpdateChecker> m_updateChecker;
+    std::unique_ptr<mevo::InputMethodHands> m_inputMethodHands;
+    std::unique_ptr<ThirdPartyVoiceInput> m_installer;
     GetHIDDataThread *m_reader = nullptr;
     QObject *m_readerEar = nullptr; ///< hears the reader; what it has not heard goes with it
     AudioRecorder *m_recorder = nullptr;
@@ -536,6 +581,12 @@ private:
     bool m_productRead = false;         ///< the product record has been applied in this run
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
     bool m_elevationWanted = false;     ///< the input method of the settings needs the administrator's rights
+    mevo::Asr3Row m_asr3Row;            ///< of the input method that was set up last
+    int m_setup = 0;                    ///< counts the set-ups of input methods; the last one holds
+    int m_methodSetUp = -1;             ///< index of the method that is set up
+    bool m_methodBoxOpen = false;       ///< the user is being asked about an input method
+    bool m_installerStarted = false;    ///< the one beside the program, in this run
+    bool m_watchesInstallation = false; ///< looks whether the method has been installed
     bool m_engineTold = true;           ///< the backend has answered the last engine statement
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
     QSet<QString> m_chosenColumns;      ///< of the record, by the user since its reading began

@@ -92,9 +92,11 @@ void MainWindow::chooseAtLimit(int answer)
     }
     if (answer == UseXunFeiMethod) {
         SetupAsr3();
-        BuildAsrLanMenu(true, true);
+        if (isLeaving()) {
+            return;
+        }
+        BuildAsrLanMenu(true, false); // it has just been set up
     } else {
-        LocalEnableASR3 = false; // as in SetupAsr3()
         message(tr("已选择搜狗语音输入法，将在下次启动软件或插入设备时设置并生效！"),
                 mevo::MessageIcon::Information, messageMs);
     }

@@ -11,11 +11,11 @@
 #include "engines/CredentialStore.h"
 #include "engines/EngineSelection.h"
 #include "engines/TencentSpeech.h"
+#include "inputmethods/CustomMethod.h"
 #include "output/UndeliveredTexts.h"
 #include "service/Statements.h"
 #include "service/WebApi.h"
 #include "service/WebApiReply.h"
-#include "session/ThirdPartyKeys.h"
 #include "session/VoiceModes.h"
 #include "ui/QToolTips.h"
 
@@ -88,7 +88,7 @@ void MainWindow::BuildAsrLanMenu(bool persistEngine, bool setupInputMethod)
     if (setupInputMethod && LocalEnableASR3) {
         SetupAsr3();
     }
-    if (persistEngine) {
+    if (persistEngine && m_recorder != nullptr) { // the set-up may have let an exit through
         m_engineTold = tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID));
     }
 }
@@ -101,8 +101,11 @@ void MainWindow::showLanguages()
     mevo::MenuFacts facts;
     facts.xpClass = isXpClass();
     facts.vertical = ShowVerticalUI;
-    facts.customMethodKnown = LocalASR3CustomInstallPath.contains(QLatin1String("SpeechInput")) ||
-                              LocalASR3CustomInstallPath.contains(QLatin1String("VoiceInput"));
+    facts.customMethodKnown =
+        mevo::customMethod(LocalASR3CustomInstallPath,
+                           mevo::readCustomDescription(mevo::SettingsFile(mevo::customMethodGroup)),
+                           {KeyShowNames, KeyCodes})
+            .has_value();
     const mevo::AsrMenu built = mevo::buildAsrMenu(*this, *m_recorder, facts);
     if (built.clearTencentDialect) {
         UseTecentZhDialect = false;
@@ -131,8 +134,12 @@ void MainWindow::showLanguages()
             m_languageMenu->addSeparator();
             continue;
         }
-        QAction *action =
-            m_languageMenu->addAction(QCoreApplication::translate("AsrLanMenu", entry.language->label));
+        QString label = QCoreApplication::translate("AsrLanMenu", entry.language->label);
+        if (entry.language->engine == mevo::Engine::ThirdParty &&
+            !missingInputMethod(QByteArray(entry.language->code).toInt()).isEmpty()) {
+            label += tr("（未安装）"); // the row says at a click what is missing
+        }
+        QAction *action = m_languageMenu->addAction(label);
         action->setCheckable(true);
         action->setChecked(entry.checked);
         action->setData(QVariant::fromValue(quintptr(entry.language)));
@@ -160,8 +167,7 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
         return;
     }
     if (row.engine == mevo::Engine::ThirdParty) {
-        sayThereIsNoInputMethod();
-        showLanguages(); // the mark goes back to the row in force
+        chooseInputMethod(row);
         return;
     }
     mevo::saveLastModes(*this);
@@ -193,7 +199,7 @@ void MainWindow::rememberWhetherEngineTold()
 {
     mevo::SettingsFile settings;
     if (!m_engineTold || settings.contains(QLatin1String(untoldChoice))) {
-        settings.setValue(QLatin1String(untoldChoice), int(!m_engineTold)); // the record must not undo it
+        settings.setValue(QLatin1String(untoldChoice), int(!m_engineTold));
     }
     if (settings.contains(QLatin1String(untoldInputMethod))) {
         settings.setValue(QLatin1String(untoldInputMethod), QString()); // it no longer holds
@@ -266,6 +272,19 @@ void MainWindow::setUpChosenInputMethod(int choice, mevo::Engine before)
     refreshSettings();
 }
 
+QString MainWindow::inputMethodStatement() const
+{
+    return mevo::deviceStatement(mevo::Statement::ChooseInputMethod, SchemaName,
+                                 {QString::number(int(EnableASR3)), QString::number(int(MustClickRunASR3)),
+                                  QString::number(UseASR3Index), DongleID});
+}
+
+QString MainWindow::choiceStatement() const
+{
+    return LocalEnableASR3 ? inputMethodStatement()
+                           : mevo::engineStatement(*m_recorder, SchemaName, DongleID);
+}
+
 void MainWindow::writeSettings(const std::vector<mevo::SettingWrite> &writes)
 {
     mevo::SettingsFile settings;
@@ -280,12 +299,6 @@ void MainWindow::carryOut(const mevo::EngineChange &change)
     if (change.rebuild) {
         BuildAsrLanMenu(change.persistEngine, change.setupInputMethod);
     }
-}
-
-void MainWindow::sayThereIsNoInputMethod()
-{
-    message(tr("本版本尚不支持第三方语音输入法，请在语言菜单中选择其他语音引擎！"),
-            mevo::MessageIcon::Information, 3000);
 }
 
 void MainWindow::loadAllCredentials()
@@ -448,7 +461,7 @@ bool MainWindow::tellUntoldChoice()
         tellInputMethodChoice(inputMethod);
     }
     if (mevo::SettingsFile().value(QLatin1String(untoldChoice)).toBool()) {
-        if (m_recorder == nullptr || !tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID))) {
+        if (m_recorder == nullptr || !tellBackend(choiceStatement())) {
             return false;
         }
         mevo::SettingsFile().setValue(QLatin1String(untoldChoice), 0);

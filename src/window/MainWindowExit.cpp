@@ -78,6 +78,7 @@ void MainWindow::walkExit(ExitKind kind)
     if (m_settingsHands) {
         m_settingsHands->storeEdits();
     }
+    endInputMethodDownload();
     finishSessions();
     finishCommandWords();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);

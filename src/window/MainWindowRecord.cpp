@@ -233,8 +233,9 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, cons
         }
     }
     if (InitDone) {
-        if (LocalEnableASR3) {
-            SetupAsr3();
+        SetupAsr3();
+        if (isLeaving()) {
+            return;
         }
         if (effects.menuChanged) {
             BuildAsrLanMenu(false, false);

@@ -134,7 +134,7 @@ void SessionHands::closeWindow(WindowId window)
 
 void SessionHands::startXunFeiInputMethod()
 {
-    m_window.DetectXunFeiVersion();
+    m_window.ReadXunFeiIme();
     startProgram(m_window.LocalASR3XunFeiInstallPath);
 }
 

@@ -268,6 +268,9 @@ void TestWebApiTexts::statements()
         "update db.device_serialid set EnableASR3=a,MustClickRunASR3=b,UseASR3Index=c where DongleID='d'",
         "update db.device_serialid set EnableASR3=a,MustClickRunASR3=b,UseASR3Index=c,CurrentVersion=d,"
         "CurrentSubVer='e' where DongleID='f'",
+        "select * from db.a where ASR3Index=b",
+        "update db.device_serialid set MustClickRunASR3=a where DongleID='b'",
+        "update db.device_serialid set EnableThirdpatyVoiceInput=a where DongleID='b'",
         "update db.device_serialid set BDSR1DUsedQuantity=a,LatestLoginTime='b',CurrentVersion=c,"
         "CurrentSubVer='d' where DongleID='e'",
         "update db.device_serialid set TXSR1DUsedQuantity=a,LatestLoginTime='b',CurrentVersion=c,"

@@ -281,11 +281,13 @@ public:
     qint64 freeSpaceMiB() const override { return freeMiB; }
     bool compilerRuntimeInstalled() const override { return runtime; }
     QString computerId() const override { return QStringLiteral("test-computer"); }
+    QStringList programFolders() const override { return programs; }
 
     bool xpClass = false;
     int locale = 0x0804;
     qint64 freeMiB = 50000;
     bool runtime = true;
+    QStringList programs;
 };
 
 class FakeElevation : public mevo::Elevation

@@ -64,7 +64,8 @@ const QRegularExpression &chinese()
 /// Chinese words of the program that are no texts for the user to read.
 const QStringList &notForReading()
 {
-    static const QStringList words{QStringLiteral("讯飞语音悬浮窗"), // another program's window
+    static const QStringList words{QStringLiteral("讯飞语音悬浮窗"), // windows of other programs
+                                   QStringLiteral("语音悬浮窗"), QStringLiteral("搜狗输入法语音输入 "),
                                    QStringLiteral("\\校时助手.exe"), // a sibling program
                                    // Words to be spoken, whatever the interface's language.
                                    QStringLiteral("天王盖地虎;执行命令词;"),

@@ -76,4 +76,9 @@ QString LinuxSystemFacts::computerId() const
     return QString::fromLatin1(own);
 }
 
+QStringList LinuxSystemFacts::programFolders() const
+{
+    return {QDir::homePath() + QStringLiteral("/.local/opt"), QStringLiteral("/opt")};
+}
+
 } // namespace mevo

@@ -22,6 +22,8 @@ public:
     bool compilerRuntimeInstalled() const override { return true; }
     /// 32 hex digits. The machine's own id is hashed, as it should not leave the machine.
     QString computerId() const override;
+    /// Those of packages that keep to themselves: "~/.local/opt" and "/opt".
+    QStringList programFolders() const override;
 
 private:
     static QString defaultOwnIdFile();

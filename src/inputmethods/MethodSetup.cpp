@@ -1,0 +1,86 @@
+#include "inputmethods/MethodSetup.h"
+
+#include "state/ThirdPartyMethod.h"
+
+namespace mevo {
+
+namespace {
+
+/// Without a network the third generation shows another window.
+void nameOfflineWindow(MainState &state)
+{
+    const Asr3Row row = builtInAsr3Row(thirdPartyXunFei, true);
+    state.ASR3WindowName = row.ASR3WindowName;
+    state.ASR3WinClassName = row.ASR3WinClassName;
+}
+
+} // namespace
+
+SetupStep nextSetupStep(const SetupFacts &facts)
+{
+    if (!facts.mustClick && !facts.consentAsked) {
+        return SetupStep::AskConsent;
+    }
+    if (facts.found) {
+        return SetupStep::Ready;
+    }
+    if (facts.index == thirdPartyXunFei && facts.offlineWanted && facts.installerHere && !facts.mustClick) {
+        return SetupStep::RunInstaller;
+    }
+    if (facts.index == thirdPartyCustom || !facts.forced) {
+        return SetupStep::FallBack;
+    }
+    return facts.hasAddress ? SetupStep::OfferDownload : SetupStep::NothingToHave;
+}
+
+bool wantsThirdGeneration(const MainState &state)
+{
+    return state.XFVM3 || state.ForceUseXFMore3V || state.OnlyUseXunFeiOfflineASR;
+}
+
+void applyAsr3Row(MainState &state, int index, const Asr3Row &row)
+{
+    state.ASR3WindowName = row.ASR3WindowName;
+    state.ASR3WinClassName = row.ASR3WinClassName;
+    state.ASR3ShortCutKey = row.ASR3ShortCutKey;
+    state.ASR3Name = row.ASR3Name;
+    state.ASR3HoldToTalk = index == thirdPartyXunFei;
+    if (index == thirdPartyXunFei && state.XFVM3 && !state.IsOnline) {
+        nameOfflineWindow(state);
+    }
+}
+
+void applyXunFeiInstallation(MainState &state, const XunFeiInstallation &installation, const QString &program,
+                             bool online)
+{
+    if (!installation.folder.isEmpty() && program.isEmpty()) {
+        state.XFVM3 = false;
+        return;
+    }
+    if (!program.isEmpty()) {
+        state.LocalASR3XunFeiInstallPath = program;
+    }
+    state.XFVM3 = installation.generation > 2;
+    if (state.XFVM3 && !online && state.LocalUseASR3Index == thirdPartyXunFei) {
+        nameOfflineWindow(state);
+    }
+}
+
+std::vector<SettingWrite> applyCustomMethod(MainState &state, const CustomMethod &method)
+{
+    state.ASR3CustomCtrlShortCutKey = method.modifiers;
+    state.ASR3CustomShortCutKey = method.usage;
+    state.ASR3CustomHoldToTalk = method.hold;
+    state.ASR3CustomWinClassName = method.windowClass;
+    return {{"ASR3CustomCtrlShortCutKey", method.modifiers}, {"ASR3CustomShortCutKey", method.usage}};
+}
+
+std::vector<SettingWrite> leaveInputMethod(MainState &state)
+{
+    state.ThirdPartyActive = false;
+    state.LocalEnableASR3 = false;
+    state.LocalUseASR3Index = thirdPartyNone;
+    return {{"LocalEnableASR3", 0}, {"LocalUseASR3Index", thirdPartyNone}};
+}
+
+} // namespace mevo

@@ -1,0 +1,33 @@
+#include "ui/DownloadProgressDialog.h"
+
+namespace {
+
+constexpr int steps = 1000;
+
+} // namespace
+
+DownloadProgressDialog::DownloadProgressDialog(const QString &title, const QString &cancelText,
+                                               QWidget *parent)
+    : QProgressDialog(parent)
+{
+    setWindowTitle(title);
+    setCancelButtonText(cancelText);
+    setAutoClose(false);
+    setAutoReset(false);
+    setMinimumDuration(0);
+    setWindowFlag(Qt::WindowStaysOnTopHint);
+    disconnect(this, &QProgressDialog::canceled, this, &QProgressDialog::cancel);
+}
+
+void DownloadProgressDialog::start(const QString &label)
+{
+    setLabelText(label);
+    show();
+    raise();
+}
+
+void DownloadProgressDialog::move(qint64 received, qint64 total)
+{
+    setMaximum(total > 0 ? steps : 0); // 0 shows that something happens, not how far it is
+    setValue(total > 0 ? static_cast<int>(received * steps / total) : 0);
+}

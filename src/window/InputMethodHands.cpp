@@ -1,0 +1,81 @@
+#include "window/InputMethodHands.h"
+
+#include "commands/UrlOpener.h"
+#include "inputmethods/ThirdPartyVoiceInput.h"
+#include "service/Statements.h"
+#include "ui/Ask.h"
+#include "window/MainWindow.h"
+
+#include <QTimer>
+
+namespace mevo {
+
+namespace {
+constexpr int tellTimeoutMs = 2000;
+constexpr int installationLooks = 200; ///< about ten minutes
+} // namespace
+
+InputMethodHands::~InputMethodHands()
+{
+    delete m_progress;
+}
+
+void InputMethodHands::showDownload()
+{
+    if (m_progress.isNull()) {
+        m_progress =
+            new DownloadProgressDialog(MainWindow::tr("下载"), MainWindow::tr("取消下载"), &m_window);
+        QObject::connect(m_progress, &QProgressDialog::canceled, &m_window, [this] {
+            if (m_window.m_installer) {
+                m_window.m_installer->on_CancelDownload();
+            }
+        });
+    }
+    m_progress->start(MainWindow::tr("正在下载 %1 过程中，请稍候......").arg(m_window.ASR3Name));
+}
+
+void InputMethodHands::moveDownload(qint64 received, qint64 total)
+{
+    if (!m_progress.isNull()) {
+        m_progress->move(received, total);
+    }
+}
+
+void InputMethodHands::hideDownload()
+{
+    if (!m_progress.isNull()) {
+        m_progress->deleteLater();
+        m_progress->hide();
+        m_progress = nullptr;
+    }
+}
+
+void InputMethodHands::tellAboutDownload(const QString &text)
+{
+    askAside(&m_window, {MainWindow::tr("Attention!"), text, {MainWindow::tr("确定")}, true}, [](int) {});
+}
+
+void InputMethodHands::openInstaller(const QString &path)
+{
+    openUrl(QUrl::fromLocalFile(path), *m_window.m_platform.processes);
+}
+
+void InputMethodHands::downloadCancelled()
+{
+    m_window.LocalEnableThirdpatyVoiceInput = false;
+    // From the event loop: the request waits, and the download has not been taken apart yet.
+    QTimer::singleShot(0, &m_window, [this] {
+        if (!m_window.isLeaving()) {
+            m_window.RunBackendSql(deviceStatement(Statement::WriteInputMethodDownload, m_window.SchemaName,
+                                                   {QStringLiteral("0"), m_window.DongleID}),
+                                   tellTimeoutMs);
+        }
+    });
+}
+
+void InputMethodHands::installerOpened()
+{
+    m_window.watchForInstallation(installationLooks);
+}
+
+} // namespace mevo
