@@ -94,10 +94,10 @@ bool EditorTarget::waitReady()
     const auto takesKeys = [this] {
         if (!focus())
             return false;
-        if (textFileContent().isEmpty())
+        if (savedText().isEmpty())
             m_keyboard->tap(keyZ);
         save();
-        return textFileContent().startsWith('z');
+        return savedText().startsWith('z');
     };
     return waitUntil(takesKeys, readyTimeoutMs, 50) && clear();
 }
@@ -115,7 +115,7 @@ QString EditorTarget::peek()
     if (!hasFocus())
         focus();
     save();
-    return QString::fromUtf8(textFileContent());
+    return QString::fromUtf8(savedText());
 }
 
 bool EditorTarget::clear()
@@ -127,7 +127,7 @@ bool EditorTarget::clear()
     return waitUntil(
         [this] {
             save();
-            return textFileContent().isEmpty();
+            return savedText().isEmpty();
         },
         clearTimeoutMs);
 }

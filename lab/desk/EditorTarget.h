@@ -18,10 +18,12 @@ public:
 
 protected:
     bool waitReady() override;
-
-private:
+    /// The text in its file as UTF-8.
+    virtual QByteArray savedText() const { return textFileContent(); }
     EditorTarget(const QString &kind, std::unique_ptr<Desktop> desktop,
                  std::unique_ptr<XTestKeyboard> keyboard);
+
+private:
     static std::unique_ptr<EditorTarget> create(const QString &kind);
     bool save();
 

@@ -1,12 +1,15 @@
 #include "desk/TargetWindow.h"
 
+#include "desk/BrowserTarget.h"
 #include "desk/EditorTarget.h"
+#include "desk/OfficeTarget.h"
 #include "desk/XtermTarget.h"
 #include "receiver/WaitUntil.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLoggingCategory>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <iterator>
@@ -15,22 +18,31 @@ namespace mevo::lab {
 
 namespace {
 
-constexpr int windowTimeoutMs = 60000;
+constexpr int windowTimeoutMs = 60000; // a cold start of the big ones on a busy machine
 constexpr int focusTimeoutMs = 20000;
 constexpr int endTimeoutMs = 3000;
 constexpr int settleMs = 150;
+
+bool isFound(const char *program)
+{
+    return !QStandardPaths::findExecutable(QLatin1String(program)).isEmpty();
+}
 
 struct TargetKind
 {
     const char *name;
     std::unique_ptr<TargetWindow> (*start)();
+    bool (*isInstalled)();
 };
 constexpr TargetKind targetKinds[] = {
-    {"xterm", XtermTarget::start},
-    {"mousepad", EditorTarget::startMousepad},
-    {"featherpad", EditorTarget::startFeatherpad},
-    {"kate", EditorTarget::startKate},
-    {"gnome-text-editor", EditorTarget::startGnomeTextEditor},
+    {"xterm", XtermTarget::start, [] { return isFound("xterm"); }},
+    {"mousepad", EditorTarget::startMousepad, [] { return isFound("mousepad"); }},
+    {"featherpad", EditorTarget::startFeatherpad, [] { return isFound("featherpad"); }},
+    {"kate", EditorTarget::startKate, [] { return isFound("kate"); }},
+    {"gnome-text-editor", EditorTarget::startGnomeTextEditor, [] { return isFound("gnome-text-editor"); }},
+    {"chromium", BrowserTarget::start, [] { return isFound("chromium"); }},
+    {"libreoffice", OfficeTarget::start, [] { return OfficeTarget::isInstalled(); }},
+    {"libreoffice-gtk3", OfficeTarget::startGtk3, [] { return OfficeTarget::isGtk3Installed(); }},
 };
 constexpr int kindsOfEveryDesk = 3; ///< the further ones have to be installed by hand
 
@@ -41,6 +53,17 @@ QStringList TargetWindow::kinds()
     QStringList names;
     for (int i = 0; i < kindsOfEveryDesk; ++i)
         names.append(QLatin1String(targetKinds[i].name));
+    return names;
+}
+
+QStringList TargetWindow::furtherKinds()
+{
+    QStringList names;
+    for (const TargetKind &kind : targetKinds) {
+        const QString name = QLatin1String(kind.name);
+        if (!kinds().contains(name) && kind.isInstalled())
+            names.append(name);
+    }
     return names;
 }
 
@@ -116,7 +139,8 @@ void TargetWindow::stop()
     }
 }
 
-bool TargetWindow::launch(const QString &program, const QStringList &arguments)
+bool TargetWindow::launch(const QString &program, const QStringList &arguments,
+                          const QMap<QString, QString> &further)
 {
     QFile(textFile()).open(QIODevice::WriteOnly);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -127,6 +151,8 @@ bool TargetWindow::launch(const QString &program, const QStringList &arguments)
     environment.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
     environment.insert(QStringLiteral("GTK_IM_MODULE"), QStringLiteral("gtk-im-context-simple"));
     environment.insert(QStringLiteral("QT_IM_MODULE"), QStringLiteral("none"));
+    for (auto variable = further.begin(); variable != further.end(); ++variable)
+        environment.insert(variable.key(), variable.value());
     m_process.setProcessEnvironment(environment);
     m_process.setWorkingDirectory(folder());
     m_process.setStandardOutputFile(QProcess::nullDevice());

@@ -2,8 +2,10 @@
 
 #include "desk/Desktop.h"
 
+#include <QMap>
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -18,9 +20,11 @@ class XTestKeyboard;
 class TargetWindow
 {
 public:
-    /// "xterm", "mousepad" (GTK 3), "featherpad" (Qt 5). There are "kate" and "gnome-text-editor" (GTK 4)
-    /// too, where they are installed.
+    /// "xterm", "mousepad" (GTK 3), "featherpad" (Qt 5): those of every desk.
     static QStringList kinds();
+    /// Those of them that are big, and installed here: "kate", "gnome-text-editor" (GTK 4), "chromium" (a
+    /// text area), "libreoffice" (Writer with its own widgets), "libreoffice-gtk3" (with those of GTK).
+    static QStringList furtherKinds();
 
     /// Starts a target and waits until it takes keys. Null on failure (a log line says why).
     static std::unique_ptr<TargetWindow> start(const QString &kind);
@@ -48,8 +52,10 @@ public:
 protected:
     TargetWindow(QString kind, std::unique_ptr<Desktop> desktop);
 
-    /// Starts the program with its settings below folder(), and waits for its window.
-    bool launch(const QString &program, const QStringList &arguments);
+    /// Starts the program with its settings below folder(), and waits for its window. `environment` is added
+    /// to what it inherits.
+    bool launch(const QString &program, const QStringList &arguments,
+                const QMap<QString, QString> &environment = {});
     /// Waits until the window takes keys. False when it never does.
     virtual bool waitReady() = 0;
     const Desktop &desktop() const { return *m_desktop; }

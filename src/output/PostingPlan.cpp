@@ -18,6 +18,16 @@ bool isControl(char32_t c)
     return c < 0x20 || (c >= 0x7f && c < 0xa0);
 }
 
+bool isPair(KeySymbol symbol)
+{
+    return symbol > UnicodeSymbols + 0xffff;
+}
+
+bool hasOwnKey(KeySymbol symbol)
+{
+    return symbol == ReturnSymbol || symbol == TabSymbol;
+}
+
 } // namespace
 
 std::vector<PostUnit> postUnits(const QString &text)
@@ -48,18 +58,6 @@ std::vector<PostUnit> postUnits(const QString &text)
         }
     }
     return units;
-}
-
-int typableLength(const QString &text, const QStringList &programs)
-{
-    // Editors of KTextEditor heed the first half of the pair alone, which is no printable character.
-    static const QStringList dropping{QStringLiteral("kate"), QStringLiteral("kwrite"),
-                                      QStringLiteral("kdevelop")};
-    const bool drops = std::any_of(programs.begin(), programs.end(), [](const QString &program) {
-        return dropping.contains(program, Qt::CaseInsensitive);
-    });
-    const auto surrogate = std::find_if(text.begin(), text.end(), [](QChar c) { return c.isSurrogate(); });
-    return drops ? static_cast<int>(surrogate - text.begin()) : text.size();
 }
 
 ScratchSlots::ScratchSlots(int count)
@@ -108,20 +106,19 @@ void ScratchSlots::clear()
     m_bySymbol.clear();
 }
 
-PostingPlan::PostingPlan(const QString &text, ScratchSlots &scratch)
+PostingPlan::PostingPlan(const QString &text, ScratchSlots &scratch, const TypingHabits &habits)
     : m_units(postUnits(text))
     , m_scratch(scratch)
+    , m_habits(habits)
 {
 }
 
-PostBatch PostingPlan::next()
+std::vector<ScratchSlots::Binding> PostingPlan::bindFurther()
 {
-    const auto hasOwnKey = [](KeySymbol symbol) { return symbol == ReturnSymbol || symbol == TabSymbol; };
-
     std::vector<KeySymbol> needed;
-    std::size_t end = m_next;
-    for (; end < m_units.size(); ++end) {
-        const KeySymbol symbol = m_units[end].symbol;
+    m_boundEnd = m_next;
+    for (; m_boundEnd < m_units.size(); ++m_boundEnd) {
+        const KeySymbol symbol = m_units[m_boundEnd].symbol;
         if (hasOwnKey(symbol) || std::find(needed.begin(), needed.end(), symbol) != needed.end()) {
             continue;
         }
@@ -130,12 +127,41 @@ PostBatch PostingPlan::next()
         }
         needed.push_back(symbol);
     }
+    return m_scratch.assign(needed);
+}
 
+PostBatch::After PostingPlan::pauseBefore(std::size_t index) const
+{
+    const KeySymbol symbol = m_units[index].symbol;
+    const KeySymbol before = index == 0 ? 0 : m_units[index - 1].symbol;
+    if ((m_habits.pairsOvertake && isPair(symbol) && !isPair(before)) ||
+        (m_habits.ownKeysLag && hasOwnKey(before))) {
+        return PostBatch::After::Settled;
+    }
+    return m_habits.mergesRepeats && symbol == before ? PostBatch::After::Translated
+                                                      : PostBatch::After::Nothing;
+}
+
+PostBatch PostingPlan::next()
+{
     PostBatch batch;
-    batch.rebind = m_scratch.assign(needed);
-    batch.strokes.reserve(end - m_next);
-    for (; m_next < end; ++m_next) {
+    if (atEnd()) {
+        return batch;
+    }
+    if (m_next == m_boundEnd) {
+        batch.rebind = bindFurther();
+    }
+    batch.after = pauseBefore(m_next);
+    if (!batch.rebind.empty()) {
+        batch.after = std::max(batch.after, PostBatch::After::Translated);
+    }
+    const std::size_t start = m_next;
+    for (; m_next < m_boundEnd; ++m_next) {
+        if (m_next > start && pauseBefore(m_next) != PostBatch::After::Nothing) {
+            break;
+        }
         const PostUnit &unit = m_units[m_next];
+        batch.hasPairs = batch.hasPairs || isPair(unit.symbol);
         const int ownKey = unit.symbol == ReturnSymbol ? PostStroke::Return : PostStroke::Tab;
         batch.strokes.push_back({hasOwnKey(unit.symbol) ? ownKey : m_scratch.slotOf(unit.symbol), unit.end});
     }

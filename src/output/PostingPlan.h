@@ -1,7 +1,8 @@
 #pragma once
 
+#include "output/TypingHabits.h"
+
 #include <QString>
-#include <QStringList>
 
 #include <unordered_map>
 #include <vector>
@@ -26,10 +27,6 @@ struct PostUnit
 /// Every other character, ASCII too, is a Unicode symbol: an input method in front of the target then
 /// has no key of its own to take.
 std::vector<PostUnit> postUnits(const QString &text);
-
-/// UTF-16 units from the start of `text` that a program takes by key strokes: some drop characters outside
-/// the BMP. `programs` are the names of its window class.
-int typableLength(const QString &text, const QStringList &programs);
 
 /// Scratch keys that symbols are bound to. The one whose symbol was used longest ago is bound anew.
 class ScratchSlots
@@ -76,26 +73,41 @@ struct PostStroke
 /// Strokes that can be sent with one binding of the scratch keys.
 struct PostBatch
 {
-    std::vector<ScratchSlots::Binding>
-        rebind; ///< to be bound first; the earlier keys must be translated by then
+    /// What the target must have done with the keys before.
+    enum class After {
+        Nothing,
+        Translated, ///< it has taken them, so that keys may be bound anew
+        Settled     ///< it has put them into its text, and sleeps
+    };
+    After after = After::Nothing;
+    std::vector<ScratchSlots::Binding> rebind; ///< to be bound first
     std::vector<PostStroke> strokes;
+    bool hasPairs = false; ///< characters outside the BMP; where pairs overtake it begins with them
 };
 
-/// Cuts a text into batches.
+/// Cuts a text into batches: where keys have to be bound anew, and where the program's habits ask for a
+/// pause.
 class PostingPlan
 {
 public:
     /// `scratch` outlives the plan and keeps its bindings from one text to the next.
-    PostingPlan(const QString &text, ScratchSlots &scratch);
+    PostingPlan(const QString &text, ScratchSlots &scratch, const TypingHabits &habits = {});
     bool atEnd() const { return m_next == m_units.size(); }
-    /// The next batch: as many characters as the slots can yield at one time. Empty at the end, and when
-    /// a character needs a slot and there are none at all.
+    /// The next batch: at most as many characters as the slots can yield at one time. Empty at the end, and
+    /// when a character needs a slot and there are none at all.
     PostBatch next();
 
 private:
+    /// Binds what as many units as possible need from m_next on, and sets m_boundEnd behind them.
+    std::vector<ScratchSlots::Binding> bindFurther();
+    /// What the target must have done before unit `index` is typed, bindings apart.
+    PostBatch::After pauseBefore(std::size_t index) const;
+
     std::vector<PostUnit> m_units;
     ScratchSlots &m_scratch;
+    TypingHabits m_habits;
     std::size_t m_next = 0;
+    std::size_t m_boundEnd = 0; ///< the units before it have their keys
 };
 
 } // namespace mevo

@@ -291,10 +291,9 @@ QString SettingsHands::versionText() const
     return m_window.m_versionText;
 }
 
-/// Nothing is measured over a run yet.
 QString SettingsHands::runFigures() const
 {
-    return {};
+    return m_window.runFigures();
 }
 
 void SettingsHands::openWebPage(const QString &address)

@@ -4,7 +4,7 @@
 
 #include <QtTest>
 
-/// Posts a text and waits for what became of it; a failure of the test when nothing did in 20 s.
+/// Posts a text and waits for what became of it; a failure of the test when nothing did in 60 s.
 inline mevo::PostResult postText(mevo::X11WindowSystem &windows, mevo::WindowId window, const QString &text)
 {
     mevo::PostResult result;
@@ -13,7 +13,7 @@ inline mevo::PostResult postText(mevo::X11WindowSystem &windows, mevo::WindowId 
         result = posted;
         done = true;
     });
-    if (!QTest::qWaitFor([&] { return done; }, 20000)) {
+    if (!QTest::qWaitFor([&] { return done; }, 60000)) {
         QTest::qFail("the text is still being typed", __FILE__, __LINE__);
     }
     return result;

@@ -23,4 +23,5 @@ find_program(FLUXBOX fluxbox)
 mevo_desktop_test(fluxbox env PATH= ${FLUXBOX})
 mevo_desktop_test(i3 i3 -c ${CMAKE_CURRENT_SOURCE_DIR}/i3.conf)
 
-mevo_test(tst_x11_targets SOURCES tst_x11_targets.cpp LIBS mevolab_desk DESK --wm --dbus LABELS targets TIMEOUT 240)
+mevo_test(tst_x11_targets SOURCES tst_x11_targets.cpp LIBS PkgConfig::X11 mevolab_desk DESK --wm --dbus
+          LABELS targets TIMEOUT 900)

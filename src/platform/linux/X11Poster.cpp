@@ -27,6 +27,9 @@ constexpr int quietLimitMs = 2000;
 // and where that cannot be seen either it is given a time: before keys are bound anew, and at the end.
 constexpr int drainMs = 40;
 constexpr int lastDrainMs = 150;
+// An office keeps what it is typed for up to 20 ms before it goes into the text.
+constexpr int settledMs = 50;
+constexpr int settledLimitMs = 10000;
 constexpr int grabTimeoutMs = 2000;
 constexpr int grabRetryMs = 10;
 
@@ -109,9 +112,7 @@ PostResult X11Poster::post(WindowId window, const QString &text)
     }
     m_ping.listen(true);
     const Target target = targetOf(window);
-    const QStringList programs =
-        m_connection.text(target.topLevel, "WM_CLASS").split(QChar(0), Qt::SkipEmptyParts);
-    const int typable = typableLength(text, programs);
+    const int typable = typableLength(text, target.habits);
     result.stop = typeInto(target, text.left(typable), result.posted);
     if (result.stop == PostStop::AtEnd && typable < text.size()) {
         result.posted = typable;
@@ -147,10 +148,10 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
     bool asked = target.answersPing;
     bool first = true;
     int sent = 0;
-    PostingPlan plan(text, *m_slots);
+    PostingPlan plan(text, *m_slots, target.habits);
     while (!plan.atEnd()) {
         const PostBatch batch = plan.next();
-        if (!first && !batch.rebind.empty()) {
+        if (!first && batch.after != PostBatch::After::Nothing) {
             const PostStop stop = awaitTaken(target, drainMs);
             if (stop != PostStop::AtEnd) {
                 return stop;
@@ -165,7 +166,11 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
                 return answer == X11Ping::Answer::Gone ? PostStop::Gone : PostStop::Hung;
             }
         }
-        const PostStop stop = send(target, batch);
+        PostStop stop = batch.after == PostBatch::After::Settled ? awaitSettled(target) : PostStop::AtEnd;
+        if (stop != PostStop::AtEnd) {
+            return stop;
+        }
+        stop = send(target, batch);
         if (stop != PostStop::AtEnd) {
             if (!first && awaitTaken(target, lastDrainMs) == PostStop::AtEnd) {
                 taken = sent;
@@ -207,6 +212,21 @@ PostStop X11Poster::awaitTaken(const Target &target, int drain)
     return m_connection.exists(target.window) ? PostStop::AtEnd : PostStop::Gone;
 }
 
+PostStop X11Poster::awaitSettled(const Target &target)
+{
+    switch (awaitQuiet(target.processId, settledMs, settledLimitMs)) {
+    case ProcessState::Unknown:
+        pause(lastDrainMs);
+        break;
+    case ProcessState::Quiet:
+        break;
+    case ProcessState::Stopped:
+    case ProcessState::Busy:
+        return PostStop::Hung;
+    }
+    return PostStop::AtEnd;
+}
+
 X11Poster::Target X11Poster::targetOf(WindowId window) const
 {
     Target target;
@@ -216,6 +236,8 @@ X11Poster::Target X11Poster::targetOf(WindowId window) const
     if (m_connection.text(target.topLevel, "WM_CLIENT_MACHINE") == QSysInfo::machineHostName()) {
         target.processId = qint64(m_connection.firstItem(target.topLevel, m_connection.atom("_NET_WM_PID")));
     }
+    target.habits =
+        typingHabits(m_connection.text(target.topLevel, "WM_CLASS").split(QChar(0), Qt::SkipEmptyParts));
     return target;
 }
 
@@ -251,6 +273,8 @@ PostStop X11Poster::sendAtOnce(const Target &target, const PostBatch &batch)
         stop = PostStop::KeyboardGrabbed;
     } else if (isFocused(target)) {
         strikeOnUsersKeyboard(batch);
+    } else if (batch.hasPairs && target.habits.dropsPairsUnfocused) {
+        stop = PostStop::Untypable;
     } else if (m_second && m_second->isUsable() && m_second->setFocus(target.window)) {
         strikeOnSecondKeyboard(batch);
         giveFocusBack();

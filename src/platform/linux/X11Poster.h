@@ -39,10 +39,13 @@ private:
         unsigned long topLevel = 0;
         bool answersPing = false;
         qint64 processId = 0; ///< 0 when it is not told, or the process runs elsewhere
+        TypingHabits habits;
     };
     PostStop typeInto(const Target &target, const QString &text, int &taken);
     /// Waits until the target has translated what it was sent.
     PostStop awaitTaken(const Target &target, int drainMs);
+    /// Waits until it also has nothing left to do with it.
+    static PostStop awaitSettled(const Target &target);
     Target targetOf(WindowId window) const;
     bool isFocused(const Target &target) const;
     /// Sends a batch, once nobody else has the keyboard.

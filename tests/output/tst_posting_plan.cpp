@@ -1,0 +1,75 @@
+#include "output/PostingPlan.h"
+
+#include <QtTest>
+
+using mevo::PostBatch;
+
+class TestPostingPlan : public QObject
+{
+    Q_OBJECT
+
+    /// The batches of a text: what comes before each ("|" keys are bound or translated, "‖" settled), then
+    /// its characters; "*" for each key that is bound.
+    static QString batches(const QString &text, int slotCount, const mevo::TypingHabits &habits)
+    {
+        mevo::ScratchSlots scratch(slotCount);
+        mevo::PostingPlan plan(text, scratch, habits);
+        QString seen;
+        int from = 0;
+        while (!plan.atEnd()) {
+            const PostBatch batch = plan.next();
+            seen += batch.after == PostBatch::After::Settled      ? QStringLiteral("‖")
+                    : batch.after == PostBatch::After::Translated ? QStringLiteral("|")
+                                                                  : QString();
+            seen += QString(int(batch.rebind.size()), QLatin1Char('*'));
+            seen += text.mid(from, batch.strokes.back().end - from);
+            from = batch.strokes.back().end;
+        }
+        return seen;
+    }
+
+private Q_SLOTS:
+    void batchesAreCut_data()
+    {
+        QTest::addColumn<QString>("programs");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("cut");
+        const auto row = [](const char *name, const char *programs, const char *text, const char *cut) {
+            QTest::newRow(name) << programs << QString::fromUtf8(text) << QString::fromUtf8(cut);
+        };
+        row("as many as there are keys", "XTerm", "abcdabef", "|****abcdab|**ef");
+        row("any program takes all of them at once", "Mousepad", "1上上𠀀2", "|****1上上𠀀2");
+        row("an office is waited for before a pair", "libreoffice-writer", "12𠀀😀2𠀀", "|****12‖𠀀😀2‖𠀀");
+        row("a pair comes first", "Soffice", "𠀀1", "‖**𠀀1");
+        row("an office is asked between the same key twice, and behind a line end", "libreoffice",
+            "上上\n\n上", "|*上|上\n‖\n‖上");
+        row("a change of keys within it", "libreoffice", "1112345", "|****1|1|1234|*5");
+    }
+
+    void batchesAreCut()
+    {
+        QFETCH(QString, programs);
+        QFETCH(QString, text);
+        QFETCH(QString, cut);
+        QCOMPARE(batches(text, 4, mevo::typingHabits({programs})), cut);
+    }
+
+    void whatIsTyped()
+    {
+        const mevo::TypingHabits kate = mevo::typingHabits({QStringLiteral("kate"), QStringLiteral("Kate")});
+        QCOMPARE(mevo::typableLength(QStringLiteral("ab😀c"), kate), 2);
+        QCOMPARE(mevo::typableLength(QStringLiteral("ab😀c"), {}), 5);
+        QString broken = QStringLiteral("a\x01\r\nb");
+        broken += QChar(0xd83d); // half of a pair
+        broken += QStringLiteral("é\t😀");
+        std::vector<mevo::KeySymbol> symbols;
+        for (const mevo::PostUnit &unit : mevo::postUnits(broken)) {
+            symbols.push_back(unit.symbol);
+        }
+        QCOMPARE(symbols,
+                 (std::vector<mevo::KeySymbol>{0x1000061, 0xff0d, 0x1000062, 0xe9, 0xff09, 0x101f600}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPostingPlan)
+#include "tst_posting_plan.moc"
