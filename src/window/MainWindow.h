@@ -373,6 +373,7 @@ private:
     void settleFirstArrival();
     // Input methods.
     void chooseInputMethod(const mevo::LanguageRow &row);
+    void downloadInputMethod(int index);
     mevo::Asr3Row askForAsr3Row(int index);
     void setUpCustomMethod();
     void continueSetup();

@@ -416,25 +416,32 @@ void MainWindow::refuseInputMethod()
 
 void MainWindow::DownloadInputMethod()
 {
+    downloadInputMethod(LocalUseASR3Index == mevo::thirdPartySogou ? mevo::thirdPartySogou
+                                                                   : mevo::thirdPartyXunFei);
+}
+
+void MainWindow::downloadInputMethod(int index)
+{
     if (isLeaving()) {
         return;
     }
-    const auto address = [this] { return isXpClass() ? m_asr3Row.ASR3DownWebXP : m_asr3Row.ASR3DownWeb; };
-    if (address().isEmpty()) { // from the settings page, before a method has been set up
-        const int index =
-            LocalUseASR3Index == mevo::thirdPartySogou ? mevo::thirdPartySogou : mevo::thirdPartyXunFei;
-        m_asr3Row = askForAsr3Row(index);
+    const auto address = [this](const mevo::Asr3Row &row) {
+        return isXpClass() ? row.ASR3DownWebXP : row.ASR3DownWeb;
+    };
+    mevo::Asr3Row row = m_asr3Row;
+    if (index != LocalUseASR3Index || address(row).isEmpty()) { // from the settings, before it is set up
+        row = askForAsr3Row(index);
         if (isLeaving()) {
             return;
         }
-        ASR3Name = m_asr3Row.ASR3Name;
+        ASR3Name = row.ASR3Name;
     }
     if (!m_installer) {
         m_inputMethodHands = std::make_unique<mevo::InputMethodHands>(*this);
         m_installer = std::make_unique<ThirdPartyVoiceInput>(*this, *m_inputMethodHands, mevo::appFolder(),
                                                              m_endpoints.VerifyCertificates);
     }
-    m_installer->Start(QUrl(address()));
+    m_installer->Start(QUrl(address(row)));
 }
 
 /// After an installer has been opened: the set-up goes on when the program is there.

@@ -135,9 +135,9 @@ void SettingsHands::say(const QString &text)
     m_window.message(text, MessageIcon::Information, messageMs);
 }
 
-void SettingsHands::downloadInputMethod(int)
+void SettingsHands::downloadInputMethod(int index)
 {
-    m_window.sayThereIsNoInputMethod();
+    m_window.downloadInputMethod(index);
 }
 
 void SettingsHands::openXunFeiTool(const QString &program)
