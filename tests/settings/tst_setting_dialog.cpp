@@ -273,6 +273,48 @@ private Q_SLOTS:
         QCOMPARE(namesOf<QComboBox>(*opened.dialog, "comboBox"), sorted(choices));
     }
 
+    void titlesAndTips()
+    {
+        const Opened opened(QByteArray(), showAll);
+        const auto *pages = opened.find<QTabWidget>("tabWidget_Setting");
+        QCOMPARE(pages->tabText(0) + pages->tabText(1) + pages->tabText(2),
+                 QStringLiteral(" 常用设置高级设置硬件设置"));
+        const std::vector<std::pair<const char *, const char *>> titles{
+            {"groupBox_Voice", "语音设置"},
+            {"groupBox_XunFeiStream", "讯飞流式版(不支持WindowsXP系统)"},
+            {"groupBox_Output", " 输出设置"},
+            {"groupBox_DirectLanes", "功能直通车"},
+            {"groupBox_SearchEngines", "语音搜索默认搜索引擎"},
+            {"groupBox_NetworkProxy", "代理上网设置(非熟悉的用户请不要设置）"},
+            {"groupBox_VoiceSend", "语音打字状态下语音模拟发送/删除设置"},
+            {"groupBox_Mouse", " 鼠标设置"},
+            {"groupBox_DataRate", "回报率"},
+            {"groupBox_WheelSpeed", "滚轮"},
+            {"groupBox_Software", " 软件下载"}};
+        for (const auto &title : titles) {
+            QCOMPARE(opened.find<QGroupBox>(title.first)->title(), QString::fromUtf8(title.second));
+        }
+        const std::vector<std::pair<const char *, const char *>> tips{
+            {"comboBox_Send2ScreenMethod", "识别结果上屏方式有三种，如识别结果无法上屏，请尝试切换另一种"},
+            {"checkBox_DontSend2ScreenWhenCmdStatus", "语音命令词模式下识别结果是否显示在屏幕上"},
+            {"checkBox_VoiceImmediateSend", "语音识别完上屏后自动发送快捷键，适用于QQ，微信，钉钉等软件"},
+            {"checkBox_VoiceSend", "通过语音命令模拟发送Enter等快捷键，适用于QQ，微信，钉钉等软件"},
+            {"checkBox_VoiceClear", "通过语音命令模拟发送退格或删除快捷键"},
+            {"checkBox_EnableXunFeiDwa", "动态修订功能指边说话加出结果，可以修订之前错误结果"},
+            {"checkBox_Check_VadEos", "打开语音时，支持最大静音时间，如超过，则自动开始识别"},
+            {"comboBox_SelectASR3", "选择相应输入法，暂时支持两种"},
+            {"pushButton_ASR3DownWeb", "手动点击下载最新版本第三方输入法"},
+            {"checkBox_Enable_SwitchModeFlagsWord2Screen",
+             "执行软件直通车功能时，语音命令词上屏显示在输入光标处"},
+            {"checkBox_Enable_SearchFlagsWord2Screen_Direct",
+             "执行搜索直通车功能时，搜索内容上屏显示在输入光标处"},
+            {"checkBox_Enable_CmdFlagsWord2Screen_Direct",
+             "执行命令词直通车功能时，语音命令词上屏显示在输入光标处"}};
+        for (const auto &tip : tips) {
+            QCOMPARE(opened.find<QWidget>(tip.first)->toolTip(), QString::fromUtf8(tip.second));
+        }
+    }
+
     void aBoxWritesItsKeyAndItsMember_data()
     {
         QTest::addColumn<int>("index");
