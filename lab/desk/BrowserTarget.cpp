@@ -103,7 +103,11 @@ bool BrowserTarget::waitReady()
 
 bool BrowserTarget::clear()
 {
+    // It is empty when a letter has come and gone: what is empty already tells nothing of the keys' way.
     if (!focus())
+        return false;
+    m_keyboard->tap(keyZ);
+    if (!waitUntil([this] { return !m_text.isEmpty(); }, clearTimeoutMs))
         return false;
     m_keyboard->tap(keyCtrlA);
     m_keyboard->tap(keyDelete);
