@@ -1315,7 +1315,7 @@ Update now?</translation>
     </message>
     <message>
         <source>划词</source>
-        <translation>Selected</translation>
+        <translation>Marked</translation>
     </message>
     <message>
         <source>在线朗读优先(中英文)</source>
