@@ -93,7 +93,7 @@ public:
     bool isQuiet() const
     {
         return !window->recorder()->isOpen() && !window->MicLatched && window->ResultIdle &&
-               !window->HidBusy && window->deviceOpen();
+               !window->HidBusy && window->deviceOpen() && fake.hid->waitingReports() == 0;
     }
     QString state() const
     {
