@@ -1823,7 +1823,7 @@ the first definition is the one that runs!</translation>
     </message>
     <message>
         <source>划词</source>
-        <translation>Selected</translation>
+        <translation>Marked</translation>
     </message>
     <message>
         <source>在线朗读优先(中英文)</source>

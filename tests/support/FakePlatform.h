@@ -83,6 +83,12 @@ public:
     }
     /// Queues an input report for the next read of any handle.
     void push(const QByteArray &report);
+    /// Input reports that nobody has read yet.
+    int waitingReports() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return int(m_input.size());
+    }
     /// Reports sent so far, as "05 2c 00 ..." texts.
     QStringList sent() const;
 

@@ -84,10 +84,6 @@ public:
         if (window->MicLatched) {
             QTest::mousePress(window->micTip(), Qt::RightButton);
         }
-        for (int press = 0; press < 2 && window->VoiceTranslateMode; ++press) {
-            window
-                ->pushBuutton_Translate_clicked(); // shows a hidden translation window, closes a visible one
-        }
         for (const int key : voiceKeys) {
             send(key, false);
         }
@@ -97,7 +93,7 @@ public:
     bool isQuiet() const
     {
         return !window->recorder()->isOpen() && !window->MicLatched && window->ResultIdle &&
-               !window->HidBusy && window->deviceOpen();
+               !window->HidBusy && window->deviceOpen() && fake.hid->waitingReports() == 0;
     }
     QString state() const
     {
@@ -123,6 +119,10 @@ public:
     bool dictates(const QString &text)
     {
         m_recogniser.fallback = ScriptedAnswer::body(goodReply(text));
+        // The translation window would take the text; the button shows a hidden one and closes a visible one.
+        for (int press = 0; press < 2 && window->VoiceTranslateMode; ++press) {
+            window->pushBuutton_Translate_clicked();
+        }
         for (int attempt = 0; attempt < 3; ++attempt) {
             send(typingKey, true);
             const bool records = QTest::qWaitFor([this] { return window->Recording.load(); }, 300);

@@ -12,6 +12,7 @@
 #include <QActionGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHash>
 #include <QIcon>
 #include <QMenu>
 #include <QPushButton>
@@ -35,10 +36,16 @@ void fillNumbers(QComboBox *box, int count)
 
 void CTransTipDialog::fillLists()
 {
-    const auto fill = [](QComboBox *box, const mevo::RowRange &rows) {
+    QHash<QString, QIcon> flags; // an icon file is read whole when its icon is made
+    const auto fill = [&flags](QComboBox *box, const mevo::RowRange &rows) {
         for (int i = rows.first; i < rows.first + rows.count; ++i) {
             const mevo::TranslationLanguage &language = mevo::translationLanguages()[std::size_t(i)];
-            box->addItem(QIcon(mevo::languageFlag(language)), mevo::languageRowText(language));
+            const QString file = mevo::languageFlag(language);
+            auto flag = flags.find(file);
+            if (flag == flags.end()) {
+                flag = flags.insert(file, QIcon(file));
+            }
+            box->addItem(*flag, mevo::languageRowText(language));
         }
     };
     fill(m_face->comboBox_SourceLan, mevo::spokenSources());
