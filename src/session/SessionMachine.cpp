@@ -12,6 +12,11 @@ constexpr int quickReleaseMs = 1000;
 constexpr int quickReleasesTolerated = 3;
 constexpr int tipWindowKey = -1; ///< its press and its release name different keys
 
+int keyOf(const KeyReport &report)
+{
+    return report.fromTipWindow ? tipWindowKey : report.key;
+}
+
 QString tr(const char *text)
 {
     return QCoreApplication::translate("Session", text);
@@ -73,32 +78,46 @@ void SessionMachine::press(const KeyReport &report)
     }
     m_port.clearClipboard();
 
+    const int key = keyOf(report);
+    m_inputMethodPressed = pressInputMethod();
+    if (m_inputMethodPressed) {
+        m_methodKey = key;
+        return;
+    }
+    if (m_methodKey != 0 && m_methodKey != key) {
+        m_overtaken.insert(m_methodKey);
+    }
+    m_methodKey = 0;
+    letHotKeyGo();
+    startSession(report);
+}
+
+/// Whether the press was an input method's; one of an own engine leaves its window first.
+bool SessionMachine::pressInputMethod()
+{
     const int index = m_state.LocalUseASR3Index;
     if (m_state.ThirdPartyActive && index == thirdPartyCustom) {
         if (m_state.ShowASR3Custom) {
-            m_inputMethodPressed = true;
             pressCustomMethod();
-            return;
         }
-    } else if (m_state.ThirdPartyActive && m_state.VoiceTypeMode &&
-               (index == thirdPartyXunFei || index == thirdPartySogou)) {
-        m_inputMethodPressed = true;
-        pressThirdParty();
-        return;
-    } else {
-        const WindowId window = m_port.findInputMethodWindow();
-        if (window != 0 && m_state.ThirdPartyWindowOpen && !m_state.XFVM3) {
-            m_port.closeWindow(window);
-        }
+        return m_state.ShowASR3Custom;
     }
-    m_inputMethodPressed = false;
-    startSession(report);
+    if (m_state.ThirdPartyActive && m_state.VoiceTypeMode &&
+        (index == thirdPartyXunFei || index == thirdPartySogou)) {
+        pressThirdParty();
+        return true;
+    }
+    const WindowId window = m_port.findInputMethodWindow();
+    if (window != 0 && m_state.ThirdPartyWindowOpen && !m_state.XFVM3) {
+        m_port.closeWindow(window);
+    }
+    return false;
 }
 
 void SessionMachine::startSession(const KeyReport &report)
 {
     m_state.PressTime = m_port.monotonicMs();
-    const int key = report.fromTipWindow ? tipWindowKey : report.key;
+    const int key = keyOf(report);
     if (m_state.QuickReleaseCount > 0 || m_state.KeyUpBusy) {
         if (m_state.QuickReleaseCount > 0) {
             --m_state.QuickReleaseCount;
@@ -149,9 +168,15 @@ void SessionMachine::release(const KeyReport &report)
 {
     // A session of our own ends with the release, whatever mode has come since its press.
     if (m_state.ThirdPartyActive && (m_inputMethodPressed || !m_state.Recording) && releaseThirdParty()) {
+        m_methodKey = 0;
         return;
     }
-    if (m_overtaken.erase(report.fromTipWindow ? tipWindowKey : report.key) > 0 && m_state.Recording) {
+    if (m_hotKeyHeld && !m_state.Recording) {
+        m_methodKey = 0;
+        letHotKeyGo(); // it has been left since the press, by another engine or another mode
+        return;
+    }
+    if (m_overtaken.erase(keyOf(report)) > 0 && m_state.Recording) {
         return; // of a key whose session a later key has ended; that one is still held
     }
     countQuickRelease();
