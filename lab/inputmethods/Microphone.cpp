@@ -1,5 +1,7 @@
 #include "inputmethods/Microphone.h"
 
+#include <QAudioInput>
+#include <QPointer>
 #include <QTimer>
 
 #include <algorithm>
@@ -25,49 +27,57 @@ QAudioFormat recorderFormat()
 
 } // namespace
 
+struct Microphone::Recording
+{
+    Recording()
+        : input(QAudioDeviceInfo::defaultInputDevice(), recorderFormat())
+        , device(input.start())
+    {
+    }
+    ~Recording() { input.stop(); }
+    void read()
+    {
+        if (device != nullptr) {
+            pcm += device->readAll();
+        }
+    }
+
+    QAudioInput input;
+    QPointer<QIODevice> device; ///< goes with a sound server that ends
+    QByteArray pcm;
+};
+
 bool Microphone::begin()
 {
     cancel();
-    const QAudioDeviceInfo device = QAudioDeviceInfo::defaultInputDevice();
-    if (device.isNull()) {
+    if (QAudioDeviceInfo::defaultInputDevice().isNull()) {
         return false;
     }
-    m_input = std::make_unique<QAudioInput>(device, recorderFormat());
-    m_device = m_input->start();
-    if (m_device.isNull()) {
-        m_input.reset();
+    m_recording = std::make_shared<Recording>();
+    if (m_recording->device == nullptr) {
+        cancel();
         return false;
     }
-    connect(m_device, &QIODevice::readyRead, this, [this] { m_pcm += m_device->readAll(); });
+    connect(m_recording->device, &QIODevice::readyRead, this,
+            [recording = m_recording.get()] { recording->read(); });
     return true;
 }
 
 void Microphone::end(std::function<void(const QByteArray &)> done)
 {
-    QTimer::singleShot(lastBlocksMs, this, [this, input = m_input.get(), done = std::move(done)] {
-        if (input != nullptr && input == m_input.get()) { // no new dictation has begun meanwhile
-            done(take());
+    // The next one may begin meanwhile.
+    QTimer::singleShot(lastBlocksMs, this, [recording = std::move(m_recording), done = std::move(done)] {
+        if (recording != nullptr) {
+            recording->read();
+            done(recording->pcm);
         }
     });
-}
-
-QByteArray Microphone::take()
-{
-    if (m_device != nullptr) {
-        m_pcm += m_device->readAll();
-    }
-    const QByteArray pcm = m_pcm;
-    cancel();
-    return pcm;
+    m_recording.reset();
 }
 
 void Microphone::cancel()
 {
-    if (m_input != nullptr) {
-        m_input->stop();
-    }
-    m_input.reset();
-    m_pcm.clear();
+    m_recording.reset();
 }
 
 int Microphone::peakOf(const QByteArray &pcm)

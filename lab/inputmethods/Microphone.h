@@ -1,9 +1,7 @@
 #pragma once
 
-#include <QAudioInput>
 #include <QByteArray>
 #include <QObject>
-#include <QPointer>
 
 #include <functional>
 #include <memory>
@@ -25,11 +23,8 @@ public:
     static int peakOf(const QByteArray &pcm);
 
 private:
-    QByteArray take();
-
-    std::unique_ptr<QAudioInput> m_input;
-    QPointer<QIODevice> m_device;
-    QByteArray m_pcm;
+    struct Recording;
+    std::shared_ptr<Recording> m_recording; ///< that has not been ended
 };
 
 } // namespace lab
