@@ -156,6 +156,10 @@
         <translation>請選擇語音辨識引擎</translation>
     </message>
     <message>
+        <source>正在启动讯飞麦克风窗口，请稍候，检测过程中可关闭其它提示信息窗口！</source>
+        <translation>正在啟動訊飛麥克風視窗，請稍候，偵測過程中可關閉其它提示資訊視窗！</translation>
+    </message>
+    <message>
         <source>正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，检测过程中可忽略提示信息或窗口！</source>
         <translation>正在首次啟動訊飛麥克風視窗過程中，辨識檢測時間稍長，請稍候，檢測過程中可忽略提示資訊或視窗！</translation>
     </message>

@@ -156,6 +156,10 @@
         <translation>Speech recognition engine</translation>
     </message>
     <message>
+        <source>正在启动讯飞麦克风窗口，请稍候，检测过程中可关闭其它提示信息窗口！</source>
+        <translation>Opening the XunFei microphone window. Please wait; other messages may be closed meanwhile.</translation>
+    </message>
+    <message>
         <source>正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，检测过程中可忽略提示信息或窗口！</source>
         <translation>Opening the XunFei microphone window for the first time. This takes a moment; please ignore messages and windows meanwhile.</translation>
     </message>

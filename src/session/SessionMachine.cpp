@@ -82,6 +82,15 @@ void SessionMachine::press(const KeyReport &report)
     m_inputMethodPressed = pressInputMethod();
     if (m_inputMethodPressed) {
         m_methodKey = key;
+        if (m_state.Recording) { // of an earlier key: what was said until now is recognised
+            const int overtaken = m_sessionKey;
+            endWithoutRelease();
+            m_port.hideTipWindow();
+            m_state.MicWinShown = false;
+            if (overtaken != key) {
+                m_overtaken.insert(overtaken);
+            }
+        }
         return;
     }
     if (m_methodKey != 0 && m_methodKey != key) {
@@ -166,6 +175,10 @@ void SessionMachine::startSession(const KeyReport &report)
 
 void SessionMachine::release(const KeyReport &report)
 {
+    const int key = keyOf(report);
+    if (key != m_methodKey && (m_state.Recording || m_methodKey != 0) && m_overtaken.erase(key) > 0) {
+        return; // of a key whose session a later key has ended; that one is still held
+    }
     // A session of our own ends with the release, whatever mode has come since its press.
     if (m_state.ThirdPartyActive && (m_inputMethodPressed || !m_state.Recording) && releaseThirdParty()) {
         m_methodKey = 0;
@@ -176,9 +189,7 @@ void SessionMachine::release(const KeyReport &report)
         letHotKeyGo(); // it has been left since the press, by another engine or another mode
         return;
     }
-    if (m_overtaken.erase(keyOf(report)) > 0 && m_state.Recording) {
-        return; // of a key whose session a later key has ended; that one is still held
-    }
+    m_overtaken.erase(key);
     countQuickRelease();
     if (m_state.KeyDownBusy) {
         return;

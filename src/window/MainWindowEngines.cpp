@@ -159,7 +159,7 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
         return;
     }
     mevo::saveLastModes(*this);
-    closeInputMethodWindow();
+    leaveInputMethodAtChoice();
     if (RunAsAdmin) {
         clearRunAsAdministrator();
     }

@@ -445,6 +445,30 @@ private Q_SLOTS:
         QVERIFY(!desk.state.Recording);
     }
 
+    /// The other way round: the own session ends with the press that is the input method's.
+    void anInputMethodsPressEndsASession()
+    {
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ASR3HoldToTalk = true;
+        desk.port.inputMethodWindow = 7;
+        desk.state.VoiceTypeMode = false;
+        desk.state.VoiceCommandWordMode = true;
+        desk.key(6, 1);
+        QVERIFY(desk.state.Recording);
+        desk.calls();
+        desk.state.VoiceTypeMode = true;
+        desk.state.VoiceCommandWordMode = false;
+        desk.key(1, 1);
+        QVERIFY(!desk.state.Recording);
+        QCOMPARE(desk.calls(), (QStringList{QStringLiteral("clear clipboard"), QStringLiteral("key 0 3f"),
+                                            QStringLiteral("record stop"), QStringLiteral("tip hide")}));
+        desk.key(6, 0);
+        QVERIFY(desk.calls().isEmpty());
+        desk.key(1, 0);
+        QCOMPARE(desk.calls().mid(0, 2),
+                 (QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")}));
+    }
+
     void aReleaseWithoutItsPressKeepsTheKeyBusy()
     {
         Desk desk;

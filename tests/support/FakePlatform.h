@@ -236,6 +236,7 @@ public:
     {
     }
     bool startDetached(const QString &program, const QStringList &arguments) override;
+    bool startToType(const QString &program) override;
     bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
     Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) override;
     bool killByImageName(const QString &imageName) override;
@@ -245,6 +246,7 @@ public:
     bool shutDownComputer() override;
 
     QStringList running;
+    QStringList broken; ///< programs that cannot be started
     Captured captured;
 
 private:
