@@ -21,8 +21,9 @@ constexpr struct
 
 QString speechInputIniPath(const QString &genericData, bool xpClass)
 {
-    return genericData + (xpClass ? QStringLiteral("/../../localLow/Baidu/BaiduPinyin/SpeechInput.ini")
-                                  : QStringLiteral("/../localLow/Baidu/BaiduPinyin/SpeechInput.ini"));
+    return QDir::cleanPath(genericData +
+                           (xpClass ? QStringLiteral("/../../localLow/Baidu/BaiduPinyin/SpeechInput.ini")
+                                    : QStringLiteral("/../localLow/Baidu/BaiduPinyin/SpeechInput.ini")));
 }
 
 std::optional<QByteArray> withCtrlHotKey(const QByteArray &ini)

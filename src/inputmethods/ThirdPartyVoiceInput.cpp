@@ -81,7 +81,7 @@ void ThirdPartyVoiceInput::Start(const QUrl &url)
     m_redirects = 0;
     m_writeError.clear();
     m_url = url;
-    m_name = mevo::installerFileName(url);
+    m_name = mevo::installerFileName(mevo::installerUrl(url.toString(QUrl::FullyEncoded)));
     if (m_name.isEmpty()) {
         giveUp(
             tr("File %1 is not present.").arg(url.toDisplayString(QUrl::RemoveQuery | QUrl::RemoveUserInfo)));

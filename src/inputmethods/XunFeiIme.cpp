@@ -3,6 +3,7 @@
 #include "base/WholeFile.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QDomDocument>
 #include <QFile>
 #include <QFileInfo>
@@ -48,14 +49,19 @@ void setText(QDomDocument &document, QDomElement &element, const QString &text)
     element.appendChild(document.createTextNode(text));
 }
 
-constexpr QFile::Permissions ownerWrite = QFile::WriteOwner | QFile::WriteUser;
+/// What stands in the file system; the user's bits tell what this process may do, which a root may always.
+QFile::Permissions storedPermissions(const QFile &file)
+{
+    return file.permissions() & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
+}
 
 } // namespace
 
 QString xunFeiFolder(const QString &genericData, bool xpClass)
 {
-    return genericData + (xpClass ? QStringLiteral("/../../localLow/iFly Info Tek/iFlyIME/")
-                                  : QStringLiteral("/../localLow/iFly Info Tek/iFlyIME/"));
+    return QDir::cleanPath(genericData + (xpClass ? QStringLiteral("/../../localLow/iFly Info Tek/iFlyIME")
+                                                  : QStringLiteral("/../localLow/iFly Info Tek/iFlyIME"))) +
+           QLatin1Char('/');
 }
 
 std::optional<XunFeiInstallation> parseIflyImeCfg(const QByteArray &xml)
@@ -136,8 +142,8 @@ XunFeiConfiguration configureXunFeiFile(const QString &path, bool mayChange)
         return {};
     }
     QFile file(path);
-    const QFile::Permissions before = file.permissions();
-    const bool readOnly = (before & ownerWrite) == 0;
+    const QFile::Permissions before = storedPermissions(file);
+    const bool readOnly = (before & QFile::WriteOwner) == 0;
     if (mayChange && readOnly) {
         file.setPermissions(before | QFile::ReadOwner | QFile::WriteOwner);
     }
@@ -181,7 +187,7 @@ QString replaceXunFeiConfig(const QString &source, const QString &path)
     }
     QFile file(path);
     const bool existed = file.exists();
-    const QFile::Permissions before = file.permissions();
+    const QFile::Permissions before = storedPermissions(file);
     if (existed) {
         file.setPermissions(before | QFile::ReadOwner | QFile::WriteOwner);
     }

@@ -254,14 +254,15 @@ QString MainWindow::bundledInstaller() const
 
 QString MainWindow::missingInputMethod(int index) const
 {
+    const bool custom = index == mevo::thirdPartyCustom;
+    if (!custom && BackendReachable) {
+        return {}; // the service may have an installer; it is asked when the method is chosen
+    }
     if (!findInputMethodProgram(index).isEmpty()) {
         return {};
     }
-    if (index == mevo::thirdPartyCustom) {
+    if (custom) {
         return tr("没有找到自定义语音输入法的程序 %1，请在设置中重新选择！").arg(LocalASR3CustomInstallPath);
-    }
-    if (BackendReachable) {
-        return {}; // the service may have an installer; it is asked when the method is chosen
     }
     return index == mevo::thirdPartySogou
                ? tr("没有找到搜狗语音输入法的程序，也无法连接服务器下载。请安装后再选择，"
@@ -425,12 +426,22 @@ void MainWindow::DownloadInputMethod()
     if (isLeaving()) {
         return;
     }
+    const auto address = [this] { return isXpClass() ? m_asr3Row.ASR3DownWebXP : m_asr3Row.ASR3DownWeb; };
+    if (address().isEmpty()) { // from the settings page, before a method has been set up
+        const int index =
+            LocalUseASR3Index == mevo::thirdPartySogou ? mevo::thirdPartySogou : mevo::thirdPartyXunFei;
+        m_asr3Row = askForAsr3Row(index);
+        if (isLeaving()) {
+            return;
+        }
+        ASR3Name = m_asr3Row.ASR3Name;
+    }
     if (!m_installer) {
         m_inputMethodHands = std::make_unique<mevo::InputMethodHands>(*this);
         m_installer = std::make_unique<ThirdPartyVoiceInput>(*this, *m_inputMethodHands, mevo::appFolder(),
                                                              m_endpoints.VerifyCertificates);
     }
-    m_installer->Start(QUrl(isXpClass() ? m_asr3Row.ASR3DownWebXP : m_asr3Row.ASR3DownWeb));
+    m_installer->Start(QUrl(address()));
 }
 
 /// After an installer has been opened: the set-up goes on when the program is there.
