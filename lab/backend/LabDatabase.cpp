@@ -92,8 +92,6 @@ void LabDatabase::seed(const QString &schema, const LabCipher &cipher)
             "bdsrbdsssetttslen default -1, bdsrbdsssetfylen default -1, besrfdsssetlen default -1, "
             "primary key (CustomIndex, ProductionIndex))");
     execute("insert or ignore into " + s + "productrecord (CustomIndex, ProductionIndex) values (2, 1)");
-    execute("create table if not exists " + s + "asr3setting (id integer primary key)");
-    execute("create table if not exists " + s + "asr3setting_usexunfeiinputmore30 (id integer primary key)");
 
     const QByteArray account = "'" + cipher.field(QLatin1String(BaiduAppId)) + "', '" +
                                cipher.field(QLatin1String(BaiduClientId)) + "', '" +

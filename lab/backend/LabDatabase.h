@@ -29,6 +29,9 @@ public:
     /// "items" -1 and the reason under "error".
     QJsonObject run(const QByteArray &statement);
 
+    /// Writes the rows of the input methods anew; their installers are below the address, which ends in "/".
+    bool offerInputMethods(const QString &schema, const QString &address);
+
     /// The receiver of the initial rows, and the accounts of the services.
     static constexpr char DongleId[] = "02-01-001357";
     /// Of a program that is used without a receiver.

@@ -216,6 +216,7 @@ void LabHttpServer::respond(const QSharedPointer<Connection> &connection, const 
     }
     QByteArray wire =
         "HTTP/1.1 " + QByteArray::number(sent.status) + " X\r\nContent-Type: " + sent.contentType +
+        (sent.location.isEmpty() ? QByteArray() : "\r\nLocation: " + sent.location) +
         "\r\nContent-Length: " + QByteArray::number(announced >= 0 ? announced : sent.body.size()) +
         "\r\n\r\n" + sent.body;
     if (cutAt >= 0) {

@@ -34,6 +34,7 @@ struct HttpResponse
     int status = 200;
     QByteArray contentType = "application/json";
     QByteArray body;
+    QByteArray location = QByteArray(); ///< where the thing asked for has moved to, with a status of 30x
 };
 
 /// A fault that a test orders for the requests of one path.
@@ -41,8 +42,8 @@ struct Fault
 {
     QByteArray kind; ///< delay, trickle, stall, close, cut (in the body), head (cut in the head), garbage,
                      ///< huge, length, empty, status
-    int value = 0; ///< milliseconds, bytes or status, by kind
-    int count = 1; ///< requests it still meets, -1 for all
+    int value = 0;   ///< milliseconds, bytes or status, by kind
+    int count = 1;   ///< requests it still meets, -1 for all
 };
 
 /// A small HTTP/1.1 server on loopback with faults on demand. One handler answers every path, at once or

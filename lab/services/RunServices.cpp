@@ -1,6 +1,7 @@
 #include "services/RunServices.h"
 
 #include "backend/WebApiService.h"
+#include "inputmethods/Installers.h"
 #include "push/PushService.h"
 #include "recognisers/BaiduService.h"
 #include "recognisers/TencentService.h"
@@ -127,6 +128,8 @@ int runServices(const QStringList &arguments)
     WebApiService webApi(database, cipher, note);
     const UpdateServer updates(QDir(parser.value(QStringLiteral("home"))).filePath(QStringLiteral("updates")),
                                note);
+    const InstallerServer installers(
+        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("inputmethods")), note);
     BaiduService baidu(QLatin1String(LabDatabase::BaiduClientId),
                        QLatin1String(LabDatabase::BaiduClientSecret), note);
 
@@ -164,6 +167,8 @@ int runServices(const QStringList &arguments)
             push.handle(request, reply);
         } else if (UpdateServer::takes(request.path())) {
             updates.handle(request, reply);
+        } else if (InstallerServer::takes(request.path())) {
+            installers.handle(request, reply);
         } else {
             webApi.handle(request, reply);
         }
@@ -227,6 +232,18 @@ int runServices(const QStringList &arguments)
                 reply({400, "text/plain", {}});
                 return;
             }
+        } else if (path == "/control/method") { // assignments for the rows of an input method
+            int changed = 0;
+            for (const char *table : {"asr3setting", "asr3setting_usexunfeiinputmore30"}) {
+                const QString statement = QStringLiteral("update %1.%2 set %3 where ASR3Index = %4")
+                                              .arg(schema, QLatin1String(table), value("set"))
+                                              .arg(value("index").toInt());
+                changed += database.run(statement.toUtf8()).value(QStringLiteral("items")).toInt();
+            }
+            if (changed < 1) {
+                reply({400, "text/plain", {}});
+                return;
+            }
         } else if (path == "/control/text") {
             baidu.setTexts(value("text").split(QLatin1Char('|')));
             tencent.setTexts(value("text").split(QLatin1Char('|')));
@@ -258,7 +275,12 @@ int runServices(const QStringList &arguments)
         qCritical() << "services: a port cannot be had";
         return 1;
     }
-    push.setWebAddress(QStringLiteral("http://127.0.0.1:%1/web/").arg(backendServer.serverPort()));
+    const QString backendAddress = QStringLiteral("http://127.0.0.1:%1/").arg(backendServer.serverPort());
+    push.setWebAddress(backendAddress + QStringLiteral("web/"));
+    if (!database.offerInputMethods(schema, backendAddress + QStringLiteral("installers/"))) {
+        qCritical().noquote() << "services:" << database.error();
+        return 1;
+    }
     const QString endpoints = parser.value(QStringLiteral("write-endpoints"));
     const Ports ports{backendServer.serverPort(), baiduHttp.serverPort(), baiduHttps.serverPort(),
                       tencentHttps.serverPort(),  xunFei.serverPort(),    push.serverPort(),

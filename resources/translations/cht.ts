@@ -552,6 +552,10 @@
         <source>没有找到讯飞输入法的程序 %1！</source>
         <translation>沒有找到訊飛輸入法的程式 %1！</translation>
     </message>
+    <message>
+        <source>正在启动讯飞麦克风窗口，请稍候，检测过程中可关闭其它提示信息窗口！</source>
+        <translation>正在啟動訊飛麥克風視窗，請稍候，偵測過程中可關閉其它提示資訊視窗！</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>

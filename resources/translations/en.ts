@@ -551,6 +551,10 @@ Disagree: it is started by a click on the microphone button alone, and its setti
         <source>没有找到讯飞输入法的程序 %1！</source>
         <translation>The program %1 of XunFei&apos;s input method is not there.</translation>
     </message>
+    <message>
+        <source>正在启动讯飞麦克风窗口，请稍候，检测过程中可关闭其它提示信息窗口！</source>
+        <translation>Opening the XunFei microphone window. Please wait; other messages may be closed meanwhile.</translation>
+    </message>
 </context>
 <context>
     <name>MicTipDialog</name>

@@ -61,11 +61,11 @@ QStringList execWords(const QString &exec)
         } else if (quotes && character == QLatin1Char('\\') && QStringLiteral("\"`$\\").contains(next)) {
             word += next;
             ++i;
+        } else if (character == QLatin1Char('%') && next == character) {
+            word += next;
+            inWord = true;
+            ++i;
         } else if (!quotes && character == QLatin1Char('%') && !next.isNull()) {
-            if (next == QLatin1Char('%')) {
-                word += next;
-                inWord = true;
-            }
             ++i;
         } else if (!quotes && character.isSpace()) {
             if (inWord) {

@@ -21,6 +21,9 @@ public:
 
     /// Starts a program on its own. False when it cannot be started.
     virtual bool startDetached(const QString &program, const QStringList &arguments) = 0;
+    /// Starts a program on its own with the rights that it needs here to type into the windows of every other
+    /// program, without arguments. False when it cannot be started.
+    virtual bool startToType(const QString &program) = 0;
     /// Starts a sibling program by its name below the program's folder, such as "\KeypadHost.exe" or
     /// "\..\HW\PenPadHost.exe"; the platform's own separators and suffix apply. `hidden` asks for no
     /// window at start. False, with a log line, when it is not installed.
@@ -29,7 +32,8 @@ public:
     virtual bool hasSibling(const QString &name) = 0;
     /// Runs a program and waits at most `timeoutMs` for its end.
     virtual Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) = 0;
-    /// Ends every process of that executable name. False when there was none.
+    /// Ends every process of that executable name by force, and waits at most 3 s for their end. False when
+    /// there was none.
     virtual bool killByImageName(const QString &imageName) = 0;
     /// Whether a process of that executable name runs.
     virtual bool isRunning(const QString &imageName) = 0;

@@ -12,6 +12,11 @@ constexpr int quickReleaseMs = 1000;
 constexpr int quickReleasesTolerated = 3;
 constexpr int tipWindowKey = -1; ///< its press and its release name different keys
 
+int keyOf(const KeyReport &report)
+{
+    return report.fromTipWindow ? tipWindowKey : report.key;
+}
+
 QString tr(const char *text)
 {
     return QCoreApplication::translate("Session", text);
@@ -73,33 +78,58 @@ void SessionMachine::press(const KeyReport &report)
     }
     m_port.clearClipboard();
 
+    const int key = keyOf(report);
+    m_inputMethodPressed = pressInputMethod();
+    if (m_inputMethodPressed) {
+        m_methodKey = key;
+        if (m_state.Recording) { // of an earlier key: what was said until now is recognised
+            const int overtaken = m_sessionKey;
+            endWithoutRelease();
+            m_port.hideTipWindow();
+            m_state.MicWinShown = false;
+            if (overtaken != key) {
+                m_overtaken.insert(overtaken);
+            }
+        }
+        return;
+    }
+    if (m_methodKey != 0 && m_methodKey != key) {
+        m_overtaken.insert(m_methodKey);
+    }
+    m_methodKey = 0;
+    letHotKeyGo();
+    startSession(report);
+}
+
+/// Whether the press was an input method's; one of an own engine leaves its window first.
+bool SessionMachine::pressInputMethod()
+{
     const int index = m_state.LocalUseASR3Index;
     if (m_state.ThirdPartyActive && index == thirdPartyCustom) {
         if (m_state.ShowASR3Custom) {
-            m_inputMethodPressed = true;
             pressCustomMethod();
-            return;
         }
-    } else if (m_state.ThirdPartyActive && m_state.VoiceTypeMode &&
-               (index == thirdPartyXunFei || index == thirdPartySogou)) {
-        m_inputMethodPressed = true;
+        return m_state.ShowASR3Custom;
+    }
+    if (m_state.ThirdPartyActive && m_state.VoiceTypeMode &&
+        (index == thirdPartyXunFei || index == thirdPartySogou)) {
         pressThirdParty();
-        return;
-    } else if (m_state.ThirdPartyWindowOpen && !m_state.XFVM3) {
+        return true;
+    }
+    if (m_state.ThirdPartyWindowOpen && !m_state.XFVM3) {
         // Looked up only then: it asks every window of the desktop, and the first word waits.
         const WindowId window = m_port.findInputMethodWindow();
         if (window != 0) {
             m_port.closeWindow(window);
         }
     }
-    m_inputMethodPressed = false;
-    startSession(report);
+    return false;
 }
 
 void SessionMachine::startSession(const KeyReport &report)
 {
     m_state.PressTime = m_port.monotonicMs();
-    const int key = report.fromTipWindow ? tipWindowKey : report.key;
+    const int key = keyOf(report);
     if (m_state.QuickReleaseCount > 0 || m_state.KeyUpBusy) {
         if (m_state.QuickReleaseCount > 0) {
             --m_state.QuickReleaseCount;
@@ -148,13 +178,21 @@ void SessionMachine::startSession(const KeyReport &report)
 
 void SessionMachine::release(const KeyReport &report)
 {
-    // A session of our own ends with the release, whatever mode has come since its press.
-    if (m_state.ThirdPartyActive && (m_inputMethodPressed || !m_state.Recording) && releaseThirdParty()) {
-        return;
-    }
-    if (m_overtaken.erase(report.fromTipWindow ? tipWindowKey : report.key) > 0 && m_state.Recording) {
+    const int key = keyOf(report);
+    if (key != m_methodKey && (m_state.Recording || m_methodKey != 0) && m_overtaken.erase(key) > 0) {
         return; // of a key whose session a later key has ended; that one is still held
     }
+    // A session of our own ends with the release, whatever mode has come since its press.
+    if (m_state.ThirdPartyActive && (m_inputMethodPressed || !m_state.Recording) && releaseThirdParty()) {
+        m_methodKey = 0;
+        return;
+    }
+    if (m_hotKeyHeld && !m_state.Recording) {
+        m_methodKey = 0;
+        letHotKeyGo(); // it has been left since the press, by another engine or another mode
+        return;
+    }
+    m_overtaken.erase(key);
     countQuickRelease();
     if (m_state.KeyDownBusy) {
         return;

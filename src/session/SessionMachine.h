@@ -35,6 +35,7 @@ public:
 
 private:
     void press(const KeyReport &report);
+    bool pressInputMethod();
     void release(const KeyReport &report);
     void startSession(const KeyReport &report);
     /// Ends the session under the lock; true when the recorder is to be stopped.
@@ -44,6 +45,7 @@ private:
     void pressThirdParty();
     void pressCustomMethod();
     bool releaseThirdParty();
+    void letHotKeyGo();
 
     MainState &m_state;
     SessionPort &m_port;
@@ -51,6 +53,8 @@ private:
     int m_sessionKey = 0;              ///< whose press the session that runs has begun with
     std::set<int> m_overtaken;         ///< keys that are held although a later one has ended their session
     bool m_inputMethodPressed = false; ///< the last press went to an input method
+    int m_methodKey = 0;               ///< whose press it was, 0 once it is released
+    bool m_hotKeyHeld = false;         ///< its key is down at the receiver
 };
 
 } // namespace mevo

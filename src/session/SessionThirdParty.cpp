@@ -12,6 +12,7 @@ namespace mevo {
 namespace {
 
 constexpr int keyPauseMs = 100;
+constexpr int freshProgramMs = 500; ///< until a program that was started looks at its key
 
 int hotKeyModifiers(const SettingsState &settings)
 {
@@ -41,7 +42,9 @@ void SessionMachine::pressThirdParty()
     const bool found = m_port.findInputMethodWindow() != 0;
     if (!found) {
         placeBar();
-        if (xunFei && !m_state.LocalASR3XunFeiInstallPath.isEmpty()) {
+        if (m_state.LocalMustClickRunASR3) {
+            // The user starts it, by a click on the microphone.
+        } else if (xunFei && !m_state.LocalASR3XunFeiInstallPath.isEmpty()) {
             m_state.MicWinShown = false;
             m_port.hideTipWindow();
             m_port.startXunFeiInputMethod();
@@ -56,7 +59,7 @@ void SessionMachine::pressThirdParty()
             if (!m_state.ASR3HoldToTalk) {
                 return; // the fresh window listens by itself
             }
-            m_port.sleepMs(500);
+            m_port.sleepMs(freshProgramMs);
         }
     } else {
         if (!xunFei) {
@@ -67,7 +70,8 @@ void SessionMachine::pressThirdParty()
 
     const int modifiers = hotKeyModifiers(m_state);
     if (m_state.ASR3HoldToTalk) {
-        m_port.sendDeviceKey(modifiers, m_state.ASR3ShortCutKey); // held until the release
+        m_hotKeyHeld = true; // until the release
+        m_port.sendDeviceKey(modifiers, m_state.ASR3ShortCutKey);
         return;
     }
     if (!found) {
@@ -84,19 +88,35 @@ void SessionMachine::pressCustomMethod()
     const QString path = m_state.LocalASR3CustomInstallPath;
     // The path may come from another system's settings: either separator ends a folder.
     const QString name = QFileInfo(QString(path).replace(QLatin1Char('\\'), QLatin1Char('/'))).fileName();
-    if (!name.isEmpty() && !m_port.isProgramRunning(name)) {
+    // Known programs are known without the suffix, too, where programs have none.
+    const bool suffixed = name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
+    const QString image = suffixed ? name : name + QLatin1String(".exe");
+    if (!name.isEmpty() && !m_state.LocalMustClickRunASR3 && !m_port.isProgramRunning(name)) {
         m_port.startProgram(path);
         m_port.sleepMs(keyPauseMs);
-        if (name.contains(QLatin1String("SpeechInput.exe"))) {
-            m_port.sleepMs(500);
+        if (image.contains(QLatin1String("SpeechInput.exe")) || m_state.ASR3CustomHoldToTalk) {
+            m_port.sleepMs(freshProgramMs);
         }
-        if (name.contains(QLatin1String("VoiceInput.exe"))) {
+        if (image.contains(QLatin1String("VoiceInput.exe"))) {
             return;
         }
     }
+    m_hotKeyHeld = m_state.ASR3CustomHoldToTalk;
     m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
+    if (m_hotKeyHeld) {
+        return;
+    }
     m_port.sleepMs(keyPauseMs);
     m_port.sendDeviceKey(0, 0);
+}
+
+/// Whatever has become of the input method since the press, its key does not stay down.
+void SessionMachine::letHotKeyGo()
+{
+    if (m_hotKeyHeld) {
+        m_hotKeyHeld = false;
+        m_port.sendDeviceKey(0, 0);
+    }
 }
 
 bool SessionMachine::releaseThirdParty()
@@ -104,6 +124,10 @@ bool SessionMachine::releaseThirdParty()
     if (m_state.LocalUseASR3Index == thirdPartyCustom) {
         if (!m_state.ShowASR3Custom) {
             return false;
+        }
+        if (m_hotKeyHeld) {
+            letHotKeyGo();
+            return true;
         }
         m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
         m_port.sleepMs(keyPauseMs);
@@ -116,9 +140,11 @@ bool SessionMachine::releaseThirdParty()
     }
     m_port.startPasteContentTimer();
     if (!m_state.ASR3HoldToTalk) {
+        letHotKeyGo();
         m_port.startTapTimer();
         return true;
     }
+    m_hotKeyHeld = false;
     m_port.sendDeviceKey(0, 0);
     m_port.sleepMs(keyPauseMs);
     const int usage = m_state.LocalXunFeiASR3ShortcutKey != 0 ? m_state.LocalXunFeiASR3ShortcutKey

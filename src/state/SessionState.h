@@ -41,6 +41,7 @@ struct SessionState
 
     bool ThirdPartyActive = false;     ///< a third-party input method is set up and in use
     bool ThirdPartyWindowOpen = false; ///< this program started the input method's window
+    bool Asr3WindowFound = false;      ///< its window was there when last looked for
     bool ASR3HoldToTalk = false;       ///< its hot key is held while speaking rather than tapped
     int ASR3ShortCutKey = 0x3f;        ///< HID usage of its hot key: 0x3f F6, 0x3b F2
     bool XFVM3 = false;                ///< the newer XunFei window, never closed by a close message

@@ -53,6 +53,7 @@ class UndeliveredDialog;
 class WebCipher;
 
 namespace mevo {
+enum class WindowLeave;
 class BaiduTokens;
 class CommandMatcher;
 class InputMethodHands;
@@ -141,6 +142,8 @@ public:
     void SetupAsr3();
     /// Reads which XunFei is installed and where.
     void ReadXunFeiIme();
+    /// Brings the window of XunFei's input method up, where that is this program's to do.
+    void StartXunFeiWindow();
     /// Sees to the hot key of XunFei's input method: 0 when it has been changed, -1 when nothing was
     /// possible, else 1.
     int ConfigureXunFeiIme();
@@ -199,6 +202,8 @@ public Q_SLOTS:
     void DownloadBaiduINIFileTimeout();
     void TimeOutGetPasteContent();
     void TimeOutDelaySendF2();
+    /// Types the custom input method's key once.
+    void TimeOutDelaySendCustom();
     void CheckUpdateTimeout();
     /// The same from the settings page: at its opening, and at a click on the notice that it shows.
     void CheckUpdateFromSettings(bool noticeClicked);
@@ -240,7 +245,6 @@ public Q_SLOTS:
 
     /// Kept under their names for callers from outside; nothing in the program reaches them.
     void SendOpenMicTimeOut() {}
-    void TimeOutDelaySendCustom() {}
     void Paster2ScreenHandOut();
     bool FindGloableCommandWord(QString text);
 
@@ -328,7 +332,6 @@ private:
     void finishArrival();
     void deviceRemoved();
     void restartKeypadSibling();
-    void closeInputMethodWindow();
     void endRunningSession();
     void endMouseSession();
     void enterModeOfKey(const char *report);
@@ -391,6 +394,11 @@ private:
     void openXunFeiTool(const QString &fileName);
     void watchForInstallation(int looks);
     void endInputMethodDownload();
+    void leaveInputMethodAtChoice();
+    void leaveInputMethodWithoutKeys();
+    void leaveInputMethodWindow(mevo::WindowLeave how, mevo::WindowId window);
+    QString inputMethodProgram() const;
+    void clickOnInputMethod();
     void sendUsageOnExit(bool withTencent);
     /// Connects the push socket once the backend is there; one that is connected stays so.
     void openPushSocket();
@@ -586,6 +594,7 @@ private:
     int m_setup = 0;                    ///< counts the set-ups of input methods; the last one holds
     int m_methodSetUp = -1;             ///< index of the method that is set up
     bool m_methodBoxOpen = false;       ///< the user is being asked about an input method
+    bool m_startAtSetup = false;        ///< the user has chosen a method: its window comes with the set-up
     bool m_installerStarted = false;    ///< the one beside the program, in this run
     bool m_watchesInstallation = false; ///< looks whether the method has been installed
     bool m_engineTold = true;           ///< the backend has answered the last engine statement

@@ -163,7 +163,8 @@ void MainWindow::HandleDeviceChange(mevo::DeviceNotifier::Change change, const Q
         return;
     }
     if (change == mevo::DeviceNotifier::Change::Removal) {
-        closeInputMethodWindow(); // for whatever was removed: the input method types through the receiver
+        leaveInputMethodWithoutKeys(); // for whatever was removed: the input method types through the
+                                       // receiver
     }
     if (mevo::isReceiverName(name)) {
         m_changes.add(change);
@@ -190,17 +191,6 @@ void MainWindow::endDeviceChange()
 {
     m_changes.release();
     scheduleDeviceChanges();
-}
-
-void MainWindow::closeInputMethodWindow()
-{
-    if (!ThirdPartyWindowOpen || XFVM3) {
-        return;
-    }
-    const mevo::WindowId window = m_sessionHands.findInputMethodWindow();
-    if (window != 0) {
-        m_platform.windowSystem->closeWindow(window);
-    }
 }
 
 void MainWindow::deviceArrived()

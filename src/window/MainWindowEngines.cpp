@@ -171,7 +171,7 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
         return;
     }
     mevo::saveLastModes(*this);
-    closeInputMethodWindow();
+    leaveInputMethodAtChoice();
     if (RunAsAdmin) {
         clearRunAsAdministrator();
     }

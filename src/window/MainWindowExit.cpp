@@ -61,7 +61,7 @@ void MainWindow::walkExit(ExitKind kind)
     }
     ExitInProgress = true;
     m_changes.hold();
-    closeInputMethodWindow();
+    leaveInputMethodWithoutKeys();
     if (kind == ExitKind::Asked) {
         endMouseSession(); // the question takes the mouse away from the talk window
         m_exit.questionOpens();

@@ -281,7 +281,7 @@ void MainWindow::chooseInputMethod(const mevo::LanguageRow &row)
         return;
     }
     mevo::saveLastModes(*this);
-    closeInputMethodWindow();
+    leaveInputMethodAtChoice();
     ++m_languageChoice;
     ThirdPartyActive = false;
     m_methodSetUp = mevo::thirdPartyNone;
@@ -296,6 +296,7 @@ void MainWindow::chooseInputMethod(const mevo::LanguageRow &row)
     if (isLeaving() || choice != m_languageChoice) {
         return; // the wait has let another choice through, or an exit
     }
+    m_startAtSetup = true;
     SetupAsr3();
 }
 
@@ -358,13 +359,18 @@ void MainWindow::useInputMethod(const QString &program)
     qInfo().noquote() << "Input method: in force:" << QFileInfo(program).fileName();
     if (index == mevo::thirdPartyXunFei) {
         ConfigureXunFeiIme();
+        if (m_startAtSetup && !LocalMustClickRunASR3) {
+            StartXunFeiWindow();
+        }
     }
+    m_startAtSetup = false;
     showLanguages();
 }
 
 void MainWindow::fallBackFromInputMethod(const QString &text)
 {
     message(text, mevo::MessageIcon::Information, messageMs);
+    m_startAtSetup = false;
     mevo::leaveInputMethod(*this); // for this run: it may be there at the next start
     setLanguageButtonImage(mevo::languageButtonStyle(QStringLiteral("PuTongHua"), ShowVerticalUI));
     showLanguages();
@@ -405,6 +411,7 @@ void MainWindow::offerInputMethod()
 
 void MainWindow::refuseInputMethod()
 {
+    m_startAtSetup = false;
     writeSettings(mevo::leaveInputMethod(*this));
     EnableASR3 = false;
     UseASR3Index = mevo::thirdPartyNone;

@@ -4,7 +4,6 @@
 
 #include "audio/AudioRecorder.h"
 #include "device/DeviceCommands.h"
-#include "session/ThirdPartyKeys.h"
 #include "ui/MicTipDialog.h"
 
 #include <QAction>
@@ -88,6 +87,13 @@ void MainWindow::TimeOutDelaySendF2()
     m_sessionHands.sendDeviceKey(0, 0);
 }
 
+void MainWindow::TimeOutDelaySendCustom()
+{
+    m_sessionHands.sendDeviceKey(ASR3CustomCtrlShortCutKey, ASR3CustomShortCutKey);
+    m_platform.time->sleepMs(100);
+    m_sessionHands.sendDeviceKey(0, 0);
+}
+
 void MainWindow::TimeOutGetPasteContent()
 {
     if (!VoiceCommandWordMode && !VoiceTranslateMode && !VoiceSearchMode) {
@@ -111,31 +117,7 @@ void MainWindow::pushButton_Mic_clicked()
     if (m_micTip != nullptr && m_micTip->isVisible()) {
         m_micTip->hide();
     }
-    const mevo::WindowId window = m_sessionHands.findInputMethodWindow();
-    if (!ThirdPartyWindowOpen && window == 0) {
-        if (LocalUseASR3Index == mevo::thirdPartyXunFei && !LocalASR3XunFeiInstallPath.isEmpty() &&
-            ThirdPartyActive) {
-            m_sessionHands.startProgram(LocalASR3XunFeiInstallPath);
-            message(tr("正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，"
-                       "检测过程中可忽略提示信息或窗口！"),
-                    mevo::MessageIcon::Information, 1000);
-            ThirdPartyWindowOpen = true;
-        } else if (LocalUseASR3Index == mevo::thirdPartySogou && !LocalASR3SougoInstallPath.isEmpty() &&
-                   ThirdPartyActive) {
-            m_sessionHands.startProgram(LocalASR3SougoInstallPath);
-            ThirdPartyWindowOpen = true;
-        }
-        return;
-    }
-    if (ThirdPartyWindowOpen && window != 0) {
-        if (XFVM3) {
-            m_platform.processes->killByImageName(QStringLiteral("iFlyVoice.exe")); // takes no close message
-            ThirdPartyWindowOpen = false;
-        } else if (LocalUseASR3Index == mevo::thirdPartyXunFei) {
-            m_platform.windowSystem->closeWindow(window);
-            ThirdPartyWindowOpen = false;
-        }
-    }
+    clickOnInputMethod();
 }
 
 void MainWindow::on_closeASRFuncAction()

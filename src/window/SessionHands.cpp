@@ -124,7 +124,10 @@ void SessionHands::recordStop()
 
 WindowId SessionHands::findInputMethodWindow()
 {
-    return m_window.m_platform.windowSystem->findWindow(m_window.ASR3WinClassName, m_window.ASR3WindowName);
+    const WindowId window =
+        m_window.m_platform.windowSystem->findWindow(m_window.ASR3WinClassName, m_window.ASR3WindowName);
+    m_window.Asr3WindowFound = window != 0;
+    return window;
 }
 
 void SessionHands::closeWindow(WindowId window)
@@ -135,7 +138,11 @@ void SessionHands::closeWindow(WindowId window)
 void SessionHands::startXunFeiInputMethod()
 {
     m_window.ReadXunFeiIme();
-    startProgram(m_window.LocalASR3XunFeiInstallPath);
+    if (m_window.XFVM3) {
+        m_window.StartXunFeiWindow();
+    } else {
+        startProgram(m_window.LocalASR3XunFeiInstallPath);
+    }
 }
 
 void SessionHands::startProgram(const QString &path)

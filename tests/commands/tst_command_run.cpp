@@ -214,6 +214,7 @@ private Q_SLOTS:
             R"(/opt/my app/run|a "b" $c \|100%)");
         row("nothing for a shell", "a;touch x `y` $(z)", "a;touch|x|`y`|$(z)");
         row("an empty word", R"(a "" b)", "a||b");
+        row("a percent sign within quotes", R"("/opt/100%% mine/run" "%s")", "/opt/100% mine/run|%s");
         row("open quote", R"(a "b)", "");
         QTest::newRow("a link") << QByteArray("[Desktop Entry]\nType=Link\nURL=http://h\nExec=a\n") << "";
         QTest::newRow("no entry at all") << QByteArray("\177ELF\0\377", 6) << "";

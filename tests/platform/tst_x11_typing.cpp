@@ -444,6 +444,55 @@ private Q_SLOTS:
         QTRY_VERIFY(!windows.isWindow(mevo::WindowId(target->windowId())));
         QVERIFY(!windows.closeWindow(mevo::WindowId(target->windowId())));
     }
+
+    /// A window that no window manager looks after, as a floating microphone may be.
+    void windowsThatNobodyManages_data()
+    {
+        QTest::addColumn<bool>("shown");
+        QTest::addColumn<bool>("closable");
+        QTest::newRow("shown") << true << true;
+        QTest::newRow("hidden") << false << true;
+        QTest::newRow("without a way to close it") << true << false;
+    }
+
+    void windowsThatNobodyManages()
+    {
+        QFETCH(bool, shown);
+        QFETCH(bool, closable);
+        const auto closed = [](Display *connection) { XCloseDisplay(connection); };
+        const std::unique_ptr<Display, decltype(closed)> other(XOpenDisplay(nullptr), closed);
+        XSetWindowAttributes attributes{};
+        attributes.override_redirect = True;
+        const Window window =
+            XCreateWindow(other.get(), DefaultRootWindow(other.get()), 0, 0, 50, 50, 0, CopyFromParent,
+                          InputOutput, nullptr, CWOverrideRedirect, &attributes);
+        QByteArray name("floating"), className("FloatingFrame");
+        XClassHint hint{name.data(), className.data()};
+        XSetClassHint(other.get(), window, &hint);
+        const QByteArray title("语音悬浮窗 ");
+        XChangeProperty(other.get(), window, XInternAtom(other.get(), "_NET_WM_NAME", False),
+                        XInternAtom(other.get(), "UTF8_STRING", False), 8, PropModeReplace,
+                        reinterpret_cast<const unsigned char *>(title.constData()), title.size());
+        Atom close = XInternAtom(other.get(), "WM_DELETE_WINDOW", False);
+        if (closable) {
+            XSetWMProtocols(other.get(), window, &close, 1);
+        }
+        if (shown) {
+            XMapWindow(other.get(), window);
+        }
+        XSync(other.get(), False);
+        const mevo::WindowId expected = shown ? window : 0;
+        QCOMPARE(windows.findWindow(QStringLiteral("FloatingFrame"), QStringLiteral("语音悬浮窗 ")),
+                 expected);
+        QCOMPARE(windows.findWindow({}, QStringLiteral("语音悬浮窗 ")), expected);
+        QCOMPARE(windows.findWindow(QStringLiteral("FloatingFrame"), QStringLiteral("语音悬浮窗")),
+                 mevo::WindowId(0));
+        QCOMPARE(windows.closeWindow(window), closable);
+        XSync(other.get(), False);
+        XEvent event{};
+        QCOMPARE(XCheckTypedEvent(other.get(), ClientMessage, &event) == True, closable);
+        QVERIFY(!closable || Atom(event.xclient.data.l[0]) == close);
+    }
 };
 
 QTEST_MAIN(TestX11Typing)

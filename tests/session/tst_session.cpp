@@ -399,6 +399,95 @@ private Q_SLOTS:
         QCOMPARE(desk.calls(), QStringList());
     }
 
+    /// A method that has been left while its key was held does not leave the key down.
+    void aHeldHotKeyIsLetGo_data()
+    {
+        QTest::addColumn<Set>("meanwhile");
+        QTest::newRow("another engine") << Set([](Desk &d) { d.state.ThirdPartyActive = false; });
+        QTest::newRow("another mode") << Set([](Desk &d) {
+            d.state.VoiceTypeMode = false;
+            d.state.VoiceSearchMode = true;
+        });
+        QTest::newRow("a method that is tapped") << Set([](Desk &d) {
+            d.state.LocalUseASR3Index = mevo::thirdPartySogou;
+            d.state.ASR3HoldToTalk = false;
+        });
+        QTest::newRow("a custom one that the record has withdrawn") << Set([](Desk &d) {
+            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+            d.state.ShowASR3Custom = false;
+        });
+    }
+
+    void aHeldHotKeyIsLetGo()
+    {
+        QFETCH(Set, meanwhile);
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ASR3HoldToTalk = true;
+        desk.port.inputMethodWindow = 7;
+        desk.key(1, 1);
+        QCOMPARE(desk.calls().last(), QStringLiteral("key 0 3f"));
+        meanwhile(desk);
+        desk.key(1, 0);
+        QCOMPARE(desk.calls().filter(QStringLiteral("key ")), QStringList{QStringLiteral("key 0 0")});
+        QCOMPARE(desk.state.QuickReleaseRun.load(), 0);
+        desk.key(1, 0); // once
+        QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
+    }
+
+    /// Another key begins a session of an own engine while the input method's is held: that session ends with
+    /// its own key.
+    void aSessionBesideAHeldHotKeyIsItsOwn_data()
+    {
+        QTest::addColumn<bool>("hold");
+        QTest::newRow("held") << true;
+        QTest::newRow("tapped") << false;
+    }
+
+    void aSessionBesideAHeldHotKeyIsItsOwn()
+    {
+        QFETCH(bool, hold);
+        Desk desk;
+        desk.state.ThirdPartyActive = true;
+        desk.state.ASR3HoldToTalk = hold;
+        desk.port.inputMethodWindow = 7;
+        desk.key(1, 1);
+        desk.calls();
+        desk.state.VoiceTypeMode = false;
+        desk.state.VoiceCommandWordMode = true;
+        desk.key(6, 1);
+        QCOMPARE(desk.calls().filter(QStringLiteral("key ")),
+                 hold ? QStringList{QStringLiteral("key 0 0")} : QStringList());
+        desk.key(1, 0);
+        QVERIFY(desk.state.Recording);
+        QVERIFY(desk.calls().isEmpty());
+        desk.key(6, 0);
+        QVERIFY(!desk.state.Recording);
+    }
+
+    /// The other way round: the own session ends with the press that is the input method's.
+    void anInputMethodsPressEndsASession()
+    {
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ASR3HoldToTalk = true;
+        desk.port.inputMethodWindow = 7;
+        desk.state.VoiceTypeMode = false;
+        desk.state.VoiceCommandWordMode = true;
+        desk.key(6, 1);
+        QVERIFY(desk.state.Recording);
+        desk.calls();
+        desk.state.VoiceTypeMode = true;
+        desk.state.VoiceCommandWordMode = false;
+        desk.key(1, 1);
+        QVERIFY(!desk.state.Recording);
+        QCOMPARE(desk.calls(), (QStringList{QStringLiteral("clear clipboard"), QStringLiteral("key 0 3f"),
+                                            QStringLiteral("record stop"), QStringLiteral("tip hide")}));
+        desk.key(6, 0);
+        QVERIFY(desk.calls().isEmpty());
+        desk.key(1, 0);
+        QCOMPARE(desk.calls().mid(0, 2),
+                 (QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")}));
+    }
+
     void aReleaseWithoutItsPressKeepsTheKeyBusy()
     {
         Desk desk;
@@ -471,6 +560,44 @@ private Q_SLOTS:
             d.state.ASR3CustomShortCutKey = 0x41;
         }) << "clear clipboard|start C:\\x\\SpeechInput.exe|sleep 100|sleep 500|key 2 41|sleep 100|key 0 0"
                                                       << "key 2 41|sleep 100|key 0 0";
+        QTest::newRow("XunFei not running, which only a click may start")
+            << Set([](Desk &d) {
+                   d.state.LocalASR3XunFeiInstallPath = QStringLiteral("/x/iFlyVoice");
+                   d.state.LocalMustClickRunASR3 = d.state.ASR3HoldToTalk = true;
+               })
+            << "clear clipboard|place 299 389|key 0 3f"
+            << "paste timer|key 0 0|sleep 100|key 0 3f|sleep 200|key 0 0|sleep 200|key 0 0";
+        QTest::newRow("Ctrl and Shift of the same bit")
+            << Set([](Desk &d) {
+                   d.port.inputMethodWindow = 7;
+                   d.state.ASR3HoldToTalk = true;
+                   d.state.LocalXunFeiASR3CtrlKey = d.state.LocalXunFeiASR3ShiftKey = 2;
+                   d.state.LocalXunFeiASR3ShortcutKey = 0x43;
+               })
+            << "clear clipboard|key 0 3f"
+            << "paste timer|key 0 0|sleep 100|key 0 43|sleep 200|key 0 0|sleep 200|key 0 0";
+        QTest::newRow("custom method without a suffix") << Set([](Desk &d) {
+            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+            d.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/SpeechInput");
+            d.state.ASR3CustomCtrlShortCutKey = 1;
+            d.state.ASR3CustomShortCutKey = 0;
+        }) << "clear clipboard|start /opt/SpeechInput|sleep 100|sleep 500|key 1 0|sleep 100|key 0 0"
+                                                        << "key 1 0|sleep 100|key 0 0";
+        QTest::newRow("custom method that is held, started first") << Set([](Desk &d) {
+            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+            d.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/dictate");
+            d.state.ASR3CustomHoldToTalk = true;
+            d.state.ASR3CustomCtrlShortCutKey = 5;
+            d.state.ASR3CustomShortCutKey = 0x45;
+        }) << "clear clipboard|start /opt/dictate|sleep 100|sleep 500|key 5 45"
+                                                                   << "key 0 0";
+        QTest::newRow("custom method that only a click may start") << Set([](Desk &d) {
+            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+            d.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/VoiceInput");
+            d.state.LocalMustClickRunASR3 = true;
+            d.state.ASR3CustomShortCutKey = 0x3b;
+        }) << "clear clipboard|key 0 3b|sleep 100|key 0 0"
+                                                                   << "key 0 3b|sleep 100|key 0 0";
         QTest::newRow("custom method that listens by itself once started") << Set([](Desk &d) {
             d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
             d.state.LocalASR3CustomInstallPath = QStringLiteral("/x/VoiceInput.exe");

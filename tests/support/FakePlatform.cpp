@@ -180,7 +180,13 @@ bool FakeWindowSystem::closeWindow(WindowId window)
 bool FakeProcesses::startDetached(const QString &program, const QStringList &arguments)
 {
     m_log.add((QStringList{QStringLiteral("start"), program} + arguments).join(QLatin1Char(' ')));
-    return true;
+    return !broken.contains(program);
+}
+
+bool FakeProcesses::startToType(const QString &program)
+{
+    m_log.add(QStringLiteral("start to type ") + program);
+    return !broken.contains(program);
 }
 
 bool FakeProcesses::startSibling(const QString &name, const QStringList &arguments, bool)

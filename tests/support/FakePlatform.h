@@ -262,6 +262,7 @@ public:
     {
     }
     bool startDetached(const QString &program, const QStringList &arguments) override;
+    bool startToType(const QString &program) override;
     bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
     bool hasSibling(const QString &name) override { return !notInstalled.contains(name); }
     Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) override;
@@ -273,6 +274,7 @@ public:
 
     QStringList running;
     QStringList notInstalled; ///< siblings
+    QStringList broken; ///< programs that cannot be started
     Captured captured;
 
 private:

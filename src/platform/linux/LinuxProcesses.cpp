@@ -14,7 +14,9 @@
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -25,6 +27,7 @@ namespace {
 constexpr int LogindTimeout = 2000;               ///< milliseconds
 constexpr int AuthenticationTimeout = 120 * 1000; ///< the user may be asked for a password
 constexpr int KillWait = 1000;
+constexpr int EndWait = 3000;  ///< milliseconds until killed programs have ended
 constexpr int CommLength = 15; ///< the kernel keeps that much of a program's name
 
 QString withoutExe(const QString &name)
@@ -108,6 +111,11 @@ bool LinuxProcesses::startDetached(const QString &program, const QStringList &ar
     return start(program, arguments);
 }
 
+bool LinuxProcesses::startToType(const QString &program)
+{
+    return start(program, {}); // every program of the user may
+}
+
 QString LinuxProcesses::installedSibling(const QString &name) const
 {
     const QFileInfo sibling(siblingPath(m_programFolder, name));
@@ -164,6 +172,11 @@ bool LinuxProcesses::killByImageName(const QString &imageName)
     bool killed = false;
     for (int pid : processesNamed(imageName)) {
         killed = kill(pid, SIGKILL) == 0 || killed;
+    }
+    QElapsedTimer timer;
+    timer.start();
+    while (killed && isRunning(imageName) && !timer.hasExpired(EndWait)) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     return killed;
 }

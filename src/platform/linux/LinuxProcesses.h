@@ -19,6 +19,7 @@ public:
                             const QDBusConnection &systemBus = QDBusConnection::systemBus());
 
     bool startDetached(const QString &program, const QStringList &arguments) override;
+    bool startToType(const QString &program) override;
     /// `hidden` has no counterpart here: the siblings are told by their arguments.
     bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
     bool hasSibling(const QString &name) override { return !installedSibling(name).isEmpty(); }

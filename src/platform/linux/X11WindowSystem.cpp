@@ -12,6 +12,9 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace mevo {
 
 /// Lives on the typing thread.
@@ -118,10 +121,14 @@ bool X11WindowSystem::sendToRoot(WindowId window, const char *message, long firs
     return true;
 }
 
+bool X11WindowSystem::hasWindowManager() const
+{
+    return m_connection.hasProperty(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"));
+}
+
 bool X11WindowSystem::activate(WindowId window)
 {
-    if (m_connection &&
-        !m_connection.hasProperty(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"))) {
+    if (m_connection && !hasWindowManager()) {
         if (!isWindow(window)) {
             return false;
         }
@@ -137,7 +144,63 @@ bool X11WindowSystem::activate(WindowId window)
 
 bool X11WindowSystem::closeWindow(WindowId window)
 {
-    return sendToRoot(m_connection ? m_connection.topLevel(window) : 0, "_NET_CLOSE_WINDOW", CurrentTime, 1);
+    const unsigned long top = isWindow(window) ? m_connection.topLevel(window) : 0;
+    if (top != 0 && hasWindowManager() && m_connection.hasProperty(top, m_connection.atom("WM_STATE"))) {
+        return sendToRoot(top, "_NET_CLOSE_WINDOW", CurrentTime, 1);
+    }
+    return top != 0 && askToClose(top);
+}
+
+/// Says itself what a window manager would, to a window that none looks after.
+bool X11WindowSystem::askToClose(WindowId window)
+{
+    const Atom wanted = m_connection.atom("WM_DELETE_WINDOW");
+    Atom *protocols = nullptr;
+    int count = 0;
+    if (XGetWMProtocols(m_connection.display(), window, &protocols, &count) == 0) {
+        return false;
+    }
+    const bool understands = std::find(protocols, protocols + count, wanted) != protocols + count;
+    XFree(protocols);
+    if (understands) {
+        XEvent event{};
+        event.xclient.type = ClientMessage;
+        event.xclient.window = window;
+        event.xclient.message_type = m_connection.atom("WM_PROTOCOLS");
+        event.xclient.format = 32;
+        event.xclient.data.l[0] = long(wanted);
+        XSendEvent(m_connection.display(), window, False, NoEventMask, &event);
+        XFlush(m_connection.display());
+    }
+    return understands;
+}
+
+/// The windows that a window manager looks after, oldest first, and behind them those on the screen that none
+/// does, as a window may ask for, or as all are where there is none.
+std::vector<WindowId> X11WindowSystem::topLevelWindows()
+{
+    std::vector<WindowId> windows;
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0, rest = 0;
+    unsigned char *data = nullptr;
+    if (XGetWindowProperty(m_connection.display(), m_connection.root(), m_connection.atom("_NET_CLIENT_LIST"),
+                           0, 4096, False, XA_WINDOW, &type, &format, &count, &rest, &data) == Success &&
+        data != nullptr) {
+        const auto *managed = reinterpret_cast<const unsigned long *>(data);
+        windows.assign(managed, managed + count);
+        XFree(data);
+    }
+    Window root = 0, parent = 0, *children = nullptr;
+    unsigned childCount = 0;
+    if (XQueryTree(m_connection.display(), m_connection.root(), &root, &parent, &children, &childCount) !=
+            0 &&
+        children != nullptr) {
+        std::copy_if(children, children + childCount, std::back_inserter(windows),
+                     [this](Window window) { return m_connection.isViewable(window); });
+        XFree(children);
+    }
+    return windows;
 }
 
 WindowId X11WindowSystem::findWindow(const QString &wantedClass, const QString &title)
@@ -145,25 +208,14 @@ WindowId X11WindowSystem::findWindow(const QString &wantedClass, const QString &
     if (!m_connection) {
         return 0;
     }
-    Atom type = None;
-    int format = 0;
-    unsigned long count = 0, rest = 0;
-    unsigned char *data = nullptr;
-    WindowId found = 0;
-    if (XGetWindowProperty(m_connection.display(), m_connection.root(), m_connection.atom("_NET_CLIENT_LIST"),
-                           0, 4096, False, XA_WINDOW, &type, &format, &count, &rest, &data) == Success &&
-        data != nullptr) {
-        const auto *windows = reinterpret_cast<const unsigned long *>(data);
-        for (unsigned long i = 0; i < count && found == 0; ++i) {
-            const bool classFits = wantedClass.isEmpty() ||
-                                   windowClass(windows[i]).split(QLatin1Char('.')).contains(wantedClass);
-            if (classFits && (title.isEmpty() || windowTitle(windows[i]) == title)) {
-                found = windows[i];
-            }
+    for (const WindowId window : topLevelWindows()) {
+        const bool classFits =
+            wantedClass.isEmpty() || windowClass(window).split(QLatin1Char('.')).contains(wantedClass);
+        if (classFits && (title.isEmpty() || windowTitle(window) == title)) {
+            return window;
         }
-        XFree(data);
     }
-    return found;
+    return 0;
 }
 
 QString X11WindowSystem::windowClass(WindowId window)

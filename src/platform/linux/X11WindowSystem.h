@@ -9,6 +9,7 @@
 #include <QThread>
 
 #include <memory>
+#include <vector>
 
 namespace mevo {
 
@@ -37,6 +38,9 @@ public:
 private:
     class Worker;
     bool sendToRoot(WindowId window, const char *message, long first, long second);
+    bool hasWindowManager() const;
+    bool askToClose(WindowId window);
+    std::vector<WindowId> topLevelWindows();
 
     X11Connection m_connection;
     ScreenLock m_lock;

@@ -1,0 +1,255 @@
+#include "window/Program.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace {
+
+const QString hotKey = QStringLiteral("hid send 05 81 04 ");
+const QString xunFei = QStringLiteral("/opt/iFly/iFlyVoice");
+const QString sogou = QStringLiteral("/opt/Sogou/VoiceInput");
+
+/// A program whose input method is set up and ready.
+struct Driven : Program
+{
+    explicit Driven(bool plugged = true)
+        : Program(plugged)
+    {
+        start();
+        settle();
+        window->VoiceTypeMode = true;
+        window->VoiceCommandWordMode = window->VoiceSearchMode = false;
+        window->LocalEnableASR3 = window->ThirdPartyActive = true;
+        window->LocalMustClickRunASR3 = false;
+        window->LocalASR3XunFeiInstallPath = xunFei;
+        window->LocalASR3SougoInstallPath = sogou;
+        use(1);
+        fake.log.clear();
+    }
+    void use(int index)
+    {
+        window->LocalUseASR3Index = index;
+        window->ASR3HoldToTalk = index == 1;
+        window->ASR3ShortCutKey = index == 1 ? 0x3f : 0x3b;
+        window->ASR3WinClassName = QStringLiteral("Class");
+        window->ASR3WindowName = QStringLiteral("Title");
+    }
+    void showWindow(bool there) const
+    {
+        there ? void(fake.windowSystem->byTitle.insert(QStringLiteral("Title"), 7))
+              : void(fake.windowSystem->byTitle.clear());
+    }
+    void report(bool pressed) const
+    {
+        char bytes[mevo::keyReportSize] = {1, mevo::keyReportMarker, mevo::KeyVoice, char(pressed)};
+        window->ProcessResult(bytes);
+    }
+    /// What the receiver typed, the waits, and what was done to programs and windows since the last call.
+    QString done()
+    {
+        QStringList found;
+        for (QString call : fake.log.calls()) {
+            if (call.startsWith(hotKey)) {
+                found.append(call.mid(hotKey.size()));
+            }
+            for (const char *kind : {"sleep ", "start", "kill ", "close window "}) {
+                if (call.startsWith(QLatin1String(kind))) {
+                    found.append(call);
+                }
+            }
+        }
+        fake.log.clear();
+        return found.join(QLatin1String(" | "));
+    }
+    void choose(const char *label) const
+    {
+        for (QAction *action : window->languageMenu()->actions()) {
+            if (action->text().startsWith(QString::fromUtf8(label))) {
+                window->trigerAllAsrLanMenu(action);
+                settle();
+                return;
+            }
+        }
+        QFAIL("no such row");
+    }
+};
+
+} // namespace
+
+using Set = std::function<void(Driven &)>;
+Q_DECLARE_METATYPE(Set)
+
+class TestMethodHands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theReceiverTypesTheKeys_data()
+    {
+        QTest::addColumn<Set>("set");
+        QTest::addColumn<QString>("press");
+        QTest::addColumn<QString>("release");
+        QTest::newRow("held")
+            << Set([](Driven &d) {
+                   d.window->LocalXunFeiASR3CtrlKey = 1;
+                   d.window->LocalXunFeiASR3AltKey = 4;
+                   d.window->LocalXunFeiASR3ShortcutKey = 0x41;
+               })
+            << "05 3f 00 00 00"
+            << "00 00 00 00 00 | sleep 100 | 05 41 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
+               "00 00 00 00 00";
+        QTest::newRow("tapped") << Set([](Driven &d) { d.use(2); })
+                                << "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"
+                                << "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00";
+        QTest::newRow("custom, tapped") << Set([](Driven &d) {
+            d.use(3);
+            d.window->ShowASR3Custom = true;
+            d.window->LocalASR3CustomInstallPath = QStringLiteral("/opt/SpeechInput");
+            d.fake.processes->running = QStringList{QStringLiteral("SpeechInput")};
+            d.window->ASR3CustomCtrlShortCutKey = 1;
+            d.window->ASR3CustomShortCutKey = 0;
+        }) << "01 00 00 00 00 | sleep 100 | 00 00 00 00 00"
+                                        << "01 00 00 00 00 | sleep 100 | 00 00 00 00 00";
+        QTest::newRow("held, the window not there")
+            << Set([](Driven &d) { d.showWindow(false); })
+            << "start /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00"
+            << "00 00 00 00 00 | sleep 100 | 00 3f 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
+               "00 00 00 00 00";
+    }
+
+    void theReceiverTypesTheKeys()
+    {
+        QFETCH(Set, set);
+        QFETCH(QString, press);
+        QFETCH(QString, release);
+        Driven program;
+        program.showWindow(true);
+        set(program);
+        program.report(true);
+        QCOMPARE(program.done(), press);
+        program.report(false);
+        const QStringList steps = release.split(QStringLiteral(" | "));
+        const int keys = steps.size() - steps.filter(QStringLiteral("sleep")).size();
+        QTRY_COMPARE(program.fake.log.calls(hotKey).size(), keys); // a tap comes by a timer
+        QCOMPARE(program.done(), release);
+        QVERIFY(!program.window->Recording);
+    }
+
+    void withoutAReceiverNothingIsTyped()
+    {
+        Driven program(false);
+        program.showWindow(true);
+        program.report(true);
+        program.report(false);
+        QCOMPARE(program.done(), QStringLiteral("sleep 100 | sleep 200 | sleep 200"));
+    }
+
+    void theCustomKeyIsTypedOnce()
+    {
+        Driven program;
+        program.window->ASR3CustomCtrlShortCutKey = 3;
+        program.window->ASR3CustomShortCutKey = 0x6a;
+        program.window->TimeOutDelaySendCustom();
+        QCOMPARE(program.done(), QStringLiteral("03 6a 00 00 00 | sleep 100 | 00 00 00 00 00"));
+    }
+
+    void theThirdXunFeiIsStartedToType()
+    {
+        Driven program;
+        MainWindow &window = *program.window;
+        window.XFVM3 = true;
+        program.fake.processes->broken.append(xunFei);
+        window.StartXunFeiWindow();
+        QCOMPARE(program.done(), QStringLiteral("start to type /opt/iFly/iFlyVoice"));
+        QVERIFY(!window.Asr3WindowFound && !window.ThirdPartyWindowOpen);
+        program.fake.processes->broken.clear();
+        window.StartXunFeiWindow(); // the next one tries again
+        QVERIFY(window.Asr3WindowFound && window.ThirdPartyWindowOpen);
+        QCOMPARE(program.fake.log.calls(QStringLiteral("message 正在启动讯飞麦克风窗口")).size(), 1);
+        QCOMPARE(program.done(), QStringLiteral("start to type /opt/iFly/iFlyVoice"));
+        window.StartXunFeiWindow(); // it comes up
+        QCOMPARE(program.done(), QString());
+
+        // It has been killed: the press looks, and starts it.
+        window.Asr3WindowFound = true;
+        program.report(true);
+        QCOMPARE(
+            program.done(),
+            QStringLiteral("start to type /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00"));
+        program.report(false);
+        window.XFOfflineMode = true;
+        window.Asr3WindowFound = false;
+        program.fake.log.clear();
+        window.StartXunFeiWindow();
+        QVERIFY(program.fake.log.calls(QStringLiteral("message")).isEmpty());
+    }
+
+    void aCloudEngineLeavesTheWindow_data()
+    {
+        QTest::addColumn<Set>("set");
+        QTest::addColumn<QString>("done");
+        QTest::newRow("XunFei") << Set([](Driven &) {}) << "close window 7";
+        QTest::newRow("XunFei's third")
+            << Set([](Driven &d) { d.window->XFVM3 = true; }) << "kill iFlyVoice.exe";
+        QTest::newRow("Sogou beside it") << Set([](Driven &d) {
+            d.window->XFVM3 = true;
+            d.use(2);
+        }) << "close window 7";
+        QTest::newRow("the user's own")
+            << Set([](Driven &d) { d.window->ThirdPartyWindowOpen = false; }) << "";
+        QTest::newRow("gone") << Set([](Driven &d) { d.showWindow(false); }) << "";
+    }
+
+    void aCloudEngineLeavesTheWindow()
+    {
+        QFETCH(Set, set);
+        QFETCH(QString, done);
+        Driven program;
+        program.showWindow(true);
+        program.window->ThirdPartyWindowOpen = true;
+        set(program);
+        program.choose("普通话(腾讯版)");
+        QCOMPARE(program.done(), done);
+        QVERIFY(!program.window->ThirdPartyActive && !program.window->LocalEnableASR3);
+        QCOMPARE(program.window->ThirdPartyWindowOpen,
+                 done.isEmpty() && program.window->ThirdPartyWindowOpen);
+    }
+
+    void theMicrophoneButtonIsClicked_data()
+    {
+        QTest::addColumn<Set>("set");
+        QTest::addColumn<QString>("done");
+        QTest::addColumn<bool>("open"); // afterwards
+        QTest::newRow("nothing open") << Set([](Driven &) {}) << "start /opt/iFly/iFlyVoice" << true;
+        QTest::newRow("Sogou") << Set([](Driven &d) { d.use(2); }) << "start /opt/Sogou/VoiceInput" << true;
+        QTest::newRow("refused to be started unasked")
+            << Set([](Driven &d) { d.window->LocalMustClickRunASR3 = true; }) << "start /opt/iFly/iFlyVoice"
+            << true;
+        QTest::newRow("open") << Set([](Driven &d) {
+            d.window->ThirdPartyWindowOpen = true;
+            d.showWindow(true);
+        }) << "close window 7" << false;
+        QTest::newRow("the third, open") << Set([](Driven &d) {
+            d.window->ThirdPartyWindowOpen = d.window->XFVM3 = true;
+            d.showWindow(true);
+        }) << "kill iFlyVoice.exe" << false;
+        QTest::newRow("killed by others") << Set([](Driven &d) { d.window->ThirdPartyWindowOpen = true; })
+                                          << "start /opt/iFly/iFlyVoice" << true;
+    }
+
+    void theMicrophoneButtonIsClicked()
+    {
+        QFETCH(Set, set);
+        QFETCH(QString, done);
+        QFETCH(bool, open);
+        Driven program;
+        set(program);
+        program.window->pushButton_Mic_clicked();
+        QCOMPARE(program.done(), done);
+        QCOMPARE(program.window->ThirdPartyWindowOpen, open);
+        QVERIFY(!program.window->MicWinShown);
+    }
+};
+
+QTEST_MAIN(TestMethodHands)
+#include "tst_method_hands.moc"
