@@ -172,9 +172,9 @@ private slots:
         QTRY_VERIFY(processes.isRunning(image));
         QVERIFY(!processes.isRunning(image.left(5)));
         QVERIFY(processes.killByImageName(image));
+        QVERIFY(!processes.isRunning(image)); // it waits for the end
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
-        QVERIFY(!processes.isRunning(image));
     }
 
     void localeIds_data()

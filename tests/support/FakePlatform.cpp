@@ -185,7 +185,7 @@ bool FakeProcesses::startDetached(const QString &program, const QStringList &arg
 
 bool FakeProcesses::startToType(const QString &program)
 {
-    m_log.add(QStringLiteral("start to type ") + program);
+    m_log.add(QStringLiteral("open to type ") + program);
     return !broken.contains(program);
 }
 

@@ -52,7 +52,7 @@ struct Driven : Program
             if (call.startsWith(hotKey)) {
                 found.append(call.mid(hotKey.size()));
             }
-            for (const char *kind : {"sleep ", "start", "kill ", "close window "}) {
+            for (const char *kind : {"sleep ", "start ", "open to type ", "kill ", "close window "}) {
                 if (call.startsWith(QLatin1String(kind))) {
                     found.append(call);
                 }
@@ -160,22 +160,21 @@ private slots:
         window.XFVM3 = true;
         program.fake.processes->broken.append(xunFei);
         window.StartXunFeiWindow();
-        QCOMPARE(program.done(), QStringLiteral("start to type /opt/iFly/iFlyVoice"));
+        QCOMPARE(program.done(), QStringLiteral("open to type /opt/iFly/iFlyVoice"));
         QVERIFY(!window.Asr3WindowFound && !window.ThirdPartyWindowOpen);
         program.fake.processes->broken.clear();
         window.StartXunFeiWindow(); // the next one tries again
         QVERIFY(window.Asr3WindowFound && window.ThirdPartyWindowOpen);
         QCOMPARE(program.fake.log.calls(QStringLiteral("message 正在启动讯飞麦克风窗口")).size(), 1);
-        QCOMPARE(program.done(), QStringLiteral("start to type /opt/iFly/iFlyVoice"));
+        QCOMPARE(program.done(), QStringLiteral("open to type /opt/iFly/iFlyVoice"));
         window.StartXunFeiWindow(); // it comes up
         QCOMPARE(program.done(), QString());
 
         // It has been killed: the press looks, and starts it.
         window.Asr3WindowFound = true;
         program.report(true);
-        QCOMPARE(
-            program.done(),
-            QStringLiteral("start to type /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00"));
+        QCOMPARE(program.done(),
+                 QStringLiteral("open to type /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00"));
         program.report(false);
         window.XFOfflineMode = true;
         window.Asr3WindowFound = false;
