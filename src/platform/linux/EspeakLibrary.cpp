@@ -15,6 +15,14 @@ bool find(void *library, const char *name, Function &function)
     return function != nullptr;
 }
 
+decltype(EspeakLibrary::initialize) initializeLibrary = nullptr;
+
+int initializeOnce(int output, int bufferMs, const char *path, int options)
+{
+    static const int sampleRate = initializeLibrary(output, bufferMs, path, options);
+    return sampleRate;
+}
+
 } // namespace
 
 std::optional<EspeakLibrary> loadEspeakLibrary()
@@ -25,12 +33,12 @@ std::optional<EspeakLibrary> loadEspeakLibrary()
         return std::nullopt;
     }
     EspeakLibrary functions{};
-    if (find(library, "espeak_Initialize", functions.initialize) &&
+    if (find(library, "espeak_Initialize", initializeLibrary) &&
         find(library, "espeak_SetSynthCallback", functions.setSynthCallback) &&
         find(library, "espeak_SetVoiceByName", functions.setVoiceByName) &&
         find(library, "espeak_SetParameter", functions.setParameter) &&
-        find(library, "espeak_Synth", functions.synth) &&
-        find(library, "espeak_Terminate", functions.terminate)) {
+        find(library, "espeak_Synth", functions.synth)) {
+        functions.initialize = initializeOnce;
         return functions;
     }
     qWarning("Speech: libespeak-ng lacks a function");

@@ -200,11 +200,6 @@ void EspeakThread::run(const std::shared_ptr<Shared> &shared)
             shared->ended(next.first, end); // under the lock: the destructor comes before or after it
         }
     }
-    lock.unlock();
-    if (sampleRate > 0) {
-        library.terminate();
-    }
-    lock.lock();
     shared->finished = true;
     shared->changed.notify_all();
 }
