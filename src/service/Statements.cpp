@@ -52,8 +52,8 @@ constexpr StatementRow rows[] = {
      8},
     {Statement::ReadInputMethod, "select * from %1.%2 where ASR3Index=%3", 3},
     {Statement::WriteMustClick, "update %1.%2 set MustClickRunASR3=%3 where DongleID='%4'", 4},
-    {Statement::WriteInputMethodDownload,
-     "update %1.%2 set EnableThirdpatyVoiceInput=%3 where DongleID='%4'", 4},
+    {Statement::WriteInputMethodDownload, "update %1.%2 set EnableThirdpatyVoiceInput=%3 where DongleID='%4'",
+     4},
 
     {Statement::CountBaidu,
      "update %1.%2 set BDSR1DUsedQuantity=%3,LatestLoginTime='%4',CurrentVersion=%5,CurrentSubVer='%6' "
