@@ -38,6 +38,16 @@ bool writeRows(const QString &path, const CommandRows &rows)
     return false;
 }
 
+/// What cannot be read is shown as a table without rows; such rows must not take the file's place.
+bool writeReadRows(const QString &path, const CommandRows &rows)
+{
+    if (!readCommandFile(path)) {
+        qWarning().noquote() << "Command table:" << path << "cannot be read, so it is not replaced";
+        return false;
+    }
+    return writeRows(path, rows);
+}
+
 } // namespace
 
 CommandTable::CommandTable(QString folder)
@@ -77,7 +87,7 @@ CommandRows CommandTable::readMerged(std::optional<CommandType> only) const
 
 bool CommandTable::writeTyped(CommandType type, const CommandRows &rows) const
 {
-    return writeRows(typedPath(type), rows);
+    return writeReadRows(typedPath(type), rows);
 }
 
 bool CommandTable::writeMerged(const CommandRows &rows) const
@@ -101,14 +111,14 @@ QString CommandTable::draftPath(CommandType type) const
     return typedPath(type) + QStringLiteral(".draft");
 }
 
-void CommandTable::writeDraft(CommandType type, const CommandRows &rows) const
+bool CommandTable::writeDraft(CommandType type, const CommandRows &rows) const
 {
-    writeRows(draftPath(type), rows);
+    return writeReadRows(draftPath(type), rows);
 }
 
 std::optional<CommandRows> CommandTable::readDraft(CommandType type) const
 {
-    if (!QFile::exists(draftPath(type))) {
+    if (!QFile::exists(draftPath(type)) || !readCommandFile(draftPath(type))) {
         return std::nullopt;
     }
     return readRows(draftPath(type));
@@ -128,7 +138,15 @@ bool CommandTable::keepCopy(CommandType type) const
     if (text->isEmpty()) {
         return true;
     }
-    const QString failure = replaceWholeFile(typedPath(type) + QStringLiteral(".bak"), *text);
+    const QString first = typedPath(type) + QStringLiteral(".bak");
+    QString path = first;
+    for (int number = 2; QFile::exists(path); ++number) {
+        if (readCommandFile(path) == text) {
+            return true;
+        }
+        path = first + QString::number(number);
+    }
+    const QString failure = replaceWholeFile(path, *text);
     if (!failure.isEmpty()) {
         qWarning().noquote() << "Command table: no copy of" << typedPath(type) << "can be kept:" << failure;
     }

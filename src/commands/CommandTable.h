@@ -23,7 +23,8 @@ public:
     CommandRows readMerged(std::optional<CommandType> only = std::nullopt) const;
 
     /// Writes a file anew from the rows, numbered by their places. False, with a log line, when the disk
-    /// refuses; the file is then as it was before.
+    /// refuses; the file is then as it was before. A type's file that is there and cannot be read is not
+    /// replaced: nobody has seen what it holds.
     bool writeTyped(CommandType type, const CommandRows &rows) const;
     bool writeMerged(const CommandRows &rows) const;
 
@@ -31,14 +32,14 @@ public:
     bool rebuildMerged() const;
 
     /// Rows of a type that are being edited and are not saved: they stand in a file of their own beside the
-    /// table, so that neither a crash nor a closed window takes them.
-    void writeDraft(CommandType type, const CommandRows &rows) const;
-    /// Nothing when there is no draft.
+    /// table, so that neither a crash nor a closed window takes them. False as writeTyped.
+    bool writeDraft(CommandType type, const CommandRows &rows) const;
+    /// Nothing when there is no draft or it cannot be read.
     std::optional<CommandRows> readDraft(CommandType type) const;
     void removeDraft(CommandType type) const;
 
-    /// Copies a type's file to one with ".bak" at its end, in place of an older copy. True too when there is
-    /// nothing to copy.
+    /// Copies a type's file to one with ".bak" at its end, or ".bak2", ".bak3" and so on where older copies
+    /// stand. True too when there is nothing to copy, or a copy has the same content.
     bool keepCopy(CommandType type) const;
 
 private:

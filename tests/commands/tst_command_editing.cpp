@@ -1,5 +1,6 @@
 // What the editor of the command words decides: forms, shortcuts, searches, faults of rows, one file for all.
 
+#include "base/WholeFile.h"
 #include "commands/CommandBundle.h"
 #include "commands/CommandFaults.h"
 #include "commands/CommandFile.h"
@@ -207,6 +208,32 @@ private Q_SLOTS:
         QFile copy(table.typedPath(CommandType::Web) + ".bak"_s);
         QVERIFY(copy.open(QFile::ReadOnly));
         QCOMPARE(parseCommandFile(copy.readAll()).rows.at(0).CommandWords, "旧"_s);
+        QVERIFY(table.writeTyped(CommandType::Web, {row("二"_s, "x"_s, CommandType::Web)}));
+        QVERIFY(table.keepCopy(CommandType::Web));
+        QVERIFY(table.keepCopy(CommandType::Web)); // the same content once more
+        QFile second(copy.fileName() + "2"_s);
+        QVERIFY(second.open(QFile::ReadOnly));
+        QCOMPARE(parseCommandFile(second.readAll()).rows.at(0).CommandWords, "二"_s);
+        QVERIFY(copy.seek(0));
+        QCOMPARE(parseCommandFile(copy.readAll()).rows.at(0).CommandWords, "旧"_s);
+        QVERIFY(!QFile::exists(copy.fileName() + "3"_s));
+    }
+
+    /// Longer than any table: nobody may read it, but its name could be taken.
+    void whatCannotBeReadIsNotReplaced()
+    {
+        const QTemporaryDir folder;
+        const CommandTable table(folder.path());
+        const QString path = table.typedPath(CommandType::Web);
+        for (const QString &name : {path, path + ".draft"_s}) {
+            QFile file(name);
+            QVERIFY(file.open(QFile::WriteOnly) && file.resize(largestWholeFile + 1));
+        }
+        const CommandRows rows{row("新"_s, "x"_s, CommandType::Web)};
+        QVERIFY(!table.writeTyped(CommandType::Web, rows));
+        QVERIFY(!table.readDraft(CommandType::Web));
+        QVERIFY(!table.writeDraft(CommandType::Web, rows));
+        QCOMPARE(QFileInfo(path).size(), qint64(largestWholeFile + 1));
     }
 };
 
