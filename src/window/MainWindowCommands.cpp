@@ -76,8 +76,12 @@ void MainWindow::pushBuutton_CommandWord_clicked()
         m_commandWords->activateWindow();
         return;
     }
+    if (m_commandWords != nullptr && !m_commandWords->saveDraft()) {
+        m_commandWords->activateWindow(); // it alone has the rows
+        return;
+    }
     if (m_commandWords != nullptr) {
-        m_commandWords->hide(); // keeps what was not saved
+        m_commandWords->hide();
         m_commandWords->deleteLater();
     }
     m_commandWords = new CommandWordDialog(mevo::CommandTable(), *this);

@@ -333,6 +333,31 @@ private Q_SLOTS:
         QCOMPARE(editor.tables.readDraft(CommandType::Web)->at(0).CommandWords, "new"_s);
     }
 
+    void escapeBringsTheMergedTableUpToDate()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("word"_s, "w"_s, CommandType::Web)}));
+        editor.open();
+        QTest::keyClick(editor.dialog.get(), Qt::Key_Escape);
+        QVERIFY(!editor.dialog->isVisible());
+        QCOMPARE(editor.tables.readMerged().at(0).CommandWords, "word"_s);
+    }
+
+    /// A second letter does not put the draft off.
+    void whoTypesOnGetsADraft()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
+        editor.open();
+        QElapsedTimer typing;
+        typing.start();
+        while (!editor.tables.readDraft(CommandType::Web) && typing.elapsed() < 20000) {
+            QTest::keyClick(editor.at<QLineEdit>("lineEdit_CommandWord"), Qt::Key_A);
+            QTest::qWait(20);
+        }
+        QVERIFY(editor.tables.readDraft(CommandType::Web));
+    }
+
     /// As a crash does: nothing of the dialog runs any more.
     void aDraftIsOfferedAtTheNextOpening_data()
     {

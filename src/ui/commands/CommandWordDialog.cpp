@@ -23,8 +23,8 @@
 
 namespace {
 
-constexpr int draftDelayMs = 1000;    ///< after the last letter
-constexpr int diagnosisDelayMs = 200; ///< likewise
+constexpr int draftDelayMs = 1000;    ///< after the first change that no draft has
+constexpr int diagnosisDelayMs = 200; ///< after the last letter
 constexpr int yesButton = 0;
 
 using mevo::CommandRowsModel;
@@ -81,15 +81,19 @@ int CommandWordDialog::currentRow() const
 void CommandWordDialog::changed()
 {
     m_dirty = true;
-    m_draftTimer.start();
+    if (!m_draftTimer.isActive()) {
+        m_draftTimer.start(); // not anew with each letter: who types on and on would never get a draft
+    }
     m_diagnosisTimer.start();
 }
 
 void CommandWordDialog::on_pushButton_AddCmdWord_clicked()
 {
     const QPointer<CommandWordDialog> self(this);
-    tell(tr("建议在增加前先查询有没有定义过，如重复定义语音映射词，\n将执行最初定义的功能！"));
-    if (self.isNull()) {
+    // Unanswered, it was closed with all questions at the program's end.
+    if (ask(tr("提示"),
+            tr("建议在增加前先查询有没有定义过，如重复定义语音映射词，\n将执行最初定义的功能！")) < 0 ||
+        self.isNull()) {
         return;
     }
     if (!m_view) {
@@ -143,6 +147,10 @@ void CommandWordDialog::on_pushButton_DelCmdWord_clicked()
     m_busy = true;
     m_model->remove(row);
     m_busy = false;
+    m_hits.clear(); // their numbers are other rows' now
+    m_hit = -1;
+    m_next->hide();
+    m_previous->hide();
     const int left = m_model->rowCount();
     applyHidden();
     changed();
@@ -324,8 +332,11 @@ void CommandWordDialog::showRow(int row)
         m_content->clear();
     } else {
         m_content->setText(content);
+        if (m_content->validator() != nullptr && !m_content->hasAcceptableInput()) {
+            m_content
+                ->clear(); // a field that holds something invalid lets anything in; the row keeps its own
+        }
     }
-    m_words->setCursorPosition(0);
     m_content->setCursorPosition(0);
     m_busy = false;
 }

@@ -36,13 +36,18 @@ public:
 
     /// What a close does, without a question: for the end of the program.
     void finish();
+    /// Keeps unsaved rows in the draft at once; false when that failed, so that only the dialog has them.
+    bool saveDraft();
+
+public Q_SLOTS:
+    /// Escape and the close box: the window is hidden, unsaved rows stay.
+    void reject() override;
 
 Q_SIGNALS:
     /// The user has closed the dialog by its own button and is done with it.
     void closed();
 
 protected:
-    void closeEvent(QCloseEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private Q_SLOTS:
@@ -84,14 +89,14 @@ private:
 
     void record_sortbyclounm(int column);
     void chooseView(View view);
-    /// Asks about unsaved rows where rows were added; false when the dialog has gone meanwhile.
+    /// Asks about unsaved rows where rows were added; false when the dialog has gone meanwhile, or the rows
+    /// could be kept nowhere and the view has to stay.
     bool leaveView();
     void loadView();
     mevo::CommandRows rowsOfAllTypes() const;
     /// The rows to show of a type: its file's, or those of a draft that the user wants back.
     std::optional<mevo::CommandRows> typedRows(mevo::CommandType type);
     bool saveView();
-    void saveDraft();
     bool rebuildMerged();
 
     int currentRow() const;
@@ -116,7 +121,8 @@ private:
     std::vector<int> m_hits;
     int m_hit = -1;
     bool m_dirty = false;
-    View m_pending; ///< where rows go when the view is left; none: nothing is asked then
+    bool m_loaded = false; ///< the rows shown are those of `m_view`
+    View m_pending;        ///< where rows go when the view is left; none: nothing is asked then
     View m_view;
     mevo::CommandTables m_all; ///< of the files, for the search for words that are taken
     int m_sortColumn = -1;

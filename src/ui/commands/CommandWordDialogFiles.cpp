@@ -6,7 +6,6 @@
 #include "ui/commands/CommandRowsModel.h"
 #include "ui/commands/CommandWordDialog.h"
 
-#include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -30,6 +29,7 @@ void CommandWordDialog::chooseView(View view)
         return;
     }
     m_view = view;
+    m_loaded = false;
     loadView();
 }
 
@@ -50,7 +50,7 @@ bool CommandWordDialog::leaveView()
             m_tables.removeDraft(left);
             m_dirty = false;
         } else if (answer < yesButton) {
-            saveDraft(); // a question that was closed has not been answered
+            // A question that was closed has not been answered: the draft keeps the rows.
         } else if (target == left ? m_tables.writeTyped(left, rows)
                                   : m_tables.keepCopy(target) && m_tables.writeTyped(target, rows)) {
             if (target == left) {
@@ -65,7 +65,11 @@ bool CommandWordDialog::leaveView()
             }
         }
     }
-    saveDraft();
+    if (!saveDraft()) {
+        m_viewButtons[m_view ? int(*m_view) : -1]->setChecked(true);
+        tell(tr("语音映射词没有保存，原来的文件没有改动。"));
+        return false;
+    }
     m_dirty = false;
     m_pending = std::nullopt;
     return true;
@@ -116,6 +120,7 @@ void CommandWordDialog::loadView()
     m_busy = true;
     m_model->setRows(std::move(*rows));
     m_busy = false;
+    m_loaded = true;
     m_hits.clear();
     m_hit = -1;
     m_next->hide();
@@ -150,6 +155,9 @@ void CommandWordDialog::diagnose()
 
 bool CommandWordDialog::saveView()
 {
+    if (!m_loaded) {
+        return false; // the table still shows no rows, or another view's
+    }
     const bool saved =
         m_view ? m_tables.writeTyped(*m_view, m_model->rows()) : m_tables.writeMerged(m_model->rows());
     if (!saved) {
@@ -165,12 +173,14 @@ bool CommandWordDialog::saveView()
     return true;
 }
 
-void CommandWordDialog::saveDraft()
+bool CommandWordDialog::saveDraft()
 {
     m_draftTimer.stop();
-    if (m_dirty && m_view) {
-        m_tables.writeDraft(*m_view, m_model->rows());
+    if (m_dirty && m_view && m_loaded && !m_tables.writeDraft(*m_view, m_model->rows())) {
+        m_draftTimer.start();
+        return false;
     }
+    return true;
 }
 
 /// The view of all rows changes no file: there is nothing to bring up to date then.
@@ -189,13 +199,16 @@ void CommandWordDialog::finish()
 void CommandWordDialog::on_pushButton_Close_clicked()
 {
     const QPointer<CommandWordDialog> self(this);
-    close(); // brings the merged table up to date
-    if (!self.isNull()) {
+    if (!saveDraft()) {
+        tell(tr("语音映射词没有保存，原来的文件没有改动。"));
+        return; // the window alone has the rows
+    }
+    if (close() && !self.isNull()) { // brings the merged table up to date
         Q_EMIT closed();
     }
 }
 
-void CommandWordDialog::closeEvent(QCloseEvent *event)
+void CommandWordDialog::reject()
 {
     const QPointer<CommandWordDialog> self(this);
     saveDraft();
@@ -203,7 +216,7 @@ void CommandWordDialog::closeEvent(QCloseEvent *event)
         tell(tr("语音映射词没有保存，原来的文件没有改动。"));
     }
     if (!self.isNull()) {
-        QDialog::closeEvent(event);
+        QDialog::reject();
     }
 }
 
