@@ -213,7 +213,7 @@ void MainWindow::chooseEngineOfSettings(mevo::Engine engine)
     if (m_recorder == nullptr) {
         return;
     }
-    closeInputMethodWindow();
+    leaveInputMethodAtChoice();
     if (RunAsAdmin) {
         clearRunAsAdministrator();
     }
