@@ -1,3 +1,4 @@
+#include "app/CommandLine.h"
 #include "app/RunProgram.h"
 #include "engines/CurlPost.h"
 #include "platform/Platform.h"
@@ -5,8 +6,20 @@
 #include <QApplication>
 #include <QOpenGLContext>
 
+#include <cstdio>
+
 int main(int argc, char *argv[])
 {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    const mevo::CommandLine line = mevo::readCommandLine(arguments);
+    if (line.wish != mevo::CommandLine::Wish::Run) {
+        const bool refused = line.wish == mevo::CommandLine::Wish::Refuse;
+        std::fputs(line.text.toLocal8Bit().constData(), refused ? stderr : stdout);
+        return line.exitCode();
+    }
     const mevo::CurlLibrary curl;
     // Nothing here draws with OpenGL, whose software implementation takes 50 MB.
     const char glIntegration[] = "QT_XCB_GL_INTEGRATION";

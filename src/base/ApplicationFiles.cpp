@@ -28,7 +28,7 @@ bool isWritable(const QString &folder)
 void copyShippedFiles(const QString &target)
 {
     const QString program = QCoreApplication::applicationDirPath();
-    for (const QString &source : {program, program + QStringLiteral("/../share/mevoinput")}) {
+    for (const QString &source : {program, program + QStringLiteral("/" MEVO_SHIPPED_FOLDER)}) {
         const QDir shipped(source);
         for (const QString &name : shipped.entryList({QStringLiteral("MEV*.ini")}, QDir::Files)) {
             const QString copy = target + QLatin1Char('/') + name;
@@ -50,6 +50,7 @@ QString findFolder()
     }
     const QString program = QCoreApplication::applicationDirPath();
     if (isWritable(program)) {
+        copyShippedFiles(program); // of an installation into a folder of the user's own
         return program;
     }
     const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);

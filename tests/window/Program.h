@@ -25,7 +25,7 @@ struct Program
     {
         static const ScratchHome home;
         MainWindow::exitWaitMs = 50;
-        MainWindow::startWaitMs = 3000; // what happens in its waits is looked at
+        MainWindow::startWaitMs = 30000; // what happens in its waits is looked at
         const QByteArray at = host.toLatin1();
         home.write(QStringLiteral("MEVOEndpoints.ini"),
                    "[Endpoints]\nBackendUrl=\"http://" + at + "/mevowebapi?\"\nBackendUrlBk1=\"http://" + at +

@@ -33,6 +33,7 @@ struct Bar
                        settings);
         fake.hid->entries = FakeHid::receiver();
         fake.hid->identityReply = QByteArray::fromHex("010c5713000100020000000000000000");
+        MainWindow::startWaitMs = 30000; // a loaded machine is no slow service
         window = std::make_unique<MainWindow>(fake.platform);
     }
     QStringList latchOffs()

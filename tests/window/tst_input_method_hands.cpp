@@ -75,6 +75,7 @@ public:
 
     MainWindow &start()
     {
+        MainWindow::startWaitMs = 30000; // a loaded machine is no slow service
         window = std::make_unique<MainWindow>(fake.platform);
         return *window;
     }
