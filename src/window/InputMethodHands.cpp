@@ -63,12 +63,13 @@ void InputMethodHands::openInstaller(const QString &path)
 void InputMethodHands::downloadCancelled()
 {
     m_window.LocalEnableThirdpatyVoiceInput = false;
-    // From the event loop: the request waits, and the download has not been taken apart yet.
-    QTimer::singleShot(0, &m_window, [this] {
-        if (!m_window.isLeaving()) {
-            m_window.RunBackendSql(deviceStatement(Statement::WriteInputMethodDownload, m_window.SchemaName,
-                                                   {QStringLiteral("0"), m_window.DongleID}),
-                                   tellTimeoutMs);
+    // From the event loop: the request waits, and the download has not been taken apart yet. These hands may
+    // have gone by then.
+    QTimer::singleShot(0, &m_window, [&window = m_window] {
+        if (!window.isLeaving()) {
+            window.RunBackendSql(deviceStatement(Statement::WriteInputMethodDownload, window.SchemaName,
+                                                 {QStringLiteral("0"), window.DongleID}),
+                                 tellTimeoutMs);
         }
     });
 }

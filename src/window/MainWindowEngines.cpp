@@ -191,6 +191,10 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     }
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
+    if (EnableASR3) { // else the record would put the input method back at its next reading
+        EnableASR3 = false;
+        tellRecord({{QStringLiteral("EnableASR3"), 0}});
+    }
     carryOut(mevo::chooseLanguage(row, *this, *m_recorder));
     rememberWhetherEngineTold();
 }

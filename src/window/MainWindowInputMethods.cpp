@@ -308,6 +308,7 @@ void MainWindow::askConsent()
     m_methodBoxOpen = true;
     whenStarted([this] {
         if (isLeaving()) {
+            m_methodBoxOpen = false;
             return;
         }
         enum Button { Agree, Refuse };
@@ -385,6 +386,7 @@ void MainWindow::offerInputMethod()
     const int index = LocalUseASR3Index;
     whenStarted([this, index] {
         if (isLeaving()) {
+            m_methodBoxOpen = false;
             return;
         }
         enum Button { Fetch, NotNow };

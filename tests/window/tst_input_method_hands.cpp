@@ -251,7 +251,8 @@ private Q_SLOTS:
         QVERIFY(window.recorder()->UseTXASRApi && !window.recorder()->BaiDuNoStreamApi); // the idle engine
 
         p.choose(QStringLiteral("普通话(腾讯版)"));
-        QVERIFY(!window.ThirdPartyActive && !window.LocalEnableASR3);
+        QVERIFY(!window.ThirdPartyActive && !window.LocalEnableASR3 && !window.EnableASR3);
+        QCOMPARE(p.told(QStringLiteral("set EnableASR3=0 where DongleID='02-01-001357'")).size(), 1);
         p.choose(row); // the question does not come twice
         QVERIFY(window.ThirdPartyActive);
         QCOMPARE(p.asked(QStringLiteral("同意")), 1);
