@@ -45,9 +45,10 @@ QPair<bool, QString> Parser::request(const QString &text, const QString &from, c
     const QUrl url = QUrl::fromEncoded(m_url.toEncoded() + '?' + mevo::translationQuery(request, m_sign));
 
     const QPointer<Parser> alive(this);
+    const QString receiver = m_state.DongleID;
     QString reply;
     m_api.BackendGet(url, requestTimeoutMs, reply, mevo::checksCertificate(m_endpoints, url));
-    if (!alive.isNull()) {
+    if (!alive.isNull() && m_state.DongleID == receiver) { // another one has a count of its own
         count();
     }
     return mevo::translationResult(reply, text);
@@ -56,7 +57,7 @@ QPair<bool, QString> Parser::request(const QString &text, const QString &from, c
 void Parser::count()
 {
     const mevo::TranslationCount count = mevo::countTranslation(m_state);
-    if (count.written) {
+    if (count.written && !m_state.DongleID.isEmpty()) {
         const QString column = QStringLiteral("BDFY1MUsedQuantity=%1").arg(m_state.BDFY1MUsedQuantity);
         m_api.RunBackendSql(nullptr,
                             mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, m_state.SchemaName,

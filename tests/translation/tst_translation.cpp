@@ -66,6 +66,7 @@ private slots:
     void accountThatComesLate();
     void askedAgainDuringAWait();
     void goneDuringAWait();
+    void receiverChangesDuringAWait();
     void languages_data();
     void languages();
     void everyLanguageInItsPlace();
@@ -394,6 +395,21 @@ void TestTranslation::goneDuringAWait()
     };
     QCOMPARE(trans->translate(QStringLiteral("abc")), Result(true, QStringLiteral("late")));
     QCOMPARE(m_state->BDFY1MUsedQuantity, 0);
+}
+
+/// The receiver goes, or another one comes, while the answer is awaited: its count is not touched.
+void TestTranslation::receiverChangesDuringAWait()
+{
+    const QString receiver = m_state->DongleID;
+    for (const QString &next : {QString(), QStringLiteral("09-09-090909")}) {
+        m_state->DongleID = receiver;
+        m_state->BDFY1MUsedQuantity = 99; // the next one would be written
+        const std::unique_ptr<Trans> trans = makeTrans(*m_server);
+        m_server->onRequest = [&](const ScriptedRequest &) { m_state->DongleID = next; };
+        trans->translate(QStringLiteral("abc"));
+        QCOMPARE(m_state->BDFY1MUsedQuantity, 99);
+        QCOMPARE(m_api->pendingCount(), 0);
+    }
 }
 
 void TestTranslation::languages_data()
