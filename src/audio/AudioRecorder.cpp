@@ -188,7 +188,9 @@ void AudioRecorder::OnRecordStart()
     }
     ++m_session;
     m_sessionOpen = true;
-    m_inForce = {BaiDuNoStreamApi || UseTXASRApi, UseXunFeiWebApi};
+    // Without any engine, as an input method leaves it, the session is Tencent's: nothing said in it is lost.
+    const bool noEngine = !BaiDuNoStreamApi && !UseTXASRApi && !UseXunFeiWebApi;
+    m_inForce = {BaiDuNoStreamApi || UseTXASRApi || noEngine, UseXunFeiWebApi};
     m_blockCount = 0;
     m_unsentBytes = 0;
     m_answerTimer.stop();

@@ -4,6 +4,7 @@
 #include "base/ServiceEndpoints.h"
 #include "base/StartClock.h"
 #include "device/DeviceChanges.h"
+#include "engines/EngineCatalogue.h"
 #include "engines/EngineHost.h"
 #include "engines/XunFeiHost.h"
 #include "inputmethods/Asr3Row.h"
@@ -308,7 +309,9 @@ private:
     void refreshSettings();
     void chooseEngineOfSettings(mevo::Engine engine);
     void chooseInputMethodOfSettings(int index);
-    void setUpChosenInputMethod(int choice, mevo::Engine before);
+    void setUpChosenInputMethod(int choice);
+    /// Puts the engine in force again that was before an input method which does not come.
+    void restoreEngine();
     /// The user has chosen what the device record holds as well: it is told, and until it has been it cannot
     /// take the choice back.
     void tellRecord(const mevo::RecordChoices &choices);
@@ -591,6 +594,7 @@ private:
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
     bool m_elevationWanted = false;     ///< the input method of the settings needs the administrator's rights
     mevo::Asr3Row m_asr3Row;            ///< of the input method that was set up last
+    mevo::Engine m_engineBefore = mevo::Engine::Tencent; ///< in force when the settings chose an input method
     int m_setup = 0;                    ///< counts the set-ups of input methods; the last one holds
     int m_methodSetUp = -1;             ///< index of the method that is set up
     bool m_methodBoxOpen = false;       ///< the user is being asked about an input method

@@ -248,14 +248,15 @@ void MainWindow::chooseInputMethodOfSettings(int index)
     if (m_recorder == nullptr) {
         return;
     }
-    const mevo::Engine before = LocalEnableASR3 ? mevo::Engine::Tencent : mevo::engineInForce(*m_recorder);
+    if (!LocalEnableASR3) {
+        m_engineBefore = mevo::engineInForce(*m_recorder);
+    }
     const int choice = ++m_languageChoice;
     writeSettings(mevo::chooseInputMethod(index, *this, *m_recorder).writes);
-    QTimer::singleShot(0, this, [this, choice, before] { setUpChosenInputMethod(choice, before); });
+    QTimer::singleShot(0, this, [this, choice] { setUpChosenInputMethod(choice); });
 }
 
-/// `before` is what was in force: it goes on when the method cannot be set up.
-void MainWindow::setUpChosenInputMethod(int choice, mevo::Engine before)
+void MainWindow::setUpChosenInputMethod(int choice)
 {
     if (isLeaving() || choice != m_languageChoice) {
         return;
@@ -266,14 +267,31 @@ void MainWindow::setUpChosenInputMethod(int choice, mevo::Engine before)
     }
     if (LocalEnableASR3) {
         BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false; // they would silence the keys
-    } else {
-        const mevo::EngineChange back = mevo::chooseEngine(before, *this, *m_recorder);
-        carryOut({back.writes, true, false, false});
+        EnableASR3 = true;
+        tellRecord(
+            {{QStringLiteral("EnableASR3"), 1}, {QStringLiteral("MustClickRunASR3"), int(MustClickRunASR3)}});
     }
-    EnableASR3 = LocalEnableASR3;
-    tellRecord({{QStringLiteral("EnableASR3"), int(EnableASR3)},
-                {QStringLiteral("MustClickRunASR3"), int(MustClickRunASR3)}});
     refreshSettings();
+}
+
+/// The settings leave no engine in force beside an input method, so that one has to come back: at once, or
+/// when the user has answered what the set-up asks.
+void MainWindow::restoreEngine()
+{
+    if (m_recorder == nullptr || m_recorder->BaiDuNoStreamApi || m_recorder->UseTXASRApi ||
+        m_recorder->UseXunFeiWebApi) {
+        return;
+    }
+    const mevo::EngineChange back = mevo::chooseEngine(m_engineBefore, *this, *m_recorder);
+    writeSettings(back.writes);
+    EnableASR3 = false;
+    tellRecord({{QStringLiteral("EnableASR3"), 0}});
+    QTimer::singleShot(0, this, [this] {
+        if (!isLeaving() && m_recorder != nullptr) {
+            BuildAsrLanMenu(true, false);
+            refreshSettings();
+        }
+    });
 }
 
 QString MainWindow::inputMethodStatement() const
@@ -398,6 +416,9 @@ mevo::SessionContext MainWindow::contextInForce() const
                       m_recorder->UseXunFeiWebApi,  m_recorder->EnableXunFeiWebApiDwa,
                       BaiDuNoStreamApi_FastVersion, BaiDuCurrentVoiceType,
                       TXCurrentVoiceType,           XunFeiWebApiCurrentVoiceType};
+    if (!context.engine.baidu && !context.engine.xunFei) {
+        context.engine.tencent = true; // as the recorder has it: an input method leaves no engine in force
+    }
     return context;
 }
 

@@ -93,10 +93,12 @@ void MainWindow::SetupAsr3()
         m_methodSetUp = mevo::thirdPartyNone;
     }
     if (!LocalEnableASR3) {
+        restoreEngine();
         return;
     }
     if (!isMethod(index)) {
         mevo::leaveInputMethod(*this);
+        restoreEngine();
         return;
     }
     if (index != mevo::thirdPartyCustom) {
@@ -373,6 +375,7 @@ void MainWindow::fallBackFromInputMethod(const QString &text)
     message(text, mevo::MessageIcon::Information, messageMs);
     m_startAtSetup = false;
     mevo::leaveInputMethod(*this); // for this run: it may be there at the next start
+    restoreEngine();
     setLanguageButtonImage(mevo::languageButtonStyle(QStringLiteral("PuTongHua"), ShowVerticalUI));
     showLanguages();
 }
@@ -415,6 +418,7 @@ void MainWindow::refuseInputMethod()
 {
     m_startAtSetup = false;
     writeSettings(mevo::leaveInputMethod(*this));
+    restoreEngine();
     EnableASR3 = false;
     UseASR3Index = mevo::thirdPartyNone;
     ++m_languageChoice;

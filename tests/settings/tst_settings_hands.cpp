@@ -111,11 +111,12 @@ private Q_SLOTS:
         QVERIFY(window.recorder()->BaiDuNoStreamApi && window.recorder()->BaiduViaSettings);
     }
 
-    /// This build has no input method, so that each choice of one falls back.
+    /// A choice that the user takes back, or that does not come, leaves the engine that was in force.
     void anInputMethodThatIsNotThere()
     {
         WithSettings program;
         MainWindow &window = *program.window;
+        program.answer = 0; // to all that is asked
         program.button("radioButton_EnableThirdPartyVoiceInput")->click();
         program.settle();
         QTRY_VERIFY(window.recorder()->BaiDuNoStreamApi);
