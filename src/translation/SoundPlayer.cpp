@@ -1,5 +1,6 @@
 #include "translation/SoundPlayer.h"
 
+#include <QAudioDeviceInfo>
 #include <QDebug>
 #include <QFile>
 #include <QMediaPlayer>
@@ -23,7 +24,13 @@ public:
         m_player.setNotifyInterval(200);
         connect(&m_stillstand, &QTimer::timeout, this,
                 [this] { end(SoundEnd::NoPlayer, "it stands still"); });
-        connect(&m_player, &QMediaPlayer::positionChanged, &m_stillstand, qOverload<>(&QTimer::start));
+        // It is also told while nothing moves.
+        connect(&m_player, &QMediaPlayer::positionChanged, this, [this](qint64 position) {
+            if (position != m_position) {
+                m_position = position;
+                m_stillstand.start();
+            }
+        });
         connect(&m_player, qOverload<QMediaPlayer::Error>(&QMediaPlayer::error), this, [this] { fail(); });
         connect(&m_player, &QMediaPlayer::mediaStatusChanged, this, [this](QMediaPlayer::MediaStatus status) {
             if (status == QMediaPlayer::EndOfMedia) {
@@ -40,6 +47,11 @@ public:
         m_isSound = sound.open(QIODevice::ReadOnly) && beginsAsMp3(sound.peek(4));
         if (m_player.availability() != QMultimedia::Available) {
             end(SoundEnd::NoPlayer, "there is no media player");
+            return;
+        }
+        // Without a device the player would play the whole file into nothing, and be content.
+        if (QAudioDeviceInfo::defaultOutputDevice().isNull()) {
+            end(SoundEnd::NoPlayer, "there is no sound device");
             return;
         }
         m_stillstand.start();
@@ -69,6 +81,7 @@ private:
 
     QMediaPlayer m_player;
     QTimer m_stillstand;
+    qint64 m_position = 0; ///< milliseconds
     bool m_isSound = false;
     bool m_ended = false;
 };

@@ -1,13 +1,14 @@
 #include "platform/linux/EspeakSpeech.h"
 
-#include <QMetaObject>
-
 namespace mevo {
 
 EspeakSpeech::EspeakSpeech(Load load, MakeSpeechSound makeSound)
     : m_load(std::move(load))
     , m_makeSound(std::move(makeSound))
 {
+    QObject::connect(
+        &m_ends, &EspeakEnds::ended, &m_ends,
+        [this](int number, int end) { onEnded(number, static_cast<SpeechEnd>(end)); }, Qt::QueuedConnection);
 }
 
 bool EspeakSpeech::open()
@@ -20,8 +21,7 @@ bool EspeakSpeech::open()
         return false;
     }
     m_thread = std::make_unique<EspeakThread>(*library, m_makeSound, [this](int number, SpeechEnd end) {
-        QMetaObject::invokeMethod(
-            &m_eventLoop, [this, number, end] { onEnded(number, end); }, Qt::QueuedConnection);
+        emit m_ends.ended(number, static_cast<int>(end));
     });
     return true;
 }

@@ -11,6 +11,15 @@
 
 namespace mevo {
 
+/// Takes the ends of texts from the speaking thread to the event loop.
+class EspeakEnds : public QObject
+{
+    Q_OBJECT
+
+signals:
+    void ended(int number, int end);
+};
+
 /// The voice of libespeak-ng, which is loaded when the voice is opened.
 class EspeakSpeech : public Speech
 {
@@ -36,7 +45,7 @@ private:
     int m_lastNumber = 0;  ///< of the texts that were given
     int m_stoppedUpTo = 0; ///< texts up to this number were stopped
     Ended m_handler;
-    QObject m_eventLoop; ///< where the thread's ends arrive; it lives longer than the thread
+    EspeakEnds m_ends; ///< lives longer than the thread
     std::unique_ptr<EspeakThread> m_thread;
 };
 

@@ -1,0 +1,48 @@
+// A computer without sound: both ways of reading aloud say so, and nothing hangs.
+#include "platform/linux/EspeakSpeech.h"
+#include "translation/SoundPlayer.h"
+
+#include <QProcess>
+#include <QtTest>
+
+#include <memory>
+
+class TestReadingSilent : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { qputenv("PULSE_SERVER", "unix:/nowhere/pulse.sock"); }
+    void byTheSystemsVoice();
+    void online();
+};
+
+void TestReadingSilent::byTheSystemsVoice()
+{
+    mevo::EspeakSpeech speech;
+    QVERIFY(speech.open());
+    QList<int> ends;
+    speech.whenStreamEnds([&ends](mevo::SpeechEnd end) { ends.append(int(end)); });
+    speech.speak(QStringLiteral("one two three"), QStringLiteral("en"));
+    QTRY_COMPARE_WITH_TIMEOUT(ends, QList<int>{int(mevo::SpeechEnd::NoSound)}, 30000);
+}
+
+void TestReadingSilent::online()
+{
+    QTemporaryDir folder;
+    const QString mp3 = folder.filePath(QStringLiteral("one.mp3"));
+    QProcess::execute(QStringLiteral("sh"),
+                      {QStringLiteral("-c"),
+                       QStringLiteral("espeak-ng --stdout one two three | lame --quiet - \"$0\""), mp3});
+    QVERIFY(QFile(mp3).size() > 1000);
+    const std::unique_ptr<mevo::SoundPlayer> player = mevo::makeSoundPlayer();
+    QList<int> sounds;
+    connect(player.get(), &mevo::SoundPlayer::ended, this,
+            [&sounds](mevo::SoundEnd end) { sounds.append(int(end)); });
+    player->play(mp3);
+    QTRY_VERIFY_WITH_TIMEOUT(!sounds.isEmpty(), 30000);
+    QCOMPARE(sounds, QList<int>{int(mevo::SoundEnd::NoPlayer)});
+}
+
+QTEST_MAIN(TestReadingSilent)
+#include "tst_reading_silent.moc"
