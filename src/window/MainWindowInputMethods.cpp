@@ -93,7 +93,6 @@ void MainWindow::SetupAsr3()
         m_methodSetUp = mevo::thirdPartyNone;
     }
     if (!LocalEnableASR3) {
-        restoreEngine();
         return;
     }
     if (!isMethod(index)) {

@@ -11,6 +11,7 @@
 #include <deque>
 #include <map>
 #include <mutex>
+#include <utility>
 
 /// A clock that moves only by sleeping on it, by a test's hand, or to the next call that is due: callAfter()
 /// takes no real time, but keeps the order.
@@ -242,11 +243,19 @@ public:
         putIn(QString());
     }
     bool hasText() const override { return m_hasText; }
-    int changes() const override { return m_changes; }
+    int changes() const override
+    {
+        const int count = m_changes;
+        if (!copiedNext.isNull()) {
+            const_cast<FakeClipboard *>(this)->putIn(std::exchange(copiedNext, QString()));
+        }
+        return count;
+    }
     QString selection() const override { return selected; }
 
     QString content;
-    QString selected; ///< in a window of another program
+    QString selected;           ///< in a window of another program
+    mutable QString copiedNext; ///< comes from another program once somebody has begun to wait for a change
 
 private:
     CallLog &m_log;
@@ -274,7 +283,7 @@ public:
 
     QStringList running;
     QStringList notInstalled; ///< siblings
-    QStringList broken; ///< programs that cannot be started
+    QStringList broken;       ///< programs that cannot be started
     Captured captured;
 
 private:

@@ -991,7 +991,8 @@ private Q_SLOTS:
         QTest::qWait(50); // what would come later
         QCOMPARE(window.recorder() == nullptr, exit);
         QVERIFY(program.questions.isEmpty());
-        QCOMPARE(program.backend.asked.size(), request);
+        QVERIFY2(program.backend.asked.size() == request,
+                 qPrintable(program.backend.asked.join(QLatin1Char('\n'))));
         QCOMPARE(window.BDSR1DUsedQuantity == used, request < 3 || rows == 0);
     }
 

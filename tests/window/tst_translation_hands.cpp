@@ -199,9 +199,9 @@ private Q_SLOTS:
         Desk desk(10000);
         desk.translateSelections();
         desk.program.fake.clipboard->putIn(QStringLiteral("before"));
+        desk.program.fake.clipboard->copiedNext = QStringLiteral("selected");
         desk.program.key(3, true);
         QTRY_VERIFY(desk.program.fake.log.has(QStringLiteral("hid send 05 81 04 01 06 00 00 00")));
-        desk.program.fake.clipboard->putIn(QStringLiteral("selected"));
         desk.program.key(3, false);
         QTRY_COMPARE(desk.translation(), QStringLiteral("[selected]"));
         QCOMPARE(desk.service.asked, QStringList{QStringLiteral("selected en>zh")});
