@@ -36,8 +36,9 @@ public:
     /// Asks for another place, in the same pixels.
     virtual void moveTo(WindowId window, const QPoint &place) = 0;
 
-    /// Between a call with true and one with false a window is moved step by step. What the display server tells
-    /// of each step is not passed on to the toolkit, which would ask back each time and wait for the answer.
+    /// Between a call with true and one with false a window is moved step by step. What the display server
+    /// tells of each step is not passed on to the toolkit, which would ask back each time and wait for the
+    /// answer.
     virtual void setSliding(WindowId window, bool sliding) = 0;
 
     /// Whether something blends windows over each other, so that what is transparent is seen through.

@@ -31,8 +31,8 @@
 #include "ui/commands/CommandWordDialog.h"
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
-#include "window/SettingsHands.h"
 #include "window/InputMethodHands.h"
+#include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
 
 #include <QCloseEvent>
