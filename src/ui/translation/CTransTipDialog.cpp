@@ -179,6 +179,9 @@ void CTransTipDialog::showTranslation(const QString &text, bool spoken)
 
 void CTransTipDialog::onIntervelSendResultTimeout()
 {
+    if (SendTransResult2ScreenMode == mevo::sendByHand) {
+        return; // by the button alone, however long it stands there
+    }
     if (m_host.resultIdle()) {
         on_pushButton_TransSend_clicked();
     } else {
