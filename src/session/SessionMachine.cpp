@@ -20,7 +20,7 @@ int keyOf(const KeyReport &report)
 
 QString tr(const char *text)
 {
-    return QCoreApplication::translate("Session", text);
+    return QCoreApplication::translate("mevo::SessionMachine", text);
 }
 } // namespace
 
