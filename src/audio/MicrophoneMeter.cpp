@@ -38,6 +38,12 @@ MicrophoneMeter::~MicrophoneMeter()
     if (m_device) {
         m_device->disconnect(this);
     }
+    if (m_input) {
+        // Stopped first: an input that goes while it is open asks a stream that it has closed already, which
+        // ends the program. And later: going, it handles events, whatever its owner is in the midst of.
+        m_input->stop();
+        m_input.release()->deleteLater();
+    }
 }
 
 void MicrophoneMeter::read()

@@ -3,6 +3,7 @@
 #include "session/ThirdPartyKeys.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QMutexLocker>
 
 namespace mevo {
@@ -19,7 +20,7 @@ int keyOf(const KeyReport &report)
 
 QString tr(const char *text)
 {
-    return QCoreApplication::translate("Session", text);
+    return QCoreApplication::translate("mevo::SessionMachine", text);
 }
 } // namespace
 
@@ -32,6 +33,9 @@ SessionMachine::SessionMachine(MainState &state, SessionPort &port)
 void SessionMachine::process(const char *report)
 {
     if (m_state.BaiduQuotaHit || m_state.XunFeiQuotaHit || m_state.TencentQuotaHit) {
+        if (const auto key = parseKeyReport(report); key && key->pressed) {
+            qInfo("Session: key %d is not taken, the day's allowance is used up", key->key);
+        }
         return;
     }
     if (m_state.ASRFuncClosed && !m_state.ThirdPartyActive) {

@@ -143,6 +143,7 @@ void MyUpdateChecker::decide()
                             if (checker.isNull()) {
                                 return;
                             }
+                            qInfo("Update: the question is answered: %s", now ? "now" : "not now");
                             if (now && !checker->m_host.isForeignInstallation()) {
                                 checker->download();
                                 return;

@@ -76,8 +76,10 @@ void MainWindow::leaveForTencent()
 void MainWindow::chooseAtLimit(int answer)
 {
     if (isLeaving() || (answer != UseXunFeiMethod && answer != UseSogouMethod)) {
+        qInfo("Allowance: no input method is chosen");
         return;
     }
+    qInfo("Allowance: input method %d is chosen", answer + 1);
     ++m_languageChoice;
     m_sessionHands.hideTipWindow();
     MicWinShown = false;

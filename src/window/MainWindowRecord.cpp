@@ -33,6 +33,7 @@ constexpr int createTimeoutMs = 2000;
 /// must not keep it starting for ever.
 constexpr char serverMoves[] = "MEVO_SERVER_MOVES";
 constexpr int mostServerMoves = 3;
+constexpr int versionBoxLookMs = 200;
 } // namespace
 
 void MainWindow::ReadServerInfo()
@@ -275,10 +276,18 @@ void MainWindow::applyRecordVersion(const QJsonObject &row)
 void MainWindow::sayThatVersionIsOld(const QString &text, bool ends)
 {
     whenStarted([this, text, ends] {
-        if (m_versionBoxOpen || isLeaving()) {
-            return; // the record may be read again while the box stands
+        if (isLeaving()) {
+            return;
+        }
+        if (m_versionBoxOpen) { // the record may be read again while the box stands
+            if (ends) {         // that of an offer, perhaps, and now it is none
+                QTimer::singleShot(versionBoxLookMs, this,
+                                   [this, text, ends] { sayThatVersionIsOld(text, ends); });
+            }
+            return;
         }
         m_versionBoxOpen = true;
+        qInfo("Device record: a newer version is %s", ends ? "demanded, and the program ends" : "offered");
         mevo::ask(this, {tr("版本更新"), text, {tr("确定")}, true});
         m_versionBoxOpen = false;
         openWebPage(DownloadDrvWeb);

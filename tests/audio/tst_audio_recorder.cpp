@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QTest>
+#include <QTimer>
 
 #include <csignal>
 #include <functional>
@@ -214,6 +215,23 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(loudest > 0, 10000);
         QTRY_COMPARE(loudest, 17); // the root of a half, of 24
         QTRY_VERIFY_WITH_TIMEOUT(player.hasEnded(), 10000);
+    }
+
+    /// The settings may be closed at any moment of the opening, and nothing happens within their closing.
+    void theMeterMayGoAtOnce()
+    {
+        for (int waitMs : {0, 0, 1, 20, 60, 120}) {
+            bool within = false;
+            {
+                const mevo::MicrophoneMeter meter;
+                if (waitMs > 0) {
+                    QTest::qWait(waitMs);
+                }
+                QTimer::singleShot(0, this, [&within] { within = true; });
+            }
+            QVERIFY(!within);
+            QTRY_VERIFY(within);
+        }
     }
 
     void meterHearsWithoutAnEngine()

@@ -172,6 +172,39 @@ private Q_SLOTS:
         }
     }
 
+    /// A file with a tr() of its own looks its texts up where the translation files have them: lupdate files
+    /// them under the class that the call stands in, whatever context that tr() names.
+    void aTrOfOnesOwnNamesTheContextOfItsTexts()
+    {
+        static const QRegularExpression own(
+            QStringLiteral("\\btr\\(const char \\*\\w+\\)\\s*\\{[^}]*translate\\(\"([^\"]+)\""));
+        static const QRegularExpression call(QStringLiteral("\\btr\\((\"[^;]*?\")\\)"));
+        QSet<QString> known;
+        for (const Message &message : messagesOf(QStringLiteral(MEVO_TRANSLATIONS "/en.ts"))) {
+            known.insert(message.context + QLatin1Char(':') + message.source);
+        }
+        QDirIterator files(QStringLiteral(MEVO_SOURCES), {QStringLiteral("*.cpp")}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        QStringList wrong;
+        int seen = 0;
+        while (files.hasNext()) {
+            QFile file(files.next());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QString code = QString::fromUtf8(file.readAll());
+            const QRegularExpressionMatch context = own.match(code);
+            for (auto calls = call.globalMatch(code); context.hasMatch() && calls.hasNext();) {
+                for (const QString &literal : literalsOf(calls.next().captured(1))) {
+                    ++seen;
+                    if (!known.contains(context.captured(1) + QLatin1Char(':') + literal)) {
+                        wrong.append(files.fileName() + QStringLiteral(": ") + literal);
+                    }
+                }
+            }
+        }
+        QVERIFY(seen > 0);
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
+    }
+
     /// A Chinese text that goes to the user without tr() is in no translation file.
     void noTextBypassesTranslation()
     {

@@ -20,6 +20,9 @@
 #include <QScopedValueRollback>
 #include <QtTest>
 
+#include <functional>
+#include <utility>
+
 namespace {
 
 const ScratchHome home;
@@ -154,8 +157,9 @@ struct Program
     FakePlatform fake;
     Backend backend{fake.log};
     std::unique_ptr<MainWindow> window;
-    QList<mevo::Question> questions; ///< that the user was asked
-    int answer = 2;                  ///< the button that is pressed
+    QList<mevo::Question> questions;  ///< that the user was asked
+    int answer = 2;                   ///< the button that is pressed
+    std::function<void()> onQuestion; ///< runs while a question stands
     Pages pages;
 
     explicit Program(bool plugged = true, const QByteArray &settings = {})
@@ -180,6 +184,9 @@ struct Program
         }
         mevo::askHook = [this](const mevo::Question &question) {
             questions.append(question);
+            if (onQuestion) {
+                std::exchange(onQuestion, nullptr)();
+            }
             return answer;
         };
         for (const char *scheme : {"http", "https", "file"}) {
@@ -904,6 +911,24 @@ private Q_SLOTS:
             QTRY_COMPARE(window.recorder() == nullptr, leaves);
             QTEST(program.backend.askedLike(QStringLiteral("CurrentVersion=107 where")), "told");
         }
+    }
+
+    /// What was an offer may be a demand by the time the user answers.
+    void aNewerVersionIsDemandedWhileItIsOffered()
+    {
+        Program program;
+        const MainWindow &window = program.start();
+        program.onQuestion = [&] {
+            program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("2")}};
+            program.window->ReadServerInfo();
+            QTest::qWait(1); // it is said from the event loop, and the offer stands
+            QCOMPARE(program.questions.size(), 1);
+        };
+        program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("0")}};
+        program.window->ReadServerInfo();
+        QTRY_COMPARE(program.questions.size(), 2);
+        QCOMPARE(program.questions[1].text, QStringLiteral("已有最新版本，请下载更新软件后再使用！"));
+        QTRY_VERIFY(window.recorder() == nullptr);
     }
 
     void theDayOfCounting_data()
