@@ -1407,6 +1407,14 @@ the first definition is the one that runs!</translation>
         <source>导入了%1条，%2条已经有了，%3条不能识别。</source>
         <translation>%1 rows imported, %2 were there already, %3 are of no known type.</translation>
     </message>
+    <message>
+        <source>“%1”这一类型在这里不起作用</source>
+        <translation>“%1” never acts here</translation>
+    </message>
+    <message>
+        <source>“%1”没有保存，原来的文件没有改动。</source>
+        <translation>“%1” was not saved; its file is as it was.</translation>
+    </message>
 </context>
 <context>
     <name>SelectApplication</name>
