@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace {
 
 QList<CommandWordDialog *> editors()
@@ -107,7 +109,10 @@ private Q_SLOTS:
         open->click();
         QCOMPARE(editors().size(), 1);
         QVERIFY(editor.isNull());
-        QCOMPARE(tables.readDraft(mevo::CommandType::Web)->at(0).CommandWords, QStringLiteral("w"));
+        const auto kept = tables.readDraft(mevo::CommandType::Web); // behind rows that come with the program
+        QVERIFY(kept && std::any_of(kept->begin(), kept->end(), [](const mevo::CommandRow &row) {
+                    return row.CommandWords == QLatin1String("w");
+                }));
         tables.removeDraft(mevo::CommandType::Web);
     }
 };

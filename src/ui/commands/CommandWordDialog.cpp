@@ -368,7 +368,6 @@ void CommandWordDialog::showRow(int row)
         m_win->setChecked(parts.win);
         const bool isNew = content == tr(mevo::commandForm(CommandType::Shortcut).newContent);
         m_key->setCurrentIndex(isNew ? 0 : m_key->findText(parts.key));
-        m_key->setPlaceholderText(parts.key); // shown for a key that the list does not have
         m_content->clear();
     } else {
         m_content->setText(content);
