@@ -1408,6 +1408,14 @@
         <source>导入了%1条，%2条已经有了，%3条不能识别。</source>
         <translation>匯入了%1條，%2條已經有了，%3條不能識別。</translation>
     </message>
+    <message>
+        <source>“%1”这一类型在这里不起作用</source>
+        <translation>“%1”這一類型在這裡不起作用</translation>
+    </message>
+    <message>
+        <source>“%1”没有保存，原来的文件没有改动。</source>
+        <translation>“%1”沒有儲存，原來的檔案沒有改動。</translation>
+    </message>
 </context>
 <context>
     <name>SelectApplication</name>

@@ -1103,7 +1103,7 @@ Update now?</translation>
     </message>
     <message>
         <source>请输入键盘字母或数字对应命令词,如:a;唉,提示:多个不同语音映射词用半角分号间隔</source>
-        <translation>Spoken words for a letter or digit, e.g. a;eh. Separate several words with semicolons</translation>
+        <translation>Spoken words for a letter or digit, e.g. a;eh. Separate several with ;</translation>
     </message>
     <message>
         <source>请输入键盘字母:如:a</source>
@@ -1119,7 +1119,7 @@ Update now?</translation>
     </message>
     <message>
         <source>请输入拼音对应的中文字,如:昂,提示:多个不同语音映射词用半角分号间隔</source>
-        <translation>Chinese characters of a syllable. Separate several with semicolons</translation>
+        <translation>Chinese characters of a syllable. Separate several with ;</translation>
     </message>
     <message>
         <source>请输入拼音字母:如:ang</source>
@@ -1135,7 +1135,7 @@ Update now?</translation>
     </message>
     <message>
         <source>输入打开网页的语音映射词,如:打开百度;百度搜索,提示:多个不同语音映射词用半角分号间隔</source>
-        <translation>Spoken words that open a web page, e.g. open news;show news. Separate several words with semicolons</translation>
+        <translation>Words that open a web page, e.g. open news;show news. Separate several with ;</translation>
     </message>
     <message>
         <source>输入网页地址:如:https://www.baidu.com</source>
@@ -1147,7 +1147,7 @@ Update now?</translation>
     </message>
     <message>
         <source>请输入打开文件或程序的语音映射词,如:打开记事本,提示:多个不同语音映射词用半角分号间隔</source>
-        <translation>Spoken words that open a file or program, e.g. open notepad. Separate several words with semicolons</translation>
+        <translation>Words that open a file or program, e.g. open notepad. Separate several with ;</translation>
     </message>
     <message>
         <source>请输入文件或程序地址:如:c:\windows\notepad.exe</source>
@@ -1159,7 +1159,7 @@ Update now?</translation>
     </message>
     <message>
         <source>请输入打开常用目录的文件夹的语音映射词,如:我的文档,提示:多个不同语音映射词用半角分号间隔</source>
-        <translation>Spoken words that open a folder, e.g. my documents. Separate several words with semicolons</translation>
+        <translation>Words that open a folder, e.g. my documents. Separate several with ;</translation>
     </message>
     <message>
         <source>请输入常用文件夹的路径:如:C:\</source>
@@ -1171,7 +1171,7 @@ Update now?</translation>
     </message>
     <message>
         <source>请输入快捷键的语音映射词，提示：如多个语音映射词用半角分号间隔</source>
-        <translation>Spoken words of the shortcut. Separate several words with semicolons</translation>
+        <translation>Spoken words of the shortcut. Separate several with ;</translation>
     </message>
     <message>
         <source>常用短语</source>
@@ -1179,7 +1179,7 @@ Update now?</translation>
     </message>
     <message>
         <source>请输入常用短语的语音映射词,如:家庭地址,提示:多个不同语音映射词用半角分号间隔</source>
-        <translation>Spoken words of a phrase, e.g. home address. Separate several words with semicolons</translation>
+        <translation>Spoken words of a phrase, e.g. home address. Separate several with ;</translation>
     </message>
     <message>
         <source>请输入常用短语的内容:如:美国华盛顿白宫,提示:也可以输入较长内容，如诗或歌词等</source>
@@ -1406,6 +1406,14 @@ the first definition is the one that runs!</translation>
     <message>
         <source>导入了%1条，%2条已经有了，%3条不能识别。</source>
         <translation>%1 rows imported, %2 were there already, %3 are of no known type.</translation>
+    </message>
+    <message>
+        <source>“%1”这一类型在这里不起作用</source>
+        <translation>“%1” never acts here</translation>
+    </message>
+    <message>
+        <source>“%1”没有保存，原来的文件没有改动。</source>
+        <translation>“%1” was not saved; its file is as it was.</translation>
     </message>
 </context>
 <context>

@@ -35,12 +35,16 @@ std::vector<std::size_t> numbersAsTexts(std::size_t count)
     return numbers;
 }
 
-/// All rows in the order in which the matcher will meet them.
-std::vector<RowPlace> matchingOrder(const CommandTables &tables)
+/// All rows in the order in which the matcher will meet them. `rewritten` is the type whose rows get new
+/// numbers before they are merged.
+std::vector<RowPlace> matchingOrder(const CommandTables &tables, std::optional<CommandType> rewritten)
 {
     std::vector<RowPlace> merged;
     for (const CommandType type : allCommandTypes) {
-        for (const std::size_t row : numbersAsTexts(tables[std::size_t(type)].size())) {
+        const std::size_t count = tables[std::size_t(type)].size();
+        std::vector<std::size_t> rows(count);
+        std::iota(rows.begin(), rows.end(), std::size_t(0));
+        for (const std::size_t row : type == rewritten ? numbersAsTexts(count) : rows) {
             merged.push_back({type, row});
         }
     }
@@ -101,20 +105,27 @@ std::optional<CommandFault> faultOfAction(const CommandRow &row, CommandType typ
 
 } // namespace
 
-std::vector<CommandDiagnosis> diagnoseCommands(const CommandTables &tables, CommandType type,
-                                               const SettingsState &settings,
-                                               const std::function<bool(const QString &, bool)> &exists)
+CommandDiagnoses diagnoseCommands(const CommandTables &tables, std::optional<CommandType> type,
+                                  bool rewritten, const SettingsState &settings,
+                                  const std::function<bool(const QString &, bool)> &exists)
 {
-    const CommandRows &wanted = tables[std::size_t(type)];
-    std::vector<CommandDiagnosis> diagnoses(wanted.size());
-    if (!isMatched(type)) {
-        return diagnoses;
+    CommandDiagnoses diagnoses;
+    const auto isAsked = [type](CommandType one) { return type ? one == *type : isMatched(one); };
+    for (const CommandType one : allCommandTypes) {
+        if (isAsked(one)) {
+            diagnoses[std::size_t(one)].resize(tables[std::size_t(one)].size());
+        }
     }
     using Kind = CommandFault::Kind;
     QHash<QString, const CommandRow *> first;
-    for (const RowPlace &place : matchingOrder(tables)) {
+    for (const RowPlace &place : matchingOrder(tables, rewritten ? type : std::nullopt)) {
         const CommandRow &row = tables[std::size_t(place.type)][place.row];
-        if (!isMatched(place.type)) {
+        const auto ownType = commandTypeOfLabel(row.CmdWordType);
+        if (!ownType || !isMatched(*ownType)) {
+            if (isAsked(place.type) && isMatched(place.type)) {
+                diagnoses[std::size_t(place.type)][place.row] = {{{Kind::OtherTable, {}, row.CmdWordType}},
+                                                                 true};
+            }
             continue;
         }
         const QStringList words = row.CommandWords.split(QLatin1Char(';'));
@@ -138,13 +149,13 @@ std::vector<CommandDiagnosis> diagnoseCommands(const CommandTables &tables, Comm
             }
             ++dead;
         }
-        if (place.type != type) {
+        if (!isAsked(place.type) || !isMatched(place.type)) {
             continue;
         }
-        CommandDiagnosis &diagnosis = diagnoses[place.row];
+        CommandDiagnosis &diagnosis = diagnoses[std::size_t(place.type)][place.row];
         diagnosis.inert = dead == words.size();
         diagnosis.faults = std::move(faults);
-        if (const auto fault = faultOfAction(row, type, settings, exists)) {
+        if (const auto fault = faultOfAction(row, *ownType, settings, exists)) {
             diagnosis.faults.push_back(*fault);
             diagnosis.inert = true;
         }

@@ -20,6 +20,7 @@ struct CommandFault
         DirectPrefix,  ///< the form begins with a word that makes the rest a command or a search; `by`
         UnknownKey,    ///< a key combination with a key that the key table does not name; `by`
         NothingToPlay, ///< a key combination without a key
+        OtherTable,    ///< a row of the keyboards in a table that they do not read
         MissingFile,   ///< the file is not there
         MissingFolder  ///< the folder is not there
     };
@@ -35,12 +36,16 @@ struct CommandDiagnosis
     bool inert = false; ///< no spoken form of the row ever acts
 };
 
-/// Looks for rows that can never act, in one type's table, as the matcher would meet them once all tables
-/// are saved and merged: the rows by type, within a type and again in the merged table by their numbers
-/// read as text. `exists` says whether a path is there; true in its second argument asks for a folder.
-/// One entry a row of `tables[type]`. The keyboards' rows are not matched, so they have no faults.
-std::vector<CommandDiagnosis> diagnoseCommands(const CommandTables &tables, CommandType type,
-                                               const SettingsState &settings,
-                                               const std::function<bool(const QString &, bool)> &exists);
+/// One entry a row; without entries for the types that were not asked for.
+using CommandDiagnoses = std::array<std::vector<CommandDiagnosis>, allCommandTypes.size()>;
+
+/// Looks for rows that can never act, in one type's table or in those of all types that are matched, as the
+/// matcher would meet them once the tables are merged: the rows by type, then by their numbers in the merged
+/// table read as text. With `rewritten` the rows of `type` are yet to be saved in their present order, by
+/// which they are numbered anew and so sorted as text once more. `exists` says whether a path is there; true
+/// in its second argument asks for a folder. The keyboards' tables are not matched and have no faults.
+CommandDiagnoses diagnoseCommands(const CommandTables &tables, std::optional<CommandType> type,
+                                  bool rewritten, const SettingsState &settings,
+                                  const std::function<bool(const QString &, bool)> &exists);
 
 } // namespace mevo

@@ -3,12 +3,13 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <limits>
 
 namespace mevo {
 
 namespace {
 
-constexpr int longestField = 65535; ///< characters
+constexpr int anyLength = std::numeric_limits<int>::max();
 
 constexpr const char *newContent = QT_TRANSLATE_NOOP("CommandWordDialog", "输入语音映射词功能");
 
@@ -22,32 +23,31 @@ constexpr CommandForm forms[] = {
      QT_TRANSLATE_NOOP("CommandWordDialog",
                        "请输入拼音对应的中文字,如:昂,提示:多个不同语音映射词用半角分号间隔"),
      QT_TRANSLATE_NOOP("CommandWordDialog", "请输入拼音字母:如:ang"),
-     QT_TRANSLATE_NOOP("CommandWordDialog", "输入语音映射词内容"), "^[a-z]+$", longestField,
-     CommandType::Web},
+     QT_TRANSLATE_NOOP("CommandWordDialog", "输入语音映射词内容"), "^[a-z]+$", anyLength, CommandType::Web},
     {CommandType::Web, QT_TRANSLATE_NOOP("CommandWordDialog", "网页"),
      QT_TRANSLATE_NOOP("CommandWordDialog", "输入打开网页的语音映射词,如:打开百度;百度搜索,"
                                             "提示:多个不同语音映射词用半角分号间隔"),
      QT_TRANSLATE_NOOP("CommandWordDialog", "输入网页地址:如:https://www.baidu.com"), newContent, nullptr,
-     longestField, CommandType::Web},
+     anyLength, CommandType::Web},
     {CommandType::File, QT_TRANSLATE_NOOP("CommandWordDialog", "文件"),
      QT_TRANSLATE_NOOP("CommandWordDialog", "请输入打开文件或程序的语音映射词,如:打开记事本,"
                                             "提示:多个不同语音映射词用半角分号间隔"),
      QT_TRANSLATE_NOOP("CommandWordDialog", "请输入文件或程序地址:如:c:\\windows\\notepad.exe"), newContent,
-     nullptr, longestField, CommandType::File},
+     nullptr, anyLength, CommandType::File},
     {CommandType::Directory, QT_TRANSLATE_NOOP("CommandWordDialog", "文件夹"),
      QT_TRANSLATE_NOOP("CommandWordDialog", "请输入打开常用目录的文件夹的语音映射词,如:我的文档,"
                                             "提示:多个不同语音映射词用半角分号间隔"),
-     QT_TRANSLATE_NOOP("CommandWordDialog", "请输入常用文件夹的路径:如:C:\\"), newContent, nullptr,
-     longestField, CommandType::Directory},
+     QT_TRANSLATE_NOOP("CommandWordDialog", "请输入常用文件夹的路径:如:C:\\"), newContent, nullptr, anyLength,
+     CommandType::Directory},
     {CommandType::Shortcut, QT_TRANSLATE_NOOP("CommandWordDialog", "快捷键"),
      QT_TRANSLATE_NOOP("CommandWordDialog", "请输入快捷键的语音映射词，提示：如多个语音映射词用半角分号间隔"),
-     "", newContent, nullptr, longestField, CommandType::Shortcut},
+     "", newContent, nullptr, anyLength, CommandType::Shortcut},
     {CommandType::Phrase, QT_TRANSLATE_NOOP("CommandWordDialog", "常用短语"),
      QT_TRANSLATE_NOOP("CommandWordDialog", "请输入常用短语的语音映射词,如:家庭地址,"
                                             "提示:多个不同语音映射词用半角分号间隔"),
      QT_TRANSLATE_NOOP("CommandWordDialog",
                        "请输入常用短语的内容:如:美国华盛顿白宫,提示:也可以输入较长内容，如诗或歌词等"),
-     newContent, nullptr, longestField, CommandType::Phrase},
+     newContent, nullptr, anyLength, CommandType::Phrase},
 };
 
 } // namespace
@@ -95,9 +95,6 @@ ShortcutParts shortcutParts(const QString &text)
 std::vector<int> searchCommandWords(const CommandRows &rows, const QString &text)
 {
     std::vector<int> found;
-    if (text.isEmpty()) {
-        return found;
-    }
     for (std::size_t row = 0; row < rows.size(); ++row) {
         const QStringList forms = rows[row].CommandWords.split(QLatin1Char(';'));
         if (std::any_of(forms.begin(), forms.end(),

@@ -41,8 +41,8 @@ QString shortcutText(const ShortcutParts &parts);
 /// Takes a row's text apart. The last part that is no modifier is the key.
 ShortcutParts shortcutParts(const QString &text);
 
-/// The numbers of the rows that have `text` in one of their spoken forms, each once, in order. Nothing is
-/// found with an empty text.
+/// The numbers of the rows that have `text` in one of their spoken forms, each once, in order. An empty
+/// text stands in every form.
 std::vector<int> searchCommandWords(const CommandRows &rows, const QString &text);
 
 } // namespace mevo

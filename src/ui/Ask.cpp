@@ -4,6 +4,7 @@
 #include "ui/ClearPlace.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -13,7 +14,7 @@
 namespace mevo {
 
 namespace {
-QVector<QMessageBox *> standing;
+QVector<QPointer<QDialog>> standing;
 }
 
 std::function<int(const Question &)> askHook;
@@ -104,23 +105,37 @@ int ask(QWidget *parent, const Question &question)
         return askHook(question);
     }
     const WindowId inUse = windowInUse();
-    QMessageBox box(parent);
-    const QList<QAbstractButton *> buttons = fill(box, question);
-    placeQuestion(box, parent);
-    standing.append(&box);
-    box.exec();
-    standing.removeOne(&box);
+    const QPointer<QMessageBox> box(new QMessageBox(parent));
+    const QList<QAbstractButton *> buttons = fill(*box, question);
+    placeQuestion(*box, parent);
+    runDialog(box.data());
+    int answer = -1;
+    if (!box.isNull()) {
+        answer = buttons.indexOf(box->clickedButton());
+        delete box;
+    }
     // The question belonged to a bar that takes no focus, so that it would go to nobody.
     if (inUse != 0 && questionWindows != nullptr) {
         questionWindows->activate(inUse);
     }
-    return buttons.indexOf(box.clickedButton());
+    return answer;
+}
+
+bool runDialog(const QPointer<QDialog> &dialog)
+{
+    standing.append(dialog);
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    standing.removeAll(dialog); // a dialog that has gone is null here, and so are others that have
+    return accepted && !dialog.isNull();
 }
 
 void closeQuestions()
 {
-    for (QMessageBox *box : qAsConst(standing)) {
-        box->done(-1);
+    const QVector<QPointer<QDialog>> all = standing;
+    for (const QPointer<QDialog> &dialog : all) {
+        if (!dialog.isNull()) {
+            dialog->done(-1);
+        }
     }
 }
 

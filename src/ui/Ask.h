@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
 #include <vector>
 
+class QDialog;
 class QWidget;
 
 namespace mevo {
@@ -30,7 +32,10 @@ struct Question
 /// buttons means that. The window that had the focus gets it back. A test replaces `askHook` to answer by
 /// itself.
 int ask(QWidget *parent, const Question &question);
-/// Closes the questions that stand, unanswered.
+/// Runs a dialog as a question runs: whether it was accepted. Its parent may go meanwhile and take the dialog
+/// along, which is no.
+bool runDialog(const QPointer<QDialog> &dialog);
+/// Closes the questions and dialogs that stand, unanswered.
 void closeQuestions();
 /// Asks without holding anything up, in a box that comes without the focus; `answered` is told what ask()
 /// would answer. Nothing is told when `parent` goes first.

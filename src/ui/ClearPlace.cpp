@@ -28,4 +28,24 @@ QPoint clearPlace(const QRect &screen, const QSize &size, const std::vector<QRec
     return middle.topLeft();
 }
 
+QRect uncoveredPlace(const QRect &screen, const QSize &size, const QRect &taken)
+{
+    constexpr int leastHeight = 360;
+    constexpr int edge = 8; // of the frame below and beside
+    QRect middle(QPoint(), size.boundedTo(screen.size()));
+    middle.moveCenter(screen.center());
+    if (!middle.intersects(taken)) {
+        return middle;
+    }
+    QRect left = middle;
+    left.moveRight(taken.left() - 1 - edge);
+    if (left.left() >= screen.left()) {
+        return left;
+    }
+    QRect above = middle;
+    above.setTop(screen.top() + frame);
+    above.setBottom(taken.top() - 1 - edge);
+    return above.height() >= leastHeight ? above : middle;
+}
+
 } // namespace mevo

@@ -12,4 +12,8 @@ namespace mevo {
 /// upper, lower, left or right side, in this order; the middle again when none of them is free.
 QPoint clearPlace(const QRect &screen, const QSize &size, const std::vector<QRect> &taken);
 
+/// A place on `screen` for a window of that size that `taken`, which stands over it, does not cover: the
+/// middle, else left of `taken`, else above it and less high; the middle again where there is no room.
+QRect uncoveredPlace(const QRect &screen, const QSize &size, const QRect &taken);
+
 } // namespace mevo

@@ -7,10 +7,13 @@
 #include "commands/DirectWords.h"
 #include "commands/SearchAddresses.h"
 #include "commands/UrlOpener.h"
+#include "ui/ClearPlace.h"
+#include "ui/MicTipDialog.h"
 #include "ui/commands/CommandWordDialog.h"
 #include "window/MainWindow.h"
 
 #include <QDebug>
+#include <QScreen>
 
 #include <functional>
 #include <utility>
@@ -86,6 +89,10 @@ void MainWindow::pushBuutton_CommandWord_clicked()
     }
     m_commandWords = new CommandWordDialog(mevo::CommandTable(), *this);
     connect(m_commandWords, &CommandWordDialog::closed, this, &MainWindow::forgetCommandWords);
+    if (m_micTip != nullptr && m_micTip->isVisible()) {
+        m_commandWords->setGeometry(mevo::uncoveredPlace(m_commandWords->screen()->availableGeometry(),
+                                                         m_commandWords->size(), m_micTip->geometry()));
+    }
     m_commandWords->show();
     m_commandWords->activateWindow();
 }

@@ -6,17 +6,21 @@
 #include "ui/Ask.h"
 #include "ui/commands/CommandRowsModel.h"
 #include "ui/commands/CommandWordDialog.h"
+#include "ui/commands/PathLooker.h"
 #include "ui/commands/SelectApplication.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSemaphore>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 #include <QtTest>
 
 using namespace mevo;
@@ -57,7 +61,8 @@ struct Editor
             if (onQuestion) {
                 onQuestion();
             }
-            return question.buttons.size() > 1 ? answer : 0;
+            const bool canBeClosed = question.buttons.size() == 1 || !question.meanings.empty();
+            return !canBeClosed ? -2 : question.buttons.size() > 1 ? answer : 0;
         };
     }
     ~Editor()
@@ -102,6 +107,24 @@ struct Editor
         return all;
     }
 };
+
+/// A folder in a file's place: no name can be taken there, not even by root.
+void block(const QString &path)
+{
+    QFile::remove(path);
+    QVERIFY(QDir().mkpath(path + "/full"_s));
+}
+
+/// Answers the file dialog that is about to stand.
+void pickInTheDialog(const QString &path)
+{
+    QTimer::singleShot(0, qApp, [path] {
+        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        dialog->findChild<QLineEdit *>("fileNameEdit"_s)->setText(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+}
 
 const char *const warning = "建议在增加前先查询有没有定义过，如重复定义语音映射词，\n将执行最初定义的功能！";
 
@@ -318,19 +341,140 @@ private Q_SLOTS:
         QCOMPARE(editor.tables.readTyped(CommandType::Web).at(1).Hide, "1"_s);
     }
 
+    /// Nobody may edit or delete a row that he does not see.
+    void noHiddenRowIsCurrent()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("c"_s, "1"_s, CommandType::Web, "1"_s),
+                                                            row("b"_s, "2"_s, CommandType::Web),
+                                                            row("a"_s, "3"_s, CommandType::Web, "1"_s),
+                                                            row("d"_s, "4"_s, CommandType::Web)}));
+        editor.open();
+        const auto current = [&editor] { return editor.at<QLineEdit>("lineEdit_CommandWord")->text(); };
+        QCOMPARE(current(), "b"_s);
+        QMetaObject::invokeMethod(editor.table()->horizontalHeader(), "sectionClicked", Q_ARG(int, 1));
+        QCOMPARE(editor.cell(0, 1), "a"_s);
+        QCOMPARE(current(), "b"_s);
+        editor.click("pushButton_DelCmdWord");
+        QCOMPARE(current(), "d"_s);
+        editor.click("pushButton_DelCmdWord");
+        QCOMPARE(editor.words(CommandType::Web), (QStringList{"a"_s, "c"_s}));
+        QCOMPARE(current(), QString());
+        QVERIFY(!editor.at<QLineEdit>("lineEdit_CommandWord")->isEnabled());
+        editor.asked.clear();
+        editor.click("pushButton_DelCmdWord");
+        QVERIFY(editor.asked.isEmpty());
+        editor.click("checkBox_ShowHideContents");
+        QCOMPARE(current(), "a"_s);
+        QVERIFY(editor.at<QLineEdit>("lineEdit_CommandWord")->isEnabled());
+        editor.click("checkBox_ShowHideContents");
+        QCOMPARE(current(), QString());
+    }
+
+    void aKeyThatTheListDoesNotHave()
+    {
+        Editor editor;
+        home.write("MEVKeysSetting.ini"_s, "[0]\nShowName=A\nVKCode=4\n");
+        QVERIFY(editor.tables.writeTyped(CommandType::Shortcut,
+                                         {row("w"_s, "Control+Hyper"_s, CommandType::Shortcut)}));
+        editor.open();
+        editor.click("radioButton_OnlyShowShortcutType");
+        editor.click("checkBox_Alt");
+        QCOMPARE(editor.cell(0, 3), "Control+Alt+Hyper"_s);
+        editor.at<QComboBox>("comboBox_ShortCutKey")->setCurrentText("A"_s);
+        QCOMPARE(editor.cell(0, 3), "Control+Alt+A"_s);
+        editor.click("pushButton_AddCmdWord"); // what a new row says is no key
+        editor.click("checkBox_Alt");
+        QCOMPARE(editor.cell(1, 3), "Alt"_s);
+    }
+
+    void aLongPhraseIsWhole()
+    {
+        Editor editor;
+        const QString poem(70000, QChar(0x8bd7));
+        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("poem"_s, poem, CommandType::Phrase)}));
+        editor.open();
+        editor.click("radioButton_OnlyShowPhraseType");
+        QCOMPARE(editor.at<QLineEdit>("lineEdit_CmdWordContent")->text(), poem);
+    }
+
+    void aClickOnTheCurrentRowShowsIt()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::VoiceKeyboard,
+                                         {row("ay"_s, "a"_s, CommandType::VoiceKeyboard)}));
+        editor.open();
+        editor.click("radioButton_OnlyShowVoiceKeyboardType");
+        QTest::mouseClick(editor.table()->viewport(), Qt::LeftButton, {},
+                          editor.table()->visualRect(editor.table()->model()->index(0, 1)).center());
+        {
+            const QSignalBlocker unheard(editor.at<QLineEdit>("lineEdit_CommandWord"));
+            editor.at<QLineEdit>("lineEdit_CommandWord")->clear();
+        }
+        QTest::mouseClick(editor.table()->viewport(), Qt::LeftButton, {},
+                          editor.table()->visualRect(editor.table()->model()->index(0, 1)).center());
+        QCOMPARE(editor.at<QLineEdit>("lineEdit_CommandWord")->text(), "ay"_s);
+    }
+
+    /// Rows that wait unsaved stay so, here and in views that are not shown.
+    void exportAndImport()
+    {
+        Editor editor;
+        const QString file = editor.folder.filePath("bundle.ini"_s);
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("w"_s, "1"_s, CommandType::Web)}));
+        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("p"_s, "2"_s, CommandType::Phrase)}));
+        editor.open();
+        pickInTheDialog(file);
+        editor.click("pushButton_Export");
+        QCOMPARE(editor.asked, QStringList{"已导出到“%1”。"_s.arg(file)});
+        for (const CommandType type : {CommandType::Web, CommandType::Phrase}) {
+            QVERIFY(editor.tables.writeTyped(type, {}));
+        }
+        editor.type("lineEdit_CommandWord", "unsaved"_s);
+        block(editor.tables.typedPath(CommandType::Phrase));
+        editor.asked.clear();
+        pickInTheDialog(file);
+        editor.click("pushButton_Import");
+        QCOMPARE(
+            editor.asked,
+            QStringList{"导入了1条，0条已经有了，0条不能识别。\n“常用短语”没有保存，原来的文件没有改动。"_s});
+        QCOMPARE(editor.words(CommandType::Web), QStringList{"w"_s});
+        QCOMPARE(editor.cell(0, 1), "unsaved"_s);
+        QCOMPARE(editor.cell(1, 1), "w"_s);
+        editor.click("pushButton_SaveCmdWord");
+        QCOMPARE(editor.words(CommandType::Web), (QStringList{"unsaved"_s, "w"_s}));
+    }
+
     void whatCannotBeSavedIsKept()
     {
         Editor editor;
         QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
         editor.open();
         editor.type("lineEdit_CommandWord", "new"_s);
-        // A folder in its place: no name can be taken there, not even by root.
         const QString path = editor.tables.typedPath(CommandType::Web);
-        QVERIFY(QFile::rename(path, path + ".old"_s) && QDir().mkpath(path + "/full"_s));
+        block(path);
         editor.click("pushButton_SaveCmdWord");
-        QCOMPARE(editor.asked, QStringList{"语音映射词没有保存，原来的文件没有改动。"_s});
+        const QString notSaved = "语音映射词没有保存，原来的文件没有改动。"_s;
+        QCOMPARE(editor.asked, QStringList{notSaved});
         QCOMPARE(editor.cell(0, 1), "new"_s);
         QCOMPARE(editor.tables.readDraft(CommandType::Web)->at(0).CommandWords, "new"_s);
+
+        // Without a draft the window alone has the rows: it neither leaves the view nor closes.
+        block(path + ".draft"_s);
+        editor.type("lineEdit_CommandWord", "newer"_s);
+        editor.asked.clear();
+        editor.click("radioButton_OnlyShowFileType");
+        QCOMPARE(editor.asked, (QStringList{"是否要保存前面设置？"_s, notSaved}));
+        QVERIFY(editor.at<QRadioButton>("radioButton_OnlyShowWebype")->isChecked());
+        QCOMPARE(editor.cell(0, 1), "newer"_s);
+        editor.asked.clear();
+        editor.click("pushButton_Close");
+        QCOMPARE(editor.asked, QStringList{notSaved});
+        QVERIFY(editor.dialog->isVisible() && !editor.closed);
+        QVERIFY(QDir(path + ".draft"_s).removeRecursively() && QDir(path).removeRecursively());
+        editor.click("pushButton_Close");
+        QVERIFY(editor.closed);
+        QCOMPARE(editor.tables.readDraft(CommandType::Web)->at(0).CommandWords, "newer"_s);
     }
 
     void escapeBringsTheMergedTableUpToDate()
@@ -366,7 +510,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("kept");
         QTest::newRow("wanted") << yes << "draft"_s << true;
         QTest::newRow("not wanted") << no << "saved"_s << false;
-        QTest::newRow("question closed") << -1 << "saved"_s << true;
+        QTest::newRow("question closed") << -1 << "draft"_s << true;
     }
     void aDraftIsOfferedAtTheNextOpening()
     {
@@ -412,6 +556,9 @@ private Q_SLOTS:
             CommandType::Web, {row("b"_s, "1"_s, CommandType::Web), row("a"_s, "2"_s, CommandType::Web)}));
         editor.open();
         QCOMPARE(editor.cell(0, 1), "b"_s);
+        QVERIFY(editor.table()->horizontalHeader()->isSortIndicatorShown());
+        QCOMPARE(editor.table()->horizontalHeader()->sortIndicatorSection(), 1);
+        QCOMPARE(editor.table()->horizontalHeader()->sortIndicatorOrder(), Qt::AscendingOrder);
         QMetaObject::invokeMethod(editor.table()->horizontalHeader(), "sectionClicked", Q_ARG(int, 1));
         QCOMPARE(editor.cell(0, 1), "a"_s);
         QCOMPARE(editor.at<QLineEdit>("lineEdit_CmdWordContent")->text(), "2"_s);
@@ -420,15 +567,82 @@ private Q_SLOTS:
     void rowsThatCannotActAreMarked()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("a"_s, "1"_s, CommandType::Web)}));
-        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("a"_s, "2"_s, CommandType::Phrase),
+        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("a<b>"_s, "1"_s, CommandType::Web)}));
+        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("a<b>;"_s, "2"_s, CommandType::Phrase),
                                                                row("b"_s, "3"_s, CommandType::Phrase)}));
         editor.open();
-        editor.click("radioButton_OnlyShowPhraseType");
-        QCOMPARE(editor.cell(0, 4), "不起作用"_s);
-        QCOMPARE(editor.table()->model()->index(0, 4).data(Qt::ToolTipRole).toString(),
-                 "“a”已经定义过，会执行“1”"_s);
-        QCOMPARE(editor.cell(1, 4), QString());
+        const QString tip = "<qt>“a&lt;b&gt;”已经定义过，会执行“1”<br>有一个语音映射词是空的</qt>"_s;
+        for (const char *view : {"radioButton_OnlyShowPhraseType", "radioButton_ShowAll"}) {
+            editor.click(view);
+            const int shadowed = editor.rows() - 2;
+            QCOMPARE(editor.cell(shadowed, 4), "不起作用"_s);
+            QCOMPARE(editor.table()->model()->index(shadowed, 4).data(Qt::ToolTipRole).toString(), tip);
+            QCOMPARE(editor.cell(shadowed + 1, 4), QString());
+            QCOMPARE(editor.table()->model()->index(shadowed + 1, 4).data(Qt::ToolTipRole).toString(),
+                     QString());
+        }
+    }
+
+    void filesThatAreNotThereAreMarked()
+    {
+        Editor editor;
+        QVERIFY(editor.tables.writeTyped(CommandType::File,
+                                         {row("a"_s, editor.folder.path(), CommandType::File),
+                                          row("b"_s, editor.folder.filePath("no"_s), CommandType::File)}));
+        editor.open();
+        editor.click("radioButton_OnlyShowFileType");
+        QTRY_COMPARE_WITH_TIMEOUT(editor.cell(1, 4), "不起作用"_s, 20000);
+        QCOMPARE(editor.cell(0, 4), QString());
+    }
+
+    /// A share that does not answer holds neither who asks nor the other paths.
+    void aPathThatHangs()
+    {
+        QSemaphore stuck;
+        std::atomic<int> looks{0};
+        std::atomic<bool> cameBack{false};
+        auto looker = std::make_unique<PathLooker>(nullptr, [&](const QString &path, bool) {
+            ++looks;
+            if (path == "/hangs"_s) {
+                stuck.acquire();
+                cameBack = true;
+            }
+            return false;
+        });
+        QSignalSpy looked(looker.get(), &PathLooker::looked);
+        QVERIFY(looker->isThere("/hangs"_s, false));
+        QVERIFY(looker->isThere("/gone"_s, false));
+        QTRY_VERIFY_WITH_TIMEOUT(!looker->isThere("/gone"_s, false), 20000);
+        QVERIFY(!looked.isEmpty());
+        QVERIFY(looker->isThere("/hangs"_s, false));
+        QCOMPARE(looks.load(), 2); // each once, however often it is asked for
+        looker->forget();
+        QVERIFY(looker->isThere("/gone"_s, false));
+        QTRY_COMPARE_WITH_TIMEOUT(looks.load(), 3, 20000);
+        looker.reset(); // does not wait for it
+        QVERIFY(!cameBack);
+        stuck.release();
+        QTRY_VERIFY_WITH_TIMEOUT(cameBack.load(), 20000);
+    }
+
+    /// In a tree the focus alone makes an item current.
+    void anApplicationIsPickedByASelection()
+    {
+        SelectApplication picker;
+        auto *own = picker.findChild<QTreeWidget *>("treeView_User"_s);
+        auto *shared = picker.findChild<QTreeWidget *>("treeView_AllUsers"_s);
+        for (QTreeWidget *tree : {own, shared}) {
+            tree->clear();
+            auto *item = new QTreeWidgetItem(tree, {"x"_s});
+            item->setData(0, Qt::UserRole, tree->objectName());
+        }
+        own->setCurrentItem(own->topLevelItem(0), 0, QItemSelectionModel::NoUpdate);
+        QCOMPARE(picker.path(), QString());
+        own->topLevelItem(0)->setSelected(true);
+        QCOMPARE(picker.path(), own->objectName());
+        shared->topLevelItem(0)->setSelected(true);
+        QCOMPARE(picker.path(), shared->objectName());
+        QVERIFY(own->selectedItems().isEmpty());
     }
 
     void applicationsOfDesktopEntries()

@@ -92,6 +92,27 @@ private Q_SLOTS:
         QTEST(mevo::opaqueShape(image), "shape");
     }
 
+    void uncoveredPlaces_data()
+    {
+        QTest::addColumn<QRect>("screen");
+        QTest::addColumn<QRect>("taken");
+        QTest::addColumn<QRect>("place"); ///< of a window of 819 by 687
+        QTest::newRow("the middle is free")
+            << QRect(0, 0, 1920, 1080) << QRect(1471, 881, 435, 185) << QRect(550, 196, 819, 687);
+        QTest::newRow("left of it") << QRect(0, 0, 1280, 720) << QRect(831, 521, 435, 185)
+                                    << QRect(4, 16, 819, 687);
+        QTest::newRow("above it") << QRect(0, 0, 1024, 768) << QRect(575, 569, 435, 185)
+                                  << QRect(102, 48, 819, 513);
+        QTest::newRow("no room") << QRect(0, 0, 800, 500) << QRect(351, 301, 435, 185)
+                                 << QRect(0, 0, 800, 500);
+    }
+    void uncoveredPlaces()
+    {
+        QFETCH(QRect, screen);
+        QFETCH(QRect, taken);
+        QTEST(mevo::uncoveredPlace(screen, {819, 687}, taken), "place");
+    }
+
     void clearPlaces_data()
     {
         QTest::addColumn<Rectangles>("taken");

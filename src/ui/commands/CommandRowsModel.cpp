@@ -1,5 +1,7 @@
 #include "ui/commands/CommandRowsModel.h"
 
+#include "commands/CommandForm.h"
+
 #include <QBrush>
 #include <QColor>
 #include <QCoreApplication>
@@ -33,6 +35,22 @@ QString CommandRow::*memberOf(int column)
     }
 }
 
+/// The type in the user's language; a label that is none stays.
+QString typeText(const QString &label)
+{
+    const auto type = commandTypeOfLabel(label);
+    return type ? translated(commandForm(*type).view) : label;
+}
+
+/// Where lines end is told in HTML, for a plain tip would show each word of a stranger's as it is marked up.
+QString tip(const QString &text)
+{
+    return text.isEmpty() ? QString()
+                          : QStringLiteral("<qt>") +
+                                text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) +
+                                QStringLiteral("</qt>");
+}
+
 QString faultText(const CommandFault &fault)
 {
     using Kind = CommandFault::Kind;
@@ -51,6 +69,9 @@ QString faultText(const CommandFault &fault)
         return translated(QT_TRANSLATE_NOOP("CommandWordDialog", "没有名为“%1”的按键")).arg(fault.by);
     case Kind::NothingToPlay:
         return translated(QT_TRANSLATE_NOOP("CommandWordDialog", "没有选择按键"));
+    case Kind::OtherTable:
+        return translated(QT_TRANSLATE_NOOP("CommandWordDialog", "“%1”这一类型在这里不起作用"))
+            .arg(typeText(fault.by));
     case Kind::MissingFile:
         return translated(QT_TRANSLATE_NOOP("CommandWordDialog", "找不到文件“%1”")).arg(fault.by);
     case Kind::MissingFolder:
@@ -142,6 +163,18 @@ int CommandRowsModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : int(columnCountOfTable);
 }
 
+QString CommandRowsModel::displayText(int row, Column column) const
+{
+    switch (column) {
+    case State:
+        return stateText(row);
+    case Type:
+        return typeText(text(row, Type)).left(longestCell);
+    default:
+        return text(row, column).left(longestCell);
+    }
+}
+
 QString CommandRowsModel::stateText(int row) const
 {
     if (row >= int(m_diagnoses.size()) || m_diagnoses[std::size_t(row)].faults.empty()) {
@@ -171,9 +204,9 @@ QVariant CommandRowsModel::data(const QModelIndex &index, int role) const
     const int row = index.row();
     switch (role) {
     case Qt::DisplayRole:
-        return index.column() == State ? stateText(row) : text(row, Column(index.column())).left(longestCell);
+        return displayText(row, Column(index.column()));
     case Qt::ToolTipRole:
-        return index.column() == State ? faultTexts(row).toHtmlEscaped() : QString();
+        return index.column() == State ? tip(faultTexts(row)) : QString();
     case Qt::ForegroundRole:
         return index.column() == State ? QVariant(QBrush(QColor(0xb0, 0x20, 0x20))) : QVariant();
     case Qt::TextAlignmentRole:

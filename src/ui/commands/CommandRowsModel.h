@@ -36,6 +36,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+    QString displayText(int row, Column column) const;
     QString stateText(int row) const;
     QString faultTexts(int row) const;
 

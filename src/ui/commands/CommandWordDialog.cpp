@@ -4,12 +4,14 @@
 
 #include "commands/CommandForm.h"
 #include "ui/Ask.h"
+#include "ui/PickFile.h"
 #include "ui/commands/CommandRowsModel.h"
+#include "ui/commands/DraftWriter.h"
+#include "ui/commands/PathLooker.h"
 #include "ui/commands/SelectApplication.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPointer>
@@ -25,7 +27,6 @@ namespace {
 
 constexpr int draftDelayMs = 1000;    ///< after the first change that no draft has
 constexpr int diagnosisDelayMs = 200; ///< after the last letter
-constexpr int yesButton = 0;
 
 using mevo::CommandRowsModel;
 using mevo::CommandType;
@@ -40,6 +41,8 @@ CommandWordDialog::CommandWordDialog(mevo::CommandTable tables, const SettingsSt
     , m_keys(mevo::loadKeyTable())
     , m_pending(CommandType::Web)
     , m_view(CommandType::Web)
+    , m_drafts(new mevo::DraftWriter(m_tables, this))
+    , m_paths(new mevo::PathLooker(this))
     , m_model(new CommandRowsModel(this))
     , m_table(new QTableView(this))
 {
@@ -48,8 +51,15 @@ CommandWordDialog::CommandWordDialog(mevo::CommandTable tables, const SettingsSt
         timer->setSingleShot(true);
         timer->setInterval(ms);
     }
-    connect(&m_draftTimer, &QTimer::timeout, this, &CommandWordDialog::saveDraft);
+    connect(&m_draftTimer, &QTimer::timeout, this, &CommandWordDialog::saveDraftAside);
+    connect(m_drafts, &mevo::DraftWriter::written, this, [this](bool done) {
+        if (!done) {
+            m_draftStale = true;
+            m_draftTimer.start();
+        }
+    });
     connect(&m_diagnosisTimer, &QTimer::timeout, this, &CommandWordDialog::diagnose);
+    connect(m_paths, &mevo::PathLooker::looked, &m_diagnosisTimer, qOverload<>(&QTimer::start));
     buildTable();
     makeWindow();
     QMetaObject::connectSlotsByName(this);
@@ -63,14 +73,18 @@ CommandWordDialog::~CommandWordDialog()
     saveDraft();
 }
 
-int CommandWordDialog::ask(const QString &title, const QString &text, bool yesNo)
+CommandWordDialog::Reply CommandWordDialog::askYesNo(const QString &title, const QString &text)
 {
-    return mevo::ask(this, {title, text, yesNo ? QStringList{tr("是"), tr("否")} : QStringList{tr("确定")}});
+    constexpr std::array<Reply, 3> replies{Reply::None, Reply::Yes, Reply::No};
+    const int pressed =
+        mevo::ask(this, {title, text, {tr("是"), tr("否")}, false, {mevo::Answer::Yes, mevo::Answer::No}});
+    return replies[std::size_t(pressed + 1)];
 }
 
-void CommandWordDialog::tell(const QString &text)
+bool CommandWordDialog::tell(const QString &text)
 {
-    ask(tr("提示"), text);
+    const QPointer<CommandWordDialog> self(this);
+    return mevo::ask(this, {tr("提示"), text, {tr("确定")}}) >= 0 && !self.isNull();
 }
 
 int CommandWordDialog::currentRow() const
@@ -81,6 +95,8 @@ int CommandWordDialog::currentRow() const
 void CommandWordDialog::changed()
 {
     m_dirty = true;
+    m_draftStale = true;
+    m_rewritten = true;
     if (!m_draftTimer.isActive()) {
         m_draftTimer.start(); // not anew with each letter: who types on and on would never get a draft
     }
@@ -89,15 +105,11 @@ void CommandWordDialog::changed()
 
 void CommandWordDialog::on_pushButton_AddCmdWord_clicked()
 {
-    const QPointer<CommandWordDialog> self(this);
-    // Unanswered, it was closed with all questions at the program's end.
-    if (ask(tr("提示"),
-            tr("建议在增加前先查询有没有定义过，如重复定义语音映射词，\n将执行最初定义的功能！")) < 0 ||
-        self.isNull()) {
+    if (!tell(tr("建议在增加前先查询有没有定义过，如重复定义语音映射词，\n将执行最初定义的功能！"))) {
         return;
     }
     if (!m_view) {
-        m_viewButtons[int(CommandType::Web)]->setChecked(true);
+        const QPointer<CommandWordDialog> self(this);
         chooseView(CommandType::Web);
         if (!self.isNull()) {
             tell(tr("该类型状态下不能增加，将默认切换到网页类型下"));
@@ -110,7 +122,6 @@ void CommandWordDialog::on_pushButton_AddCmdWord_clicked()
     for (QCheckBox *box : {m_control, m_alt, m_shift, m_win}) {
         box->setChecked(false);
     }
-    m_key->setCurrentIndex(0);
     const int row = m_model->append({QStringLiteral("0"), tr("输入语音映射词"),
                                      mevo::commandTypeLabel(*m_view), tr(form.newContent), QString()});
     m_busy = false;
@@ -139,9 +150,9 @@ void CommandWordDialog::on_pushButton_DelCmdWord_clicked()
         return;
     }
     const QPointer<CommandWordDialog> self(this);
-    const int answer = ask(tr("删除"), tr("确认删除吗？"), true);
+    const Reply reply = askYesNo(tr("删除"), tr("确认删除吗？"));
     const int row = self.isNull() ? -1 : currentRow();
-    if (row < 0 || answer != yesButton) {
+    if (row < 0 || reply != Reply::Yes) {
         return;
     }
     m_busy = true;
@@ -151,15 +162,9 @@ void CommandWordDialog::on_pushButton_DelCmdWord_clicked()
     m_hit = -1;
     m_next->hide();
     m_previous->hide();
-    const int left = m_model->rowCount();
     applyHidden();
     changed();
-    if (left > 0) {
-        selectRow(std::min(row, left - 1));
-    } else {
-        showRow(-1);
-        setFieldsEnabled(false);
-    }
+    selectVisibleRow(row);
     saveView();
 }
 
@@ -191,10 +196,16 @@ void CommandWordDialog::setContent(const QString &content)
 
 void CommandWordDialog::writeShortcut()
 {
-    if (!m_busy && currentRow() >= 0) {
-        setContent(mevo::shortcutText({m_control->isChecked(), m_alt->isChecked(), m_shift->isChecked(),
-                                       m_win->isChecked(), m_key->currentText()}));
+    if (m_busy || currentRow() < 0) {
+        return;
     }
+    // A key that the list does not have is the row's all the same.
+    const QString key =
+        m_key->currentIndex() >= 0
+            ? m_key->currentText()
+            : mevo::shortcutParts(m_model->text(currentRow(), CommandRowsModel::Contents)).key;
+    setContent(mevo::shortcutText(
+        {m_control->isChecked(), m_alt->isChecked(), m_shift->isChecked(), m_win->isChecked(), key}));
 }
 
 void CommandWordDialog::on_checkBox_Control_clicked(bool)
@@ -242,10 +253,14 @@ void CommandWordDialog::on_checkBox_Hide_clicked(bool checked)
 void CommandWordDialog::on_checkBox_ShowHideContents_clicked(bool)
 {
     applyHidden();
+    if (currentRow() < 0 || m_table->isRowHidden(currentRow())) {
+        selectVisibleRow(std::max(0, currentRow()));
+    }
 }
 
 void CommandWordDialog::applyHidden()
 {
+    m_table->setUpdatesEnabled(false);
     const mevo::CommandRows &rows = m_model->rows();
     for (std::size_t row = 0; row < rows.size(); ++row) {
         const bool hidden = rows[row].Hide == QLatin1String("1") && !m_showHidden->isChecked();
@@ -253,15 +268,38 @@ void CommandWordDialog::applyHidden()
             m_table->setRowHidden(int(row), hidden);
         }
     }
+    m_table->setUpdatesEnabled(true);
+}
+
+int CommandWordDialog::visibleRow(int row) const
+{
+    const int count = m_model->rowCount();
+    for (int behind = row; behind < count; ++behind) {
+        if (!m_table->isRowHidden(behind)) {
+            return behind;
+        }
+    }
+    for (int before = std::min(row, count) - 1; before >= 0; --before) {
+        if (!m_table->isRowHidden(before)) {
+            return before;
+        }
+    }
+    return -1;
+}
+
+void CommandWordDialog::selectVisibleRow(int row)
+{
+    const int visible = visibleRow(row);
+    selectRow(visible);
+    setFieldsEnabled(visible >= 0 && m_view);
 }
 
 void CommandWordDialog::on_pushButton_Browser_clicked()
 {
     const bool folder = m_view == CommandType::Directory;
     const QPointer<CommandWordDialog> self(this);
-    const QString chosen = folder
-                               ? QFileDialog::getExistingDirectory(this, tr("选择目录"), QStringLiteral("./"))
-                               : QFileDialog::getOpenFileName(this, tr("选择文件"));
+    const QString chosen = folder ? mevo::pickFolder(this, tr("选择目录"), QStringLiteral("./"))
+                                  : mevo::pickFile(this, tr("选择文件"));
     if (!self.isNull() && !chosen.isEmpty()) {
         m_content->setText(chosen);
     }
@@ -271,7 +309,7 @@ void CommandWordDialog::on_pushButton_Browser_App_clicked()
 {
     const QPointer<CommandWordDialog> self(this);
     const QPointer<SelectApplication> picker(new SelectApplication(this));
-    const bool confirmed = picker->exec() == QDialog::Accepted;
+    const bool confirmed = mevo::runDialog(picker.data());
     if (picker.isNull() || self.isNull()) {
         return;
     }
@@ -293,23 +331,23 @@ void CommandWordDialog::record_sortbyclounm(int column)
     header->setSortIndicator(column, m_sortedDown ? Qt::DescendingOrder : Qt::AscendingOrder);
     header->setSortIndicatorShown(true);
     m_hits.clear();
+    m_hit = -1;
     m_next->hide();
     m_previous->hide();
+    m_rewritten = true; // the marks are those of the order shown
     applyHidden();
-    selectRow(m_model->rowCount() > 0 ? 0 : -1);
+    selectVisibleRow(0);
     m_diagnosisTimer.start();
 }
 
 void CommandWordDialog::selectRow(int row)
 {
-    if (row < 0) {
-        showRow(row);
-        return;
-    }
     m_busy = true;
     m_table->setCurrentIndex(m_model->index(row, CommandRowsModel::Words));
     m_busy = false;
-    m_table->scrollTo(m_table->currentIndex());
+    if (row >= 0) {
+        m_table->scrollTo(m_table->currentIndex());
+    }
     showRow(row);
 }
 
@@ -328,13 +366,14 @@ void CommandWordDialog::showRow(int row)
         m_alt->setChecked(parts.alt);
         m_shift->setChecked(parts.shift);
         m_win->setChecked(parts.win);
-        m_key->setCurrentIndex(m_key->findText(parts.key));
+        const bool isNew = content == tr(mevo::commandForm(CommandType::Shortcut).newContent);
+        m_key->setCurrentIndex(isNew ? 0 : m_key->findText(parts.key));
         m_content->clear();
     } else {
         m_content->setText(content);
         if (m_content->validator() != nullptr && !m_content->hasAcceptableInput()) {
-            m_content
-                ->clear(); // a field that holds something invalid lets anything in; the row keeps its own
+            // A field that holds something invalid lets anything in; the row keeps its own.
+            m_content->clear();
         }
     }
     m_content->setCursorPosition(0);

@@ -20,7 +20,9 @@ class QTableView;
 
 namespace mevo {
 class CommandRowsModel;
-}
+class DraftWriter;
+class PathLooker;
+} // namespace mevo
 
 /// The editor of the command words: the rows of one type, or all of them to look at. What is typed is saved
 /// by the save button, by a deletion, or on leaving a view when the user says so; until then a draft beside
@@ -93,13 +95,22 @@ private:
     /// could be kept nowhere and the view has to stay.
     bool leaveView();
     void loadView();
-    mevo::CommandRows rowsOfAllTypes() const;
-    /// The rows to show of a type: its file's, or those of a draft that the user wants back.
-    std::optional<mevo::CommandRows> typedRows(mevo::CommandType type);
+    /// The rows of the present view in its files.
+    mevo::CommandRows rowsOfFiles() const;
+    /// The rows of a draft that the user wants back, or has not refused. Nothing when the file's are to be
+    /// shown.
+    std::optional<mevo::CommandRows> wantedDraft(mevo::CommandType type);
+    void removeDraft(mevo::CommandType type);
+    void saveDraftAside();
+    void importTables(const mevo::CommandTables &tables, int refused);
     bool saveView();
     bool rebuildMerged();
 
     int currentRow() const;
+    /// The row shown at `row` or behind it, else before it; -1 when none is.
+    int visibleRow(int row) const;
+    /// Makes the next visible row current; the fields are for it alone.
+    void selectVisibleRow(int row);
     void selectRow(int row);
     void showRow(int row);
     void showForm(mevo::CommandType type);
@@ -111,8 +122,10 @@ private:
     void goToHit(int position);
     void diagnose();
 
-    int ask(const QString &title, const QString &text, bool yesNo = false);
-    void tell(const QString &text);
+    enum class Reply { Yes, No, None }; ///< None: closed, by Escape too
+    Reply askYesNo(const QString &title, const QString &text);
+    /// False when the dialog has gone meanwhile, or the program's end has closed it.
+    bool tell(const QString &text);
 
     mevo::CommandTable m_tables;
     const SettingsState &m_settings;
@@ -121,6 +134,9 @@ private:
     std::vector<int> m_hits;
     int m_hit = -1;
     bool m_dirty = false;
+    bool m_draftStale = false; ///< no draft has the last change
+    bool m_rewritten =
+        false;             ///< the file does not hold the rows in the order shown, or not under its numbers
     bool m_loaded = false; ///< the rows shown are those of `m_view`
     View m_pending;        ///< where rows go when the view is left; none: nothing is asked then
     View m_view;
@@ -130,6 +146,8 @@ private:
     QTimer m_draftTimer;
     QTimer m_diagnosisTimer;
 
+    mevo::DraftWriter *m_drafts;
+    mevo::PathLooker *m_paths;
     mevo::CommandRowsModel *m_model;
     QTableView *m_table;
     QHash<int, QRadioButton *> m_viewButtons; ///< by the type's number, -1 for all

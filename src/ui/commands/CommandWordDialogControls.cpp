@@ -89,6 +89,8 @@ void CommandWordDialog::buildTable()
                     showRow(current.row());
                 }
             });
+    // A row that is current already, too: another one's hit or an edit may have changed the fields.
+    connect(m_table, &QTableView::clicked, this, [this](const QModelIndex &index) { showRow(index.row()); });
     auto *insertKey = new QShortcut(QKeySequence(Qt::Key_Insert), m_table);
     auto *deleteKey = new QShortcut(QKeySequence(Qt::Key_Delete), m_table);
     for (QShortcut *key : {insertKey, deleteKey}) {

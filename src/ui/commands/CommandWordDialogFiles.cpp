@@ -3,22 +3,27 @@
 #include "base/WholeFile.h"
 #include "commands/CommandBundle.h"
 #include "commands/CommandForm.h"
+#include "ui/PickFile.h"
 #include "ui/commands/CommandRowsModel.h"
 #include "ui/commands/CommandWordDialog.h"
+#include "ui/commands/DraftWriter.h"
+#include "ui/commands/PathLooker.h"
 
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QHeaderView>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableView>
 
+#include <algorithm>
+
 namespace {
 
-constexpr int yesButton = 0;
-
 using mevo::CommandType;
+
+/// What the view of all rows shows, in its order.
+constexpr std::array<CommandType, 5> viewOfAll{CommandType::Web, CommandType::File, CommandType::Directory,
+                                               CommandType::Shortcut, CommandType::Phrase};
 
 } // namespace
 
@@ -38,36 +43,38 @@ void CommandWordDialog::chooseView(View view)
 bool CommandWordDialog::leaveView()
 {
     const QPointer<CommandWordDialog> self(this);
+    bool saved = true;
     if (m_dirty && m_view && m_pending) {
         const CommandType left = *m_view;
         const CommandType target = *m_pending;
-        const int answer = ask(tr("提示"), tr("是否要保存前面设置？"), true);
+        const Reply reply = askYesNo(tr("提示"), tr("是否要保存前面设置？"));
         if (self.isNull()) {
             return false;
         }
         const mevo::CommandRows &rows = m_model->rows();
-        if (answer > yesButton) {
-            m_tables.removeDraft(left);
+        if (reply == Reply::No) {
+            removeDraft(left);
             m_dirty = false;
-        } else if (answer < yesButton) {
+        } else if (reply == Reply::None) {
             // A question that was closed has not been answered: the draft keeps the rows.
         } else if (target == left ? m_tables.writeTyped(left, rows)
                                   : m_tables.keepCopy(target) && m_tables.writeTyped(target, rows)) {
             if (target == left) {
-                m_tables.removeDraft(left);
+                removeDraft(left);
                 m_dirty = false;
             }
         } else {
-            saveDraft();
-            tell(tr("语音映射词没有保存，原来的文件没有改动。"));
-            if (self.isNull()) {
-                return false;
-            }
+            saved = false;
         }
     }
-    if (!saveDraft()) {
+    const bool kept = saveDraft();
+    if (!kept) {
         m_viewButtons[m_view ? int(*m_view) : -1]->setChecked(true);
+    }
+    if (!kept || !saved) {
         tell(tr("语音映射词没有保存，原来的文件没有改动。"));
+    }
+    if (!kept || self.isNull()) {
         return false;
     }
     m_dirty = false;
@@ -75,37 +82,41 @@ bool CommandWordDialog::leaveView()
     return true;
 }
 
-std::optional<mevo::CommandRows> CommandWordDialog::typedRows(CommandType type)
+void CommandWordDialog::removeDraft(CommandType type)
 {
-    const auto draft = m_tables.readDraft(type);
+    m_drafts->finish();
+    m_tables.removeDraft(type);
+}
+
+std::optional<mevo::CommandRows> CommandWordDialog::wantedDraft(CommandType type)
+{
+    auto draft = m_tables.readDraft(type);
     if (!draft) {
-        return m_tables.readTyped(type);
+        return std::nullopt;
     }
     const QPointer<CommandWordDialog> self(this);
-    const int answer = ask(
-        tr("提示"), tr("上次对“%1”的修改没有保存，要恢复吗？").arg(tr(mevo::commandForm(type).view)), true);
+    const Reply reply = askYesNo(
+        tr("提示"), tr("上次对“%1”的修改没有保存，要恢复吗？").arg(tr(mevo::commandForm(type).view)));
     if (self.isNull()) {
         return std::nullopt;
     }
-    if (answer == yesButton) {
-        m_dirty = true;
-        m_pending = type == CommandType::VoiceKeyboard ? View() : View(type);
-        return draft;
+    if (reply == Reply::No) {
+        removeDraft(type);
+        return std::nullopt;
     }
-    if (answer > yesButton) {
-        m_tables.removeDraft(type); // a question that was closed has not been answered
-    }
-    return m_tables.readTyped(type);
+    // Closed, the question has not been answered: the rows are not lost, and what is typed now is theirs.
+    return draft;
 }
 
-mevo::CommandRows CommandWordDialog::rowsOfAllTypes() const
+mevo::CommandRows CommandWordDialog::rowsOfFiles() const
 {
+    if (m_view) {
+        return m_all[std::size_t(*m_view)];
+    }
     mevo::CommandRows all;
-    for (const CommandType type : {CommandType::Web, CommandType::File, CommandType::Directory,
-                                   CommandType::Shortcut, CommandType::Phrase}) {
-        for (mevo::CommandRow &row : m_tables.readTyped(type)) {
-            all.push_back(std::move(row));
-        }
+    for (const CommandType type : viewOfAll) {
+        const mevo::CommandRows &rows = m_all[std::size_t(type)];
+        all.insert(all.end(), rows.begin(), rows.end());
     }
     return all;
 }
@@ -113,44 +124,58 @@ mevo::CommandRows CommandWordDialog::rowsOfAllTypes() const
 void CommandWordDialog::loadView()
 {
     const View view = m_view;
-    auto rows = view ? typedRows(*view) : rowsOfAllTypes();
-    if (!rows || view != m_view) {
-        return; // the dialog has gone, or another view was chosen during a question
+    const QPointer<CommandWordDialog> self(this);
+    auto draft = view ? wantedDraft(*view) : std::nullopt;
+    if (self.isNull() || view != m_view) {
+        return; // the dialog has gone, or another view was chosen during the question
+    }
+    for (const CommandType type : mevo::allCommandTypes) {
+        m_all[std::size_t(type)] = m_tables.readTyped(type);
+    }
+    m_dirty = m_rewritten = draft.has_value();
+    m_draftStale = false;
+    if (draft) {
+        m_pending = *view == CommandType::VoiceKeyboard ? View() : view;
     }
     m_busy = true;
-    m_model->setRows(std::move(*rows));
+    m_model->setRows(draft ? std::move(*draft) : rowsOfFiles());
     m_busy = false;
     m_loaded = true;
     m_hits.clear();
     m_hit = -1;
     m_next->hide();
     m_previous->hide();
-    m_table->horizontalHeader()->setSortIndicatorShown(false);
+    m_table->horizontalHeader()->setSortIndicator(mevo::CommandRowsModel::Words, Qt::AscendingOrder);
+    m_table->horizontalHeader()->setSortIndicatorShown(true);
     m_sortColumn = -1;
     applyHidden();
-    const bool any = m_model->rowCount() > 0;
-    setFieldsEnabled(any && view);
     for (QPushButton *button : {m_add, m_edit, m_delete, m_save, m_import}) {
         button->setEnabled(view.has_value());
     }
-    selectRow(any ? 0 : -1);
-    for (const CommandType type : mevo::allCommandTypes) {
-        m_all[std::size_t(type)] = m_tables.readTyped(type);
-    }
+    selectVisibleRow(0);
+    m_paths->forget();
     diagnose();
 }
 
 void CommandWordDialog::diagnose()
 {
-    if (!m_view) {
+    if (m_view) {
+        m_all[std::size_t(*m_view)] = m_model->rows();
+    }
+    mevo::CommandDiagnoses found = mevo::diagnoseCommands(
+        m_all, m_view, m_rewritten, m_settings,
+        [this](const QString &path, bool folder) { return m_paths->isThere(path, folder); });
+    if (m_view) {
+        m_model->setDiagnoses(std::move(found[std::size_t(*m_view)]));
         return;
     }
-    m_all[std::size_t(*m_view)] = m_model->rows();
-    m_model->setDiagnoses(
-        mevo::diagnoseCommands(m_all, *m_view, m_settings, [](const QString &path, bool folder) {
-            const QFileInfo info(path);
-            return folder ? info.isDir() : info.exists();
-        }));
+    std::vector<mevo::CommandDiagnosis> all;
+    for (const CommandType type : viewOfAll) {
+        for (mevo::CommandDiagnosis &diagnosis : found[std::size_t(type)]) {
+            all.push_back(std::move(diagnosis));
+        }
+    }
+    m_model->setDiagnoses(std::move(all));
 }
 
 bool CommandWordDialog::saveView()
@@ -168,7 +193,7 @@ bool CommandWordDialog::saveView()
     m_dirty = false;
     m_draftTimer.stop();
     if (m_view) {
-        m_tables.removeDraft(*m_view);
+        removeDraft(*m_view);
     }
     return true;
 }
@@ -176,11 +201,28 @@ bool CommandWordDialog::saveView()
 bool CommandWordDialog::saveDraft()
 {
     m_draftTimer.stop();
-    if (m_dirty && m_view && m_loaded && !m_tables.writeDraft(*m_view, m_model->rows())) {
-        m_draftTimer.start();
-        return false;
+    const bool lastWritten = m_drafts->finish();
+    if (!m_dirty || !m_view || !m_loaded || (!m_draftStale && lastWritten)) {
+        return true;
     }
-    return true;
+    m_draftStale = !m_tables.writeDraft(*m_view, m_model->rows());
+    if (m_draftStale) {
+        m_draftTimer.start();
+    }
+    return !m_draftStale;
+}
+
+void CommandWordDialog::saveDraftAside()
+{
+    if (!m_dirty || !m_view || !m_loaded || !m_draftStale) {
+        return;
+    }
+    if (m_drafts->isWriting()) {
+        m_draftTimer.start();
+        return;
+    }
+    m_draftStale = false;
+    m_drafts->write(*m_view, m_model->rows());
 }
 
 /// The view of all rows changes no file: there is nothing to bring up to date then.
@@ -229,17 +271,14 @@ void CommandWordDialog::hideEvent(QHideEvent *event)
 void CommandWordDialog::on_pushButton_Export_clicked()
 {
     const QPointer<CommandWordDialog> self(this);
-    const QString path = QFileDialog::getSaveFileName(
-        this, tr("导出语音映射词"), QStringLiteral("CommandWords.ini"), tr("语音映射词(*.ini)"));
+    const QString path = mevo::pickNewFile(this, tr("导出语音映射词"), QStringLiteral("CommandWords.ini"),
+                                           tr("语音映射词(*.ini)"));
     if (self.isNull() || path.isEmpty()) {
         return;
     }
     mevo::CommandTables tables;
     for (const CommandType type : mevo::allCommandTypes) {
-        tables[std::size_t(type)] = m_tables.readTyped(type);
-    }
-    if (m_view) {
-        tables[std::size_t(*m_view)] = m_model->rows();
+        tables[std::size_t(type)] = m_view == type ? m_model->rows() : m_tables.readTyped(type);
     }
     const QString failure = mevo::replaceWholeFile(path, mevo::exportCommands(tables));
     tell(failure.isEmpty() ? tr("已导出到“%1”。").arg(path) : tr("不能写入“%1”：%2").arg(path, failure));
@@ -248,9 +287,8 @@ void CommandWordDialog::on_pushButton_Export_clicked()
 void CommandWordDialog::on_pushButton_Import_clicked()
 {
     const QPointer<CommandWordDialog> self(this);
-    const QString path =
-        QFileDialog::getOpenFileName(this, tr("导入语音映射词"), QString(), tr("语音映射词(*.ini)"));
-    if (self.isNull() || path.isEmpty() || !m_view) {
+    const QString path = mevo::pickFile(this, tr("导入语音映射词"), tr("语音映射词(*.ini)"));
+    if (self.isNull() || path.isEmpty() || !m_view || !m_loaded) {
         return;
     }
     const auto text = mevo::readWholeFile(path);
@@ -258,42 +296,41 @@ void CommandWordDialog::on_pushButton_Import_clicked()
         tell(tr("不能读取“%1”。").arg(path));
         return;
     }
-    mevo::CommandTables tables;
-    for (const CommandType type : mevo::allCommandTypes) {
-        tables[std::size_t(type)] = type == *m_view ? m_model->rows() : m_tables.readTyped(type);
-    }
-    const std::array<std::size_t, 7> before = [&tables] {
-        std::array<std::size_t, 7> sizes{};
-        for (std::size_t type = 0; type < sizes.size(); ++type) {
-            sizes[type] = tables[type].size();
+    const mevo::CommandBundle bundle = mevo::readCommandBundle(*text);
+    importTables(bundle.tables, bundle.refused);
+}
+
+/// New rows go into the files, and besides into the rows shown where those have changes that nobody has
+/// saved.
+void CommandWordDialog::importTables(const mevo::CommandTables &tables, int refused)
+{
+    m_drafts->finish();
+    const mevo::CommandImport import = mevo::importCommands(m_tables, tables);
+    if (m_dirty) {
+        mevo::CommandRows rows = m_model->rows();
+        if (std::find(import.failed.begin(), import.failed.end(), *m_view) == import.failed.end()) {
+            mevo::addMissingRows(rows, tables[std::size_t(*m_view)]);
         }
-        return sizes;
-    }();
-    const mevo::CommandImport import = mevo::importCommands(std::move(tables), *text);
-    bool written = true;
-    for (const CommandType type : mevo::allCommandTypes) {
-        const mevo::CommandRows &rows = import.tables[std::size_t(type)];
-        if (rows.size() != before[std::size_t(type)]) {
-            written = m_tables.writeTyped(type, rows) && written;
-        }
-    }
-    if (!written) {
-        tell(tr("语音映射词没有保存，原来的文件没有改动。"));
-        return;
-    }
-    if (import.tables[std::size_t(*m_view)].size() != before[std::size_t(*m_view)]) {
-        m_dirty = false;
-        m_tables.removeDraft(*m_view);
-        loadView();
-    } else {
+        const int row = currentRow();
+        m_busy = true;
+        m_model->setRows(std::move(rows));
+        m_busy = false;
+        applyHidden();
+        selectVisibleRow(std::max(0, row));
+        changed();
         for (const CommandType type : mevo::allCommandTypes) {
-            m_all[std::size_t(type)] = import.tables[std::size_t(type)];
+            m_all[std::size_t(type)] = m_tables.readTyped(type);
         }
         diagnose();
+    } else {
+        loadView();
     }
-    if (!self.isNull()) {
-        tell(tr("导入了%1条，%2条已经有了，%3条不能识别。")
-                 .arg(QString::number(import.added), QString::number(import.known),
-                      QString::number(import.refused)));
+    QString told =
+        tr("导入了%1条，%2条已经有了，%3条不能识别。")
+            .arg(QString::number(import.added), QString::number(import.known), QString::number(refused));
+    for (const CommandType type : import.failed) {
+        told += QLatin1Char('\n') +
+                tr("“%1”没有保存，原来的文件没有改动。").arg(tr(mevo::commandForm(type).view));
     }
+    tell(told);
 }

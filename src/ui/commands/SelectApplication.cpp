@@ -11,6 +11,7 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QSet>
+#include <QSignalBlocker>
 #include <QStandardPaths>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -127,17 +128,21 @@ QTreeWidget *SelectApplication::makeList(const char *name, const QStringList &fo
         const bool isFile = QDir::isAbsolutePath(entry.icon);
         item->setIcon(0, isFile ? QIcon(entry.icon) : QIcon::fromTheme(entry.icon));
     }
-    const auto pick = [this](QTreeWidgetItem *item) {
-        if (item != nullptr) {
-            m_path = item->data(0, Qt::UserRole).toString();
+    // Not the current item, which a tree has as soon as it gets the focus.
+    connect(tree, &QTreeWidget::itemSelectionChanged, this, [this, tree] {
+        const QList<QTreeWidgetItem *> chosen = tree->selectedItems();
+        if (chosen.isEmpty()) {
+            return;
         }
-    };
-    connect(tree, &QTreeWidget::currentItemChanged, this, pick);
-    connect(tree, &QTreeWidget::itemClicked, this, pick);
-    connect(tree, &QTreeWidget::itemDoubleClicked, this, [this, pick](QTreeWidgetItem *item) {
-        pick(item);
-        accept();
+        m_path = chosen.first()->data(0, Qt::UserRole).toString();
+        for (QTreeWidget *other : findChildren<QTreeWidget *>()) {
+            if (other != tree) {
+                const QSignalBlocker blocker(other);
+                other->clearSelection();
+            }
+        }
     });
+    connect(tree, &QTreeWidget::itemDoubleClicked, this, &SelectApplication::accept);
     return tree;
 }
 

@@ -1,0 +1,95 @@
+// Questions and file dialogs whose parent goes while they stand, and how they are closed.
+
+#include "ui/Ask.h"
+#include "ui/PickFile.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QtTest>
+
+using namespace mevo;
+
+namespace {
+
+/// Runs while a dialog stands.
+void whileItStands(const std::function<void(QWidget *)> &action)
+{
+    QTimer::singleShot(0, qApp, [action] { action(QApplication::activeModalWidget()); });
+}
+
+} // namespace
+
+class tst_ask : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aParentThatGoesTakesItsDialogAlong_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("question") << 0;
+        QTest::newRow("file") << 1;
+        QTest::newRow("new file") << 2;
+        QTest::newRow("folder") << 3;
+    }
+    void aParentThatGoesTakesItsDialogAlong()
+    {
+        QFETCH(int, kind);
+        auto parent = std::make_unique<QWidget>();
+        parent->show();
+        bool stood = false;
+        whileItStands([&](QWidget *dialog) {
+            stood = dialog != nullptr;
+            parent.reset();
+        });
+        const QString title = QStringLiteral("title");
+        switch (kind) {
+        case 0:
+            QCOMPARE(ask(parent.get(), {title, title, {title}}), -1);
+            break;
+        case 1:
+            QCOMPARE(pickFile(parent.get(), title), QString());
+            break;
+        case 2:
+            QCOMPARE(pickNewFile(parent.get(), title, title, QString()), QString());
+            break;
+        default:
+            QCOMPARE(pickFolder(parent.get(), title, QDir::tempPath()), QString());
+        }
+        QVERIFY(stood && parent == nullptr);
+        closeQuestions(); // nothing that has gone is among them
+    }
+
+    void howAQuestionIsClosed_data()
+    {
+        QTest::addColumn<int>("way");
+        QTest::newRow("Escape") << 0;
+        QTest::newRow("close box") << 1;
+        QTest::newRow("all at once") << 2;
+    }
+    void howAQuestionIsClosed()
+    {
+        QFETCH(int, way);
+        QWidget parent;
+        parent.show();
+        whileItStands([way](QWidget *box) {
+            QVERIFY(box != nullptr);
+            switch (way) {
+            case 0:
+                QTest::keyClick(box, Qt::Key_Escape);
+                break;
+            case 1:
+                box->close();
+                break;
+            default:
+                closeQuestions();
+            }
+        });
+        const QString text = QStringLiteral("text");
+        const Question question{text, text, {text, text}, false, {Answer::Yes, Answer::No}};
+        QCOMPARE(ask(&parent, question), -1);
+    }
+};
+
+QTEST_MAIN(tst_ask)
+#include "tst_ask.moc"
