@@ -76,7 +76,8 @@ int runDesk(const QStringList &arguments)
     DeskRunner::Options options;
     options.program = parser.value(program);
     if (parser.isSet(home))
-        options.environment.insert(QStringLiteral("MEVO_HOME"), parser.value(home));
+        options.environment.insert(QStringLiteral("MEVO_HOME"),
+                                   QFileInfo(parser.value(home)).absoluteFilePath());
     if (parser.isSet(artifacts))
         options.artifacts = QDir(parser.value(artifacts));
     options.name =

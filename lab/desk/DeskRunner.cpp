@@ -1,9 +1,11 @@
 #include "desk/DeskRunner.h"
 
 #include "desk/HttpGet.h"
+#include "desk/Speaker.h"
 #include "desk/SpeechClip.h"
 #include "receiver/LaunchEnvironment.h"
 #include "receiver/WaitUntil.h"
+#include "recognisers/SpeechDecoder.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -104,6 +106,7 @@ const DeskRunner::Verb DeskRunner::verbs[] = {
     {"wait-menu", &DeskRunner::waitMenu},
     {"no-window", &DeskRunner::noWindow},
     {"speak", &DeskRunner::speak},
+    {"hear", &DeskRunner::hear},
     {"hold", &DeskRunner::hold},
     {"key", &DeskRunner::key},
     {"click", &DeskRunner::click},
@@ -418,6 +421,36 @@ Result DeskRunner::speak(Step step)
     }
     return playIntoMicrophone(clip, &reason) ? Result{}
                                              : Result::failed(QStringLiteral("a played clip"), reason);
+}
+
+Result DeskRunner::hear(Step step)
+{
+    constexpr int soundTimeoutMs = 30000;
+    const QString wanted = step.arguments.first();
+    DeskStep clicking = step;
+    clicking.arguments.removeFirst();
+    ::lab::SpeechDecoder decoder;
+    Speaker speaker;
+    if (!decoder.isReady() || !speaker.records(soundTimeoutMs))
+        return Result::failed(QStringLiteral("a recogniser and a speaker"),
+                              QStringLiteral("one is not there"));
+    QStringList heard;
+    Result clicked;
+    const bool understood = repeat(step.milliseconds(within(), defaultWaitMs), [&] {
+        if (!speaker.isQuiet(soundTimeoutMs)) // another reading plays
+            return false;
+        clicked = click(clicking);
+        if (!clicked.ok)
+            return true;
+        const QByteArray sound = speaker.nextSound(soundTimeoutMs);
+        heard.append(sound.isEmpty() ? QStringLiteral("(nothing)") : decoder.recognise(sound).trimmed());
+        return heard.last() == wanted;
+    });
+    if (!clicked.ok)
+        return clicked;
+    const QString all = heard.join(QStringLiteral("; "));
+    return understood ? Result{true, all, {}, {}}
+                      : Result::failed(QStringLiteral("to hear ") + visible(wanted), all);
 }
 
 Result DeskRunner::hold(Step step)

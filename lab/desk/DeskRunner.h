@@ -73,6 +73,7 @@ private:
     Result waitMenu(Step step);
     Result noWindow(Step step);
     Result speak(Step step);
+    Result hear(Step step);
     Result hold(Step step);
     Result key(Step step);
     Result click(Step step);

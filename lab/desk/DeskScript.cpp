@@ -45,6 +45,9 @@ constexpr StepKind stepKinds[] = {
     {"no-window", 1, 1, "within", "no-window \"PATTERN\" [within MS]: none such is left"},
     {"speak", 1, 1, "voice",
      "speak FILE|\"TEXT\" [voice rms|kal16|mandarin]: into the microphone, to its end"},
+    {"hear", 3, 3, "over within",
+     "hear \"WORDS\" X Y [over \"PATTERN\"] [within MS]: clicks as click does, and the speaker says these "
+     "English words; clicks again when something else was understood"},
     {"hold", 1, 1, "", "hold MS: time passes"},
     {"key", 1, 1, "", "key CHORD: on the user's keyboard, such as ctrl+z"},
     {"click", 2, 3, "over",

@@ -2,6 +2,8 @@
 
 #include "receiver/WaitUntil.h"
 
+#include <QFileInfo>
+
 namespace mevo::lab {
 
 namespace {
@@ -29,7 +31,11 @@ bool ProgramUnderTest::start(const QString &program, const QStringList &argument
                              const QProcessEnvironment &environment)
 {
     m_process.setProcessEnvironment(environment);
-    m_process.start(program, arguments);
+    const QString home = environment.value(QStringLiteral("MEVO_HOME"));
+    if (!home.isEmpty())
+        m_process.setWorkingDirectory(home); // it keeps there what it reads aloud
+    m_process.start(program.contains(QLatin1Char('/')) ? QFileInfo(program).absoluteFilePath() : program,
+                    arguments);
     return m_process.waitForStarted();
 }
 

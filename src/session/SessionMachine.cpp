@@ -6,6 +6,8 @@
 #include <QDebug>
 #include <QMutexLocker>
 
+#include <utility>
+
 namespace mevo {
 
 namespace {
@@ -73,6 +75,14 @@ void SessionMachine::endWithoutRelease()
     m_state.KeyDownBusy = false;
     m_state.KeyUpBusy = false;
     reset();
+}
+
+void SessionMachine::endInputMethodPress()
+{
+    const bool pressed = std::exchange(m_methodKey, 0) != 0;
+    if (!pressed || !m_state.ThirdPartyActive || !releaseThirdParty()) {
+        letHotKeyGo();
+    }
 }
 
 void SessionMachine::press(const KeyReport &report)
@@ -216,17 +226,16 @@ bool SessionMachine::closeSession(const KeyReport &report)
         if (!m_state.PressPending) {
             return false; // kept: KeyUpBusy stays, and only the next full session clears it
         }
+        // Also one that has begun while the source pane of the translation window had the keyboard, and ends
+        // without it: keys that belong to that window have opened no microphone, and this one did.
         m_state.KeyUpHeld = true;
-        stop =
-            !(m_state.DelimitTranslation && m_port.translationDialogTakesKeys() && m_state.DeviceConnected);
-        if (stop) {
-            m_port.updateMicWin(QLatin1String(pictures::micIdle));
-            if (m_state.DeviceConnected && !report.fromTipWindow) {
-                m_port.hideTipWindow();
-                m_state.MicWinShown = false;
-            }
-            m_state.Recording = false;
+        stop = true;
+        m_port.updateMicWin(QLatin1String(pictures::micIdle));
+        if (m_state.DeviceConnected && !report.fromTipWindow) {
+            m_port.hideTipWindow();
+            m_state.MicWinShown = false;
         }
+        m_state.Recording = false;
         m_state.KeyUpHeld = false;
         m_state.PressPending = false;
     }

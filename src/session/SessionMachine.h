@@ -33,6 +33,9 @@ public:
     /// Ends a session whose release can no longer come; what was said until now is recognised.
     void endWithoutRelease();
 
+    /// Ends an input method's press whose release can no longer come, as the release would have.
+    void endInputMethodPress();
+
 private:
     void press(const KeyReport &report);
     bool pressInputMethod();

@@ -10,6 +10,7 @@
 #include "window/MainWindow.h"
 #include "window/SelectionCopy.h"
 
+#include <QApplication>
 #include <QDebug>
 #include <QTimer>
 
@@ -116,7 +117,7 @@ QPair<bool, QString> TranslationHands::translate(const QString &text, const QStr
 
 bool TranslationHands::resultIdle() const
 {
-    return m_window.ResultIdle;
+    return m_window.ResultIdle && QApplication::activeModalWidget() == nullptr; // a box has the keyboard
 }
 
 WindowId TranslationHands::foregroundWindow()
@@ -126,6 +127,10 @@ WindowId TranslationHands::foregroundWindow()
 
 void TranslationHands::typeText(const QString &text, WindowId front)
 {
+    if (m_window.m_sessionsFinished) {
+        m_window.keepForNextRun(text);
+        return;
+    }
     const int number = ++m_texts;
     m_onTheWay.emplace(number, text);
     whenInFront(front, [this, number, text](bool there) {
@@ -133,11 +138,24 @@ void TranslationHands::typeText(const QString &text, WindowId front)
             return; // an exit has taken it back
         }
         if (there) {
-            m_window.sendToScreen(text, m_window.contextNow());
+            SessionContext context = m_window.contextNow();
+            if (!exists()) { // it has closed meanwhile; the window that is in front now is meant
+                context.window = m_window.m_platform.windowSystem->focusedWindow();
+            }
+            m_window.sendToScreen(text, context);
         } else {
             m_window.keepUndelivered(text, PostStop::FocusRefused);
         }
     });
+}
+
+void TranslationHands::keepText(const QString &text)
+{
+    if (m_window.m_sessionsFinished) {
+        m_window.keepForNextRun(text);
+    } else {
+        m_window.keepUndelivered(text, PostStop::Gone);
+    }
 }
 
 void TranslationHands::whenInFront(WindowId front, std::function<void(bool)> action)
@@ -188,7 +206,12 @@ void TranslationHands::giveFocusTo(WindowId window)
 
 void TranslationHands::setDelimitTranslation(bool on)
 {
+    const bool entered = on && !m_window.DelimitTranslation;
     m_window.DelimitTranslation = on;
+    if (entered) { // the release of a key that is held is no longer taken
+        m_window.m_session.endInputMethodPress();
+        m_window.endRunningSession();
+    }
 }
 
 void TranslationHands::copySelection(bool emptied, WindowId front,
@@ -247,8 +270,9 @@ void TranslationHands::closing(const QStringList &untold)
     if (m_window.m_micTip != nullptr) {
         m_window.m_micTip->UpdateStatusButtons();
     }
-    for (const QString &sentence : untold) { // spoken, and nobody translates it any more
-        m_window.sendToScreen(sentence, m_window.contextNow());
+    const WindowId front = untold.isEmpty() ? 0 : m_dialog->windowToReturnTo();
+    for (const QString &text : untold) {
+        typeText(text, front);
     }
 }
 

@@ -50,6 +50,7 @@ public:
     bool resultIdle() const override;
     WindowId foregroundWindow() override;
     void typeText(const QString &text, WindowId front) override;
+    void keepText(const QString &text) override;
     void takeFocus() override;
     void neverTakeFocus() override;
     void giveFocusTo(WindowId window) override;

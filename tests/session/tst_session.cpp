@@ -488,6 +488,57 @@ private Q_SLOTS:
                  (QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")}));
     }
 
+    /// Begun while the source pane of the translation window had the keyboard, released when it has it no
+    /// longer: the microphone does not stay open.
+    void theTranslationWindowTakesTheKeysMeanwhile()
+    {
+        Desk desk;
+        desk.state.DelimitTranslation = true;
+        desk.key(1, 1);
+        QVERIFY(desk.state.Recording);
+        desk.calls();
+        desk.port.dialogTakesKeys = true;
+        desk.key(1, 0);
+        QCOMPARE(desk.calls(), ownRelease);
+        QVERIFY(!desk.state.Recording && !desk.state.PressPending && !desk.state.KeyUpBusy);
+    }
+
+    /// The release can no longer come: the input method is told all the same, once.
+    void anInputMethodsPressIsEnded_data()
+    {
+        QTest::addColumn<bool>("pressed");
+        QTest::addColumn<bool>("hold");
+        QTest::addColumn<bool>("leftSince");
+        QTest::addColumn<QStringList>("first");
+        QTest::newRow("held") << true << true << false
+                              << QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")};
+        QTest::newRow("tapped") << true << false << false
+                                << QStringList{QStringLiteral("paste timer"), QStringLiteral("tap timer")};
+        QTest::newRow("held, and left since")
+            << true << true << true << QStringList{QStringLiteral("key 0 0")};
+        QTest::newRow("tapped, and left since") << true << false << true << QStringList();
+        QTest::newRow("no press") << false << true << false << QStringList();
+    }
+    void anInputMethodsPressIsEnded()
+    {
+        QFETCH(bool, pressed);
+        QFETCH(bool, hold);
+        QFETCH(bool, leftSince);
+        Desk desk;
+        desk.state.ThirdPartyActive = true;
+        desk.state.ASR3HoldToTalk = hold;
+        desk.port.inputMethodWindow = 7;
+        if (pressed) {
+            desk.key(1, 1);
+            desk.calls();
+        }
+        desk.state.ThirdPartyActive = !leftSince;
+        desk.session.endInputMethodPress();
+        QTEST(QStringList(desk.calls().mid(0, 2)), "first");
+        desk.session.endInputMethodPress();
+        QVERIFY(desk.calls().isEmpty());
+    }
+
     void aReleaseWithoutItsPressKeepsTheKeyBusy()
     {
         Desk desk;

@@ -22,7 +22,7 @@
 namespace {
 
 const ScratchHome home;
-constexpr mevo::WindowId editorWindow = 0x77;
+constexpr mevo::WindowId editorWindow = 0x70000077; ///< none of the test's own
 
 /// Answers each translation with the text in brackets, unless a test says otherwise.
 struct FakeHost : mevo::TransWindowHost
@@ -42,6 +42,7 @@ struct FakeHost : mevo::TransWindowHost
         log.add(QStringLiteral("type %1").arg(text) +
                 (front != 0 ? QStringLiteral(" into %1").arg(front, 0, 16) : QString()));
     }
+    void keepText(const QString &text) override { log.add(QStringLiteral("keep ") + text); }
     void takeFocus() override { log.add(QStringLiteral("take focus")); }
     void neverTakeFocus() override {}
     void giveFocusTo(mevo::WindowId window) override
@@ -152,6 +153,17 @@ struct Window
         QApplication::setActiveWindow(dialog.get());
         source()->setFocus();
         QVERIFY(dialog->sourceHasFocus());
+    }
+    /// A voice key in the selection state, with that text selected.
+    void select(const QString &text)
+    {
+        auto *box = find<QCheckBox>("checkBox_Delimit_Translation");
+        if (!box->isChecked()) {
+            box->click();
+        }
+        char press[16] = {1, 0x70, 3, 1};
+        dialog->ProcessResult(press);
+        host.onCopied(text);
     }
     static QString stored(const char *key)
     {
@@ -295,6 +307,7 @@ private Q_SLOTS:
         Window window;
         window.dialog->showRecText(QStringLiteral("你好"));
         QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        window.dialog->onIntervelSendResultTimeout(); // of a delay of hours
         QVERIFY(window.calls("type").isEmpty());
         window.dest()->setPlainText(QStringLiteral("Hello!")); // corrected
         window.click("pushButton_TransSend");
@@ -312,7 +325,112 @@ private Q_SLOTS:
         QCOMPARE(window.source()->toPlainText(), QStringLiteral("你好"));
         QCOMPARE(window.dest()->toPlainText(), QStringLiteral("before"));
         QVERIFY(window.calls("type").isEmpty());
+        QCOMPARE(window.calls("keep"), list({"keep 你好"})); // what was spoken
         QVERIFY(window.dialog->isVisible());
+    }
+
+    /// A sentence that has no translation can be corrected until another text comes, then it is kept.
+    void failedSentence_data()
+    {
+        QTest::addColumn<QString>("then");
+        QTest::addColumn<QStringList>("kept");
+        QTest::newRow("the next sentence") << "spoken" << list({"keep 一"});
+        QTest::newRow("the next sentence, with the cursor here") << "spoken here" << list({"keep 一"});
+        QTest::newRow("a selection") << "selected" << list({"keep 一"});
+        QTest::newRow("corrected") << "typed" << QStringList();
+        QTest::newRow("cleared") << "cleared" << QStringList();
+    }
+    void failedSentence()
+    {
+        QFETCH(QString, then);
+        Window window(1);
+        window.host.fails = true;
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.calls("translate").size(), 1);
+        QVERIFY(window.calls("keep").isEmpty());
+        window.host.fails = false;
+        if (then.endsWith(QLatin1String("here"))) {
+            window.typeInSource();
+        }
+        if (then.startsWith(QLatin1String("spoken"))) {
+            window.dialog->showRecText(QStringLiteral("二"));
+        } else if (then == QLatin1String("selected")) {
+            window.select(QStringLiteral("二"));
+        } else if (then == QLatin1String("typed")) {
+            window.typeInSource();
+            QTest::keyClick(window.source(), Qt::Key_A);
+        } else {
+            window.click("pushButton_ClearTransSource");
+        }
+        QTEST(window.calls("keep"), "kept");
+        QVERIFY(!window.dialog->takeUnsent().contains(QStringLiteral("一")));
+    }
+
+    void failedSentenceIsUnsent()
+    {
+        Window window(1);
+        window.host.fails = true;
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.calls("translate").size(), 1);
+        QCOMPARE(window.dialog->takeUnsent(), list({"一"}));
+    }
+
+    /// The delay has ended while the user typed here: the translation is not lost to the next one.
+    void translationThatTheCursorHasHeldUp_data()
+    {
+        QTest::addColumn<bool>("stillTyping");
+        QTest::addColumn<QStringList>("calls");
+        QTest::newRow("the cursor has left") << false << list({"type [一]"});
+        QTest::newRow("it is there still") << true << list({"keep [一]"});
+    }
+    void translationThatTheCursorHasHeldUp()
+    {
+        QFETCH(bool, stillTyping);
+        Window window(1);
+        window.typeInSource();
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
+        QTest::qWait(1200);
+        QVERIFY(window.calls("type").isEmpty());
+        window.find<QMenu>("sendMenu")->actions().at(5)->trigger(); // the next one waits for long
+        if (!stillTyping) {
+            window.dialog->setFocus();
+            QVERIFY(!window.dialog->sourceHasFocus());
+        }
+        window.dialog->showRecText(QStringLiteral("二"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[二]"));
+        QTEST(window.calls("type") + window.calls("keep"), "calls");
+        QCOMPARE(window.dialog->takeUnsent(), list({"[二]"}));
+    }
+
+    /// A selection takes the place of a translation that waits to be typed: typing that now would replace
+    /// what is selected, so it is kept.
+    void selectionWhileATranslationWaits_data()
+    {
+        QTest::addColumn<int>("delay");
+        QTest::addColumn<bool>("byKey");
+        QTest::addColumn<QStringList>("kept");
+        QTest::newRow("by the key") << 5 << true << list({"keep [一]"});
+        QTest::newRow("by the button") << 5 << false << list({"keep [一]"});
+        QTest::newRow("one that is sent by hand") << 10000 << true << QStringList();
+    }
+    void selectionWhileATranslationWaits()
+    {
+        QFETCH(int, delay);
+        QFETCH(bool, byKey);
+        Window window(delay);
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
+        if (byKey) {
+            window.select(QStringLiteral("word"));
+        } else {
+            window.click("pushButton_SelectDelimit");
+            window.host.onCopied(QStringLiteral("word"));
+        }
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[word]"));
+        QTEST(window.calls("keep"), "kept");
+        QVERIFY(window.calls("type").isEmpty());
+        QVERIFY(window.dialog->takeUnsent().isEmpty());
     }
 
     /// The result of a session is still being dealt with: the window goes, and the text follows.
@@ -380,7 +498,7 @@ private Q_SLOTS:
         QTest::keyClick(window.source(), Qt::Key_Escape); // ends the typing, not the window
         QVERIFY(!window.dialog->sourceHasFocus());
         QVERIFY(window.dialog->isVisible());
-        QCOMPARE(window.calls("focus"), list({"focus to 77"}));
+        QCOMPARE(window.calls("focus"), list({"focus to 70000077"}));
     }
 
     /// Ours in front, its lower pane has the keyboard: the text goes to where the user was before.
@@ -391,7 +509,7 @@ private Q_SLOTS:
         window.host.foreground = window.dialog->winId();
         window.dest()->setPlainText(QStringLiteral("x"));
         window.click("pushButton_TransSend");
-        QCOMPARE(window.calls("type"), list({"type x into 77"}));
+        QCOMPARE(window.calls("type"), list({"type x into 70000077"}));
     }
 
     void swapping()
@@ -442,8 +560,8 @@ private Q_SLOTS:
 
         window.typeInSource();
         window.host.log.clear();
-        window.dialog->ProcessResult(press); // the user types here
-        QVERIFY(window.calls("copy").isEmpty());
+        window.dialog->ProcessResult(press); // the cursor here does not matter
+        QCOMPARE(window.calls("copy"), list({"copy"}));
         window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
         QCOMPARE(window.calls("delimit"), list({"delimit off"}));
         QCOMPARE(window.pair(), QStringLiteral("中文>英文"));
@@ -497,23 +615,36 @@ private Q_SLOTS:
         QVERIFY(window.calls("type").isEmpty());
         window.find<QMenu>("sendMenu")->actions().first()->trigger();
         QCOMPARE(window.calls("tell"), list({"tell 立即上屏|如关闭立即上屏功能，请重新打开翻译窗口并关闭"}));
+        QTRY_COMPARE(window.calls("type"), list({"type [你好]"})); // what waits is meant as well
     }
 
+    /// What has been spoken and not typed is handed on; one that is sent by hand has been seen.
+    void closing_data()
+    {
+        QTest::addColumn<int>("delay");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("waits to be typed") << 1 << "closing [你好]";
+        QTest::newRow("by hand") << 10000 << "closing";
+    }
     void closing()
     {
-        Window window(1);
+        QFETCH(int, delay);
+        QFETCH(QString, told);
+        Window window(delay);
         window.dialog->showRecText(QStringLiteral("你好"));
         QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
         window.host.log.clear();
         const QPointer<CTransTipDialog> dialog(window.dialog.get());
         window.click("pushButton_TransClose");
-        QCOMPARE(window.host.log.calls(), (list({"clear clipboard", "closing", "stop reading", "closed"})));
+        QCOMPARE(window.host.log.calls(),
+                 (QStringList{QStringLiteral("clear clipboard"), told, QStringLiteral("stop reading"),
+                              QStringLiteral("closed")}));
         QTRY_VERIFY(dialog.isNull());
         QTest::qWait(1200);
         QVERIFY(window.calls("type").isEmpty());
     }
 
-    /// The answer comes to a window that has gone; a sentence that it has not shown is told.
+    /// The answer comes to a window that has gone; the sentences that it has not translated are told.
     void closesWhileTheAnswerIsAwaited_data()
     {
         QTest::addColumn<bool>("atOnce"); // it is destroyed before the wait ends
@@ -532,14 +663,47 @@ private Q_SLOTS:
             window.dialog->close(); // as a window manager asks for it
         };
         window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.calls("closing"), list({"closing 二"}));
+        QTRY_COMPARE(window.calls("closing"), list({"closing 一|二"}));
         QTRY_VERIFY(window.dialog == nullptr);
         QVERIFY(window.calls("type").isEmpty());
     }
 
+    /// Nothing that is typed by itself: the sentences are kept.
+    void closesByHandWhileTheAnswerIsAwaited()
+    {
+        Window window;
+        window.host.duringTranslation = [&window] {
+            window.dialog->showRecText(QStringLiteral("二"));
+            window.dialog->close();
+        };
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.calls("closing"), list({"closing"}));
+        QCOMPARE(window.calls("keep"), list({"keep 一", "keep 二"}));
+    }
+
+    /// What an exit has taken is not shown or typed by the answer that comes after it.
+    void unsentWhileTheAnswerIsAwaited()
+    {
+        Window window(0);
+        QStringList taken;
+        window.host.duringTranslation = [&] { taken = window.dialog->takeUnsent(); };
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(taken, list({"一"}));
+        QCoreApplication::processEvents();
+        QVERIFY(window.calls("type").isEmpty());
+        QVERIFY(window.dest()->toPlainText().isEmpty());
+    }
+
+    void unsentTexts_data()
+    {
+        QTest::addColumn<int>("delay");
+        QTest::newRow("after a delay") << 5;
+        QTest::newRow("by hand") << 10000;
+    }
     void unsentTexts()
     {
-        Window window(5);
+        QFETCH(int, delay);
+        Window window(delay);
         window.dialog->showRecText(QStringLiteral("一"));
         QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
         window.dialog->showRecText(QStringLiteral("二"));

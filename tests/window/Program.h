@@ -6,7 +6,16 @@
 #include "ui/Ask.h"
 #include "window/MainWindow.h"
 
+#include <QDir>
 #include <QtTest>
+
+/// Has a folder as the working folder, until the test program ends.
+struct WorkingFolder
+{
+    explicit WorkingFolder(const QString &path) { QDir::setCurrent(path); }
+    ~WorkingFolder() { QDir::setCurrent(QDir::rootPath()); }
+    Q_DISABLE_COPY(WorkingFolder)
+};
 
 /// A program on a platform of fakes, with a receiver plugged in. `host` is where all its services are; on
 /// nobody's port every request fails at once.
@@ -24,6 +33,7 @@ struct Program
     explicit Program(bool plugged = true, const QString &host = QStringLiteral("127.0.0.1:9"))
     {
         static const ScratchHome home;
+        static const WorkingFolder folder(home.path({})); // what is read aloud is kept there
         MainWindow::exitWaitMs = 50;
         MainWindow::startWaitMs = 30000; // what happens in its waits is looked at
         const QByteArray at = host.toLatin1();

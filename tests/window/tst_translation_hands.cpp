@@ -10,6 +10,8 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QDialog>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -59,6 +61,7 @@ struct Desk
                            QByteArray::number(delay) + "\n");
         }
         settings.close();
+        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
         program.start();
         program.fake.log.clear();
     }
@@ -301,7 +304,68 @@ private Q_SLOTS:
             done = true;
         });
         QTRY_VERIFY_WITH_TIMEOUT(done && desk.dialog() == nullptr, 10000);
+        if (leaves) { // the sentence is kept for the next run, else typed as it was spoken
+            QFile kept(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+            QVERIFY(kept.open(QIODevice::ReadOnly));
+            QCOMPARE(kept.readAll().count("你好"), 1);
+            QVERIFY(desk.calls("clipboard set").isEmpty());
+        } else {
+            QTRY_COMPARE(desk.calls("clipboard set"), QStringList{QStringLiteral("clipboard set 你好")});
+        }
+    }
+
+    /// Closed with its own window in front: the text goes to the window before, or is kept.
+    void closesWithATextThatWaits_data()
+    {
+        QTest::addColumn<bool>("obeys");
+        QTest::newRow("the window before comes") << true;
+        QTest::newRow("it does not") << false;
+    }
+    void closesWithATextThatWaits()
+    {
+        QFETCH(bool, obeys);
+        Desk desk(5);
+        desk.window().pushBuutton_Translate_clicked();
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[你好]"));
+        desk.dialog()->HandleGetForeWin();
+        desk.program.fake.windowSystem->foreground = desk.dialog()->winId();
+        desk.program.fake.windowSystem->obeys = obeys;
+        desk.program.fake.log.clear();
+        desk.dialog()->on_pushButton_TransClose_clicked();
+        desk.program.settle();
+        QTRY_VERIFY(desk.dialog() == nullptr);
+        QCOMPARE(desk.calls("activate"), QStringList{QStringLiteral("activate 10")});
+        QCOMPARE(desk.calls("message 有文字未能输入").size(), obeys ? 0 : 1);
+        QCOMPARE(desk.program.fake.log.calls().filter(QStringLiteral("[你好]")).size(), obeys ? 1 : 0);
+    }
+
+    /// A question of our own has the keyboard: nothing is typed into it, but after it.
+    void waitsForAQuestion()
+    {
+        Desk desk;
+        desk.window().pushBuutton_Translate_clicked();
+        QDialog question(&desk.window());
+        question.setModal(true);
+        question.show();
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[你好]"));
+        QTest::qWait(1200);
         QVERIFY(desk.calls("clipboard set").isEmpty());
+        question.hide();
+        QTRY_COMPARE(desk.calls("clipboard set"), QStringList{QStringLiteral("clipboard set [你好]")});
+    }
+
+    /// The voice key is held when the selection state is entered, and its release is no longer taken.
+    void endsTheSessionThatRuns()
+    {
+        Desk desk(10000);
+        desk.program.key(2, true);
+        QTRY_VERIFY(desk.dialog() != nullptr && desk.window().Recording);
+        desk.dialog()->findChild<QCheckBox *>(QStringLiteral("checkBox_Delimit_Translation"))->click();
+        QVERIFY(!desk.window().Recording);
+        QVERIFY(!desk.window().PressPending);
+        QVERIFY(desk.window().DelimitTranslation);
     }
 };
 

@@ -41,6 +41,12 @@ std::vector<QRect> workAreas()
     return screens;
 }
 
+/// One of this program's own windows, message boxes among them.
+bool isOurs(mevo::WindowId window)
+{
+    return window != 0 && QWidget::find(static_cast<WId>(window)) != nullptr;
+}
+
 } // namespace
 
 mevo::WindowId CTransTipDialog::LastForeground = 0;
@@ -103,59 +109,76 @@ void CTransTipDialog::showRecText(QString text)
     setAttribute(Qt::WA_ShowWithoutActivating);
     HandleGetForeWin();
     if (!DialogClosing && m_turns.takeSentence(text)) {
-        showSentence(text);
+        showSource(text, Origin::Spoken);
     }
 }
 
-void CTransTipDialog::showSentence(const QString &sentence)
+void CTransTipDialog::showSource(const QString &text, Origin origin)
 {
-    const QScopedValueRollback<bool> setting(m_settingSentence, true);
-    m_face->textEdit_SourceLan->setPlainText(sentence);
+    const QScopedValueRollback<Origin> setting(m_origin, origin);
+    m_face->textEdit_SourceLan->setPlainText(text);
 }
 
 void CTransTipDialog::on_textEdit_SourceLan_textChanged()
 {
+    const QString failed = std::exchange(m_failedSentence, QString());
+    if (!failed.isEmpty() && m_origin != Origin::Typed) { // else the user corrects it
+        m_host.keepText(failed);
+    }
     SelectedText.clear();
-    m_spoken = m_settingSentence;
+    m_spoken = m_origin == Origin::Spoken;
     m_turns.textChanged(m_face->textEdit_SourceLan->document()->isEmpty());
     m_translateSoon.start(translateSoonMs);
 }
 
 void CTransTipDialog::TansTimerTimeout()
 {
-    if (DialogClosing) {
+    if (DialogClosing || m_unsentTaken) {
         return;
     }
     if (!m_turns.beginRequest()) {
         const QString next = m_turns.nextSentence();
         if (!next.isNull()) {
-            showSentence(next);
+            showSource(next, Origin::Spoken);
         }
         return;
     }
     const bool spoken = m_spoken;
+    const QString text = m_face->textEdit_SourceLan->toPlainText();
     const QPointer<CTransTipDialog> self(this);
-    const QPair<bool, QString> answer =
-        m_host.translate(m_face->textEdit_SourceLan->toPlainText(), DelimitMode ? DestLan_Delimit : DestLan,
-                         DelimitMode ? SourceLan_Delimit : SourceLan);
-    if (self.isNull() || DialogClosing) {
-        return; // the wait has let the user close the window
+    const QPair<bool, QString> answer = m_host.translate(text, DelimitMode ? DestLan_Delimit : DestLan,
+                                                         DelimitMode ? SourceLan_Delimit : SourceLan);
+    if (self.isNull() || DialogClosing || m_unsentTaken) {
+        return; // the wait has let the user close the window, or leave the program
     }
     const bool current = m_turns.endRequest();
     m_translateSoon.start(translateSoonMs); // for what has come meanwhile
     if (!answer.first) {
         qInfo() << "Translation: no answer that can be shown";
+        if (current && spoken) {
+            translationFailed(text);
+        }
     } else if (current) {
         showTranslation(answer.second, spoken);
     }
 }
 
+/// Nobody translates the sentence any more; until another text comes, it can be seen and corrected.
+void CTransTipDialog::translationFailed(const QString &sentence)
+{
+    if (SendTransResult2ScreenMode == mevo::sendAtOnce) {
+        m_host.keepText(sentence); // nobody looks at the window
+    } else {
+        m_failedSentence = sentence;
+    }
+}
+
 void CTransTipDialog::showTranslation(const QString &text, bool spoken)
 {
-    if (m_sendLater.isActive() && m_spokenUnsent && spoken &&
-        SendTransResult2ScreenMode != mevo::sendByHand) {
+    if (spoken && m_spokenUnsent && SendTransResult2ScreenMode != mevo::sendByHand) {
         on_pushButton_TransSend_clicked(); // the sentence before this one, which else would never be typed
     }
+    keepUnsentTranslation();
     m_face->textEdit_DestLan->setPlainText(text);
     qInfo("Translation: shown, %d characters", text.size()); // never the text itself
     m_spokenUnsent = spoken;
@@ -175,6 +198,17 @@ void CTransTipDialog::showTranslation(const QString &text, bool spoken)
         killTimer(m_readTimer);
     }
     m_readTimer = startTimer(readSoonMs, Qt::CoarseTimer);
+}
+
+/// Another text takes the place of a translation that would have been typed by itself: the cursor is in the
+/// source pane, or typing it now would replace what is selected.
+void CTransTipDialog::keepUnsentTranslation()
+{
+    const QString text = m_face->textEdit_DestLan->toPlainText();
+    if (std::exchange(m_spokenUnsent, false) && SendTransResult2ScreenMode != mevo::sendByHand &&
+        !text.isEmpty()) {
+        m_host.keepText(text);
+    }
 }
 
 void CTransTipDialog::onIntervelSendResultTimeout()
@@ -217,7 +251,7 @@ void CTransTipDialog::trigerSendMenu(QAction *action)
     SendTransResult2ScreenMode = action->data().toInt();
     write("SendTransResult2ScreenMode", SendTransResult2ScreenMode);
     m_face->pushButton_TransSendSet->setText(action->text());
-    if (m_sendLater.isActive() && SendTransResult2ScreenMode != mevo::sendAtOnce) {
+    if (m_sendLater.isActive()) {
         m_sendLater.start(SendTransResult2ScreenMode * 1000); // what waits is meant as well
     }
     if (SendTransResult2ScreenMode == mevo::sendAtOnce) {
@@ -228,15 +262,19 @@ void CTransTipDialog::trigerSendMenu(QAction *action)
 QStringList CTransTipDialog::takeUnsent()
 {
     QStringList unsent;
-    if (m_sendLater.isActive() && m_spokenUnsent && SendTransResult2ScreenMode != mevo::sendByHand) {
+    m_unsentTaken = true;
+    m_translateSoon.stop();
+    m_sendLater.stop();
+    if (std::exchange(m_spokenUnsent, false)) {
         unsent.append(m_face->textEdit_DestLan->toPlainText());
-        m_sendLater.stop();
     }
-    if (m_spoken && m_turns.isBusy()) {
+    unsent.append(std::exchange(m_failedSentence, QString()));
+    if (std::exchange(m_spoken, false) && m_turns.isBusy()) {
         unsent.append(m_face->textEdit_SourceLan->toPlainText());
-        m_spoken = false;
     }
-    return unsent + m_turns.takeWaiting();
+    unsent.append(m_turns.takeWaiting());
+    unsent.removeAll(QString()); // a pane that was cleared
+    return unsent;
 }
 
 // The windows of other programs, and who has the keyboard.
@@ -244,7 +282,7 @@ QStringList CTransTipDialog::takeUnsent()
 void CTransTipDialog::HandleGetForeWin()
 {
     LastForeground = m_host.foregroundWindow();
-    if (LastForeground != 0 && LastForeground != winId()) {
+    if (LastForeground != 0 && !isOurs(LastForeground)) {
         LastOtherForeground = LastForeground;
     }
 }
@@ -252,21 +290,21 @@ void CTransTipDialog::HandleGetForeWin()
 mevo::WindowId CTransTipDialog::windowToReturnTo()
 {
     HandleGetForeWin();
-    return LastForeground == winId() ? LastOtherForeground : 0;
+    return isOurs(LastForeground) ? LastOtherForeground : 0;
 }
 
 // Selections in other windows.
 
 void CTransTipDialog::ProcessResult(char *)
 {
-    if (!DelimitMode || SourceHasFocus || DialogClosing) {
+    if (!DelimitMode || DialogClosing) {
         return;
     }
     m_host.copySelection(false, windowToReturnTo(), [this](const QString &text) {
         if (text.isEmpty()) {
             on_pushButton_SelectDelimit_clicked();
         } else {
-            m_face->textEdit_SourceLan->setPlainText(text);
+            showSource(text, Origin::Copied);
         }
     });
 }
@@ -274,14 +312,19 @@ void CTransTipDialog::ProcessResult(char *)
 void CTransTipDialog::on_pushButton_SelectDelimit_clicked()
 {
     if (!SelectedText.isEmpty()) {
-        m_face->textEdit_SourceLan->setPlainText(QString(SelectedText)); // which clears the member
+        showSource(QString(SelectedText), Origin::Copied); // which clears the member
         return;
     }
-    m_face->textEdit_SourceLan->clear();
+    keepUnsentTranslation();
+    showSource(QString(), Origin::Copied);
     m_face->textEdit_DestLan->clear();
     m_host.clearClipboard();
     m_face->checkBox_Delimit_Translation->setChecked(true);
+    const QPointer<CTransTipDialog> self(this);
     enterDelimitMode(true);
+    if (self.isNull() || DialogClosing) {
+        return; // a session that ended there was waited for
+    }
     setFocus(Qt::OtherFocusReason);
     const mevo::WindowId front = windowToReturnTo();
     m_host.neverTakeFocus();
@@ -294,14 +337,14 @@ void CTransTipDialog::on_pushButton_SelectDelimit_clicked()
 void CTransTipDialog::onSelectDelimitTimeout()
 {
     m_host.neverTakeFocus();
-    m_face->textEdit_SourceLan->setPlainText(m_copied);
-    m_copied.clear();
+    showSource(std::exchange(m_copied, QString()), Origin::Copied);
 }
 
 void CTransTipDialog::on_checkBox_Delimit_Translation_clicked(bool checked)
 {
+    const QPointer<CTransTipDialog> self(this);
     enterDelimitMode(checked);
-    if (checked) {
+    if (!self.isNull() && !DialogClosing && checked) {
         m_host.tell(tr("禁用语音"), tr("进入划词翻译状态下，语音输入将被禁止！"));
     }
 }
@@ -309,9 +352,9 @@ void CTransTipDialog::on_checkBox_Delimit_Translation_clicked(bool checked)
 void CTransTipDialog::enterDelimitMode(bool on)
 {
     DelimitMode = on;
-    m_host.setDelimitTranslation(on);
     showPair();
     showBackground();
+    m_host.setDelimitTranslation(on); // last: it may wait, and the window close meanwhile
 }
 
 void CTransTipDialog::on_textEdit_SourceLan_selectionChanged()
@@ -326,6 +369,7 @@ void CTransTipDialog::on_textEdit_DestLan_selectionChanged()
 
 void CTransTipDialog::on_pushButton_ClearTransSource_clicked()
 {
+    m_failedSentence.clear();
     m_face->textEdit_SourceLan->clear();
     m_host.clearClipboard();
     SelectedText.clear();
@@ -370,7 +414,15 @@ void CTransTipDialog::on_pushButton_TransClose_clicked()
     if (DialogClosing) {
         return;
     }
-    const QStringList untold = m_turns.takeWaiting();
+    QStringList untold;
+    if (SendTransResult2ScreenMode == mevo::sendByHand) {
+        m_spokenUnsent = false; // the user has seen it, and has not sent it
+        for (const QString &sentence : takeUnsent()) {
+            m_host.keepText(sentence); // nothing is typed by itself
+        }
+    } else {
+        untold = takeUnsent();
+    }
     m_face->textEdit_SourceLan->clear();
     m_face->textEdit_DestLan->clear();
     m_host.clearClipboard();

@@ -35,10 +35,12 @@ public:
     bool sourceHasFocus() const { return SourceHasFocus; }
     bool delimitMode() const { return DelimitMode; }
     /// Spoken sentences that have not been typed yet, translated where their translation has come; they are
-    /// forgotten.
+    /// forgotten, and nothing is translated or sent by itself any more.
     QStringList takeUnsent();
     /// Closes the window without the user's doing: nothing is sent or read any more, whatever arrives.
     void retire();
+    /// The last window of another program when one of ours is in front, else 0.
+    mevo::WindowId windowToReturnTo();
     /// Shows the window in the middle of the screen that `bar` stands on.
     void placeAt(const QRect &bar);
 
@@ -97,8 +99,11 @@ private:
     void fillLists();
     void loadSettings();
     void write(const char *key, const QVariant &value);
-    void showSentence(const QString &sentence);
+    enum class Origin { Typed, Spoken, Copied }; ///< of a source text
+    void showSource(const QString &text, Origin origin);
+    void translationFailed(const QString &sentence);
     void showTranslation(const QString &text, bool spoken);
+    void keepUnsentTranslation();
     void enterDelimitMode(bool on);
     void showPair();
     void showBackground();
@@ -108,8 +113,6 @@ private:
     void indexChosen(const char *key, int index);
     void numberChosen(int &number, const char *key, const QString &text);
     void readByItself(bool source, bool dest);
-    /// The last window of another program when ours is in front, else 0.
-    mevo::WindowId windowToReturnTo();
     void keepOnScreen();
     /// Reads what is selected, or a whole pane.
     void readAloud(mevo::Pane pane);
@@ -118,11 +121,13 @@ private:
     const std::unique_ptr<mevo::TransFace> m_face;
     mevo::TransTurns m_turns;
     QTimer m_translateSoon;
-    QTimer m_sendLater; ///< until the translation is typed
-    bool m_settingSentence = false;
-    bool m_spoken = false;       ///< the source text is a sentence, as it was spoken
-    bool m_spokenUnsent = false; ///< and so is what m_sendLater waits for
-    QString m_copied;            ///< from another window, on its way into the source pane
+    QTimer m_sendLater;              ///< until the translation is typed
+    Origin m_origin = Origin::Typed; ///< of the text that is being set
+    bool m_spoken = false;           ///< the source text is a sentence, as it was spoken
+    bool m_spokenUnsent = false;     ///< the translation is one's that was spoken, and has not been typed
+    QString m_failedSentence;        ///< spoken, in the source pane, and not translated
+    bool m_unsentTaken = false;      ///< what comes now is too late
+    QString m_copied;                ///< from another window, on its way into the source pane
     QPixmap m_background;
     QPoint m_dragFrom;
     bool m_dragging = false;
@@ -149,5 +154,5 @@ private:
     int m_readTimer = -1;
 
     static mevo::WindowId LastForeground;
-    static mevo::WindowId LastOtherForeground; ///< that was not this window
+    static mevo::WindowId LastOtherForeground; ///< that was none of ours
 };

@@ -36,13 +36,16 @@ public:
     virtual WindowId foregroundWindow() = 0;
     /// Types a text into the window in front; first brings `front` there, unless it is 0.
     virtual void typeText(const QString &text, WindowId front) = 0;
+    /// Keeps a spoken text that cannot be typed, for the user to fetch; tells so.
+    virtual void keepText(const QString &text) = 0;
     /// Gives the keyboard to the translation window, or lets it have it no longer.
     virtual void takeFocus() = 0;
     virtual void neverTakeFocus() = 0;
     /// Brings a window of another program to the front.
     virtual void giveFocusTo(WindowId window) = 0;
 
-    /// The voice keys copy what is selected instead of opening the microphone.
+    /// The voice keys copy what is selected instead of opening the microphone. Ends a session that runs, and
+    /// may wait for its text in an event loop, in which the window can close.
     virtual void setDelimitTranslation(bool on) = 0;
     /// Copies what is selected in the window in front (`front` is brought there first, unless it is 0) and
     /// hands it on; an empty text when there is nothing. With `emptied` the clipboard has been emptied on
@@ -59,8 +62,8 @@ public:
 
     /// Shows a message that has to be confirmed; waits for nothing.
     virtual void tell(const QString &title, const QString &text) = 0;
-    /// The window is about to close by the user's wish: nothing is translated any more. `untold` are
-    /// sentences that came too late to be shown.
+    /// The window is about to close by the user's wish: nothing is translated any more. `untold` are spoken
+    /// texts that have not been typed, translated where the translation had come.
     virtual void closing(const QStringList &untold) = 0;
     /// It has closed and can be destroyed.
     virtual void closed() = 0;
