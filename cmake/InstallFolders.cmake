@@ -1,5 +1,6 @@
 # Below a prefix the programs stand as in a portable folder, where they find each other:
-#   lib/mevoinput/PatchRunner, lib/mevoinput/App/mevoinput, lib/mevoinput/lab/mevolab; bin/ holds links to them.
+#   lib/mevoinput/PatchRunner, lib/mevoinput/App/mevoinput and KeypadHost beside it,
+#   lib/mevoinput/lab/mevolab; bin/ holds links to them.
 set(MEVO_INSTALL_BASE ${CMAKE_INSTALL_LIBDIR}/mevoinput)
 set(MEVO_INSTALL_PROGRAM ${MEVO_INSTALL_BASE}/App)
 set(MEVO_INSTALL_DATA ${CMAKE_INSTALL_DATADIR}/mevoinput)

@@ -2513,4 +2513,95 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <translation>the file is too large</translation>
     </message>
 </context>
+<context>
+    <name>mevo::keypad::KeypadWindow</name>
+    <message>
+        <source>退格</source>
+        <translation>Backspace</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>制表</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>回车</source>
+        <translation>Enter</translation>
+    </message>
+    <message>
+        <source>向左</source>
+        <translation>Left</translation>
+    </message>
+    <message>
+        <source>向右</source>
+        <translation>Right</translation>
+    </message>
+    <message>
+        <source>向上</source>
+        <translation>Up</translation>
+    </message>
+    <message>
+        <source>向下</source>
+        <translation>Down</translation>
+    </message>
+    <message>
+        <source>上档</source>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>大写锁定</source>
+        <translation>Caps Lock</translation>
+    </message>
+    <message>
+        <source>拼音</source>
+        <translation>Pinyin</translation>
+    </message>
+    <message>
+        <source>屏幕键盘</source>
+        <translation>On-screen keyboard</translation>
+    </message>
+    <message>
+        <source>隐藏键盘</source>
+        <translation>Hide the keyboard</translation>
+    </message>
+    <message>
+        <source>上一页</source>
+        <translation>Previous page</translation>
+    </message>
+    <message>
+        <source>下一页</source>
+        <translation>Next page</translation>
+    </message>
+    <message>
+        <source>空格</source>
+        <translation>Space</translation>
+    </message>
+    <message>
+        <source>语音词：%1</source>
+        <translation>Spoken words: %1</translation>
+    </message>
+    <message>
+        <source>没有能输入文字的窗口</source>
+        <translation>There is no window to type into</translation>
+    </message>
+    <message>
+        <source>按“拼音”键输入汉字</source>
+        <translation>Press Pinyin to type Chinese characters</translation>
+    </message>
+    <message>
+        <source>拼音表是空的，请在命令词设置中添加</source>
+        <translation>The pinyin table is empty: add rows in the command word settings</translation>
+    </message>
+    <message>
+        <source>请输入拼音</source>
+        <translation>Type pinyin</translation>
+    </message>
+    <message>
+        <source>没有这个读音的字</source>
+        <translation>No character sounds so</translation>
+    </message>
+</context>
 </TS>

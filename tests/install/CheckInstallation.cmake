@@ -21,6 +21,7 @@ endif()
 set(wanted
     bin/mevoinput
     bin/mevolab
+    ${LIB}/mevoinput/App/KeypadHost
     ${LIB}/mevoinput/App/mevoinput
     ${LIB}/mevoinput/PatchRunner
     ${LIB}/mevoinput/lab/mevolab
@@ -35,6 +36,7 @@ set(wanted
     share/icons/hicolor/48x48/apps/mevoinput.png
     share/icons/hicolor/64x64/apps/mevoinput.png
     share/icons/hicolor/scalable/apps/mevoinput.svg
+    share/man/man1/KeypadHost.1
     share/man/man1/PatchRunner.1
     share/man/man1/mevoinput.1
     share/man/man1/mevolab.1
@@ -79,6 +81,8 @@ set(alone ${CMAKE_COMMAND} -E env --unset=DISPLAY --unset=WAYLAND_DISPLAY --unse
 run(0 "mevoinput V1.07" ${alone} ${prefix}/bin/mevoinput --version)
 run(0 "Usage: mevoinput" ${alone} ${prefix}/bin/mevoinput --help)
 run(2 "unknown option: --nothing" ${alone} ${prefix}/bin/mevoinput --nothing)
+run(2 "unknown word: nothing" ${alone} ${prefix}/${LIB}/mevoinput/App/KeypadHost nothing)
+run(1 "no X display" ${alone} XDG_RUNTIME_DIR=${SCRATCH} ${prefix}/${LIB}/mevoinput/App/KeypadHost ORVKBAppHide)
 run(2 "usage: mevolab" ${alone} ${prefix}/bin/mevolab)
 
 # In a folder of the user's own the files come to the program.

@@ -139,7 +139,8 @@ private Q_SLOTS:
         QProcess lupdate;
         lupdate.start(QStringLiteral(MEVO_LUPDATE),
                       {QStringLiteral("-silent"), QStringLiteral("-locations"), QStringLiteral("none"),
-                       QStringLiteral(MEVO_SOURCES), QStringLiteral("-ts"), fresh});
+                       QStringLiteral("-I"), QStringLiteral(MEVO_KEYPAD "/.."), QStringLiteral(MEVO_SOURCES),
+                       QStringLiteral(MEVO_KEYPAD), QStringLiteral("-ts"), fresh});
         QVERIFY(lupdate.waitForFinished(60000) && lupdate.exitCode() == 0);
         // It refuses a file with no more than a warning.
         const QByteArray warnings = lupdate.readAllStandardError();
@@ -212,20 +213,22 @@ private Q_SLOTS:
         for (const Message &message : messagesOf(QStringLiteral(MEVO_TRANSLATIONS "/en.ts"))) {
             known.insert(message.source);
         }
-        QDirIterator files(QStringLiteral(MEVO_SOURCES), {QStringLiteral("*.cpp"), QStringLiteral("*.h")},
-                           QDir::Files, QDirIterator::Subdirectories);
         QStringList wrong;
         int seen = 0;
-        while (files.hasNext()) {
-            QFile file(files.next());
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            for (const QString &literal : literalsOf(QString::fromUtf8(file.readAll()))) {
-                if (!literal.contains(chinese())) {
-                    continue;
-                }
-                ++seen;
-                if (!known.contains(literal) && !notForReading().contains(literal)) {
-                    wrong.append(files.fileName() + QStringLiteral(": ") + literal);
+        for (const char *folder : {MEVO_SOURCES, MEVO_KEYPAD}) {
+            QDirIterator files(QString::fromUtf8(folder), {QStringLiteral("*.cpp"), QStringLiteral("*.h")},
+                               QDir::Files, QDirIterator::Subdirectories);
+            while (files.hasNext()) {
+                QFile file(files.next());
+                QVERIFY(file.open(QIODevice::ReadOnly));
+                for (const QString &literal : literalsOf(QString::fromUtf8(file.readAll()))) {
+                    if (!literal.contains(chinese())) {
+                        continue;
+                    }
+                    ++seen;
+                    if (!known.contains(literal) && !notForReading().contains(literal)) {
+                        wrong.append(files.fileName() + QStringLiteral(": ") + literal);
+                    }
                 }
             }
         }

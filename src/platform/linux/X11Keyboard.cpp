@@ -1,5 +1,7 @@
 #include "platform/linux/X11Keyboard.h"
 
+#include "platform/ArrowKeys.h"
+
 #include <QDebug>
 
 #include <X11/Xlib.h>
@@ -17,9 +19,10 @@ KeySym keysymOf(int virtualKey)
         int virtualKey;
         KeySym keysym;
     } keys[] = {
-        {VkBack, XK_BackSpace}, {VkTab, XK_Tab},           {VkReturn, XK_Return},
-        {VkShift, XK_Shift_L},  {VkControl, XK_Control_L}, {VkMenu, XK_Alt_L},
-        {VkInsert, XK_Insert},  {VkDelete, XK_Delete},     {VkLWin, XK_Super_L},
+        {VkBack, XK_BackSpace},    {VkTab, XK_Tab},    {VkReturn, XK_Return}, {VkShift, XK_Shift_L},
+        {VkControl, XK_Control_L}, {VkMenu, XK_Alt_L}, {VkInsert, XK_Insert}, {VkDelete, XK_Delete},
+        {VkLWin, XK_Super_L},      {VkLeft, XK_Left},  {VkUp, XK_Up},         {VkRight, XK_Right},
+        {VkDown, XK_Down},
     };
     for (const auto &key : keys) {
         if (key.virtualKey == virtualKey) {
@@ -44,7 +47,7 @@ void X11Keyboard::strike(int virtualKey, bool down)
         return;
     }
     XTestFakeKeyEvent(display, keycode, down ? True : False, CurrentTime);
-    XFlush(display);
+    XSync(display, False); // what is typed next may go by another connection
     m_connection.discardEvents();
 }
 

@@ -1,0 +1,71 @@
+#include "keypad/PinyinTable.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace mevo::keypad {
+
+namespace {
+
+constexpr int longestSyllable = 64;
+
+bool isSyllable(const QString &text)
+{
+    return !text.isEmpty() && text.size() <= longestSyllable &&
+           std::all_of(text.begin(), text.end(),
+                       [](QChar c) { return c >= QLatin1Char('a') && c <= QLatin1Char('z'); });
+}
+
+} // namespace
+
+PinyinTable::PinyinTable(const CommandRows &rows)
+{
+    QSet<QString> known; // syllable and text
+    for (const CommandRow &row : rows) {
+        if (commandTypeOfIndex(row.CmdWordTypeIndex) != CommandType::PinyinKeyboard ||
+            !isSyllable(row.CmdWordContents)) {
+            continue;
+        }
+        for (const QString &form : row.CommandWords.split(QLatin1Char(';'))) {
+            const QString text = form.trimmed();
+            const QString mark = row.CmdWordContents + QLatin1Char(' ') + text;
+            if (!text.isEmpty() && !known.contains(mark)) {
+                known.insert(mark);
+                m_texts[row.CmdWordContents].append(text);
+            }
+        }
+    }
+}
+
+std::vector<Candidate> PinyinTable::candidates(const QString &letters) const
+{
+    std::vector<Candidate> found;
+    QSet<QString> known;
+    const auto take = [&](const QStringList &texts, int length) {
+        for (const QString &text : texts) {
+            if (int(found.size()) < mostCandidates && !known.contains(text)) {
+                known.insert(text);
+                found.push_back({text, length});
+            }
+        }
+    };
+    if (letters.isEmpty()) {
+        return found;
+    }
+    const int length = int(letters.size());
+    for (auto row = m_texts.lower_bound(letters);
+         row != m_texts.end() && row->first.startsWith(letters) && int(found.size()) < mostCandidates;
+         ++row) {
+        take(row->second, length);
+    }
+    for (int part = std::min(length - 1, longestSyllable); part > 0; --part) {
+        const auto row = m_texts.find(letters.left(part));
+        if (row != m_texts.end()) {
+            take(row->second, part);
+        }
+    }
+    return found;
+}
+
+} // namespace mevo::keypad

@@ -1,0 +1,536 @@
+#include "keypad/KeyLayout.h"
+#include "keypad/KeyTyper.h"
+#include "keypad/KeyWords.h"
+#include "keypad/KeypadCommand.h"
+#include "keypad/KeypadPlace.h"
+#include "keypad/KeypadState.h"
+#include "keypad/PinyinInput.h"
+#include "support/FakePlatform.h"
+
+#include <QtTest>
+
+using namespace mevo::keypad;
+using mevo::CommandRow;
+using mevo::CommandRows;
+
+namespace {
+
+CommandRow row(const QString &content, const QString &words, const QString &type = QStringLiteral("1"))
+{
+    CommandRow made;
+    made.CmdWordContents = content;
+    made.CommandWords = words;
+    made.CmdWordTypeIndex = type;
+    return made;
+}
+
+PinyinTable table()
+{
+    return PinyinTable({row("ni", "你;泥"), row("hao", "好;号"), row("a", "啊;阿"), row("ai", "爱;哀"),
+                        row("an", "安"), row("nin", "您")});
+}
+
+QStringList texts(const std::vector<Candidate> &candidates)
+{
+    QStringList list;
+    for (const Candidate &candidate : candidates) {
+        list.append(candidate.text + QString::number(candidate.letters));
+    }
+    return list;
+}
+
+/// A program that takes its texts only when it is told to.
+class SlowWindows : public FakeWindowSystem
+{
+public:
+    using FakeWindowSystem::FakeWindowSystem;
+    void postText(mevo::WindowId window, const QString &text, PostDone done) override
+    {
+        FakeWindowSystem::postText(window, text, [this, done](const mevo::PostResult &result) {
+            m_held.push_back([done, result] { done(result); });
+        });
+    }
+    void takeAll()
+    {
+        while (!m_held.empty()) {
+            const auto next = m_held.front();
+            m_held.pop_front();
+            next();
+        }
+    }
+
+private:
+    std::deque<std::function<void()>> m_held;
+};
+
+/// The key of that name: its plain character, or one of the words below.
+const Key &key(const QString &name)
+{
+    static const QHash<QString, KeyKind> kinds{{"Backspace", KeyKind::Backspace},
+                                               {"Delete", KeyKind::Delete},
+                                               {"Tab", KeyKind::Tab},
+                                               {"Enter", KeyKind::Enter},
+                                               {"Left", KeyKind::Left},
+                                               {"Right", KeyKind::Right},
+                                               {"Up", KeyKind::Up},
+                                               {"Down", KeyKind::Down},
+                                               {"Shift", KeyKind::Shift},
+                                               {"Caps", KeyKind::CapsLock},
+                                               {"Pinyin", KeyKind::Pinyin}};
+    for (const Key &one : keyLayout()) {
+        const bool wanted = kinds.contains(name) ? one.kind == kinds.value(name)
+                                                 : one.kind == KeyKind::Character &&
+                                                       one.plain == (name == "Space" ? " " : name)[0];
+        if (wanted) {
+            return one;
+        }
+    }
+    qFatal("no key %s", qPrintable(name));
+}
+
+/// What pressing these keys, parted by blanks, types: texts as they are, keys as "<08>", with "S" for Shift;
+/// "#2" takes the second text of the page.
+QString typedBy(KeypadState &state, const QString &keys)
+{
+    QString typed;
+    for (const QString &name : keys.split(' ', Qt::SkipEmptyParts)) {
+        const bool chooses = name.size() == 2 && name[0] == '#';
+        for (const Stroke &stroke :
+             chooses ? state.choose(name[1].digitValue() - 1) : state.press(key(name))) {
+            typed += stroke.text.isEmpty() ? QStringLiteral("<%1%2>")
+                                                 .arg(stroke.shift ? "S" : "")
+                                                 .arg(stroke.virtualKey, 2, 16, QLatin1Char('0'))
+                                           : stroke.text;
+        }
+    }
+    return typed;
+}
+
+} // namespace
+
+class TestKeypad : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keysTypeWhatStandsOnThem()
+    {
+        QString plain, shifted;
+        for (const Key &one : keyLayout()) {
+            if (one.kind == KeyKind::Character) {
+                plain += one.plain;
+                shifted += one.shifted;
+            }
+        }
+        QCOMPARE(plain, QString("`1234567890-=qwertyuiop[]\\asdfghjkl;'zxcvbnm,./ "));
+        QCOMPARE(shifted, QString("~!@#$%^&*()_+QWERTYUIOP{}|ASDFGHJKL:\"ZXCVBNM<>? "));
+    }
+
+    void keysStandBesideEachOther_data()
+    {
+        QTest::addColumn<QSize>("screen");
+        QTest::newRow("full HD") << QSize(1920, 1050);
+        QTest::newRow("1280 x 720") << QSize(1280, 700);
+        QTest::newRow("1280 x 720 at one and a half") << QSize(853, 460);
+        QTest::newRow("1280 x 720 at two") << QSize(640, 340);
+        QTest::newRow("tiny") << QSize(320, 200);
+        QTest::newRow("upright") << QSize(600, 1900);
+    }
+    void keysStandBesideEachOther()
+    {
+        QFETCH(QSize, screen);
+        const QSize size = keypadSize(screen);
+        QVERIFY(size.width() <= screen.width() && size.height() < screen.height());
+        const KeypadGeometry geometry = keypadGeometry(size);
+        std::vector<QRect> all = keyRects(geometry.keys);
+        QCOMPARE(all.size(), keyLayout().size());
+        all.push_back(geometry.strip);
+        all.push_back(geometry.candidates);
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            QVERIFY(QRect(QPoint(), size).contains(all[i]));
+            QVERIFY(all[i].width() >= 12 && all[i].height() >= 10);
+            for (std::size_t j = 0; j < i; ++j) {
+                QVERIFY(!all[i].intersects(all[j]));
+            }
+        }
+        QVERIFY(geometry.strip.contains(geometry.close));
+        // Every row fills the width, as keys of a row that was counted wrong would not.
+        for (int line = 0; line < 5; ++line) {
+            int left = size.width(), right = 0;
+            for (std::size_t i = 0; i < keyLayout().size(); ++i) {
+                if (keyLayout()[i].row == line) {
+                    left = qMin(left, all[i].left());
+                    right = qMax(right, all[i].right());
+                }
+            }
+            QCOMPARE(left, geometry.keys.left());
+            QCOMPARE(right, geometry.keys.right());
+        }
+    }
+    void aLargeScreenKeepsTheUsualSize()
+    {
+        QCOMPARE(keypadSize({3840, 2100}), keypadSize({1280, 700}));
+        QVERIFY(keypadSize({640, 340}).height() < keypadSize({1280, 700}).height());
+    }
+
+    void syllables_data()
+    {
+        QTest::addColumn<QString>("letters");
+        QTest::addColumn<QString>("found");
+        QTest::newRow("nothing") << ""
+                                 << "";
+        QTest::newRow("exact, then longer ones") << "a"
+                                                 << "啊1 阿1 爱1 哀1 安1";
+        QTest::newRow("exact, then its beginning") << "ai"
+                                                   << "爱2 哀2 啊1 阿1";
+        QTest::newRow("begun") << "h"
+                               << "好1 号1";
+        QTest::newRow("two syllables") << "nihao"
+                                       << "你2 泥2";
+        QTest::newRow("longest beginning first") << "nina"
+                                                 << "您3 你2 泥2";
+        QTest::newRow("unknown") << "xyz"
+                                 << "";
+        QTest::newRow("no letters") << "你"
+                                    << "";
+    }
+    void syllables()
+    {
+        QFETCH(QString, letters);
+        QFETCH(QString, found);
+        QCOMPARE(texts(table().candidates(letters)).join(' '), found);
+    }
+
+    void oddRows()
+    {
+        const PinyinTable odd({row("ma", "妈;;吗 ;妈;"), row("ma", "马"), row("MA", "大"), row("m1", "数"),
+                               row("", "空"), row("ma", "网", "2"), row("ma", "无", ""), row("me", "")});
+        QCOMPARE(texts(odd.candidates("m")).join(' '), QString("妈1 吗1 马1"));
+        QVERIFY(PinyinTable({row("a", "啊", "0")}).isEmpty());
+    }
+
+    void aHugeTable()
+    {
+        CommandRows rows;
+        for (int i = 0; i < 200000; ++i) {
+            QString syllable;
+            for (const int letter : {i % 26, i / 26 % 26, i / 676 % 26}) {
+                syllable += QChar('a' + letter);
+            }
+            rows.push_back(row(syllable, QStringLiteral("字%1").arg(i)));
+        }
+        const PinyinTable huge(rows);
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(int(huge.candidates("a").size()), 500);
+        QCOMPARE(int(huge.candidates(QString(100000, 'a')).size()), 12);
+        QVERIFY(timer.elapsed() < 1000);
+    }
+
+    void pages()
+    {
+        QStringList words;
+        for (int i = 1; i <= 20; ++i) {
+            words.append(QStringLiteral("字%1").arg(i));
+        }
+        PinyinInput input;
+        input.setTable(PinyinTable({row("zi", words.join(';')), row("z", "在")}));
+        input.addLetter('z');
+        input.addLetter('i');
+        QCOMPARE(input.page().first(), QString("字1"));
+        QCOMPARE(input.page().size(), 9);
+        QVERIFY(!input.hasPageBefore() && input.hasPageAfter());
+        input.turnPage(-1);
+        QCOMPARE(input.page().first(), QString("字1"));
+        input.turnPage(1);
+        input.turnPage(1);
+        input.turnPage(1);
+        QCOMPARE(input.page(), QStringList({"字19", "字20", "在"}));
+        QVERIFY(input.hasPageBefore() && !input.hasPageAfter());
+        // The file is saved while the user chooses, once with the same and once with fewer characters.
+        input.setTable(PinyinTable({row("zi", words.join(';'))}));
+        QCOMPARE(input.page(), QStringList({"字19", "字20"}));
+        input.setTable(PinyinTable({row("zi", "字;子")}));
+        QCOMPARE(input.page(), QStringList({"字", "子"}));
+        QCOMPARE(input.choose(2), QString());
+        QCOMPARE(input.choose(-1), QString());
+        QCOMPARE(input.letters(), QString("zi"));
+        QCOMPARE(input.choose(1), QString("子"));
+        QVERIFY(!input.isActive() && input.page().isEmpty());
+    }
+
+    void presses_data()
+    {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("letters"); ///< of the syllable that is left
+        QTest::newRow("letters and signs") << "h i Space 1 ; ` \\"
+                                           << "hi 1;`\\"
+                                           << "";
+        QTest::newRow("Shift is for one key") << "Shift h i Shift 1 2 Shift /"
+                                              << "Hi!2?"
+                                              << "";
+        QTest::newRow("Shift twice is none") << "Shift Shift a"
+                                             << "a"
+                                             << "";
+        QTest::newRow("capitals stay") << "Caps a b 1 Shift 1 Shift c Caps d"
+                                       << "AB1!cd"
+                                       << "";
+        QTest::newRow("keys without characters") << "Backspace Delete Tab Enter Left Up Right Down"
+                                                 << "<08><2e><09><0d><25><26><27><28>"
+                                                 << "";
+        QTest::newRow("Shift selects") << "Shift Left Left Shift Enter"
+                                       << "<S25><25><S0d>"
+                                       << "";
+        QTest::newRow("a syllable") << "Pinyin n i"
+                                    << ""
+                                    << "ni";
+        QTest::newRow("blank takes the first") << "Pinyin n i Space"
+                                               << "你"
+                                               << "";
+        QTest::newRow("digit takes its own") << "Pinyin n i 2"
+                                             << "泥"
+                                             << "";
+        QTest::newRow("digit without a character") << "Pinyin n i 9"
+                                                   << ""
+                                                   << "ni";
+        QTest::newRow("by the mouse") << "Pinyin n i #2 h #1"
+                                      << "泥好"
+                                      << "";
+        QTest::newRow("one syllable after the other") << "Pinyin n i h a o Space Space"
+                                                      << "你好"
+                                                      << "";
+        QTest::newRow("Enter takes the letters") << "Pinyin n i Enter Enter"
+                                                 << "ni<0d>"
+                                                 << "";
+        QTest::newRow("unknown syllable") << "Pinyin x y Space"
+                                          << "xy"
+                                          << "";
+        QTest::newRow("Backspace") << "Pinyin n i Backspace Backspace Backspace"
+                                   << "<08>"
+                                   << "";
+        QTest::newRow("Delete") << "Pinyin n i Delete Delete"
+                                << "<2e>"
+                                << "";
+        QTest::newRow("a sign takes the first") << "Pinyin n i h a o Space ,"
+                                                << "你好，"
+                                                << "";
+        QTest::newRow("letters that nothing stands for") << "Pinyin n i x ."
+                                                         << "你x。"
+                                                         << "";
+        QTest::newRow("capital") << "Pinyin n i Shift h a"
+                                 << "niH"
+                                 << "a";
+        QTest::newRow("switched off") << "Pinyin n i Pinyin a"
+                                      << "nia"
+                                      << "";
+        QTest::newRow("Chinese signs") << "Pinyin , . ; Shift ; Shift / Shift 1 [ ] \\ Shift 9 Shift 0 1 -"
+                                       << "，。；：？！【】、（）1-"
+                                       << "";
+        QTest::newRow("blank without a syllable") << "Pinyin Space a Space"
+                                                  << " 啊"
+                                                  << "";
+    }
+    void presses()
+    {
+        QFETCH(QString, keys);
+        QFETCH(QString, typed);
+        QFETCH(QString, letters);
+        KeypadState state;
+        state.pinyin().setTable(table());
+        QCOMPARE(typedBy(state, keys), typed);
+        QCOMPARE(state.pinyin().letters(), letters);
+    }
+
+    void pagesByKeys()
+    {
+        KeypadState state;
+        state.pinyin().setTable(PinyinTable({row("a", "1;2;3;4;5;6;7;8;9;十;百")}));
+        QCOMPARE(typedBy(state, "Pinyin a ="), QString());
+        QCOMPARE(state.pinyin().page(), QStringList({"十", "百"}));
+        QCOMPARE(typedBy(state, "Left Down Up = 2"), QString("百"));
+    }
+
+    void thousandLetters()
+    {
+        KeypadState state;
+        QString keys = "Pinyin";
+        for (int i = 0; i < 1000; ++i) {
+            keys += " a";
+        }
+        QCOMPARE(typedBy(state, keys + " Enter"), QString(32, 'a'));
+    }
+
+    void labels()
+    {
+        KeypadState state;
+        QCOMPARE(state.textOf(key("a")) + state.textOf(key("1")), QString("a1"));
+        typedBy(state, "Caps");
+        QCOMPARE(state.textOf(key("a")) + state.textOf(key("1")), QString("A1"));
+        typedBy(state, "Shift");
+        QCOMPARE(state.textOf(key("a")) + state.textOf(key("1")), QString("a!"));
+    }
+
+    void commandLines_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("wish"); ///< -1 for none
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("text");
+        const QStringList none;
+        QTest::newRow("show or hide")
+            << QStringList{"ORVKBAppShowOrHide"} << int(Wish::ShowOrHide) << 0 << "";
+        QTest::newRow("hide") << QStringList{"ORVKBAppHide"} << int(Wish::Hide) << 0 << "";
+        QTest::newRow("exit") << QStringList{"ORVKBAppExit"} << int(Wish::Exit) << 0 << "";
+        QTest::newRow("by hand") << none << int(Wish::ShowOrHide) << 0 << "";
+        QTest::newRow("unknown") << QStringList{"ORVKBAppShow"} << -1 << 2
+                                 << "KeypadHost: unknown word: ORVKBAppShow (--help lists the words)\n";
+        QTest::newRow("other case") << QStringList{"orvkbapphide"} << -1 << 2
+                                    << "KeypadHost: unknown word: orvkbapphide (--help lists the words)\n";
+        QTest::newRow("of two lines")
+            << QStringList{"a\nb"} << -1 << 2 << "KeypadHost: unknown word: a\\nb (--help lists the words)\n";
+        QTest::newRow("empty") << QStringList{""} << -1 << 2
+                               << "KeypadHost: unknown word:  (--help lists the words)\n";
+        QTest::newRow("two") << QStringList{"ORVKBAppHide", "ORVKBAppExit"} << -1 << 2
+                             << "KeypadHost: more than one word: ORVKBAppExit (--help lists the words)\n";
+        QTest::newRow("version") << QStringList{"--version"} << -1 << 0 << "KeypadHost V1.07\n";
+    }
+    void commandLines()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, text);
+        const CommandLine line = readCommandLine(arguments);
+        QTEST(line.wish ? int(*line.wish) : -1, "wish");
+        QTEST(line.exitCode(), "exitCode");
+        QCOMPARE(line.text, text);
+    }
+
+    void wishes()
+    {
+        QCOMPARE(effectOf(Wish::ShowOrHide, false), Effect::Show);
+        QCOMPARE(effectOf(Wish::ShowOrHide, true), Effect::Hide);
+        QCOMPARE(effectOf(Wish::Hide, false), Effect::Nothing);
+        QCOMPARE(effectOf(Wish::Hide, true), Effect::Hide);
+        QCOMPARE(effectOf(Wish::Exit, true), Effect::End);
+        QCOMPARE(effectOf(Wish::Exit, false), Effect::End);
+    }
+
+    void textsAndKeysKeepTheirOrder()
+    {
+        CallLog log;
+        SlowWindows windows(log);
+        FakeKeyboard keyboard(log);
+        QList<bool> told;
+        KeyTyper typer(windows, keyboard, [&told](bool gone) { told.append(gone); });
+        typer.type({{"a", 0, false}});
+        typer.type({{"b", 0, false}});
+        typer.type({{"c", 0, false}, {{}, 0x08, false}});
+        typer.type({{{}, 0x25, true}, {"d", 0, false}});
+        QCOMPARE(log.calls(), QStringList{"post 11 a"}); // nothing overtakes it
+        windows.focused = 0x22;                          // what follows was meant for the other window
+        windows.takeAll();
+        QCOMPARE(log.calls(), QStringList({"post 11 a", "post 11 bc", "key down 8", "key up 8", "key down 10",
+                                           "key down 25", "key up 25", "key up 10", "post 11 d"}));
+        QCOMPARE(told, QList<bool>({true, true, true, true, true}));
+    }
+
+    void whatCannotBeTyped()
+    {
+        CallLog log;
+        SlowWindows windows(log);
+        FakeKeyboard keyboard(log);
+        QList<bool> told;
+        KeyTyper typer(windows, keyboard, [&told](bool gone) { told.append(gone); });
+        windows.focused = 0;
+        QTest::ignoreMessage(QtWarningMsg, "Keypad: no window has the focus, nothing is typed");
+        typer.type({{"a", 0, false}, {{}, 0x08, false}});
+        QCOMPARE(told, QList<bool>{false});
+        QVERIFY(log.calls().isEmpty());
+        // One that failed holds up nothing.
+        windows.focused = 0x11;
+        windows.postLimit = 0;
+        typer.type({{"b", 0, false}, {{}, 0x08, false}});
+        windows.takeAll();
+        QCOMPARE(told, QList<bool>({false, false, true}));
+        // A program that hangs while a key is held down.
+        for (int i = 0; i < 201; ++i) {
+            typer.type({{i % 2 == 0 ? "x" : "", i % 2 == 0 ? 0 : 0x08, false}});
+        }
+        QCOMPARE(told.size(), 3);
+        QTest::ignoreMessage(QtWarningMsg, "Keypad: too much waits to be typed, a key is dropped");
+        typer.type({{{}, 0x08, false}});
+        QCOMPARE(told.size(), 4);
+        windows.postLimit = -1;
+        windows.takeAll();
+        QCOMPARE(log.calls("post 11 x").size(), 100); // the first of 101 was cut to nothing
+        QCOMPARE(log.calls("key down 8").size(), 101);
+    }
+
+    void places_data()
+    {
+        QTest::addColumn<QVariant>("kept");
+        QTest::addColumn<QPoint>("place");
+        QTest::newRow("none kept: bottom of the first") << QVariant() << QPoint(350, 684);
+        QTest::newRow("as kept") << QVariant(QPoint(10, 20)) << QPoint(10, 20);
+        QTest::newRow("on the other screen") << QVariant(QPoint(1700, 300)) << QPoint(1700, 300);
+        QTest::newRow("over the edge") << QVariant(QPoint(-200, 800)) << QPoint(0, 700);
+        QTest::newRow("between two screens") << QVariant(QPoint(1200, 100)) << QPoint(1300, 100);
+        QTest::newRow("on a screen that is gone") << QVariant(QPoint(5000, 5000)) << QPoint(350, 684);
+        QTest::newRow("a corner is left") << QVariant(QPoint(-600, -250)) << QPoint(350, 684);
+    }
+    void places()
+    {
+        QFETCH(QVariant, kept);
+        const std::vector<QRect> screens{QRect(0, 0, 1400, 1000), QRect(1300, 0, 1920, 1080)};
+        const auto at = kept.isNull() ? std::nullopt : std::optional<QPoint>(kept.toPoint());
+        QTEST(keypadPlace(at, QSize(700, 300), screens), "place");
+    }
+    void placesWithoutRoom()
+    {
+        QCOMPARE(keypadPlace(QPoint(50, 60), {700, 300}, {}), QPoint(50, 60));
+        QCOMPARE(keypadPlace({}, {700, 300}, {}), QPoint());
+        QCOMPARE(keypadPlace({}, {700, 300}, {QRect(100, 100, 400, 200)}), QPoint(100, 100));
+    }
+
+    void keptPlaces_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QVariant>("place");
+        QTest::newRow("none") << QByteArray() << QVariant();
+        QTest::newRow("whole") << QByteArray("[Keypad]\nLeft=-5\nTop=70\n") << QVariant(QPoint(-5, 70));
+        QTest::newRow("half") << QByteArray("[Keypad]\nLeft=5\n") << QVariant();
+        QTest::newRow("no number") << QByteArray("[Keypad]\nLeft=5px\nTop=7\n") << QVariant();
+        QTest::newRow("beyond every screen")
+            << QByteArray("[Keypad]\nLeft=2000000000\nTop=7\n") << QVariant();
+        QTest::newRow("nonsense") << QByteArray("\0\xff[[Keypad", 11) << QVariant();
+    }
+    void keptPlaces()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QVariant, place);
+        QTemporaryDir folder;
+        const QString path = folder.filePath("MEVKeypad.ini");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        file.close();
+        const auto loaded = PlaceMemory(path).load();
+        QCOMPARE(loaded ? QVariant(*loaded) : QVariant(), place);
+        PlaceMemory(path).save({-40, 123});
+        QCOMPARE(PlaceMemory(path).load(), std::optional<QPoint>(QPoint(-40, 123)));
+    }
+
+    void spokenWords()
+    {
+        const KeyWords words({row("a", "a;A;唉;诶", "0"), row("A", "大", "0"), row("5", "五;伍;五", "0"),
+                              row("ab", "二", "0"), row(";", "分号", "0"), row("b", "拼", "1"),
+                              row("c", "一;二;三;四;五;六;七;八;九;十", "0")});
+        QCOMPARE(words.of('a'), QStringList({"唉", "诶", "大"}));
+        QCOMPARE(words.of('5'), QStringList({"五", "伍"}));
+        QVERIFY(words.of('b').isEmpty() && words.of(';').isEmpty());
+        QCOMPARE(words.of('c').size(), 8);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestKeypad)
+#include "tst_keypad.moc"
