@@ -1,13 +1,22 @@
-// Characters a second into windows that nobody here wrote, ours beside "xdotool type", on the same text in
-// the same run: lab/desk/with-desk --wm --dbus -- build/release/bin/posting_speed [ROUNDS]
+// Characters a second into windows that nobody here wrote, as the program types or as "xdotool type" does:
+// lab/desk/with-desk --wm --dbus -- build/release/bin/posting_speed ours|xdotool KIND ROUNDS
+// Ours is a text of new characters, the same one again, and beside them what the target could take at most:
+// as many strokes, in one go, of a key that needs no binding.
 
 #include "desk/TargetWindow.h"
+#include "platform/linux/ProcessQuiet.h"
+#include "platform/linux/X11Connection.h"
+#include "platform/linux/X11Ping.h"
 #include "platform/linux/X11WindowSystem.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QProcess>
+
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -19,14 +28,22 @@ namespace {
 
 constexpr int readMs = 3000;
 
-/// What people dictate: Chinese with punctuation, some Latin words and figures, one character of two halves.
-QString dictatedText()
+/// What people dictate: Chinese with punctuation, some Latin words and figures, one character of two halves;
+/// some 110 different characters, other Chinese ones in every round.
+QString dictatedText(int round)
 {
     QString text;
     for (int i = 0; i < 5; ++i) {
-        text +=
+        QString sentence =
             QStringLiteral("今天的会议改到下午三点半，请大家带上上周的报告；version %1 的测试结果在附件里😀。")
                 .arg(i);
+        for (QChar &character : sentence) {
+            if (character.unicode() >= 0x4e00 && character.unicode() < 0x9fa0) {
+                character =
+                    QChar(0x4e00 + (character.unicode() - 0x4e00 + 100 * round + 7 * (i / 2)) % 0x5000);
+            }
+        }
+        text += sentence;
     }
     return text;
 }
@@ -65,35 +82,108 @@ double percentile(std::vector<double> values, double share)
     return values[std::min(values.size() - 1, size_t(share * double(values.size())))];
 }
 
-void measure(mevo::X11WindowSystem &windows, const QString &kind, bool ours, int rounds, const QString &text)
+/// Strokes of two keys of the map by turns, and the same waiting for the target as behind a text.
+class PlainStrokes
 {
+public:
+    PlainStrokes()
+        : m_ping(m_connection)
+    {
+    }
+    void strike(int count, qint64 processId)
+    {
+        Display *display = m_connection.display();
+        const unsigned long topLevel = m_connection.topLevel(m_connection.focus());
+        const unsigned keys[] = {XKeysymToKeycode(display, XK_a), XKeysymToKeycode(display, XK_s)};
+        m_ping.listen(true);
+        XGrabServer(display);
+        for (int i = 0; i < count; ++i) {
+            XTestFakeKeyEvent(display, keys[i % 2], True, CurrentTime);
+            XTestFakeKeyEvent(display, keys[i % 2], False, CurrentTime);
+        }
+        XUngrabServer(display);
+        XSync(display, False);
+        if (m_ping.isOffered(topLevel)) {
+            m_ping.send(topLevel);
+            m_ping.await();
+        } else {
+            mevo::awaitQuiet(processId, 20, 2000);
+        }
+        m_ping.listen(false);
+        m_connection.discardEvents();
+    }
+
+private:
+    mevo::X11Connection m_connection;
+    mevo::X11Ping m_ping;
+};
+
+struct Times
+{
+    std::vector<double> milliseconds;
+    int lost = 0, characters = 0;
+
+    void print(const QString &kind, const char *what) const
+    {
+        if (milliseconds.empty()) {
+            return;
+        }
+        const double median = percentile(milliseconds, 0.5);
+        const double length = double(characters) / double(milliseconds.size());
+        std::printf(
+            "%-18s %-11s p50 %6.0f  p95 %6.0f  max %6.0f ms  %6.0f characters a second  lost %d of %d\n",
+            qPrintable(kind), what, median, percentile(milliseconds, 0.95), percentile(milliseconds, 1),
+            length * 1000 / median, lost, characters);
+        std::fflush(stdout);
+    }
+};
+
+/// Types the text into the emptied target, and notes how long that took and what is missing.
+template <typename Typing>
+bool type(mevo::lab::TargetWindow &target, const QString &text, Times &times, Typing typing)
+{
+    if (!target.clear() || !target.focus()) {
+        return false;
+    }
+    QElapsedTimer clock;
+    clock.start();
+    typing();
+    times.milliseconds.push_back(double(clock.nsecsElapsed()) / 1e6);
+    times.characters += text.size();
+    times.lost += lostCharacters(text, target.text(int(text.size()), readMs));
+    return true;
+}
+
+int measure(const QString &kind, bool ours, int rounds)
+{
+    mevo::X11WindowSystem windows;
     const auto target = mevo::lab::TargetWindow::start(kind);
     if (!target) {
-        std::printf("%-11s %-8s no window\n", qPrintable(kind), ours ? "ours" : "xdotool");
-        return;
+        std::printf("%-18s no window\n", qPrintable(kind));
+        return 1;
     }
-    std::vector<double> times;
-    int lost = 0;
-    for (int round = 0; round < rounds && target->clear() && target->focus(); ++round) {
-        QElapsedTimer clock;
-        clock.start();
-        if (ours) {
-            postWithProgram(windows, text);
-        } else {
-            postWithXdotool(text);
+    PlainStrokes plain;
+    Times fresh, again, limit, xdotool;
+    bool ready = true;
+    for (int round = 0; round < rounds && ready; ++round) {
+        QString text = dictatedText(round);
+        if (kind == QLatin1String("kate")) {
+            text.remove(QStringLiteral("😀")); // which it drops
         }
-        times.push_back(double(clock.nsecsElapsed()) / 1e6);
-        lost += lostCharacters(text, target->text(int(text.size()), readMs));
+        if (!ours) {
+            ready = type(*target, text, xdotool, [&] { postWithXdotool(text); });
+            continue;
+        }
+        ready = type(*target, text, fresh, [&] { postWithProgram(windows, text); }) &&
+                type(*target, text, again, [&] { postWithProgram(windows, text); }) &&
+                type(*target, QStringLiteral("as").repeated(text.size() / 2), limit,
+                     [&] { plain.strike(text.size() / 2 * 2, target->processId()); });
     }
-    if (times.empty()) {
-        return;
-    }
-    const double median = percentile(times, 0.5);
-    std::printf("%-11s %-8s p50 %6.0f  p95 %6.0f  max %6.0f ms  %6.0f characters a second  lost %d of %d\n",
-                qPrintable(kind), ours ? "ours" : "xdotool", median, percentile(times, 0.95),
-                percentile(times, 1), double(text.size()) * 1000 / median, lost,
-                int(text.size()) * int(times.size()));
-    std::fflush(stdout);
+    fresh.print(kind, "ours");
+    again.print(kind, "ours, again");
+    limit.print(kind, "limit");
+    xdotool.print(kind, "xdotool");
+    return ready ? 0 : 1;
 }
 
 } // namespace
@@ -105,8 +195,6 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: posting_speed ours|xdotool KIND ROUNDS\n");
         return 2;
     }
-    mevo::X11WindowSystem windows;
-    measure(windows, QString::fromLocal8Bit(argv[2]), std::strcmp(argv[1], "ours") == 0,
-            std::max(1, std::atoi(argv[3])), dictatedText());
-    return 0;
+    return measure(QString::fromLocal8Bit(argv[2]), std::strcmp(argv[1], "ours") == 0,
+                   std::max(1, std::atoi(argv[3])));
 }

@@ -1,6 +1,8 @@
 // Time from a press to the first sample, and from the release to the hand-over and the closed
-// microphone, over 30 sessions with the real recorder on the default microphone.
+// microphone, over 30 sessions with the real recorder on the default microphone; and beside them what a bare
+// client of the sound server needs for its first sample, of a new stream and of one that is kept corked.
 
+#include "BarePulse.h"
 #include "audio/RecorderFixture.h"
 
 #include <QCoreApplication>
@@ -30,18 +32,13 @@ double sinceMs(const QElapsedTimer &timer)
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
-} // namespace
-
-int main(int argc, char *argv[])
+/// By turns a session of the recorder and the first samples of the bare clients.
+bool record(BarePulse &bare, BarePulse &corked)
 {
-    QCoreApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-    home.write(QStringLiteral("MEVOSetting.ini"), "[MainSetting]\nUseTXASRApi=1\n");
     constexpr int Sessions = 30;
     constexpr int PatienceMs = 3000;
-
     RecorderFixture fixture;
-    std::vector<double> opened, first, handedOver, closed;
+    std::vector<double> opened, first, handedOver, closed, newFirst, corkedFirst;
     for (int session = 0; session < Sessions; ++session) {
         QEventLoop loop;
         const auto onBlock =
@@ -50,26 +47,47 @@ int main(int argc, char *argv[])
         QElapsedTimer timer;
         timer.start();
         fixture.recorder.OnRecordStart();
-        opened.push_back(sinceMs(timer));
+        const double returned = sinceMs(timer);
         if (loop.exec() != 0) {
             std::fprintf(stderr, "no sound came within %d ms\n", PatienceMs);
-            return 1;
+            return false;
         }
-        first.push_back(sinceMs(timer));
+        const double sample = sinceMs(timer);
         QObject::disconnect(onBlock);
 
         timer.restart();
         fixture.recorder.OnRecordStop();
         handedOver.push_back(sinceMs(timer));
         while (fixture.recorder.isOpen()) {
-            application.processEvents(QEventLoop::WaitForMoreEvents, PatienceMs);
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, PatienceMs);
         }
         closed.push_back(sinceMs(timer));
+        opened.push_back(returned);
+        first.push_back(sample);
+        newFirst.push_back(bare.firstOfNewStream());
+        corkedFirst.push_back(corked.firstOfCorkedStream());
+        if (newFirst.back() < 0 || corkedFirst.back() < 0) {
+            std::fprintf(stderr, "the bare client hears nothing\n");
+            return false;
+        }
     }
     std::printf("%d sessions\n", Sessions);
     print("press to return", opened);
     print("press to first sample", first);
+    print("bare client, new stream", newFirst);
+    print("bare client, corked stream", corkedFirst);
     print("release to end of hand-over", handedOver);
     print("release to closed microphone", closed);
-    return 0;
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+    home.write(QStringLiteral("MEVOSetting.ini"), "[MainSetting]\nUseTXASRApi=1\n");
+    BarePulse bare, corked;
+    return bare.isConnected() && corked.isConnected() && record(bare, corked) ? 0 : 1;
 }

@@ -27,6 +27,10 @@ TypingHabits typingHabits(const QStringList &programs)
     habits.pairsOvertake = isOneOf(office);
     habits.ownKeysLag = isOneOf(office);
     habits.mergesRepeats = isOneOf(office);
+    // Windows of Java's own widgets, whatever the program.
+    habits.oneState = std::any_of(programs.begin(), programs.end(), [](const QString &program) {
+        return program.startsWith(QLatin1String("sun-awt-X11-"));
+    });
     return habits;
 }
 

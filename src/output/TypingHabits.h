@@ -18,6 +18,8 @@ struct TypingHabits
     bool ownKeysLag = false;
     /// The same key twice, without a pause, may count once.
     bool mergesRepeats = false;
+    /// Keys yield nothing, or something else, in the states of the keyboard that choose among their symbols.
+    bool oneState = false;
 };
 
 /// The habits of the program that has a window. `programs` are the names of the window's class.

@@ -59,6 +59,8 @@ private Q_SLOTS:
         const mevo::TypingHabits kate = mevo::typingHabits({QStringLiteral("kate"), QStringLiteral("Kate")});
         QCOMPARE(mevo::typableLength(QStringLiteral("ab😀c"), kate), 2);
         QCOMPARE(mevo::typableLength(QStringLiteral("ab😀c"), {}), 5);
+        const QStringList java{QStringLiteral("sun-awt-X11-XFramePeer"), QStringLiteral("jetbrains-idea")};
+        QVERIFY(mevo::typingHabits(java).oneState && !kate.oneState);
         QString broken = QStringLiteral("a\x01\r\nb");
         broken += QChar(0xd83d); // half of a pair
         broken += QStringLiteral("é\t😀");

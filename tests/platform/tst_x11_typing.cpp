@@ -1,5 +1,7 @@
 #include "desk/TargetWindow.h"
 #include "platform/PostText.h"
+#include "platform/linux/X11Connection.h"
+#include "platform/linux/X11ScratchKeys.h"
 #include "platform/linux/X11WindowSystem.h"
 
 #include <QDBusConnection>
@@ -15,6 +17,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <tuple>
 
 namespace {
 
@@ -65,6 +68,17 @@ class TestX11Typing : public QObject
     bool isBound()
     {
         return XGetSelectionOwner(display, XInternAtom(display, "_MEVO_SCRATCH_OWNER", False)) != 0;
+    }
+
+    /// Of the whole keyboard map.
+    std::vector<KeySym> symbols()
+    {
+        int first = 0, last = 0, width = 0;
+        XDisplayKeycodes(display, &first, &last);
+        KeySym *map = XGetKeyboardMapping(display, static_cast<KeyCode>(first), last - first + 1, &width);
+        std::vector<KeySym> copy(map, map + width * (last - first + 1));
+        XFree(map);
+        return copy;
     }
 
     int mapState(mevo::WindowId window)
@@ -129,18 +143,59 @@ private Q_SLOTS:
                  QStringLiteral("一\n二\n三\n四五"));
     }
 
+    /// More characters than there are keys, for a window of each kind that has not the focus, with Caps Lock.
     void textGoesToItsWindowWhenTheFocusHasMoved()
     {
-        const Target first = open("xterm");
-        QVERIFY(first);
-        const mevo::WindowId saved = windows.focusedWindow();
-        const Target second = open("xterm");
-        QVERIFY(second);
-        const QString text = QStringLiteral("这段话属于第一个窗口 abc");
-        QVERIFY(postText(windows, saved, text).complete);
-        QCOMPARE(first->text(text.size(), readMs), text);
-        QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("第二个")).complete);
-        QCOMPARE(second->text(QStringLiteral("第二个").size(), readMs), QStringLiteral("第二个"));
+        const QString text = QStringLiteral("这段话属于第一个窗口 abc") + longText().left(100);
+        for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
+            const Target first = mevo::lab::TargetWindow::start(kind);
+            QVERIFY2(first, qPrintable(kind));
+            const mevo::WindowId saved = windows.focusedWindow();
+            const Target second = open("xterm");
+            QVERIFY(second);
+            XkbLockModifiers(display, XkbUseCoreKbd, LockMask, LockMask);
+            XSync(display, False);
+            const mevo::PostResult unfocused = postText(windows, saved, text);
+            XkbLockModifiers(display, XkbUseCoreKbd, LockMask, 0);
+            XSync(display, False);
+            QVERIFY2(unfocused.complete && second->hasFocus(), qPrintable(kind));
+            QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("第二个")).complete);
+            QCOMPARE(second->text(3, readMs), QStringLiteral("第二个"));
+            QCOMPARE(first->text(text.size(), readMs), text);
+        }
+    }
+
+    /// Another program's key strokes come before, between or behind ours; none of either is lost or changed.
+    void whatIsTypedMeanwhileIsWhole()
+    {
+        const QString text = longText();
+        for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
+            const Target target = mevo::lab::TargetWindow::start(kind);
+            QVERIFY2(target, qPrintable(kind));
+            bool done = false, complete = false;
+            windows.postText(windows.focusedWindow(), text, [&](const mevo::PostResult &result) {
+                done = true;
+                complete = result.complete;
+            });
+            int struck = 0;
+            QVERIFY2(
+                QTest::qWaitFor(
+                    [&] {
+                        if (!done) {
+                            XTestFakeKeyEvent(display, XKeysymToKeycode(display, XK_z), True, CurrentTime);
+                            XTestFakeKeyEvent(display, XKeysymToKeycode(display, XK_z), False, CurrentTime);
+                            XSync(display, False);
+                            ++struck;
+                        }
+                        return done;
+                    },
+                    60000),
+                qPrintable(kind));
+            QVERIFY2(complete && struck > 1, qPrintable(kind));
+            QString seen = target->text(text.size() + struck, readMs);
+            QCOMPARE(seen.count(QLatin1Char('z')), struck);
+            QCOMPARE(seen.remove(QLatin1Char('z')), text);
+        }
     }
 
     void queuedTextsKeepTheirOrder()
@@ -273,23 +328,40 @@ private Q_SLOTS:
     void theKeyboardMapIsLeftAsItWas()
     {
         QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);
-        int first = 0, last = 0, width = 0;
-        XDisplayKeycodes(display, &first, &last);
-        const auto symbols = [&] {
-            KeySym *map = XGetKeyboardMapping(display, static_cast<KeyCode>(first), last - first + 1, &width);
-            std::vector<KeySym> copy(map, map + width * (last - first + 1));
-            XFree(map);
-            return copy;
-        };
         const std::vector<KeySym> before = symbols();
         const Target target = open("xterm");
         QVERIFY(target);
         for (int i = 0; i < 30; ++i) {
             QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("甲乙丙%1").arg(i)).complete);
         }
+        QVERIFY(postText(windows, windows.focusedWindow(), longText().left(150)).complete);
         QVERIFY(symbols() != before);
         QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);
         QVERIFY(symbols() == before);
+    }
+
+    /// A connection that ends takes nothing down; whoever binds keys next does.
+    void whatACrashLeftIsUnbound()
+    {
+        QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);
+        const std::vector<KeySym> before = symbols();
+        static mevo::X11ScratchKeys *crashed; // cannot be deleted any more
+        {
+            mevo::X11Connection connection;
+            crashed = new mevo::X11ScratchKeys(connection);
+            std::vector<mevo::ScratchSlots::Binding> all;
+            for (int slot = 0; slot < crashed->count(); ++slot) {
+                all.push_back({slot, mevo::KeySymbol(0x1004e00 + slot)});
+            }
+            QVERIFY(all.size() > 100);
+            QVERIFY(crashed->bind(all));
+        }
+        QVERIFY(symbols() != before);
+        QTRY_VERIFY(!isBound());
+        mevo::X11Connection connection;
+        const mevo::X11ScratchKeys next(connection);
+        QVERIFY(symbols() == before);
+        QCOMPARE(next.count(), crashed->count());
     }
 
     /// What the user's keyboard is set to at the moment changes nothing, and is left as it was.
@@ -297,16 +369,20 @@ private Q_SLOTS:
     {
         QTest::addColumn<unsigned>("locked");
         QTest::addColumn<int>("held");
-        QTest::newRow("Caps Lock") << unsigned(LockMask) << 0;
-        QTest::newRow("Caps Lock and Num Lock") << unsigned(LockMask | Mod2Mask) << 0;
-        QTest::newRow("Shift held") << 0U << int(XK_Shift_L);
-        QTest::newRow("AltGr held") << 0U << int(XK_ISO_Level3_Shift);
+        QTest::addColumn<unsigned>("group");
+        QTest::newRow("Caps Lock") << unsigned(LockMask) << 0 << 0U;
+        QTest::newRow("Caps Lock and Num Lock") << unsigned(LockMask | Mod2Mask) << 0 << 0U;
+        QTest::newRow("AltGr locked") << unsigned(Mod5Mask) << 0 << 0U;
+        QTest::newRow("Shift held") << 0U << int(XK_Shift_L) << 0U;
+        QTest::newRow("AltGr held") << 0U << int(XK_ISO_Level3_Shift) << 0U;
+        QTest::newRow("a group that the map has no more") << 0U << 0 << 2U;
     }
 
     void locksAndHeldKeysChangeNothing()
     {
         QFETCH(unsigned, locked);
         QFETCH(int, held);
+        QFETCH(unsigned, group);
         const auto hold = [&](Bool down) {
             if (held != 0) {
                 XTestFakeKeyEvent(display, XKeysymToKeycode(display, KeySym(held)), down, CurrentTime);
@@ -316,7 +392,8 @@ private Q_SLOTS:
         const auto state = [this] {
             XkbStateRec now{};
             XkbGetState(display, XkbUseCoreKbd, &now);
-            return std::make_pair(unsigned(now.locked_mods), unsigned(now.base_mods));
+            return std::make_tuple(unsigned(now.locked_mods), unsigned(now.base_mods),
+                                   unsigned(now.locked_group));
         };
         const QString manyLetters = QStringLiteral("hello World你 ") + longText().left(100);
         for (const QString &text : {QStringLiteral("hello World你"), manyLetters}) {
@@ -324,12 +401,14 @@ private Q_SLOTS:
                 const Target target = mevo::lab::TargetWindow::start(kind);
                 QVERIFY2(target, qPrintable(kind));
                 XkbLockModifiers(display, XkbUseCoreKbd, 0xff, locked);
+                XkbLockGroup(display, XkbUseCoreKbd, group);
                 hold(True);
                 const auto before = state();
                 const mevo::PostResult result = postText(windows, windows.focusedWindow(), text);
                 const auto after = state();
                 hold(False);
                 XkbLockModifiers(display, XkbUseCoreKbd, 0xff, 0);
+                XkbLockGroup(display, XkbUseCoreKbd, 0);
                 XSync(display, False);
                 QVERIFY2(result.complete, qPrintable(kind));
                 QVERIFY2(before == after, qPrintable(kind));
@@ -374,7 +453,8 @@ private Q_SLOTS:
         QCOMPARE(int(state.locked_group), 1);
     }
 
-    /// A short text changes the keyboard map once at most, and one with the same characters does not at all.
+    /// A text, of 120 different characters too, changes the keyboard map once at most, and one with the same
+    /// characters does not at all.
     void theKeyboardMapIsChangedOnceAText()
     {
         int event = 0, error = 0, opcode = 0, major = XkbMajorVersion, minor = XkbMinorVersion;
@@ -397,7 +477,7 @@ private Q_SLOTS:
         const Target target = open("mousepad");
         QVERIFY(target);
         QString text;
-        for (int i = 0; i < 16; ++i) {
+        for (int i = 0; i < 120; ++i) {
             text += QChar(0x4e00 + i * 7);
         }
         QTRY_VERIFY_WITH_TIMEOUT(!isBound(), 20000);

@@ -37,13 +37,16 @@ Sample sampleOf(qint64 processId)
 
 } // namespace
 
-ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs)
+ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::function<void()> &beforeLook)
 {
     QElapsedTimer whole, quiet;
     whole.start();
     quiet.start();
     QByteArray last;
     while (true) {
+        if (beforeLook) {
+            beforeLook();
+        }
         const Sample sample = sampleOf(processId);
         if (sample.state == 0) {
             return ProcessState::Unknown;

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <functional>
+
 namespace mevo {
 
 enum class ProcessState {
@@ -13,7 +15,8 @@ enum class ProcessState {
 
 /// Waits until the main thread of a process has slept without a break for `quietMs`. A program that has input
 /// to read does not: it runs, or waits for the processor. Gives up after `limitMs`; an unknown process is not
-/// waited for.
-ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs);
+/// waited for. `beforeLook` is called before each look at it.
+ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs,
+                        const std::function<void()> &beforeLook = {});
 
 } // namespace mevo

@@ -104,6 +104,7 @@ PostResult X11Poster::post(WindowId window, const QString &text)
         return result;
     }
     if (!m_keys->checkMap()) {
+        m_oneState = false;
         m_slots = std::make_unique<ScratchSlots>(m_keys->count());
     }
     if (m_keys->count() == 0) {
@@ -112,8 +113,13 @@ PostResult X11Poster::post(WindowId window, const QString &text)
     }
     m_ping.listen(true);
     const Target target = targetOf(window);
+    limitStates(target.habits.oneState);
     const int typable = typableLength(text, target.habits);
+    const int slotsBefore = m_keys->count();
     result.stop = typeInto(target, text.left(typable), result.posted);
+    if (result.stop == PostStop::NoKeys && result.posted == 0 && m_keys->count() < slotsBefore) {
+        result.stop = typeInto(target, text.left(typable), result.posted);
+    }
     if (result.stop == PostStop::AtEnd && typable < text.size()) {
         result.posted = typable;
         result.stop = PostStop::Untypable;
@@ -158,7 +164,12 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
             }
             taken = sent;
         }
-        m_keys->bind(batch.rebind);
+        if (!m_keys->bind(batch.rebind)) {
+            m_oneState = false;
+            m_slots = std::make_unique<ScratchSlots>(m_keys->count());
+            taken = sent; // what went before has been waited for
+            return PostStop::NoKeys;
+        }
         if (asked) {
             asked = false;
             const X11Ping::Answer answer = m_ping.await();
@@ -198,7 +209,10 @@ PostStop X11Poster::awaitTaken(const Target &target, int drain)
             return answer == X11Ping::Answer::Gone ? PostStop::Gone : PostStop::Hung;
         }
     } else {
-        switch (awaitQuiet(target.processId, quietMs, quietLimitMs)) {
+        // A program that waits for a slow server sleeps as well, but does not once the server has answered
+        // us.
+        const auto askServer = [this] { XSync(m_connection.display(), False); };
+        switch (awaitQuiet(target.processId, quietMs, quietLimitMs, askServer)) {
         case ProcessState::Stopped:
             return PostStop::Hung;
         case ProcessState::Unknown:
@@ -272,11 +286,11 @@ PostStop X11Poster::sendAtOnce(const Target &target, const PostBatch &batch)
     } else if (isKeyboardGrabbed()) {
         stop = PostStop::KeyboardGrabbed;
     } else if (isFocused(target)) {
-        strikeOnUsersKeyboard(batch);
+        strike(batch, false);
     } else if (batch.hasPairs && target.habits.dropsPairsUnfocused) {
         stop = PostStop::Untypable;
     } else if (m_second && m_second->isUsable() && m_second->setFocus(target.window)) {
-        strikeOnSecondKeyboard(batch);
+        strike(batch, true);
         giveFocusBack();
     } else {
         stop = PostStop::FocusRefused;
@@ -337,33 +351,76 @@ int X11Poster::keycodeOf(const PostStroke &stroke) const
                                              : m_keys->keycode(stroke.slot);
 }
 
-void X11Poster::strikeOnSecondKeyboard(const PostBatch &batch)
+X11KeyState X11Poster::stateOf(const PostStroke &stroke) const
 {
-    for (const PostStroke &stroke : batch.strokes) {
-        const auto keycode = static_cast<unsigned>(keycodeOf(stroke));
-        m_second->key(keycode, true);
-        m_second->key(keycode, false);
+    return stroke.slot < 0 ? X11KeyState() : m_keys->state(stroke.slot);
+}
+
+void X11Poster::limitStates(bool oneState)
+{
+    if (oneState != m_oneState) {
+        m_oneState = oneState;
+        m_keys->release();
+        m_slots = std::make_unique<ScratchSlots>(oneState ? m_keys->keyCount() : m_keys->count());
     }
 }
 
-void X11Poster::strikeOnUsersKeyboard(const PostBatch &batch)
+void X11Poster::lock(bool second, const X11KeyState &before, const X11KeyState &state)
+{
+    // Qt 5 goes by the state of the user's keyboard, whatever keyboard the key is of.
+    Display *display = m_connection.display();
+    const unsigned level3 = m_keys->level3Mask();
+    for (const unsigned device : {unsigned(XkbUseCoreKbd), second ? m_second->device() : 0}) {
+        if (device != 0 && state.group != before.group) {
+            XkbLockGroup(display, device, state.group);
+        }
+        if (device != 0 && state.level3 != before.level3) {
+            XkbLockModifiers(display, device, level3, state.level3 ? level3 : 0);
+        }
+    }
+}
+
+void X11Poster::strike(const PostBatch &batch, bool second)
 {
     Display *display = m_connection.display();
     const std::vector<int> held = liftModifiers();
-    XkbStateRec state{};
-    XkbGetState(display, XkbUseCoreKbd, &state);
+    XkbStateRec users{};
+    XkbGetState(display, XkbUseCoreKbd, &users);
     // Programs make capitals of what a key yields while Caps Lock is on.
-    const bool capsLock = (state.locked_mods & LockMask) != 0;
-    if (capsLock) {
-        XkbLockModifiers(display, XkbUseCoreKbd, LockMask, 0);
+    const unsigned unlocked = users.locked_mods & (LockMask | m_keys->level3Mask());
+    if (unlocked != 0) {
+        XkbLockModifiers(display, XkbUseCoreKbd, unlocked, 0);
     }
+    if ((users.latched_mods & m_keys->level3Mask()) != 0) {
+        XkbLatchModifiers(display, XkbUseCoreKbd, m_keys->level3Mask(), 0); // our first key would end it
+    }
+    // A group that is left over from an earlier map counts again while keys of ours have as many.
+    const bool regroup = m_keys->groupCount() > 1 && users.group != 0;
+    if (regroup) {
+        XkbLockGroup(display, XkbUseCoreKbd, 0);
+    }
+    if (second) {
+        m_second->setGroups(m_keys->groupCount());
+    }
+    X11KeyState state;
     for (const PostStroke &stroke : batch.strokes) {
         const auto keycode = static_cast<unsigned>(keycodeOf(stroke));
-        XTestFakeKeyEvent(display, keycode, True, CurrentTime);
-        XTestFakeKeyEvent(display, keycode, False, CurrentTime);
+        lock(second, state, stateOf(stroke));
+        state = stateOf(stroke);
+        for (const bool down : {true, false}) {
+            if (second) {
+                m_second->key(keycode, down);
+            } else {
+                XTestFakeKeyEvent(display, keycode, down ? True : False, CurrentTime);
+            }
+        }
     }
-    if (capsLock) {
-        XkbLockModifiers(display, XkbUseCoreKbd, LockMask, LockMask);
+    lock(second, state, {});
+    if (regroup) {
+        XkbLockGroup(display, XkbUseCoreKbd, users.locked_group);
+    }
+    if (unlocked != 0) {
+        XkbLockModifiers(display, XkbUseCoreKbd, unlocked, unlocked);
     }
     putBackModifiers(held);
 }

@@ -55,9 +55,14 @@ private:
     /// Takes the second keyboard's focus off the target, and has the window manager know again where the
     /// user's is.
     void giveFocusBack();
-    void strikeOnSecondKeyboard(const PostBatch &batch);
     int keycodeOf(const PostStroke &stroke) const;
-    void strikeOnUsersKeyboard(const PostBatch &batch);
+    X11KeyState stateOf(const PostStroke &stroke) const;
+    /// Locks the user's keyboard, and the second one too, to `state` when it was locked to `before`.
+    void lock(bool second, const X11KeyState &before, const X11KeyState &state);
+    /// Strikes the keys on the user's keyboard or on the second one.
+    void strike(const PostBatch &batch, bool second);
+    /// Keeps to the slots that need no state of the keyboard, or does no longer.
+    void limitStates(bool oneState);
     std::vector<int> liftModifiers();
     void putBackModifiers(const std::vector<int> &keycodes);
 
@@ -66,6 +71,7 @@ private:
     X11Ping m_ping;
     std::unique_ptr<X11ScratchKeys> m_keys;
     std::unique_ptr<ScratchSlots> m_slots;
+    bool m_oneState = false;
     std::unique_ptr<X11SecondKeyboard> m_second;
     bool m_usable = false;
     unsigned long m_neverShown = 0;  ///< a window that asks for the keyboard and can never get it

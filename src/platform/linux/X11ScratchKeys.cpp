@@ -8,6 +8,7 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
+#include <X11/keysym.h>
 // The protocol header has a member of this name.
 #define explicit explicit_
 #include <xcb/xkb.h>
@@ -16,6 +17,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <numeric>
 
 namespace mevo {
 
@@ -23,15 +25,56 @@ namespace {
 
 constexpr int lowestUsableKeycode = 9; // some programs drop 8, which no keyboard sends
 
-/// One key of the map as the protocol carries it: 8 bytes, then its symbols.
-void appendKey(std::vector<unsigned char> &out, KeySymbol symbol)
+constexpr unsigned maxGroups = 4;
+
+/// Whether a modifier does nothing but choose among the symbols of keys.
+bool choosesSymbolsAlone(const XkbDescRec &map, unsigned modifier)
 {
-    const auto byte = [symbol](int shift) { return static_cast<unsigned char>(symbol >> shift); };
-    if (symbol == 0) {
-        out.insert(out.end(), {0, 0, 0, 0, 0, 0, 0, 0});
-    } else {
-        out.insert(out.end(), {0, 0, 0, 0, 1, 1, 1, 0, byte(0), byte(8), byte(16), byte(24)});
+    bool found = false;
+    for (int key = map.min_key_code; key <= map.max_key_code; ++key) {
+        if ((map.map->modmap[key] & modifier) == 0) {
+            continue;
+        }
+        for (int i = 0; i < XkbKeyNumSyms(&map, key); ++i) {
+            const KeySym symbol = XkbKeySymsPtr(&map, key)[i];
+            if (symbol != NoSymbol && symbol != XK_ISO_Level3_Shift && symbol != XK_Mode_switch) {
+                return false;
+            }
+            found = found || symbol != NoSymbol;
+        }
     }
+    return found;
+}
+
+int levelOf(const XkbKeyTypeRec &type, unsigned modifiers)
+{
+    for (int i = 0; i < type.map_count; ++i) {
+        if (type.map[i].active != 0 && type.map[i].mods.mask == modifiers) {
+            return type.map[i].level;
+        }
+    }
+    return 0;
+}
+
+/// By level, whether `modifier` chooses it; empty where some level comes with it and without.
+std::vector<bool> levelsChosenBy(const XkbKeyTypeRec &type, unsigned modifier)
+{
+    std::vector<bool> with(type.num_levels), without(type.num_levels);
+    for (unsigned modifiers = 0; modifiers < 256; ++modifiers) {
+        if ((modifiers & ~unsigned(type.mods.mask)) == 0) {
+            const auto level = static_cast<std::size_t>(levelOf(type, modifiers));
+            if (level >= with.size()) {
+                return {};
+            }
+            ((modifiers & modifier) != 0 ? with : without)[level] = true;
+        }
+    }
+    for (std::size_t level = 0; level < with.size(); ++level) {
+        if (with[level] && without[level]) {
+            return {};
+        }
+    }
+    return with;
 }
 
 } // namespace
@@ -54,6 +97,8 @@ X11ScratchKeys::~X11ScratchKeys()
 void X11ScratchKeys::findFree()
 {
     m_keycodes.clear();
+    m_states.assign(1, {});
+    m_type = {};
     m_symbols.clear();
     XkbDescPtr map = XkbGetMap(m_connection.display(), XkbAllMapComponentsMask, XkbUseCoreKbd);
     if (map == nullptr) {
@@ -61,17 +106,82 @@ void X11ScratchKeys::findFree()
     }
     for (int key = std::max<int>(map->min_key_code, lowestUsableKeycode); key <= map->max_key_code; ++key) {
         bool empty = map->map->modmap == nullptr || map->map->modmap[key] == 0;
-        for (int group = 0; group < XkbKeyNumGroups(map, key) && empty; ++group) {
-            for (int level = 0; level < XkbKeyGroupWidth(map, key, group) && empty; ++level) {
-                empty = XkbKeySymEntry(map, key, level, group) == NoSymbol;
-            }
+        for (int i = 0; i < XkbKeyNumSyms(map, key) && empty; ++i) {
+            empty = XkbKeySymsPtr(map, key)[i] == NoSymbol;
         }
         if (empty) {
             m_keycodes.push_back(key);
         }
     }
-    m_symbols.assign(m_keycodes.size(), 0);
+    if (m_useStates && map->map->modmap != nullptr) {
+        findStates(*map);
+    }
+    m_symbols.assign(static_cast<std::size_t>(count()), 0);
     XkbFreeKeyboard(map, 0, True);
+}
+
+void X11ScratchKeys::findStates(const XkbDescRec &map)
+{
+    constexpr unsigned level3 = Mod5Mask; // where every map of the usual collection has it
+    for (int i = XkbLastRequiredType + 1; i < map.map->num_types && choosesSymbolsAlone(map, level3); ++i) {
+        const XkbKeyTypeRec &type = map.map->types[i];
+        const std::vector<bool> second = levelsChosenBy(type, level3);
+        const bool smaller = m_type.mask == 0 || second.size() < m_type.second.size();
+        if (smaller && std::find(second.begin(), second.end(), true) != second.end()) {
+            m_type = {i, level3, second};
+        }
+    }
+    // A user with several layouts has the others as groups: what he types meanwhile would come from another.
+    unsigned groups = maxGroups;
+    for (int key = map.min_key_code; key <= map.max_key_code; ++key) {
+        groups = XkbKeyNumGroups(&map, key) > 1 ? 1 : groups;
+    }
+    m_states.clear();
+    for (unsigned group = 0; group < groups; ++group) {
+        m_states.push_back({group, false});
+        if (m_type.mask != 0) {
+            m_states.push_back({group, true});
+        }
+    }
+}
+
+std::vector<KeySymbol> X11ScratchKeys::symbolsOf(std::size_t key) const
+{
+    std::vector<KeySymbol> symbols;
+    for (std::size_t slot = key; slot < m_symbols.size(); slot += m_keycodes.size()) {
+        symbols.push_back(m_symbols[slot]);
+    }
+    return symbols;
+}
+
+/// Appends a key of the map as the protocol carries it: 8 bytes, then its symbols, group by group.
+void X11ScratchKeys::appendKey(std::vector<unsigned char> &out, const std::vector<KeySymbol> &symbols) const
+{
+    unsigned groups = 0;
+    bool level3 = false;
+    for (std::size_t i = 0; i < symbols.size(); ++i) {
+        if (symbols[i] != 0) {
+            groups = std::max(groups, m_states[i].group + 1);
+            level3 = level3 || m_states[i].level3;
+        }
+    }
+    const std::size_t width = level3 ? m_type.second.size() : groups != 0 ? 1 : 0;
+    for (unsigned group = 0; group < maxGroups; ++group) {
+        out.push_back(static_cast<unsigned char>(level3 && group < groups ? m_type.index : XkbOneLevelIndex));
+    }
+    const std::size_t count = groups * width;
+    out.insert(out.end(), {static_cast<unsigned char>(groups), static_cast<unsigned char>(width),
+                           static_cast<unsigned char>(count), static_cast<unsigned char>(count >> 8)});
+    for (unsigned group = 0; group < groups; ++group) {
+        for (std::size_t level = 0; level < width; ++level) {
+            const X11KeyState state{group, level3 && m_type.second[level]};
+            const auto found = std::find(m_states.begin(), m_states.end(), state);
+            const KeySymbol symbol = symbols[static_cast<std::size_t>(found - m_states.begin())];
+            for (int shift = 0; shift < 32; shift += 8) {
+                out.push_back(static_cast<unsigned char>(symbol >> shift));
+            }
+        }
+    }
 }
 
 void X11ScratchKeys::recover()
@@ -90,9 +200,14 @@ void X11ScratchKeys::recover()
     // The server drops the selection of a dead owner by itself.
     if (XGetSelectionOwner(display, m_connection.atom("_MEVO_SCRATCH_OWNER")) == None && format == 32) {
         const auto *keys = reinterpret_cast<const unsigned long *>(data);
-        KeySym none = NoSymbol;
+        std::vector<int> all;
         for (unsigned long i = 0; i < count; ++i) {
-            XChangeKeyboardMapping(display, static_cast<int>(keys[i]), 1, &none, 1);
+            m_keycodes.push_back(static_cast<int>(keys[i] & 0xff));
+            all.push_back(static_cast<int>(i));
+        }
+        m_symbols.assign(m_keycodes.size(), 0);
+        if (!all.empty()) {
+            setMap(all);
         }
         XDeleteProperty(display, m_connection.root(), property);
         XSync(display, False);
@@ -121,68 +236,104 @@ void X11ScratchKeys::mark(bool on)
     }
 }
 
-void X11ScratchKeys::bind(const std::vector<ScratchSlots::Binding> &bindings)
+bool X11ScratchKeys::bind(const std::vector<ScratchSlots::Binding> &bindings)
 {
     if (bindings.empty()) {
-        return;
+        return true;
     }
     mark(true);
-    std::vector<std::pair<int, KeySymbol>> symbols;
+    std::vector<int> keys;
     for (const ScratchSlots::Binding &binding : bindings) {
-        symbols.emplace_back(keycode(binding.slot), binding.symbol);
+        keys.push_back(binding.slot % keyCount());
         m_symbols[static_cast<std::size_t>(binding.slot)] = binding.symbol;
     }
-    setMap(symbols);
+    setMap(keys);
+    if (changedKeys(keys).empty()) {
+        return true;
+    }
+    qWarning() << "Typing: the server does not bind the free keys as it should";
+    m_useStates = false;
+    release();
+    findFree();
+    return false;
+}
+
+std::vector<std::size_t> X11ScratchKeys::changedKeys(const std::vector<int> &keys) const
+{
+    std::vector<std::size_t> changed;
+    XkbDescPtr map = XkbGetMap(m_connection.display(), XkbAllClientInfoMask, XkbUseCoreKbd);
+    if (map == nullptr) {
+        return changed;
+    }
+    for (const int key : keys) {
+        std::vector<unsigned char> bound;
+        appendKey(bound, symbolsOf(static_cast<std::size_t>(key)));
+        std::vector<KeySymbol> expected((bound.size() - 8) / 4);
+        for (std::size_t i = 0; i < bound.size() - 8; ++i) {
+            expected[i / 4] |= KeySymbol(bound[8 + i]) << (8 * (i % 4));
+        }
+        std::vector<KeySymbol> found;
+        for (int i = 0; i < XkbKeyNumSyms(map, keycode(key)); ++i) {
+            found.push_back(static_cast<KeySymbol>(XkbKeySymsPtr(map, keycode(key))[i]));
+        }
+        if (std::all_of(found.begin(), found.end(), [](KeySymbol symbol) { return symbol == 0; })) {
+            found.clear(); // a map may give a free key places for symbols
+        }
+        if (found != expected) {
+            changed.push_back(static_cast<std::size_t>(key));
+        }
+    }
+    XkbFreeKeyboard(map, 0, True);
+    return changed;
 }
 
 bool X11ScratchKeys::checkMap()
 {
-    XkbDescPtr map = XkbGetMap(m_connection.display(), XkbAllClientInfoMask, XkbUseCoreKbd);
-    if (map == nullptr) {
+    if (!m_marked) {
+        findFree(); // layouts may have come or gone
+        return false;
+    }
+    std::vector<int> keys(m_keycodes.size());
+    std::iota(keys.begin(), keys.end(), 0);
+    const std::vector<std::size_t> changed = changedKeys(keys);
+    if (changed.empty()) {
         return true;
     }
-    bool whole = true;
-    for (std::size_t slot = 0; slot < m_keycodes.size(); ++slot) {
-        const int key = m_keycodes[slot];
-        const bool empty = XkbKeyNumSyms(map, key) == 0 || XkbKeySymsPtr(map, key)[0] == NoSymbol;
-        const bool asBound = m_symbols[slot] == 0 ? empty
-                                                  : XkbKeyNumSyms(map, key) == 1 &&
-                                                        XkbKeySymsPtr(map, key)[0] == m_symbols[slot];
-        if (!asBound) {
+    for (const std::size_t key : changed) {
+        for (std::size_t slot = key; slot < m_symbols.size(); slot += m_keycodes.size()) {
             m_symbols[slot] = 0; // somebody else's now
-            whole = false;
         }
     }
-    XkbFreeKeyboard(map, 0, True);
-    if (!whole) {
-        qInfo() << "Typing: the keyboard map has been changed";
-        release();
-        findFree();
-    }
-    return whole;
+    qInfo() << "Typing: the keyboard map has been changed";
+    release();
+    findFree();
+    return false;
 }
 
 void X11ScratchKeys::release()
 {
-    std::vector<std::pair<int, KeySymbol>> symbols;
-    for (std::size_t slot = 0; slot < m_keycodes.size(); ++slot) {
+    std::vector<int> keys;
+    for (std::size_t slot = 0; slot < m_symbols.size(); ++slot) {
         if (m_symbols[slot] != 0) {
-            symbols.emplace_back(m_keycodes[slot], 0);
+            keys.push_back(static_cast<int>(slot) % keyCount());
             m_symbols[slot] = 0;
         }
     }
-    if (!symbols.empty()) {
-        setMap(symbols);
+    if (!keys.empty()) {
+        setMap(keys);
     }
     mark(false);
     XSync(m_connection.display(), False);
 }
 
-void X11ScratchKeys::setMap(const std::vector<std::pair<int, KeySymbol>> &symbols)
+void X11ScratchKeys::setMap(const std::vector<int> &keys)
 {
     // One request for the whole range: the keys between ours are written back as they were read, with the
     // server grabbed so that no other change gets lost in between.
-    std::map<int, KeySymbol> wanted(symbols.begin(), symbols.end());
+    std::map<int, std::vector<KeySymbol>> wanted;
+    for (const int key : keys) {
+        wanted[keycode(key)] = symbolsOf(static_cast<std::size_t>(key));
+    }
     const auto first = static_cast<xcb_keycode_t>(wanted.begin()->first);
     const auto last = static_cast<xcb_keycode_t>(wanted.rbegin()->first);
     Display *display = m_connection.display();
@@ -207,8 +358,9 @@ void X11ScratchKeys::setMap(const std::vector<std::pair<int, KeySymbol>> &symbol
                 out.insert(out.end(), key, key + size);
                 total += count;
             } else {
+                const std::size_t before = out.size();
                 appendKey(out, found->second);
-                total += found->second != 0 ? 1 : 0;
+                total += static_cast<unsigned>((out.size() - before - 8) / 4);
             }
             key += size;
         }

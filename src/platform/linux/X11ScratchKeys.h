@@ -2,40 +2,80 @@
 
 #include "output/PostingPlan.h"
 
-#include <utility>
 #include <vector>
+
+struct _XkbDesc;
 
 namespace mevo {
 
 class X11Connection;
 
-/// The keycodes that the keyboard map leaves free, bound to whatever symbols a text needs. Which ones
-/// are bound is written on the root window beside a selection that dies with us, so that the next start
-/// can unbind what a crash has left.
+/// What a keyboard has to be locked to for a key to yield one of its symbols.
+struct X11KeyState
+{
+    unsigned group = 0; ///< 0 to 3
+    bool level3 = false;
+
+    bool operator==(const X11KeyState &other) const { return group == other.group && level3 == other.level3; }
+};
+
+/// The keycodes that the keyboard map leaves free, bound to whatever symbols a text needs. A slot is a key
+/// in one state of the keyboard, so that a key has several of them. Which keys are bound is written on the
+/// root window beside a selection that dies with us, so that the next start can unbind what a crash has
+/// left.
 class X11ScratchKeys
 {
 public:
+    /// False gives each key one slot, which any state of the keyboard yields.
+    static constexpr bool useStates = true;
+
     explicit X11ScratchKeys(X11Connection &connection);
     ~X11ScratchKeys();
 
-    int count() const { return static_cast<int>(m_keycodes.size()); }
-    int keycode(int slot) const { return m_keycodes[static_cast<std::size_t>(slot)]; }
-    /// Binds slots to symbols in one request; symbol 0 unbinds.
-    void bind(const std::vector<ScratchSlots::Binding> &bindings);
-    /// Whether the map is as bind() left it. When somebody has changed it, what is still ours is unbound and
-    /// the free keys are looked for anew, so that count() may change and nothing is bound.
+    /// Slots in all.
+    int count() const { return keyCount() * static_cast<int>(m_states.size()); }
+    int keyCount() const { return static_cast<int>(m_keycodes.size()); }
+    int keycode(int slot) const { return m_keycodes[static_cast<std::size_t>(slot % keyCount())]; }
+    X11KeyState state(int slot) const { return m_states[static_cast<std::size_t>(slot / keyCount())]; }
+    /// The modifier that X11KeyState::level3 stands for, 0 when no state has it.
+    unsigned level3Mask() const { return m_type.mask; }
+    /// Groups that the states use.
+    int groupCount() const { return static_cast<int>(m_states.back().group) + 1; }
+    /// Binds slots to symbols in one request; symbol 0 unbinds. False when the server has not taken it, as
+    /// where some keyboard has a map without the type that states need: then there are fewer slots from now
+    /// on, and nothing is bound.
+    bool bind(const std::vector<ScratchSlots::Binding> &bindings);
+    /// Whether the map is as bind() left it. When somebody has changed it, what is still ours is unbound.
+    /// Then, and where nothing was bound, the free keys are looked for anew: count() may change, and nothing
+    /// is bound.
     bool checkMap();
     /// Unbinds every slot and takes the mark away.
     void release();
 
 private:
+    /// A type of key that the map has, in which one modifier chooses between two sets of levels, whatever
+    /// Shift does. Types are not changed: programs that run mistake such changes.
+    struct TwoSets
+    {
+        int index = 0;
+        unsigned mask = 0;
+        std::vector<bool> second; ///< by level
+    };
     void recover();
     void findFree();
+    void findStates(const _XkbDesc &map);
+    /// The keys whose symbols are not those that they were bound to.
+    std::vector<std::size_t> changedKeys(const std::vector<int> &keys) const;
     void mark(bool on);
-    void setMap(const std::vector<std::pair<int, KeySymbol>> &symbols);
+    std::vector<KeySymbol> symbolsOf(std::size_t key) const;
+    void appendKey(std::vector<unsigned char> &out, const std::vector<KeySymbol> &symbols) const;
+    void setMap(const std::vector<int> &keys);
 
     X11Connection &m_connection;
     std::vector<int> m_keycodes;
+    bool m_useStates = useStates;
+    std::vector<X11KeyState> m_states{{}};
+    TwoSets m_type;
     std::vector<KeySymbol> m_symbols; ///< by slot, 0 for none
     unsigned long m_owner = 0;
     bool m_marked = false;

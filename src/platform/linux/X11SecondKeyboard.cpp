@@ -2,10 +2,18 @@
 
 #include <QByteArray>
 
+#include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/XInput.h>
 #include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+// The protocol header has a member of this name.
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+#include <vector>
 
 namespace mevo {
 
@@ -70,6 +78,28 @@ void X11SecondKeyboard::key(unsigned keycode, bool down)
 {
     XTestFakeDeviceKeyEvent(m_display, static_cast<XDevice *>(m_device), keycode, down ? True : False,
                             nullptr, 0, CurrentTime);
+}
+
+void X11SecondKeyboard::setGroups(int count)
+{
+    if (count <= m_groups) {
+        return;
+    }
+    m_groups = count;
+    // The server counts the groups of the key that has most.
+    constexpr xcb_keycode_t keycode = 255;
+    const auto groups = static_cast<uint8_t>(count);
+    const std::vector<uint32_t> symbols(groups, XK_a);
+    std::vector<unsigned char> key{0, 0, 0, 0, groups, 1, groups, 0};
+    const auto *first = reinterpret_cast<const unsigned char *>(symbols.data());
+    key.insert(key.end(), first, first + 4 * symbols.size());
+    xcb_connection_t *xcb = XGetXCBConnection(m_display);
+    XFlush(m_display);
+    for (const int device : {m_master, m_xtest}) {
+        xcb_xkb_set_map(xcb, static_cast<xcb_xkb_device_spec_t>(device), XCB_XKB_MAP_PART_KEY_SYMS, 0, 8,
+                        keycode, 0, 0, keycode, 1, groups, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                        key.data());
+    }
 }
 
 void X11SecondKeyboard::find()

@@ -20,12 +20,17 @@ public:
     /// cannot be seen.
     bool setFocus(unsigned long window);
     void key(unsigned keycode, bool down);
+    /// The device whose state the keys are struck in.
+    unsigned device() const { return static_cast<unsigned>(m_master); }
+    /// Lets it be locked to that many groups: it has a map of its own, in which no program looks a key up.
+    void setGroups(int count);
 
 private:
     void find();
 
     _XDisplay *m_display;
     int m_master = 0, m_xtest = 0, m_pointer = 0;
+    int m_groups = 1;
     void *m_device = nullptr; ///< the XDevice that strikes its keys
 };
 
