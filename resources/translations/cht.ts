@@ -401,8 +401,8 @@
         <translation>將自動重啟軟體，請稍候</translation>
     </message>
     <message>
-        <source>没有找到讯飞输入法，请先安装！</source>
-        <translation>沒有找到訊飛輸入法，請先安裝！</translation>
+        <source>该语音输入法没有可下载的安装程序！</source>
+        <translation>該語音輸入法沒有可下載的安裝程式！</translation>
     </message>
     <message>
         <source>提示</source>
@@ -2474,6 +2474,10 @@
     <message>
         <source>选择语音输入法安装路径</source>
         <translation>選擇語音輸入法安裝路徑</translation>
+    </message>
+    <message>
+        <source>选择自定义语音输入法安装路径</source>
+        <translation>選擇自訂語音輸入法安裝路徑</translation>
     </message>
 </context>
 <context>

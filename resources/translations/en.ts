@@ -400,8 +400,8 @@
         <translation>The program restarts in a moment</translation>
     </message>
     <message>
-        <source>没有找到讯飞输入法，请先安装！</source>
-        <translation>XunFei's input method was not found; install it first</translation>
+        <source>该语音输入法没有可下载的安装程序！</source>
+        <translation>There is no installer of this input method to download.</translation>
     </message>
     <message>
         <source>提示</source>
@@ -2473,6 +2473,10 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
     <message>
         <source>选择语音输入法安装路径</source>
         <translation>Choose the program of the input method</translation>
+    </message>
+    <message>
+        <source>选择自定义语音输入法安装路径</source>
+        <translation>Choose the program of the custom input method</translation>
     </message>
 </context>
 <context>
