@@ -401,10 +401,6 @@
         <translation>將自動重啟軟體，請稍候</translation>
     </message>
     <message>
-        <source>没有找到讯飞输入法，请先安装！</source>
-        <translation>沒有找到訊飛輸入法，請先安裝！</translation>
-    </message>
-    <message>
         <source>提示</source>
         <translation>提示</translation>
     </message>
@@ -555,6 +551,10 @@
     <message>
         <source>正在启动讯飞麦克风窗口，请稍候，检测过程中可关闭其它提示信息窗口！</source>
         <translation>正在啟動訊飛麥克風視窗，請稍候，偵測過程中可關閉其它提示資訊視窗！</translation>
+    </message>
+    <message>
+        <source>该语音输入法没有可下载的安装程序！</source>
+        <translation>該語音輸入法沒有可下載的安裝程式！</translation>
     </message>
 </context>
 <context>
@@ -2482,6 +2482,10 @@
     <message>
         <source>选择语音输入法安装路径</source>
         <translation>選擇語音輸入法安裝路徑</translation>
+    </message>
+    <message>
+        <source>选择自定义语音输入法安装路径</source>
+        <translation>選擇自訂語音輸入法安裝路徑</translation>
     </message>
 </context>
 <context>

@@ -400,10 +400,6 @@
         <translation>The program restarts in a moment</translation>
     </message>
     <message>
-        <source>没有找到讯飞输入法，请先安装！</source>
-        <translation>XunFei's input method was not found; install it first</translation>
-    </message>
-    <message>
         <source>提示</source>
         <translation>Note</translation>
     </message>
@@ -554,6 +550,10 @@ Disagree: it is started by a click on the microphone button alone, and its setti
     <message>
         <source>正在启动讯飞麦克风窗口，请稍候，检测过程中可关闭其它提示信息窗口！</source>
         <translation>Opening the XunFei microphone window. Please wait; other messages may be closed meanwhile.</translation>
+    </message>
+    <message>
+        <source>该语音输入法没有可下载的安装程序！</source>
+        <translation>There is no installer of this input method to download.</translation>
     </message>
 </context>
 <context>
@@ -2481,6 +2481,10 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
     <message>
         <source>选择语音输入法安装路径</source>
         <translation>Choose the program of the input method</translation>
+    </message>
+    <message>
+        <source>选择自定义语音输入法安装路径</source>
+        <translation>Choose the program of the custom input method</translation>
     </message>
 </context>
 <context>

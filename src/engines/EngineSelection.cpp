@@ -48,6 +48,11 @@ Engine engineInForce(const RecorderState &recorder)
     return recorder.UseXunFeiWebApi ? Engine::XunFei : recorder.UseTXASRApi ? Engine::Tencent : Engine::Baidu;
 }
 
+bool hasEngine(const RecorderState &recorder)
+{
+    return recorder.BaiDuNoStreamApi || recorder.UseTXASRApi || recorder.UseXunFeiWebApi;
+}
+
 std::vector<SettingWrite> engineKeyWrites(const RecorderState &recorder)
 {
     return {{"UseXunFeiWebApi", int(recorder.UseXunFeiWebApi)},
@@ -57,7 +62,7 @@ std::vector<SettingWrite> engineKeyWrites(const RecorderState &recorder)
 
 QString engineStatement(const RecorderState &recorder, const QString &schema, const QString &dongleId)
 {
-    if (!recorder.BaiDuNoStreamApi && !recorder.UseTXASRApi && !recorder.UseXunFeiWebApi) {
+    if (!hasEngine(recorder)) {
         return {};
     }
     const Statement statement = recorder.UseXunFeiWebApi ? Statement::UseXunFei

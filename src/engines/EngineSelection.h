@@ -35,6 +35,9 @@ void setEngineFlags(RecorderState &recorder, Engine engine);
 /// The engine that the recorder's flags name; the later of several wins as the pipeline sees it.
 Engine engineInForce(const RecorderState &recorder);
 
+/// Whether any of the recorder's flags is on; an input method may have left none.
+bool hasEngine(const RecorderState &recorder);
+
 /// Which engine the device record is told, the later of several flags; empty when none is on.
 QString engineStatement(const RecorderState &recorder, const QString &schema, const QString &dongleId);
 

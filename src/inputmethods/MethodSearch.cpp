@@ -1,11 +1,9 @@
 #include "inputmethods/MethodSearch.h"
 
-#include "commands/LocalProgram.h"
 #include "inputmethods/CustomMethod.h"
+#include "inputmethods/EntryPrograms.h"
 
 #include <QDir>
-#include <QDirIterator>
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -13,7 +11,6 @@ namespace mevo {
 
 namespace {
 
-constexpr qint64 largestEntry = 1 << 20;
 const QString exeSuffix = QStringLiteral(".exe");
 
 QString slashed(QString path)
@@ -24,36 +21,6 @@ QString slashed(QString path)
 bool canBeStarted(const QFileInfo &file)
 {
     return file.isFile() && (file.isExecutable() || file.fileName().endsWith(exeSuffix, Qt::CaseInsensitive));
-}
-
-/// A desktop entry that starts the program: the program's file.
-QString byDesktopEntry(const QString &baseName, const ProgramPlaces &places)
-{
-    for (const QString &folder : places.entryFolders) {
-        QDirIterator entries(folder, {QStringLiteral("*.desktop")}, QDir::Files,
-                             QDirIterator::Subdirectories);
-        while (entries.hasNext()) {
-            QFile file(entries.next());
-            if (file.size() > largestEntry || !file.open(QIODevice::ReadOnly)) {
-                continue;
-            }
-            const QByteArray text = file.readAll();
-            if (!text.contains(baseName.toUtf8())) {
-                continue; // of hundreds of entries few are worth taking apart
-            }
-            const QString program = parseDesktopEntry(text).words.value(0);
-            if (programBaseName(program) != baseName) {
-                continue;
-            }
-            const QString found = program.contains(QLatin1Char('/'))
-                                      ? programAt(program)
-                                      : QStandardPaths::findExecutable(program, places.searchPath);
-            if (!found.isEmpty()) {
-                return found;
-            }
-        }
-    }
-    return {};
 }
 
 /// What the registry's folder of an installation comes to: the program in it, or where the row has it below
@@ -94,7 +61,7 @@ QString programAt(const QString &path)
 }
 
 QString findInputMethod(const Asr3Row &row, const QString &ownPath, const Registry &registry,
-                        const ProgramPlaces &places)
+                        const ProgramPlaces &places, EntryPrograms &entries)
 {
     QString found = inInstallation(
         registry.value(row.ASR3RegInstallPath, row.ASR3RegSearchValue).value_or(QString()), row);
@@ -115,7 +82,9 @@ QString findInputMethod(const Asr3Row &row, const QString &ownPath, const Regist
             found = QStandardPaths::findExecutable(name, places.searchPath);
         }
     }
-    return found.isEmpty() && !baseName.isEmpty() ? byDesktopEntry(baseName, places) : found;
+    return found.isEmpty() && !baseName.isEmpty()
+               ? entries.find(baseName, places.entryFolders, places.searchPath)
+               : found;
 }
 
 QString toolOfMethod(const QString &fileName, const Asr3Row &row, const QString &program,

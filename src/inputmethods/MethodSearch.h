@@ -8,6 +8,8 @@
 
 namespace mevo {
 
+class EntryPrograms;
+
 /// Where programs are on this computer.
 struct ProgramPlaces
 {
@@ -26,7 +28,7 @@ QString programAt(const QString &path);
 /// The program of an input method: by the registry, the user's own path (a file or its folder), below the
 /// folders of programs, among the commands, or by a desktop entry that starts it. Empty when it is not there.
 QString findInputMethod(const Asr3Row &row, const QString &ownPath, const Registry &registry,
-                        const ProgramPlaces &places);
+                        const ProgramPlaces &places, EntryPrograms &entries);
 
 /// The file named `fileName` in the folder that the registry has for the row, else beside `program`.
 QString toolOfMethod(const QString &fileName, const Asr3Row &row, const QString &program,

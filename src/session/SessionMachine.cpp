@@ -95,7 +95,11 @@ void SessionMachine::press(const KeyReport &report)
     const int key = keyOf(report);
     m_inputMethodPressed = pressInputMethod();
     if (m_inputMethodPressed) {
+        if (m_methodKey != 0 && m_methodKey != key) {
+            m_overtaken.insert(m_methodKey);
+        }
         m_methodKey = key;
+        m_overtaken.erase(key);
         if (m_state.Recording) { // of an earlier key: what was said until now is recognised
             const int overtaken = m_sessionKey;
             endWithoutRelease();
@@ -193,15 +197,19 @@ void SessionMachine::startSession(const KeyReport &report)
 void SessionMachine::release(const KeyReport &report)
 {
     const int key = keyOf(report);
-    if (key != m_methodKey && (m_state.Recording || m_methodKey != 0) && m_overtaken.erase(key) > 0) {
-        return; // of a key whose session a later key has ended; that one is still held
+    if (key != m_methodKey && (m_state.Recording || m_methodKey != 0 || m_state.ThirdPartyActive) &&
+        m_overtaken.erase(key) > 0) {
+        return; // of a key whose session a later key has ended
+    }
+    if (key != m_methodKey && m_methodKey != 0 && !m_state.Recording) {
+        return; // of a key whose press was not taken; the input method's is still held
     }
     // A session of our own ends with the release, whatever mode has come since its press.
     if (m_state.ThirdPartyActive && (m_inputMethodPressed || !m_state.Recording) && releaseThirdParty()) {
         m_methodKey = 0;
         return;
     }
-    if (m_hotKeyHeld && !m_state.Recording) {
+    if ((m_hotKeyHeld || m_keyAwaitsWindow) && !m_state.Recording) {
         m_methodKey = 0;
         letHotKeyGo(); // it has been left since the press, by another engine or another mode
         return;

@@ -30,6 +30,9 @@ public:
     /// still counts as held.
     void reset();
 
+    /// The window of the custom input method has come, or will not.
+    void inputMethodCame();
+
     /// Ends a session whose release can no longer come; what was said until now is recognised.
     void endWithoutRelease();
 
@@ -47,6 +50,7 @@ private:
 
     void pressThirdParty();
     void pressCustomMethod();
+    void typeCustomKey();
     bool releaseThirdParty();
     void letHotKeyGo();
 
@@ -58,6 +62,7 @@ private:
     bool m_inputMethodPressed = false; ///< the last press went to an input method
     int m_methodKey = 0;               ///< whose press it was, 0 once it is released
     bool m_hotKeyHeld = false;         ///< its key is down at the receiver
+    bool m_keyAwaitsWindow = false;    ///< its key is typed when its window has come
 };
 
 } // namespace mevo

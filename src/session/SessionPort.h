@@ -47,6 +47,9 @@ public:
     /// Starts a program on its own, with no arguments.
     virtual void startProgram(const QString &path) = 0;
     virtual bool isProgramRunning(const QString &imageName) = 0;
+    /// Looks for a window of this class, as the program that was started will open it; tells the session when
+    /// it has come, or that it has not.
+    virtual void awaitInputMethodWindow(const QString &windowClass) = 0;
     /// Writes that this program started the input method.
     virtual void markInputMethodStarted() = 0;
     /// Types a key through the receiver's keyboard; nothing without a receiver.

@@ -7,6 +7,8 @@
 
 #include <QFileInfo>
 
+#include <utility>
+
 namespace mevo {
 
 namespace {
@@ -93,6 +95,11 @@ void SessionMachine::pressCustomMethod()
     const QString image = suffixed ? name : name + QLatin1String(".exe");
     if (!name.isEmpty() && !m_state.LocalMustClickRunASR3 && !m_port.isProgramRunning(name)) {
         m_port.startProgram(path);
+        if (!m_state.ASR3CustomWinClassName.isEmpty()) {
+            m_keyAwaitsWindow = true; // a program may need longer than is waited for below
+            m_port.awaitInputMethodWindow(m_state.ASR3CustomWinClassName);
+            return;
+        }
         m_port.sleepMs(keyPauseMs);
         if (image.contains(QLatin1String("SpeechInput.exe")) || m_state.ASR3CustomHoldToTalk) {
             m_port.sleepMs(freshProgramMs);
@@ -101,6 +108,19 @@ void SessionMachine::pressCustomMethod()
             return;
         }
     }
+    typeCustomKey();
+}
+
+void SessionMachine::inputMethodCame()
+{
+    if (std::exchange(m_keyAwaitsWindow, false) && m_state.ThirdPartyActive &&
+        m_state.LocalUseASR3Index == thirdPartyCustom && m_state.ShowASR3Custom) {
+        typeCustomKey();
+    }
+}
+
+void SessionMachine::typeCustomKey()
+{
     m_hotKeyHeld = m_state.ASR3CustomHoldToTalk;
     m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
     if (m_hotKeyHeld) {
@@ -113,6 +133,7 @@ void SessionMachine::pressCustomMethod()
 /// Whatever has become of the input method since the press, its key does not stay down.
 void SessionMachine::letHotKeyGo()
 {
+    m_keyAwaitsWindow = false;
     if (m_hotKeyHeld) {
         m_hotKeyHeld = false;
         m_port.sendDeviceKey(0, 0);
@@ -125,7 +146,7 @@ bool SessionMachine::releaseThirdParty()
         if (!m_state.ShowASR3Custom) {
             return false;
         }
-        if (m_hotKeyHeld) {
+        if (m_hotKeyHeld || m_keyAwaitsWindow) { // what was not pressed is not released
             letHotKeyGo();
             return true;
         }

@@ -1,9 +1,9 @@
 #include "window/InputMethodHands.h"
 
 #include "commands/UrlOpener.h"
-#include "inputmethods/ThirdPartyVoiceInput.h"
 #include "service/Statements.h"
 #include "ui/Ask.h"
+#include "window/InputMethods.h"
 #include "window/MainWindow.h"
 
 #include <QTimer>
@@ -12,7 +12,6 @@ namespace mevo {
 
 namespace {
 constexpr int tellTimeoutMs = 2000;
-constexpr int installationLooks = 200; ///< about ten minutes
 } // namespace
 
 InputMethodHands::~InputMethodHands()
@@ -25,13 +24,10 @@ void InputMethodHands::showDownload()
     if (m_progress.isNull()) {
         m_progress =
             new DownloadProgressDialog(MainWindow::tr("下载"), MainWindow::tr("取消下载"), &m_window);
-        QObject::connect(m_progress, &QProgressDialog::canceled, &m_window, [this] {
-            if (m_window.m_installer) {
-                m_window.m_installer->on_CancelDownload();
-            }
-        });
+        QObject::connect(m_progress, &QProgressDialog::canceled, &m_window,
+                         [this] { m_methods.cancelDownload(); });
     }
-    m_progress->start(MainWindow::tr("正在下载 %1 过程中，请稍候......").arg(m_window.ASR3Name));
+    m_progress->start(MainWindow::tr("正在下载 %1 过程中，请稍候......").arg(m_methods.downloadName()));
 }
 
 void InputMethodHands::moveDownload(qint64 received, qint64 total)
@@ -76,7 +72,7 @@ void InputMethodHands::downloadCancelled()
 
 void InputMethodHands::installerOpened()
 {
-    m_window.watchForInstallation(installationLooks);
+    m_methods.watchForInstallation();
 }
 
 } // namespace mevo

@@ -9,12 +9,15 @@ class MainWindow;
 
 namespace mevo {
 
+class InputMethods;
+
 /// Shows and starts what the download of an input method asks for.
 class InputMethodHands : public InstallerHost
 {
 public:
-    explicit InputMethodHands(MainWindow &window)
+    InputMethodHands(MainWindow &window, InputMethods &methods)
         : m_window(window)
+        , m_methods(methods)
     {
     }
     ~InputMethodHands() override;
@@ -29,6 +32,7 @@ public:
 
 private:
     MainWindow &m_window;
+    InputMethods &m_methods;
     QPointer<DownloadProgressDialog> m_progress;
 };
 

@@ -15,7 +15,6 @@
 #include "engines/CredentialStore.h"
 #include "engines/TencentSpeech.h"
 #include "engines/XunFeiStream.h"
-#include "inputmethods/ThirdPartyVoiceInput.h"
 #include "output/UndeliveredTexts.h"
 #include "service/PushChannel.h"
 #include "service/WebApi.h"
@@ -31,7 +30,7 @@
 #include "ui/commands/CommandWordDialog.h"
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
-#include "window/InputMethodHands.h"
+#include "window/InputMethods.h"
 #include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
 
@@ -65,6 +64,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     , m_results([this](const mevo::SessionContext &session,
                        const mevo::SessionText &text) { takeInOrder(session, text); },
                 [this] { return isTyping(); })
+    , m_inputMethods(std::make_unique<mevo::InputMethods>(*this))
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     m_endpoints = mevo::loadEndpoints(*this);
@@ -289,7 +289,7 @@ void MainWindow::finishStart()
     for (const auto &action : std::exchange(m_onceStarted, {})) {
         QTimer::singleShot(0, this, action);
     }
-    if (!m_elevationWanted && RunAsAdmin) {
+    if (!m_inputMethods->wantsElevation() && RunAsAdmin) {
         clearRunAsAdministrator();
     }
 }

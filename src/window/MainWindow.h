@@ -4,10 +4,8 @@
 #include "base/ServiceEndpoints.h"
 #include "base/StartClock.h"
 #include "device/DeviceChanges.h"
-#include "engines/EngineCatalogue.h"
 #include "engines/EngineHost.h"
 #include "engines/XunFeiHost.h"
-#include "inputmethods/Asr3Row.h"
 #include "platform/Platform.h"
 #include "service/UntoldColumns.h"
 #include "session/ResultPipeline.h"
@@ -49,15 +47,15 @@ class QPushButton;
 class QToolTips;
 class QWebSocket;
 class CommandWordDialog;
-class ThirdPartyVoiceInput;
 class UndeliveredDialog;
 class WebCipher;
 
 namespace mevo {
-enum class WindowLeave;
+enum class Statement;
 class BaiduTokens;
 class CommandMatcher;
 class InputMethodHands;
+class InputMethods;
 class PushChannel;
 class SettingsHands;
 class TencentSpeech;
@@ -271,6 +269,7 @@ private:
     friend class mevo::SettingsHands;
     friend class mevo::UpdateHands;
     friend class mevo::InputMethodHands;
+    friend class mevo::InputMethods;
 
     // Construction, in the order of the calls.
     void readEarlySettings();
@@ -308,13 +307,14 @@ private:
     /// What the settings dialog shows has changed.
     void refreshSettings();
     void chooseEngineOfSettings(mevo::Engine engine);
-    void chooseInputMethodOfSettings(int index);
-    void setUpChosenInputMethod(int choice);
-    /// Puts the engine in force again that was before an input method which does not come.
-    void restoreEngine();
     /// The user has chosen what the device record holds as well: it is told, and until it has been it cannot
     /// take the choice back.
     void tellRecord(const mevo::RecordChoices &choices);
+    /// The same without waiting for the event loop, by a statement that says it. Waits for the backend.
+    void tellRecordNow(const mevo::RecordChoices &choices, const QString &statement);
+    /// Tells it so which input method is in force, or that none is.
+    void tellMethodChoice(mevo::Statement statement);
+    void keepUntold(const mevo::RecordChoices &choices);
     void tellUntoldColumns();
     void restartForSettings();
     bool dontStartAtLogin();
@@ -346,11 +346,11 @@ private:
     bool tellBackend(const QString &statement);
     bool tellUntoldChoice();
     void markChoiceUntold();
-    void tellInputMethodChoice(const QStringList &columns);
     void rememberWhetherEngineTold();
-    /// What the record is told of the engine or the input method in force.
-    QString choiceStatement() const;
-    QString inputMethodStatement() const;
+    /// An input method has been chosen since.
+    void forgetUntoldEngine();
+    /// An engine has been chosen: the record must not put an input method back.
+    void leaveMethodOfRecord();
     /// Builds the language menu and the bar's button from what is in force.
     void showLanguages();
     void loadAllCredentials();
@@ -377,31 +377,6 @@ private:
     void closeDeviceSession();
     /// The first arrival of a receiver after an installation, when the record would use an input method.
     void settleFirstArrival();
-    // Input methods.
-    void chooseInputMethod(const mevo::LanguageRow &row);
-    void downloadInputMethod(int index);
-    mevo::Asr3Row askForAsr3Row(int index);
-    void setUpCustomMethod();
-    void continueSetup();
-    void useInputMethod(const QString &program);
-    bool isSetUpFor(int setup, int index) const;
-    QString findInputMethodProgram(int index) const;
-    QString customProgram() const;
-    QString bundledInstaller() const;
-    void askConsent();
-    void offerInputMethod();
-    void refuseInputMethod();
-    void fallBackFromInputMethod(const QString &text);
-    void askToRestartComputer();
-    void tellHowToSetXunFei();
-    void openXunFeiTool(const QString &fileName);
-    void watchForInstallation(int looks);
-    void endInputMethodDownload();
-    void leaveInputMethodAtChoice();
-    void leaveInputMethodWithoutKeys();
-    void leaveInputMethodWindow(mevo::WindowLeave how, mevo::WindowId window);
-    QString inputMethodProgram() const;
-    void clickOnInputMethod();
     void sendUsageOnExit(bool withTencent);
     /// Connects the push socket once the backend is there; one that is connected stays so.
     void openPushSocket();
@@ -556,8 +531,7 @@ private:
     std::unique_ptr<mevo::SettingsHands> m_settingsHands; ///< made at the first opening
     std::unique_ptr<mevo::UpdateHands> m_updateHands;
     std::unique_ptr<MyUpdateChecker> m_updateChecker;
-    std::unique_ptr<mevo::InputMethodHands> m_inputMethodHands;
-    std::unique_ptr<ThirdPartyVoiceInput> m_installer;
+    const std::unique_ptr<mevo::InputMethods> m_inputMethods;
     GetHIDDataThread *m_reader = nullptr;
     QObject *m_readerEar = nullptr; ///< hears the reader; what it has not heard goes with it
     AudioRecorder *m_recorder = nullptr;
@@ -592,15 +566,6 @@ private:
     bool m_moved = false;
     bool m_productRead = false;         ///< the product record has been applied in this run
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
-    bool m_elevationWanted = false;     ///< the input method of the settings needs the administrator's rights
-    mevo::Asr3Row m_asr3Row;            ///< of the input method that was set up last
-    mevo::Engine m_engineBefore = mevo::Engine::Tencent; ///< in force when the settings chose an input method
-    int m_setup = 0;                    ///< counts the set-ups of input methods; the last one holds
-    int m_methodSetUp = -1;             ///< index of the method that is set up
-    bool m_methodBoxOpen = false;       ///< the user is being asked about an input method
-    bool m_startAtSetup = false;        ///< the user has chosen a method: its window comes with the set-up
-    bool m_installerStarted = false;    ///< the one beside the program, in this run
-    bool m_watchesInstallation = false; ///< looks whether the method has been installed
     bool m_engineTold = true;           ///< the backend has answered the last engine statement
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
     QSet<QString> m_chosenColumns;      ///< of the record, by the user since its reading began

@@ -6,7 +6,9 @@
 #include "base/SettingsFile.h"
 #include "engines/Allowance.h"
 #include "engines/LanguageImages.h"
+#include "service/Statements.h"
 #include "ui/Ask.h"
+#include "window/InputMethods.h"
 
 #include <QDebug>
 #include <QTimer>
@@ -80,6 +82,9 @@ void MainWindow::chooseAtLimit(int answer)
         return;
     }
     qInfo("Allowance: input method %d is chosen", answer + 1);
+    m_inputMethods->rememberEngine();
+    m_inputMethods->choiceOvertaken();
+    forgetUntoldEngine();
     ++m_languageChoice;
     m_sessionHands.hideTipWindow();
     MicWinShown = false;
@@ -87,8 +92,7 @@ void MainWindow::chooseAtLimit(int answer)
     setLanguageButtonImage(mevo::languageButtonStyle(
         ShowVerticalUI ? QStringLiteral(":/rec/xunfeiV.png") : QStringLiteral(":/rec/xunfei.png"), false));
     carryOut({mevo::chooseInputMethodAtLimit(*this, answer + 1), false, false, false});
-    tellInputMethodChoice({QString::number(int(EnableASR3)), QString::number(int(MustClickRunASR3)),
-                           QString::number(UseASR3Index)});
+    tellMethodChoice(mevo::Statement::ChooseInputMethodAtQuota);
     if (isLeaving()) {
         return;
     }

@@ -12,6 +12,7 @@
 #include "session/KeyReport.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
+#include "window/InputMethods.h"
 #include "window/SettingsHands.h"
 
 #include <QCoreApplication>
@@ -163,8 +164,8 @@ void MainWindow::HandleDeviceChange(mevo::DeviceNotifier::Change change, const Q
         return;
     }
     if (change == mevo::DeviceNotifier::Change::Removal) {
-        leaveInputMethodWithoutKeys(); // for whatever was removed: the input method types through the
-                                       // receiver
+        m_inputMethods->leaveWithoutKeys(); // for whatever was removed: the input method types through the
+                                            // receiver
     }
     if (mevo::isReceiverName(name)) {
         m_changes.add(change);

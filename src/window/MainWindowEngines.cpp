@@ -18,6 +18,7 @@
 #include "service/WebApiReply.h"
 #include "session/VoiceModes.h"
 #include "ui/QToolTips.h"
+#include "window/InputMethods.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -27,7 +28,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QScopedValueRollback>
 #include <QTimer>
 #include <QWidgetAction>
@@ -40,8 +40,6 @@ constexpr int modeChangeTimeoutMs = 2000;
 constexpr int withoutWaiting = 1;
 /// Set while the backend has not heard of the language that the user has chosen.
 constexpr char untoldChoice[] = "EngineChoiceUntold";
-/// What the backend is to be told of the input method that the user has chosen, while it has not heard of it.
-constexpr char untoldInputMethod[] = "InputMethodChoiceUntold";
 
 const char menuStyle[] =
     "QMenu { border: 2px solid rgb(0, 162, 232); background-color: rgb(32, 44, 58); }"
@@ -49,14 +47,6 @@ const char menuStyle[] =
     "QMenu::item:selected { background-color: rgb(0, 162, 232); }"
     "QMenu::separator { height: 1px; background: rgb(70, 86, 104); margin: 3px 8px; }"
     "QMenu::indicator { width: 12px; height: 12px; left: 10px; }";
-
-/// Empty when there is none, and when the file holds something else.
-QStringList untoldInputMethodColumns()
-{
-    static const QRegularExpression numbers(QStringLiteral("\\A[01] [01] [12]\\z"));
-    const QString text = mevo::SettingsFile().value(QLatin1String(untoldInputMethod)).toString();
-    return numbers.match(text).hasMatch() ? text.split(QLatin1Char(' ')) : QStringList();
-}
 
 QWidgetAction *titleRow(const QString &text, QMenu *menu)
 {
@@ -167,11 +157,11 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
         return;
     }
     if (row.engine == mevo::Engine::ThirdParty) {
-        chooseInputMethod(row);
+        m_inputMethods->chooseOfMenu(row);
         return;
     }
     mevo::saveLastModes(*this);
-    leaveInputMethodAtChoice();
+    m_inputMethods->leaveAtChoice();
     if (RunAsAdmin) {
         clearRunAsAdministrator();
     }
@@ -191,10 +181,7 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     }
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
-    if (EnableASR3) { // else the record would put the input method back at its next reading
-        EnableASR3 = false;
-        tellRecord({{QStringLiteral("EnableASR3"), 0}});
-    }
+    leaveMethodOfRecord();
     carryOut(mevo::chooseLanguage(row, *this, *m_recorder));
     rememberWhetherEngineTold();
 }
@@ -205,8 +192,21 @@ void MainWindow::rememberWhetherEngineTold()
     if (!m_engineTold || settings.contains(QLatin1String(untoldChoice))) {
         settings.setValue(QLatin1String(untoldChoice), int(!m_engineTold));
     }
-    if (settings.contains(QLatin1String(untoldInputMethod))) {
-        settings.setValue(QLatin1String(untoldInputMethod), QString()); // it no longer holds
+}
+
+void MainWindow::forgetUntoldEngine()
+{
+    m_engineTold = true;
+    rememberWhetherEngineTold();
+}
+
+void MainWindow::leaveMethodOfRecord()
+{
+    m_inputMethods->choiceOvertaken();
+    const QString column = QStringLiteral("EnableASR3");
+    if (EnableASR3 || mevo::untoldChoices(mevo::SettingsFile()).value(column) != 0) {
+        EnableASR3 = false;
+        tellRecord({{column, 0}});
     }
 }
 
@@ -217,14 +217,11 @@ void MainWindow::chooseEngineOfSettings(mevo::Engine engine)
     if (m_recorder == nullptr) {
         return;
     }
-    leaveInputMethodAtChoice();
+    m_inputMethods->leaveAtChoice();
     if (RunAsAdmin) {
         clearRunAsAdministrator();
     }
-    if (EnableASR3) {
-        EnableASR3 = false;
-        tellRecord({{QStringLiteral("EnableASR3"), 0}});
-    }
+    leaveMethodOfRecord();
     const int choice = ++m_languageChoice;
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
@@ -241,70 +238,6 @@ void MainWindow::chooseEngineOfSettings(mevo::Engine engine)
             rememberWhetherEngineTold();
         }
     });
-}
-
-void MainWindow::chooseInputMethodOfSettings(int index)
-{
-    if (m_recorder == nullptr) {
-        return;
-    }
-    if (!LocalEnableASR3) {
-        m_engineBefore = mevo::engineInForce(*m_recorder);
-    }
-    const int choice = ++m_languageChoice;
-    writeSettings(mevo::chooseInputMethod(index, *this, *m_recorder).writes);
-    QTimer::singleShot(0, this, [this, choice] { setUpChosenInputMethod(choice); });
-}
-
-void MainWindow::setUpChosenInputMethod(int choice)
-{
-    if (isLeaving() || choice != m_languageChoice) {
-        return;
-    }
-    BuildAsrLanMenu(false, true);
-    if (isLeaving() || m_recorder == nullptr || choice != m_languageChoice) {
-        return;
-    }
-    if (LocalEnableASR3) {
-        BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false; // they would silence the keys
-        EnableASR3 = true;
-        tellRecord(
-            {{QStringLiteral("EnableASR3"), 1}, {QStringLiteral("MustClickRunASR3"), int(MustClickRunASR3)}});
-    }
-    refreshSettings();
-}
-
-/// The settings leave no engine in force beside an input method, so that one has to come back: at once, or
-/// when the user has answered what the set-up asks.
-void MainWindow::restoreEngine()
-{
-    if (m_recorder == nullptr || m_recorder->BaiDuNoStreamApi || m_recorder->UseTXASRApi ||
-        m_recorder->UseXunFeiWebApi) {
-        return;
-    }
-    const mevo::EngineChange back = mevo::chooseEngine(m_engineBefore, *this, *m_recorder);
-    writeSettings(back.writes);
-    EnableASR3 = false;
-    tellRecord({{QStringLiteral("EnableASR3"), 0}});
-    QTimer::singleShot(0, this, [this] {
-        if (!isLeaving() && m_recorder != nullptr) {
-            BuildAsrLanMenu(true, false);
-            refreshSettings();
-        }
-    });
-}
-
-QString MainWindow::inputMethodStatement() const
-{
-    return mevo::deviceStatement(mevo::Statement::ChooseInputMethod, SchemaName,
-                                 {QString::number(int(EnableASR3)), QString::number(int(MustClickRunASR3)),
-                                  QString::number(UseASR3Index), DongleID});
-}
-
-QString MainWindow::choiceStatement() const
-{
-    return LocalEnableASR3 ? inputMethodStatement()
-                           : mevo::engineStatement(*m_recorder, SchemaName, DongleID);
 }
 
 void MainWindow::writeSettings(const std::vector<mevo::SettingWrite> &writes)
@@ -481,34 +414,13 @@ bool MainWindow::refreshBaiduToken()
 /// has not.
 bool MainWindow::tellUntoldChoice()
 {
-    const QStringList inputMethod = untoldInputMethodColumns();
-    if (!inputMethod.isEmpty()) {
-        tellInputMethodChoice(inputMethod);
-    }
     if (mevo::SettingsFile().value(QLatin1String(untoldChoice)).toBool()) {
-        if (m_recorder == nullptr || !tellBackend(choiceStatement())) {
+        if (m_recorder == nullptr || !tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID))) {
             return false;
         }
         mevo::SettingsFile().setValue(QLatin1String(untoldChoice), 0);
     }
-    return untoldInputMethodColumns().isEmpty();
-}
-
-/// Tells the record that an input method has been chosen because the day of the engines is used up: the
-/// columns EnableASR3, MustClickRunASR3 and UseASR3Index. What it does not hear is told again before it is
-/// read.
-void MainWindow::tellInputMethodChoice(const QStringList &columns)
-{
-    const int choice = m_languageChoice;
-    const bool told = !DongleID.isEmpty() &&
-                      tellBackend(mevo::deviceStatement(
-                          mevo::Statement::ChooseInputMethodAtQuota, SchemaName,
-                          columns + QStringList{QString::number(CurrentVersion), m_buildStamp, DongleID}));
-    mevo::SettingsFile settings;
-    if (choice == m_languageChoice && (!told || settings.contains(QLatin1String(untoldInputMethod)))) {
-        settings.setValue(QLatin1String(untoldInputMethod),
-                          told ? QString() : columns.join(QLatin1Char(' ')));
-    }
+    return !mevo::untoldChoices(mevo::SettingsFile()).contains(QStringLiteral("EnableASR3"));
 }
 
 /// The engine that is in force is told to the backend before its record is read, which would undo it.
@@ -522,9 +434,12 @@ void MainWindow::runBackendSql(const QString &statement)
     tellBackend(statement);
 }
 
-/// Whether the backend has answered.
+/// Whether the backend has answered. Without a receiver there is no record that could hear of it.
 bool MainWindow::tellBackend(const QString &statement)
 {
+    if (DongleID.isEmpty()) {
+        return false;
+    }
     // A start whose time is used up still tells the record what has changed, before the record is read late.
     return !RunBackendSql(statement, m_webApi->sharedWaitUsedUp() ? withoutWaiting : modeChangeTimeoutMs)
                 .isNull();

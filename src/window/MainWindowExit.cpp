@@ -10,6 +10,7 @@
 #include "session/MatchText.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
+#include "window/InputMethods.h"
 #include "window/SettingsHands.h"
 
 #include <QCoreApplication>
@@ -61,7 +62,7 @@ void MainWindow::walkExit(ExitKind kind)
     }
     ExitInProgress = true;
     m_changes.hold();
-    leaveInputMethodWithoutKeys();
+    m_inputMethods->leaveWithoutKeys();
     if (kind == ExitKind::Asked) {
         endMouseSession(); // the question takes the mouse away from the talk window
         m_exit.questionOpens();
@@ -78,7 +79,7 @@ void MainWindow::walkExit(ExitKind kind)
     if (m_settingsHands) {
         m_settingsHands->storeEdits();
     }
-    endInputMethodDownload();
+    m_inputMethods->endDownload();
     finishSessions();
     finishCommandWords();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);

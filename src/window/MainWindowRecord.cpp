@@ -19,6 +19,7 @@
 #include "service/WebApiReply.h"
 #include "service/WebCipher.h"
 #include "ui/Ask.h"
+#include "window/InputMethods.h"
 
 #include <QDebug>
 #include <QJsonObject>
@@ -65,10 +66,8 @@ bool MainWindow::goesOn(const RecordReading &reading) const
 /// False when nothing more is to be done for this reading.
 bool MainWindow::readDeviceRecord(const RecordReading &reading)
 {
-    const bool choiceTold = tellUntoldChoice();
-    if (goesOn(reading)) {
-        tellUntoldColumns();
-    }
+    tellUntoldColumns();
+    const bool choiceTold = goesOn(reading) && tellUntoldChoice();
     m_chosenColumns.clear();
     if (!goesOn(reading)) {
         return false;
@@ -111,22 +110,47 @@ bool MainWindow::readDeviceRecord(const RecordReading &reading)
     return true;
 }
 
-void MainWindow::tellRecord(const mevo::RecordChoices &choices)
+void MainWindow::keepUntold(const mevo::RecordChoices &choices)
 {
-    {
-        mevo::SettingsFile settings;
-        mevo::keepUntold(choices, settings);
-    }
+    mevo::SettingsFile settings;
+    mevo::keepUntold(choices, settings);
     for (const QString &column : choices.keys()) {
         m_chosenColumns.insert(column);
     }
+}
+
+void MainWindow::tellRecord(const mevo::RecordChoices &choices)
+{
+    keepUntold(choices);
     QTimer::singleShot(0, this, &MainWindow::tellUntoldColumns);
+}
+
+void MainWindow::tellRecordNow(const mevo::RecordChoices &choices, const QString &statement)
+{
+    keepUntold(choices);
+    if (tellBackend(statement)) {
+        mevo::SettingsFile settings;
+        mevo::dropTold(choices, settings);
+    }
+}
+
+void MainWindow::tellMethodChoice(mevo::Statement statement)
+{
+    QStringList values{QString::number(int(EnableASR3)), QString::number(int(MustClickRunASR3)),
+                       QString::number(UseASR3Index)};
+    if (statement == mevo::Statement::ChooseInputMethodAtQuota) {
+        values += {QString::number(CurrentVersion), m_buildStamp};
+    }
+    tellRecordNow({{QStringLiteral("EnableASR3"), int(EnableASR3)},
+                   {QStringLiteral("MustClickRunASR3"), int(MustClickRunASR3)},
+                   {QStringLiteral("UseASR3Index"), UseASR3Index}},
+                  mevo::deviceStatement(statement, SchemaName, values + QStringList(DongleID)));
 }
 
 void MainWindow::tellUntoldColumns()
 {
     const mevo::RecordChoices choices = mevo::untoldChoices(mevo::SettingsFile());
-    if (choices.isEmpty() || isLeaving() || DongleID.isEmpty() ||
+    if (choices.isEmpty() || isLeaving() ||
         !tellBackend(mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
                                            {mevo::assignments(choices), DongleID}))) {
         return;
@@ -222,7 +246,8 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, cons
     mevo::unmarkAllowances(*this);
     qInfo() << "The device record is applied";
     carryOut(mevo::leaveHiddenDialect(*this));
-    const bool userHasChosen = !choiceTold || reading.choice != m_languageChoice;
+    const bool userHasChosen = !choiceTold || reading.choice != m_languageChoice ||
+                               m_inputMethods->isChoicePending(); // of which the record hears later
     if (userHasChosen) {
         LocalEnableASR3 = inputMethod;
     }

@@ -5,6 +5,7 @@
 #include "audio/AudioRecorder.h"
 #include "device/DeviceCommands.h"
 #include "ui/MicTipDialog.h"
+#include "window/InputMethods.h"
 
 #include <QAction>
 #include <QTimer>
@@ -117,7 +118,7 @@ void MainWindow::pushButton_Mic_clicked()
     if (m_micTip != nullptr && m_micTip->isVisible()) {
         m_micTip->hide();
     }
-    clickOnInputMethod();
+    m_inputMethods->clickOnMicrophone();
 }
 
 void MainWindow::on_closeASRFuncAction()

@@ -12,6 +12,7 @@
 #include "session/ThirdPartyKeys.h"
 #include "session/VoiceModes.h"
 #include "state/SettingsTable.h"
+#include "window/InputMethods.h"
 #include "window/SettingsHands.h"
 
 #include <QApplication>
@@ -93,7 +94,8 @@ void MainWindow::clearRunAsAdministrator()
 /// False, and the setting stays as it was, when the entry could not be made.
 bool MainWindow::startAtLogin()
 {
-    if (!m_elevationWanted && !(LocalEnableASR3 && LocalUseASR3Index == mevo::thirdPartyXunFei)) {
+    if (!m_inputMethods->wantsElevation() &&
+        !(LocalEnableASR3 && LocalUseASR3Index == mevo::thirdPartyXunFei)) {
         clearRunAsAdministrator();
     }
     mevo::StartupEntry &entry = *m_platform.startupEntry;

@@ -14,6 +14,11 @@
 
 namespace mevo {
 
+namespace {
+constexpr int windowLookMs = 100;
+constexpr int windowComesMs = 10000;
+} // namespace
+
 qint64 SessionHands::monotonicMs() const
 {
     return m_window.m_platform.time->monotonicMs();
@@ -155,6 +160,27 @@ void SessionHands::startProgram(const QString &path)
 bool SessionHands::isProgramRunning(const QString &imageName)
 {
     return m_window.m_platform.processes->isRunning(imageName);
+}
+
+void SessionHands::awaitInputMethodWindow(const QString &windowClass)
+{
+    const int number = ++m_awaited;
+    lookForInputMethod(windowClass, number, m_window.m_platform.time->monotonicMs() + windowComesMs);
+}
+
+void SessionHands::lookForInputMethod(const QString &windowClass, int number, qint64 until)
+{
+    m_window.m_platform.time->callAfter(windowLookMs, &m_window, [this, windowClass, number, until] {
+        if (number != m_awaited || m_window.isLeaving()) {
+            return; // a later press has started it anew
+        }
+        if (m_window.m_platform.windowSystem->findWindow(windowClass, QString()) != 0 ||
+            monotonicMs() >= until) {
+            m_window.m_session.inputMethodCame();
+        } else {
+            lookForInputMethod(windowClass, number, until);
+        }
+    });
 }
 
 void SessionHands::markInputMethodStarted()

@@ -37,13 +37,17 @@ public:
     void startXunFeiInputMethod() override;
     void startProgram(const QString &path) override;
     bool isProgramRunning(const QString &imageName) override;
+    void awaitInputMethodWindow(const QString &windowClass) override;
     void markInputMethodStarted() override;
     void sendDeviceKey(int modifiers, int usage) override;
     void startPasteContentTimer() override;
     void startTapTimer() override;
 
 private:
+    void lookForInputMethod(const QString &windowClass, int number, qint64 until);
+
     MainWindow &m_window;
+    int m_awaited = 0; ///< counts the windows that have been waited for
 };
 
 /// Carries out what becomes of a recognised text.

@@ -2,19 +2,16 @@
 
 #include "audio/AudioRecorder.h"
 #include "audio/MicrophoneMeter.h"
-#include "base/ApplicationFiles.h"
 #include "base/SettingsFile.h"
 #include "device/DeviceCommands.h"
 #include "engines/EngineSelection.h"
-#include "ui/Ask.h"
 #include "ui/settings/CSettingDialog.h"
+#include "window/InputMethods.h"
 #include "window/MainWindow.h"
 
 #include <QDebug>
-#include <QDir>
-#include <QFile>
-#include <QSaveFile>
 #include <QStandardPaths>
+#include <QTimer>
 
 namespace mevo {
 
@@ -34,9 +31,6 @@ constexpr SoundPanel soundPanels[] = {{"pavucontrol", "--tab=4"},
                                       {"cinnamon-settings", "sound"},
                                       {"systemsettings5", "kcm_pulseaudio"},
                                       {"mate-volume-control", "--page=input"}};
-
-const QString xunFeiRegistryPath = QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\iFly Info Tek\\iFlyIME");
-const QString xunFeiRegistryValue = QStringLiteral("Install_Dir_Ver2");
 
 } // namespace
 
@@ -106,7 +100,7 @@ void SettingsHands::chooseEngine(Engine engine)
 
 void SettingsHands::chooseInputMethod(int index)
 {
-    m_window.chooseInputMethodOfSettings(index);
+    m_window.m_inputMethods->chooseOfSettings(index);
 }
 
 void SettingsHands::chooseTencentDialect(bool on)
@@ -135,56 +129,25 @@ void SettingsHands::say(const QString &text)
     m_window.message(text, MessageIcon::Information, messageMs);
 }
 
+void SettingsHands::inputMethodPathStored()
+{
+    m_window.m_inputMethods->pathStored();
+}
+
 void SettingsHands::downloadInputMethod(int index)
 {
-    m_window.downloadInputMethod(index);
+    // From the event loop: the service may have to be asked for the address.
+    QTimer::singleShot(0, &m_window, [&window = m_window, index] { window.m_inputMethods->download(index); });
 }
 
 void SettingsHands::openXunFeiTool(const QString &program)
 {
-    const auto folder = m_window.m_platform.registry->value(xunFeiRegistryPath, xunFeiRegistryValue);
-    if (!folder || !m_window.m_platform.processes->startDetached(*folder + QLatin1Char('\\') + program, {})) {
-        say(MainWindow::tr("没有找到讯飞输入法，请先安装！"));
-    }
+    m_window.m_inputMethods->openTool(program);
 }
 
-bool SettingsHands::setXunFeiOffline(bool on)
+void SettingsHands::setXunFeiOffline(bool on)
 {
-    enum Button { RestartNow, RestartLater };
-    const int answer = ask(
-        m_dialog, {MainWindow::tr("提示"),
-                   MainWindow::tr("重启电脑该功能才生效;\t\n取消：点击此按钮，将退出并保持以前配置"),
-                   {MainWindow::tr("自动重启电脑"), MainWindow::tr("手动重启电脑"), MainWindow::tr("取消")},
-                   false,
-                   {mevo::Answer::Accept, mevo::Answer::Accept, mevo::Answer::Back}});
-    if ((answer != RestartNow && answer != RestartLater) || m_window.isLeaving()) {
-        return false;
-    }
-    const QString folder =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-        (m_window.isXpClass() ? QStringLiteral("/../../localLow") : QStringLiteral("/../localLow")) +
-        QStringLiteral("/iFly Info Tek/iFlyIME/");
-    QFile source(appFile(on ? QStringLiteral("configXFOffline.xml") : QStringLiteral("configXFOnline.xml")));
-    QSaveFile target(QDir::cleanPath(folder + QStringLiteral("config.xml")));
-    if (!source.open(QIODevice::ReadOnly) || !target.open(QIODevice::WriteOnly) ||
-        target.write(source.readAll()) != source.size() || !target.commit()) {
-        qWarning().noquote() << "XunFei's input method: its configuration cannot be exchanged:"
-                             << (source.error() != QFileDevice::NoError ? source.errorString()
-                                                                        : target.errorString());
-        say(MainWindow::tr("没有找到讯飞输入法，请先安装！"));
-        return false;
-    }
-    m_window.OnlyUseXunFeiOfflineASR = on;
-    m_window.PureXunFeiOfflineVersion = on;
-    {
-        SettingsFile settings;
-        settings.setValue(QStringLiteral("OnlyUseXunFeiOfflineASR"), on);
-        settings.setValue(QStringLiteral("PureXunFeiOfflineVersion"), on);
-    }
-    if (answer == RestartNow) {
-        m_window.m_platform.processes->restartComputer();
-    }
-    return true;
+    m_window.UseXunFeiOfflineOnly(on);
 }
 
 bool SettingsHands::setRunAsAdministrator(bool on)

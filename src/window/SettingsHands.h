@@ -42,9 +42,10 @@ public:
     void showTip(const QString &text) override;
     void tellRecord(const RecordChoices &choices) override;
     void restartProgram() override;
+    void inputMethodPathStored() override;
     void downloadInputMethod(int index) override;
     void openXunFeiTool(const QString &program) override;
-    bool setXunFeiOffline(bool on) override;
+    void setXunFeiOffline(bool on) override;
     bool setRunAsAdministrator(bool on) override;
     bool setStartAtLogin(bool on) override;
     QStringList microphones() override;

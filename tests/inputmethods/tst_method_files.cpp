@@ -1,3 +1,4 @@
+#include "inputmethods/EntryPrograms.h"
 #include "inputmethods/MethodSearch.h"
 #include "inputmethods/SpeechInputIni.h"
 #include "inputmethods/XunFeiIme.h"
@@ -339,12 +340,41 @@ private Q_SLOTS:
             entries.values.insert(row.ASR3RegInstallPath + '|' + row.ASR3RegSearchValue,
                                   folder.filePath(registry));
         }
+        mevo::EntryPrograms known;
         const QString result =
             mevo::findInputMethod(row, own.isEmpty() ? QString() : folder.filePath(own), entries,
                                   {{folder.filePath("opt")},
                                    {folder.filePath("bin")},
-                                   {folder.filePath("none"), folder.filePath("apps")}});
+                                   {folder.filePath("none"), folder.filePath("apps")}},
+                                  known);
         QCOMPARE(result, found.isEmpty() ? QString() : folder.filePath(found));
+    }
+
+    /// The menu asks at each building; hundreds of entries are read again only when there may be others.
+    void entriesAreReadWhenTheyChange()
+    {
+        const QTemporaryDir folder;
+        const QStringList folders{folder.filePath("later"), folder.filePath("apps")};
+        const auto entry = [&folder](const QString &name, const QString &starts) {
+            write(folder.filePath(name),
+                  "[Desktop Entry]\nType=Application\nExec=" + folder.filePath(starts).toUtf8() + "\n");
+        };
+        mevo::EntryPrograms known;
+        entry("apps/x.desktop", "VoiceInput");
+        QCOMPARE(known.find("VoiceInput", folders, {}), QString()); // no program yet
+        write(folder.filePath("VoiceInput"), "#!/bin/sh\n", program);
+        QCOMPARE(known.find("VoiceInput", folders, {}), folder.filePath("VoiceInput"));
+        QCOMPARE(known.readings(), 1);
+        QCOMPARE(known.find("iFlyVoice", folders, {}), QString());
+        QCOMPARE(known.find("iFlyVoice", folders, {}), QString());
+        QCOMPARE(known.readings(), 2);
+        write(folder.filePath("iFlyVoice"), "#!/bin/sh\n", program);
+        entry("apps/kde/y.desktop", "iFlyVoice"); // in a folder below
+        QCOMPARE(known.find("iFlyVoice", folders, {}), folder.filePath("iFlyVoice"));
+        QVERIFY(QFile::remove(folder.filePath("apps/kde/y.desktop")));
+        QCOMPARE(known.find("iFlyVoice", folders, {}), QString());
+        entry("later/z.desktop", "iFlyVoice"); // and in one that was not there
+        QCOMPARE(known.find("iFlyVoice", folders, {}), folder.filePath("iFlyVoice"));
     }
 
     void tools()

@@ -60,6 +60,10 @@ public:
     void startXunFeiInputMethod() override { log.add(QStringLiteral("start xunfei")); }
     void startProgram(const QString &path) override { log.add(QStringLiteral("start ") + path); }
     bool isProgramRunning(const QString &name) override { return running.contains(name); }
+    void awaitInputMethodWindow(const QString &windowClass) override
+    {
+        log.add(QStringLiteral("await ") + windowClass);
+    }
     void markInputMethodStarted() override { log.add(QStringLiteral("mark")); }
     void sendDeviceKey(int modifiers, int usage) override
     {
@@ -537,6 +541,76 @@ private Q_SLOTS:
         QTEST(QStringList(desk.calls().mid(0, 2)), "first");
         desk.session.endInputMethodPress();
         QVERIFY(desk.calls().isEmpty());
+    }
+
+    /// While the input method's key is held no other key's release lets it go: neither of one whose press was
+    /// not taken nor of one that it has overtaken.
+    void onlyItsOwnKeyEndsAnInputMethodsPress()
+    {
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ASR3HoldToTalk = true;
+        desk.port.inputMethodWindow = 7;
+        desk.key(1, 1);
+        desk.calls();
+        desk.key(8, 0);
+        QVERIFY(desk.calls().isEmpty());
+        desk.key(3, 1); // the later one has it now
+        desk.calls();
+        desk.key(1, 0);
+        QVERIFY(desk.calls().isEmpty());
+        desk.key(3, 0);
+        QCOMPARE(desk.calls().mid(0, 2),
+                 (QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")}));
+        desk.key(3, 1);
+        desk.key(1, 1);
+        desk.key(1, 0);
+        desk.calls();
+        desk.key(3, 0); // overtaken, and nothing is held any more
+        QVERIFY(desk.calls().isEmpty());
+    }
+
+    void aCustomMethodsKeyWaitsForItsWindow_data()
+    {
+        QTest::addColumn<bool>("hold");
+        QTest::newRow("held") << true;
+        QTest::newRow("tapped") << false;
+    }
+    /// However long it takes to start: what is typed before its window is there is lost.
+    void aCustomMethodsKeyWaitsForItsWindow()
+    {
+        QFETCH(bool, hold);
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
+        desk.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+        desk.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/talk");
+        desk.state.ASR3CustomShortCutKey = 0x42;
+        desk.state.ASR3CustomHoldToTalk = hold;
+        desk.state.ASR3CustomWinClassName = QStringLiteral("Talk");
+        const QStringList start{QStringLiteral("clear clipboard"), QStringLiteral("start /opt/talk"),
+                                QStringLiteral("await Talk")};
+        const QStringList tap{QStringLiteral("key 0 42"), QStringLiteral("sleep 100"),
+                              QStringLiteral("key 0 0")};
+        desk.key(1, 1);
+        QCOMPARE(desk.calls(), start);
+        desk.session.inputMethodCame();
+        QCOMPARE(desk.calls(), hold ? QStringList(tap.mid(0, 1)) : tap);
+        desk.session.inputMethodCame(); // once
+        QVERIFY(desk.calls().isEmpty());
+        desk.key(1, 0);
+        QCOMPARE(desk.calls(), hold ? QStringList(tap.mid(2)) : tap);
+        // Let go before it is there: neither end of the key is typed.
+        desk.key(1, 1);
+        QCOMPARE(desk.calls(), start);
+        desk.key(1, 0);
+        desk.session.inputMethodCame();
+        QVERIFY(desk.calls().isEmpty());
+        // Another method has taken its place meanwhile.
+        desk.key(1, 1);
+        desk.calls();
+        desk.state.ThirdPartyActive = false;
+        desk.session.inputMethodCame();
+        desk.key(1, 0);
+        QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
     }
 
     void aReleaseWithoutItsPressKeepsTheKeyBusy()

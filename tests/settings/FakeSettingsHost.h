@@ -61,13 +61,13 @@ public:
         note("record", mevo::assignments(choices));
     }
     void restartProgram() override { note("restart"); }
+    void inputMethodPathStored() override { note("path"); }
     void downloadInputMethod(int index) override { note("download", QString::number(index)); }
     void openXunFeiTool(const QString &program) override { note("tool", program); }
-    bool setXunFeiOffline(bool on) override
+    void setXunFeiOffline(bool on) override
     {
         note("offline", QString::number(on));
         m_state.OnlyUseXunFeiOfflineASR = refuses ? !on : on;
-        return !refuses;
     }
     bool setRunAsAdministrator(bool on) override
     {

@@ -3,6 +3,7 @@
 
 #include <QAccessible>
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
 #include <QProgressBar>
@@ -581,6 +582,88 @@ private Q_SLOTS:
         QVERIFY(opened.host.recorder.UseTXASRApi && !opened.state.LocalEnableASR3);
     }
 
+    /// What a method that is not there can be had with can be used once it has been chosen.
+    void aMethodThatIsMissingCanBeHad()
+    {
+        Opened opened(QByteArray(), [](Opened &it) {
+            showAll(it);
+            it.state.LocalEnableASR3 = false;
+            it.state.LocalUseASR3Index = it.state.UseASR3Index = -1; // as a fresh installation has it
+            it.host.methodsWork = false;
+            it.host.recorder.UseTXASRApi = true;
+        });
+        const auto *group = opened.find<QGroupBox>("groupBox_ThirdParty");
+        QVERIFY(!group->isEnabled());
+        opened.click("radioButton_EnableThirdPartyVoiceInput");
+        QCOMPARE(opened.host.take(), list({"method 1"}));
+        QVERIFY(opened.isOn("radioButton_TXAsrAPI") && group->isEnabled());
+        opened.pick("comboBox_SelectASR3", 1);
+        QCOMPARE(opened.host.take(), (list({"record UseASR3Index=2", "method 2"})));
+        QVERIFY(group->isEnabled()); // and the box shows what the user wants
+        QCOMPARE(opened.find<QComboBox>("comboBox_SelectASR3")->currentIndex(), 1);
+        opened.click("pushButton_ASR3DownWeb");
+        QCOMPARE(opened.host.take(), list({"download 2"}));
+        opened.replace("lineEdit_ASR3XunFeiInstallPath", QStringLiteral("/opt/other"));
+        opened.find("checkBox_ForceUseASR3")->setFocus();
+        QCOMPARE(opened.host.take(), list({"path"}));
+        opened.host.methodsWork = true;
+        opened.replace("lineEdit_ASR3SougoInstallPath", QStringLiteral("/opt/there"));
+        opened.find("checkBox_ForceUseASR3")->setFocus();
+        QCOMPARE(opened.host.take(), list({"method 2"})); // which was chosen, and may be there now
+        QVERIFY(opened.isOn("radioButton_EnableThirdPartyVoiceInput"));
+        opened.click("radioButton_TXAsrAPI");
+        QVERIFY(!group->isEnabled());
+        opened.host.methodsWork = false;
+        opened.click("radioButton_EnableThirdPartyVoiceInput");
+        opened.dialog->hide();
+        opened.dialog->show();
+        QVERIFY(!group->isEnabled());
+    }
+
+    void theMethodThatIsShown_data()
+    {
+        QTest::addColumn<int>("local");
+        QTest::addColumn<int>("record");
+        QTest::addColumn<int>("shown"); // place in the list
+        QTest::newRow("in force or the last one") << 2 << 1 << 1;
+        QTest::newRow("what the record would use") << -1 << 2 << 1;
+        QTest::newRow("the first") << -1 << -1 << 0;
+        QTest::newRow("custom, which is not offered") << 3 << 2 << 1;
+    }
+    void theMethodThatIsShown()
+    {
+        QFETCH(int, local);
+        QFETCH(int, record);
+        const Opened opened(QByteArray(), [local, record](Opened &it) {
+            it.state.LocalUseASR3Index = local;
+            it.state.UseASR3Index = record;
+            it.state.ShowASR3Custom = false;
+        });
+        QTEST(opened.find<QComboBox>("comboBox_SelectASR3")->currentIndex(), "shown");
+        QVERIFY(opened.host.calls.isEmpty());
+    }
+
+    void thePathOfAMethodIsLookedFor_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("XunFei") << "pushButton_BrowseASR3XunFeiInstallPath"
+                                << "选择语音输入法安装路径";
+        QTest::newRow("Sogou") << "pushButton_BrowseASR3SougoInstallPath"
+                               << "选择语音输入法安装路径";
+        QTest::newRow("custom") << "pushButton_BrowseASR3CustomInstallPath"
+                                << "选择自定义语音输入法安装路径";
+    }
+    void thePathOfAMethodIsLookedFor()
+    {
+        QFETCH(QString, button);
+        const Opened opened(QByteArray(), showAll);
+        opened.click(qPrintable(button));
+        auto *finder = opened.dialog->findChild<QFileDialog *>();
+        QVERIFY(finder != nullptr);
+        QTEST(finder->windowTitle(), "title");
+    }
+
     void streamingIsRefusedOnOldSystems()
     {
         const Opened opened(QByteArray(), [](Opened &it) { it.host.xpClass = true; });
@@ -876,6 +959,7 @@ private Q_SLOTS:
         opened.find("checkBox_ForceUseASR3")->setFocus();
         QCOMPARE(Opened::stored("LocalASR3SougoInstallPath"), QStringLiteral("/opt/new"));
         QCOMPARE(opened.state.LocalASR3SougoInstallPath, QStringLiteral("/opt/new"));
+        QCOMPARE(opened.host.calls, list({"path"})); // and looked at at once
     }
 
     void theUpdateNotice()

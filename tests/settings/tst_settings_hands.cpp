@@ -111,18 +111,64 @@ private Q_SLOTS:
         QVERIFY(window.recorder()->BaiDuNoStreamApi && window.recorder()->BaiduViaSettings);
     }
 
-    /// A choice that the user takes back, or that does not come, leaves the engine that was in force.
-    void anInputMethodThatIsNotThere()
+    /// Nothing of it is there, and nowhere to have it from.
+    void aChoiceThatCannotBeHadSaysSo()
     {
         WithSettings program;
         MainWindow &window = *program.window;
-        program.answer = 0; // to all that is asked
+        QVERIFY(!window.BackendReachable);
         program.button("radioButton_EnableThirdPartyVoiceInput")->click();
         program.settle();
-        QTRY_VERIFY(window.recorder()->BaiDuNoStreamApi);
-        QVERIFY(!window.LocalEnableASR3 && !window.EnableASR3);
-        QCOMPARE(setting("BaiDuNoStreamApi") + setting("LocalEnableASR3"), QStringLiteral("10"));
+        QCOMPARE(program.fake.log.calls(QStringLiteral("message 没有找到讯飞语音输入法的程序")).size(), 1);
+        QVERIFY(window.recorder()->BaiDuNoStreamApi && !window.LocalEnableASR3 &&
+                program.questions.isEmpty());
         QVERIFY(program.button("radioButton_BaiduNotStreamRestApi")->isChecked());
+        QCOMPARE(setting("RecordChoicesUntold"), QStringLiteral("absent"));
+        QVERIFY(dialogOf(window)->findChild<QGroupBox *>(QStringLiteral("groupBox_ThirdParty"))->isEnabled());
+    }
+
+    /// The path of what has been chosen and was not there: it is set up at once.
+    void aPathMakesTheMethodUsable()
+    {
+        WithSettings program;
+        MainWindow &window = *program.window;
+        mevo::SettingsFile().setValue(QStringLiteral("ThirdPartyConsentAsked"), 1);
+        auto *methods = dialogOf(window)->findChild<QComboBox *>(QStringLiteral("comboBox_SelectASR3"));
+        program.button("radioButton_EnableThirdPartyVoiceInput")->click();
+        methods->setCurrentIndex(1);
+        const QTemporaryDir folder;
+        QFile made(folder.filePath(QStringLiteral("VoiceInput")));
+        QVERIFY(made.open(QIODevice::WriteOnly) &&
+                made.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        made.close();
+        auto *path =
+            dialogOf(window)->findChild<QLineEdit *>(QStringLiteral("lineEdit_ASR3SougoInstallPath"));
+        const auto store = [path](const QString &text) {
+            path->setText(text);
+            path->setModified(true);
+            Q_EMIT path->editingFinished();
+        };
+        store(made.fileName());
+        QVERIFY(!window.ThirdPartyActive); // nothing waits in the dialog
+        QTRY_VERIFY(window.ThirdPartyActive);
+        QCOMPARE(setting("LocalASR3SougoInstallPath"), made.fileName());
+        QCOMPARE(setting("RecordChoicesUntold"),
+                 QStringLiteral("EnableASR3=1;MustClickRunASR3=0;UseASR3Index=2"));
+        window.ForceUseASR3 = false;
+        QVERIFY(made.remove());
+        store(folder.path()); // where it is no longer
+        QTRY_VERIFY(!window.ThirdPartyActive && window.recorder()->BaiDuNoStreamApi);
+    }
+
+    void aCustomMethodHasNoInstaller()
+    {
+        WithSettings program;
+        program.window->ShowASR3Custom = true;
+        program.window->LocalUseASR3Index = 3;
+        program.methodInForce();
+        program.button("pushButton_ASR3DownWeb")->click();
+        QTRY_COMPARE(
+            program.fake.log.calls(QStringLiteral("message 该语音输入法没有可下载的安装程序！")).size(), 1);
     }
 
     void choicesWaitForTheBackend()
@@ -159,12 +205,19 @@ private Q_SLOTS:
         QVERIFY(!program.fake.elevation->marked && !window.RunAsAdmin);
         program.methodInForce();
         program.button("pushButton_OpenXunFeiInputSetting")->click();
-        QVERIFY(program.fake.log.has(QStringLiteral("message 没有找到讯飞输入法，请先安装！ (3000)")));
+        QVERIFY(program.fake.log.has(
+            QStringLiteral("message 没有找到讯飞输入法的程序 iFlyIMEConfig.exe！ (3000)")));
+        const QTemporaryDir folder;
+        const QString tool = folder.filePath(QStringLiteral("iFlyHandwriting"));
+        QFile made(tool);
+        QVERIFY(made.open(QIODevice::WriteOnly) &&
+                made.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        made.close();
         program.fake.registry->values.insert(
             QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\iFly Info Tek\\iFlyIME|Install_Dir_Ver2"),
-            QStringLiteral("C:\\iFly"));
+            folder.path());
         program.button("pushButton_OpenXunFeiInputHW")->click();
-        QVERIFY(!program.fake.log.calls().filter(QStringLiteral("C:\\iFly\\iFlyHandwriting.exe")).isEmpty());
+        QVERIFY(program.fake.log.has(QStringLiteral("start ") + tool));
     }
 
     void offlineRecognitionOfTheInputMethod()
@@ -179,20 +232,27 @@ private Q_SLOTS:
         constexpr int restart = 0, cancel = 2;
         program.answer = cancel;
         program.button(box)->click();
+        program.settle();
         QVERIFY(!program.button(box)->isChecked());
         QCOMPARE(setting("OnlyUseXunFeiOfflineASR"), QStringLiteral("absent"));
         program.answer = restart; // and there is no file to take
         program.button(box)->click();
+        program.settle();
+        QCOMPARE(program.fake.log.calls(QStringLiteral("message 无法修改讯飞输入法的配置")).size(), 1);
         QVERIFY(!program.button(box)->isChecked() &&
                 !program.fake.log.has(QStringLiteral("restart computer")));
         QFile source(mevo::appFile(QStringLiteral("configXFOffline.xml")));
         QVERIFY(source.open(QIODevice::WriteOnly) && source.write("<offline/>") > 0);
         source.close();
+        // As the program itself leaves the file when it has seen to the hot key.
+        QFile target(folder + QStringLiteral("/config.xml"));
+        QVERIFY(target.open(QIODevice::WriteOnly) && target.setPermissions(QFile::ReadOwner));
+        target.close();
         program.button(box)->click();
+        program.settle();
         QVERIFY(program.button(box)->isChecked() && program.window->OnlyUseXunFeiOfflineASR);
         QCOMPARE(setting("OnlyUseXunFeiOfflineASR") + setting("PureXunFeiOfflineVersion"),
-                 QStringLiteral("truetrue"));
-        QFile target(folder + QStringLiteral("/config.xml"));
+                 QStringLiteral("11"));
         QVERIFY(target.open(QIODevice::ReadOnly));
         QCOMPARE(target.readAll(), QByteArray("<offline/>"));
         QVERIFY(program.fake.log.has(QStringLiteral("restart computer")));

@@ -9,6 +9,7 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QComboBox>
 #include <QDesktopServices>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -256,6 +257,156 @@ private Q_SLOTS:
         p.choose(row); // the question does not come twice
         QVERIFY(window.ThirdPartyActive);
         QCOMPARE(p.asked(QStringLiteral("同意")), 1);
+    }
+
+    void aChoiceOfTheSettings_data()
+    {
+        QTest::addColumn<bool>("there");
+        QTest::addColumn<bool>("forced");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("is there") << true << false << "EnableASR3=1,MustClickRunASR3=0 where";
+        QTest::newRow("is not there") << false << false << "EnableASR3=0,MustClickRunASR3=0 where";
+        QTest::newRow("is not fetched")
+            << false << true << "EnableASR3=0,MustClickRunASR3=0,UseASR3Index=-1 where";
+    }
+    /// The record hears of it when the user has answered, and an engine is left where there is no method.
+    void aChoiceOfTheSettings()
+    {
+        QFETCH(bool, there);
+        QFETCH(bool, forced);
+        Program p(forced ? "ForceUseASR3=1\n" : "ForceUseASR3=0\n");
+        p.methodRow = {
+            {QStringLiteral("ASR3DownWeb"), p.server.url(QStringLiteral("/files/setup.run")).toString()}};
+        p.agree();
+        p.answer(QStringLiteral("提示"), QStringLiteral("下载"), 1);
+        if (there) {
+            p.file(QStringLiteral("bin/iFlyVoice"));
+        }
+        MainWindow &window = p.start();
+        p.settle();
+        window.ForceUseASR3 = forced;
+        window.pushBuutton_Setting_clicked();
+        p.settle();
+        p.statements.clear();
+        p.record.insert(QStringLiteral("EnableASR3"), QStringLiteral("0"));
+        p.onQuestion = [&] {
+            QVERIFY(window.LocalEnableASR3 && p.told(QStringLiteral("EnableASR3=")).isEmpty());
+            window.ReadServerInfo(); // the record, which does not know of the choice, does not undo it
+            QVERIFY(window.LocalEnableASR3 && p.told(QStringLiteral("EnableASR3=")).isEmpty());
+        };
+        auto *choice =
+            window.findChild<QAbstractButton *>(QStringLiteral("radioButton_EnableThirdPartyVoiceInput"));
+        QVERIFY(choice != nullptr);
+        choice->click();
+        p.settle();
+        QCOMPARE(p.asked(QStringLiteral("同意")), 1);
+        QCOMPARE(p.asked(QStringLiteral("下载")), int(forced));
+        QCOMPARE(window.ThirdPartyActive, there);
+        QCOMPARE(window.EnableASR3, there);
+        QCOMPARE(window.UseASR3Index, forced && !there ? -1 : 1);
+        QCOMPARE(window.recorder()->BaiDuNoStreamApi, !there);
+        QCOMPARE(Program::setting("BaiDuNoStreamApi"), QString::number(int(!there)));
+        QCOMPARE(Program::setting("LocalEnableASR3"), QString::number(int(there)));
+        QFETCH(QString, told);
+        QCOMPARE(p.told(QStringLiteral("set ") + told).size(), 1);
+        QCOMPARE(p.told(QStringLiteral("EnableASR3=")).size(), 1);
+    }
+
+    /// As the menu does it: the window of the method that goes is closed, the one of the method that comes is
+    /// brought up.
+    void theSettingsChooseAsTheMenuDoes()
+    {
+        Program p("ThirdPartyConsentAsked=1\n");
+        p.file(QStringLiteral("bin/VoiceInput"));
+        p.file(QStringLiteral("prog/iFlyVoice.exe"));
+        p.file(xunFeiFolder + QStringLiteral("iflyImeCfg.xml"),
+               "<c><installPath_ver2>" + p.user.filePath(QStringLiteral("prog")).toUtf8() +
+                   "</installPath_ver2><ver>3.0.1727</ver></c>");
+        p.file(xunFeiFolder + QStringLiteral("config.xml"),
+               "<c><start_end>enable=1;keyStr=F6</start_end></c>");
+        MainWindow &window = p.start();
+        p.choose(sogouRow);
+        QVERIFY(window.ThirdPartyActive);
+        window.ThirdPartyWindowOpen = true;
+        window.BaiduQuotaHit = true;
+        p.fake.windowSystem->byTitle.insert(window.ASR3WindowName, 7);
+        p.fake.log.clear();
+        window.pushBuutton_Setting_clicked();
+        window.findChild<QComboBox *>(QStringLiteral("comboBox_SelectASR3"))->setCurrentIndex(0);
+        QVERIFY(p.fake.log.has(QStringLiteral("close window 7")) && !window.BaiduQuotaHit);
+        p.settle();
+        QVERIFY(window.ThirdPartyActive && window.LocalUseASR3Index == 1 && window.UseASR3Index == 1);
+        QCOMPARE(p.fake.log.calls(QStringLiteral("open to type")).size(), 1);
+    }
+
+    /// The latest choice of the user's is the one that the backend hears, however each was made.
+    void theLatestChoiceIsTold()
+    {
+        Program p("ThirdPartyConsentAsked=1\n");
+        p.file(QStringLiteral("bin/VoiceInput"));
+        MainWindow &window = p.start();
+        p.settle();
+        window.IsOnline = false; // nobody hears
+        p.choose(sogouRow);
+        QCOMPARE(Program::setting("RecordChoicesUntold"),
+                 QStringLiteral("EnableASR3=1;MustClickRunASR3=0;UseASR3Index=2"));
+        p.choose(QStringLiteral("普通话(腾讯版)"));
+        QCOMPARE(Program::setting("RecordChoicesUntold"),
+                 QStringLiteral("EnableASR3=0;MustClickRunASR3=0;UseASR3Index=2"));
+        p.choose(sogouRow);
+        p.statements.clear();
+        p.record.insert(QStringLiteral("EnableASR3"), QStringLiteral("0"));
+        window.IsOnline = true;
+        window.ReadServerInfo();
+        QCOMPARE(p.statements.value(0),
+                 QStringLiteral("update mevodb.device_serialid set EnableASR3=1,MustClickRunASR3=0,"
+                                "UseASR3Index=2 where DongleID='02-01-001357'"));
+        QCOMPARE(p.told(QStringLiteral("UseTXAPIPara")).size(), 0); // an engine no longer counts
+        QCOMPARE(Program::setting("RecordChoicesUntold") + Program::setting("EngineChoiceUntold"),
+                 QStringLiteral("0"));
+    }
+
+    /// Without a receiver there is no record that hears a choice: the one that comes does.
+    void aChoiceWithoutAReceiver()
+    {
+        Program p("ThirdPartyConsentAsked=1\n");
+        p.file(QStringLiteral("bin/VoiceInput"));
+        MainWindow &window = p.start();
+        p.settle();
+        const QString identity = window.DongleID;
+        window.DongleID.clear();
+        p.statements.clear();
+        p.choose(sogouRow);
+        QVERIFY(window.ThirdPartyActive && p.told(QStringLiteral("DongleID")).isEmpty());
+        p.choose(QStringLiteral("普通话(腾讯版)"));
+        QVERIFY(p.told(QStringLiteral("DongleID")).isEmpty());
+        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("1"));
+        window.DongleID = identity;
+        window.ReadServerInfo();
+        QCOMPARE(p.told(QStringLiteral("set EnableASR3=0,MustClickRunASR3=0,UseASR3Index=2")).size(), 1);
+        QCOMPARE(p.told(QStringLiteral("UseTXAPIPara= '1'")).size(), 1);
+    }
+
+    /// The row of the method that was set up last is not that of another.
+    void anotherMethodIsFetchedByItsOwnRow()
+    {
+        Program p("ThirdPartyConsentAsked=1\n");
+        p.methodRow = {
+            {QStringLiteral("ASR3Name"), QStringLiteral("某某")},
+            {QStringLiteral("ASR3DownWeb"), p.server.url(QStringLiteral("/files/setup.run")).toString()}};
+        p.file(QStringLiteral("bin/VoiceInput"));
+        MainWindow &window = p.start();
+        p.choose(sogouRow);
+        p.choose(QStringLiteral("普通话(腾讯版)"));
+        window.LocalUseASR3Index = 1; // chosen since, and not set up
+        p.methodRow[QStringLiteral("ASR3Name")] = QStringLiteral("另一个");
+        p.statements.clear();
+        window.DownloadInputMethod();
+        QCOMPARE(p.told(QStringLiteral("asr3setting where ASR3Index=1")).size(), 1);
+        QTRY_VERIFY(window.findChild<QProgressDialog *>() != nullptr);
+        QCOMPARE(window.findChild<QProgressDialog *>()->labelText(),
+                 QStringLiteral("正在下载 另一个 过程中，请稍候......"));
+        QCOMPARE(window.ASR3Name, QStringLiteral("某某")); // of messages about the one that was set up
     }
 
     void consent_data()

@@ -1094,12 +1094,14 @@ private Q_SLOTS:
         window.TXSR1DMaxUsageQuantity = 4;
         program.backend.refused = QStringLiteral("EnableASR3");
         window.updateRecCountsTimerOut();
-        QTRY_COMPARE(Program::setting("InputMethodChoiceUntold"), QStringLiteral("1 0 2"));
+        const QString untold = QStringLiteral("EnableASR3=1;MustClickRunASR3=0;UseASR3Index=2");
+        QTRY_COMPARE(Program::setting("RecordChoicesUntold"), untold);
         if (rowChosen) {
             program.choose(QStringLiteral("英语(讯飞版)"));
         } else {
             window.ReadServerInfo();
-            QCOMPARE(Program::setting("InputMethodChoiceUntold"), QStringLiteral("1 0 2"));
+            QCOMPARE(Program::setting("RecordChoicesUntold"), untold);
+            QVERIFY(window.LocalEnableASR3);
         }
         program.backend.refused.clear();
         program.backend.asked.clear();
@@ -1109,7 +1111,8 @@ private Q_SLOTS:
             program.backend.askedLike(QStringLiteral("set EnableASR3=1,MustClickRunASR3=0,UseASR3Index=2"))
                 .size(),
             int(!rowChosen));
-        QCOMPARE(Program::setting("InputMethodChoiceUntold"), QString());
+        QCOMPARE(program.backend.askedLike(QStringLiteral("set EnableASR3=0")).size(), int(rowChosen));
+        QCOMPARE(Program::setting("RecordChoicesUntold"), QString());
     }
 
     void theBoxOfUsedUpEngines_data()

@@ -62,6 +62,7 @@ void CSettingDialog::showEvent(QShowEvent *event)
     if (event->spontaneous()) {
         return;
     }
+    m_methodWanted = false;
     fillMicrophones();
     updateUI();
     m_watch.start();

@@ -150,6 +150,7 @@ private:
     void store(const char *group, const char *key, const QVariant &value, const QVariant &live);
     void storeProxy();
     void chooseEngine(mevo::Engine engine);
+    void chooseInputMethod(int index);
     void browse(const Row &row);
 
     // Words.
@@ -181,6 +182,9 @@ private:
     bool m_placed = false;
     bool m_retired = false;
     bool m_deviceShown = false; ///< the receiver was there when the page was filled
+    /// An input method has been chosen since the dialog was shown. It may not be there: its controls are what
+    /// it can be had with.
+    bool m_methodWanted = false;
     int m_slots = 0;
 };
 

@@ -17,9 +17,18 @@ void CSettingDialog::chooseEngine(mevo::Engine engine)
         return;
     }
     const Stay stay(*this);
+    m_methodWanted = false;
     if (m_host.recorderState() != nullptr) {
         m_host.chooseEngine(engine);
     }
+    updateUI();
+}
+
+void CSettingDialog::chooseInputMethod(int index)
+{
+    const Stay stay(*this);
+    m_methodWanted = true;
+    m_host.chooseInputMethod(index);
     updateUI();
 }
 
@@ -51,9 +60,7 @@ void CSettingDialog::on_radioButton_EnableThirdPartyVoiceInput_clicked(bool)
     if (m_filling) {
         return;
     }
-    const Stay stay(*this);
-    m_host.chooseInputMethod(control<QComboBox>("comboBox_SelectASR3")->currentIndex() + 1);
-    updateUI();
+    chooseInputMethod(control<QComboBox>("comboBox_SelectASR3")->currentIndex() + 1);
 }
 
 void CSettingDialog::on_checkBox_BaiduNotStreamRestApi_clicked(bool on)
@@ -115,10 +122,8 @@ void CSettingDialog::on_comboBox_SelectASR3_currentIndexChanged(int index)
     if (m_filling || index < 0) {
         return;
     }
-    const Stay stay(*this);
     m_host.tellRecord({{QStringLiteral("UseASR3Index"), index + 1}});
-    m_host.chooseInputMethod(index + 1);
-    updateUI();
+    chooseInputMethod(index + 1);
 }
 
 void CSettingDialog::on_checkBox_ForceUseASR3_clicked(bool on)

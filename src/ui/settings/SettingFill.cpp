@@ -126,7 +126,7 @@ void CSettingDialog::fillEngines()
     check("checkBox_RunAsAdmin", m_state.RunAsAdmin);
     check("checkBox_AutoRunApp_2", !m_state.AutoRunApp.isEmpty());
     control<QComboBox>("comboBox_MICDeviceList")->setEnabled(!m_state.OnlyUseOurDeviceMic);
-    m_groups.value(QStringLiteral("groupBox_ThirdParty"))->setEnabled(method);
+    m_groups.value(QStringLiteral("groupBox_ThirdParty"))->setEnabled(method || m_methodWanted);
 }
 
 void CSettingDialog::fillInputMethods()
@@ -138,8 +138,14 @@ void CSettingDialog::fillInputMethods()
     } else if (custom && methods->count() < customMethod) {
         methods->addItem(tr("自定义语音输入法"));
     }
-    const int index = m_state.LocalUseASR3Index - 1;
-    methods->setCurrentIndex(index >= 0 && index < methods->count() ? index : -1);
+    // What the user wants; else what is in force or was, what the record would use, the first.
+    const int wanted = m_methodWanted ? methods->currentIndex() + 1 : 0;
+    for (const int method : {wanted, m_state.LocalUseASR3Index, m_state.UseASR3Index, 1}) {
+        if (method >= 1 && method <= methods->count()) {
+            methods->setCurrentIndex(method - 1);
+            return;
+        }
+    }
 }
 
 bool CSettingDialog::isShown(mevo::ShownWhen rule) const

@@ -6,6 +6,7 @@
 #include "state/MainState.h"
 #include "state/SettingAccess.h"
 #include "state/SettingsTable.h"
+#include "state/ThirdPartyMethod.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -27,6 +28,15 @@ const mevo::ControlRow *rowOf(const char *name)
         }
     }
     return nullptr;
+}
+
+/// Which input method's program a row is the path of.
+int methodOfPath(const mevo::ControlRow &row)
+{
+    const QLatin1String key(row.key);
+    return key == QLatin1String("LocalASR3XunFeiInstallPath")  ? mevo::thirdPartyXunFei
+           : key == QLatin1String("LocalASR3SougoInstallPath") ? mevo::thirdPartySogou
+                                                               : mevo::thirdPartyCustom;
 }
 
 } // namespace
@@ -90,6 +100,16 @@ void CSettingDialog::writeText(const Row &row)
     }
     line->setModified(false);
     store(row.group, row.key, line->text(), line->text());
+    if (row.kind != mevo::ControlKind::Path) {
+        return;
+    }
+    const int method = methodOfPath(row);
+    if (m_methodWanted && !m_state.LocalEnableASR3 &&
+        method == control<QComboBox>("comboBox_SelectASR3")->currentIndex() + 1) {
+        chooseInputMethod(method); // it was not there
+    } else {
+        m_host.inputMethodPathStored();
+    }
 }
 
 void CSettingDialog::storeEdits()
@@ -115,7 +135,9 @@ void CSettingDialog::storeEdits()
 void CSettingDialog::browse(const Row &row)
 {
     // Without a wait: the receiver may go, and this dialog with it, while the user looks.
-    auto *finder = new QFileDialog(this, tr("选择语音输入法安装路径"));
+    auto *finder =
+        new QFileDialog(this, methodOfPath(row) == mevo::thirdPartyCustom ? tr("选择自定义语音输入法安装路径")
+                                                                          : tr("选择语音输入法安装路径"));
     finder->setAttribute(Qt::WA_DeleteOnClose);
     finder->setFileMode(QFileDialog::ExistingFile);
     auto *line = control<QLineEdit>(row.name);

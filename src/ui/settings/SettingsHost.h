@@ -39,13 +39,16 @@ public:
     /// Says so, and starts the program anew.
     virtual void restartProgram() = 0;
 
+    /// The path of an input method's program has been stored: what is in force may be there now, or no
+    /// longer.
+    virtual void inputMethodPathStored() = 0;
     /// Fetches the installer of an input method.
     virtual void downloadInputMethod(int index) = 0;
     /// Starts a tool of XunFei's input method, such as "iFlyIMEConfig.exe".
     virtual void openXunFeiTool(const QString &program) = 0;
-    /// Lets XunFei's input method recognise offline only, or no longer, after having asked. False when the
-    /// user has taken it back or it failed.
-    virtual bool setXunFeiOffline(bool on) = 0;
+    /// Lets XunFei's input method recognise offline only, or no longer, once the user has been asked. The
+    /// dialog is refreshed when it is decided.
+    virtual void setXunFeiOffline(bool on) = 0;
 
     /// False when the system refuses.
     virtual bool setRunAsAdministrator(bool on) = 0;
