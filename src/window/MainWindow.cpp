@@ -32,6 +32,7 @@
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
 #include "window/InputMethodHands.h"
+#include "window/InstanceCalls.h"
 #include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
 
@@ -65,6 +66,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
     , m_results([this](const mevo::SessionContext &session,
                        const mevo::SessionText &text) { takeInOrder(session, text); },
                 [this] { return isTyping(); })
+    , m_instanceCalls(std::make_unique<mevo::InstanceCalls>(*this))
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     m_endpoints = mevo::loadEndpoints(*this);

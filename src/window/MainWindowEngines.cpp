@@ -18,6 +18,7 @@
 #include "service/WebApiReply.h"
 #include "session/VoiceModes.h"
 #include "ui/QToolTips.h"
+#include "window/InstanceCalls.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -432,7 +433,7 @@ void MainWindow::deliverRecognised(int session, const mevo::SessionText &text)
 {
     m_figures.answered(session, m_platform.time->monotonicMs());
     if (m_sessionsFinished) {
-        keepForNextRun(mevo::withoutOverMarker(text.text));
+        keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
         return;
     }
     carryOnLater(m_results.text(session, text));
@@ -460,7 +461,11 @@ bool MainWindow::isTyping() const
 void MainWindow::takeInOrder(const mevo::SessionContext &session, const mevo::SessionText &text)
 {
     if (m_sessionsFinished) {
-        keepForNextRun(mevo::withoutOverMarker(text.text));
+        keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
+        return;
+    }
+    if (text.asItStands) {
+        m_instanceCalls->typeInTurn(text.text, session);
         return;
     }
     if (text.words) {
