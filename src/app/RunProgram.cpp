@@ -1,19 +1,39 @@
 #include "app/RunProgram.h"
 
+#include "app/CallRunning.h"
 #include "base/DiagnosticLog.h"
 #include "base/SettingsFile.h"
 #include "platform/Platform.h"
 #include "platform/linux/TerminationSignals.h"
+#include "window/InstanceCalls.h"
 #include "window/MainWindow.h"
 
 #include <QApplication>
 
 namespace mevo {
 
-int runProgram(Platform &platform)
+namespace {
+
+QStringList argumentsOf(const InstanceCall &call)
 {
-    if (!platform.singleInstance->acquire(QStringLiteral("mevoinput"))) {
-        return 0;
+    switch (call.what) {
+    case InstanceCall::What::Talk:
+        return {QStringLiteral("--talk")};
+    case InstanceCall::What::Settings:
+        return {QStringLiteral("--settings")};
+    case InstanceCall::What::Show:
+    case InstanceCall::What::Type:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+int runProgram(Platform &platform, const InstanceCall &call)
+{
+    if (const auto code = takeLockOrCall(*platform.singleInstance, *platform.time, call)) {
+        return *code;
     }
     {
         const SettingsFile settings;
@@ -28,15 +48,33 @@ int runProgram(Platform &platform)
         }
     });
     bool startAnew = false;
-    platform.singleInstance->whenStartedAgain([&startAnew] {
-        MainWindow *window = MainWindow::instance();
-        if (window == nullptr) {
-            return;
-        }
-        startAnew = window->isLeaving(); // who starts a program that is leaving wants one that runs
-        window->presentMenu();
-    });
+    InstanceCall anew;
+    platform.singleInstance->whenCalled(
+        longestInstanceMessage, [&](const QByteArray &message, const SingleInstance::CallAnswer &answer) {
+            QString fault;
+            const std::optional<InstanceCall> asked = readInstanceCall(message, &fault);
+            if (!asked) {
+                qWarning().noquote() << "Call: a message is refused:" << fault;
+                answer(toMessage(InstanceAnswer::NotUnderstood));
+                return;
+            }
+            MainWindow *window = MainWindow::instance();
+            if (window == nullptr) {
+                answer(toMessage(InstanceAnswer::Refused));
+                return;
+            }
+            if (window->isLeaving() && asked->what != InstanceCall::What::Type) {
+                startAnew = true; // who starts a program that is leaving wants one that runs
+                anew = *asked;
+                answer(toMessage(InstanceAnswer::Done));
+                return;
+            }
+            window->instanceCalls().take(*asked, [answer](InstanceAnswer done) { answer(toMessage(done)); });
+        });
     MainWindow window(platform);
+    if (call.what != InstanceCall::What::Show) {
+        window.instanceCalls().take(call, [](InstanceAnswer) {});
+    }
     if (window.isLeaving()) {
         return 0; // an event loop that begins now would never hear of it
     }
@@ -47,7 +85,7 @@ int runProgram(Platform &platform)
         return result;
     }
     platform.singleInstance->release(); // else the new one would take itself for the second
-    platform.processes->startDetached(QCoreApplication::applicationFilePath(), {});
+    platform.processes->startDetached(QCoreApplication::applicationFilePath(), argumentsOf(anew));
     return 0;
 }
 

@@ -1,7 +1,10 @@
+#include "app/CallRunning.h"
 #include "app/CommandLine.h"
 #include "app/RunProgram.h"
+#include "base/Utf8.h"
 #include "engines/CurlPost.h"
 #include "platform/Platform.h"
+#include "platform/linux/FlockSingleInstance.h"
 
 #include <QApplication>
 #include <QOpenGLContext>
@@ -12,13 +15,20 @@ int main(int argc, char *argv[])
 {
     QStringList arguments;
     for (int i = 1; i < argc; ++i) {
-        arguments.append(QString::fromLocal8Bit(argv[i]));
+        bool broken = false; // UTF-8 in any locale: scripts run in the one of the system as well
+        const QString argument = mevo::textOfUtf8(argv[i], &broken);
+        arguments.append(broken ? QString::fromLocal8Bit(argv[i]) : argument);
     }
     const mevo::CommandLine line = mevo::readCommandLine(arguments);
     if (line.wish != mevo::CommandLine::Wish::Run) {
         const bool refused = line.wish == mevo::CommandLine::Wish::Refuse;
         std::fputs(line.text.toLocal8Bit().constData(), refused ? stderr : stdout);
         return line.exitCode();
+    }
+    if (line.call.what == mevo::InstanceCall::What::Type) {
+        const QCoreApplication application(argc, argv); // no display: the other instance has one
+        mevo::FlockSingleInstance instance;
+        return mevo::typeByRunning(instance, line.call);
     }
     const mevo::CurlLibrary curl;
     // Nothing here draws with OpenGL, whose software implementation takes 50 MB.
@@ -43,5 +53,5 @@ int main(int argc, char *argv[])
     // it.
     QGuiApplication::setFallbackSessionManagementEnabled(false);
     const std::unique_ptr<mevo::Platform> platform = mevo::makePlatform();
-    return mevo::runProgram(*platform);
+    return mevo::runProgram(*platform, line.call);
 }

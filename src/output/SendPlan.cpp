@@ -119,4 +119,10 @@ SendPlan planSend(const QString &text, const MainState &state, const SessionCont
     return plan;
 }
 
+SendPlan::Way typingWay(const MainState &state, WindowId window, bool translationDialogOpen, bool canPost)
+{
+    bool lostFocus = false;
+    return chooseWay(state.Send2ScreenMethod, window, translationDialogOpen, canPost, lostFocus);
+}
+
 } // namespace mevo

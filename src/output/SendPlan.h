@@ -29,4 +29,7 @@ struct SendPlan
 SendPlan planSend(const QString &text, const MainState &state, const SessionContext &session,
                   bool translationDialogOpen, bool canPost);
 
+/// The way of a text that is typed unchanged into `window`, which is there.
+SendPlan::Way typingWay(const MainState &state, WindowId window, bool translationDialogOpen, bool canPost);
+
 } // namespace mevo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
@@ -88,9 +89,22 @@ public:
     virtual bool acquire(const QString &name) = 0;
     /// Gives the lock back early, for a restart of the program.
     virtual void release() = 0;
-    /// Calls `handler` from the event loop each time another process has asked for the lock that this one
-    /// holds: the user has started the program once more.
-    virtual void whenStartedAgain(std::function<void()> handler) = 0;
+    /// Answers one call, once, from the GUI thread; nothing when the caller has gone.
+    using CallAnswer = std::function<void(const QByteArray &answer)>;
+    /// Calls `handler` from the event loop with each message of another process of this user to the one that
+    /// holds the lock, which must be this one. A message is a line of at most `longest` bytes, without its
+    /// end; what is none is refused with a log line.
+    virtual void whenCalled(int longest,
+                            std::function<void(const QByteArray &message, CallAnswer answer)> handler) = 0;
+
+    struct CallResult
+    {
+        bool reached = false; ///< somebody of this user has taken the message
+        QByteArray answer;    ///< a line without its end; empty when none has come
+    };
+    /// Hands a message, which has no line ends, to the process that holds the named lock, and waits for its
+    /// answer, `waitMs` at most. Runs no event loop.
+    virtual CallResult call(const QString &name, const QByteArray &message, int waitMs) = 0;
 };
 
 /// Clock and waiting.

@@ -81,12 +81,12 @@ bool SessionResults::carryOn()
     return waits;
 }
 
-QStringList SessionResults::takeWaiting()
+std::vector<SessionText> SessionResults::takeWaiting()
 {
-    QStringList texts;
+    std::vector<SessionText> texts;
     for (Session &session : m_sessions) {
         for (const SessionText &text : session.texts) {
-            texts.append(text.text);
+            texts.push_back(text);
         }
         session.texts.clear();
     }

@@ -3,10 +3,10 @@
 #include "state/SessionContext.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <deque>
 #include <functional>
+#include <vector>
 
 namespace mevo {
 
@@ -15,6 +15,7 @@ struct SessionText
 {
     QString text;
     bool words = false; ///< known to be words: straight to the handler, past the tests of an engine's answer
+    bool asItStands = false; ///< to be typed unchanged, whatever it says and whichever mode is in force
 };
 
 /// Brings the texts of sessions that overlap into the order of their presses: a text goes out at once when
@@ -45,7 +46,7 @@ public:
     /// Some session has not ended, or a text of it waits.
     bool isUnderWay() const { return !m_sessions.empty(); }
     /// Takes the texts out whose turn has not come, in the order of the presses.
-    QStringList takeWaiting();
+    std::vector<SessionText> takeWaiting();
 
 private:
     struct Session

@@ -31,6 +31,7 @@
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
 #include "window/InputMethods.h"
+#include "window/InstanceCalls.h"
 #include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
 
@@ -65,6 +66,7 @@ MainWindow::MainWindow(mevo::Platform &platform, QWidget *parent)
                        const mevo::SessionText &text) { takeInOrder(session, text); },
                 [this] { return isTyping(); })
     , m_inputMethods(std::make_unique<mevo::InputMethods>(*this))
+    , m_instanceCalls(std::make_unique<mevo::InstanceCalls>(*this))
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     m_endpoints = mevo::loadEndpoints(*this);

@@ -56,6 +56,7 @@ class BaiduTokens;
 class CommandMatcher;
 class InputMethodHands;
 class InputMethods;
+class InstanceCalls;
 class PushChannel;
 class SettingsHands;
 class TencentSpeech;
@@ -113,6 +114,9 @@ public:
 
     /// An exit is being walked or over; nothing may be started any more.
     bool isLeaving() const { return m_exit.underWay(); }
+
+    /// The door for other starts of the program.
+    mevo::InstanceCalls &instanceCalls() { return *m_instanceCalls; }
 
     /// `QApplication::exit` code that starts the program anew.
     static constexpr int restartCode = 888;
@@ -270,6 +274,7 @@ private:
     friend class mevo::UpdateHands;
     friend class mevo::InputMethodHands;
     friend class mevo::InputMethods;
+    friend class mevo::InstanceCalls;
 
     // Construction, in the order of the calls.
     void readEarlySettings();
@@ -414,7 +419,10 @@ private:
     // Output.
     /// Types a text into the window of its session, or pastes it, as the settings tell.
     void sendToScreen(const QString &text, const mevo::SessionContext &session);
-    void pasteText(const QString &text, int holdMs);
+    /// How long the paste key is held down where the keyboard is the computer's own.
+    static constexpr int holdPasteKeyMs = 100;
+    /// `done` is called once the window has had the time to read the clipboard.
+    void pasteText(const QString &text, int holdMs, std::function<void()> done = {});
     void pasteNext();
     void letPasteSettle();
     enum class Kept { No, Already }; ///< whether the text stands among the undelivered ones while it is typed
@@ -532,6 +540,7 @@ private:
     std::unique_ptr<mevo::UpdateHands> m_updateHands;
     std::unique_ptr<MyUpdateChecker> m_updateChecker;
     const std::unique_ptr<mevo::InputMethods> m_inputMethods;
+    std::unique_ptr<mevo::InstanceCalls> m_instanceCalls;
     GetHIDDataThread *m_reader = nullptr;
     QObject *m_readerEar = nullptr; ///< hears the reader; what it has not heard goes with it
     AudioRecorder *m_recorder = nullptr;
@@ -588,11 +597,14 @@ private:
     {
         QString text;
         int holdMs = 0; ///< how long the paste key stays down
+        std::function<void()> done;
     };
     std::deque<PendingPaste> m_pendingPastes; ///< texts whose turn at the clipboard has not come
     std::map<int, QString> m_postsUnderWay;   ///< texts being posted
     int m_postNumber = 0;
-    bool m_pasteSettles = false;      ///< the window may still read the clipboard
+    bool m_pasteSettles = false;       ///< the window may still read the clipboard
+    std::function<void()> m_pasteDone; ///< of the text that it may still read
+    void tellPasteDone();
     bool m_sessionsFinished = false;  ///< the exit has collected what was still on its way
     bool m_typingUndelivered = false; ///< a kept text is being typed
     int m_xunFeiSession = 0;          ///< number of the session whose socket is open

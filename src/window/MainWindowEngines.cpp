@@ -19,6 +19,7 @@
 #include "session/VoiceModes.h"
 #include "ui/QToolTips.h"
 #include "window/InputMethods.h"
+#include "window/InstanceCalls.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -365,7 +366,7 @@ void MainWindow::deliverRecognised(int session, const mevo::SessionText &text)
 {
     m_figures.answered(session, m_platform.time->monotonicMs());
     if (m_sessionsFinished) {
-        keepForNextRun(mevo::withoutOverMarker(text.text));
+        keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
         return;
     }
     carryOnLater(m_results.text(session, text));
@@ -393,7 +394,11 @@ bool MainWindow::isTyping() const
 void MainWindow::takeInOrder(const mevo::SessionContext &session, const mevo::SessionText &text)
 {
     if (m_sessionsFinished) {
-        keepForNextRun(mevo::withoutOverMarker(text.text));
+        keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
+        return;
+    }
+    if (text.asItStands) {
+        m_instanceCalls->typeInTurn(text.text, session);
         return;
     }
     if (text.words) {

@@ -11,6 +11,7 @@
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
 #include "window/InputMethods.h"
+#include "window/InstanceCalls.h"
 #include "window/SettingsHands.h"
 
 #include <QCoreApplication>
@@ -176,8 +177,8 @@ void MainWindow::finishSessions()
         loop.exec();
     }
     finishXunFeiEarly();
-    for (const QString &text : m_results.takeWaiting()) {
-        keepForNextRun(mevo::withoutOverMarker(text));
+    for (const mevo::SessionText &text : m_results.takeWaiting()) {
+        keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
     }
     for (const QString &text : m_translationHands.takeUnsent()) {
         keepForNextRun(text);
@@ -189,6 +190,8 @@ void MainWindow::finishSessions()
         keepForNextRun(post.second); // whole: how much of it has gone is not known yet
     }
     m_sessionsFinished = true;
+    tellPasteDone(); // the keys of that text have gone
+    m_instanceCalls->finish();
 }
 
 void MainWindow::keepForNextRun(const QString &text)

@@ -9,9 +9,9 @@
 #include <QDebug>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
-/// How long the paste key is held down where the keyboard is the computer's own.
-constexpr int holdPasteKeyMs = 100;
 constexpr int holdHandOutKeyMs = 90;
 } // namespace
 
@@ -98,9 +98,9 @@ QString MainWindow::runFigures() const
                      .arg(own.percentile(95));
 }
 
-void MainWindow::pasteText(const QString &text, int holdMs)
+void MainWindow::pasteText(const QString &text, int holdMs, std::function<void()> done)
 {
-    m_pendingPastes.push_back({text, holdMs});
+    m_pendingPastes.push_back({text, holdMs, std::move(done)});
     pasteNext();
 }
 
@@ -120,6 +120,7 @@ void MainWindow::pasteNext()
     const PendingPaste paste = m_pendingPastes.front();
     m_pendingPastes.pop_front();
     m_platform.clipboard->setText(paste.text);
+    m_pasteDone = paste.done;
     m_pasteSettles = true; // the window reads the clipboard when it gets to the key
     const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
@@ -156,8 +157,16 @@ void MainWindow::letPasteSettle()
     }
     QTimer::singleShot(settleMs, this, [this] {
         m_pasteSettles = false;
+        tellPasteDone();
         pasteNext();
     });
+}
+
+void MainWindow::tellPasteDone()
+{
+    if (const auto done = std::exchange(m_pasteDone, {})) {
+        done();
+    }
 }
 
 void MainWindow::Paster2ScreenHandOut()

@@ -1,4 +1,6 @@
+#include "app/CallRunning.h"
 #include "app/CommandLine.h"
+#include "support/FakePlatform.h"
 
 #include <QtTest>
 
@@ -36,6 +38,11 @@ private Q_SLOTS:
         QTest::newRow("Qt's, value missing") << "-platform" << refuse << 2 << "without its value: -platform";
         QTest::newRow("Qt's, in one word") << "-style=fusion" << run << 0 << "";
         QTest::newRow("of the session") << "-session 10d1_1_0" << run << 0 << "";
+        QTest::newRow("two wishes for the one that runs")
+            << "--talk --settings" << refuse << 2 << "only one wish";
+        QTest::newRow("a wish, one dash") << "-talk" << refuse << 2 << "unknown option: -talk";
+        QTest::newRow("nothing to type") << "--type" << refuse << 2 << "without its value: --type";
+        QTest::newRow("help behind a wish") << "--talk --help" << print << 0 << "--type TEXT";
         QTest::newRow("behind the end of options") << "-- --nothing" << run << 0 << "";
     }
 
@@ -50,6 +57,85 @@ private Q_SLOTS:
         QCOMPARE(read.exitCode(), exitCode);
         QVERIFY2(read.text.contains(said), qPrintable(read.text));
         QCOMPARE(read.text.isEmpty(), wish == CommandLine::Wish::Run);
+    }
+
+    void whatIsAskedOfTheOneThatRuns_data()
+    {
+        QTest::addColumn<QByteArrayList>("given");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("nothing") << QByteArrayList{"notes.txt"} << R"({"do":"show","mevoinput":1})";
+        QTest::newRow("talk") << QByteArrayList{"-style", "fusion", "--talk"}
+                              << R"({"do":"talk","mevoinput":1})";
+        QTest::newRow("settings") << QByteArrayList{"--settings"} << R"({"do":"settings","mevoinput":1})";
+        QTest::newRow("type") << QByteArrayList{"--type", "一\n\"二\""}
+                              << QStringLiteral(
+                                     "{\"do\":\"type\",\"mevoinput\":1,\"text\":\"一\\n\\\"二\\\"\"}");
+        QTest::newRow("a text that looks like an option")
+            << QByteArrayList{"--type", "--help"} << R"({"do":"type","mevoinput":1,"text":"--help"})";
+    }
+
+    void whatIsAskedOfTheOneThatRuns()
+    {
+        QFETCH(QByteArrayList, given);
+        QStringList arguments;
+        for (const QByteArray &argument : given) {
+            arguments.append(QString::fromUtf8(argument));
+        }
+        const CommandLine read = mevo::readCommandLine(arguments);
+        QCOMPARE(read.wish, CommandLine::Wish::Run);
+        QTEST(QString::fromUtf8(toMessage(read.call)), "message");
+    }
+
+    void aTextMustFitIntoAMessage()
+    {
+        const auto read = [](int characters) {
+            return mevo::readCommandLine({QStringLiteral("--type"), QString(characters, QChar(u'字'))}).wish;
+        };
+        QCOMPARE(read(20000), CommandLine::Wish::Run);
+        QCOMPARE(read(22000), CommandLine::Wish::Refuse); // of three bytes each
+    }
+
+    void whatTheSecondStartEndsWith_data()
+    {
+        QTest::addColumn<bool>("reached");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<int>("code");
+        QTest::newRow("typed") << true << QByteArray(R"({"mevoinput":1,"answer":"done"})") << 0;
+        QTest::newRow("kept") << true << QByteArray(R"({"mevoinput":1,"answer":"kept"})") << 4;
+        QTest::newRow("refused") << true << QByteArray(R"({"mevoinput":1,"answer":"refused"})") << 5;
+        QTest::newRow("another version") << true << QByteArray(R"({"mevoinput":2,"answer":"done"})") << 5;
+        QTest::newRow("no answer") << true << QByteArray() << 5;
+        QTest::newRow("garbage") << true << QByteArray("\xff\xfe{") << 5;
+        QTest::newRow("nobody there") << false << QByteArray() << 3;
+    }
+
+    void whatTheSecondStartEndsWith()
+    {
+        QFETCH(bool, reached);
+        QFETCH(QByteArray, answer);
+        FakePlatform fake;
+        fake.singleInstance->reached = {reached, answer};
+        QTEST(
+            mevo::typeByRunning(*fake.singleInstance, {mevo::InstanceCall::What::Type, QStringLiteral("a")}),
+            "code");
+    }
+
+    void anInstanceThatComesOrGoesIsWaitedFor()
+    {
+        FakePlatform fake;
+        fake.singleInstance->free = false;
+        fake.singleInstance->reached.reached = false;
+        const auto start = [&fake] {
+            return mevo::takeLockOrCall(*fake.singleInstance, *fake.time,
+                                        {mevo::InstanceCall::What::Talk, {}});
+        };
+        QCOMPARE(start(), std::optional<int>(5));
+        QVERIFY(fake.log.calls(QStringLiteral("call")).size() > 10);
+        fake.time->onSleep = [&fake] { fake.singleInstance->free = true; };
+        QCOMPARE(start(), std::optional<int>());
+        fake.singleInstance->free = false;
+        fake.singleInstance->reached.reached = true;
+        QCOMPARE(start(), std::optional<int>(0));
     }
 
     void aRefusalIsOneLine()

@@ -1,4 +1,5 @@
 #include "platform/linux/FlockSingleInstance.h"
+#include "platform/linux/InstanceDoor.h"
 #include "platform/linux/LinuxElevation.h"
 #include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/LinuxSystemFacts.h"
@@ -13,10 +14,14 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <memory>
@@ -40,6 +45,14 @@ int holdLock()
     if (taken) {
         std::getchar();
     }
+    return 0;
+}
+
+/// Another start: says "ANSWER" of the process that holds the lock, or "nobody".
+int callHolder(const QByteArray &message)
+{
+    const auto result = mevo::FlockSingleInstance().call(lockName(), message, 20000);
+    std::puts(result.reached ? result.answer.constData() : "nobody");
     return 0;
 }
 
@@ -339,8 +352,12 @@ private slots:
         QVERIFY(holder.waitForFinished());
         QVERIFY(lock.acquire(lockName()));
         QVERIFY(lock.acquire(lockName()));
-        int knocks = 0;
-        lock.whenStartedAgain([&knocks] { ++knocks; });
+        QList<QByteArray> heard;
+        lock.whenCalled(20,
+                        [&heard](const QByteArray &message, const mevo::SingleInstance::CallAnswer &reply) {
+                            heard.append(message);
+                            reply("answer to " + message);
+                        });
 
         // A child does not keep the lock of the program that started it.
         QProcess child;
@@ -349,8 +366,17 @@ private slots:
         QProcess second;
         QCOMPARE(answer(second), QByteArray("busy"));
         QVERIFY(second.waitForFinished());
-        QTRY_COMPARE(knocks, 1);
+        const auto call = [](const QString &message) {
+            QProcess caller;
+            caller.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--call"), message});
+            [&caller] { QTRY_COMPARE_WITH_TIMEOUT(caller.state(), QProcess::NotRunning, 30000); }();
+            return caller.readAllStandardOutput().trimmed();
+        };
+        QCOMPARE(call(QStringLiteral("hello")), QByteArray("answer to hello"));
+        QCOMPARE(call(QStringLiteral("more than twenty bytes of it")), QByteArray());
+        QCOMPARE(heard, QList<QByteArray>{"hello"});
         lock.release();
+        QCOMPARE(call(QStringLiteral("hello")), QByteArray("nobody"));
         QProcess third;
         QCOMPARE(answer(third), QByteArray("taken"));
         third.closeWriteChannel();
@@ -358,6 +384,77 @@ private slots:
         QCOMPARE(child.state(), QProcess::Running);
         child.closeWriteChannel();
         QVERIFY(child.waitForFinished());
+    }
+    void callersWhoSayTooMuchOrTooLittle_data()
+    {
+        QTest::addColumn<QList<QByteArray>>("pieces");
+        QTest::addColumn<bool>("leaves"); // behind the last piece, without a line end
+        QTest::addColumn<QList<QByteArray>>("heard");
+        QTest::addColumn<QByteArray>("log");
+        using Pieces = QList<QByteArray>;
+        QTest::newRow("a line") << Pieces{"abc\n"} << false << Pieces{"abc"} << QByteArray();
+        QTest::newRow("in pieces") << Pieces{"a", "b", "c\n"} << false << Pieces{"abc"} << QByteArray();
+        QTest::newRow("the longest") << Pieces{"0123456789\n"} << false << Pieces{"0123456789"}
+                                     << QByteArray();
+        QTest::newRow("nothing in it") << Pieces{"\n"} << false << Pieces{""} << QByteArray();
+        QTest::newRow("two lines") << Pieces{"a\nb\n"} << false << Pieces{"a"} << QByteArray();
+        QTest::newRow("too long") << Pieces{"01234567890"} << false << Pieces{} << QByteArray("too long");
+        QTest::newRow("much too long")
+            << Pieces{QByteArray(200000, 'x') + '\n'} << false << Pieces{} << QByteArray("too long");
+        QTest::newRow("no line end") << Pieces{"abc"} << false << Pieces{}
+                                     << QByteArray("no message has come");
+        QTest::newRow("not a word") << Pieces{} << false << Pieces{} << QByteArray("no message has come");
+        QTest::newRow("gone at once") << Pieces{} << true << Pieces{} << QByteArray();
+    }
+    void callersWhoSayTooMuchOrTooLittle()
+    {
+        QFETCH(QList<QByteArray>, pieces);
+        QFETCH(bool, leaves);
+        QFETCH(QByteArray, log);
+        const QString path = m_folder->filePath(QStringLiteral("door"));
+        QList<QByteArray> heard;
+        mevo::InstanceDoor::callerTimeMs = 200;
+        mevo::InstanceDoor door(path, 10, [&heard](const QByteArray &message, const auto &reply) {
+            heard.append(message);
+            reply("yes");
+            reply("only once");
+        });
+        if (!log.isEmpty()) {
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QString::fromLatin1(log)));
+        }
+        QLocalSocket caller;
+        caller.connectToServer(path);
+        for (const QByteArray &piece : pieces) {
+            caller.write(piece);
+            QTRY_VERIFY(caller.bytesToWrite() == 0 || caller.state() != QLocalSocket::ConnectedState);
+        }
+        if (leaves) {
+            caller.disconnectFromServer();
+        }
+        QTRY_COMPARE(caller.state(), QLocalSocket::UnconnectedState);
+        QTEST(heard, "heard");
+        QCOMPARE(caller.readAll(), heard.isEmpty() ? QByteArray() : QByteArray("yes\n"));
+    }
+    void otherUsersAreTurnedAway()
+    {
+        if (geteuid() != 0) {
+            QSKIP("only root can act as another user");
+        }
+        const QString path = m_folder->filePath(QStringLiteral("door"));
+        mevo::InstanceDoor door(path, 10, [](const QByteArray &, const auto &) { QFAIL("heard"); });
+        for (const QString &opened : {m_folder->path(), path}) {
+            QCOMPARE(chmod(QFile::encodeName(opened).constData(), 0777), 0);
+        }
+        constexpr uid_t nobody = 65534;
+        QLocalSocket caller;
+        QCOMPARE(seteuid(nobody), 0);
+        caller.connectToServer(path);
+        const bool connected = caller.waitForConnected();
+        QCOMPARE(seteuid(0), 0);
+        QVERIFY(connected);
+        caller.write("abc\n");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("another user")));
+        QTRY_COMPARE(caller.state(), QLocalSocket::UnconnectedState);
     }
     void lockThatCannotBeMade()
     {
@@ -375,6 +472,9 @@ int main(int argc, char *argv[])
     QCoreApplication application(argc, argv);
     if (application.arguments().value(1) == QLatin1String("--hold-lock")) {
         return holdLock();
+    }
+    if (application.arguments().value(1) == QLatin1String("--call")) {
+        return callHolder(application.arguments().value(2).toUtf8());
     }
     SystemServicesTest test;
     return QTest::qExec(&test, argc, argv);

@@ -28,6 +28,9 @@ public:
     {
         m_log.add(QStringLiteral("sleep %1").arg(milliseconds));
         m_us += qint64(milliseconds) * 1000;
+        if (onSleep) {
+            onSleep();
+        }
     }
     void sleepUs(int microseconds) override { m_us += microseconds; }
     /// Main thread only.
@@ -36,6 +39,7 @@ public:
     void advance(int milliseconds) { m_us += qint64(milliseconds) * 1000; }
 
     QDateTime start = QDateTime(QDate(2026, 11, 24), QTime(9, 0));
+    std::function<void()> onSleep; ///< what happens meanwhile
 
 private:
     struct Call
@@ -164,7 +168,8 @@ public:
     QHash<QString, mevo::WindowId> byTitle; ///< what findWindow answers
     std::optional<QRect> caret;
     bool canPost = true;
-    int postLimit = -1; ///< units that go before a post breaks off, -1 for all
+    bool holdPosts = false; ///< what is posted never arrives
+    int postLimit = -1;     ///< units that go before a post breaks off, -1 for all
 
 private:
     CallLog &m_log;
@@ -406,9 +411,24 @@ public:
     }
     bool acquire(const QString &) override { return free; }
     void release() override { m_log.add(QStringLiteral("lock released")); }
-    void whenStartedAgain(std::function<void()> handler) override { startedAgain = std::move(handler); }
+    void whenCalled(int, std::function<void(const QByteArray &, CallAnswer)> handler) override
+    {
+        called = std::move(handler);
+    }
+    /// Logged as "call MESSAGE".
+    CallResult call(const QString &, const QByteArray &message, int) override
+    {
+        m_log.add(QStringLiteral("call ") + QString::fromUtf8(message));
+        return reached;
+    }
+    /// The user starts the program once more.
+    void startAgain()
+    {
+        called(R"({"mevoinput":1,"do":"show"})", [](const QByteArray &) {});
+    }
     bool free = true;
-    std::function<void()> startedAgain;
+    CallResult reached{true, R"({"mevoinput":1,"answer":"done"})"};
+    std::function<void(const QByteArray &, CallAnswer)> called;
 
 private:
     CallLog &m_log;

@@ -165,7 +165,7 @@ private Q_SLOTS:
     {
         Program program;
         const WhenRunning again([&program] {
-            program.fake.singleInstance->startedAgain();
+            program.fake.singleInstance->startAgain();
             auto *menu = MainWindow::instance()->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
             QVERIFY(menu != nullptr && menu->isVisible() && menu->activeAction() != nullptr);
             menu->hide();

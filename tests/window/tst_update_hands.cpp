@@ -168,7 +168,7 @@ private Q_SLOTS:
                 running.stop();
                 mevo::UpdateHands hands(*window);
                 hands.handOver([](bool) {});
-                program.fake.singleInstance->startedAgain(); // a user who misses it
+                program.fake.singleInstance->startAgain(); // a user who misses it
                 QApplication::exit(MainWindow::restartCode);
             }
         });

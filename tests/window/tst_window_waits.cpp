@@ -224,7 +224,7 @@ private Q_SLOTS:
     {
         Services services;
         Program program(true, services.host());
-        services.at(1, true, [&program] { program.fake.singleInstance->startedAgain(); });
+        services.at(1, true, [&program] { program.fake.singleInstance->startAgain(); });
         bool shown = false;
         QCOMPARE(run(
                      program, [] {},

@@ -1,11 +1,10 @@
 #include "platform/linux/FlockSingleInstance.h"
 
 #include "base/RuntimePath.h"
+#include "platform/linux/InstanceDoor.h"
 
 #include <QDebug>
 #include <QFile>
-#include <QLocalServer>
-#include <QLocalSocket>
 
 #include <cerrno>
 #include <cstring>
@@ -14,26 +13,22 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <utility>
+
 namespace mevo {
 
 namespace {
-
-constexpr int knockTimeoutMs = 500;
-
-/// Tells the holder of the lock that it is wanted. One that is still starting does not listen yet, and will
-/// show itself anyway.
-void knock(const QString &name)
-{
-    QLocalSocket socket;
-    socket.connectToServer(runtimePath(name, QStringLiteral(".socket")));
-    socket.waitForConnected(knockTimeoutMs);
-}
 
 /// In a folder that all users share, the file must be a plain file of our own.
 bool isOurs(int descriptor)
 {
     struct stat info = {};
     return fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == geteuid();
+}
+
+QString socketPath(const QString &name)
+{
+    return runtimePath(name, QStringLiteral(".socket"));
 }
 
 } // namespace
@@ -75,32 +70,21 @@ bool FlockSingleInstance::acquire(const QString &name)
     if (error != EWOULDBLOCK) {
         qWarning().noquote() << "Single instance:" << path << "cannot be locked:" << std::strerror(error);
     }
-    if (error == EWOULDBLOCK) {
-        knock(name);
-        return false;
-    }
-    return true;
+    return error != EWOULDBLOCK;
 }
 
-void FlockSingleInstance::whenStartedAgain(std::function<void()> handler)
+void FlockSingleInstance::whenCalled(
+    int longest, std::function<void(const QByteArray &message, CallAnswer answer)> handler)
 {
-    if (m_descriptor < 0) {
-        return;
+    if (m_descriptor >= 0) { // the place of the socket belongs to the lock's holder
+        m_door = std::make_unique<InstanceDoor>(socketPath(m_name), longest, std::move(handler));
     }
-    const QString path = runtimePath(m_name, QStringLiteral(".socket"));
-    QLocalServer::removeServer(path); // a killed holder has left it; the lock says that it is ours now
-    m_door = std::make_unique<QLocalServer>();
-    m_door->setSocketOptions(QLocalServer::UserAccessOption);
-    if (!m_door->listen(path)) {
-        qWarning().noquote() << "Single instance:" << path << m_door->errorString();
-    }
-    QObject::connect(m_door.get(), &QLocalServer::newConnection, m_door.get(),
-                     [door = m_door.get(), handler = std::move(handler)] {
-                         while (QLocalSocket *visitor = door->nextPendingConnection()) {
-                             visitor->deleteLater();
-                         }
-                         handler();
-                     });
+}
+
+SingleInstance::CallResult FlockSingleInstance::call(const QString &name, const QByteArray &message,
+                                                     int waitMs)
+{
+    return callInstance(socketPath(name), message, waitMs);
 }
 
 void FlockSingleInstance::release()

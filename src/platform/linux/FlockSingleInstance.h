@@ -4,9 +4,9 @@
 
 #include <memory>
 
-class QLocalServer;
-
 namespace mevo {
+
+class InstanceDoor;
 
 /// A locked file in the user's runtime folder. The lock goes with the process, however it ends, and
 /// programs that it starts do not inherit it.
@@ -21,13 +21,15 @@ public:
     /// True also when no lock file can be made: then nobody can hold it, which the log tells.
     bool acquire(const QString &name) override;
     void release() override;
-    /// Another process knocks at a socket beside the lock.
-    void whenStartedAgain(std::function<void()> handler) override;
+    /// The others call at a socket beside the lock.
+    void whenCalled(int longest,
+                    std::function<void(const QByteArray &message, CallAnswer answer)> handler) override;
+    CallResult call(const QString &name, const QByteArray &message, int waitMs) override;
 
 private:
     int m_descriptor = -1;
     QString m_name;
-    std::unique_ptr<QLocalServer> m_door;
+    std::unique_ptr<InstanceDoor> m_door;
 };
 
 } // namespace mevo

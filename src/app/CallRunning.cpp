@@ -1,0 +1,76 @@
+#include "app/CallRunning.h"
+
+#include "app/CommandLine.h"
+
+#include <cstdio>
+
+namespace mevo {
+
+namespace {
+
+/// A window is shown at once. A text waits for what is being said and typed before it.
+constexpr int answerMs = 30000;
+constexpr int typedMs = 300000;
+
+int fail(int code, const char *why)
+{
+    std::fprintf(stderr, "mevoinput: %s\n", why);
+    return code;
+}
+
+} // namespace
+
+QString instanceName()
+{
+    return QStringLiteral("mevoinput");
+}
+
+std::optional<int> callRunning(SingleInstance &instance, const InstanceCall &call)
+{
+    const bool types = call.what == InstanceCall::What::Type;
+    const SingleInstance::CallResult result =
+        instance.call(instanceName(), toMessage(call), types ? typedMs : answerMs);
+    if (!result.reached) {
+        return std::nullopt;
+    }
+    const auto answer = readInstanceAnswer(result.answer);
+    if (!answer) {
+        return fail(noAnswerExitCode, "the running instance has not answered");
+    }
+    switch (*answer) {
+    case InstanceAnswer::Done:
+        return 0;
+    case InstanceAnswer::Kept:
+        return fail(keptExitCode, "the text could not be typed and is kept among the undelivered ones");
+    case InstanceAnswer::Refused:
+        return fail(noAnswerExitCode, "the running instance cannot do that now");
+    case InstanceAnswer::NotUnderstood:
+        break;
+    }
+    return fail(noAnswerExitCode, "the running instance is of another version");
+}
+
+std::optional<int> takeLockOrCall(SingleInstance &instance, Time &time, const InstanceCall &call)
+{
+    constexpr int longestWaitMs = 5000;
+    constexpr int lookAgainMs = 50;
+    const qint64 begin = time.monotonicMs();
+    while (!instance.acquire(instanceName())) {
+        if (const auto code = callRunning(instance, call)) {
+            return code;
+        }
+        if (time.monotonicMs() - begin >= longestWaitMs) {
+            return fail(noAnswerExitCode, "another instance, or an update, is under way and does not answer");
+        }
+        time.sleepMs(lookAgainMs);
+    }
+    return std::nullopt;
+}
+
+int typeByRunning(SingleInstance &instance, const InstanceCall &call)
+{
+    const auto code = callRunning(instance, call);
+    return code ? *code : fail(noInstanceExitCode, "no instance is running that could type the text");
+}
+
+} // namespace mevo

@@ -1,0 +1,164 @@
+#include "base/ApplicationFiles.h"
+#include "output/UndeliveredTexts.h"
+#include "ui/MicTipDialog.h"
+#include "window/InstanceCalls.h"
+#include "window/Program.h"
+
+#include <QFile>
+
+using mevo::InstanceAnswer;
+using mevo::InstanceCall;
+using What = InstanceCall::What;
+
+namespace {
+
+/// What has become of the calls, in the order of the answers: "NAME done" and the like.
+struct Answers
+{
+    QByteArrayList told;
+    mevo::InstanceCalls::Answer operator()(const QByteArray &name)
+    {
+        return [this, name](InstanceAnswer answer) {
+            static const char *const words[] = {"done", "kept", "refused", "not understood"};
+            told.append(name + ' ' + words[static_cast<int>(answer)]);
+        };
+    }
+};
+
+QStringList keptTexts()
+{
+    QStringList texts;
+    const mevo::UndeliveredTexts file(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+    for (const mevo::UndeliveredText &kept : file.texts()) {
+        texts.append(kept.text);
+    }
+    return texts;
+}
+
+} // namespace
+
+class TestInstanceCalls : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_answers = {}; }
+    void cleanup() { QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))); }
+
+    void aTextIsTypedOrKept_data()
+    {
+        QTest::addColumn<bool>("focused");
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<QStringList>("posted");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QStringList>("kept");
+        const QString text = QStringLiteral("换行。__over__");
+        QTest::newRow("typed") << true << -1 << QStringList{QStringLiteral("post 11 ") + text}
+                               << QByteArray("a done") << QStringList{};
+        QTest::newRow("in part") << true << 2 << QStringList{QStringLiteral("post 11 换行")}
+                                 << QByteArray("a kept") << QStringList{QStringLiteral("。__over__")};
+        QTest::newRow("no window") << false << -1 << QStringList{} << QByteArray("a kept")
+                                   << QStringList{text};
+    }
+
+    /// Unchanged, whatever it says, and whichever mode is in force.
+    void aTextIsTypedOrKept()
+    {
+        QFETCH(bool, focused);
+        QFETCH(int, limit);
+        QFETCH(QByteArray, answer);
+        Program program;
+        program.start();
+        program.window->VoiceTypeMode = false;
+        program.window->VoiceCommandWordMode = true;
+        program.fake.windowSystem->focused = focused ? 0x11 : 0;
+        program.fake.windowSystem->postLimit = limit;
+        program.window->instanceCalls().take({What::Type, QStringLiteral("换行。__over__")}, m_answers("a"));
+        QTRY_COMPARE(m_answers.told, QByteArrayList{answer});
+        QTEST(program.fake.log.calls(QStringLiteral("post")), "posted");
+        QTEST(keptTexts(), "kept");
+    }
+
+    void aTextGoesByTheClipboardWhereTheSettingsSaySo()
+    {
+        Program program;
+        program.start();
+        program.window->Send2ScreenMethod = 2;
+        program.window->instanceCalls().take({What::Type, QStringLiteral("一")}, m_answers("a"));
+        QVERIFY(m_answers.told.isEmpty()); // the window has not read it yet
+        QTRY_COMPARE(m_answers.told, QByteArrayList{"a done"});
+        QCOMPARE(program.fake.clipboard->text(), QStringLiteral("一"));
+        QVERIFY(program.fake.log.calls(QStringLiteral("post")).isEmpty());
+    }
+
+    /// It waits for the sentence that is being spoken, goes to the window of its own moment, and an exit
+    /// keeps it where the sentence does not end.
+    void aTextWaitsForTheSentenceBeforeIt()
+    {
+        Program program;
+        program.start();
+        char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
+        program.window->ProcessResult(press);
+        QVERIFY(program.window->Recording);
+        const int spoken = program.window->NewestSession;
+        program.window->instanceCalls().take({What::Type, QStringLiteral("一")}, m_answers("a"));
+        program.fake.windowSystem->focused = 0x22;
+        program.window->instanceCalls().take({What::Type, QStringLiteral("二__over__")}, m_answers("b"));
+        program.settle();
+        QVERIFY(m_answers.told.isEmpty());
+        QCOMPARE(program.window->NewestSession, spoken); // the talk window belongs to the speaker
+        QVERIFY(program.window->Recording);
+        char release[mevo::keyReportSize] = {1, 0x70, 1, 0};
+        program.window->ProcessResult(release);
+        QTRY_COMPARE_WITH_TIMEOUT(m_answers.told, (QByteArrayList{"a done", "b done"}), 20000);
+        QCOMPARE(program.fake.log.calls(QStringLiteral("post")),
+                 (QStringList{QStringLiteral("post 11 一"), QStringLiteral("post 22 二__over__")}));
+    }
+
+    void anExitKeepsWhatHasNotBeenTyped()
+    {
+        Program program;
+        program.start();
+        program.fake.windowSystem->holdPosts = true;
+        program.window->instanceCalls().take({What::Type, QStringLiteral("一")}, m_answers("a"));
+        program.window->instanceCalls().take({What::Type, QStringLiteral("二__over__")}, m_answers("b"));
+        program.settle();
+        QVERIFY(m_answers.told.isEmpty());
+        program.window->exitByItself();
+        QCOMPARE(m_answers.told, (QByteArrayList{"a kept", "b kept"}));
+        program.window->instanceCalls().take({What::Type, QStringLiteral("三")}, m_answers("c"));
+        QCOMPARE(m_answers.told.last(), QByteArray("c kept"));
+        program.window->instanceCalls().take({What::Settings, {}}, m_answers("d"));
+        QCOMPARE(m_answers.told.last(), QByteArray("d refused"));
+        QStringList kept = keptTexts();
+        kept.sort();
+        QCOMPARE(kept,
+                 (QStringList{QStringLiteral("一"), QStringLiteral("三"), QStringLiteral("二__over__")}));
+    }
+
+    void windowsAreShown()
+    {
+        Program program;
+        program.start();
+        auto &calls = program.window->instanceCalls();
+        for (int i = 0; i < 2; ++i) { // a second time it stays
+            calls.take({What::Talk, {}}, m_answers("talk"));
+            QVERIFY(program.window->micTip()->isVisible());
+        }
+        calls.take({What::Settings, {}}, m_answers("settings"));
+        program.change(mevo::DeviceNotifier::Change::Removal);
+        program.settle();
+        program.window->micTip()->hide();
+        program.window->NoDeviceMode = false;
+        calls.take({What::Talk, {}}, m_answers("without a receiver"));
+        QVERIFY(!program.window->micTip()->isVisible());
+        QCOMPARE(m_answers.told,
+                 (QByteArrayList{"talk done", "talk done", "settings done", "without a receiver refused"}));
+    }
+
+private:
+    Answers m_answers;
+};
+
+QTEST_MAIN(TestInstanceCalls)
+#include "tst_instance_calls.moc"
