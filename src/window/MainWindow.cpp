@@ -31,6 +31,8 @@
 #include "ui/commands/CommandWordDialog.h"
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
+#include "window/AccountHands.h"
+#include "window/FirstStartHands.h"
 #include "window/InputMethodHands.h"
 #include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
@@ -137,6 +139,9 @@ void MainWindow::createServices()
     m_webApi = std::make_unique<mevo::WebApi>(*this, *m_cipher);
     m_credentials = std::make_unique<mevo::CredentialStore>(*this, *m_webApi, *m_cipher);
     m_tokens = std::make_unique<mevo::BaiduTokens>(*this, *m_webApi, *m_cipher, m_endpoints);
+    m_accounts = std::make_unique<mevo::AccountHands>(*this);
+    m_accounts->read();
+    m_firstStart = new mevo::FirstStartHands(*this);
 }
 
 void MainWindow::createNetworkObjects()
@@ -181,6 +186,7 @@ void MainWindow::runLateSteps()
 void MainWindow::startIsOver()
 {
     qInfo() << "Start: ready";
+    m_firstStart->startIsOver();
 }
 
 void MainWindow::createRecorderAndBar()

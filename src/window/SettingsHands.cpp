@@ -8,6 +8,8 @@
 #include "engines/EngineSelection.h"
 #include "ui/Ask.h"
 #include "ui/settings/CSettingDialog.h"
+#include "window/AccountHands.h"
+#include "window/FirstStartHands.h"
 #include "window/MainWindow.h"
 
 #include <QDebug>
@@ -50,7 +52,7 @@ SettingsHands::~SettingsHands()
     delete m_dialog;
 }
 
-void SettingsHands::open()
+void SettingsHands::open(const char *at)
 {
     if (m_dialog.isNull()) {
         m_dialog = new CSettingDialog(m_window, *this, &m_window);
@@ -58,6 +60,9 @@ void SettingsHands::open()
                          &CSettingDialog::setUpdateNotice);
     }
     m_dialog->present(&m_window);
+    if (at != nullptr) {
+        m_dialog->turnTo(at);
+    }
 }
 
 QWidget *SettingsHands::openDialog() const
@@ -304,6 +309,16 @@ void SettingsHands::openWebPage(const QString &address)
 void SettingsHands::openCommandWords()
 {
     m_window.pushBuutton_CommandWord_clicked();
+}
+
+AccountsHost &SettingsHands::accounts()
+{
+    return *m_window.m_accounts;
+}
+
+void SettingsHands::openFirstStart()
+{
+    m_window.m_firstStart->open();
 }
 
 } // namespace mevo
