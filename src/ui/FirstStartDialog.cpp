@@ -91,6 +91,7 @@ FirstStartDialog::FirstStartDialog(QWidget *parent)
     layout->addWidget(hint);
     layout->addWidget(close, 0, Qt::AlignRight);
     setMinimumWidth(narrowest);
+    m_trial->setFocus(); // whoever speaks without a click presses no button with a blank of the text
 }
 
 void FirstStartDialog::setFacts(const mevo::FirstStartFacts &facts)
@@ -118,7 +119,6 @@ void FirstStartDialog::setFacts(const mevo::FirstStartFacts &facts)
                                        : QStringLiteral("color: #c00000;"));
         mark->setAccessibleName(line.works ? tr("正常") : tr("缺少"));
         auto *text = new QLabel(line.text);
-        text->setWordWrap(true);
         m_lines->addWidget(mark, row, 0, Qt::AlignTop);
         m_lines->addWidget(text, row++, 1);
         for (const mevo::FirstStartHelp help : line.helps) {
@@ -132,6 +132,9 @@ void FirstStartDialog::setFacts(const mevo::FirstStartFacts &facts)
                 }
             });
         }
+    }
+    for (int i = 0; i < m_lines->count(); ++i) {
+        m_lines->itemAt(i)->widget()->show(); // else the size would be worked out without the new ones
     }
     adjustSize();
 }

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -17,12 +18,13 @@ QString say(const char *text)
     return QCoreApplication::translate("CSettingDialog", text);
 }
 
-/// A text beneath the controls of its group, as long as it may be.
-void letWrap(QLabel *label)
+/// A text above or beneath the controls of its group, as long as it may be.
+void letWrap(QLabel *label, bool above)
 {
     label->setWordWrap(true);
-    if (QLayout *layout = label->parentWidget()->layout()) {
-        layout->addWidget(label); // out of its line, whose height follows from the controls in it
+    // Out of its line, whose height follows from the controls in it.
+    if (auto *layout = qobject_cast<QVBoxLayout *>(label->parentWidget()->layout())) {
+        layout->insertWidget(above ? 0 : layout->count(), label);
     }
 }
 
@@ -44,7 +46,7 @@ SettingAccounts::SettingAccounts(const QHash<QString, QWidget *> &controls, Acco
         QStringLiteral("OwnXunFei"), controls);
     add(AccountService::BaiduTranslate, {QStringLiteral("AppId"), QStringLiteral("Key")},
         QStringLiteral("OwnBaiduTranslate"), controls);
-    letWrap(m_kept);
+    letWrap(m_kept, true);
 }
 
 void SettingAccounts::add(AccountService id, const QStringList &fields, const QString &name,
@@ -67,7 +69,7 @@ void SettingAccounts::add(AccountService id, const QStringList &fields, const QS
     }
     connect(service.check, &QPushButton::clicked, this, [this, &service] { check(service); });
     connect(service.remove, &QPushButton::clicked, this, [this, &service] { remove(service); });
-    letWrap(told);
+    letWrap(told, false);
 }
 
 /// Half an account is not stored while the user is still at it: the new id would be used with the old key.
