@@ -84,8 +84,10 @@ void BaiduService::handleToken(const HttpRequest &request, const LabHttpServer::
         form.queryItemValue(QStringLiteral("client_secret")) == m_clientSecret && request.method == "POST";
     m_note({{QStringLiteral("service"), QStringLiteral("baidu token")}, {QStringLiteral("accepted"), known}});
     if (!known) {
+        const bool knownId = form.queryItemValue(QStringLiteral("client_id")) == m_clientId;
         reply({401, "application/json",
-               R"({"error":"invalid_client","error_description":"Client authentication failed"})"});
+               knownId ? R"({"error":"invalid_client","error_description":"Client authentication failed"})"
+                       : R"({"error":"invalid_client","error_description":"unknown client id"})"});
         return;
     }
     const QString token = QStringLiteral("24.") + QUuid::createUuid().toString(QUuid::Id128);

@@ -2486,6 +2486,90 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <source>选择自定义语音输入法安装路径</source>
         <translation>Choose the program of the custom input method</translation>
     </message>
+    <message>
+        <source>检查账号</source>
+        <translation>Check account</translation>
+    </message>
+    <message>
+        <source>向服务发送一次很小的请求，检查账号是否可用</source>
+        <translation>Sends one very small request to the service to see whether the account works</translation>
+    </message>
+    <message>
+        <source>删除账号</source>
+        <translation>Remove account</translation>
+    </message>
+    <message>
+        <source>自有账号</source>
+        <translation>Own accounts</translation>
+    </message>
+    <message>
+        <source>百度语音</source>
+        <translation>Baidu speech</translation>
+    </message>
+    <message>
+        <source>腾讯语音</source>
+        <translation>Tencent speech</translation>
+    </message>
+    <message>
+        <source>讯飞语音</source>
+        <translation>XunFei speech</translation>
+    </message>
+    <message>
+        <source>百度翻译</source>
+        <translation>Baidu translation</translation>
+    </message>
+    <message>
+        <source>密钥：</source>
+        <translation>Key: </translation>
+    </message>
+    <message>
+        <source>正在检查……</source>
+        <translation>Checking …</translation>
+    </message>
+    <message>
+        <source>系统的密钥环没有解锁，以前保存的账号暂时不能使用。</source>
+        <translation>The keyring of the desktop is locked: the accounts kept in it cannot be used for now.</translation>
+    </message>
+    <message>
+        <source>账号没有保存下来，只在这次运行中有效。</source>
+        <translation>The accounts could not be stored and last for this run only.</translation>
+    </message>
+    <message>
+        <source>账号保存在系统的密钥环中。</source>
+        <translation>The accounts are kept in the keyring of the desktop.</translation>
+    </message>
+    <message>
+        <source>账号保存在只有您本人可以读取的文件中。</source>
+        <translation>The accounts are kept in a file that only you can read.</translation>
+    </message>
+    <message>
+        <source>在各服务商的网站申请账号，填写后优先使用自己的账号。</source>
+        <translation>Accounts are had on the websites of the services. One of your own goes before all others.</translation>
+    </message>
+    <message>
+        <source>已保存</source>
+        <translation>Kept:</translation>
+    </message>
+    <message>
+        <source>自有账号没有填写完整。</source>
+        <translation>Your own account is not complete. </translation>
+    </message>
+    <message>
+        <source>正在使用自有账号</source>
+        <translation>Your own account is in use</translation>
+    </message>
+    <message>
+        <source>没有账号</source>
+        <translation>No account</translation>
+    </message>
+    <message>
+        <source>正在使用系统提供的账号</source>
+        <translation>An account that came with the product is in use</translation>
+    </message>
+    <message>
+        <source>开始使用</source>
+        <translation>Getting started</translation>
+    </message>
 </context>
 <context>
     <name>mevo::LanguageChooser</name>
@@ -2606,6 +2690,143 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
     <message>
         <source>没有这个读音的字</source>
         <translation>No character sounds so</translation>
+    </message>
+</context>
+<context>
+    <name>AccountVerdict</name>
+    <message>
+        <source>账号可用</source>
+        <translation>The account works</translation>
+    </message>
+    <message>
+        <source>请先填写全部内容</source>
+        <translation>Please fill in all fields first</translation>
+    </message>
+    <message>
+        <source>账号不存在，请检查填写的编号或Key</source>
+        <translation>There is no such account, please check the id or key</translation>
+    </message>
+    <message>
+        <source>密钥不正确</source>
+        <translation>The secret key is wrong</translation>
+    </message>
+    <message>
+        <source>该账号没有开通此服务，或没有使用权限</source>
+        <translation>The service is not activated for this account, or it may not be used from here</translation>
+    </message>
+    <message>
+        <source>用量已用完，或请求过于频繁</source>
+        <translation>The quota is used up, or there were too many requests</translation>
+    </message>
+    <message>
+        <source>电脑的时间不正确，请校准后再试</source>
+        <translation>The clock of this computer is wrong, please set it and try again</translation>
+    </message>
+    <message>
+        <source>连接不上服务，请检查网络</source>
+        <translation>The service cannot be reached, please check the network</translation>
+    </message>
+    <message>
+        <source>服务没有应答，请稍后再试</source>
+        <translation>The service does not answer, please try again later</translation>
+    </message>
+    <message>
+        <source>服务返回了错误</source>
+        <translation>The service has answered with an error</translation>
+    </message>
+</context>
+<context>
+    <name>FirstStart</name>
+    <message>
+        <source>语音识别：使用电脑上的语音输入法</source>
+        <translation>Recognition: a voice input method of this computer is used</translation>
+    </message>
+    <message>
+        <source>语音识别：已有账号</source>
+        <translation>Recognition: there is an account</translation>
+    </message>
+    <message>
+        <source>语音识别：没有账号</source>
+        <translation>Recognition: there is no account</translation>
+    </message>
+    <message>
+        <source>接收器：已连接</source>
+        <translation>Receiver: connected</translation>
+    </message>
+    <message>
+        <source>接收器：已插入，但没有使用权限</source>
+        <translation>Receiver: plugged in, but you have no permission to use it</translation>
+    </message>
+    <message>
+        <source>接收器：没有插入，可以用屏幕上的话筒</source>
+        <translation>Receiver: not plugged in; the microphone button on the screen can be used</translation>
+    </message>
+    <message>
+        <source>接收器：没有找到，请插入电脑的USB接口</source>
+        <translation>Receiver: not found, please plug it into a USB port</translation>
+    </message>
+    <message>
+        <source>麦克风：已找到</source>
+        <translation>Microphone: found</translation>
+    </message>
+    <message>
+        <source>麦克风：没有找到</source>
+        <translation>Microphone: not found</translation>
+    </message>
+    <message>
+        <source>填写自有账号</source>
+        <translation>Enter an account of your own</translation>
+    </message>
+    <message>
+        <source>使用电脑上的输入法</source>
+        <translation>Use an input method of this computer</translation>
+    </message>
+    <message>
+        <source>选择麦克风</source>
+        <translation>Choose a microphone</translation>
+    </message>
+    <message>
+        <source>取得权限</source>
+        <translation>Get permission</translation>
+    </message>
+</context>
+<context>
+    <name>FirstStartDialog</name>
+    <message>
+        <source>开始使用</source>
+        <translation>Getting started</translation>
+    </message>
+    <message>
+        <source>在终端中运行下面的命令，再重新插入接收器：</source>
+        <translation>Run this command in a terminal, then plug the receiver in anew:</translation>
+    </message>
+    <message>
+        <source>复制命令</source>
+        <translation>Copy command</translation>
+    </message>
+    <message>
+        <source>点这里，按住话筒键说一句话</source>
+        <translation>Click here, hold the voice key and say something</translation>
+    </message>
+    <message>
+        <source>试一试：</source>
+        <translation>Try it: </translation>
+    </message>
+    <message>
+        <source>以后可以在“设置”的“硬件设置”页再次打开本窗口。</source>
+        <translation>This window can be opened again from the page “Hardware” of the settings.</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>正常</source>
+        <translation>Works</translation>
+    </message>
+    <message>
+        <source>缺少</source>
+        <translation>Missing</translation>
     </message>
 </context>
 </TS>

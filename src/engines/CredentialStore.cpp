@@ -2,6 +2,7 @@
 
 #include "base/ApplicationFiles.h"
 #include "base/SettingsFile.h"
+#include "engines/AccountChoice.h"
 #include "service/WebApiReply.h"
 
 #include <QDebug>
@@ -24,6 +25,12 @@ CredentialStore::CredentialStore(MainState &state, WebApi &api, const WebCipher 
 bool CredentialStore::load(CredentialList list)
 {
     const CredentialListRow &row = credentialList(list);
+    if (const auto own = ownAccountFor(row, m_state.ownAccounts)) {
+        for (int key = 0; key < row.keys; ++key) {
+            m_state.*row.members[key] = (*own)[std::size_t(key)];
+        }
+        return true;
+    }
     return drawAccount(row, appFile(QLatin1String(row.file)), m_cipher, m_draw, m_state);
 }
 
@@ -42,6 +49,9 @@ bool CredentialStore::LoadCurrentBaiduCredentials()
     const SettingsFile settings;
     const CredentialListRow *row =
         baiduCredentialList(settings.value(QStringLiteral("BaiDuCurrentVoiceType")).toString());
+    if (row == nullptr && m_state.ownAccounts.isComplete(AccountService::Baidu)) {
+        return load(CredentialList::BaiduMandarin); // the user's own serves every language
+    }
     return row != nullptr && load(row->id);
 }
 

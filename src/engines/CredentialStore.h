@@ -19,7 +19,8 @@ public:
     CredentialStore(MainState &state, WebApi &api, const WebCipher &cipher, DrawNumber draw = RandomInRange,
                     QObject *parent = nullptr);
 
-    /// Each draws one account. A list without a readable one leaves the account before it; false then.
+    /// Each draws one account, or takes the user's own where there is one. A list without a readable one
+    /// leaves the account before it; false then.
     bool LoadXunFeiCredentials() { return load(CredentialList::XunFei); }
     bool LoadXunFeiMinorCredentials() { return load(CredentialList::XunFeiMinor); }
     bool LoadBaiduCredentials(const QString &file);

@@ -7,9 +7,9 @@
 
 namespace mevo {
 
-/// Draws an id and a key from the lists `TXSCD` and `TXSCK`, or from the deployment's own where the
-/// service has given none. The two are drawn each on its own and the last entry of a list is never drawn:
-/// lists of one entry are what works. Both empty when nobody has given any.
+/// The user's own id and key; else draws them from the lists `TXSCD` and `TXSCK`, or from the deployment's
+/// where the service has given none. The two are drawn each on its own and the last entry of a list is never
+/// drawn: lists of one entry are what works. Both empty when nobody has given any.
 Tc3Credential drawTencentCredential(const EngineState &state, const EngineEndpoints &endpoints,
                                     const DrawNumber &draw);
 

@@ -7,6 +7,7 @@
 #include "platform/Notifications.h"
 #include "platform/OwnWindows.h"
 #include "platform/Processes.h"
+#include "platform/SecretStore.h"
 #include "platform/Speech.h"
 #include "platform/SystemServices.h"
 #include "platform/WindowSystem.h"
@@ -36,6 +37,7 @@ struct Platform
     std::unique_ptr<SingleInstance> singleInstance;
     std::unique_ptr<Notifications> notifications;
     std::unique_ptr<Speech> speech;
+    std::unique_ptr<SecretStore> secrets;
 };
 
 /// The platform of this system. Needs a QGuiApplication; called once, in main.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "state/OwnAccounts.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -67,6 +69,9 @@ struct EngineState : EnginePermissions
     /// Tencent's ids and keys as the service's record tells them, each a list separated by ";"; empty until
     /// it does. Never logged.
     QString TXSCD, TXSCK;
+    /// The user's own accounts, which go before all others, and how often they have changed in this run.
+    mevo::OwnAccounts ownAccounts;
+    int ownAccountChanges = 0;
     /// XunFei's streaming session.
     QWebSocket *XFWebSocket = nullptr; ///< null when closed
     bool XFWebSocketConnected = false;

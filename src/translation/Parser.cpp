@@ -32,11 +32,12 @@ void Parser::takeAccount()
 {
     m_appid = m_state.BaiduTranslateAppId;
     m_secret = m_state.BaiduTranslateKey;
+    m_accountChanges = m_state.ownAccountChanges;
 }
 
 QPair<bool, QString> Parser::request(const QString &text, const QString &from, const QString &to)
 {
-    if (m_appid.isEmpty()) {
+    if (m_appid.isEmpty() || m_accountChanges != m_state.ownAccountChanges) {
         takeAccount();
     }
     m_salt = drawSalt(0, std::numeric_limits<qint32>::max());

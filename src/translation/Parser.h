@@ -18,8 +18,8 @@ class Parser : public QObject
     Q_OBJECT
 
 public:
-    /// Takes the translation account that is drawn; while there is none, each request looks again. All but
-    /// `endpoints` must outlive this object.
+    /// Takes the translation account that is drawn; while there is none, and when the user's own accounts
+    /// have changed, a request looks again. All but `endpoints` must outlive this object.
     Parser(MainState &state, mevo::WebApi &api, mevo::TranslationHost &host, mevo::EngineEndpoints endpoints,
            QObject *parent = nullptr);
 
@@ -42,6 +42,7 @@ private:
     QUrl m_url;
     QString m_appid;
     qint32 m_salt = 0;
-    QString m_secret; ///< never logged
-    QString m_sign;   ///< of the last request
+    QString m_secret;         ///< never logged
+    int m_accountChanges = 0; ///< of the user's own accounts, when this one was taken
+    QString m_sign;           ///< of the last request
 };

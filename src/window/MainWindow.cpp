@@ -30,6 +30,8 @@
 #include "ui/commands/CommandWordDialog.h"
 #include "update/MyUpdateChecker.h"
 #include "update/StartReport.h"
+#include "window/AccountHands.h"
+#include "window/FirstStartHands.h"
 #include "window/InputMethods.h"
 #include "window/InstanceCalls.h"
 #include "window/SettingsHands.h"
@@ -139,6 +141,9 @@ void MainWindow::createServices()
     m_webApi = std::make_unique<mevo::WebApi>(*this, *m_cipher);
     m_credentials = std::make_unique<mevo::CredentialStore>(*this, *m_webApi, *m_cipher);
     m_tokens = std::make_unique<mevo::BaiduTokens>(*this, *m_webApi, *m_cipher, m_endpoints);
+    m_accounts = std::make_unique<mevo::AccountHands>(*this);
+    m_accounts->read();
+    m_firstStart = new mevo::FirstStartHands(*this);
 }
 
 void MainWindow::createNetworkObjects()
@@ -183,6 +188,7 @@ void MainWindow::runLateSteps()
 void MainWindow::startIsOver()
 {
     qInfo() << "Start: ready";
+    m_firstStart->startIsOver();
 }
 
 void MainWindow::createRecorderAndBar()

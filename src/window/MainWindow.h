@@ -52,8 +52,10 @@ class WebCipher;
 
 namespace mevo {
 enum class Statement;
+class AccountHands;
 class BaiduTokens;
 class CommandMatcher;
+class FirstStartHands;
 class InputMethodHands;
 class InputMethods;
 class InstanceCalls;
@@ -176,6 +178,7 @@ public:
     /// Path of the tray icon's picture.
     QString trayPicture() const { return m_trayPicture; }
     QMenu *languageMenu() const { return m_languageMenu; }
+    mevo::AccountHands &accountHands() const { return *m_accounts; }
 
 public Q_SLOTS:
     void ProcessResult(char *report);
@@ -275,6 +278,8 @@ private:
     friend class mevo::InputMethodHands;
     friend class mevo::InputMethods;
     friend class mevo::InstanceCalls;
+    friend class mevo::AccountHands;
+    friend class mevo::FirstStartHands;
 
     // Construction, in the order of the calls.
     void readEarlySettings();
@@ -523,6 +528,8 @@ private:
     std::unique_ptr<DeviceCommands> m_device;
     std::unique_ptr<mevo::CredentialStore> m_credentials;
     std::unique_ptr<mevo::BaiduTokens> m_tokens;
+    std::unique_ptr<mevo::AccountHands> m_accounts; ///< the user's own
+    mevo::FirstStartHands *m_firstStart = nullptr;  ///< what is told a new user; a child
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
     std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
     void forgetCommandWords();

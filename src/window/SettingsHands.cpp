@@ -6,6 +6,8 @@
 #include "device/DeviceCommands.h"
 #include "engines/EngineSelection.h"
 #include "ui/settings/CSettingDialog.h"
+#include "window/AccountHands.h"
+#include "window/FirstStartHands.h"
 #include "window/InputMethods.h"
 #include "window/MainWindow.h"
 
@@ -44,7 +46,7 @@ SettingsHands::~SettingsHands()
     delete m_dialog;
 }
 
-void SettingsHands::open()
+void SettingsHands::open(const char *at)
 {
     if (m_dialog.isNull()) {
         m_dialog = new CSettingDialog(m_window, *this, &m_window);
@@ -52,6 +54,9 @@ void SettingsHands::open()
                          &CSettingDialog::setUpdateNotice);
     }
     m_dialog->present(&m_window);
+    if (at != nullptr) {
+        m_dialog->turnTo(at);
+    }
 }
 
 QWidget *SettingsHands::openDialog() const
@@ -267,6 +272,16 @@ void SettingsHands::openWebPage(const QString &address)
 void SettingsHands::openCommandWords()
 {
     m_window.pushBuutton_CommandWord_clicked();
+}
+
+AccountsHost &SettingsHands::accounts()
+{
+    return *m_window.m_accounts;
+}
+
+void SettingsHands::openFirstStart()
+{
+    m_window.m_firstStart->open();
 }
 
 } // namespace mevo

@@ -22,8 +22,8 @@ public:
     SettingsHands(const SettingsHands &) = delete;
     SettingsHands &operator=(const SettingsHands &) = delete;
 
-    /// Shows the dialog, which is made at the first time.
-    void open();
+    /// Shows the dialog, which is made at the first time; with `at` at that group or control.
+    void open(const char *at = nullptr);
     /// The dialog is there and can be seen.
     bool isOpen() const { return openDialog() != nullptr; }
     QWidget *openDialog() const;
@@ -63,6 +63,8 @@ public:
     QString runFigures() const override;
     void openWebPage(const QString &address) override;
     void openCommandWords() override;
+    AccountsHost &accounts() override;
+    void openFirstStart() override;
 
 private:
     MouseSettings mouse();

@@ -2,6 +2,7 @@
 
 #include "base/SettingsFile.h"
 #include "engines/EngineSelection.h"
+#include "settings/FakeAccountsHost.h"
 #include "state/MainState.h"
 #include "state/RecorderState.h"
 #include "ui/settings/SettingsHost.h"
@@ -118,6 +119,10 @@ public:
     QString runFigures() const override { return figures; }
     void openWebPage(const QString &address) override { note("page", address); }
     void openCommandWords() override { note("words"); }
+    mevo::AccountsHost &accounts() override { return ownAccounts; }
+    void openFirstStart() override { note("first start"); }
+
+    FakeAccountsHost ownAccounts;
 
 private:
     void note(const char *what, const QString &with = QString())

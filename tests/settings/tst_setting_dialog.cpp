@@ -177,7 +177,10 @@ const std::vector<Words> wordFields{
 const QStringList otherFields =
     list({"lineEdit_ASR3XunFeiInstallPath", "lineEdit_ASR3SougoInstallPath", "lineEdit_ASR3CustomInstallPath",
           "lineEdit_NetworkProxy_IP", "lineEdit_NetworkProxy_Port", "lineEdit_NetworkProxy_UserName",
-          "lineEdit_NetworkProxy_Password"});
+          "lineEdit_NetworkProxy_Password", "lineEdit_OwnBaiduApiKey", "lineEdit_OwnBaiduSecretKey",
+          "lineEdit_OwnTencentSecretId", "lineEdit_OwnTencentSecretKey", "lineEdit_OwnXunFeiAppId",
+          "lineEdit_OwnXunFeiApiKey", "lineEdit_OwnXunFeiApiSecret", "lineEdit_OwnBaiduTranslateAppId",
+          "lineEdit_OwnBaiduTranslateKey"});
 
 const QStringList choices =
     list({"comboBox_VADEOS_CheckTimeout", "comboBox_SelectASR3", "comboBox_Send2ScreenMethod",
@@ -197,12 +200,16 @@ const std::vector<std::pair<const char *, const char *>> callButtons{
     {"pushButton_DrvDownload", "page https://example.org/driver"},
     {"pushButton_Manual", "page https://example.org/manual"},
     {"pushButton_WebAddress", "page http://example.org"},
+    {"pushButton_FirstStart", "first start"},
 };
 
 const QStringList otherButtons = list(
     {"pushButton_XFWebApiSelectDialect", "pushButton_XFWebApiSelectSmallLan",
      "pushButton_BrowseASR3XunFeiInstallPath", "pushButton_BrowseASR3SougoInstallPath",
-     "pushButton_BrowseASR3CustomInstallPath", "pushButton_ReadPowerLevel", "pushButton_ReadPowerLevel_2"});
+     "pushButton_BrowseASR3CustomInstallPath", "pushButton_ReadPowerLevel", "pushButton_ReadPowerLevel_2",
+     "pushButton_CheckOwnBaidu", "pushButton_RemoveOwnBaidu", "pushButton_CheckOwnTencent",
+     "pushButton_RemoveOwnTencent", "pushButton_CheckOwnXunFei", "pushButton_RemoveOwnXunFei",
+     "pushButton_CheckOwnBaiduTranslate", "pushButton_RemoveOwnBaiduTranslate"});
 
 /// An input method is in force, and everything that the record can hide is shown.
 void showAll(Opened &opened)

@@ -230,6 +230,39 @@ void FakeNotifications::message(const QString &, const QString &text, MessageIco
     m_log.add(QStringLiteral("message %1 (%2)").arg(text).arg(milliseconds));
 }
 
+void FakeSecretStore::release()
+{
+    held = false;
+    for (const auto &read : std::exchange(m_held, {})) {
+        read();
+    }
+}
+
+void FakeSecretStore::read(QObject *context, std::function<void(const Found &)> done)
+{
+    if (held) {
+        m_held.push_back([this, context, done] { read(context, done); });
+        return;
+    }
+    ++reads;
+    Found found{!locked, mevo::SecretPlace::Nowhere, {}};
+    if (!locked && !kept.isEmpty()) {
+        found.place = place;
+        found.secret = kept;
+    }
+    QTimer::singleShot(0, context, [done = std::move(done), found] { done(found); });
+}
+
+void FakeSecretStore::write(const QByteArray &secret, QObject *context,
+                            std::function<void(mevo::SecretPlace)> done)
+{
+    if (!locked) {
+        kept = secret;
+    }
+    const mevo::SecretPlace where = locked ? mevo::SecretPlace::Nowhere : place;
+    QTimer::singleShot(0, context, [done = std::move(done), where] { done(where); });
+}
+
 FakePlatform::FakePlatform()
     : time(install<FakeTime>(platform.time, log))
     , systemFacts(install<FakeSystemFacts>(platform.systemFacts))
@@ -248,5 +281,6 @@ FakePlatform::FakePlatform()
     , singleInstance(install<FakeSingleInstance>(platform.singleInstance, log))
     , notifications(install<FakeNotifications>(platform.notifications, log))
     , speech(install<FakeSpeech>(platform.speech, log))
+    , secrets(install<FakeSecretStore>(platform.secrets))
 {
 }

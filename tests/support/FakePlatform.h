@@ -492,6 +492,25 @@ private:
     Ended m_ended;
 };
 
+/// A secret store that answers from the event loop.
+class FakeSecretStore : public mevo::SecretStore
+{
+public:
+    void read(QObject *context, std::function<void(const Found &)> done) override;
+    void write(const QByteArray &secret, QObject *context,
+               std::function<void(mevo::SecretPlace)> done) override;
+
+    QByteArray kept;
+    mevo::SecretPlace place = mevo::SecretPlace::Desktop; ///< where it keeps what it is given
+    bool locked = false;                                  ///< neither reads nor writes
+    bool held = false;                                    ///< reads are not answered before release()
+    int reads = 0;
+    void release();
+
+private:
+    std::vector<std::function<void()>> m_held;
+};
+
 /// A platform made of the fakes above, with one call log. The members stay reachable under their
 /// own types; `platform` is what the program is given.
 struct FakePlatform
@@ -517,4 +536,5 @@ struct FakePlatform
     FakeSingleInstance *singleInstance;
     FakeNotifications *notifications;
     FakeSpeech *speech;
+    FakeSecretStore *secrets;
 };

@@ -43,7 +43,8 @@ struct Program
                        "/mevowebapi?\"\nBaiduSpeechHost=\"http://" + at + "\"\nBaiduTokenHost=\"http://" +
                        at + "\"\nTranslateHost=\"http://" + at + "\"\nBaiduTtsHost=\"http://" + at + "\"\n");
         home.write(QStringLiteral("MEVOSetting.ini"),
-                   "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n");
+                   "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n"
+                   "FirstStartShown=1\n");
         if (plugged) {
             plug();
         }

@@ -1,6 +1,8 @@
+#include "base/ApplicationFiles.h"
 #include "base/Endpoints.h"
 #include "platform/Platform.h"
 #include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/DesktopSecretStore.h"
 #include "platform/linux/EspeakSpeech.h"
 #include "platform/linux/FlockSingleInstance.h"
 #include "platform/linux/HidapiHid.h"
@@ -18,7 +20,26 @@
 #include "platform/linux/X11WindowSystem.h"
 #include "platform/linux/XdgStartupEntry.h"
 
+#include <QStandardPaths>
+
 namespace mevo {
+
+namespace {
+
+/// A program that was given a folder of its own keeps its secrets there too, and leaves those of the user's
+/// desktop alone.
+std::unique_ptr<SecretStore> makeSecretStore()
+{
+    const QString file = QStringLiteral("MEVOAccounts.json");
+    if (!qEnvironmentVariableIsEmpty("MEVO_HOME")) {
+        return std::make_unique<DesktopSecretStore>(appFile(file), true);
+    }
+    // Not the program's own folder: that may be a stick that knows no permissions, or be handed on.
+    return std::make_unique<DesktopSecretStore>(
+        QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QLatin1Char('/') + file, false);
+}
+
+} // namespace
 
 std::unique_ptr<Platform> makePlatform()
 {
@@ -47,6 +68,7 @@ std::unique_ptr<Platform> makePlatform()
     platform->singleInstance = std::make_unique<FlockSingleInstance>();
     platform->notifications = std::make_unique<DesktopNotifications>();
     platform->speech = std::make_unique<EspeakSpeech>();
+    platform->secrets = makeSecretStore();
     return platform;
 }
 

@@ -1,12 +1,17 @@
 #include "ui/settings/CSettingDialog.h"
+#include "ui/settings/SettingAccounts.h"
 
 #include "state/MainState.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QGuiApplication>
+#include <QLayout>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QShowEvent>
 #include <QTabWidget>
 
@@ -79,6 +84,31 @@ void CSettingDialog::hideEvent(QHideEvent *event)
     m_watch.stop();
     watchMicrophone(false);
     storeEdits();
+    m_accounts->close();
+}
+
+void CSettingDialog::turnTo(const char *name)
+{
+    QWidget *box = m_groups.value(QLatin1String(name), nullptr);
+    if (box == nullptr) {
+        box = m_controls.value(QLatin1String(name));
+    }
+    for (int page = 0; page < m_pages->count(); ++page) {
+        auto *area = static_cast<QScrollArea *>(m_pages->widget(page));
+        if (!area->isAncestorOf(box)) {
+            continue;
+        }
+        m_pages->setCurrentIndex(page);
+        area->widget()->layout()->activate(); // the page may never have been shown
+        area->verticalScrollBar()->setValue(box->mapTo(area->widget(), QPoint()).y());
+        const QList<QWidget *> inside = QList<QWidget *>{box} + box->findChildren<QWidget *>();
+        for (QWidget *widget : inside) {
+            if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() && !widget->isHidden()) {
+                widget->setFocus();
+                return;
+            }
+        }
+    }
 }
 
 bool CSettingDialog::eventFilter(QObject *watched, QEvent *event)

@@ -15,6 +15,10 @@ class QTabWidget;
 class QVBoxLayout;
 struct MainState;
 
+namespace mevo {
+class SettingAccounts;
+}
+
 /// The settings. Every control acts at once: it writes its key, sets the live member and does what else
 /// belongs to it; there is nothing to confirm. The controls are rows of the control table. Those whose effect
 /// goes beyond a key and a member have a slot of their own here, named after the control.
@@ -34,6 +38,8 @@ public:
     void storeEdits();
     /// Shows it for the first time or anew, on the screen of `nearTo`, and gives it the keyboard.
     void present(const QWidget *nearTo);
+    /// Brings a group or a control to the front, and puts the keyboard into it.
+    void turnTo(const char *name);
     /// Closes it for good, and deletes it once none of its slots runs any more.
     void retire();
     /// The line on updates, empty for none.
@@ -81,6 +87,7 @@ public Q_SLOTS:
     void on_pushButton_DrvDownload_clicked();
     void on_pushButton_Manual_clicked();
     void on_pushButton_WebAddress_clicked();
+    void on_pushButton_FirstStart_clicked();
     /// A resolution of the mouse has been chosen, by its place.
     void onRadioClickDPI(int place);
 
@@ -169,6 +176,7 @@ private:
     MainState &m_state;
     mevo::SettingsHost &m_host;
     QTabWidget *m_pages;
+    mevo::SettingAccounts *m_accounts = nullptr;
     QHash<QString, QWidget *> m_controls;
     QHash<QString, QWidget *> m_carriers; ///< what is hidden with a control: its label and buttons
     QHash<QString, QGroupBox *> m_groups;

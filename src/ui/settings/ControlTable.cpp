@@ -23,7 +23,7 @@ const std::vector<GroupRow> &controlGroups()
 {
     static const std::vector<GroupRow> groups = [] {
         std::vector<GroupRow> all = commonGroups();
-        for (std::vector<GroupRow> page : {advancedGroups(), hardwareGroups()}) {
+        for (std::vector<GroupRow> page : {advancedGroups(), accountGroups(), hardwareGroups()}) {
             for (GroupRow &group : page) {
                 all.push_back(std::move(group));
             }

@@ -7,13 +7,14 @@
 namespace mevo {
 
 enum class ControlKind {
-    Check,  ///< a flag
-    Radio,  ///< one of a group, of which each has a flag or a value of the mouse
-    Choice, ///< a list of which one is chosen, a number
-    Text,   ///< a text in one line
-    Secret, ///< the same, not to be read by others
-    Path,   ///< a text with a button that finds a file
-    Words,  ///< a text of words with ";" between them, with a button that saves and one that adds a ";"
+    Check,   ///< a flag
+    Radio,   ///< one of a group, of which each has a flag or a value of the mouse
+    Choice,  ///< a list of which one is chosen, a number
+    Text,    ///< a text in one line
+    Secret,  ///< the same, not to be read by others
+    Account, ///< a part of an account of the user's, which is kept elsewhere and not shown again
+    Path,    ///< a text with a button that finds a file
+    Words,   ///< a text of words with ";" between them, with a button that saves and one that adds a ";"
     Button,
     Picture, ///< a button with a picture
     Caption, ///< a text to read
@@ -102,6 +103,7 @@ const std::vector<GroupRow> &controlGroups();
 
 std::vector<GroupRow> commonGroups();
 std::vector<GroupRow> advancedGroups();
+std::vector<GroupRow> accountGroups();
 std::vector<GroupRow> hardwareGroups();
 
 namespace control {

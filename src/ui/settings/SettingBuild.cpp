@@ -2,6 +2,7 @@
 
 #include "ui/FlowLayout.h"
 #include "ui/settings/CSettingDialog.h"
+#include "ui/settings/SettingAccounts.h"
 
 #include "audio/MicrophoneMeter.h"
 
@@ -66,6 +67,7 @@ void CSettingDialog::build()
     control<QLineEdit>("lineEdit_NetworkProxy_Port")
         ->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d{0,5}")), this));
     QMetaObject::connectSlotsByName(this);
+    m_accounts = new mevo::SettingAccounts(m_controls, m_host.accounts(), this);
 }
 
 /// A page scrolls where the screen is too small for it.
@@ -125,6 +127,7 @@ QWidget *CSettingDialog::buildControl(const Row &row)
         break;
     case mevo::ControlKind::Text:
     case mevo::ControlKind::Secret:
+    case mevo::ControlKind::Account:
     case mevo::ControlKind::Path:
     case mevo::ControlKind::Words: {
         auto *line = new QLineEdit;
@@ -197,6 +200,7 @@ QWidget *CSettingDialog::carried(const Row &row, QWidget *control)
     case mevo::ControlKind::Choice:
     case mevo::ControlKind::Text:
     case mevo::ControlKind::Secret:
+    case mevo::ControlKind::Account:
     case mevo::ControlKind::Path:
     case mevo::ControlKind::Words:
     case mevo::ControlKind::Level:

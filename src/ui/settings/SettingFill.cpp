@@ -1,6 +1,7 @@
 // How the settings dialog fills its controls, and what of them it shows.
 
 #include "ui/settings/CSettingDialog.h"
+#include "ui/settings/SettingAccounts.h"
 
 #include "base/SettingsFile.h"
 #include "base/WebPage.h"
@@ -55,6 +56,7 @@ void CSettingDialog::updateUI()
     fillInputMethods();
     fillHardware();
     fillSoftware();
+    m_accounts->fill();
     applyRules();
 }
 

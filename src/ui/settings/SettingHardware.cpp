@@ -129,3 +129,8 @@ void CSettingDialog::on_pushButton_WebAddress_clicked()
 {
     m_host.openWebPage(m_state.Website);
 }
+
+void CSettingDialog::on_pushButton_FirstStart_clicked()
+{
+    m_host.openFirstStart();
+}

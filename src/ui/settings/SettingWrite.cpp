@@ -1,6 +1,7 @@
 // What the settings dialog does when a control is used.
 
 #include "ui/settings/CSettingDialog.h"
+#include "ui/settings/SettingAccounts.h"
 
 #include "base/SettingsFile.h"
 #include "state/MainState.h"
@@ -114,6 +115,7 @@ void CSettingDialog::writeText(const Row &row)
 
 void CSettingDialog::storeEdits()
 {
+    m_accounts->store();
     for (const mevo::GroupRow &group : mevo::controlGroups()) {
         for (const Row &row : group.rows) {
             if (row.kind == mevo::ControlKind::Words) {

@@ -14,6 +14,8 @@ struct RecorderState;
 
 namespace mevo {
 
+class AccountsHost;
+
 /// What the settings dialog asks of the program around it. Nothing here waits in an event loop, except for
 /// what asks the user something.
 class SettingsHost
@@ -80,6 +82,11 @@ public:
     virtual QString runFigures() const = 0;
     virtual void openWebPage(const QString &address) = 0;
     virtual void openCommandWords() = 0;
+
+    /// The user's own accounts.
+    virtual AccountsHost &accounts() = 0;
+    /// Opens the window that tells a new user what works and what is missing.
+    virtual void openFirstStart() = 0;
 };
 
 } // namespace mevo

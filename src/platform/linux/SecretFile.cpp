@@ -1,0 +1,54 @@
+#include "platform/linux/SecretFile.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace mevo {
+
+namespace {
+
+constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+constexpr QFileDevice::Permissions othersAny = QFileDevice::ReadGroup | QFileDevice::WriteGroup |
+                                               QFileDevice::ExeGroup | QFileDevice::ReadOther |
+                                               QFileDevice::WriteOther | QFileDevice::ExeOther;
+constexpr qint64 largest = 64 * 1024;
+
+} // namespace
+
+std::optional<QByteArray> readSecretFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists()) {
+        return QByteArray();
+    }
+    if (!QFileInfo(path).isFile() || file.size() > largest || !file.open(QIODevice::ReadOnly)) {
+        qWarning().noquote() << "Secrets:" << path << "cannot be read:" << file.errorString();
+        return std::nullopt;
+    }
+    if ((file.permissions() & othersAny) != 0) {
+        qWarning().noquote() << "Secrets: others could read" << path << "and no longer can";
+        file.setPermissions(ownerOnly);
+    }
+    QByteArray content = file.readAll();
+    return file.error() == QFileDevice::NoError ? std::make_optional(std::move(content)) : std::nullopt;
+}
+
+bool writeSecretFile(const QString &path, const QByteArray &content)
+{
+    if (content.isEmpty()) {
+        return !QFile::exists(path) || QFile::remove(path);
+    }
+    QDir().mkpath(QFileInfo(path).path());
+    QSaveFile file(path);
+    // Before anything is in it.
+    if (file.open(QIODevice::WriteOnly) && file.setPermissions(ownerOnly) &&
+        file.write(content) == content.size() && file.flush() && file.commit()) {
+        return true;
+    }
+    qWarning().noquote() << "Secrets:" << path << "cannot be written:" << file.errorString();
+    return false;
+}
+
+} // namespace mevo

@@ -1,0 +1,146 @@
+#include "ui/FirstStartDialog.h"
+
+#include <QClipboard>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int narrowest = 460;
+constexpr int ruleLines = 5;
+
+QPushButton *makeButton(const QString &text, const char *name)
+{
+    auto *button = new QPushButton(text);
+    button->setObjectName(QLatin1String(name));
+    button->setAutoDefault(false); // the return key of the line must not press it
+    return button;
+}
+
+const char *nameOf(mevo::FirstStartHelp help)
+{
+    switch (help) {
+    case mevo::FirstStartHelp::OwnAccount:
+        return "pushButton_OwnAccount";
+    case mevo::FirstStartHelp::InputMethod:
+        return "pushButton_InputMethod";
+    case mevo::FirstStartHelp::Microphone:
+        return "pushButton_Microphone";
+    case mevo::FirstStartHelp::UdevRule:
+        break;
+    }
+    return "pushButton_UdevRule";
+}
+
+} // namespace
+
+FirstStartDialog::FirstStartDialog(QWidget *parent)
+    : QDialog(parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
+    , m_lines(new QGridLayout)
+    , m_rule(new QWidget(this))
+    , m_trial(new QLineEdit(this))
+{
+    setWindowTitle(tr("开始使用"));
+    setObjectName(QStringLiteral("FirstStartDialog"));
+    setAttribute(Qt::WA_QuitOnClose, false);
+    m_lines->setColumnStretch(1, 1);
+
+    auto *ruleLayout = new QVBoxLayout(m_rule);
+    ruleLayout->setContentsMargins(0, 0, 0, 0);
+    auto *why = new QLabel(tr("在终端中运行下面的命令，再重新插入接收器："));
+    why->setWordWrap(true);
+    auto *command = new QPlainTextEdit(mevo::udevRuleCommand());
+    command->setObjectName(QStringLiteral("plainTextEdit_UdevRule"));
+    command->setReadOnly(true);
+    command->setTabChangesFocus(true);
+    command->setFixedHeight(ruleLines * command->fontMetrics().lineSpacing() + 12);
+    QPushButton *copy = makeButton(tr("复制命令"), "pushButton_CopyRule");
+    connect(copy, &QPushButton::clicked, this,
+            [] { QGuiApplication::clipboard()->setText(mevo::udevRuleCommand()); });
+    ruleLayout->addWidget(why);
+    ruleLayout->addWidget(command);
+    ruleLayout->addWidget(copy, 0, Qt::AlignLeft);
+    m_rule->hide();
+
+    m_trial->setObjectName(QStringLiteral("lineEdit_Trial"));
+    m_trial->setPlaceholderText(tr("点这里，按住话筒键说一句话"));
+    auto *trialLabel = new QLabel(tr("试一试："));
+    trialLabel->setBuddy(m_trial);
+    m_trial->setAccessibleName(trialLabel->text());
+    auto *trial = new QHBoxLayout;
+    trial->addWidget(trialLabel);
+    trial->addWidget(m_trial, 1);
+
+    auto *hint = new QLabel(tr("以后可以在“设置”的“硬件设置”页再次打开本窗口。"));
+    hint->setWordWrap(true);
+    QPushButton *close = makeButton(tr("关闭"), "pushButton_Close");
+    connect(close, &QPushButton::clicked, this, &QDialog::close);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setSpacing(12);
+    layout->addLayout(m_lines);
+    layout->addWidget(m_rule);
+    layout->addLayout(trial);
+    layout->addWidget(hint);
+    layout->addWidget(close, 0, Qt::AlignRight);
+    setMinimumWidth(narrowest);
+    m_trial->setFocus(); // whoever speaks without a click presses no button with a blank of the text
+}
+
+void FirstStartDialog::setFacts(const mevo::FirstStartFacts &facts)
+{
+    const std::vector<mevo::FirstStartLine> lines = mevo::firstStartLines(facts);
+    QStringList texts;
+    for (const mevo::FirstStartLine &line : lines) {
+        texts.append(line.text);
+    }
+    if (texts == m_shown) {
+        return;
+    }
+    m_shown = texts;
+    while (QLayoutItem *item = m_lines->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+    if (facts.receiver) {
+        m_rule->hide();
+    }
+    int row = 0;
+    for (const mevo::FirstStartLine &line : lines) {
+        auto *mark = new QLabel(line.works ? QStringLiteral("✔") : QStringLiteral("✘"));
+        mark->setStyleSheet(line.works ? QStringLiteral("color: #1a7f37;")
+                                       : QStringLiteral("color: #c00000;"));
+        mark->setAccessibleName(line.works ? tr("正常") : tr("缺少"));
+        auto *text = new QLabel(line.text);
+        m_lines->addWidget(mark, row, 0, Qt::AlignTop);
+        m_lines->addWidget(text, row++, 1);
+        for (const mevo::FirstStartHelp help : line.helps) {
+            QPushButton *button = makeButton(mevo::firstStartHelpText(help), nameOf(help));
+            m_lines->addWidget(button, row++, 1, Qt::AlignLeft);
+            connect(button, &QPushButton::clicked, this, [this, help] {
+                if (help == mevo::FirstStartHelp::UdevRule) {
+                    showRule();
+                } else {
+                    emit helpWanted(help);
+                }
+            });
+        }
+    }
+    for (int i = 0; i < m_lines->count(); ++i) {
+        m_lines->itemAt(i)->widget()->show(); // else the size would be worked out without the new ones
+    }
+    adjustSize();
+}
+
+void FirstStartDialog::showRule()
+{
+    m_rule->show();
+    adjustSize();
+}

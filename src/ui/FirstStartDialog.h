@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ui/FirstStart.h"
+
+#include <QDialog>
+
+class QGridLayout;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+
+/// Tells a new user what works and what is missing, leads to what helps, and has a line to try a dictation
+/// in.
+class FirstStartDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit FirstStartDialog(QWidget *parent = nullptr);
+
+    /// What it shows; nothing is built anew while that stays the same.
+    void setFacts(const mevo::FirstStartFacts &facts);
+
+Q_SIGNALS:
+    void helpWanted(mevo::FirstStartHelp help);
+
+private:
+    void showRule();
+
+    QGridLayout *m_lines;
+    QWidget *m_rule;
+    QLineEdit *m_trial;
+    QStringList m_shown; ///< the lines' texts
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "engines/AccountChoice.h"
+#include "engines/AccountVerdict.h"
+#include "platform/SecretStore.h"
+#include "state/OwnAccounts.h"
+
+#include <functional>
+
+class QObject;
+
+namespace mevo {
+
+/// What the settings ask of the program about the user's own accounts. Nothing here waits; what is told later
+/// is told from the event loop, and not at all once `context` has gone.
+class AccountsHost
+{
+public:
+    virtual ~AccountsHost() = default;
+
+    virtual const OwnAccounts &ownAccounts() const = 0;
+    virtual AccountSource accountInForce(AccountService service) const = 0;
+    /// Where the accounts are kept; nowhere while there are none.
+    virtual SecretPlace accountsPlace() const = 0;
+    /// The kept accounts could not be read: the keyring stays locked.
+    virtual bool accountsLocked() const = 0;
+
+    /// Puts the accounts in force at once, and keeps them. `done` hears where; nowhere when they could not be
+    /// kept and last for this run alone.
+    virtual void keepAccounts(const OwnAccounts &accounts, QObject *context,
+                              std::function<void(SecretPlace place)> done) = 0;
+    /// Tries the user's account of a service by one small request. A check of the service that is under way
+    /// ends unheard.
+    virtual void checkAccount(AccountService service, QObject *context,
+                              std::function<void(const AccountVerdict &verdict)> done) = 0;
+    /// All checks end unheard.
+    virtual void endAccountChecks() = 0;
+};
+
+} // namespace mevo

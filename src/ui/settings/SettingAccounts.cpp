@@ -1,0 +1,209 @@
+#include "ui/settings/SettingAccounts.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace mevo {
+
+namespace {
+
+QString say(const char *text)
+{
+    return QCoreApplication::translate("CSettingDialog", text);
+}
+
+/// A text above or beneath the controls of its group, as long as it may be.
+void letWrap(QLabel *label, bool above)
+{
+    label->setWordWrap(true);
+    // Out of its line, whose height follows from the controls in it.
+    if (auto *layout = qobject_cast<QVBoxLayout *>(label->parentWidget()->layout())) {
+        layout->insertWidget(above ? 0 : layout->count(), label);
+    }
+}
+
+} // namespace
+
+SettingAccounts::SettingAccounts(const QHash<QString, QWidget *> &controls, AccountsHost &host,
+                                 QObject *parent)
+    : QObject(parent)
+    , m_host(host)
+    , m_kept(static_cast<QLabel *>(controls.value(QStringLiteral("label_OwnAccountsKept"))))
+{
+    m_services.reserve(accountServices.size()); // its elements are referred to
+    add(AccountService::Baidu, {QStringLiteral("ApiKey"), QStringLiteral("SecretKey")},
+        QStringLiteral("OwnBaidu"), controls);
+    add(AccountService::Tencent, {QStringLiteral("SecretId"), QStringLiteral("SecretKey")},
+        QStringLiteral("OwnTencent"), controls);
+    add(AccountService::XunFei,
+        {QStringLiteral("AppId"), QStringLiteral("ApiKey"), QStringLiteral("ApiSecret")},
+        QStringLiteral("OwnXunFei"), controls);
+    add(AccountService::BaiduTranslate, {QStringLiteral("AppId"), QStringLiteral("Key")},
+        QStringLiteral("OwnBaiduTranslate"), controls);
+    letWrap(m_kept, true);
+}
+
+void SettingAccounts::add(AccountService id, const QStringList &fields, const QString &name,
+                          const QHash<QString, QWidget *> &controls)
+{
+    const auto button = [&](const char *what) {
+        return static_cast<QPushButton *>(controls.value(QLatin1String(what) + name));
+    };
+    auto *told = static_cast<QLabel *>(controls.value(QStringLiteral("label_") + name));
+    m_services.push_back({id, {}, button("pushButton_Check"), button("pushButton_Remove"), told, {}});
+    Service &service = m_services.back();
+    for (const QString &field : fields) {
+        auto *line = static_cast<QLineEdit *>(controls.value(QStringLiteral("lineEdit_") + name + field));
+        line->setMaxLength(OwnAccounts::longestValue);
+        if (field != fields.first()) { // the first one names the account and is no secret
+            line->setEchoMode(QLineEdit::Password);
+        }
+        connect(line, &QLineEdit::editingFinished, this, [this, &service] { edited(service); });
+        service.fields.push_back(line);
+    }
+    connect(service.check, &QPushButton::clicked, this, [this, &service] { check(service); });
+    connect(service.remove, &QPushButton::clicked, this, [this, &service] { remove(service); });
+    letWrap(told, false);
+}
+
+/// Half an account is not stored while the user is still at it: the new id would be used with the old key.
+void SettingAccounts::edited(Service &service)
+{
+    const auto *at = qobject_cast<const QLineEdit *>(QApplication::focusWidget());
+    const bool stays =
+        QApplication::focusWidget() == nullptr || // gone to another program, to copy from there
+        std::find(service.fields.begin(), service.fields.end(), at) != service.fields.end();
+    const bool all = std::all_of(service.fields.begin(), service.fields.end(),
+                                 [](const QLineEdit *line) { return !line->text().trimmed().isEmpty(); });
+    if (!stays || all) {
+        store(service);
+    }
+}
+
+void SettingAccounts::store(Service &service)
+{
+    OwnAccounts accounts = m_host.ownAccounts();
+    bool typed = false;
+    for (std::size_t field = 0; field < service.fields.size(); ++field) {
+        QLineEdit *line = service.fields[field];
+        if (line->text().trimmed().isEmpty()) {
+            continue;
+        }
+        if (accounts.set(service.id, int(field), line->text())) {
+            typed = true;
+        }
+        line->clear();
+    }
+    if (typed) {
+        service.verdict.clear();
+        keep(accounts);
+    }
+}
+
+void SettingAccounts::store()
+{
+    for (Service &service : m_services) {
+        store(service);
+    }
+}
+
+void SettingAccounts::keep(const OwnAccounts &accounts)
+{
+    m_host.keepAccounts(accounts, this, [this](SecretPlace place) {
+        m_refused = place == SecretPlace::Nowhere;
+        fill();
+    });
+    fill();
+}
+
+void SettingAccounts::check(Service &service)
+{
+    store(service);
+    service.verdict = say(QT_TRANSLATE_NOOP("CSettingDialog", "正在检查……"));
+    service.check->setEnabled(false);
+    m_host.checkAccount(service.id, this, [this, &service](const AccountVerdict &verdict) {
+        service.verdict = accountVerdictText(verdict);
+        service.check->setEnabled(true);
+        fill(service);
+    });
+    fill(service);
+}
+
+void SettingAccounts::remove(Service &service)
+{
+    for (QLineEdit *line : service.fields) {
+        line->clear();
+    }
+    service.verdict.clear();
+    OwnAccounts accounts = m_host.ownAccounts();
+    accounts.remove(service.id);
+    keep(accounts);
+}
+
+void SettingAccounts::close()
+{
+    m_host.endAccountChecks();
+    for (Service &service : m_services) {
+        service.verdict.clear();
+        service.check->setEnabled(true);
+    }
+}
+
+void SettingAccounts::fill()
+{
+    for (const Service &service : m_services) {
+        fill(service);
+    }
+    QString kept;
+    if (m_host.accountsLocked()) {
+        kept = say(QT_TRANSLATE_NOOP("CSettingDialog", "系统的密钥环没有解锁，以前保存的账号暂时不能使用。"));
+    } else if (m_refused) {
+        kept = say(QT_TRANSLATE_NOOP("CSettingDialog", "账号没有保存下来，只在这次运行中有效。"));
+    } else if (m_host.accountsPlace() == SecretPlace::Desktop) {
+        kept = say(QT_TRANSLATE_NOOP("CSettingDialog", "账号保存在系统的密钥环中。"));
+    } else if (m_host.accountsPlace() == SecretPlace::File) {
+        kept = say(QT_TRANSLATE_NOOP("CSettingDialog", "账号保存在只有您本人可以读取的文件中。"));
+    } else {
+        kept =
+            say(QT_TRANSLATE_NOOP("CSettingDialog", "在各服务商的网站申请账号，填写后优先使用自己的账号。"));
+    }
+    m_kept->setText(kept);
+}
+
+void SettingAccounts::fill(const Service &service)
+{
+    const OwnAccounts::Values &values = m_host.ownAccounts().values(service.id);
+    for (std::size_t field = 0; field < service.fields.size(); ++field) {
+        const QString &value = values[field];
+        service.fields[field]->setPlaceholderText(value.isEmpty()
+                                                      ? QString()
+                                                      : say(QT_TRANSLATE_NOOP("CSettingDialog", "已保存")) +
+                                                            QLatin1Char(' ') + secretHint(value));
+    }
+    service.remove->setEnabled(m_host.ownAccounts().hasAny(service.id));
+    service.told->setText(service.verdict.isEmpty() ? situation(service) : service.verdict);
+}
+
+QString SettingAccounts::situation(const Service &service) const
+{
+    const OwnAccounts &own = m_host.ownAccounts();
+    const QString part = own.hasAny(service.id) && !own.isComplete(service.id)
+                             ? say(QT_TRANSLATE_NOOP("CSettingDialog", "自有账号没有填写完整。"))
+                             : QString();
+    switch (m_host.accountInForce(service.id)) {
+    case AccountSource::Own:
+        return say(QT_TRANSLATE_NOOP("CSettingDialog", "正在使用自有账号"));
+    case AccountSource::None:
+        return part + say(QT_TRANSLATE_NOOP("CSettingDialog", "没有账号"));
+    default:
+        return part + say(QT_TRANSLATE_NOOP("CSettingDialog", "正在使用系统提供的账号"));
+    }
+}
+
+} // namespace mevo

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ui/FirstStart.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+class FirstStartDialog;
+class MainWindow;
+
+namespace mevo {
+
+/// The window that helps a new user: by itself at the first start if something is missing, and whenever it is
+/// asked for.
+class FirstStartHands : public QObject
+{
+public:
+    explicit FirstStartHands(MainWindow &window);
+
+    /// All has been read that there is to read: a first start is looked at, a moment later.
+    void startIsOver();
+    /// Shows it and gives it the keyboard.
+    void open();
+
+    /// How long after the start it comes, so that it takes none of the start's time.
+    static inline int waitMs = 2000;
+
+private:
+    void consider();
+    void show(bool activate);
+    void help(FirstStartHelp help);
+    FirstStartFacts facts() const;
+
+    MainWindow &m_window;
+    QPointer<FirstStartDialog> m_dialog;
+    QTimer m_look; ///< for what changes while it is shown
+    bool m_considered = false;
+};
+
+} // namespace mevo

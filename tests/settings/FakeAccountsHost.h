@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ui/settings/AccountsHost.h"
+
+#include <QPointer>
+#include <QTimer>
+
+#include <map>
+
+/// Own accounts that are kept in memory. What a check finds is said by the test.
+class FakeAccountsHost : public mevo::AccountsHost
+{
+public:
+    mevo::OwnAccounts kept;
+    mevo::SecretPlace place = mevo::SecretPlace::Desktop; ///< where accounts are kept
+    bool locked = false;
+    mevo::AccountSource others = mevo::AccountSource::None; ///< in force without an own account
+    int stores = 0;
+    using Done = std::function<void(const mevo::AccountVerdict &)>;
+    std::map<mevo::AccountService, Done> checks; ///< under way
+    int endings = 0;
+
+    const mevo::OwnAccounts &ownAccounts() const override { return kept; }
+    mevo::AccountSource accountInForce(mevo::AccountService service) const override
+    {
+        return kept.isComplete(service) ? mevo::AccountSource::Own : others;
+    }
+    mevo::SecretPlace accountsPlace() const override
+    {
+        return kept.isEmpty() ? mevo::SecretPlace::Nowhere : place;
+    }
+    bool accountsLocked() const override { return locked; }
+    void keepAccounts(const mevo::OwnAccounts &accounts, QObject *context,
+                      std::function<void(mevo::SecretPlace)> done) override
+    {
+        kept = accounts;
+        ++stores;
+        QTimer::singleShot(0, context, [this, done = std::move(done)] { done(place); });
+    }
+    void checkAccount(mevo::AccountService service, QObject *context, Done done) override
+    {
+        checks[service] = [asker = QPointer<QObject>(context), done = std::move(done)](const auto &verdict) {
+            if (!asker.isNull()) {
+                done(verdict);
+            }
+        };
+    }
+    void endAccountChecks() override
+    {
+        checks.clear();
+        ++endings;
+    }
+};

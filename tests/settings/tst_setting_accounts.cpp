@@ -1,0 +1,201 @@
+// The user's own accounts in the settings dialog.
+
+#include "settings/DialogFixture.h"
+
+#include <QGroupBox>
+#include <QLabel>
+
+using mevo::AccountService;
+
+Q_DECLARE_METATYPE(mevo::AccountService)
+
+namespace {
+
+mevo::OwnAccounts of(const char *text)
+{
+    return mevo::OwnAccounts::fromText(text).value_or(mevo::OwnAccounts());
+}
+
+const QString baiduText = QStringLiteral("label_OwnBaidu");
+
+} // namespace
+
+class TestSettingAccounts : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fields_data()
+    {
+        QTest::addColumn<QStringList>("fields");
+        QTest::addColumn<QString>("service"); // of the names of its buttons
+        QTest::addColumn<QByteArray>("kept");
+        const auto row = [](const char *fields, const char *service, const char *kept) {
+            QTest::newRow(service) << QString::fromLatin1(fields).split(QLatin1Char(' '))
+                                   << QString::fromLatin1(service) << QByteArray(kept);
+        };
+        row("lineEdit_OwnBaiduApiKey lineEdit_OwnBaiduSecretKey", "OwnBaidu",
+            R"({"Baidu":{"ApiKey":"value-number-0","SecretKey":"value-number-1"}})");
+        row("lineEdit_OwnTencentSecretId lineEdit_OwnTencentSecretKey", "OwnTencent",
+            R"({"Tencent":{"SecretId":"value-number-0","SecretKey":"value-number-1"}})");
+        row("lineEdit_OwnXunFeiAppId lineEdit_OwnXunFeiApiKey lineEdit_OwnXunFeiApiSecret", "OwnXunFei",
+            R"({"XunFei":{"ApiKey":"value-number-1","ApiSecret":"value-number-2","AppId":"value-number-0"}})");
+        row("lineEdit_OwnBaiduTranslateAppId lineEdit_OwnBaiduTranslateKey", "OwnBaiduTranslate",
+            R"({"BaiduTranslate":{"AppId":"value-number-0","Key":"value-number-1"}})");
+    }
+    /// An account is stored when its last field is left, is not shown any more, and can be taken away.
+    void fields()
+    {
+        QFETCH(QStringList, fields);
+        QFETCH(QString, service);
+        QFETCH(QByteArray, kept);
+        const Opened opened;
+        const QByteArray removeName = "pushButton_Remove" + service.toLatin1();
+        auto *remove = opened.find(removeName);
+        QVERIFY(!remove->isEnabled());
+        for (int field = 0; field < fields.size(); ++field) {
+            QCOMPARE(opened.host.ownAccounts.stores, 0);
+            opened.type(qPrintable(fields[field]), QStringLiteral("value-number-%1").arg(field));
+            QCOMPARE(opened.find<QLineEdit>(qPrintable(fields[field]))->echoMode(),
+                     field == 0 ? QLineEdit::Normal : QLineEdit::Password);
+        }
+        opened.find<QWidget>("checkBox_ShowTipsDlg")->setFocus();
+        QCOMPARE(opened.host.ownAccounts.kept.toText(), kept);
+        QCOMPARE(opened.host.ownAccounts.stores, 1);
+        for (const QString &field : fields) {
+            const auto *line = opened.find<QLineEdit>(qPrintable(field));
+            QCOMPARE(line->text(), QString());
+            QVERIFY2(line->placeholderText().startsWith(QStringLiteral("已保存 ••••er-")),
+                     qPrintable(line->placeholderText()));
+        }
+        const QByteArray told = "label_" + service.toLatin1();
+        QCOMPARE(opened.find<QLabel>(told)->text(), QStringLiteral("正在使用自有账号"));
+        opened.click(removeName);
+        QVERIFY(opened.host.ownAccounts.kept.isEmpty());
+        QCOMPARE(opened.find<QLabel>(told)->text(), QStringLiteral("没有账号"));
+        QCOMPARE(opened.find<QLineEdit>(qPrintable(fields[0]))->placeholderText(), QString());
+    }
+
+    /// A new id is not used with the old key while the key is still being typed.
+    void halfAnAccount()
+    {
+        Opened opened;
+        opened.host.ownAccounts.kept =
+            of(R"({"Baidu":{"ApiKey":"old-id-of-mine","SecretKey":"old-key-of-mine"}})");
+        opened.dialog->updateUI();
+        opened.type("lineEdit_OwnBaiduApiKey", QStringLiteral("new-id"));
+        opened.find<QWidget>("lineEdit_OwnBaiduSecretKey")->setFocus();
+        QTest::keyClick(opened.find<QWidget>("lineEdit_OwnBaiduSecretKey"), Qt::Key_Return);
+        QCOMPARE(opened.host.ownAccounts.stores, 0);
+        opened.dialog->updateUI(); // the record has been read again
+        QCOMPARE(opened.find<QLineEdit>("lineEdit_OwnBaiduApiKey")->text(), QStringLiteral("new-id"));
+        QTest::keyClicks(opened.find<QWidget>("lineEdit_OwnBaiduSecretKey"), QStringLiteral("new-key"));
+        QTest::keyClick(opened.find<QWidget>("lineEdit_OwnBaiduSecretKey"), Qt::Key_Return);
+        QVERIFY(opened.host.ownAccounts.kept == of(R"({"Baidu":{"ApiKey":"new-id","SecretKey":"new-key"}})"));
+        QCOMPARE(opened.host.ownAccounts.stores, 1);
+        // Another key for the same id.
+        opened.type("lineEdit_OwnBaiduSecretKey", QStringLiteral("third-key"));
+        opened.dialog->close();
+        QVERIFY(opened.host.ownAccounts.kept ==
+                of(R"({"Baidu":{"ApiKey":"new-id","SecretKey":"third-key"}})"));
+    }
+
+    void situations()
+    {
+        Opened opened;
+        auto &host = opened.host.ownAccounts;
+        const auto told = [&](const char *name) {
+            opened.dialog->updateUI();
+            return opened.find<QLabel>(name)->text();
+        };
+        QCOMPARE(told("label_OwnBaidu"), QStringLiteral("没有账号"));
+        QCOMPARE(told("label_OwnAccountsKept"),
+                 QStringLiteral("在各服务商的网站申请账号，填写后优先使用自己的账号。"));
+        host.others = mevo::AccountSource::List;
+        QCOMPARE(told("label_OwnBaidu"), QStringLiteral("正在使用系统提供的账号"));
+        host.kept = of(R"({"Baidu":{"ApiKey":"id"}})");
+        QCOMPARE(told("label_OwnBaidu"), QStringLiteral("自有账号没有填写完整。正在使用系统提供的账号"));
+        QCOMPARE(told("label_OwnAccountsKept"), QStringLiteral("账号保存在系统的密钥环中。"));
+        host.place = mevo::SecretPlace::File;
+        QCOMPARE(told("label_OwnAccountsKept"), QStringLiteral("账号保存在只有您本人可以读取的文件中。"));
+        host.locked = true;
+        QCOMPARE(told("label_OwnAccountsKept"),
+                 QStringLiteral("系统的密钥环没有解锁，以前保存的账号暂时不能使用。"));
+        host.locked = false;
+        host.place = mevo::SecretPlace::Nowhere;
+        opened.type("lineEdit_OwnBaiduSecretKey", QStringLiteral("key"));
+        opened.find<QWidget>("checkBox_ShowTipsDlg")->setFocus();
+        QTRY_COMPARE(told("label_OwnAccountsKept"), QStringLiteral("账号没有保存下来，只在这次运行中有效。"));
+    }
+
+    void checks()
+    {
+        Opened opened;
+        auto &host = opened.host.ownAccounts;
+        opened.type("lineEdit_OwnBaiduApiKey", QStringLiteral("id"));
+        opened.click("pushButton_CheckOwnBaidu"); // what has been typed is what is checked
+        QVERIFY(host.kept == of(R"({"Baidu":{"ApiKey":"id"}})"));
+        auto *label = opened.find<QLabel>("label_OwnBaidu");
+        QCOMPARE(label->text(), QStringLiteral("正在检查……"));
+        QVERIFY(!opened.find("pushButton_CheckOwnBaidu")->isEnabled());
+        QVERIFY(opened.find("pushButton_CheckOwnTencent")->isEnabled());
+        opened.dialog->updateUI();
+        QCOMPARE(label->text(), QStringLiteral("正在检查……"));
+        host.checks.at(AccountService::Baidu)(
+            {mevo::AccountFault::WrongSecret, QStringLiteral("Client authentication failed")});
+        QCOMPARE(label->text(), QStringLiteral("密钥不正确 (Client authentication failed)"));
+        QVERIFY(opened.find("pushButton_CheckOwnBaidu")->isEnabled());
+        opened.click("pushButton_CheckOwnBaidu");
+        host.checks.at(AccountService::Baidu)({});
+        QCOMPARE(label->text(), QStringLiteral("账号可用"));
+        opened.type("lineEdit_OwnBaiduApiKey", QStringLiteral("another"));
+        opened.find<QWidget>("checkBox_ShowTipsDlg")->setFocus();
+        QCOMPARE(label->text(),
+                 QStringLiteral("自有账号没有填写完整。没有账号")); // the verdict was on another
+    }
+
+    /// A check ends with the dialog.
+    void closing()
+    {
+        Opened opened;
+        auto &host = opened.host.ownAccounts;
+        opened.click("pushButton_CheckOwnXunFei");
+        QCOMPARE(host.checks.size(), std::size_t(1));
+        const auto late = host.checks.at(AccountService::XunFei);
+        opened.dialog->close();
+        QCOMPARE(host.endings, 1);
+        opened.dialog->present(nullptr);
+        QCOMPARE(opened.find<QLabel>("label_OwnXunFei")->text(), QStringLiteral("没有账号"));
+        QVERIFY(opened.find("pushButton_CheckOwnXunFei")->isEnabled());
+        opened.dialog.reset();
+        late({});
+    }
+
+    void hiddenWithTheService()
+    {
+        Opened opened;
+        opened.state.ShowBaiduI = opened.state.ShowTXI = opened.state.ShowXFWebApi = false;
+        opened.host.recorder.BaiDuNoStreamApi = false;
+        opened.dialog->updateUI();
+        QVERIFY(!opened.isShown("groupBox_OwnBaidu"));
+        QVERIFY(!opened.isShown("groupBox_OwnTencent"));
+        QVERIFY(!opened.isShown("groupBox_OwnXunFei"));
+        QVERIFY(opened.isShown("groupBox_OwnBaiduTranslate"));
+    }
+
+    void turnsToTheGroup()
+    {
+        const Opened opened;
+        opened.dialog->turnTo("groupBox_OwnAccounts");
+        QCOMPARE(opened.find<QTabWidget>("tabWidget_Setting")->currentIndex(), 1);
+        const auto *field = opened.find<QWidget>("lineEdit_OwnBaiduApiKey");
+        QVERIFY(field->hasFocus());
+        QTRY_VERIFY(!field->visibleRegion().isEmpty());
+        opened.dialog->turnTo("comboBox_MICDeviceList");
+        QCOMPARE(opened.find<QTabWidget>("tabWidget_Setting")->currentIndex(), 0);
+        QVERIFY(opened.find<QWidget>("comboBox_MICDeviceList")->hasFocus());
+    }
+};
+
+QTEST_MAIN(TestSettingAccounts)
+#include "tst_setting_accounts.moc"

@@ -1,0 +1,123 @@
+// What the running program tells a new user.
+
+#include "base/SettingsFile.h"
+#include "ui/FirstStartDialog.h"
+#include "ui/settings/CSettingDialog.h"
+#include "window/FirstStartHands.h"
+#include "window/Program.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+
+namespace {
+
+const QByteArray account = R"({"Tencent":{"SecretId":"id","SecretKey":"key"}})";
+
+struct Start : Program
+{
+    explicit Start(bool plugged)
+        : Program(plugged)
+    {
+        mevo::FirstStartHands::waitMs = 0;
+        mevo::SettingsFile().setValue(QStringLiteral("FirstStartShown"), false);
+        fake.audioRouter->names = QStringList{QStringLiteral("Webcam")};
+    }
+    /// The window, null when it is not shown.
+    FirstStartDialog *shown() const
+    {
+        auto *dialog = window->findChild<FirstStartDialog *>();
+        return dialog != nullptr && dialog->isVisible() ? dialog : nullptr;
+    }
+    static bool isMarked() { return mevo::SettingsFile().value(QStringLiteral("FirstStartShown")).toBool(); }
+};
+
+bool says(const FirstStartDialog &dialog, const char *text)
+{
+    for (const QLabel *label : dialog.findChildren<QLabel *>()) {
+        if (label->text() == QString::fromUtf8(text)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+class TestFirstStartHands : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothingIsMissing()
+    {
+        Start start(true);
+        start.fake.secrets->kept = account;
+        start.start();
+        QTRY_VERIFY(Start::isMarked());
+        start.settle();
+        QVERIFY(start.shown() == nullptr);
+    }
+
+    void showsOnceWhatIsMissing()
+    {
+        Start start(true);
+        start.start();
+        QTRY_VERIFY(start.shown() != nullptr);
+        QVERIFY(says(*start.shown(), "语音识别：没有账号"));
+        QVERIFY(says(*start.shown(), "接收器：已连接"));
+        QVERIFY(says(*start.shown(), "麦克风：已找到"));
+        QVERIFY(start.shown()->testAttribute(Qt::WA_ShowWithoutActivating));
+        QVERIFY(Start::isMarked());
+        // To where an account is entered.
+        start.shown()->findChild<QPushButton *>(QStringLiteral("pushButton_OwnAccount"))->click();
+        auto *settings = start.window->findChild<CSettingDialog *>();
+        QVERIFY(settings != nullptr && settings->isVisible());
+        QCOMPARE(settings->findChild<QTabWidget *>(QStringLiteral("tabWidget_Setting"))->currentIndex(), 1);
+        settings->close();
+    }
+
+    void notAtALaterStart()
+    {
+        Start start(false);
+        mevo::SettingsFile().setValue(QStringLiteral("FirstStartShown"), true);
+        start.start();
+        start.settle();
+        QTest::qWait(1); // its timer would have been due
+        QVERIFY(start.shown() == nullptr);
+        // But from the settings.
+        start.window->pushBuutton_Setting_clicked();
+        start.window->findChild<QPushButton *>(QStringLiteral("pushButton_FirstStart"))->click();
+        QVERIFY(start.shown() != nullptr);
+        QVERIFY(!start.shown()->testAttribute(Qt::WA_ShowWithoutActivating));
+        QVERIFY(says(*start.shown(), "接收器：没有找到，请插入电脑的USB接口"));
+    }
+
+    void waitsForTheKeyring()
+    {
+        Start start(true);
+        start.fake.secrets->kept = account;
+        start.fake.secrets->held = true;
+        start.start();
+        start.settle();
+        QTest::qWait(1);
+        QVERIFY(!Start::isMarked());
+        start.fake.secrets->release();
+        QTRY_VERIFY(Start::isMarked());
+        QVERIFY(start.shown() == nullptr);
+    }
+
+    void receiverWithoutRights()
+    {
+        Start start(true);
+        start.fake.secrets->kept = account;
+        start.fake.hid->unopenable = {"/dev/hidraw3"};
+        start.start();
+        QTRY_VERIFY(start.shown() != nullptr);
+        QVERIFY(says(*start.shown(), "接收器：已插入，但没有使用权限"));
+    }
+};
+
+QTEST_MAIN(TestFirstStartHands)
+#include "tst_first_start_hands.moc"
