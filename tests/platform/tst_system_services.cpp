@@ -365,7 +365,7 @@ private slots:
         QVERIFY(child.waitForStarted());
         QProcess second;
         QCOMPARE(answer(second), QByteArray("busy"));
-        QVERIFY(second.waitForFinished());
+        QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished());
         const auto call = [](const QString &message) {
             QProcess caller;
             caller.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--call"), message});

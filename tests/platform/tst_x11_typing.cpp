@@ -10,13 +10,16 @@
 #include <QtTest>
 
 #include <X11/XKBlib.h>
+#include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
+#include <xcb/xcbext.h>
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <tuple>
 
 namespace {
@@ -62,6 +65,28 @@ class TestX11Typing : public QObject
         XSendEvent(display, DefaultRootWindow(display), False,
                    SubstructureNotifyMask | SubstructureRedirectMask, &event);
         XFlush(display);
+    }
+
+    /// Stops a program where it does not hold the whole X server, as toolkits do for moments when they start.
+    bool stop(pid_t program)
+    {
+        xcb_connection_t *server = XGetXCBConnection(display);
+        return QTest::qWaitFor(
+            [&] {
+                ::kill(program, SIGSTOP);
+                const unsigned int request = xcb_get_input_focus(server).sequence;
+                xcb_flush(server);
+                void *reply = nullptr;
+                const bool answers = QTest::qWaitFor(
+                    [&] { return xcb_poll_for_reply(server, request, &reply, nullptr) == 1; }, 2000);
+                free(reply);
+                if (!answers) {
+                    ::kill(program, SIGCONT);
+                    XSync(display, False);
+                }
+                return answers;
+            },
+            30000);
     }
 
     /// Whether keys are bound at present.
@@ -266,7 +291,7 @@ private Q_SLOTS:
             const Target target = open(kind);
             QVERIFY2(target, kind);
             const mevo::WindowId window = windows.focusedWindow();
-            ::kill(pid_t(target->processId()), SIGSTOP);
+            QVERIFY2(stop(pid_t(target->processId())), kind);
             const mevo::PostResult result = postText(windows, window, QStringLiteral("没有人"));
             ::kill(pid_t(target->processId()), SIGCONT);
             QVERIFY2(!result.complete, kind);
@@ -568,9 +593,14 @@ private Q_SLOTS:
         QCOMPARE(windows.findWindow(QStringLiteral("FloatingFrame"), QStringLiteral("语音悬浮窗")),
                  mevo::WindowId(0));
         QCOMPARE(windows.closeWindow(window), closable);
-        XSync(other.get(), False);
         XEvent event{};
-        QCOMPARE(XCheckTypedEvent(other.get(), ClientMessage, &event) == True, closable);
+        const auto asked = [&] { return XCheckTypedEvent(other.get(), ClientMessage, &event) == True; };
+        if (closable) {
+            QTRY_VERIFY(asked());
+        } else {
+            XSync(other.get(), False);
+            QVERIFY(!asked());
+        }
         QVERIFY(!closable || Atom(event.xclient.data.l[0]) == close);
     }
 };

@@ -5,6 +5,7 @@
 #include "inputmethods/Typist.h"
 #include "platform/linux/X11WindowSystem.h"
 #include "receiver/XTestKeyboard.h"
+#include "support/Ended.h"
 
 #include <QDir>
 #include <QFile>
@@ -235,7 +236,7 @@ private slots:
         QVERIFY(windows.closeWindow(window));
         if (closes) {
             QTRY_COMPARE_WITH_TIMEOUT(windows.findWindow(windowClass, title), mevo::WindowId(0), patienceMs);
-            QVERIFY(method.process().waitForFinished() && method.process().exitCode() == 0);
+            QVERIFY(hasEnded(method.process()));
         } else {
             QVERIFY(method.says("stays"));
             QCOMPARE(windows.findWindow(windowClass, title), window);
