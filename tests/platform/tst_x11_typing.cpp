@@ -596,7 +596,7 @@ private Q_SLOTS:
         XEvent event{};
         const auto asked = [&] { return XCheckTypedEvent(other.get(), ClientMessage, &event) == True; };
         if (closable) {
-            QTRY_VERIFY(asked());
+            QVERIFY(QTest::qWaitFor(asked));
         } else {
             XSync(other.get(), False);
             QVERIFY(!asked());
