@@ -45,7 +45,9 @@ QString randomText(std::mt19937 &random, int length)
         case 3:
         case 4:
         case 5:
-            text += marks.at(int(random() % unsigned(marks.size())));
+            // No space at a line's start: editors begin the lines after it with one as well.
+            text += text.endsWith(QLatin1Char('\n')) ? QChar(u'、')
+                                                     : marks.at(int(random() % unsigned(marks.size())));
             break;
         default:
             text += QChar(ushort(0x4e00 + random() % 3500));
