@@ -61,27 +61,15 @@ bool isMatched(CommandType type)
     return type != CommandType::VoiceKeyboard && type != CommandType::PinyinKeyboard;
 }
 
-bool switchesMode(const QString &word, const SettingsState &settings)
-{
-    return settings.Enable_SwitchFunctionMode &&
-           (settings.SetEnterVoiceTypeModeSwitchModeFlags.contains(word) ||
-            settings.SetEnterVoiceTranslateModeSwitchModeFlags.contains(word) ||
-            settings.SetEnterVoiceCommandWordModeSwitchModeFlags.contains(word) ||
-            settings.SetEnterVoiceSearchModeSwitchModeFlags.contains(word));
-}
-
 /// The direct word that takes the beginning of `word`; empty when none does.
-QString directPrefix(const QString &word, const SettingsState &settings)
+QString directPrefix(const QString &word, const CommandFaultSettings &settings)
 {
-    const int command =
-        settings.Enable_CommandWord_Direct ? directPrefixLength(settings.CmdFlags_Contents_Driect, word) : 0;
-    const int search =
-        settings.Enable_Search_Direct ? directPrefixLength(settings.SearchFlags_Contents_Driect, word) : 0;
-    return word.left(command > 0 ? command : search);
+    const int command = directPrefixLength(settings.commandPrefixes, word);
+    return word.left(command > 0 ? command : directPrefixLength(settings.searchPrefixes, word));
 }
 
 std::optional<CommandFault> faultOfAction(const CommandRow &row, CommandType type,
-                                          const SettingsState &settings,
+                                          const CommandFaultSettings &settings,
                                           const std::function<bool(const QString &, bool)> &exists)
 {
     using Kind = CommandFault::Kind;
@@ -93,7 +81,7 @@ std::optional<CommandFault> faultOfAction(const CommandRow &row, CommandType typ
     }
     if (type == CommandType::Shortcut) {
         const QString key = shortcutParts(row.CmdWordContents).key;
-        if (!key.isEmpty() && !settings.KeyShowNames.contains(key)) {
+        if (!key.isEmpty() && !settings.keys.contains(key)) {
             return CommandFault{Kind::UnknownKey, {}, key};
         }
         if (row.CmdWordContents.isEmpty()) {
@@ -105,8 +93,25 @@ std::optional<CommandFault> faultOfAction(const CommandRow &row, CommandType typ
 
 } // namespace
 
+CommandFaultSettings::CommandFaultSettings(const SettingsState &settings)
+    : keys(settings.KeyShowNames)
+{
+    if (settings.Enable_SwitchFunctionMode) {
+        modeWords = settings.SetEnterVoiceTypeModeSwitchModeFlags +
+                    settings.SetEnterVoiceTranslateModeSwitchModeFlags +
+                    settings.SetEnterVoiceCommandWordModeSwitchModeFlags +
+                    settings.SetEnterVoiceSearchModeSwitchModeFlags;
+    }
+    if (settings.Enable_CommandWord_Direct) {
+        commandPrefixes = settings.CmdFlags_Contents_Driect;
+    }
+    if (settings.Enable_Search_Direct) {
+        searchPrefixes = settings.SearchFlags_Contents_Driect;
+    }
+}
+
 CommandDiagnoses diagnoseCommands(const CommandTables &tables, std::optional<CommandType> type,
-                                  bool rewritten, const SettingsState &settings,
+                                  bool rewritten, const CommandFaultSettings &settings,
                                   const std::function<bool(const QString &, bool)> &exists)
 {
     CommandDiagnoses diagnoses;
@@ -140,7 +145,7 @@ CommandDiagnoses diagnoseCommands(const CommandTables &tables, std::optional<Com
                 faults.push_back({Kind::EmptyWord, {}, {}});
             } else if (const QString prefix = directPrefix(word, settings); !prefix.isEmpty()) {
                 faults.push_back({Kind::DirectPrefix, word, prefix});
-            } else if (switchesMode(word, settings)) {
+            } else if (settings.modeWords.contains(word)) {
                 faults.push_back({Kind::ModeWord, word, {}});
             } else if (holder != &row) {
                 faults.push_back({Kind::Shadowed, word, holder->CmdWordContents});

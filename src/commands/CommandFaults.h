@@ -36,6 +36,18 @@ struct CommandDiagnosis
     bool inert = false; ///< no spoken form of the row ever acts
 };
 
+/// What the search for faults reads of the settings, as a copy of its own: it may run beside their thread.
+struct CommandFaultSettings
+{
+    CommandFaultSettings() = default;
+    CommandFaultSettings(const SettingsState &settings); ///< implicit
+
+    QStringList modeWords;       ///< that switch the voice mode; none while that is off
+    QStringList commandPrefixes; ///< direct words of commands; none while they are off
+    QStringList searchPrefixes;  ///< direct words of searches; none while they are off
+    QStringList keys;            ///< names of the key table
+};
+
 /// One entry a row; without entries for the types that were not asked for.
 using CommandDiagnoses = std::array<std::vector<CommandDiagnosis>, allCommandTypes.size()>;
 
@@ -43,9 +55,10 @@ using CommandDiagnoses = std::array<std::vector<CommandDiagnosis>, allCommandTyp
 /// matcher would meet them once the tables are merged: the rows by type, then by their numbers in the merged
 /// table read as text. With `rewritten` the rows of `type` are yet to be saved in their present order, by
 /// which they are numbered anew and so sorted as text once more. `exists` says whether a path is there; true
-/// in its second argument asks for a folder. The keyboards' tables are not matched and have no faults.
+/// in its second argument asks for a folder. The keyboards' tables are not matched and have no faults. In any
+/// thread.
 CommandDiagnoses diagnoseCommands(const CommandTables &tables, std::optional<CommandType> type,
-                                  bool rewritten, const SettingsState &settings,
+                                  bool rewritten, const CommandFaultSettings &settings,
                                   const std::function<bool(const QString &, bool)> &exists);
 
 } // namespace mevo

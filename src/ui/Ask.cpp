@@ -66,6 +66,7 @@ WindowId windowInUse()
 namespace {
 
 constexpr int titleBarHeight = 40; ///< about, whatever the window manager
+const QString asideName = QStringLiteral("QuestionAside");
 
 /// The buttons in their order.
 QList<QAbstractButton *> fill(QMessageBox &box, const Question &question)
@@ -151,7 +152,8 @@ void askAside(QWidget *parent, const Question &question, std::function<void(int)
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed elsewhere must not press a button
     box->setModal(false);
-    QObject::connect(box, &QMessageBox::finished, parent, [box, buttons, answered = std::move(answered)] {
+    box->setObjectName(asideName);
+    QObject::connect(box, &QMessageBox::finished, box, [box, buttons, answered = std::move(answered)] {
         answered(buttons.indexOf(box->clickedButton()));
     });
     // Above its parent, which stays in reach while the box stands; below it where there is no room.
@@ -160,6 +162,18 @@ void askAside(QWidget *parent, const Question &question, std::function<void(int)
     const int above = bar.top() - box->height() - titleBarHeight;
     box->move(bar.center().x() - box->width() / 2, above >= 0 ? above : bar.bottom() + 1);
     box->show();
+}
+
+void moveQuestions(QWidget *from, QWidget *to)
+{
+    const auto boxes = from->findChildren<QMessageBox *>(asideName, Qt::FindDirectChildrenOnly);
+    for (QMessageBox *box : boxes) {
+        const bool stands = box->isVisible();
+        const QPoint place = box->pos();
+        box->setParent(to, box->windowFlags()); // which hides it
+        box->move(place);
+        box->setVisible(stands);
+    }
 }
 
 } // namespace mevo

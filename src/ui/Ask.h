@@ -40,6 +40,9 @@ void closeQuestions();
 /// Asks without holding anything up, in a box that comes without the focus; `answered` is told what ask()
 /// would answer. Nothing is told when `parent` goes first.
 void askAside(QWidget *parent, const Question &question, std::function<void(int)> answered);
+/// Questions of askAside() that stand over `from` go on over `to`: `from` is about to go, and they have not
+/// been answered.
+void moveQuestions(QWidget *from, QWidget *to);
 extern std::function<int(const Question &)> askHook;
 
 /// Tells which window has the focus and gives it back; null while there is nobody to ask.

@@ -14,6 +14,8 @@
 
 #include <utility>
 
+#include <unistd.h>
+
 const QString MyUpdateChecker::partFile = QStringLiteral(".update-part");
 
 namespace {
@@ -24,6 +26,11 @@ constexpr int statusNotFound = 404;
 int statusOf(const QNetworkReply *reply)
 {
     return reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
+QString folderAboveOf(const QString &programFile)
+{
+    return QDir::cleanPath(QFileInfo(programFile).path() + QStringLiteral("/.."));
 }
 
 } // namespace
@@ -56,6 +63,15 @@ MyUpdateChecker::~MyUpdateChecker()
     }
     if (m_fetched) {
         removeFetched();
+    }
+}
+
+void MyUpdateChecker::removeRest(const QString &programFile)
+{
+    const QFileInfo part(folderAboveOf(programFile) + QLatin1Char('/') + partFile);
+    // That of another user may be a download that runs.
+    if (part.isFile() && part.ownerId() == geteuid() && QFile::remove(part.filePath())) {
+        qInfo("Update: the rest of a download is removed");
     }
 }
 
@@ -157,7 +173,7 @@ void MyUpdateChecker::decide()
 
 QString MyUpdateChecker::folderAbove() const
 {
-    return QDir::cleanPath(QFileInfo(m_host.programFile()).path() + QStringLiteral("/.."));
+    return folderAboveOf(m_host.programFile());
 }
 
 QString MyUpdateChecker::archivePath() const

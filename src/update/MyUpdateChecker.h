@@ -40,6 +40,8 @@ public:
     /// The archive on its way, in the folder above the program's: a name of the program's own, so that what
     /// stands under it is a rest of an earlier download.
     static const QString partFile;
+    /// Removes what a program that ended in the middle of a download has left; to be called before any check.
+    static void removeRest(const QString &programFile);
 
 public Q_SLOTS:
     /// A version file has come, or not.

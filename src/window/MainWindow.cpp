@@ -287,6 +287,9 @@ void MainWindow::finishStart()
     InitDone = true;
     m_startClock.mark("windows and menus");
     mevo::reportStart(QCoreApplication::applicationDirPath());
+    if (!m_updateChecker) {
+        MyUpdateChecker::removeRest(QCoreApplication::applicationFilePath());
+    }
     qInfo().noquote() << "Start: the bar comes;" << m_startClock.summary();
     if (m_lateSteps.empty()) {
         startIsOver();

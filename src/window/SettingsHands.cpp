@@ -5,6 +5,7 @@
 #include "base/SettingsFile.h"
 #include "device/DeviceCommands.h"
 #include "engines/EngineSelection.h"
+#include "ui/Ask.h"
 #include "ui/settings/CSettingDialog.h"
 #include "window/AccountHands.h"
 #include "window/FirstStartHands.h"
@@ -82,6 +83,9 @@ void SettingsHands::close()
 {
     if (!m_dialog.isNull()) {
         m_window.disconnect(m_dialog.data());
+        if (!m_window.isLeaving()) {
+            moveQuestions(m_dialog, &m_window); // one on an update waits for its answer
+        }
         m_dialog->retire();
         m_dialog.clear();
     }

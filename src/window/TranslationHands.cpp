@@ -6,6 +6,7 @@
 #include "ui/Ask.h"
 #include "ui/CompanionWindow.h"
 #include "ui/MicTipDialog.h"
+#include "ui/OwnWidget.h"
 #include "ui/translation/CTransTipDialog.h"
 #include "window/MainWindow.h"
 #include "window/SelectionCopy.h"
@@ -137,14 +138,16 @@ void TranslationHands::typeText(const QString &text, WindowId front)
         if (m_onTheWay.erase(number) == 0) {
             return; // an exit has taken it back
         }
-        if (there) {
+        // No other program's window has ever been in front, or a box of ours has come there meanwhile.
+        const bool ours = isOwnWindow(m_window.m_platform.windowSystem->foregroundWindow());
+        if (there && !ours) {
             SessionContext context = m_window.contextNow();
             if (!exists()) { // it has closed meanwhile; the window that is in front now is meant
                 context.window = m_window.m_platform.windowSystem->focusedWindow();
             }
             m_window.sendToScreen(text, context);
         } else {
-            m_window.keepUndelivered(text, PostStop::FocusRefused);
+            m_window.keepUndelivered(text, there ? PostStop::Gone : PostStop::FocusRefused);
         }
     });
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/DesktopNotifications.h"
 #include "platform/linux/LinuxProcesses.h"
+#include "platform/linux/StandingMessages.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -119,6 +120,51 @@ private slots:
                          QStringLiteral("dialog-error|灵犀听写|from a thread|1")}));
         bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
         bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
+    }
+
+    /// What is told again while it stands is shown once; another one comes all the same.
+    void aFloodOfMessages()
+    {
+        FakeNotificationService service;
+        QDBusConnection bus = serviceBus();
+        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
+                                   QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+        mevo::DesktopNotifications notifications;
+        const auto say = [&notifications](const char *text, mevo::MessageIcon icon) {
+            notifications.message(QString(), QString::fromLatin1(text), icon, 60000);
+        };
+        for (int i = 0; i < 70; ++i) {
+            say("again", mevo::MessageIcon::Warning);
+        }
+        say("another", mevo::MessageIcon::Warning);
+        say("again", mevo::MessageIcon::Warning);
+        say("again", mevo::MessageIcon::Critical);
+        QTRY_COMPARE(service.shown, QStringList({QStringLiteral("dialog-warning|灵犀听写|again|60000"),
+                                                 QStringLiteral("dialog-warning|灵犀听写|another|60000"),
+                                                 QStringLiteral("dialog-error|灵犀听写|again|60000")}));
+        bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
+        bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
+    }
+
+    /// How long a message stands: its time, or until it makes room; not when nobody could show it.
+    void standingMessages()
+    {
+        mevo::StandingMessages standing;
+        qint64 now = 5000;
+        const auto take = [&](const char *text, bool alone, int length = 3000) {
+            return standing.take(QString(), QString::fromLatin1(text), mevo::MessageIcon::None, length, now,
+                                 alone);
+        };
+        QVERIFY(take("a", false) && !take("a", false) && take("b", false) && !take("a", false));
+        now += 2999;
+        QVERIFY(!take("a", false));
+        now += 1;
+        QVERIFY(take("a", false) && take("b", true)); // of which only the last one stands
+        QVERIFY(!take("b", true) && take("a", true));
+        standing.forget(QString(), QStringLiteral("a"), mevo::MessageIcon::None);
+        QVERIFY(take("a", true));
+        QVERIFY(take("short", false, 0) && take("short", false, 0));
     }
 
     void waitingMessageDoesNotOutliveItsNotifications()

@@ -4,12 +4,16 @@
 #include "settings/List.h"
 #include "ui/settings/CSettingDialog.h"
 #include "window/Program.h"
+#include "window/UpdateHands.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QScopedValueRollback>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -279,6 +283,25 @@ private Q_SLOTS:
         program.settle();
         QTRY_VERIFY(
             dialogOf(*program.window)->findChild<QGroupBox *>(QStringLiteral("groupBox_Mouse"))->isEnabled());
+    }
+
+    /// A question on an update that stands over the settings has not been answered when they go.
+    void theUpdateQuestionOutlivesTheSettings()
+    {
+        WithSettings program;
+        const QScopedValueRollback<decltype(mevo::askHook)> askForReal(mevo::askHook, nullptr);
+        mevo::UpdateHands hands(*program.window);
+        QList<bool> answers;
+        hands.askForUpdate(QStringLiteral("text"), true, [&answers](bool now) { answers.append(now); });
+        const QPointer<CSettingDialog> dialog(dialogOf(*program.window));
+        const QPointer<QMessageBox> box(dialog->findChild<QMessageBox *>());
+        QVERIFY(!box.isNull());
+        program.change(mevo::DeviceNotifier::Change::Removal);
+        program.settle();
+        QTRY_VERIFY(dialog.isNull());
+        QVERIFY(!box.isNull() && box->isVisible() && answers.isEmpty());
+        box->buttons().first()->click();
+        QCOMPARE(answers, QList<bool>{true});
     }
 
     void anExitStoresWhatIsBeingEdited()

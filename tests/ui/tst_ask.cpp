@@ -3,8 +3,11 @@
 #include "ui/Ask.h"
 #include "ui/PickFile.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QMessageBox>
+#include <QPointer>
 #include <QtTest>
 
 using namespace mevo;
@@ -58,6 +61,31 @@ private Q_SLOTS:
         }
         QVERIFY(stood && parent == nullptr);
         closeQuestions(); // nothing that has gone is among them
+    }
+
+    /// A question asked aside that has been moved to another window stands where it stood, and is answered.
+    void aQuestionMovesToAnotherWindow()
+    {
+        QWidget to;
+        to.show();
+        auto from = std::make_unique<QWidget>();
+        from->show();
+        const QString text = QStringLiteral("text");
+        QList<int> answers;
+        askAside(from.get(), {text, text, {text}, false, {Answer::Accept}},
+                 [&answers](int answer) { answers.append(answer); });
+        const QPointer<QMessageBox> box = from->findChild<QMessageBox *>();
+        QVERIFY(box != nullptr && box->isVisible());
+        const QPoint place = box->pos();
+        moveQuestions(from.get(), &to);
+        from.reset();
+        QVERIFY(!box.isNull() && box->isVisible() && !box->isModal());
+        QCOMPARE(box->pos(), place);
+        QCOMPARE(box->parentWidget(), &to);
+        QCOMPARE(answers, QList<int>());
+        box->buttons().first()->click();
+        QCOMPARE(answers, QList<int>{0});
+        QTRY_VERIFY(box.isNull());
     }
 
     void howAQuestionIsClosed_data()

@@ -575,7 +575,7 @@ private Q_SLOTS:
         for (const char *view : {"radioButton_OnlyShowPhraseType", "radioButton_ShowAll"}) {
             editor.click(view);
             const int shadowed = editor.rows() - 2;
-            QCOMPARE(editor.cell(shadowed, 4), "不起作用"_s);
+            QTRY_COMPARE_WITH_TIMEOUT(editor.cell(shadowed, 4), "不起作用"_s, 20000);
             QCOMPARE(editor.table()->model()->index(shadowed, 4).data(Qt::ToolTipRole).toString(), tip);
             QCOMPARE(editor.cell(shadowed + 1, 4), QString());
             QCOMPARE(editor.table()->model()->index(shadowed + 1, 4).data(Qt::ToolTipRole).toString(),

@@ -7,6 +7,10 @@
 #include <QTranslator>
 #include <QtTest>
 
+#include <csignal>
+
+#include <sys/resource.h>
+
 namespace {
 
 const QString path = QStringLiteral("/Update/Z19/107/PenPad/");
@@ -61,6 +65,29 @@ struct FakeHost : mevo::UpdateHost
     std::optional<bool> started = true; ///< the updater; nothing while the program waits for a quiet moment
     bool lastForced = false, cancel = false, foreign = false;
     qint64 lastReceived = 0;
+};
+
+/// While one lives no file of this program grows beyond `bytes`, as on a full disk.
+class SmallFiles
+{
+public:
+    explicit SmallFiles(rlim_t bytes)
+        : m_handler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SmallFiles()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    Q_DISABLE_COPY(SmallFiles)
+
+private:
+    void (*m_handler)(int);
+    rlimit m_before{};
 };
 
 struct Update
@@ -477,6 +504,62 @@ private Q_SLOTS:
         QTRY_VERIFY(!update.checker->isBusy());
         QTEST(update.host.events, "events");
         QCOMPARE(update.files().isEmpty(), yes);
+    }
+
+    /// A disk that fills up under the archive, or behind it, says so and leaves nothing; the next check goes
+    /// on as if nothing had been.
+    void fullDisk_data()
+    {
+        QTest::addColumn<int>("archive"); ///< bytes
+        QTest::newRow("the archive finds no room") << 300000;
+        QTest::newRow("its setting finds none") << 10;
+    }
+    void fullDisk()
+    {
+        QFETCH(int, archive);
+        Update update;
+        const QByteArray version = "108;;All;;a.tar.xz", content(archive, 'a');
+        for (int i = 0; i < 2; ++i) {
+            update.http.enqueue(ScriptedAnswer::body(version));
+            update.http.enqueue(ScriptedAnswer::body(content));
+        }
+        {
+            const SmallFiles small(20);
+            update.run();
+        }
+        QVERIFY2(update.host.events.last().startsWith("tell 不能保存文件 "),
+                 qPrintable(update.host.events.join('\n')));
+        QCOMPARE(update.files(), QStringList());
+        update.run();
+        QCOMPARE(update.host.events.last(), QString("hand over"));
+        QCOMPARE(update.content("a.tar.xz"), content);
+    }
+
+    /// What a killed program has left of a download goes at the next start, and nothing else does.
+    void restOfAKilledDownload_data()
+    {
+        QTest::addColumn<QString>("there");
+        QTest::addColumn<bool>("goes");
+        QTest::newRow("half a download") << "file" << true;
+        QTest::newRow("a folder of the user's") << "folder" << false;
+        QTest::newRow("nothing") << "nothing" << true;
+    }
+    void restOfAKilledDownload()
+    {
+        QFETCH(QString, there);
+        const QTemporaryDir folder;
+        const QString part = folder.filePath(".update-part");
+        QFile archive(folder.filePath("a.tar.xz"));
+        QVERIFY(archive.open(QIODevice::WriteOnly));
+        if (there == "file") {
+            QFile file(part);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("half") == 4);
+        } else if (there == "folder") {
+            QVERIFY(QDir().mkdir(part));
+        }
+        MyUpdateChecker::removeRest(folder.filePath("App/mevoinput"));
+        QTEST(!QFileInfo::exists(part), "goes");
+        QVERIFY(archive.exists());
     }
 
     void endsInTheMiddle()

@@ -62,6 +62,7 @@ struct Desk
         }
         settings.close();
         QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        program.fake.windowSystem->foreground = 0x4000010; // our own have small numbers here
         program.start();
         program.fake.log.clear();
     }
@@ -89,6 +90,37 @@ class TestTranslationHands : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// Where no other program's window has ever been in front, a translation goes into none of ours. First of
+    /// all: which window was in front last is remembered for the whole run.
+    void nothingGoesIntoAWindowOfOurs_data()
+    {
+        QTest::addColumn<bool>("closes");
+        QTest::newRow("by the button") << false;
+        QTest::newRow("at the window's closing") << true;
+    }
+    void nothingGoesIntoAWindowOfOurs()
+    {
+        QFETCH(bool, closes);
+        Desk desk(closes ? 5 : 10000);
+        QDialog other; // such as the settings
+        other.show();
+        desk.program.fake.windowSystem->foreground = desk.program.fake.windowSystem->focused = other.winId();
+        desk.window().pushBuutton_Translate_clicked();
+        desk.dialog()->showRecText(QStringLiteral("你好"));
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[你好]"));
+        if (closes) {
+            desk.dialog()->on_pushButton_TransClose_clicked();
+        } else {
+            desk.dialog()->on_pushButton_TransSend_clicked();
+        }
+        desk.program.settle();
+        QCOMPARE(desk.calls("clipboard set"), QStringList());
+        QCOMPARE(desk.calls("post"), QStringList());
+        QCOMPARE(desk.calls("message 有文字未能输入").size(), 1);
+        QFile kept(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        QVERIFY(kept.open(QIODevice::ReadOnly) && kept.readAll().contains("[你好]"));
+    }
+
     void theButtonOpensAndCloses()
     {
         Desk desk;
@@ -143,7 +175,7 @@ private Q_SLOTS:
             ->setPlainText(QStringLiteral("text"));
         desk.dialog()->on_pushButton_TransSend_clicked();
         desk.program.settle();
-        QCOMPARE(desk.calls("activate"), QStringList{QStringLiteral("activate 10")});
+        QCOMPARE(desk.calls("activate"), QStringList{QStringLiteral("activate 4000010")});
         QCOMPARE(desk.program.fake.log.has(QStringLiteral("clipboard set text")), obeys);
         QCOMPARE(desk.calls("message 有文字未能输入").size(), obeys ? 0 : 1);
     }
@@ -335,7 +367,7 @@ private Q_SLOTS:
         desk.dialog()->on_pushButton_TransClose_clicked();
         desk.program.settle();
         QTRY_VERIFY(desk.dialog() == nullptr);
-        QCOMPARE(desk.calls("activate"), QStringList{QStringLiteral("activate 10")});
+        QCOMPARE(desk.calls("activate"), QStringList{QStringLiteral("activate 4000010")});
         QCOMPARE(desk.calls("message 有文字未能输入").size(), obeys ? 0 : 1);
         QCOMPARE(desk.program.fake.log.calls().filter(QStringLiteral("[你好]")).size(), obeys ? 1 : 0);
     }

@@ -90,6 +90,15 @@ private Q_SLOTS:
         QCOMPARE(program.questions[1].buttons, QStringList(QStringLiteral("立即更新")));
     }
 
+    /// A start removes what an earlier run, killed in the middle of a download, has left.
+    void theStartRemovesARest()
+    {
+        QFile rest(QCoreApplication::applicationDirPath() + QStringLiteral("/../.update-part"));
+        QVERIFY(rest.open(QIODevice::WriteOnly));
+        const Program program;
+        QVERIFY(!rest.exists());
+    }
+
     void fromTheSettings()
     {
         Program program;

@@ -48,6 +48,7 @@ void writeToLog(const QString &text, const QString &reason)
 DesktopNotifications::DesktopNotifications(const QDBusConnection &sessionBus)
     : m_sessionBus(sessionBus)
 {
+    m_clock.start();
 }
 
 bool DesktopNotifications::isGuiThread() const
@@ -89,7 +90,11 @@ void DesktopNotifications::message(const QString &title, const QString &text, Me
 void DesktopNotifications::show(const QString &title, const QString &text, MessageIcon icon, int milliseconds)
 {
     // An icon that is hidden for the moment shows nothing either.
-    if (trayAvailable() && m_icon->isVisible() && QSystemTrayIcon::supportsMessages()) {
+    const bool tray = trayAvailable() && m_icon->isVisible() && QSystemTrayIcon::supportsMessages();
+    if (!m_standing.take(title, text, icon, milliseconds, m_clock.elapsed(), tray)) {
+        return;
+    }
+    if (tray) {
         m_icon->showMessage(title, text, row(icon).tray, milliseconds);
     } else {
         notify(title, text, icon, milliseconds);
@@ -100,6 +105,7 @@ void DesktopNotifications::notify(const QString &title, const QString &text, Mes
                                   int milliseconds)
 {
     if (!m_sessionBus.isConnected()) {
+        m_standing.forget(title, text, icon);
         writeToLog(text, QStringLiteral("no session bus"));
         return;
     }
@@ -112,8 +118,9 @@ void DesktopNotifications::notify(const QString &title, const QString &text, Mes
          << text.toHtmlEscaped() << QStringList() << QVariantMap() << milliseconds;
     auto *watcher = new QDBusPendingCallWatcher(m_sessionBus.asyncCall(call, NotifyTimeout), &m_context);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_context,
-                     [text](QDBusPendingCallWatcher *done) {
+                     [this, title, text, icon](QDBusPendingCallWatcher *done) {
                          if (done->isError()) {
+                             m_standing.forget(title, text, icon);
                              writeToLog(text, done->error().message());
                          }
                          done->deleteLater();

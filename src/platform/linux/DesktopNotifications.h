@@ -1,8 +1,10 @@
 #pragma once
 
 #include "platform/Notifications.h"
+#include "platform/linux/StandingMessages.h"
 
 #include <QDBusConnection>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QSystemTrayIcon>
@@ -12,8 +14,8 @@
 namespace mevo {
 
 /// Messages from the tray icon where it is shown in a tray; else as desktop notifications; where those
-/// fail too, as lines of the log. Nothing of it waits. To be made on the GUI thread; calls from other
-/// threads are carried out there.
+/// fail too, as lines of the log. One that still stands is not shown once more. Nothing of it waits. To be
+/// made on the GUI thread; calls from other threads are carried out there.
 class DesktopNotifications : public Notifications
 {
 public:
@@ -33,6 +35,8 @@ private:
     QDBusConnection m_sessionBus;
     QPointer<QSystemTrayIcon> m_icon;
     mutable std::atomic<bool> m_trayAvailable{false};
+    StandingMessages m_standing;
+    QElapsedTimer m_clock;
 };
 
 } // namespace mevo

@@ -92,6 +92,7 @@ void CommandRowsModel::setRows(CommandRows rows)
     beginResetModel();
     m_rows = std::move(rows);
     m_diagnoses.clear();
+    ++m_revision;
     endResetModel();
 }
 
@@ -101,6 +102,7 @@ int CommandRowsModel::append(CommandRow row)
     beginInsertRows({}, number, number);
     m_rows.push_back(std::move(row));
     m_diagnoses.clear();
+    ++m_revision;
     endInsertRows();
     return number;
 }
@@ -110,6 +112,7 @@ void CommandRowsModel::remove(int row)
     beginRemoveRows({}, row, row);
     m_rows.erase(m_rows.begin() + row);
     m_diagnoses.clear();
+    ++m_revision;
     endRemoveRows();
 }
 
@@ -127,6 +130,7 @@ void CommandRowsModel::setText(int row, Column column, const QString &text)
         return;
     }
     m_rows[std::size_t(row)].*member = text;
+    ++m_revision;
     Q_EMIT dataChanged(index(row, column), index(row, column));
 }
 
@@ -142,6 +146,7 @@ void CommandRowsModel::sort(int column, Qt::SortOrder order)
             return order == Qt::AscendingOrder ? left.*member < right.*member : right.*member < left.*member;
         });
     m_diagnoses.clear();
+    ++m_revision;
     endResetModel();
 }
 

@@ -18,6 +18,8 @@ public:
     explicit CommandRowsModel(QObject *parent = nullptr);
 
     const CommandRows &rows() const { return m_rows; }
+    /// Another one with each change of a row or of their order.
+    int revision() const { return m_revision; }
     void setRows(CommandRows rows);
     /// Adds a row at the end; gives its number.
     int append(CommandRow row);
@@ -42,6 +44,7 @@ private:
 
     CommandRows m_rows;
     std::vector<CommandDiagnosis> m_diagnoses;
+    int m_revision = 0;
 };
 
 } // namespace mevo

@@ -120,7 +120,10 @@ private:
     void writeShortcut();
     void setContent(const QString &content);
     void goToHit(int position);
+    /// Looks beside the window for rows that cannot act, and marks them unless they have changed meanwhile.
     void diagnose();
+    struct Diagnosis;
+    void takeDiagnosis(const Diagnosis &diagnosis);
 
     enum class Reply { Yes, No, None }; ///< None: closed, by Escape too
     Reply askYesNo(const QString &title, const QString &text);
@@ -145,6 +148,7 @@ private:
     bool m_sortedDown = false;
     QTimer m_draftTimer;
     QTimer m_diagnosisTimer;
+    int m_diagnosis = 0; ///< number of the latest search for faults
 
     mevo::DraftWriter *m_drafts;
     mevo::PathLooker *m_paths;

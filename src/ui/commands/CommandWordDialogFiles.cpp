@@ -1,5 +1,6 @@
 // Views and files of the editor of the command words.
 
+#include "base/RunAside.h"
 #include "base/WholeFile.h"
 #include "commands/CommandBundle.h"
 #include "commands/CommandForm.h"
@@ -16,6 +17,7 @@
 #include <QTableView>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -157,23 +159,67 @@ void CommandWordDialog::loadView()
     diagnose();
 }
 
+/// One search for faults: what it looks at, and what it finds.
+struct CommandWordDialog::Diagnosis
+{
+    mevo::CommandTables tables;
+    View view;
+    bool rewritten = false;
+    mevo::CommandFaultSettings settings;
+    QHash<mevo::PathLooker::Question, bool> paths;
+    int number = 0;
+    int revision = 0; ///< of the rows shown
+    mevo::CommandDiagnoses found;
+    std::vector<mevo::PathLooker::Question> asked; ///< whether they are there; in between they count as there
+
+    void run()
+    {
+        found = mevo::diagnoseCommands(tables, view, rewritten, settings,
+                                       [this](const QString &path, bool folder) {
+                                           asked.emplace_back(path, folder);
+                                           return paths.value(asked.back(), true);
+                                       });
+    }
+};
+
 void CommandWordDialog::diagnose()
 {
+    m_diagnosisTimer.stop();
     if (m_view) {
         m_all[std::size_t(*m_view)] = m_model->rows();
     }
-    mevo::CommandDiagnoses found = mevo::diagnoseCommands(
-        m_all, m_view, m_rewritten, m_settings,
-        [this](const QString &path, bool folder) { return m_paths->isThere(path, folder); });
+    const auto diagnosis = std::make_shared<Diagnosis>();
+    diagnosis->tables = m_all;
+    diagnosis->view = m_view;
+    diagnosis->rewritten = m_rewritten;
+    diagnosis->settings = m_settings;
+    diagnosis->paths = m_paths->known();
+    diagnosis->number = ++m_diagnosis;
+    diagnosis->revision = m_model->revision();
+    mevo::runAside(
+        this, [diagnosis] { diagnosis->run(); }, [this, diagnosis] { takeDiagnosis(*diagnosis); });
+}
+
+void CommandWordDialog::takeDiagnosis(const Diagnosis &diagnosis)
+{
+    if (diagnosis.number != m_diagnosis) {
+        return; // a later search is under way
+    }
+    if (diagnosis.revision != m_model->revision() || diagnosis.view != m_view) {
+        m_diagnosisTimer.start();
+        return;
+    }
+    for (const mevo::PathLooker::Question &path : diagnosis.asked) {
+        m_paths->isThere(path.first, path.second); // looked at beside; an answer brings another search
+    }
     if (m_view) {
-        m_model->setDiagnoses(std::move(found[std::size_t(*m_view)]));
+        m_model->setDiagnoses(diagnosis.found[std::size_t(*m_view)]);
         return;
     }
     std::vector<mevo::CommandDiagnosis> all;
     for (const CommandType type : viewOfAll) {
-        for (mevo::CommandDiagnosis &diagnosis : found[std::size_t(type)]) {
-            all.push_back(std::move(diagnosis));
-        }
+        const auto &found = diagnosis.found[std::size_t(type)];
+        all.insert(all.end(), found.begin(), found.end());
     }
     m_model->setDiagnoses(std::move(all));
 }

@@ -25,7 +25,12 @@ public:
     ~PathLooker() override;
     Q_DISABLE_COPY(PathLooker)
 
+    /// A path, and whether a folder is meant.
+    using Question = QPair<QString, bool>;
+
     bool isThere(const QString &path, bool folder);
+    /// What isThere() would answer to the questions it has been asked.
+    QHash<Question, bool> known() const { return m_known; }
     /// Every path is looked at anew when it is asked for again.
     void forget();
 
@@ -34,7 +39,6 @@ Q_SIGNALS:
     void looked();
 
 private:
-    using Question = QPair<QString, bool>;
     struct Work;
 
     static void answer(const std::shared_ptr<Work> &work);

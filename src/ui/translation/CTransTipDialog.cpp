@@ -1,6 +1,7 @@
 #include "ui/translation/CTransTipDialog.h"
 
 #include "translation/TranslationLanguages.h"
+#include "ui/OwnWidget.h"
 #include "ui/Picture.h"
 #include "ui/translation/SendChoices.h"
 #include "ui/translation/TransFace.h"
@@ -39,12 +40,6 @@ std::vector<QRect> workAreas()
         screens.push_back(screen->availableGeometry());
     }
     return screens;
-}
-
-/// One of this program's own windows, message boxes among them.
-bool isOurs(mevo::WindowId window)
-{
-    return window != 0 && QWidget::find(static_cast<WId>(window)) != nullptr;
 }
 
 } // namespace
@@ -282,7 +277,7 @@ QStringList CTransTipDialog::takeUnsent()
 void CTransTipDialog::HandleGetForeWin()
 {
     LastForeground = m_host.foregroundWindow();
-    if (LastForeground != 0 && !isOurs(LastForeground)) {
+    if (LastForeground != 0 && !mevo::isOwnWindow(LastForeground)) {
         LastOtherForeground = LastForeground;
     }
 }
@@ -290,7 +285,7 @@ void CTransTipDialog::HandleGetForeWin()
 mevo::WindowId CTransTipDialog::windowToReturnTo()
 {
     HandleGetForeWin();
-    return isOurs(LastForeground) ? LastOtherForeground : 0;
+    return mevo::isOwnWindow(LastForeground) ? LastOtherForeground : 0;
 }
 
 // Selections in other windows.
