@@ -6,7 +6,7 @@ namespace mevo {
 
 WindowStart startOfXunFeiWindow(const WindowStartFacts &facts)
 {
-    if (facts.windowFound || (facts.thirdGeneration && facts.windowThere)) {
+    if (facts.windowFound) {
         return WindowStart::Nothing;
     }
     if (facts.xpClass) {

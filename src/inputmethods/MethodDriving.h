@@ -11,8 +11,7 @@ enum class WindowStart {
 
 struct WindowStartFacts
 {
-    bool windowFound = false;     ///< when last asked: Asr3WindowFound
-    bool windowThere = false;     ///< now
+    bool windowFound = false;
     bool thirdGeneration = false; ///< XFVM3
     bool xpClass = false;
 };

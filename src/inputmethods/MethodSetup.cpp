@@ -6,12 +6,16 @@ namespace mevo {
 
 namespace {
 
+void nameWindow(MainState &state, const Asr3Row &row)
+{
+    state.ASR3WindowName = row.ASR3WindowName;
+    state.ASR3WinClassName = row.ASR3WinClassName;
+}
+
 /// Without a network the third generation shows another window.
 void nameOfflineWindow(MainState &state)
 {
-    const Asr3Row row = builtInAsr3Row(thirdPartyXunFei, true);
-    state.ASR3WindowName = row.ASR3WindowName;
-    state.ASR3WinClassName = row.ASR3WinClassName;
+    nameWindow(state, builtInAsr3Row(thirdPartyXunFei, true));
 }
 
 } // namespace
@@ -40,8 +44,7 @@ bool wantsThirdGeneration(const MainState &state)
 
 void applyAsr3Row(MainState &state, int index, const Asr3Row &row)
 {
-    state.ASR3WindowName = row.ASR3WindowName;
-    state.ASR3WinClassName = row.ASR3WinClassName;
+    nameWindow(state, row);
     state.ASR3ShortCutKey = row.ASR3ShortCutKey;
     state.ASR3Name = row.ASR3Name;
     state.ASR3HoldToTalk = index == thirdPartyXunFei;
@@ -51,18 +54,20 @@ void applyAsr3Row(MainState &state, int index, const Asr3Row &row)
 }
 
 void applyXunFeiInstallation(MainState &state, const XunFeiInstallation &installation, const QString &program,
-                             bool online)
+                             bool online, const Asr3Row *row)
 {
-    if (!installation.folder.isEmpty() && program.isEmpty()) {
-        state.XFVM3 = false;
-        return;
-    }
+    const bool gone = !installation.folder.isEmpty() && program.isEmpty();
+    state.XFVM3 = !gone && installation.generation > 2;
     if (!program.isEmpty()) {
         state.LocalASR3XunFeiInstallPath = program;
     }
-    state.XFVM3 = installation.generation > 2;
-    if (state.XFVM3 && !online && state.LocalUseASR3Index == thirdPartyXunFei) {
+    if (state.LocalUseASR3Index != thirdPartyXunFei) {
+        return;
+    }
+    if (state.XFVM3 && !online) {
         nameOfflineWindow(state);
+    } else if (row != nullptr) {
+        nameWindow(state, *row);
     }
 }
 

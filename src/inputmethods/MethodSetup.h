@@ -42,9 +42,10 @@ bool wantsThirdGeneration(const MainState &state);
 void applyAsr3Row(MainState &state, int index, const Asr3Row &row);
 
 /// What the installed XunFei tells of itself. `program` is its file, empty when it is not where it should be,
-/// which leaves the path of the settings alone.
+/// which leaves the path of the settings alone. While XunFei is in force its window becomes that of `row`,
+/// where the service's is known, or the one that it shows without a network.
 void applyXunFeiInstallation(MainState &state, const XunFeiInstallation &installation, const QString &program,
-                             bool online);
+                             bool online, const Asr3Row *row);
 
 /// The keys of a custom method, and those to be stored.
 std::vector<SettingWrite> applyCustomMethod(MainState &state, const CustomMethod &method);

@@ -147,11 +147,11 @@ XunFeiConfiguration configureXunFeiFile(const QString &path, bool mayChange)
     if (mayChange && readOnly) {
         file.setPermissions(before | QFile::ReadOwner | QFile::WriteOwner);
     }
-    const auto leaveAlone = [&] {
+    const auto leaveAlone = [&](const XunFeiConfiguration &found = {}) {
         if (mayChange && readOnly) {
             file.setPermissions(before);
         }
-        return XunFeiConfiguration{};
+        return found;
     };
     const auto content = readWholeFile(path);
     const auto hotKey = content ? xunFeiHotKey(*content) : std::nullopt;
@@ -160,7 +160,7 @@ XunFeiConfiguration configureXunFeiFile(const QString &path, bool mayChange)
         return leaveAlone();
     }
     if (hotKey->rewritten.isEmpty()) {
-        return {XunFeiConfigured::AsItStands, hotKey->usage};
+        return leaveAlone({XunFeiConfigured::AsItStands, hotKey->usage});
     }
     if (!mayChange) {
         return {XunFeiConfigured::AsItStands, 0};

@@ -51,7 +51,8 @@ struct XunFeiConfiguration
 
 /// Sees to the hot key in the "config.xml" at `path`. Where it has to be set the file is made read-only
 /// afterwards, so that the input method does not take the key away again; a file that is read-only is made
-/// writable before. Without `mayChange` the file is only read.
+/// writable before, and read-only again when nothing had to be set. Without `mayChange` the file is only
+/// read.
 XunFeiConfiguration configureXunFeiFile(const QString &path, bool mayChange);
 
 /// Exchanges the "config.xml" at `path` for the prepared one at `source`. Gives what went wrong, and the file

@@ -38,9 +38,11 @@ void SessionMachine::process(const char *report)
         if (const auto key = parseKeyReport(report); key && key->pressed) {
             qInfo("Session: key %d is not taken, the day's allowance is used up", key->key);
         }
+        refuse(report);
         return;
     }
     if (m_state.ASRFuncClosed && !m_state.ThirdPartyActive) {
+        refuse(report);
         m_port.trayMessage(tr("已关闭语音识别功能！"), MessageIcon::Information, 100);
         return;
     }
@@ -53,7 +55,23 @@ void SessionMachine::process(const char *report)
     }
 }
 
+void SessionMachine::refuse(const char *report)
+{
+    const auto key = parseKeyReport(report);
+    if (key && !key->pressed && m_methodKey != 0 && keyOf(*key) == m_methodKey) {
+        endInputMethodPress();
+    }
+}
+
 void SessionMachine::reset()
+{
+    resetSession();
+    if (m_methodKey != 0) {
+        endInputMethodPress();
+    }
+}
+
+void SessionMachine::resetSession()
 {
     m_state.ResultIdle = true;
     m_state.QuickReleaseCount = 0;
@@ -74,13 +92,16 @@ void SessionMachine::endWithoutRelease()
     m_state.PressPending = false;
     m_state.KeyDownBusy = false;
     m_state.KeyUpBusy = false;
-    reset();
+    resetSession();
 }
 
 void SessionMachine::endInputMethodPress()
 {
-    const bool pressed = std::exchange(m_methodKey, 0) != 0;
-    if (!pressed || !m_state.ThirdPartyActive || !releaseThirdParty()) {
+    const int key = std::exchange(m_methodKey, 0);
+    if (key != 0) {
+        m_overtaken.insert(key); // should its release come all the same
+    }
+    if (key == 0 || !m_state.ThirdPartyActive || !releaseThirdParty()) {
         letHotKeyGo();
     }
 }
@@ -93,8 +114,7 @@ void SessionMachine::press(const KeyReport &report)
     m_port.clearClipboard();
 
     const int key = keyOf(report);
-    m_inputMethodPressed = pressInputMethod();
-    if (m_inputMethodPressed) {
+    if (pressInputMethod()) {
         if (m_methodKey != 0 && m_methodKey != key) {
             m_overtaken.insert(m_methodKey);
         }
@@ -139,6 +159,8 @@ bool SessionMachine::pressInputMethod()
         const WindowId window = m_port.findInputMethodWindow();
         if (window != 0) {
             m_port.closeWindow(window);
+            m_state.ThirdPartyWindowOpen = false;
+            m_state.Asr3WindowFound = false;
         }
     }
     return false;
@@ -204,8 +226,9 @@ void SessionMachine::release(const KeyReport &report)
     if (key != m_methodKey && m_methodKey != 0 && !m_state.Recording) {
         return; // of a key whose press was not taken; the input method's is still held
     }
-    // A session of our own ends with the release, whatever mode has come since its press.
-    if (m_state.ThirdPartyActive && (m_inputMethodPressed || !m_state.Recording) && releaseThirdParty()) {
+    // A session of our own ends with the release, whatever mode has come since its press; and an input method
+    // that has not heard of a press does not hear of its release, which would begin where nothing ends.
+    if (m_state.ThirdPartyActive && key == m_methodKey && releaseThirdParty()) {
         m_methodKey = 0;
         return;
     }
@@ -229,15 +252,14 @@ bool SessionMachine::closeSession(const KeyReport &report)
 {
     const QMutexLocker lock(&SessionMutex);
     m_state.KeyUpBusy = true;
-    bool stop = false;
-    if (m_state.Recording) {
+    const bool recording = m_state.Recording;
+    if (recording) {
         if (!m_state.PressPending) {
             return false; // kept: KeyUpBusy stays, and only the next full session clears it
         }
         // Also one that has begun while the source pane of the translation window had the keyboard, and ends
         // without it: keys that belong to that window have opened no microphone, and this one did.
         m_state.KeyUpHeld = true;
-        stop = true;
         m_port.updateMicWin(QLatin1String(pictures::micIdle));
         if (m_state.DeviceConnected && !report.fromTipWindow) {
             m_port.hideTipWindow();
@@ -248,7 +270,7 @@ bool SessionMachine::closeSession(const KeyReport &report)
         m_state.PressPending = false;
     }
     m_state.KeyUpBusy = false;
-    return stop;
+    return recording;
 }
 
 void SessionMachine::countQuickRelease()

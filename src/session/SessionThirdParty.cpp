@@ -15,6 +15,8 @@ namespace {
 
 constexpr int keyPauseMs = 100;
 constexpr int freshProgramMs = 500; ///< until a program that was started looks at its key
+/// How long a window that a click has brought up counts as listening by itself: no utterance is longer.
+constexpr int listensByItselfMs = 60000;
 
 int hotKeyModifiers(const SettingsState &settings)
 {
@@ -41,6 +43,7 @@ void SessionMachine::pressThirdParty()
     };
 
     bool started = false;
+    const bool listens = listensSinceClick();
     const bool found = m_port.findInputMethodWindow() != 0;
     if (!found) {
         placeBar();
@@ -76,6 +79,9 @@ void SessionMachine::pressThirdParty()
         m_port.sendDeviceKey(modifiers, m_state.ASR3ShortCutKey);
         return;
     }
+    if (found && listens) {
+        return; // its key would end what the user has just begun
+    }
     if (!found) {
         hideBarIfWanted();
     }
@@ -93,6 +99,8 @@ void SessionMachine::pressCustomMethod()
     // Known programs are known without the suffix, too, where programs have none.
     const bool suffixed = name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
     const QString image = suffixed ? name : name + QLatin1String(".exe");
+    const bool byItself = image.contains(QLatin1String("VoiceInput.exe"));
+    const bool listens = listensSinceClick() && byItself;
     if (!name.isEmpty() && !m_state.LocalMustClickRunASR3 && !m_port.isProgramRunning(name)) {
         m_port.startProgram(path);
         if (!m_state.ASR3CustomWinClassName.isEmpty()) {
@@ -104,11 +112,25 @@ void SessionMachine::pressCustomMethod()
         if (image.contains(QLatin1String("SpeechInput.exe")) || m_state.ASR3CustomHoldToTalk) {
             m_port.sleepMs(freshProgramMs);
         }
-        if (image.contains(QLatin1String("VoiceInput.exe"))) {
+        if (byItself) {
             return;
         }
+    } else if (listens) {
+        return; // its key would end what the user has just begun
     }
     typeCustomKey();
+}
+
+void SessionMachine::inputMethodStartedByClick()
+{
+    m_clicked = m_port.monotonicMs();
+}
+
+/// Only the first press after the click finds it so.
+bool SessionMachine::listensSinceClick()
+{
+    const auto clicked = std::exchange(m_clicked, std::nullopt);
+    return clicked && m_port.monotonicMs() - *clicked < listensByItselfMs;
 }
 
 void SessionMachine::inputMethodCame()

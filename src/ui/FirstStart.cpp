@@ -32,9 +32,7 @@ FirstStartLine receiver(const FirstStartFacts &facts)
         return {true, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：已连接")), {}};
     }
     if (facts.receiverRefused) {
-        return {false,
-                say(QT_TRANSLATE_NOOP("FirstStart", "接收器：已插入，但没有使用权限")),
-                {FirstStartHelp::UdevRule}};
+        return {false, receiverRefusedText(), {FirstStartHelp::UdevRule}};
     }
     if (!facts.receiverNeeded) {
         return {true, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有插入，可以用屏幕上的话筒")), {}};
@@ -76,6 +74,11 @@ QString firstStartHelpText(FirstStartHelp help)
         break;
     }
     return say(QT_TRANSLATE_NOOP("FirstStart", "取得权限"));
+}
+
+QString receiverRefusedText()
+{
+    return say(QT_TRANSLATE_NOOP("FirstStart", "接收器：已插入，但没有使用权限"));
 }
 
 QString udevRuleCommand()

@@ -36,6 +36,9 @@ bool isFirstStartHelpNeeded(const FirstStartFacts &facts);
 /// Text of a button, translated.
 QString firstStartHelpText(FirstStartHelp help);
 
+/// That the receiver is there and may not be opened, translated.
+QString receiverRefusedText();
+
 /// The command that lets whoever sits at the computer use the receiver, to be given in a terminal.
 QString udevRuleCommand();
 

@@ -8,6 +8,7 @@
 #include "window/MainWindow.h"
 #include "window/SettingsHands.h"
 
+#include <QDebug>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -18,6 +19,7 @@ namespace mevo {
 namespace {
 
 constexpr int lookMs = 2000;
+constexpr int messageMs = 3000;
 const QString shownKey = QStringLiteral("FirstStartShown");
 
 /// A receiver is there, and its device file is not for this user.
@@ -67,6 +69,19 @@ void FirstStartHands::consider()
     SettingsFile().setValue(shownKey, true); // also where nothing is missing: a later start is no first one
     if (isFirstStartHelpNeeded(facts())) {
         m_window.whenQuiet("First start", [this] { show(false); });
+    }
+}
+
+void FirstStartHands::receiverNotOpened()
+{
+    if (!isReceiverRefused(*m_window.m_platform.hid)) {
+        return;
+    }
+    qWarning(
+        "Receiver: it is there, and this user may not open it; is 70-mevoinput.rules in place, and was the "
+        "receiver plugged in after that?");
+    if (m_considered || SettingsFile().value(shownKey).toBool()) {
+        m_window.message(receiverRefusedText(), MessageIcon::Warning, messageMs);
     }
 }
 

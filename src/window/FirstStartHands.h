@@ -20,6 +20,9 @@ public:
 
     /// All has been read that there is to read: a first start is looked at, a moment later.
     void startIsOver();
+    /// The receiver has not been opened: a user who has no right to it is told, unless the window of the
+    /// first start is about to say so.
+    void receiverNotOpened();
     /// Shows it and gives it the keyboard.
     void open();
 

@@ -15,6 +15,7 @@
 #include "window/MainWindow.h"
 
 #include <QDebug>
+#include <QTimer>
 #include <QUrl>
 
 namespace mevo {
@@ -38,7 +39,7 @@ void InputMethods::askConsent()
             m_boxOpen = false;
             return;
         }
-        enum Button { Agree, Refuse };
+        enum Button { Agree };
         askAside(
             &m_window,
             {MainWindow::tr("启动第三方语音输入"),
@@ -49,10 +50,11 @@ void InputMethods::askConsent()
              {Answer::Accept, Answer::No}},
             [this](int answer) {
                 m_boxOpen = false;
-                if (m_window.isLeaving() || (answer != Agree && answer != Refuse)) {
+                if (m_window.isLeaving()) {
                     return;
                 }
-                m_state.LocalMustClickRunASR3 = m_state.MustClickRunASR3 = answer == Refuse;
+                // A box that is closed has not been agreed to.
+                m_state.LocalMustClickRunASR3 = m_state.MustClickRunASR3 = answer != Agree;
                 m_window.writeSettings(
                     {{consentKey, 1}, {"LocalMustClickRunASR3", int(m_state.LocalMustClickRunASR3)}});
                 const int setup = m_setup;
@@ -79,7 +81,7 @@ void InputMethods::offer()
             m_boxOpen = false;
             return;
         }
-        enum Button { Fetch, NotNow };
+        enum Button { Fetch };
         const bool offline = index == thirdPartyXunFei && m_state.ForceUseXFMore3V;
         const QString text = MainWindow::tr("点击'下载'按钮将安装") + m_state.ASR3Name +
                              (offline ? MainWindow::tr("(支持离线语音识别),安装时请按提示操作！")
@@ -92,14 +94,16 @@ void InputMethods::offer()
                   {Answer::Accept, Answer::No}},
                  [this, index](int answer) {
                      m_boxOpen = false;
-                     if (m_window.isLeaving() || !m_state.LocalEnableASR3 ||
-                         m_state.LocalUseASR3Index != index) {
+                     if (m_window.isLeaving() || !m_state.LocalEnableASR3) {
                          return;
                      }
-                     if (answer == Fetch) {
+                     if (m_state.LocalUseASR3Index != index) {
+                         continueSetUp(); // another one has been chosen while the box stood
+                     } else if (answer == Fetch) {
+                         settleChoice();
                          download(index);
-                     } else if (answer == NotNow) {
-                         refuse();
+                     } else {
+                         refuse(); // also by closing the box: it would be asked at each set-up
                      }
                  });
     });
@@ -140,7 +144,11 @@ void InputMethods::download(int index)
             return;
         }
     }
+    if (m_installer && m_installer->isBusy()) {
+        return; // the wait has let another one through, whose name is being shown
+    }
     m_downloadName = nameToRead(row);
+    m_downloadIndex = index;
     if (!m_installer) {
         m_hands = std::make_unique<InputMethodHands>(m_window, *this);
         m_installer = std::make_unique<ThirdPartyVoiceInput>(m_window, *m_hands, appFolder(),
@@ -154,6 +162,16 @@ void InputMethods::cancelDownload()
     if (m_installer) {
         m_installer->on_CancelDownload();
     }
+}
+
+void InputMethods::downloadOver()
+{
+    QTimer::singleShot(0, &m_window, [this] {
+        if (!m_window.isLeaving() && !m_state.ThirdPartyActive &&
+            m_state.LocalUseASR3Index != m_downloadIndex) {
+            continueSetUp(); // chosen meanwhile, and not offered beside the download
+        }
+    });
 }
 
 void InputMethods::watchForInstallation()

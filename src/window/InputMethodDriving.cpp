@@ -22,8 +22,7 @@ void InputMethods::startXunFeiWindow()
         return;
     }
     WindowStartFacts facts;
-    facts.windowFound = m_state.Asr3WindowFound;
-    facts.windowThere = m_window.m_sessionHands.findInputMethodWindow() != 0;
+    facts.windowFound = m_window.m_sessionHands.findInputMethodWindow() != 0;
     facts.thirdGeneration = m_state.XFVM3;
     facts.xpClass = m_window.isXpClass();
     bool started = false;
@@ -115,10 +114,12 @@ void InputMethods::clickOnMicrophone()
                                         "检测过程中可忽略提示信息或窗口！"),
                          MessageIcon::Information, startingMs);
         m_state.ThirdPartyWindowOpen = true;
+        m_window.m_session.inputMethodStartedByClick();
         return;
     case MicClick::StartOther:
         m_window.m_sessionHands.startProgram(program);
         m_state.ThirdPartyWindowOpen = true;
+        m_window.m_session.inputMethodStartedByClick();
         return;
     case MicClick::Close:
         leaveWindow(WindowLeave::Close, window);

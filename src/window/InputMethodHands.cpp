@@ -44,6 +44,7 @@ void InputMethodHands::hideDownload()
         m_progress->hide();
         m_progress = nullptr;
     }
+    m_methods.downloadOver();
 }
 
 void InputMethodHands::tellAboutDownload(const QString &text)

@@ -73,7 +73,8 @@ void InputMethods::readXunFei()
     const bool online = m_window.m_online != nullptr ? m_state.IsOnline.load()
                                                      : m_window.m_platform.networkState->connection() !=
                                                            NetworkState::Connection::None;
-    applyXunFeiInstallation(m_state, *installation, program, online);
+    applyXunFeiInstallation(m_state, *installation, program, online,
+                            m_rowIndex == thirdPartyXunFei ? &m_row : nullptr);
     SettingsFile().setValue(QStringLiteral("XFVM3"), int(m_state.XFVM3));
 }
 
@@ -162,6 +163,8 @@ void InputMethods::continueSetUp()
     const int index = m_state.LocalUseASR3Index;
     if (index == thirdPartyCustom) {
         setUpCustom();
+    } else if (index != m_rowIndex) {
+        return; // its row is being asked for, and its own set-up comes here
     }
     const QString program = findProgram(index);
     SetupFacts facts;
@@ -171,7 +174,7 @@ void InputMethods::continueSetUp()
     facts.found = !program.isEmpty();
     facts.forced = m_state.ForceUseASR3;
     facts.offlineWanted = m_state.OnlyUseXunFeiOfflineASR || m_state.PureXunFeiOfflineVersion;
-    facts.installerHere = !m_installerStarted && !bundledInstaller().isEmpty();
+    facts.installerHere = !m_installerTried && !bundledInstaller().isEmpty();
     facts.hasAddress = index == m_rowIndex && !installerUrl(installerAddress(m_row)).isEmpty();
     const SetupStep step = nextSetupStep(facts);
     if (step != SetupStep::Ready) {
@@ -186,12 +189,15 @@ void InputMethods::continueSetUp()
         use(program);
         return;
     case SetupStep::RunInstaller:
-        m_window.message(MainWindow::tr("将安装讯飞输入法，需手动点击，安装完可能会提示需要重启电脑！"),
-                         MessageIcon::Information, messageMs);
-        m_installerStarted = true;
+        m_installerTried = true;
         if (!m_window.m_platform.processes->startDetached(bundledInstaller(), {})) {
             qWarning("Input method: the installer beside the program cannot be started");
+            continueSetUp(); // as without it
+            return;
         }
+        m_window.message(MainWindow::tr("将安装讯飞输入法，需手动点击，安装完可能会提示需要重启电脑！"),
+                         MessageIcon::Information, messageMs);
+        settleChoice();
         watchForInstallation();
         return;
     case SetupStep::FallBack:
@@ -295,6 +301,9 @@ bool InputMethods::beginChoice(int index)
     }
     saveLastModes(m_state);
     leaveAtChoice();
+    if (m_window.RunAsAdmin) {
+        m_window.clearRunAsAdministrator();
+    }
     rememberEngine();
     ++m_window.m_languageChoice;
     m_state.ThirdPartyActive = false;

@@ -59,6 +59,8 @@ public:
     void cancelDownload();
     /// What the user reads of the method that is fetched.
     QString downloadName() const { return m_downloadName; }
+    /// A download has come to its end, whichever.
+    void downloadOver();
     void endDownload();
     /// After an installer has been opened: the set-up goes on when the program is there.
     void watchForInstallation();
@@ -117,13 +119,14 @@ private:
     Asr3Row m_row;                   ///< of the method that was set up last
     int m_rowIndex = thirdPartyNone; ///< whose row that is
     QString m_downloadName;
+    int m_downloadIndex = thirdPartyNone;    ///< the method that is fetched, or was last
     Engine m_engineBefore = Engine::Tencent; ///< in force before a method took its place
     int m_setup = 0;                         ///< counts the set-ups; the last one holds
     int m_setUpIndex = thirdPartyNone;       ///< the method that is set up
     bool m_choicePending = false;
     bool m_boxOpen = false;             ///< the user is being asked about a method
     bool m_startAtSetUp = false;        ///< the user has chosen a method: its window comes with the set-up
-    bool m_installerStarted = false;    ///< the one beside the program, in this run
+    bool m_installerTried = false;      ///< the one beside the program, in this run
     bool m_watchesInstallation = false; ///< looks whether the method has been installed
     bool m_elevationWanted = false;
 };

@@ -12,6 +12,7 @@
 #include "session/KeyReport.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
+#include "window/FirstStartHands.h"
 #include "window/InputMethods.h"
 #include "window/SettingsHands.h"
 
@@ -51,6 +52,7 @@ void MainWindow::openDeviceAtStart()
     const int result = m_device->OpenHidDevice();
     if (result != 0) {
         qInfo() << "Receiver: not opened at start, result" << result;
+        m_firstStart->receiverNotOpened();
     }
     DeviceConnected = true; // until a removal says otherwise
     createReader();
@@ -214,6 +216,8 @@ void MainWindow::deviceArrived()
             createReader();
         }
         m_reader->InputHandle = HidInputHandle.load();
+    } else {
+        m_firstStart->receiverNotOpened();
     }
     if (arrivalGoesOn()) {
         m_online->GetInternetConnectState();

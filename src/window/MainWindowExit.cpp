@@ -81,6 +81,8 @@ void MainWindow::walkExit(ExitKind kind)
         m_settingsHands->storeEdits();
     }
     m_inputMethods->endDownload();
+    m_session.endInputMethodPress(); // its key would stay down at the receiver
+    m_sessionHands.finishTaps();
     finishSessions();
     finishCommandWords();
     m_platform.processes->startSibling(keypadSibling, {QStringLiteral("ORVKBAppExit")}, false);

@@ -17,6 +17,7 @@ namespace mevo {
 namespace {
 constexpr int windowLookMs = 100;
 constexpr int windowComesMs = 10000;
+constexpr int tapDelayMs = 200;
 } // namespace
 
 qint64 SessionHands::monotonicMs() const
@@ -185,6 +186,7 @@ void SessionHands::lookForInputMethod(const QString &windowClass, int number, qi
 
 void SessionHands::markInputMethodStarted()
 {
+    m_window.RunThirdpartVoiceInputByORV = 1;
     SettingsFile().setValue(QStringLiteral("RunThirdpartVoiceInputByORV"), 1);
 }
 
@@ -202,7 +204,24 @@ void SessionHands::startPasteContentTimer()
 
 void SessionHands::startTapTimer()
 {
-    QTimer::singleShot(200, &m_window, &MainWindow::TimeOutDelaySendF2);
+    ++m_taps;
+    QTimer::singleShot(tapDelayMs, &m_window, [this] { tapNow(1); });
+}
+
+void SessionHands::tapNow(int taps)
+{
+    for (; taps > 0 && m_taps > 0; --taps) {
+        --m_taps;
+        m_window.TimeOutDelaySendF2();
+    }
+}
+
+void SessionHands::finishTaps()
+{
+    if (m_taps > 0) {
+        sleepMs(tapDelayMs);
+        tapNow(m_taps);
+    }
 }
 
 void PipelineHands::sendToScreen(const QString &text, const SessionContext &session)

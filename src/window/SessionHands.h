@@ -42,12 +42,16 @@ public:
     void sendDeviceKey(int modifiers, int usage) override;
     void startPasteContentTimer() override;
     void startTapTimer() override;
+    /// Types the taps whose timers have not run out, each after its time.
+    void finishTaps();
 
 private:
+    void tapNow(int taps);
     void lookForInputMethod(const QString &windowClass, int number, qint64 until);
 
     MainWindow &m_window;
     int m_awaited = 0; ///< counts the windows that have been waited for
+    int m_taps = 0;    ///< of the input method's key that are still to come
 };
 
 /// Carries out what becomes of a recognised text.

@@ -271,14 +271,14 @@ private Q_SLOTS:
         QTest::addColumn<bool>("third");
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("window");
-        const QString old = "讯飞语音悬浮窗";
-        QTest::newRow("second") << "/x" << 2 << true << true << false << "/x/iFlyVoice" << old;
-        QTest::newRow("third") << "/x" << 3 << true << true << true << "/x/iFlyVoice" << old;
-        QTest::newRow("third, offline") << "/x" << 3 << true << false << true << "/x/iFlyVoice"
-                                        << "语音悬浮窗";
-        QTest::newRow("second, offline") << "/x" << 2 << true << false << false << "/x/iFlyVoice" << old;
-        QTest::newRow("gone") << "/x" << 3 << false << true << false << "own" << old;
-        QTest::newRow("no folder told") << "" << 3 << false << true << true << "own" << old;
+        const QString row = "行的窗口"; // the service's
+        const QString offline = "语音悬浮窗";
+        QTest::newRow("second") << "/x" << 2 << true << true << false << "/x/iFlyVoice" << row;
+        QTest::newRow("third") << "/x" << 3 << true << true << true << "/x/iFlyVoice" << row;
+        QTest::newRow("third, offline") << "/x" << 3 << true << false << true << "/x/iFlyVoice" << offline;
+        QTest::newRow("second, offline") << "/x" << 2 << true << false << false << "/x/iFlyVoice" << row;
+        QTest::newRow("gone") << "/x" << 3 << false << true << false << "own" << row;
+        QTest::newRow("no folder told") << "" << 3 << false << true << true << "own" << row;
     }
     void xunFeiInstalled()
     {
@@ -289,11 +289,20 @@ private Q_SLOTS:
         MainState state;
         state.XFVM3 = !there;
         state.LocalASR3XunFeiInstallPath = "own";
-        mevo::applyXunFeiInstallation(state, {folder, generation}, there ? folder + "/iFlyVoice" : QString(),
-                                      online);
+        mevo::Asr3Row row;
+        row.ASR3WindowName = "行的窗口";
+        const QString program = there ? folder + "/iFlyVoice" : QString();
+        mevo::applyXunFeiInstallation(state, {folder, generation}, program, online, &row);
         QTEST(state.XFVM3, "third");
         QTEST(state.LocalASR3XunFeiInstallPath, "path");
         QTEST(state.ASR3WindowName, "window");
+        state.ASR3WindowName = "另一个窗口"; // of another method, or nobody knows a row
+        state.LocalUseASR3Index = 2;
+        mevo::applyXunFeiInstallation(state, {folder, generation}, program, online, &row);
+        QCOMPARE(state.ASR3WindowName, QString("另一个窗口"));
+        state.LocalUseASR3Index = 1;
+        mevo::applyXunFeiInstallation(state, {folder, generation}, program, true, nullptr);
+        QCOMPARE(state.ASR3WindowName, QString("另一个窗口"));
     }
 
     void addresses_data()

@@ -169,7 +169,7 @@ private Q_SLOTS:
         QTest::newRow("a key of its own")
             << f10 << rw << true << XunFeiConfigured::AsItStands << 0x43 << QByteArray() << true;
         QTest::newRow("a key of its own, read-only")
-            << f10 << ro << true << XunFeiConfigured::AsItStands << 0x43 << QByteArray() << true;
+            << f10 << ro << true << XunFeiConfigured::AsItStands << 0x43 << QByteArray() << false;
         QTest::newRow("not permitted")
             << off << rw << false << XunFeiConfigured::AsItStands << 0 << QByteArray() << true;
         QTest::newRow("not permitted, read-only")

@@ -190,8 +190,12 @@ private Q_SLOTS:
         QCOMPARE(desk.port.lookUps, 0);
         QVERIFY(desk.state.Recording);
         desk.key(8, 0);
-        desk.state.ThirdPartyWindowOpen = true;
+        desk.state.ThirdPartyWindowOpen = desk.state.Asr3WindowFound = true;
         desk.key(8, 1);
+        QCOMPARE(desk.port.lookUps, 1);
+        QVERIFY(!desk.state.ThirdPartyWindowOpen && !desk.state.Asr3WindowFound);
+        desk.key(8, 0);
+        desk.key(8, 1); // it has been closed, and is none of our opening any more
         QCOMPARE(desk.port.lookUps, 1);
     }
 
@@ -541,6 +545,122 @@ private Q_SLOTS:
         QTEST(QStringList(desk.calls().mid(0, 2)), "first");
         desk.session.endInputMethodPress();
         QVERIFY(desk.calls().isEmpty());
+    }
+
+    void aPressEndsWithoutItsRelease_data()
+    {
+        QTest::addColumn<Set>("instead");
+        QTest::addColumn<bool>("hold");
+        QTest::addColumn<QStringList>("calls");
+        const Set reset = [](Desk &d) { d.session.reset(); };
+        const Set allowance = [](Desk &d) {
+            d.state.TencentQuotaHit = true;
+            d.key(1, 0);
+            d.state.TencentQuotaHit = false;
+        };
+        const Set closed = [](Desk &d) {
+            d.state.ThirdPartyActive = false;
+            d.state.ASRFuncClosed = true;
+            d.key(1, 0);
+        };
+        const QString letGo = QStringLiteral("key 0 0");
+        const QStringList held{QStringLiteral("paste timer"), letGo};
+        const QStringList tapped{QStringLiteral("paste timer"), QStringLiteral("tap timer")};
+        QTest::newRow("reset, held") << reset << true << (QStringList{QStringLiteral("record stop")} + held);
+        QTest::newRow("reset, tapped")
+            << reset << false << (QStringList{QStringLiteral("record stop")} + tapped);
+        QTest::newRow("allowance used up, held") << allowance << true << held;
+        QTest::newRow("allowance used up, tapped") << allowance << false << tapped;
+        QTest::newRow("left, and recognition closed")
+            << closed << true << QStringList{letGo, QStringLiteral("message 已关闭语音识别功能！ 100")};
+    }
+    /// Something else comes, or the release is not taken: the input method hears of it all the same, once.
+    void aPressEndsWithoutItsRelease()
+    {
+        QFETCH(Set, instead);
+        QFETCH(bool, hold);
+        QFETCH(QStringList, calls);
+        Desk desk;
+        desk.state.ThirdPartyActive = true;
+        desk.state.ASR3HoldToTalk = hold;
+        desk.port.inputMethodWindow = 7;
+        desk.key(1, 1);
+        desk.calls();
+        instead(desk);
+        QCOMPARE(QStringList(desk.calls().mid(0, calls.size())), calls);
+        desk.state.ASRFuncClosed = false;
+        desk.state.ThirdPartyActive = true;
+        desk.key(1, 0); // it comes after all
+        QVERIFY(desk.calls().isEmpty());
+        desk.key(1, 1);
+        desk.calls();
+        desk.key(1, 0);
+        QCOMPARE(desk.calls().mid(0, 1), QStringList{QStringLiteral("paste timer")});
+    }
+
+    void aReleaseWithoutItsPressIsNoInputMethods_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::newRow("Sogou") << int(mevo::thirdPartySogou);
+        QTest::newRow("custom") << int(mevo::thirdPartyCustom);
+    }
+    /// A press that came while a result was being handled has begun nothing that a tap could end.
+    void aReleaseWithoutItsPressIsNoInputMethods()
+    {
+        QFETCH(int, index);
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
+        desk.state.LocalUseASR3Index = index;
+        desk.port.inputMethodWindow = 7;
+        desk.port.clock = 5000;
+        desk.state.ResultIdle = false;
+        desk.key(1, 1);
+        desk.state.ResultIdle = true;
+        desk.key(1, 0);
+        QVERIFY(desk.calls().isEmpty());
+    }
+
+    void aClickHasStartedIt_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("program"); ///< of the custom method
+        QTest::addColumn<bool>("hold");
+        QTest::addColumn<int>("passed"); ///< since the click, ms
+        QTest::addColumn<bool>("typed"); ///< by the first press
+        QTest::newRow("Sogou") << 2 << "" << false << 59999 << false;
+        QTest::newRow("long ago") << 2 << "" << false << 60000 << true;
+        QTest::newRow("XunFei, which is held") << 1 << "" << true << 1000 << true;
+        QTest::newRow("custom") << 3 << "/opt/VoiceInput" << false << 1000 << false;
+        QTest::newRow("custom, which does not listen by itself")
+            << 3 << "/opt/SpeechInput" << false << 1000 << true;
+    }
+    /// A fresh window of a tapped method listens: the first press goes on with that, as it does with a window
+    /// that it starts itself.
+    void aClickHasStartedIt()
+    {
+        QFETCH(int, index);
+        QFETCH(QString, program);
+        QFETCH(bool, hold);
+        QFETCH(int, passed);
+        QFETCH(bool, typed);
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
+        desk.state.LocalUseASR3Index = index;
+        desk.state.ASR3HoldToTalk = hold;
+        desk.state.LocalASR3CustomInstallPath = program;
+        desk.state.ASR3CustomShortCutKey = 0x3b;
+        desk.port.running = QStringList{QStringLiteral("VoiceInput"), QStringLiteral("SpeechInput")};
+        desk.port.inputMethodWindow = 7;
+        desk.session.inputMethodStartedByClick();
+        desk.port.clock += passed;
+        desk.key(1, 1);
+        QCOMPARE(!desk.calls().filter(QStringLiteral("key ")).isEmpty(), typed);
+        desk.key(1, 0);
+        const QStringList release = desk.calls();
+        QVERIFY(release.contains(QStringLiteral("tap timer")) ||
+                !release.filter(QStringLiteral("key ")).isEmpty());
+        desk.key(1, 1); // from now on as ever
+        QVERIFY(!desk.calls().filter(QStringLiteral("key ")).isEmpty());
     }
 
     /// While the input method's key is held no other key's release lets it go: neither of one whose press was

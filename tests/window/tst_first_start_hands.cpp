@@ -116,6 +116,20 @@ private Q_SLOTS:
         start.start();
         QTRY_VERIFY(start.shown() != nullptr);
         QVERIFY(says(*start.shown(), "接收器：已插入，但没有使用权限"));
+        const QString told = QStringLiteral("message 接收器：已插入，但没有使用权限");
+        QVERIFY(start.fake.log.calls(told).isEmpty()); // the window has said so
+        start.change(mevo::DeviceNotifier::Change::Arrival);
+        start.settle();
+        QCOMPARE(start.fake.log.calls(told).size(), 1);
+    }
+
+    void receiverWithoutRightsAtALaterStart()
+    {
+        Start start(true);
+        mevo::SettingsFile().setValue(QStringLiteral("FirstStartShown"), true);
+        start.fake.hid->unopenable = {"/dev/hidraw3"};
+        start.start();
+        QCOMPARE(start.fake.log.calls(QStringLiteral("message 接收器：已插入，但没有使用权限")).size(), 1);
     }
 };
 

@@ -231,8 +231,10 @@ private Q_SLOTS:
         MainWindow &window = p.start();
         p.settle();
         QVERIFY(!window.ThirdPartyActive && p.questions.isEmpty());
+        window.RunAsAdmin = p.fake.elevation->marked = true;
         p.choose(row);
         QVERIFY(window.ThirdPartyActive && window.LocalEnableASR3);
+        QVERIFY(!window.RunAsAdmin && !p.fake.elevation->marked);
         QCOMPARE(window.LocalUseASR3Index, index);
         QTEST(window.ASR3HoldToTalk, "hold");
         QTEST(window.ASR3ShortCutKey, "key");
@@ -339,6 +341,31 @@ private Q_SLOTS:
         QCOMPARE(p.fake.log.calls(QStringLiteral("open to type")).size(), 1);
     }
 
+    /// A window that was found as another method's says nothing about XunFei's; its name is the service's,
+    /// but for a time without a network.
+    void theWindowOfXunFei()
+    {
+        Program p("ThirdPartyConsentAsked=1\n");
+        p.file(QStringLiteral("bin/VoiceInput"));
+        p.file(QStringLiteral("prog/iFlyVoice.exe"));
+        p.file(xunFeiFolder + QStringLiteral("iflyImeCfg.xml"),
+               "<c><installPath_ver2>" + p.user.filePath(QStringLiteral("prog")).toUtf8() +
+                   "</installPath_ver2><ver>3.0.1727</ver></c>");
+        MainWindow &window = p.start();
+        p.choose(sogouRow);
+        p.fake.windowSystem->byTitle.insert(window.ASR3WindowName, 7); // the user's own
+        p.methodRow = {{QStringLiteral("ASR3WindowName"), QStringLiteral("某某窗")}};
+        p.choose(xunFeiRow);
+        QCOMPARE(p.fake.log.calls(QStringLiteral("open to type")).size(), 1);
+        QCOMPARE(window.ASR3WindowName, QStringLiteral("某某窗"));
+        window.IsOnline = false;
+        window.ReadXunFeiIme();
+        QCOMPARE(window.ASR3WindowName, QStringLiteral("语音悬浮窗"));
+        window.IsOnline = true;
+        window.ReadXunFeiIme();
+        QCOMPARE(window.ASR3WindowName, QStringLiteral("某某窗"));
+    }
+
     /// The latest choice of the user's is the one that the backend hears, however each was made.
     void theLatestChoiceIsTold()
     {
@@ -411,7 +438,7 @@ private Q_SLOTS:
 
     void consent_data()
     {
-        QTest::addColumn<int>("answer"); ///< 0 yes, 1 no, -1 the box was closed
+        QTest::addColumn<int>("answer"); ///< 0 yes, 1 no, -1 the box was closed, which is no yes
         QTest::newRow("agreed") << 0;
         QTest::newRow("refused") << 1;
         QTest::newRow("closed") << -1;
@@ -438,15 +465,15 @@ private Q_SLOTS:
         QVERIFY(question.text.startsWith(
             QStringLiteral("同意：允许自动调用第三方语音输入法，包括自动下载与安装")));
         QCOMPARE(question.buttons, (QStringList{QStringLiteral("同意"), QStringLiteral("不同意")}));
-        QCOMPARE(window.ThirdPartyActive, answer >= 0);
-        QCOMPARE(window.LocalMustClickRunASR3, answer == 1);
+        QVERIFY(window.ThirdPartyActive);
+        QCOMPARE(window.LocalMustClickRunASR3, answer != 0);
         QCOMPARE(p.contentOf(config).contains("keyStr=F6"), answer == 0);
-        QCOMPARE(Program::setting("LocalMustClickRunASR3"), answer < 0 ? QString() : QString::number(answer));
-        QCOMPARE(p.told(QStringLiteral("set MustClickRunASR3=")).size(), int(answer >= 0));
+        QCOMPARE(Program::setting("LocalMustClickRunASR3"), QString::number(int(answer != 0)));
+        QCOMPARE(p.told(QStringLiteral("set MustClickRunASR3=%1").arg(int(answer != 0))).size(), 1);
         p.questions.clear();
         window.SetupAsr3();
         p.settle();
-        QCOMPARE(p.asked(QStringLiteral("同意")), int(answer < 0));
+        QCOMPARE(p.asked(QStringLiteral("同意")), 0);
     }
 
     void aChangedHotKey_data()
@@ -540,16 +567,56 @@ private Q_SLOTS:
                      (QStringList{QStringLiteral("下载"), QStringLiteral("暂不下载")}));
         }
         QCOMPARE(p.fake.log.calls(message).size() > 0, true);
-        const bool stays = answer == -1;
-        QCOMPARE(window.LocalEnableASR3, stays);
-        QCOMPARE(window.LocalUseASR3Index, stays ? 2 : -1);
-        QCOMPARE(p.isChecked(sogouRow), stays);
+        QVERIFY(!window.LocalEnableASR3 && !p.isChecked(sogouRow));
+        QCOMPARE(window.LocalUseASR3Index, -1);
         // A refusal holds for the next start; otherwise the method may be there by then.
         QCOMPARE(Program::setting("LocalEnableASR3") + Program::setting("LocalUseASR3Index"),
-                 answer == 1 ? QStringLiteral("0-1") : QStringLiteral("12"));
+                 answer == -2 ? QStringLiteral("12") : QStringLiteral("0-1"));
         QCOMPARE(p.told(QStringLiteral("set EnableASR3=0,MustClickRunASR3=0,UseASR3Index=-1 where")).size(),
-                 int(answer == 1));
+                 int(answer != -2));
         QVERIFY(window.recorder()->UseTXASRApi);
+    }
+
+    void anotherMethodIsChosenMeanwhile_data()
+    {
+        QTest::addColumn<bool>("download"); ///< of the first one is under way, else it is offered
+        QTest::newRow("while the first one is offered") << false;
+        QTest::newRow("while the first one is fetched") << true;
+    }
+    /// It is offered when the first one is out of the way.
+    void anotherMethodIsChosenMeanwhile()
+    {
+        QFETCH(bool, download);
+        Program p("ThirdPartyConsentAsked=1\nForceUseASR3=1\nForceUseXFMore3V=1\n");
+        p.methodRow = {
+            {QStringLiteral("ASR3DownWeb"), p.server.url(QStringLiteral("/files/setup.run")).toString()}};
+        MainWindow &window = p.start();
+        mevo::askHook = nullptr; // the real boxes
+        const auto press = [&window](int button) {
+            QTRY_VERIFY(window.findChild<QMessageBox *>() != nullptr);
+            window.findChild<QMessageBox *>()->buttons().value(button)->click();
+            QTRY_VERIFY(window.findChild<QMessageBox *>() == nullptr ||
+                        window.findChild<QMessageBox *>()->isVisible());
+        };
+        p.choose(sogouRow);
+        if (download) {
+            press(0);
+            QTRY_VERIFY(window.findChild<QProgressDialog *>() != nullptr);
+        }
+        p.choose(xunFeiRow);
+        QCOMPARE(window.findChildren<QMessageBox *>().size(), int(!download));
+        if (download) {
+            Q_EMIT window.findChild<QProgressDialog *>()->canceled();
+            p.settle();
+        } else {
+            press(0); // of the first one's box: it is not fetched any more
+            p.settle();
+            QVERIFY(window.findChild<QProgressDialog *>() == nullptr);
+        }
+        QTRY_COMPARE(window.findChildren<QMessageBox *>().size(), 1);
+        QVERIFY(window.findChild<QMessageBox *>()->text().contains(QStringLiteral("支持离线语音识别")));
+        press(1);
+        QTRY_VERIFY(!window.LocalEnableASR3 && window.LocalUseASR3Index == -1);
     }
 
     void offlineText()
@@ -703,6 +770,20 @@ private Q_SLOTS:
         QCOMPARE(p.fake.log.calls(QStringLiteral("message 将安装讯飞输入法，需手动点击")).size(), 1);
         QTRY_VERIFY(window.ThirdPartyActive);
         QCOMPARE(p.fake.log.calls(start).size(), 1);
+    }
+
+    void theInstallerBesideTheProgramCannotBeStarted()
+    {
+        Program p("ThirdPartyConsentAsked=1\nOnlyUseXunFeiOfflineASR=1\n");
+        home.write(QStringLiteral("iFlyIME_Setup.exe"), "MZ");
+        const auto remove = qScopeGuard([] { home.remove(QStringLiteral("iFlyIME_Setup.exe")); });
+        MainWindow &window = p.start();
+        p.fake.processes->broken.append(home.path(QStringLiteral("iFlyIME_Setup.exe")));
+        p.choose(xunFeiRow);
+        QVERIFY(p.fake.log.calls(QStringLiteral("message 将安装讯飞输入法")).isEmpty());
+        QCOMPARE(p.fake.log.calls(QStringLiteral("message 讯飞输入法没有安装，因没有设置强制使用")).size(),
+                 1);
+        QVERIFY(!window.LocalEnableASR3);
     }
 
     void offlineAlways_data()

@@ -165,22 +165,79 @@ private slots:
         program.fake.processes->broken.clear();
         window.StartXunFeiWindow(); // the next one tries again
         QVERIFY(window.Asr3WindowFound && window.ThirdPartyWindowOpen);
+        window.RunThirdpartVoiceInputByORV = 0;
         QCOMPARE(program.fake.log.calls(QStringLiteral("message 正在启动讯飞麦克风窗口")).size(), 1);
         QCOMPARE(program.done(), QStringLiteral("open to type /opt/iFly/iFlyVoice"));
-        window.StartXunFeiWindow(); // it comes up
+        program.showWindow(true);
+        window.StartXunFeiWindow();
         QCOMPARE(program.done(), QString());
+        QVERIFY(window.Asr3WindowFound);
+        program.showWindow(false);
+        window.StartXunFeiWindow(); // what was found once may have gone
+        QCOMPARE(program.done(), QStringLiteral("open to type /opt/iFly/iFlyVoice"));
 
         // It has been killed: the press looks, and starts it.
         window.Asr3WindowFound = true;
         program.report(true);
         QCOMPARE(program.done(),
                  QStringLiteral("open to type /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00"));
+        QCOMPARE(window.RunThirdpartVoiceInputByORV, 1);
         program.report(false);
         window.XFOfflineMode = true;
         window.Asr3WindowFound = false;
         program.fake.log.clear();
         window.StartXunFeiWindow();
         QVERIFY(program.fake.log.calls(QStringLiteral("message")).isEmpty());
+    }
+
+    void anExitLetsTheKeyGo_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<bool>("released"); ///< its tap is still to come
+        QTest::addColumn<QString>("done");
+        QTest::newRow("held") << 1 << false
+                              << "close window 7 | 00 00 00 00 00 | sleep 100 | 00 3f 00 00 00 | sleep 200 | "
+                                 "00 00 00 00 00 | sleep 200 | 00 00 00 00 00";
+        QTest::newRow("tapped") << 2 << false
+                                << "close window 7 | sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00";
+        QTest::newRow("tapped, just released")
+            << 2 << true << "close window 7 | sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00";
+    }
+
+    /// The receiver outlives the program, and would go on holding the key.
+    void anExitLetsTheKeyGo()
+    {
+        QFETCH(int, index);
+        QFETCH(bool, released);
+        Driven program;
+        program.use(index);
+        program.showWindow(true);
+        program.window->ThirdPartyWindowOpen = true;
+        program.report(true);
+        if (released) {
+            program.report(false);
+        }
+        program.done();
+        program.window->exitByItself();
+        QString done = program.done();
+        done = done.mid(done.indexOf(QStringLiteral("close window")));
+        QTEST(done, "done");
+        program.settle();
+        QVERIFY(program.fake.log.calls(hotKey).isEmpty());
+    }
+
+    void aClickBeginsWhatThePressGoesOnWith()
+    {
+        Driven program;
+        program.use(2);
+        program.window->pushButton_Mic_clicked();
+        QCOMPARE(program.done(), QStringLiteral("start /opt/Sogou/VoiceInput"));
+        program.showWindow(true);
+        program.report(true);
+        QCOMPARE(program.done(), QString());
+        program.report(false);
+        QTRY_COMPARE(program.fake.log.calls(hotKey).size(), 2);
+        QCOMPARE(program.done(), QStringLiteral("00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"));
     }
 
     void aCloudEngineLeavesTheWindow_data()
