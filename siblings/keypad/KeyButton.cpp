@@ -75,6 +75,12 @@ QColor KeyButton::fill() const
     return Qt::transparent;
 }
 
+void KeyButton::hideEvent(QHideEvent *event)
+{
+    setDown(false); // which ends its repeating
+    QAbstractButton::hideEvent(event);
+}
+
 void KeyButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);

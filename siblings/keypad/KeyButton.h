@@ -30,6 +30,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    /// A key that is held down when it goes is let go: its release will not come.
+    void hideEvent(QHideEvent *event) override;
 
 private:
     QColor fill() const;

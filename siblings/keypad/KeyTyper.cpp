@@ -4,6 +4,8 @@
 
 #include <QDebug>
 
+#include <algorithm>
+
 namespace mevo::keypad {
 
 KeyTyper::KeyTyper(WindowSystem &windows, Keyboard &keyboard, Told told)
@@ -13,23 +15,21 @@ KeyTyper::KeyTyper(WindowSystem &windows, Keyboard &keyboard, Told told)
 {
 }
 
-void KeyTyper::type(const std::vector<Stroke> &strokes)
+bool KeyTyper::type(const std::vector<Stroke> &strokes)
 {
     if (strokes.empty()) {
-        return;
+        return true;
     }
     const WindowId window = m_windows.focusedWindow();
     if (window == 0) {
         qWarning("Keypad: no window has the focus, nothing is typed");
-        tell(false);
-        return;
+        return false;
+    }
+    if (int(m_waiting.size() + strokes.size()) > mostWaiting) {
+        qWarning("Keypad: too much waits to be typed, a key is not taken");
+        return false;
     }
     for (const Stroke &stroke : strokes) {
-        if (int(m_waiting.size()) >= mostWaiting) {
-            qWarning("Keypad: too much waits to be typed, a key is dropped");
-            tell(false);
-            break;
-        }
         // One text of what waits for the same window: it goes sooner.
         const bool joins = !m_waiting.empty() && !stroke.text.isEmpty() &&
                            !m_waiting.back().stroke.text.isEmpty() && m_waiting.back().window == window;
@@ -40,6 +40,7 @@ void KeyTyper::type(const std::vector<Stroke> &strokes)
         }
     }
     goOn();
+    return true;
 }
 
 void KeyTyper::goOn()
@@ -48,21 +49,33 @@ void KeyTyper::goOn()
         const Waiting next = std::move(m_waiting.front());
         m_waiting.pop_front();
         if (next.stroke.text.isEmpty()) {
-            strike(next.stroke);
-            tell(true);
-            continue;
+            tell(strike(next));
+        } else {
+            post(next);
         }
-        m_busy = true;
-        m_windows.postText(next.window, next.stroke.text, [this](const PostResult &result) {
-            m_busy = false;
-            tell(result.complete);
-            goOn();
-        });
     }
 }
 
-void KeyTyper::strike(const Stroke &stroke)
+void KeyTyper::post(const Waiting &next)
 {
+    m_busy = true;
+    m_windows.postText(next.window, next.stroke.text, [this, window = next.window](const PostResult &result) {
+        m_busy = false;
+        if (!result.complete) {
+            dropWaitingFor(window);
+        }
+        tell(result.complete);
+        goOn();
+    });
+}
+
+bool KeyTyper::strike(const Waiting &next)
+{
+    if (m_windows.focusedWindow() != next.window) {
+        qWarning("Keypad: the focus has gone to another window, a key is dropped");
+        return false;
+    }
+    const Stroke &stroke = next.stroke;
     if (stroke.shift) {
         m_keyboard.keyDown(VkShift);
     }
@@ -70,6 +83,18 @@ void KeyTyper::strike(const Stroke &stroke)
     m_keyboard.keyUp(stroke.virtualKey);
     if (stroke.shift) {
         m_keyboard.keyUp(VkShift);
+    }
+    return true;
+}
+
+void KeyTyper::dropWaitingFor(WindowId window)
+{
+    const auto first = std::remove_if(m_waiting.begin(), m_waiting.end(),
+                                      [window](const Waiting &one) { return one.window == window; });
+    const auto count = int(m_waiting.end() - first);
+    m_waiting.erase(first, m_waiting.end());
+    if (count > 0) {
+        qWarning("Keypad: a text did not go whole; dropped behind it: %d", count);
     }
 }
 

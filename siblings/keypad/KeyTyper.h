@@ -23,10 +23,20 @@ public:
     /// Both outlive this. `told` may be null.
     KeyTyper(WindowSystem &windows, Keyboard &keyboard, Told told);
 
-    /// Texts go to the window that has the focus now. Where none has, and when more than `mostWaiting` wait
-    /// for a program that does not take them, they are dropped.
-    void type(const std::vector<Stroke> &strokes);
+    /// Takes what is to go to the window that has the focus now. All of it or, with a log line, nothing:
+    /// where no window has the focus, and where `mostWaiting` wait for a program that does not take them.
+    ///
+    /// A text goes to its window wherever the focus is by then. A key goes wherever the focus is, and is
+    /// dropped when that is another window. What stands behind a text that did not go whole, for the same
+    /// window, is dropped too: it was meant to follow that text. The text's rest is not tried again, as a
+    /// program that hangs may still take it when it wakes.
+    bool type(const std::vector<Stroke> &strokes);
     static constexpr int mostWaiting = 200;
+
+    /// Nothing waits, and nothing is on its way.
+    bool isIdle() const { return !m_busy && m_waiting.empty(); }
+    /// Texts and keys that wait behind the one on its way.
+    int waiting() const { return int(m_waiting.size()); }
 
 private:
     struct Waiting
@@ -36,7 +46,9 @@ private:
     };
 
     void goOn();
-    void strike(const Stroke &stroke);
+    void post(const Waiting &next);
+    bool strike(const Waiting &next);
+    void dropWaitingFor(WindowId window);
     void tell(bool gone) const;
 
     WindowSystem &m_windows;

@@ -29,14 +29,17 @@ std::vector<QRect> freeAreas()
 
 } // namespace
 
-KeypadHost::KeypadHost(WindowSystem &windows, Keyboard &keyboard, OwnWindows &desktop)
+KeypadHost::KeypadHost(WindowSystem &windows, Keyboard &keyboard, OwnWindows &desktop,
+                       KeypadExit::Limits limits)
     : m_desktop(desktop)
     , m_typer(windows, keyboard,
               [this](bool gone) {
                   if (!gone && m_window) {
                       m_window->tellFailure();
                   }
+                  m_exit.look();
               })
+    , m_exit(exitHooks(), limits)
     , m_memory(appFile(QStringLiteral("MEVKeypad.ini")))
     , m_theme([this] {
         if (m_window) {
@@ -61,8 +64,31 @@ bool KeypadHost::isShown() const
     return m_window && m_window->isVisible();
 }
 
+bool KeypadHost::isComposing() const
+{
+    return isShown() && m_state.pinyin().isActive();
+}
+
+KeypadExit::Hooks KeypadHost::exitHooks()
+{
+    KeypadExit::Hooks hooks;
+    hooks.isComposing = [this] { return isComposing(); };
+    hooks.isTyping = [this] { return !m_typer.isIdle(); };
+    hooks.endComposition = [this] { typeSyllable(); };
+    hooks.close = [this] { takeDown(); };
+    hooks.end = [this] { end(); };
+    return hooks;
+}
+
 void KeypadHost::carryOut(Wish wish)
 {
+    if (m_exit.hasBegun()) {
+        // Whoever replaces a keyboard wishes the new one hidden soon after: that is none of the user's doing.
+        if (wish == Wish::ShowOrHide) {
+            hide();
+        }
+        return;
+    }
     switch (effectOf(wish, isShown())) {
     case Effect::Nothing:
         break;
@@ -73,7 +99,7 @@ void KeypadHost::carryOut(Wish wish)
         hide();
         break;
     case Effect::End:
-        QCoreApplication::quit();
+        m_exit.ask();
         break;
     }
 }
@@ -82,9 +108,10 @@ void KeypadHost::show()
 {
     if (!m_window) {
         KeypadWindow::Hands hands;
-        hands.type = [this](const std::vector<Stroke> &strokes) { m_typer.type(strokes); };
+        hands.type = [this](const std::vector<Stroke> &strokes) { return m_typer.type(strokes); };
         hands.hide = [this] { hide(); };
         hands.moved = [this](QPoint to) { m_memory.save(to); };
+        hands.pressed = [this] { m_exit.look(); };
         m_window = std::make_unique<KeypadWindow>(m_state, m_desktop, std::move(hands));
         m_window->setWords(m_words);
         m_window->setDark(m_theme.isDark());
@@ -98,7 +125,36 @@ void KeypadHost::hide()
 {
     if (isShown()) {
         m_window->hide();
+        m_exit.look();
     }
+}
+
+void KeypadHost::typeSyllable()
+{
+    const KeypadState before = m_state;
+    if (!m_typer.type(m_state.leave())) {
+        m_state = before; // takeDown() tells of it
+    }
+}
+
+void KeypadHost::takeDown()
+{
+    if (m_state.pinyin().isActive()) {
+        qWarning("Keypad: ends with a syllable of %d letters that was not chosen from",
+                 int(m_state.pinyin().letters().size()));
+    }
+    if (isShown()) {
+        m_window->hide();
+    }
+    Q_EMIT closed();
+}
+
+void KeypadHost::end()
+{
+    if (!m_typer.isIdle()) {
+        qWarning("Keypad: ends while a text is on its way; dropped behind it: %d", m_typer.waiting());
+    }
+    Q_EMIT ended();
 }
 
 void KeypadHost::place()

@@ -1,6 +1,5 @@
 #include "keypad/KeypadState.h"
 
-#include "platform/ArrowKeys.h"
 #include "platform/Keyboard.h"
 
 #include <utility>
@@ -83,6 +82,11 @@ QString KeypadState::takeFirst()
 std::vector<Stroke> KeypadState::choose(int index)
 {
     return typed(m_pinyin.choose(index));
+}
+
+std::vector<Stroke> KeypadState::leave()
+{
+    return typed(takeLetters());
 }
 
 std::vector<Stroke> KeypadState::press(const Key &key)

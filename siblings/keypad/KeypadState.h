@@ -16,6 +16,9 @@ struct Stroke
 };
 
 /// What the keyboard's keys mean at the moment: Shift, capitals, and the syllable that is being typed.
+///
+/// A copy costs little: the table is shared. Who could not hand on what a press gives takes the copy that was
+/// made before it, and nothing is lost.
 class KeypadState
 {
 public:
@@ -23,6 +26,8 @@ public:
     std::vector<Stroke> press(const Key &key);
     /// Takes a text of the pinyin row's page.
     std::vector<Stroke> choose(int index);
+    /// Gives the letters of the syllable as they stand, and has none afterwards.
+    std::vector<Stroke> leave();
 
     bool isShifted() const { return m_shift; }
     bool isCapital() const { return m_capsLock != m_shift; }

@@ -132,7 +132,8 @@ void KeypadWindow::makeKeys()
         button->setAutoRepeat(key.repeats());
         button->setAutoRepeatDelay(repeatDelayMs);
         button->setAutoRepeatInterval(repeatEveryMs);
-        connect(button, &QAbstractButton::clicked, this, [this, &key] { took(m_state.press(key)); });
+        connect(button, &QAbstractButton::clicked, this,
+                [this, &key] { take([this, &key] { return m_state.press(key); }); });
         m_keys.push_back(button);
     }
 }
@@ -141,7 +142,8 @@ void KeypadWindow::makeRow()
 {
     for (int i = 0; i < PinyinInput::pageSize; ++i) {
         auto *button = new KeyButton(KeyButton::Look::Flat, this);
-        connect(button, &QAbstractButton::clicked, this, [this, i] { took(m_state.choose(i)); });
+        connect(button, &QAbstractButton::clicked, this,
+                [this, i] { take([this, i] { return m_state.choose(i); }); });
         m_candidates.push_back(button);
     }
     const auto pager = [this](Glyph glyph, const QString &name, int step) {
@@ -159,11 +161,17 @@ void KeypadWindow::makeRow()
     m_after = pager(Glyph::Right, tr("下一页"), 1);
 }
 
-void KeypadWindow::took(const std::vector<Stroke> &strokes)
+void KeypadWindow::take(const std::function<std::vector<Stroke>()> &press)
 {
+    KeypadState before = m_state;
+    const std::vector<Stroke> strokes = press();
+    if (!strokes.empty() && !m_hands.type(strokes)) {
+        m_state = std::move(before);
+        tellFailure();
+    }
     refresh();
-    if (!strokes.empty()) {
-        m_hands.type(strokes);
+    if (m_hands.pressed) {
+        m_hands.pressed();
     }
 }
 

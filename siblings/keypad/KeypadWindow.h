@@ -26,9 +26,11 @@ public:
     /// What the window asks for.
     struct Hands
     {
-        std::function<void(const std::vector<Stroke> &)> type;
+        /// False when it cannot be typed: the key then counts as not pressed.
+        std::function<bool(const std::vector<Stroke> &)> type;
         std::function<void()> hide;
         std::function<void(QPoint)> moved; ///< by the user, to this place
+        std::function<void()> pressed;     ///< told after each key, may be null
     };
 
     /// `state` and `desktop` outlive it.
@@ -53,7 +55,8 @@ protected:
 private:
     void makeKeys();
     void makeRow();
-    void took(const std::vector<Stroke> &strokes);
+    /// Has the state take a press, and what it gives typed; or leaves the state as it was.
+    void take(const std::function<std::vector<Stroke>()> &press);
     void refreshKey(std::size_t index);
     void refreshRow();
     void layRow();

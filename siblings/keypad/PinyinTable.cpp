@@ -21,6 +21,7 @@ bool isSyllable(const QString &text)
 
 PinyinTable::PinyinTable(const CommandRows &rows)
 {
+    auto texts = std::make_shared<Texts>();
     QSet<QString> known; // syllable and text
     for (const CommandRow &row : rows) {
         if (commandTypeOfIndex(row.CmdWordTypeIndex) != CommandType::PinyinKeyboard ||
@@ -32,10 +33,11 @@ PinyinTable::PinyinTable(const CommandRows &rows)
             const QString mark = row.CmdWordContents + QLatin1Char(' ') + text;
             if (!text.isEmpty() && !known.contains(mark)) {
                 known.insert(mark);
-                m_texts[row.CmdWordContents].append(text);
+                (*texts)[row.CmdWordContents].append(text);
             }
         }
     }
+    m_texts = std::move(texts);
 }
 
 std::vector<Candidate> PinyinTable::candidates(const QString &letters) const
@@ -50,18 +52,18 @@ std::vector<Candidate> PinyinTable::candidates(const QString &letters) const
             }
         }
     };
-    if (letters.isEmpty()) {
+    if (letters.isEmpty() || isEmpty()) {
         return found;
     }
     const int length = int(letters.size());
-    for (auto row = m_texts.lower_bound(letters);
-         row != m_texts.end() && row->first.startsWith(letters) && int(found.size()) < mostCandidates;
+    for (auto row = m_texts->lower_bound(letters);
+         row != m_texts->end() && row->first.startsWith(letters) && int(found.size()) < mostCandidates;
          ++row) {
         take(row->second, length);
     }
     for (int part = std::min(length - 1, longestSyllable); part > 0; --part) {
-        const auto row = m_texts.find(letters.left(part));
-        if (row != m_texts.end()) {
+        const auto row = m_texts->find(letters.left(part));
+        if (row != m_texts->end()) {
             take(row->second, part);
         }
     }

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <map>
+#include <memory>
 
 namespace mevo::keypad {
 
@@ -15,7 +16,7 @@ struct Candidate
     int letters = 0; ///< of what was typed that it takes, from the start
 };
 
-/// The pinyin syllables of the user's table, each with its characters in the table's order.
+/// The pinyin syllables of the user's table, each with its characters in the table's order. Copies share it.
 class PinyinTable
 {
 public:
@@ -24,14 +25,15 @@ public:
     /// syllable count together, and each text once.
     explicit PinyinTable(const CommandRows &rows);
 
-    bool isEmpty() const { return m_texts.empty(); }
+    bool isEmpty() const { return !m_texts || m_texts->empty(); }
     /// What the letters may stand for: first what sounds exactly so, then what begins so, then what only
     /// their first letters sound like. Each text once, at most `mostCandidates`.
     std::vector<Candidate> candidates(const QString &letters) const;
     static constexpr int mostCandidates = 500;
 
 private:
-    std::map<QString, QStringList> m_texts; ///< by syllable
+    using Texts = std::map<QString, QStringList>; ///< by syllable
+    std::shared_ptr<const Texts> m_texts;         ///< null for none
 };
 
 } // namespace mevo::keypad

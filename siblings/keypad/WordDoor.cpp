@@ -73,7 +73,7 @@ bool WordDoor::deliver(Wish wish, int timeoutMs)
     return socket.readLine(longestWord) == taken;
 }
 
-void WordDoor::listen(std::function<void(Wish)> handler)
+bool WordDoor::listen(std::function<void(Wish)> handler)
 {
     m_handler = std::move(handler);
     QLocalServer::removeServer(doorPath()); // a killed one has left it; the lock says that it is ours now
@@ -81,13 +81,14 @@ void WordDoor::listen(std::function<void(Wish)> handler)
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     if (!m_server->listen(doorPath())) {
         qWarning().noquote() << "Keypad: cannot listen at" << doorPath() << m_server->errorString();
-        return;
+        return false;
     }
     QObject::connect(m_server.get(), &QLocalServer::newConnection, m_server.get(), [this] {
         while (QLocalSocket *visitor = m_server->nextPendingConnection()) {
             receive(visitor);
         }
     });
+    return true;
 }
 
 void WordDoor::receive(QLocalSocket *visitor)
@@ -115,7 +116,8 @@ void WordDoor::receive(QLocalSocket *visitor)
         visitor->write(taken);
         visitor->flush();
         visitor->disconnectFromServer();
-        m_handler(*wish);
+        // Later, as it may be the wish that closes the door.
+        QTimer::singleShot(0, m_server.get(), [this, wish] { m_handler(*wish); });
     };
     QObject::connect(visitor, &QLocalSocket::readyRead, m_server.get(), read);
     QObject::connect(visitor, &QLocalSocket::disconnected, visitor, &QObject::deleteLater);

@@ -30,8 +30,8 @@ public:
     /// passed: another start may be beginning or ending just now. Waits without an event loop.
     Outcome enter(Wish wish, int timeoutMs);
     /// As the first: calls `handler` from the event loop for each wish that comes. Only those of this user's
-    /// processes are taken.
-    void listen(std::function<void(Wish)> handler);
+    /// processes are taken. False, with a log line, when it cannot listen: no wish would ever come.
+    bool listen(std::function<void(Wish)> handler);
     /// Hears nobody any more, and lets another one be the first.
     void close();
 

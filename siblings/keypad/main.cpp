@@ -93,10 +93,14 @@ int main(int argc, char *argv[])
     }
     mevo::keypad::KeypadHost host(windows, keyboard, desktop);
     QObject signalContext;
-    mevo::onTerminationSignal(&signalContext, [] { QCoreApplication::quit(); });
-    door.listen([&host](Wish wish) { host.carryOut(wish); });
+    // A start that follows need not wait until the rest has been typed.
+    QObject::connect(&host, &mevo::keypad::KeypadHost::closed, &host, [&door] { door.close(); });
+    QObject::connect(&host, &mevo::keypad::KeypadHost::ended, &host, &QCoreApplication::quit);
+    mevo::onTerminationSignal(&signalContext, [&host] { host.endSoon(); });
+    if (!door.listen([&host](Wish wish) { host.carryOut(wish); })) {
+        std::fputs("KeypadHost: no further start could be heard\n", stderr);
+        return 1;
+    }
     host.carryOut(*line.wish);
-    const int result = QApplication::exec();
-    door.close(); // a start that follows need not wait until the rest has been typed
-    return result;
+    return QApplication::exec();
 }

@@ -1,11 +1,12 @@
+#include "SlowWindows.h"
 #include "keypad/KeyLayout.h"
 #include "keypad/KeyTyper.h"
 #include "keypad/KeyWords.h"
 #include "keypad/KeypadCommand.h"
+#include "keypad/KeypadExit.h"
 #include "keypad/KeypadPlace.h"
 #include "keypad/KeypadState.h"
 #include "keypad/PinyinInput.h"
-#include "support/FakePlatform.h"
 
 #include <QtTest>
 
@@ -38,30 +39,6 @@ QStringList texts(const std::vector<Candidate> &candidates)
     }
     return list;
 }
-
-/// A program that takes its texts only when it is told to.
-class SlowWindows : public FakeWindowSystem
-{
-public:
-    using FakeWindowSystem::FakeWindowSystem;
-    void postText(mevo::WindowId window, const QString &text, PostDone done) override
-    {
-        FakeWindowSystem::postText(window, text, [this, done](const mevo::PostResult &result) {
-            m_held.push_back([done, result] { done(result); });
-        });
-    }
-    void takeAll()
-    {
-        while (!m_held.empty()) {
-            const auto next = m_held.front();
-            m_held.pop_front();
-            next();
-        }
-    }
-
-private:
-    std::deque<std::function<void()>> m_held;
-};
 
 /// The key of that name: its plain character, or one of the words below.
 const Key &key(const QString &name)
@@ -422,16 +399,55 @@ private Q_SLOTS:
         FakeKeyboard keyboard(log);
         QList<bool> told;
         KeyTyper typer(windows, keyboard, [&told](bool gone) { told.append(gone); });
-        typer.type({{"a", 0, false}});
-        typer.type({{"b", 0, false}});
-        typer.type({{"c", 0, false}, {{}, 0x08, false}});
-        typer.type({{{}, 0x25, true}, {"d", 0, false}});
+        QVERIFY(typer.type({{"a", 0, false}}));
+        QVERIFY(typer.type({{"b", 0, false}}));
+        QVERIFY(typer.type({{"c", 0, false}, {{}, 0x08, false}}));
+        QVERIFY(typer.type({{{}, 0x25, true}, {"d", 0, false}}));
         QCOMPARE(log.calls(), QStringList{"post 11 a"}); // nothing overtakes it
-        windows.focused = 0x22;                          // what follows was meant for the other window
+        QVERIFY(!typer.isIdle());
         windows.takeAll();
         QCOMPARE(log.calls(), QStringList({"post 11 a", "post 11 bc", "key down 8", "key up 8", "key down 10",
                                            "key down 25", "key up 25", "key up 10", "post 11 d"}));
         QCOMPARE(told, QList<bool>({true, true, true, true, true}));
+        QVERIFY(typer.isIdle());
+    }
+
+    void theFocusMovesMeanwhile()
+    {
+        CallLog log;
+        SlowWindows windows(log);
+        FakeKeyboard keyboard(log);
+        QList<bool> told;
+        KeyTyper typer(windows, keyboard, [&told](bool gone) { told.append(gone); });
+        typer.type({{"a", 0, false}, {{}, 0x08, false}, {"b", 0, false}});
+        windows.focused = 0x22;
+        typer.type({{{}, 0x0D, false}, {"c", 0, false}});
+        QTest::ignoreMessage(QtWarningMsg, "Keypad: the focus has gone to another window, a key is dropped");
+        windows.takeAll();
+        QCOMPARE(log.calls(), QStringList({"post 11 a", "post 11 b", "key down d", "key up d", "post 22 c"}));
+        QCOMPARE(told, QList<bool>({true, false, true, true, true}));
+    }
+
+    void aTextThatDoesNotGoWhole()
+    {
+        CallLog log;
+        SlowWindows windows(log);
+        FakeKeyboard keyboard(log);
+        QList<bool> told;
+        KeyTyper typer(windows, keyboard, [&told](bool gone) { told.append(gone); });
+        windows.postLimit = 1;
+        typer.type({{"ab", 0, false}, {{}, 0x08, false}});
+        windows.focused = 0x22;
+        typer.type({{"d", 0, false}});
+        windows.focused = 0x11;
+        typer.type({{"c", 0, false}, {{}, 0x0D, false}});
+        // What was to follow it does not; the other window has its own.
+        QTest::ignoreMessage(QtWarningMsg, "Keypad: a text did not go whole; dropped behind it: 3");
+        windows.takeAll();
+        QCOMPARE(log.calls(), QStringList({"post 11 a", "post 22 d"}));
+        QCOMPARE(told, QList<bool>({false, true}));
+        typer.type({{{}, 0x08, false}}); // and it goes on
+        QCOMPARE(log.calls().last(), QString("key up 8"));
     }
 
     void whatCannotBeTyped()
@@ -443,27 +459,80 @@ private Q_SLOTS:
         KeyTyper typer(windows, keyboard, [&told](bool gone) { told.append(gone); });
         windows.focused = 0;
         QTest::ignoreMessage(QtWarningMsg, "Keypad: no window has the focus, nothing is typed");
-        typer.type({{"a", 0, false}, {{}, 0x08, false}});
-        QCOMPARE(told, QList<bool>{false});
-        QVERIFY(log.calls().isEmpty());
-        // One that failed holds up nothing.
-        windows.focused = 0x11;
-        windows.postLimit = 0;
-        typer.type({{"b", 0, false}, {{}, 0x08, false}});
-        windows.takeAll();
-        QCOMPARE(told, QList<bool>({false, false, true}));
+        QVERIFY(!typer.type({{"a", 0, false}, {{}, 0x08, false}}));
+        QVERIFY(log.calls().isEmpty() && typer.isIdle());
         // A program that hangs while a key is held down.
+        windows.focused = 0x11;
         for (int i = 0; i < 201; ++i) {
-            typer.type({{i % 2 == 0 ? "x" : "", i % 2 == 0 ? 0 : 0x08, false}});
+            QVERIFY(typer.type({{i % 2 == 0 ? "x" : "", i % 2 == 0 ? 0 : 0x08, false}}));
         }
-        QCOMPARE(told.size(), 3);
-        QTest::ignoreMessage(QtWarningMsg, "Keypad: too much waits to be typed, a key is dropped");
-        typer.type({{{}, 0x08, false}});
-        QCOMPARE(told.size(), 4);
-        windows.postLimit = -1;
+        QCOMPARE(typer.waiting(), 200);
+        QTest::ignoreMessage(QtWarningMsg, "Keypad: too much waits to be typed, a key is not taken");
+        QVERIFY(!typer.type({{{}, 0x08, false}}));
         windows.takeAll();
-        QCOMPARE(log.calls("post 11 x").size(), 100); // the first of 101 was cut to nothing
-        QCOMPARE(log.calls("key down 8").size(), 101);
+        QCOMPARE(log.calls("post 11 x").size(), 101);
+        QCOMPARE(log.calls("key down 8").size(), 100);
+        QCOMPARE(told.size(), 201);
+    }
+
+    void endings_data()
+    {
+        QTest::addColumn<QString>("steps"); ///< see below
+        QTest::addColumn<QString>("done");
+        QTest::newRow("at once") << "ask"
+                                 << "close end";
+        QTest::newRow("twice") << "ask ask look"
+                               << "close end";
+        QTest::newRow("a text is on its way") << "typing ask look typed look look"
+                                              << "close end";
+        QTest::newRow("it never arrives") << "typing ask limit"
+                                          << "close end";
+        QTest::newRow("still on its way") << "typing ask look ask"
+                                          << "close";
+        QTest::newRow("a syllable") << "composing ask look composed typing look typed look"
+                                    << "close end";
+        QTest::newRow("the user goes on with it") << "composing ask look ask look"
+                                                  << "";
+        QTest::newRow("the user has gone away") << "composing ask limit"
+                                                << "compose close end";
+        QTest::newRow("no time for it") << "composing ask hurry"
+                                        << "close end";
+        QTest::newRow("no time at all") << "composing hurry hurry ask"
+                                        << "close end";
+    }
+    void endings()
+    {
+        QFETCH(QString, steps);
+        bool composing = false, typing = false;
+        QStringList done;
+        KeypadExit::Hooks hooks;
+        hooks.isComposing = [&] { return composing; };
+        hooks.isTyping = [&] { return typing; };
+        hooks.endComposition = [&] {
+            done.append("compose");
+            typing = true;
+            composing = false;
+        };
+        hooks.close = [&] { done.append("close"); };
+        hooks.end = [&] { done.append("end"); };
+        const bool limited = steps.contains("limit");
+        KeypadExit ending(hooks, limited ? KeypadExit::Limits{1, 1} : KeypadExit::Limits{});
+        for (const QString &step : steps.split(' ')) {
+            if (step == "ask") {
+                ending.ask();
+            } else if (step == "hurry") {
+                ending.hurry();
+            } else if (step == "look") {
+                ending.look();
+            } else if (step == "limit") {
+                QTRY_VERIFY_WITH_TIMEOUT(done.contains("end"), 30000);
+            } else if (step.startsWith("typ")) {
+                typing = step == "typing";
+            } else {
+                composing = step == "composing";
+            }
+        }
+        QTEST(done.join(' '), "done");
     }
 
     void places_data()

@@ -1,8 +1,9 @@
+#include "SlowWindows.h"
 #include "keypad/DesktopTheme.h"
 #include "keypad/KeyButton.h"
+#include "keypad/KeypadHost.h"
 #include "keypad/KeypadTables.h"
 #include "keypad/KeypadWindow.h"
-#include "support/FakePlatform.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -192,8 +193,11 @@ private Q_SLOTS:
                                  for (const Stroke &stroke : strokes) {
                                      typed += stroke.text + QString::number(stroke.virtualKey);
                                  }
+                                 return true;
                              },
-                             [&hidden] { ++hidden; }, [](QPoint) {}});
+                             [&hidden] { ++hidden; },
+                             [](QPoint) {},
+                             {}});
         window.setFixedSize(keypadSize({1280, 700}));
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
@@ -241,20 +245,188 @@ private Q_SLOTS:
         QVERIFY(window.grab().toImage().pixelColor(3, 3).lightness() < 60);
     }
 
-    void aHeldKeyStrikesAgain()
+    void aHeldKeyStrikesAgainUntilItGoes()
     {
         FakeOwnWindows desktop;
         KeypadState state;
         int struck = 0;
-        KeypadWindow window(state, desktop,
-                            {[&struck](const std::vector<Stroke> &) { ++struck; }, [] {}, [](QPoint) {}});
+        const auto type = [&struck](const std::vector<Stroke> &) { return ++struck > 0; };
+        KeypadWindow window(state, desktop, {type, [] {}, [](QPoint) {}, {}});
         window.setFixedSize(keypadSize({1280, 700}));
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         KeyButton *key = button(window, "退格");
         QTest::mousePress(key, Qt::LeftButton);
         QTRY_VERIFY_WITH_TIMEOUT(struck >= 3, waitMs);
-        QTest::mouseRelease(key, Qt::LeftButton);
+        window.hide();
+        QVERIFY(!key->isDown());
+        const int before = struck;
+        int others = 0; // of a key that strikes as often and is still held
+        KeyButton other(KeyButton::Look::Key, nullptr);
+        other.setAutoRepeat(true);
+        other.setAutoRepeatDelay(key->autoRepeatInterval());
+        other.setAutoRepeatInterval(key->autoRepeatInterval());
+        connect(&other, &QAbstractButton::clicked, this, [&others] { ++others; });
+        other.setDown(true);
+        QTRY_VERIFY_WITH_TIMEOUT(others >= 4, waitMs);
+        QCOMPARE(struck, before);
+        window.show();
+        QVERIFY(!key->isDown());
+    }
+
+    void whatCannotBeTypedIsKept()
+    {
+        FakeOwnWindows desktop;
+        KeypadState state;
+        mevo::CommandRow row;
+        row.CmdWordContents = "a";
+        row.CommandWords = "1a;2a;3a;4a;5a;6a;7a;8a;9a;啊";
+        row.CmdWordTypeIndex = "1";
+        state.pinyin().setTable(PinyinTable({row}));
+        QString typed;
+        bool takes = false;
+        const auto type = [&](const std::vector<Stroke> &strokes) {
+            if (takes) {
+                typed += strokes.front().text;
+            }
+            return takes;
+        };
+        KeypadWindow window(state, desktop, {type, [] {}, [](QPoint) {}, {}});
+        window.setFixedSize(keypadSize({1280, 700}));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto click = [&](const QString &name) {
+            KeyButton *one = button(window, name);
+            QVERIFY2(one != nullptr, qPrintable(name));
+            QTest::mouseClick(one, Qt::LeftButton);
+        };
+        click("拼音");
+        click("a");
+        click("下一页");
+        for (const QString &name :
+             {QString("啊"), QString("空格"), QString("回车"), QString("，"), QString("拼音")}) {
+            const QImage before = window.grab().toImage();
+            click(name);
+            QCOMPARE(state.pinyin().letters(), QString("a"));
+            QVERIFY(state.isPinyin() && button(window, "啊") != nullptr); // the page is the same, too
+            if (name == "啊") {
+                QVERIFY(window.grab().toImage() != before); // it is said
+            }
+        }
+        click("上档");
+        click("B");
+        QCOMPARE(state.pinyin().letters(), QString("a"));
+        QVERIFY(state.isShifted());
+        click("上档");
+        takes = true;
+        click("啊");
+        QCOMPARE(typed, QString("啊"));
+        QVERIFY(!state.pinyin().isActive());
+    }
+
+    void exitWaitsForWhatIsTyped_data()
+    {
+        QTest::addColumn<QStringList>("steps"); ///< keys to be clicked, and the words below
+        QTest::addColumn<QStringList>("posted");
+        QTest::addColumn<QString>("said");
+        const QString lost = "Keypad: ends with a syllable of 2 letters that was not chosen from";
+        QTest::newRow("nothing") << QStringList{"Exit", "closed", "ended"} << QStringList{} << "";
+        QTest::newRow("a text and a key behind it")
+            << QStringList{"a", "b", "退格", "Exit", "closed", "takes", "ended"}
+            << QStringList{"post 11 a", "post 11 b", "key down 8", "key up 8"} << "";
+        QTest::newRow("a program that takes nothing")
+            << QStringList{"hangs", "a", "b", "退格", "Exit", "closed", "ended"} << QStringList{"post 11 a"}
+            << "Keypad: ends while a text is on its way; dropped behind it: 2";
+        QTest::newRow("a syllable") << QStringList{"拼音",  "n",  "i",      "Exit",  "Hide", "Exit",
+                                                   "shown", "泥", "closed", "takes", "ended"}
+                                    << QStringList{"post 11 泥"} << "";
+        QTest::newRow("a syllable that is taken back")
+            << QStringList{"拼音", "n", "i", "Exit", "shown", "退格", "shown", "退格", "closed", "ended"}
+            << QStringList{} << "";
+        QTest::newRow("a syllable that is left alone")
+            << QStringList{"leaves", "拼音", "n", "i", "Exit", "closed", "takes", "ended"}
+            << QStringList{"post 11 ni"} << "";
+        QTest::newRow("a syllable that is left alone and fits nowhere")
+            << QStringList{"leaves", "拼音", "n", "i", "nowhere", "Exit", "closed", "ended"} << QStringList{}
+            << lost;
+        QTest::newRow("a syllable that is hidden")
+            << QStringList{"拼音", "n", "i", "Exit", "ShowOrHide", "closed", "ended"} << QStringList{}
+            << lost;
+        QTest::newRow("a syllable that was hidden before")
+            << QStringList{"拼音", "n", "i", "隐藏键盘", "Exit", "closed", "ended"} << QStringList{} << lost;
+        QTest::newRow("the session ends")
+            << QStringList{"拼音", "n", "i", "Signal", "closed", "ended"} << QStringList{} << lost;
+    }
+    void exitWaitsForWhatIsTyped()
+    {
+        QFETCH(QStringList, steps);
+        QFETCH(QStringList, posted);
+        QFETCH(QString, said);
+        write(m_home.filePath("MEVOInputCmdWordTable_PinyinKeyboard.ini"), table("ni", "你;泥"));
+        CallLog log;
+        SlowWindows windows(log);
+        FakeKeyboard keyboard(log);
+        FakeOwnWindows desktop;
+        KeypadExit::Limits limits{10 * waitMs, 10 * waitMs};
+        if (steps.removeOne("leaves")) {
+            limits.composingMs = 1;
+        }
+        if (steps.removeOne("hangs")) {
+            limits.typingMs = 1;
+        }
+        KeypadHost host(windows, keyboard, desktop, limits);
+        QSignalSpy closed(&host, &KeypadHost::closed), ended(&host, &KeypadHost::ended);
+        host.carryOut(Wish::ShowOrHide);
+        KeypadWindow *window = nullptr;
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            window = window != nullptr ? window : qobject_cast<KeypadWindow *>(widget);
+        }
+        QVERIFY(window != nullptr && QTest::qWaitForWindowExposed(window));
+        if (steps.contains("nowhere")) {
+            QTest::ignoreMessage(QtWarningMsg, "Keypad: no window has the focus, nothing is typed");
+        }
+        if (!said.isEmpty()) {
+            QTest::ignoreMessage(QtWarningMsg, qPrintable(said));
+        }
+        for (const QString &step : steps) {
+            if (step == "Exit" || step == "Hide" || step == "ShowOrHide") {
+                host.carryOut(*wishOf("ORVKBApp" + step));
+            } else if (step == "Signal") {
+                host.endSoon();
+            } else if (step == "closed") {
+                QTRY_COMPARE_WITH_TIMEOUT(closed.size(), 1, waitMs);
+                QVERIFY(!host.isShown());
+            } else if (step == "ended") {
+                QTRY_COMPARE_WITH_TIMEOUT(ended.size(), 1, waitMs);
+            } else if (step == "shown") {
+                QVERIFY(host.isShown() && closed.isEmpty());
+            } else if (step == "takes") {
+                QVERIFY(ended.isEmpty());
+                windows.takeAll();
+            } else if (step == "nowhere") {
+                windows.focused = 0;
+            } else {
+                QTRY_VERIFY2_WITH_TIMEOUT(button(*window, step) != nullptr, qPrintable(step), waitMs);
+                QTest::mouseClick(button(*window, step), Qt::LeftButton);
+            }
+        }
+        QCOMPARE(log.calls(), posted);
+    }
+
+    void noWordCouldBeHeard()
+    {
+        QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkpath("mevokeypad.words/in-the-way"));
+        QProcess keypad;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_RUNTIME_DIR", folder.path());
+        keypad.setProcessEnvironment(environment);
+        keypad.start(MEVO_KEYPAD, {"ORVKBAppShowOrHide"});
+        QVERIFY(keypad.waitForFinished(waitMs));
+        QCOMPARE(keypad.exitCode(), 1);
+        const QByteArray said = keypad.readAllStandardError();
+        QVERIFY2(said.contains("Keypad: cannot listen at") && said.contains("KeypadHost: "),
+                 said.constData());
     }
 
     void aSecondStartHandsItsWordIn()

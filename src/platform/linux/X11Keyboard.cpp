@@ -1,6 +1,5 @@
 #include "platform/linux/X11Keyboard.h"
 
-#include "platform/ArrowKeys.h"
 
 #include <QDebug>
 
