@@ -30,8 +30,8 @@ std::optional<int> callRunning(SingleInstance &instance, const InstanceCall &cal
     const bool types = call.what == InstanceCall::What::Type;
     const SingleInstance::CallResult result =
         instance.call(instanceName(), toMessage(call), types ? typedMs : answerMs);
-    if (!result.reached) {
-        return std::nullopt;
+    if (!result.reached || (result.closed && !types)) {
+        return std::nullopt; // a text may have been typed for all that, and is not sent twice
     }
     const auto answer = readInstanceAnswer(result.answer);
     if (!answer) {

@@ -11,7 +11,7 @@ namespace mevo {
 QString instanceName();
 
 /// Asks the instance that runs. What this process ends with, having said on standard error why when it is not
-/// 0; nothing when there was nobody to ask.
+/// 0; nothing when there was nobody to ask, or the one who was asked for a window has gone without an answer.
 std::optional<int> callRunning(SingleInstance &instance, const InstanceCall &call);
 
 /// Takes the lock, or asks the instance that holds it; one that comes or goes just now is waited for. What

@@ -63,9 +63,11 @@ int runProgram(Platform &platform, const InstanceCall &call)
                 answer(toMessage(InstanceAnswer::Refused));
                 return;
             }
-            if (window->isLeaving() && asked->what != InstanceCall::What::Type) {
+            if (window->isGoingDown() && asked->what != InstanceCall::What::Type) {
+                if (!startAnew || asked->what != InstanceCall::What::Show) {
+                    anew = *asked;
+                }
                 startAnew = true; // who starts a program that is leaving wants one that runs
-                anew = *asked;
                 answer(toMessage(InstanceAnswer::Done));
                 return;
             }
@@ -75,12 +77,14 @@ int runProgram(Platform &platform, const InstanceCall &call)
     if (call.what != InstanceCall::What::Show) {
         window.instanceCalls().take(call, [](InstanceAnswer) {});
     }
-    if (window.isLeaving()) {
-        return 0; // an event loop that begins now would never hear of it
+    int result = 0;
+    if (!window.isLeaving()) { // else an event loop that begins now would never hear of the exit
+        window.setWindowTitle(QStringLiteral("aaaaaa"));
+        window.show();
+        result = QApplication::exec();
     }
-    window.setWindowTitle(QStringLiteral("aaaaaa"));
-    window.show();
-    const int result = QApplication::exec();
+    // Who calls from now on would wait for an answer until the process ends; so it waits for the lock.
+    platform.singleInstance->closeDoor();
     if (window.isHandedOver() || (result != MainWindow::restartCode && !startAnew)) {
         return result;
     }

@@ -1,9 +1,10 @@
 #include "base/ApplicationFiles.h"
 
+#include "base/ShippedFiles.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <cerrno>
@@ -25,19 +26,10 @@ bool isWritable(const QString &folder)
     return true;
 }
 
-void copyShippedFiles(const QString &target)
+void bringShippedFilesTo(const QString &target)
 {
     const QString program = QCoreApplication::applicationDirPath();
-    for (const QString &source : {program, program + QStringLiteral("/" MEVO_SHIPPED_FOLDER)}) {
-        const QDir shipped(source);
-        for (const QString &name : shipped.entryList({QStringLiteral("MEV*.ini")}, QDir::Files)) {
-            const QString copy = target + QLatin1Char('/') + name;
-            if (!QFile::exists(copy)) {
-                QFile::copy(shipped.filePath(name), copy);
-                QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
-            }
-        }
-    }
+    bringShippedFiles({program, program + QStringLiteral("/" MEVO_SHIPPED_FOLDER)}, target);
 }
 
 QString findFolder()
@@ -45,17 +37,17 @@ QString findFolder()
     const QString forced = qEnvironmentVariable("MEVO_HOME");
     if (!forced.isEmpty()) {
         QDir().mkpath(forced);
-        copyShippedFiles(forced);
+        bringShippedFilesTo(forced);
         return QDir(forced).absolutePath();
     }
     const QString program = QCoreApplication::applicationDirPath();
     if (isWritable(program)) {
-        copyShippedFiles(program); // of an installation into a folder of the user's own
+        bringShippedFilesTo(program); // of an installation into a folder of the user's own
         return program;
     }
     const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     QDir().mkpath(data);
-    copyShippedFiles(data);
+    bringShippedFilesTo(data);
     return data;
 }
 

@@ -7,7 +7,7 @@ namespace mevo {
 /// Where the application's files stand: settings, command tables, credential lists, the log folder.
 /// `MEVO_HOME` when it is set; else the program's own folder when it can be written; else the user's
 /// data folder. Each is filled at first use from the files shipped beside the program or in the data
-/// folder of its installation; what is there already stays.
+/// folder of its installation; what is there already stays, see bringShippedFiles().
 QString appFolder();
 
 /// The full path of one application file, such as appFile("MEVOSetting.ini").

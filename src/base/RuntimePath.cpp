@@ -1,16 +1,40 @@
 #include "base/RuntimePath.h"
 
+#include <QFile>
 #include <QFileInfo>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace mevo {
 
+namespace {
+
+/// A folder of this user that nobody else reaches into.
+bool isPrivateFolder(const QString &path)
+{
+    constexpr mode_t ownerOnly = 0700;
+    struct stat info = {};
+    return lstat(QFile::encodeName(path).constData(), &info) == 0 && S_ISDIR(info.st_mode) &&
+           info.st_uid == geteuid() && (info.st_mode & 0777) == ownerOnly;
+}
+
+} // namespace
+
+QString runtimeFolder(const QString &fromSession, const QString &ofUser)
+{
+    if (!fromSession.isEmpty() && QFileInfo(fromSession).isWritable()) {
+        return fromSession;
+    }
+    return isPrivateFolder(ofUser) ? ofUser : QString();
+}
+
 QString runtimePath(const QString &name, const QString &suffix)
 {
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (!runtime.isEmpty() && QFileInfo(runtime).isWritable()) {
-        return QStringLiteral("%1/%2%3").arg(runtime, name, suffix);
+    const QString folder =
+        runtimeFolder(qEnvironmentVariable("XDG_RUNTIME_DIR"), QStringLiteral("/run/user/%1").arg(geteuid()));
+    if (!folder.isEmpty()) {
+        return QStringLiteral("%1/%2%3").arg(folder, name, suffix);
     }
     return QStringLiteral("/tmp/%1-%2%3").arg(name).arg(geteuid()).arg(suffix);
 }

@@ -8,4 +8,9 @@ namespace mevo {
 /// folder, else below "/tmp" with the user's number in its name.
 QString runtimePath(const QString &name, const QString &suffix);
 
+/// The runtime folder: that of the session's XDG_RUNTIME_DIR when it can be written, else the one that logind
+/// makes for the user, which a job of cron or a login by ssh is told nothing of; it must be the user's own
+/// and nobody else's (mode 0700). Empty when there is neither.
+QString runtimeFolder(const QString &fromSession, const QString &ofUser);
+
 } // namespace mevo

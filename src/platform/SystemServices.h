@@ -96,11 +96,15 @@ public:
     /// end; what is none is refused with a log line.
     virtual void whenCalled(int longest,
                             std::function<void(const QByteArray &message, CallAnswer answer)> handler) = 0;
+    /// The handler is not called any more: who waits for an answer, and who calls from now on, finds the door
+    /// closed. The lock stays.
+    virtual void closeDoor() = 0;
 
     struct CallResult
     {
         bool reached = false; ///< somebody of this user has taken the message
         QByteArray answer;    ///< a line without its end; empty when none has come
+        bool closed = false;  ///< none has come, and none will: the holder is going, or gone
     };
     /// Hands a message, which has no line ends, to the process that holds the named lock, and waits for its
     /// answer, `waitMs` at most. Runs no event loop.

@@ -19,6 +19,7 @@ enum class PostStop {
     Hidden,          ///< minimised, or on another desktop
     Hung,            ///< its program has not answered for 2 s
     FocusRefused,    ///< it cannot be given the focus
+    FocusLeft,       ///< another window has the focus, and the text could only have gone where that is
     KeyboardGrabbed, ///< another program has taken the keyboard for itself: an open menu, a screen locker
     ScreenLocked,
     Untypable, ///< the program is known to drop the next character when it comes from a keyboard

@@ -140,6 +140,16 @@ void closeQuestions()
     }
 }
 
+void raiseQuestions()
+{
+    for (const QPointer<QDialog> &dialog : standing) { // the one that was asked last ends up in front
+        if (!dialog.isNull()) {
+            dialog->raise();
+            dialog->activateWindow();
+        }
+    }
+}
+
 void askAside(QWidget *parent, const Question &question, std::function<void(int)> answered)
 {
     if (askHook) {

@@ -37,6 +37,8 @@ int ask(QWidget *parent, const Question &question);
 bool runDialog(const QPointer<QDialog> &dialog);
 /// Closes the questions and dialogs that stand, unanswered.
 void closeQuestions();
+/// Brings the question or dialog that stands to the front and gives it the focus.
+void raiseQuestions();
 /// Asks without holding anything up, in a box that comes without the focus; `answered` is told what ask()
 /// would answer. Nothing is told when `parent` goes first.
 void askAside(QWidget *parent, const Question &question, std::function<void(int)> answered);

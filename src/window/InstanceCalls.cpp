@@ -1,6 +1,7 @@
 #include "window/InstanceCalls.h"
 
 #include "output/SendPlan.h"
+#include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
 #include "window/MainWindow.h"
 
@@ -12,6 +13,11 @@ namespace mevo {
 
 void InstanceCalls::take(const InstanceCall &call, const Answer &answer)
 {
+    if (call.what != InstanceCall::What::Type && isBusy()) {
+        raiseQuestions(); // the one about the exit is what the program waits for
+        answer(InstanceAnswer::Refused);
+        return;
+    }
     if (call.what == InstanceCall::What::Show) {
         m_window.presentMenu();
         answer(InstanceAnswer::Done);
@@ -19,17 +25,22 @@ void InstanceCalls::take(const InstanceCall &call, const Answer &answer)
     }
     const WindowId focused = m_window.m_platform.windowSystem->focusedWindow();
     Early early{call, m_window.m_platform.windowSystem->isWindow(focused) ? focused : 0, answer};
-    if (m_window.InitDone) {
+    if (m_window.InitDone && m_early.empty()) {
         carryOut(early);
         return;
     }
-    m_early.push_back(std::move(early));
+    m_early.push_back(std::move(early)); // also behind those that a start just over has not come to yet
     if (m_early.size() == 1) {
-        m_window.whenStarted([this] {
-            for (const Early &waiting : std::exchange(m_early, {})) {
-                carryOut(waiting);
-            }
-        });
+        m_window.whenStarted([this] { carryOutEarly(); });
+    }
+}
+
+void InstanceCalls::carryOutEarly()
+{
+    while (!m_early.empty()) {
+        const Early next = m_early.front();
+        m_early.pop_front();
+        carryOut(next);
     }
 }
 
@@ -83,8 +94,12 @@ void InstanceCalls::typeInTurn(const QString &text, const SessionContext &sessio
     const SendPlan::Way way = typingWay(m_window, session.window, m_window.m_translationHands.exists(),
                                         m_window.m_platform.windowSystem->canPostText());
     if (way == SendPlan::Way::Clipboard) {
-        m_window.pasteText(text, MainWindow::holdPasteKeyMs,
-                           [this, number] { settle(number, InstanceAnswer::Done); });
+        m_window.pasteText(
+            text, MainWindow::holdPasteKeyMs,
+            [this, number](bool pasted) {
+                settle(number, pasted ? InstanceAnswer::Done : InstanceAnswer::Kept);
+            },
+            session.window);
         return;
     }
     m_window.post(session.window, text, MainWindow::Kept::No, [this, text, number](const PostResult &result) {

@@ -4,9 +4,9 @@
 #include "state/SessionContext.h"
 #include "window/InstanceMessage.h"
 
+#include <deque>
 #include <functional>
 #include <map>
-#include <vector>
 
 class MainWindow;
 
@@ -25,6 +25,7 @@ public:
     }
 
     /// A text is for the window that has the focus now, and is typed after what has been said before it.
+    /// While the exit's question stands, that comes forward and nothing else.
     void take(const InstanceCall &call, const Answer &answer);
     /// Types such a text, whose turn has come.
     void typeInTurn(const QString &text, const SessionContext &session);
@@ -39,6 +40,7 @@ private:
         Answer answer;
     };
     void carryOut(const Early &call);
+    void carryOutEarly();
     void type(const Early &call);
     bool isBusy() const;
     InstanceAnswer showTalkWindow();
@@ -46,7 +48,7 @@ private:
     void settle(int session, InstanceAnswer answer);
 
     MainWindow &m_window;
-    std::vector<Early> m_early;
+    std::deque<Early> m_early;
     std::map<int, Answer> m_underWay; ///< by the session that the text is
 };
 

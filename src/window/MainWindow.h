@@ -116,6 +116,8 @@ public:
 
     /// An exit is being walked or over; nothing may be started any more.
     bool isLeaving() const { return m_exit.underWay(); }
+    /// An exit that cannot be called back is under way, or will be in a moment.
+    bool isGoingDown() const { return m_exit.certain(); }
 
     /// The door for other starts of the program.
     mevo::InstanceCalls &instanceCalls() { return *m_instanceCalls; }
@@ -426,8 +428,11 @@ private:
     void sendToScreen(const QString &text, const mevo::SessionContext &session);
     /// How long the paste key is held down where the keyboard is the computer's own.
     static constexpr int holdPasteKeyMs = 100;
-    /// `done` is called once the window has had the time to read the clipboard.
-    void pasteText(const QString &text, int holdMs, std::function<void()> done = {});
+    using PasteDone = std::function<void(bool pasted)>;
+    /// Pastes into the window that has the focus when the turn of the text comes; where `only` is given, into
+    /// that one, and the text is kept as undelivered when another has it. `done` is called once the window
+    /// has had the time to read the clipboard, or the text has been kept.
+    void pasteText(const QString &text, int holdMs, PasteDone done = {}, mevo::WindowId only = 0);
     void pasteNext();
     void letPasteSettle();
     enum class Kept { No, Already }; ///< whether the text stands among the undelivered ones while it is typed
@@ -604,13 +609,14 @@ private:
     {
         QString text;
         int holdMs = 0; ///< how long the paste key stays down
-        std::function<void()> done;
+        PasteDone done;
+        mevo::WindowId only = 0; ///< nowhere else; 0 for any window
     };
     std::deque<PendingPaste> m_pendingPastes; ///< texts whose turn at the clipboard has not come
     std::map<int, QString> m_postsUnderWay;   ///< texts being posted
     int m_postNumber = 0;
-    bool m_pasteSettles = false;       ///< the window may still read the clipboard
-    std::function<void()> m_pasteDone; ///< of the text that it may still read
+    bool m_pasteSettles = false; ///< the window may still read the clipboard
+    PasteDone m_pasteDone;       ///< of the text that it may still read
     void tellPasteDone();
     bool m_sessionsFinished = false;  ///< the exit has collected what was still on its way
     bool m_typingUndelivered = false; ///< a kept text is being typed

@@ -98,9 +98,9 @@ QString MainWindow::runFigures() const
                      .arg(own.percentile(95));
 }
 
-void MainWindow::pasteText(const QString &text, int holdMs, std::function<void()> done)
+void MainWindow::pasteText(const QString &text, int holdMs, PasteDone done, mevo::WindowId only)
 {
-    m_pendingPastes.push_back({text, holdMs, std::move(done)});
+    m_pendingPastes.push_back({text, holdMs, std::move(done), only});
     pasteNext();
 }
 
@@ -119,10 +119,18 @@ void MainWindow::pasteNext()
     }
     const PendingPaste paste = m_pendingPastes.front();
     m_pendingPastes.pop_front();
+    const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
+    if (paste.only != 0 && paste.only != window) {
+        keepUndelivered(paste.text, mevo::PostStop::FocusLeft);
+        if (paste.done) {
+            paste.done(false);
+        }
+        pasteNext();
+        return;
+    }
     m_platform.clipboard->setText(paste.text);
     m_pasteDone = paste.done;
     m_pasteSettles = true; // the window reads the clipboard when it gets to the key
-    const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
     if (deviceOpen()) {
         SendHWKey(shortcut.shift, shortcut.ctrl, false, false, false, shortcut.usage);
@@ -165,7 +173,7 @@ void MainWindow::letPasteSettle()
 void MainWindow::tellPasteDone()
 {
     if (const auto done = std::exchange(m_pasteDone, {})) {
-        done();
+        done(true);
     }
 }
 

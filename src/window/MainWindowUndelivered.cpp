@@ -33,6 +33,8 @@ const char *reasonText(mevo::PostStop stop)
         return "its program does not answer";
     case mevo::PostStop::FocusRefused:
         return "its window takes no focus";
+    case mevo::PostStop::FocusLeft:
+        return "another window has the focus";
     case mevo::PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case mevo::PostStop::ScreenLocked:

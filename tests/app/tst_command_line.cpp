@@ -138,6 +138,27 @@ private Q_SLOTS:
         QCOMPARE(start(), std::optional<int>(0));
     }
 
+    /// One that goes without an answer has shown no window; a text may have been typed, and is not sent
+    /// again.
+    void anInstanceThatGoesWithoutAnAnswer()
+    {
+        FakePlatform fake;
+        fake.singleInstance->free = false;
+        fake.singleInstance->reached = {true, QByteArray(), true};
+        fake.time->onSleep = [&fake] { fake.singleInstance->free = true; };
+        for (const auto what : {mevo::InstanceCall::What::Show, mevo::InstanceCall::What::Talk,
+                                mevo::InstanceCall::What::Settings}) {
+            fake.singleInstance->free = false;
+            QCOMPARE(mevo::takeLockOrCall(*fake.singleInstance, *fake.time, {what, {}}),
+                     std::optional<int>());
+        }
+        fake.log.clear();
+        QCOMPARE(
+            mevo::typeByRunning(*fake.singleInstance, {mevo::InstanceCall::What::Type, QStringLiteral("a")}),
+            5);
+        QCOMPARE(fake.log.calls(QStringLiteral("call")).size(), 1);
+    }
+
     void aRefusalIsOneLine()
     {
         const QString text = mevo::readCommandLine({QStringLiteral("--a\nb\x1b[2J")}).text;

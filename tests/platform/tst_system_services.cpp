@@ -19,6 +19,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -48,11 +49,11 @@ int holdLock()
     return 0;
 }
 
-/// Another start: says "ANSWER" of the process that holds the lock, or "nobody".
+/// Another start: says "ANSWER" of the process that holds the lock, "closed" or "nobody".
 int callHolder(const QByteArray &message)
 {
     const auto result = mevo::FlockSingleInstance().call(lockName(), message, 20000);
-    std::puts(result.reached ? result.answer.constData() : "nobody");
+    std::puts(result.closed ? "closed" : result.reached ? result.answer.constData() : "nobody");
     return 0;
 }
 
@@ -373,10 +374,20 @@ private slots:
             return caller.readAllStandardOutput().trimmed();
         };
         QCOMPARE(call(QStringLiteral("hello")), QByteArray("answer to hello"));
-        QCOMPARE(call(QStringLiteral("more than twenty bytes of it")), QByteArray());
+        QCOMPARE(call(QStringLiteral("more than twenty bytes of it")), QByteArray("closed"));
         QCOMPARE(heard, QList<QByteArray>{"hello"});
-        lock.release();
+        // A holder that is going: who is there already is told so at once, who comes finds nobody.
+        lock.whenCalled(20, [&lock](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {
+            QTimer::singleShot(0, qApp, [&lock] { lock.closeDoor(); });
+        });
+        QCOMPARE(call(QStringLiteral("hello")), QByteArray("closed"));
         QCOMPARE(call(QStringLiteral("hello")), QByteArray("nobody"));
+        {
+            QProcess during;
+            QCOMPARE(answer(during), QByteArray("busy")); // the lock is another matter
+            QVERIFY(during.state() == QProcess::NotRunning || during.waitForFinished());
+        }
+        lock.release();
         QProcess third;
         QCOMPARE(answer(third), QByteArray("taken"));
         third.closeWriteChannel();

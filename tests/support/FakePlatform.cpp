@@ -192,6 +192,9 @@ bool FakeProcesses::startToType(const QString &program)
 bool FakeProcesses::startSibling(const QString &name, const QStringList &arguments, bool)
 {
     m_log.add((QStringList{QStringLiteral("sibling"), name} + arguments).join(QLatin1Char(' ')));
+    if (onSibling) {
+        onSibling(name);
+    }
     return hasSibling(name);
 }
 

@@ -290,6 +290,7 @@ public:
     QStringList notInstalled; ///< siblings
     QStringList broken;       ///< programs that cannot be started
     Captured captured;
+    std::function<void(const QString &name)> onSibling; ///< runs while a sibling is started
 
 private:
     CallLog &m_log;
@@ -415,20 +416,23 @@ public:
     {
         called = std::move(handler);
     }
+    void closeDoor() override { called = nullptr; }
     /// Logged as "call MESSAGE".
     CallResult call(const QString &, const QByteArray &message, int) override
     {
         m_log.add(QStringLiteral("call ") + QString::fromUtf8(message));
         return reached;
     }
-    /// The user starts the program once more.
-    void startAgain()
+    /// The user starts the program once more, with "talk" or "settings" or without any.
+    void startAgain(const QByteArray &what = "show")
     {
-        called(R"({"mevoinput":1,"do":"show"})", [](const QByteArray &) {});
+        called(R"({"mevoinput":1,"do":")" + what + "\"}",
+               [this](const QByteArray &answer) { answers.append(answer); });
     }
     bool free = true;
     CallResult reached{true, R"({"mevoinput":1,"answer":"done"})"};
     std::function<void(const QByteArray &, CallAnswer)> called;
+    QByteArrayList answers; ///< to startAgain()
 
 private:
     CallLog &m_log;

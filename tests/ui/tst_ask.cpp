@@ -88,6 +88,29 @@ private Q_SLOTS:
         QTRY_VERIFY(box.isNull());
     }
 
+    void aQuestionThatStandsComesForward()
+    {
+        QWidget parent;
+        QWidget other; // no window that the question holds up
+        other.setWindowModality(Qt::NonModal);
+        parent.show();
+        bool came = false;
+        whileItStands([&](QWidget *box) {
+            QVERIFY(box != nullptr);
+            other.show();
+            other.activateWindow();
+            QTRY_VERIFY(other.isActiveWindow());
+            raiseQuestions();
+            QTRY_VERIFY(box->isActiveWindow());
+            came = true;
+            closeQuestions();
+        });
+        const QString text = QStringLiteral("text");
+        ask(&parent, {text, text, {text}});
+        QVERIFY(came);
+        raiseQuestions(); // there is none
+    }
+
     void howAQuestionIsClosed_data()
     {
         QTest::addColumn<int>("way");

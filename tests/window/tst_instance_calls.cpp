@@ -91,6 +91,58 @@ private Q_SLOTS:
         QVERIFY(program.fake.log.calls(QStringLiteral("post")).isEmpty());
     }
 
+    void aTextIsPastedIntoItsOwnWindowOnly_data()
+    {
+        QTest::addColumn<bool>("waits");
+        QTest::newRow("behind a sentence") << false;
+        QTest::newRow("behind another paste") << true;
+    }
+    /// The paste key goes to whatever has the focus when its turn comes.
+    void aTextIsPastedIntoItsOwnWindowOnly()
+    {
+        QFETCH(bool, waits);
+        Program program;
+        program.start();
+        program.window->Send2ScreenMethod = 2;
+        auto &calls = program.window->instanceCalls();
+        if (waits) {
+            calls.take({What::Type, QStringLiteral("一")}, m_answers("a"));
+            QVERIFY(program.fake.clipboard->text() == QStringLiteral("一"));
+        } else {
+            program.key(1, true);
+            QTRY_VERIFY(program.window->Recording);
+        }
+        calls.take({What::Type, QStringLiteral("二")}, m_answers("b"));
+        program.fake.windowSystem->focused = 0x22;
+        if (!waits) {
+            program.key(1, false);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(m_answers.told.contains("b kept"), 20000);
+        QCOMPARE(m_answers.told, waits ? (QByteArrayList{"a done", "b kept"}) : QByteArrayList{"b kept"});
+        QVERIFY(!program.fake.log.has(QStringLiteral("clipboard set 二")));
+        QCOMPARE(keptTexts(), QStringList{QStringLiteral("二")});
+    }
+
+    /// What has come during the start is done first.
+    void callsAreCarriedOutInTheirOrder()
+    {
+        Program program;
+        program.fake.processes->onSibling = [&](const QString &) {
+            program.fake.processes->onSibling = nullptr;
+            QVERIFY(!MainWindow::instance()->InitDone);
+            for (const char *text : {"a", "b"}) {
+                MainWindow::instance()->instanceCalls().take({What::Type, QString::fromLatin1(text)},
+                                                             m_answers(text));
+            }
+        };
+        program.start();
+        program.window->instanceCalls().take({What::Type, QStringLiteral("c")}, m_answers("c"));
+        QTRY_COMPARE(m_answers.told, (QByteArrayList{"a done", "b done", "c done"}));
+        QCOMPARE(program.fake.log.calls(QStringLiteral("post")),
+                 (QStringList{QStringLiteral("post 11 a"), QStringLiteral("post 11 b"),
+                              QStringLiteral("post 11 c")}));
+    }
+
     /// It waits for the sentence that is being spoken, goes to the window of its own moment, and an exit
     /// keeps it where the sentence does not end.
     void aTextWaitsForTheSentenceBeforeIt()

@@ -174,6 +174,30 @@ private Q_SLOTS:
         QCOMPARE(mevo::runProgram(program.fake.platform), 0);
     }
 
+    /// Nothing but the question can be had while it stands, and what the user answers to it counts.
+    void aSecondStartWhileTheExitIsAskedAbout_data()
+    {
+        QTest::addColumn<QByteArray>("what");
+        QTest::newRow("plain") << QByteArray("show");
+        QTest::newRow("talk window") << QByteArray("talk");
+        QTest::newRow("settings") << QByteArray("settings");
+    }
+    void aSecondStartWhileTheExitIsAskedAbout()
+    {
+        QFETCH(QByteArray, what);
+        Program program;
+        program.onQuestion = [&] {
+            program.fake.singleInstance->startAgain(what);
+            QCOMPARE(program.fake.singleInstance->answers.size(), 1);
+            QVERIFY(program.fake.singleInstance->answers.first().contains("refused"));
+        };
+        const WhenRunning leave([] { MainWindow::instance()->on_exitAppAction(); });
+        QCOMPARE(mevo::runProgram(program.fake.platform), 0);
+        QCOMPARE(program.questions.size(), 1);
+        QVERIFY(program.fake.log.calls(QStringLiteral("start ")).isEmpty());
+        QVERIFY(!program.fake.singleInstance->called); // the door is closed with the event loop
+    }
+
     void mainFunctionDoor()
     {
         Program program;

@@ -238,6 +238,48 @@ private Q_SLOTS:
         QVERIFY(shown);
     }
 
+    void aSecondStartWhileTheStartIsGivenUp_data()
+    {
+        QTest::addColumn<bool>("walked");
+        QTest::newRow("before the exit is walked") << false;
+        QTest::newRow("while it is") << true;
+    }
+    /// What it was promised is kept, although the event loop never runs.
+    void aSecondStartWhileTheStartIsGivenUp()
+    {
+        QFETCH(bool, walked);
+        Services services;
+        Program program(true, services.host());
+        const auto startAgain = [&program] {
+            program.fake.singleInstance->startAgain("settings");
+            program.fake.singleInstance->startAgain();
+        };
+        services.at(1, false, [&] {
+            ::raise(SIGTERM);
+            QTimer::singleShot(0, qApp, [&] { // behind the signal, which comes through the event loop
+                QTRY_VERIFY(window().isGoingDown());
+                if (!walked) {
+                    startAgain();
+                }
+            });
+        });
+        program.fake.processes->onSibling = [&](const QString &) {
+            if (walked && window().isLeaving()) {
+                startAgain();
+            }
+        };
+        QCOMPARE(mevo::runProgram(program.fake.platform), 0);
+        QCOMPARE(program.fake.singleInstance->answers.size(), 2);
+        for (const QByteArray &answer : qAsConst(program.fake.singleInstance->answers)) {
+            QVERIFY2(answer.contains("done"), answer.constData());
+        }
+        const QString started = QStringLiteral("start ") + QCoreApplication::applicationFilePath() +
+                                QStringLiteral(" --settings");
+        QCOMPARE(program.order({QStringLiteral("lock released"), started}),
+                 (QStringList{QStringLiteral("lock released"), started}));
+        QVERIFY(!program.fake.singleInstance->called); // nobody is kept waiting
+    }
+
     void exitInsideEveryWait_data()
     {
         QTest::addColumn<int>("action");

@@ -76,9 +76,15 @@ bool FlockSingleInstance::acquire(const QString &name)
 void FlockSingleInstance::whenCalled(
     int longest, std::function<void(const QByteArray &message, CallAnswer answer)> handler)
 {
+    closeDoor();             // its end would take the place of a new one away
     if (m_descriptor >= 0) { // the place of the socket belongs to the lock's holder
         m_door = std::make_unique<InstanceDoor>(socketPath(m_name), longest, std::move(handler));
     }
+}
+
+void FlockSingleInstance::closeDoor()
+{
+    m_door.reset();
 }
 
 SingleInstance::CallResult FlockSingleInstance::call(const QString &name, const QByteArray &message,
@@ -89,7 +95,7 @@ SingleInstance::CallResult FlockSingleInstance::call(const QString &name, const 
 
 void FlockSingleInstance::release()
 {
-    m_door.reset();
+    closeDoor();
     if (m_descriptor >= 0) {
         // The file stays: removing it would let a third process lock a new one beside a second's.
         close(m_descriptor);

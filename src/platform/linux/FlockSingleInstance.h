@@ -24,6 +24,7 @@ public:
     /// The others call at a socket beside the lock.
     void whenCalled(int longest,
                     std::function<void(const QByteArray &message, CallAnswer answer)> handler) override;
+    void closeDoor() override;
     CallResult call(const QString &name, const QByteArray &message, int waitMs) override;
 
 private:

@@ -123,7 +123,10 @@ SingleInstance::CallResult callInstance(const QString &path, const QByteArray &m
     while (!socket.canReadLine() && socket.bytesAvailable() <= longestAnswer &&
            socket.waitForReadyRead(left())) {
     }
-    return {true, socket.canReadLine() ? lineOf(socket, longestAnswer) : QByteArray()};
+    if (socket.canReadLine()) {
+        return {true, lineOf(socket, longestAnswer)};
+    }
+    return {true, QByteArray(), socket.state() != QLocalSocket::ConnectedState};
 }
 
 } // namespace mevo

@@ -53,6 +53,8 @@ const char *nameOf(PostStop stop)
         return "the program does not answer";
     case PostStop::FocusRefused:
         return "the window does not take the focus";
+    case PostStop::FocusLeft:
+        return "another window has the focus";
     case PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case PostStop::Untypable:
