@@ -78,16 +78,26 @@ void KeypadTables::look()
 void KeypadTables::read()
 {
     m_reading = true;
-    const auto content = std::make_shared<Content>();
+    struct Found
+    {
+        Content content;
+        PinyinList list;
+    };
+    const auto found = std::make_shared<Found>();
+    found->list = m_list;
     runAside(
         this,
-        [content, voice = m_voicePath, pinyin = m_pinyinPath] {
-            content->words = KeyWords(rowsOf(voice));
-            content->pinyin = PinyinTable(rowsOf(pinyin));
+        [found, voice = m_voicePath, pinyin = m_pinyinPath] {
+            if (found->list.isEmpty()) {
+                found->list = PinyinList::shipped();
+            }
+            found->content.words = KeyWords(rowsOf(voice));
+            found->content.pinyin = PinyinTable(rowsOf(pinyin), found->list);
         },
-        [this, content] {
+        [this, found] {
             m_reading = false;
-            m_handler(*content);
+            m_list = found->list;
+            m_handler(found->content);
             m_soon.start(m_soon.isActive() ? freshMs : settleMs); // for what has changed meanwhile
         });
 }

@@ -13,9 +13,9 @@
 
 namespace mevo::keypad {
 
-/// Both tables of the user, read now and each time that one changes, whichever way it is written: in its
-/// place, by another file that takes its name, or in a folder that comes later. A large table is read in a
-/// thread.
+/// Both tables of the user, with the keyboard's own list of pinyin behind them, read now and each time that
+/// one changes, whichever way it is written: in its place, by another file that takes its name, or in a
+/// folder that comes later. A large table is read in a thread.
 class KeypadTables : public QObject
 {
     Q_OBJECT
@@ -42,6 +42,7 @@ private:
     QString m_pinyinPath;
     QFileSystemWatcher m_watcher;
     QTimer m_soon;
+    PinyinList m_list;               ///< the keyboard's own, once it has been read
     std::vector<FileStamp> m_stamps; ///< of what was read last; none before
     bool m_reading = false;
 };

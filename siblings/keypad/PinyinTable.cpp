@@ -19,7 +19,8 @@ bool isSyllable(const QString &text)
 
 } // namespace
 
-PinyinTable::PinyinTable(const CommandRows &rows)
+PinyinTable::PinyinTable(const CommandRows &rows, PinyinList list)
+    : m_list(std::move(list))
 {
     auto texts = std::make_shared<Texts>();
     QSet<QString> known; // syllable and text
@@ -55,17 +56,24 @@ std::vector<Candidate> PinyinTable::candidates(const QString &letters) const
     if (letters.isEmpty() || isEmpty()) {
         return found;
     }
+    static const Texts none;
+    const Texts &own = m_texts ? *m_texts : none;
+    const auto takeExactly = [&](const QString &syllable) {
+        const auto row = own.find(syllable);
+        if (row != own.end()) {
+            take(row->second, int(syllable.size()));
+        }
+        take(m_list.exactly(syllable, mostCandidates), int(syllable.size()));
+    };
     const int length = int(letters.size());
-    for (auto row = m_texts->lower_bound(letters);
-         row != m_texts->end() && row->first.startsWith(letters) && int(found.size()) < mostCandidates;
-         ++row) {
+    takeExactly(letters);
+    for (auto row = own.upper_bound(letters);
+         row != own.end() && row->first.startsWith(letters) && int(found.size()) < mostCandidates; ++row) {
         take(row->second, length);
     }
+    take(m_list.beginning(letters, mostCandidates), length);
     for (int part = std::min(length - 1, longestSyllable); part > 0; --part) {
-        const auto row = m_texts->find(letters.left(part));
-        if (row != m_texts->end()) {
-            take(row->second, part);
-        }
+        takeExactly(letters.left(part));
     }
     return found;
 }

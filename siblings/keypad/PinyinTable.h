@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/CommandRow.h"
+#include "keypad/PinyinList.h"
 
 #include <QStringList>
 
@@ -16,16 +17,17 @@ struct Candidate
     int letters = 0; ///< of what was typed that it takes, from the start
 };
 
-/// The pinyin syllables of the user's table, each with its characters in the table's order. Copies share it.
+/// What letters may stand for: the user's table, whose texts come first and in its order, and behind it a
+/// list. Copies share both.
 class PinyinTable
 {
 public:
     PinyinTable() = default;
     /// Rows of another type, or whose syllable is not of the letters a to z, are left out. Rows of one
     /// syllable count together, and each text once.
-    explicit PinyinTable(const CommandRows &rows);
+    explicit PinyinTable(const CommandRows &rows, PinyinList list = PinyinList());
 
-    bool isEmpty() const { return !m_texts || m_texts->empty(); }
+    bool isEmpty() const { return (!m_texts || m_texts->empty()) && m_list.isEmpty(); }
     /// What the letters may stand for: first what sounds exactly so, then what begins so, then what only
     /// their first letters sound like. Each text once, at most `mostCandidates`.
     std::vector<Candidate> candidates(const QString &letters) const;
@@ -33,7 +35,8 @@ public:
 
 private:
     using Texts = std::map<QString, QStringList>; ///< by syllable
-    std::shared_ptr<const Texts> m_texts;         ///< null for none
+    std::shared_ptr<const Texts> m_texts;         ///< the user's; null for none
+    PinyinList m_list;
 };
 
 } // namespace mevo::keypad

@@ -7,6 +7,7 @@
 #include "keypad/KeypadPlace.h"
 #include "keypad/KeypadState.h"
 #include "keypad/PinyinInput.h"
+#include "keypad/PinyinList.h"
 
 #include <QtTest>
 
@@ -29,6 +30,12 @@ PinyinTable table()
 {
     return PinyinTable({row("ni", "你;泥"), row("hao", "好;号"), row("a", "啊;阿"), row("ai", "爱;哀"),
                         row("an", "安"), row("nin", "您")});
+}
+
+PinyinList shipped()
+{
+    static const PinyinList list = PinyinList::shipped();
+    return list;
 }
 
 QStringList texts(const std::vector<Candidate> &candidates)
@@ -184,6 +191,181 @@ private Q_SLOTS:
                                row("", "空"), row("ma", "网", "2"), row("ma", "无", ""), row("me", "")});
         QCOMPARE(texts(odd.candidates("m")).join(' '), QString("妈1 吗1 马1"));
         QVERIFY(PinyinTable({row("a", "啊", "0")}).isEmpty());
+    }
+
+    void lists_data()
+    {
+        QTest::addColumn<QString>("letters");
+        QTest::addColumn<QString>("exactly");
+        QTest::addColumn<QString>("beginning"); ///< of two texts at most
+        QTest::newRow("in their order") << "ni"
+                                        << "你泥"
+                                        << "您年";
+        QTest::newRow("at the end") << "nin"
+                                    << "您"
+                                    << "";
+        QTest::newRow("begun") << "n"
+                               << ""
+                               << "你您";
+        QTest::newRow("before all") << "a"
+                                    << ""
+                                    << "";
+        QTest::newRow("behind all") << "z"
+                                    << ""
+                                    << "";
+        QTest::newRow("not typed") << "你"
+                                   << ""
+                                   << "";
+        QTest::newRow("odd") << "o"
+                             << ""
+                             << "好";
+    }
+    void lists()
+    {
+        QFETCH(QString, letters);
+        const PinyinList list("# ni no\n你 ni\n您 nin\n\n年 nian\n泥 ni\n o\n#o o\no\nO O\n口 o \n口  o\n"
+                              "口 o\r\n好 ok\n口 o" +
+                              QByteArray(70000, 'o') + "\n里 l");
+        QTEST(list.exactly(letters, 9).join(QString()), "exactly");
+        QTEST(list.beginning(letters, 2).join(QString()), "beginning");
+        QCOMPARE(list.exactly("l", 9), QStringList{"里"}); // the last line needs no end
+        QVERIFY(PinyinList().isEmpty() && PinyinList("你ni\n").isEmpty() && !list.isEmpty());
+    }
+
+    void shippedList_data()
+    {
+        QTest::addColumn<QString>("letters");
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QStringList>("others"); ///< somewhere behind it
+        const auto row = [](const char *letters, const char *first, const QStringList &others) {
+            QTest::newRow(letters) << letters << first << others;
+        };
+        row("a", "啊", {"阿", "爱", "安"});
+        row("ni", "你", {"泥", "呢", "妮", "擬", "年"});
+        row("shi", "是", {"时", "十", "事", "世", "市", "石", "師"});
+        row("zhong", "中", {"种", "重", "众", "钟", "终", "种类"});
+        row("de", "的", {"得", "地", "德"});
+        row("lv", "律", {"绿", "旅", "吕", "铝", "驴", "綠"});
+        row("nv", "女", {"女人", "钕"});
+        row("lue", "略", {"掠"});
+        row("lve", "略", {"掠"});
+        row("nue", "疟", {"虐"});
+        row("nve", "疟", {"虐"});
+        row("xing", "行", {"性", "姓", "星", "兴"});
+        row("hang", "行", {"航", "杭"});
+        row("chang", "常", {"长", "场", "長"});
+        row("zhang", "长", {"张", "章", "張"});
+        row("xian", "现", {"先", "西安", "县"});
+        row("guo", "国", {"过", "果", "國", "過"});
+        row("nihao", "你好", {"你", "泥"});
+        row("women", "我们", {"我"});
+        row("zhongguo", "中国", {"中"});
+        row("zhongg", "中国", {"中"});
+        row("yinhang", "银行", {"银"});
+        row("shoudu", "首都", {"手"});
+        row("chongqing", "重庆", {"冲"});
+        row("zh", "这", {"中", "着", "只", "中国"});
+        row("nikan", "你", {"泥"});
+    }
+    void shippedList()
+    {
+        QFETCH(QString, letters);
+        QFETCH(QStringList, others);
+        const PinyinTable full({}, shipped());
+        const auto found = full.candidates(letters);
+        QVERIFY(!found.empty());
+        QTEST(found.front().text, "first");
+        QStringList all;
+        for (const Candidate &one : found) {
+            QVERIFY2(!all.contains(one.text), qPrintable(one.text));
+            all.append(one.text);
+        }
+        for (const QString &other : others) {
+            QVERIFY2(all.indexOf(other) > 0, qPrintable(other));
+        }
+    }
+
+    void everySyllableIsThere()
+    {
+        const QString syllables = "a ai an ang ao ba bai ban bang bao bei ben beng bi bian biao bie bin bing "
+                                  "bo bu ca cai can cang cao "
+                                  "ce cen ceng cha chai chan chang chao che chen cheng chi chong chou chu "
+                                  "chuai chuan chuang chui chun "
+                                  "chuo ci cong cou cu cuan cui cun cuo da dai dan dang dao de dei deng di "
+                                  "dian diao die ding diu dong "
+                                  "dou du duan dui dun duo e ei en eng er fa fan fang fei fen feng fo fou fu "
+                                  "ga gai gan gang gao ge gei "
+                                  "gen geng gong gou gu gua guai guan guang gui gun guo ha hai han hang hao "
+                                  "he hei hen heng hong hou hu "
+                                  "hua huai huan huang hui hun huo ji jia jian jiang jiao jie jin jing jiong "
+                                  "jiu ju juan jue jun ka kai "
+                                  "kan kang kao ke ken keng kong kou ku kua kuai kuan kuang kui kun kuo la "
+                                  "lai lan lang lao le lei leng "
+                                  "li lia lian liang liao lie lin ling liu long lou lu luan lue lun luo lv "
+                                  "ma mai man mang mao me mei "
+                                  "men meng mi mian miao mie min ming miu mo mou mu na nai nan nang nao ne "
+                                  "nei nen neng ni nian niang "
+                                  "niao nie nin ning niu nong nu nuan nue nuo nv o ou pa pai pan pang pao "
+                                  "pei pen peng pi pian piao pie "
+                                  "pin ping po pou pu qi qia qian qiang qiao qie qin qing qiong qiu qu quan "
+                                  "que qun ran rang rao re ren "
+                                  "reng ri rong rou ru ruan rui run ruo sa sai san sang sao se sen seng sha "
+                                  "shai shan shang shao she "
+                                  "shei shen sheng shi shou shu shua shuai shuan shuang shui shun shuo si "
+                                  "song sou su suan sui sun suo "
+                                  "ta tai tan tang tao te teng ti tian tiao tie ting tong tou tu tuan tui "
+                                  "tun tuo wa wai wan wang wei "
+                                  "wen weng wo wu xi xia xian xiang xiao xie xin xing xiong xiu xu xuan xue "
+                                  "xun ya yan yang yao ye yi "
+                                  "yin ying yo yong you yu yuan yue yun za zai zan zang zao ze zei zen zeng "
+                                  "zha zhai zhan zhang zhao "
+                                  "zhe zhen zheng zhi zhong zhou zhu zhua zhuai zhuan zhuang zhui zhun zhuo "
+                                  "zi zong zou zu zuan zui zun "
+                                  "zuo";
+        for (const QString &syllable : syllables.split(' ')) {
+            const QStringList texts = shipped().exactly(syllable, 1000);
+            QVERIFY2(!texts.isEmpty() && texts.first().size() == 1, qPrintable(syllable));
+        }
+        QVERIFY(shipped().exactly("yi", 1000).size() > 200);
+    }
+
+    void theUsersTableGoesFirst()
+    {
+        const PinyinTable both({row("ni", "泥;我自己;倪"), row("nim", "宁")}, shipped());
+        const QStringList found = texts(both.candidates("ni"));
+        QCOMPARE(found.mid(0, 4), QStringList({"泥2", "我自己2", "倪2", "你2"}));
+        QCOMPARE(found.count("泥2"), 1);
+        QVERIFY(found.indexOf("宁2") > found.indexOf("拟2")); // which only begins so
+        QVERIFY(!both.isEmpty() && !PinyinTable({}, shipped()).isEmpty());
+    }
+
+    void allPagesOfManyCharacters()
+    {
+        PinyinInput input;
+        input.setTable(PinyinTable({}, shipped()));
+        input.addLetter('y');
+        input.addLetter('i');
+        QStringList all = input.page();
+        while (input.hasPageAfter()) {
+            input.turnPage(1);
+            QVERIFY(!input.page().isEmpty() && input.page().size() <= 9);
+            all += input.page();
+        }
+        QCOMPARE(all.size(), 500);
+        QCOMPARE(all.removeDuplicates(), 0);
+        QVERIFY(all.contains("翼") && all.contains("義") && all.contains("一样"));
+        input.turnPage(-1);
+        QCOMPARE(input.choose(0), all[9 * 54]);
+    }
+
+    void theShippedListIsReadQuickly()
+    {
+        PinyinList list;
+        QBENCHMARK
+        {
+            list = PinyinList::shipped();
+        }
+        QVERIFY(!list.isEmpty());
     }
 
     void aHugeTable()
