@@ -52,6 +52,8 @@ void SettingsHands::open(const char *at)
         m_dialog = new CSettingDialog(m_window, *this, &m_window);
         QObject::connect(&m_window, &MainWindow::updateNoticeChanged, m_dialog.data(),
                          &CSettingDialog::setUpdateNotice);
+        QObject::connect(m_window.m_accounts.get(), &AccountHands::changed, m_dialog.data(),
+                         &CSettingDialog::showAccounts);
     }
     m_dialog->present(&m_window);
     if (at != nullptr) {
@@ -82,6 +84,7 @@ void SettingsHands::close()
 {
     if (!m_dialog.isNull()) {
         m_window.disconnect(m_dialog.data());
+        m_window.m_accounts->disconnect(m_dialog.data());
         m_dialog->retire();
         m_dialog.clear();
     }
