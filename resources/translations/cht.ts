@@ -2528,12 +2528,20 @@
         <translation>正在檢查……</translation>
     </message>
     <message>
-        <source>系统的密钥环没有解锁，以前保存的账号暂时不能使用。</source>
-        <translation>系統的金鑰圈沒有解鎖，以前儲存的帳號暫時不能使用。</translation>
+        <source>没有保存：%1 太长。</source>
+        <translation>沒有儲存：%1 太長。</translation>
     </message>
     <message>
-        <source>账号没有保存下来，只在这次运行中有效。</source>
-        <translation>帳號沒有儲存下來，只在這次執行中有效。</translation>
+        <source>没有保存：%1 中间有换行或看不见的字符。</source>
+        <translation>沒有儲存：%1 中間有換行或看不見的字元。</translation>
+    </message>
+    <message>
+        <source>系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。</source>
+        <translation>系統的金鑰圈沒有解鎖或沒有回應，以前儲存的帳號暫時不能使用。</translation>
+    </message>
+    <message>
+        <source>账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。</source>
+        <translation>帳號的變更還沒有儲存下來，會自動重試；如果先結束軟體，變更會遺失。</translation>
     </message>
     <message>
         <source>账号保存在系统的密钥环中。</source>

@@ -2527,12 +2527,20 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <translation>Checking …</translation>
     </message>
     <message>
-        <source>系统的密钥环没有解锁，以前保存的账号暂时不能使用。</source>
-        <translation>The keyring of the desktop is locked: the accounts kept in it cannot be used for now.</translation>
+        <source>没有保存：%1 太长。</source>
+        <translation>Not stored: %1 is too long.</translation>
     </message>
     <message>
-        <source>账号没有保存下来，只在这次运行中有效。</source>
-        <translation>The accounts could not be stored and last for this run only.</translation>
+        <source>没有保存：%1 中间有换行或看不见的字符。</source>
+        <translation>Not stored: %1 has a line end or an invisible character in it.</translation>
+    </message>
+    <message>
+        <source>系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。</source>
+        <translation>The keyring of the desktop is locked or does not answer: the accounts kept in it cannot be used for now.</translation>
+    </message>
+    <message>
+        <source>账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。</source>
+        <translation>The changes to the accounts are not stored yet. It is tried again; they are lost if you exit before that.</translation>
     </message>
     <message>
         <source>账号保存在系统的密钥环中。</source>

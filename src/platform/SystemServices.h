@@ -66,6 +66,7 @@ class AudioRouter
 public:
     virtual ~AudioRouter() = default;
     /// Names of the input devices, the default one first; empty when there are none or no server answers.
+    /// May be called from any thread.
     virtual QStringList inputNames() = 0;
     /// Makes the named device the default input. False when it is not there.
     virtual bool switchDefault(const QString &name) = 0;

@@ -4,6 +4,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <iterator>
 
 namespace mevo {
 
@@ -28,7 +29,20 @@ const ServiceNames &namesOf(AccountService service)
     return serviceNames[std::size_t(service)];
 }
 
+/// A line end, or one of the marks without a width that come along from web pages.
+bool isInvisible(QChar each)
+{
+    const QChar::Category category = each.category();
+    return category == QChar::Other_Control || category == QChar::Other_Format ||
+           category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
+}
+
 } // namespace
+
+QString accountServiceName(AccountService service)
+{
+    return QLatin1String(namesOf(service).name);
+}
 
 QStringList accountFields(AccountService service)
 {
@@ -41,15 +55,26 @@ QStringList accountFields(AccountService service)
     return fields;
 }
 
+AccountValue accountValue(const QString &typed)
+{
+    const auto surrounds = [](QChar each) { return each.isSpace() || isInvisible(each); };
+    const auto begin = std::find_if_not(typed.begin(), typed.end(), surrounds);
+    const auto end = std::find_if_not(typed.rbegin(), std::make_reverse_iterator(begin), surrounds).base();
+    const QString text(begin, int(end - begin));
+    if (text.size() > OwnAccounts::longestValue) {
+        return {AccountValue::Fault::TooLong, text};
+    }
+    const bool usable = std::none_of(text.begin(), text.end(), isInvisible);
+    return {usable ? AccountValue::Fault::None : AccountValue::Fault::Invisible, text};
+}
+
 bool OwnAccounts::set(AccountService service, int field, const QString &value)
 {
-    const QString text = value.trimmed();
-    const auto unusable = [](QChar each) { return each.category() == QChar::Other_Control; };
-    if (field < 0 || field >= accountFields(service).size() || text.size() > longestValue ||
-        std::any_of(text.begin(), text.end(), unusable)) {
+    const AccountValue usable = accountValue(value);
+    if (field < 0 || field >= accountFields(service).size() || usable.fault != AccountValue::Fault::None) {
         return false;
     }
-    m_values[std::size_t(service)][std::size_t(field)] = text;
+    m_values[std::size_t(service)][std::size_t(field)] = usable.text;
     return true;
 }
 
@@ -85,7 +110,7 @@ QByteArray OwnAccounts::toText() const
             }
         }
         if (!account.isEmpty()) {
-            all.insert(QLatin1String(namesOf(service).name), account);
+            all.insert(accountServiceName(service), account);
         }
     }
     return all.isEmpty() ? QByteArray() : QJsonDocument(all).toJson(QJsonDocument::Compact);
@@ -99,7 +124,7 @@ std::optional<OwnAccounts> OwnAccounts::fromText(const QByteArray &text)
     }
     OwnAccounts accounts;
     for (const AccountService service : accountServices) {
-        const QJsonObject account = document.object().value(QLatin1String(namesOf(service).name)).toObject();
+        const QJsonObject account = document.object().value(accountServiceName(service)).toObject();
         const QStringList fields = accountFields(service);
         for (int field = 0; field < fields.size(); ++field) {
             accounts.set(service, field, account.value(fields[field]).toString());

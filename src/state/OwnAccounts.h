@@ -15,8 +15,25 @@ enum class AccountService { Baidu, Tencent, XunFei, BaiduTranslate };
 constexpr std::array<AccountService, 4> accountServices{
     AccountService::Baidu, AccountService::Tencent, AccountService::XunFei, AccountService::BaiduTranslate};
 
+/// The name of a service in the kept text.
+QString accountServiceName(AccountService service);
+
 /// What an account of a service consists of, in the order of its fields, under the names of the kept text.
 QStringList accountFields(AccountService service);
+
+/// What has been typed or pasted into a field, without what came along around it: blanks, line ends and marks
+/// that are not seen.
+struct AccountValue
+{
+    enum class Fault {
+        None,
+        TooLong,
+        Invisible ///< a line end or the like within it
+    };
+    Fault fault = Fault::None;
+    QString text;
+};
+AccountValue accountValue(const QString &typed);
 
 /// The user's own accounts. Never logged.
 class OwnAccounts
@@ -29,8 +46,7 @@ public:
 
     /// The values of a service in the order of its fields; empty ones where there is none.
     const Values &values(AccountService service) const { return m_values[std::size_t(service)]; }
-    /// Sets a field. Blanks around a value are cut off: they come along when one is copied from a web page.
-    /// False, and it stays as it was, for one that is too long or has a control character in it.
+    /// Sets a field to what accountValue() makes of `value`. False, and it stays as it was, for a fault.
     bool set(AccountService service, int field, const QString &value);
     void remove(AccountService service) { m_values[std::size_t(service)] = {}; }
 

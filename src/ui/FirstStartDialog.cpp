@@ -8,13 +8,13 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QStyle>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 namespace {
 
 constexpr int narrowest = 460;
-constexpr int ruleLines = 5;
+constexpr int ruleLines = 6;
 
 QPushButton *makeButton(const QString &text, const char *name)
 {
@@ -60,7 +60,8 @@ FirstStartDialog::FirstStartDialog(QWidget *parent)
     command->setObjectName(QStringLiteral("plainTextEdit_UdevRule"));
     command->setReadOnly(true);
     command->setTabChangesFocus(true);
-    command->setFixedHeight(ruleLines * command->fontMetrics().lineSpacing() + 12);
+    const int margins = 2 * (int(command->document()->documentMargin()) + command->frameWidth());
+    command->setFixedHeight(ruleLines * command->fontMetrics().lineSpacing() + margins);
     QPushButton *copy = makeButton(tr("复制命令"), "pushButton_CopyRule");
     connect(copy, &QPushButton::clicked, this,
             [] { QGuiApplication::clipboard()->setText(mevo::udevRuleCommand()); });

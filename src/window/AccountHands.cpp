@@ -12,48 +12,52 @@
 
 namespace mevo {
 
-namespace {
-
-/// The accounts of `kept`, but of `after` where that has one or has taken one of `before` away.
-OwnAccounts merged(const OwnAccounts &kept, const OwnAccounts &before, const OwnAccounts &after)
-{
-    OwnAccounts all = kept;
-    for (const AccountService service : accountServices) {
-        const OwnAccounts::Values &values = after.values(service);
-        if (after.hasAny(service) || before.hasAny(service)) {
-            all.remove(service);
-            for (std::size_t field = 0; field < values.size(); ++field) {
-                all.set(service, int(field), values[field]);
-            }
-        }
-    }
-    return all;
-}
-
-} // namespace
-
 AccountHands::AccountHands(MainWindow &window)
     : m_window(window)
 {
+    m_retry.setSingleShot(true);
+    connect(&m_retry, &QTimer::timeout, this, [this] {
+        if (m_refused) {
+            keepPending(KeyringPrompt::None);
+        } else if (!m_known) {
+            read(KeyringPrompt::None);
+        }
+    });
 }
 
 void AccountHands::read()
 {
-    m_window.m_platform.secrets->read(this, [this](const SecretStore::Found &found) { take(found); });
+    read(KeyringPrompt::Allowed);
 }
 
+void AccountHands::read(KeyringPrompt prompt)
+{
+    m_window.m_platform.secrets->read(prompt, this, [this](const SecretStore::Found &found) {
+        if (found.answered) {
+            take(found);
+        } else {
+            m_retry.start(retryMs);
+        }
+        if (!std::exchange(m_read, true) || found.answered) {
+            emit changed();
+        }
+    });
+}
+
+/// What the user has set meanwhile stands before what was kept.
 void AccountHands::take(const SecretStore::Found &found)
 {
-    const std::optional<OwnAccounts> accounts =
-        found.answered ? OwnAccounts::fromText(found.secret) : std::nullopt;
-    m_locked = !found.answered;
-    m_place = found.place;
-    if (found.answered && !accounts) {
-        qWarning("Accounts: the user's own cannot be understood");
+    const JoinedAccounts kept = joinAccountTexts(found.texts);
+    if (!kept.unreadable.isEmpty()) {
+        qWarning("Accounts: what is kept cannot be understood");
     }
-    m_read = true;
-    putInForce(accounts.value_or(OwnAccounts()), false);
-    emit changed();
+    AccountChanges changes = m_given;
+    changes.add(m_pending);
+    // At the start the kept tokens are those of the kept account.
+    const bool forgetTokens = m_read || !changes.isEmpty();
+    m_known = true;
+    m_place = found.place;
+    putInForce(changes.appliedTo(OwnAccounts::fromText(kept.text).value_or(OwnAccounts())), forgetTokens);
 }
 
 const OwnAccounts &AccountHands::ownAccounts() const
@@ -66,51 +70,49 @@ AccountSource AccountHands::accountInForce(AccountService service) const
     return mevo::accountInForce(service, m_window, m_window.m_endpoints);
 }
 
-void AccountHands::keepAccounts(const OwnAccounts &accounts, QObject *context,
-                                std::function<void(SecretPlace)> done)
+void AccountHands::keepAccounts(const OwnAccounts &accounts)
 {
-    const OwnAccounts before = m_window.ownAccounts;
+    m_pending.add(AccountChanges(m_window.ownAccounts, accounts));
     putInForce(accounts, true);
     emit changed();
-    if (m_read && !m_locked) {
-        write(context, std::move(done));
-        return;
-    }
-    // What is kept there is not known yet, and must not be overwritten unseen.
-    const QPointer<QObject> asker(context);
-    m_window.m_platform.secrets->read(
-        this, [this, before, accounts, asker, done = std::move(done)](const SecretStore::Found &found) {
-            m_read = true;
-            m_locked = !found.answered;
-            if (!found.answered) {
-                qWarning("Accounts: they are not kept, as the ones before cannot be read");
-                if (!asker.isNull()) {
-                    done(SecretPlace::Nowhere);
-                }
-                return;
-            }
-            const OwnAccounts kept = OwnAccounts::fromText(found.secret).value_or(OwnAccounts());
-            putInForce(merged(kept, before, accounts), true);
-            emit changed();
-            write(asker, done);
-        });
+    keepPending(KeyringPrompt::Allowed);
 }
 
-void AccountHands::write(QObject *context, std::function<void(SecretPlace)> done)
+void AccountHands::keepPending(KeyringPrompt prompt)
 {
-    const bool none = m_window.ownAccounts.isEmpty();
-    const QPointer<QObject> asker(context);
-    m_window.m_platform.secrets->write(m_window.ownAccounts.toText(), this,
-                                       [this, none, asker, done = std::move(done)](SecretPlace place) {
-                                           if (place == SecretPlace::Nowhere) {
-                                               qWarning("Accounts: they could not be kept");
-                                           } else {
-                                               m_place = none ? SecretPlace::Nowhere : place;
-                                           }
-                                           if (!asker.isNull()) {
-                                               done(place);
-                                           }
-                                       });
+    if (m_keeping) {
+        return; // they follow
+    }
+    m_keeping = true;
+    m_given = std::exchange(m_pending, {});
+    const auto edit = [given = m_given](const QList<QByteArray> &texts) {
+        const JoinedAccounts kept = joinAccountTexts(texts);
+        return SecretStore::Change{given.appliedTo(kept.text), kept.unreadable};
+    };
+    m_window.m_platform.secrets->change(prompt, edit, this, [this](const SecretStore::Found &found) {
+        m_keeping = false;
+        const AccountChanges given = std::exchange(m_given, {});
+        const bool more = !m_pending.isEmpty();
+        if (found.answered) {
+            take(found);
+        } else {
+            AccountChanges all = given;
+            all.add(m_pending);
+            m_pending = all;
+        }
+        m_read = true;
+        if (m_refused != !found.answered) {
+            m_refused = !found.answered;
+            qInfo() << (m_refused ? "Accounts: changes could not be kept, it is tried again later"
+                                  : "Accounts: the changes are kept now");
+        }
+        if (more) {
+            keepPending(KeyringPrompt::Allowed);
+        } else if (m_refused) {
+            m_retry.start(retryMs);
+        }
+        emit changed();
+    });
 }
 
 void AccountHands::putInForce(const OwnAccounts &accounts, bool forgetTokens)

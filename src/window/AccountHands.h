@@ -1,9 +1,11 @@
 #pragma once
 
+#include "state/AccountChanges.h"
 #include "ui/settings/AccountsHost.h"
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 #include <array>
 
@@ -29,27 +31,37 @@ public:
     const OwnAccounts &ownAccounts() const override;
     AccountSource accountInForce(AccountService service) const override;
     SecretPlace accountsPlace() const override { return m_place; }
-    bool accountsLocked() const override { return m_locked; }
-    void keepAccounts(const OwnAccounts &accounts, QObject *context,
-                      std::function<void(SecretPlace)> done) override;
+    bool accountsLocked() const override { return m_read && !m_known; }
+    bool accountsUnkept() const override { return m_refused; }
+    void keepAccounts(const OwnAccounts &accounts) override;
     void checkAccount(AccountService service, QObject *context,
                       std::function<void(const AccountVerdict &)> done) override;
     void endAccountChecks() override;
 
+    /// How long after what the store has not answered it is asked again. Without a prompt: the user has seen
+    /// one.
+    static inline int retryMs = 60000;
+
 Q_SIGNALS:
-    /// The accounts have been read, or others are in force.
+    /// The accounts have been read or kept, or others are in force.
     void changed();
 
 private:
+    void read(KeyringPrompt prompt);
     void take(const SecretStore::Found &found);
-    void write(QObject *context, std::function<void(SecretPlace)> done);
+    void keepPending(KeyringPrompt prompt);
     void putInForce(const OwnAccounts &accounts, bool forgetTokens);
     void fetchTokens();
 
     MainWindow &m_window;
     SecretPlace m_place = SecretPlace::Nowhere;
     bool m_read = false;
-    bool m_locked = false;
+    bool m_known = false;     ///< what is kept has been read
+    AccountChanges m_pending; ///< that the store has not been given
+    AccountChanges m_given;   ///< that it is at
+    bool m_keeping = false;   ///< it is at some
+    bool m_refused = false;   ///< it has not kept the last ones
+    QTimer m_retry;
     std::array<QPointer<AccountCheck>, accountServices.size()> m_checks;
 };
 

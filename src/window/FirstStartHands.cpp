@@ -1,6 +1,7 @@
 #include "window/FirstStartHands.h"
 
 #include "audio/DefaultMicrophone.h"
+#include "base/RunAside.h"
 #include "base/SettingsFile.h"
 #include "device/ReceiverDiscovery.h"
 #include "ui/FirstStartDialog.h"
@@ -12,6 +13,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace mevo {
@@ -37,12 +39,12 @@ FirstStartHands::FirstStartHands(MainWindow &window)
     : QObject(&window)
     , m_window(window)
 {
-    m_look.setInterval(lookMs);
-    connect(&m_look, &QTimer::timeout, this, [this] {
+    m_again.setInterval(lookMs);
+    connect(&m_again, &QTimer::timeout, this, [this] {
         if (m_dialog.isNull() || !m_dialog->isVisible()) {
-            m_look.stop();
+            m_again.stop();
         } else {
-            m_dialog->setFacts(facts());
+            look(Wish::Refresh);
         }
     });
 }
@@ -66,10 +68,7 @@ void FirstStartHands::consider()
         });
         return;
     }
-    SettingsFile().setValue(shownKey, true); // also where nothing is missing: a later start is no first one
-    if (isFirstStartHelpNeeded(facts())) {
-        m_window.whenQuiet("First start", [this] { show(false); });
-    }
+    look(Wish::Consider);
 }
 
 void FirstStartHands::receiverNotOpened()
@@ -87,7 +86,51 @@ void FirstStartHands::receiverNotOpened()
 
 void FirstStartHands::open()
 {
-    show(true);
+    look(Wish::Open);
+}
+
+/// Aside: a sound server that hangs and a bus with many devices would hold the bar.
+void FirstStartHands::look(Wish wish)
+{
+    m_wish = std::max(m_wish, wish);
+    if (m_looking || m_window.isLeaving()) {
+        return;
+    }
+    m_looking = true;
+    const auto found = std::make_shared<Hardware>();
+    Hid *const hid = m_window.m_platform.hid.get();
+    AudioRouter *const router = m_window.m_platform.audioRouter.get();
+    found->microphone = router == nullptr && !defaultMicrophone().isNull();
+    runAside(
+        this,
+        [found, hid, router] {
+            found->receiverRefused = isReceiverRefused(*hid);
+            found->microphone = found->microphone || (router != nullptr && !router->inputNames().isEmpty());
+        },
+        [this, found] {
+            m_looking = false;
+            looked(*found);
+        });
+}
+
+void FirstStartHands::looked(const Hardware &hardware)
+{
+    m_hardware = hardware;
+    const Wish wish = std::exchange(m_wish, Wish::Refresh);
+    if (m_window.isLeaving()) {
+        return;
+    }
+    if (wish == Wish::Open) {
+        show(true);
+    } else if (wish == Wish::Refresh) {
+        if (!m_dialog.isNull()) {
+            m_dialog->setFacts(facts());
+        }
+    } else if (isFirstStartHelpNeeded(facts())) {
+        m_window.whenQuiet("First start", [this] { show(false); });
+    } else {
+        SettingsFile().setValue(shownKey, true); // a later start is no first one
+    }
 }
 
 /// By itself it does not take the keyboard, into which the user may be typing.
@@ -110,7 +153,8 @@ void FirstStartHands::show(bool activate)
     if (activate) {
         m_dialog->activateWindow();
     }
-    m_look.start();
+    m_again.start();
+    SettingsFile().setValue(shownKey, true);
 }
 
 void FirstStartHands::help(FirstStartHelp help)
@@ -143,10 +187,9 @@ FirstStartFacts FirstStartHands::facts() const
     });
     facts.inputMethod = m_window.LocalEnableASR3;
     facts.receiver = m_window.DeviceConnected && m_window.deviceOpen();
-    facts.receiverRefused = !facts.receiver && isReceiverRefused(*m_window.m_platform.hid);
+    facts.receiverRefused = !facts.receiver && m_hardware.receiverRefused;
     facts.receiverNeeded = !m_window.NoDeviceMode;
-    AudioRouter *const router = m_window.m_platform.audioRouter.get();
-    facts.microphone = router != nullptr ? !router->inputNames().isEmpty() : !defaultMicrophone().isNull();
+    facts.microphone = m_hardware.microphone;
     return facts;
 }
 

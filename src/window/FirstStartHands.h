@@ -30,14 +30,28 @@ public:
     static inline int waitMs = 2000;
 
 private:
+    /// What is asked of the system, which may take its time.
+    struct Hardware
+    {
+        bool receiverRefused = false;
+        bool microphone = false;
+    };
+    /// What happens once the hardware has been looked at; the later one counts for more.
+    enum class Wish { Refresh, Consider, Open };
+
     void consider();
+    void look(Wish wish);
+    void looked(const Hardware &hardware);
     void show(bool activate);
     void help(FirstStartHelp help);
     FirstStartFacts facts() const;
 
     MainWindow &m_window;
     QPointer<FirstStartDialog> m_dialog;
-    QTimer m_look; ///< for what changes while it is shown
+    QTimer m_again; ///< for what changes while it is shown
+    Hardware m_hardware;
+    Wish m_wish = Wish::Refresh;
+    bool m_looking = false;
     bool m_considered = false;
 };
 

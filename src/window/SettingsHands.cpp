@@ -53,6 +53,8 @@ void SettingsHands::open(const char *at)
         m_dialog = new CSettingDialog(m_window, *this, &m_window);
         QObject::connect(&m_window, &MainWindow::updateNoticeChanged, m_dialog.data(),
                          &CSettingDialog::setUpdateNotice);
+        QObject::connect(m_window.m_accounts.get(), &AccountHands::changed, m_dialog.data(),
+                         &CSettingDialog::showAccounts);
     }
     m_dialog->present(&m_window);
     if (at != nullptr) {
@@ -86,6 +88,7 @@ void SettingsHands::close()
         if (!m_window.isLeaving()) {
             moveQuestions(m_dialog, &m_window); // one on an update waits for its answer
         }
+        m_window.m_accounts->disconnect(m_dialog.data());
         m_dialog->retire();
         m_dialog.clear();
     }

@@ -3,6 +3,13 @@
 #include "platform/linux/DesktopSecretStore.h"
 #include "platform/linux/SecretFile.h"
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusReply>
+#include <QDBusVirtualObject>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,10 +21,18 @@
 #include <sys/stat.h>
 
 using mevo::DesktopSecretStore;
+using mevo::KeyringPrompt;
 using mevo::SecretPlace;
 using mevo::SecretStore;
 
+using Attributes = QMap<QString, QString>;
+Q_DECLARE_METATYPE(Attributes)
+
 namespace {
+
+const QString serviceName = QStringLiteral("org.freedesktop.secrets");
+const QString servicePath = QStringLiteral("/org/freedesktop/secrets");
+const QString serviceInterface = QStringLiteral("org.freedesktop.Secret.Service");
 
 int modeOf(const QString &path)
 {
@@ -32,29 +47,87 @@ QByteArray contentOf(const QString &path)
 }
 
 /// Waits for an answer of a store.
-template <typename Answer, typename Ask>
-Answer answerOf(const Ask &ask)
+template <typename Ask>
+SecretStore::Found answerOf(const Ask &ask)
 {
-    std::optional<Answer> got;
+    std::optional<SecretStore::Found> got;
     QObject context;
-    ask(&context, [&got](const Answer &answer) { got = answer; });
-    if (!QTest::qWaitFor([&got] { return got.has_value(); }, 30000)) {
+    ask(&context, [&got](const SecretStore::Found &answer) { got = answer; });
+    if (!QTest::qWaitFor([&got] { return got.has_value(); }, 60000)) {
         QTest::qFail("The store does not answer", __FILE__, __LINE__);
     }
-    return got.value_or(Answer{});
+    return got.value_or(SecretStore::Found{});
 }
 
-SecretStore::Found read(SecretStore &store)
+SecretStore::Found read(SecretStore &store, KeyringPrompt prompt = KeyringPrompt::Allowed)
 {
-    return answerOf<SecretStore::Found>(
-        [&store](QObject *context, const auto &done) { store.read(context, done); });
+    return answerOf([&](QObject *context, const auto &done) { store.read(prompt, context, done); });
 }
 
+/// What was there goes to `old`, if it has been asked for.
+SecretStore::Found change(SecretStore &store, const SecretStore::Change &change,
+                          QList<QByteArray> *old = nullptr, KeyringPrompt prompt = KeyringPrompt::Allowed)
+{
+    return answerOf([&](QObject *context, const auto &done) {
+        store.change(
+            prompt,
+            [change, old](const QList<QByteArray> &texts) {
+                if (old != nullptr) {
+                    *old = texts;
+                }
+                return change;
+            },
+            context, done);
+    });
+}
+
+/// Where a text has been kept.
 SecretPlace write(SecretStore &store, const QByteArray &secret)
 {
-    return answerOf<SecretPlace>(
-        [&](QObject *context, const auto &done) { store.write(secret, context, done); });
+    const SecretStore::Found found = change(store, {secret, {}});
+    return found.answered && found.texts == QList<QByteArray>({secret}) ? found.place : SecretPlace::Nowhere;
 }
+
+bool remove(SecretStore &store)
+{
+    return change(store, {}).answered;
+}
+
+/// A keyring that is there and answers nothing, or a fault.
+class BadKeyring : public QDBusVirtualObject
+{
+public:
+    explicit BadKeyring(const QDBusConnection &bus)
+        : m_bus(bus)
+    {
+        if (!m_bus.registerVirtualObject(servicePath, this, QDBusConnection::SubPath) ||
+            !m_bus.registerService(serviceName)) {
+            qFatal("The bus does not take the keyring");
+        }
+    }
+    ~BadKeyring() override
+    {
+        m_bus.unregisterService(serviceName);
+        m_bus.unregisterObject(servicePath);
+    }
+    Q_DISABLE_COPY(BadKeyring)
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        members.append(message.member());
+        if (fault.isEmpty()) {
+            message.setDelayedReply(true);
+        } else {
+            connection.send(message.createErrorReply(fault, QStringLiteral("said by the test")));
+        }
+        return true;
+    }
+    QString fault;
+    QStringList members; ///< that were called
+
+private:
+    QDBusConnection m_bus;
+};
 
 } // namespace
 
@@ -68,6 +141,50 @@ private:
     QProcess m_keyring;
     QByteArray m_bus;
     QString path() const { return m_folder.filePath(QStringLiteral("deeper/accounts.json")); }
+
+    QDBusConnection bus() const
+    {
+        return QDBusConnection::connectToBus(QString::fromLatin1(m_bus), QStringLiteral("of the test"));
+    }
+    void endKeyring()
+    {
+        m_keyring.terminate();
+        m_keyring.waitForFinished(20000);
+        QTRY_VERIFY(!bus().interface()->isServiceRegistered(serviceName).value());
+    }
+    /// Its keyring is unlocked by an empty password.
+    void startKeyring()
+    {
+        m_keyring.start(QStringLiteral("gnome-keyring-daemon"),
+                        {QStringLiteral("--foreground"), QStringLiteral("--unlock"),
+                         QStringLiteral("--components=secrets")});
+        QVERIFY(m_keyring.waitForStarted());
+        m_keyring.write("\n");
+        m_keyring.closeWriteChannel();
+        QTRY_VERIFY_WITH_TIMEOUT(bus().interface()->isServiceRegistered(serviceName).value(), 20000);
+    }
+    void lockKeyring() const
+    {
+        QDBusInterface service(serviceName, servicePath, serviceInterface, bus());
+        const QDBusReply<QDBusObjectPath> keyring =
+            service.call(QStringLiteral("ReadAlias"), QStringLiteral("default"));
+        QVERIFY(keyring.isValid());
+        const QDBusMessage locked = service.call(
+            QStringLiteral("Lock"), QVariant::fromValue(QList<QDBusObjectPath>{keyring.value()}));
+        QVERIFY2(locked.type() == QDBusMessage::ReplyMessage, qPrintable(locked.errorMessage()));
+    }
+    /// How many secrets of the program the keyring holds, whatever they are.
+    int itemsInKeyring() const
+    {
+        QDBusInterface service(serviceName, servicePath, serviceInterface, bus());
+        const QDBusMessage found =
+            service.call(QStringLiteral("SearchItems"),
+                         QVariant::fromValue(Attributes{
+                             {QStringLiteral("xdg:schema"), QStringLiteral("org.mevoinput.Accounts")}}));
+        return found.arguments().isEmpty()
+                   ? -1
+                   : qdbus_cast<QList<QDBusObjectPath>>(found.arguments().first()).size();
+    }
 
 private Q_SLOTS:
     void initTestCase()
@@ -92,8 +209,10 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(socket), 20000);
         m_bus = "unix:path=" + QFile::encodeName(socket);
         qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus);
+        qDBusRegisterMetaType<Attributes>();
+        QTRY_VERIFY(bus().isConnected());
     }
-    void init() { QFile::remove(path()); }
+    void init() { QVERIFY(!QFile::exists(path()) || QFile::remove(path())); }
 
     void file()
     {
@@ -130,8 +249,29 @@ private Q_SLOTS:
         QCOMPARE(contentOf(path()), QByteArray("own"));
         const SecretStore::Found found = read(store);
         QVERIFY(found.answered);
-        QCOMPARE(found.secret, QByteArray("own"));
+        QCOMPARE(found.texts, QList<QByteArray>({"own"}));
         QCOMPARE(found.place, SecretPlace::File);
+        QVERIFY(remove(store));
+        QVERIFY(!QFile::exists(path()));
+    }
+
+    /// Texts that are set aside stay, each once.
+    void asideInFiles()
+    {
+        DesktopSecretStore store(path(), true);
+        const QString aside = path() + QStringLiteral(".unreadable");
+        for (const char *text : {"one", "another", "one"}) {
+            QVERIFY(mevo::writeSecretFile(path(), text));
+            QList<QByteArray> old;
+            QVERIFY(change(store, {"new", {text}}, &old).answered);
+            QCOMPARE(old, QList<QByteArray>({text}));
+            QCOMPARE(contentOf(path()), QByteArray("new"));
+        }
+        QCOMPARE(contentOf(aside), QByteArray("one"));
+        QCOMPARE(contentOf(aside + QStringLiteral("-2")), QByteArray("another"));
+        QCOMPARE(modeOf(aside), 0600);
+        QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files).size(), 3);
+        QVERIFY(QFile::remove(aside) && QFile::remove(aside + QStringLiteral("-2")));
     }
 
     void withoutBus()
@@ -146,9 +286,50 @@ private Q_SLOTS:
         DesktopSecretStore store(path(), false);
         QCOMPARE(read(store).place, SecretPlace::Nowhere);
         QCOMPARE(write(store, "own"), SecretPlace::File);
-        QCOMPARE(read(store).secret, QByteArray("own"));
-        QCOMPARE(write(store, {}), SecretPlace::File);
+        QCOMPARE(read(store).texts, QList<QByteArray>({"own"}));
+        QVERIFY(remove(store));
         QVERIFY(!QFile::exists(path()));
+    }
+
+    void badKeyring_data()
+    {
+        QTest::addColumn<QString>("fault");
+        QTest::newRow("silent") << QString();
+        QTest::newRow("fails") << QStringLiteral("org.freedesktop.DBus.Error.Failed");
+        QTest::newRow("breaks off") << QStringLiteral("org.freedesktop.DBus.Error.NoReply");
+    }
+    /// A keyring that is not to be reached may still hold the accounts: nothing is written elsewhere.
+    void badKeyring()
+    {
+        QFETCH(QString, fault);
+        BadKeyring keyring(bus());
+        keyring.fault = fault;
+        QVERIFY(mevo::writeSecretFile(path(), "kept"));
+        DesktopSecretStore store(path(), false);
+        store.answerLimitMs = 500;
+        const SecretStore::Found found = read(store);
+        QVERIFY(!found.answered);
+        QVERIFY(found.texts.isEmpty());
+        QList<QByteArray> old{"not asked"};
+        QVERIFY(!change(store, {"new", {}}, &old).answered);
+        QVERIFY(!change(store, {}, &old).answered);
+        QCOMPARE(old, QList<QByteArray>({"not asked"}));
+        QCOMPARE(contentOf(path()), QByteArray("kept"));
+    }
+
+    /// The time that a call may take begins when it is its turn.
+    void ownTime()
+    {
+        const BadKeyring keyring(bus());
+        DesktopSecretStore store(path(), false);
+        store.answerLimitMs = 500;
+        QObject context;
+        int first = 0; // what a call asks of the keyring
+        store.read(KeyringPrompt::None, &context,
+                   [&](const SecretStore::Found &) { first = keyring.members.size(); });
+        QVERIFY(!read(store).answered);
+        QVERIFY(first > 0);
+        QVERIFY(keyring.members.size() > first);
     }
 
     void answersNobodyThatHasGone()
@@ -156,7 +337,7 @@ private Q_SLOTS:
         bool heard = false;
         DesktopSecretStore store(path(), true);
         auto asker = std::make_unique<QObject>();
-        store.read(asker.get(), [&heard](const SecretStore::Found &) { heard = true; });
+        store.read(KeyringPrompt::None, asker.get(), [&heard](const SecretStore::Found &) { heard = true; });
         asker.reset();
         QCOMPARE(read(store).answered, true); // behind it
         QVERIFY(!heard);
@@ -169,7 +350,12 @@ private Q_SLOTS:
             DesktopSecretStore store(path(), true);
             QObject context;
             for (int i = 0; i < 20; ++i) {
-                store.write("secret " + QByteArray::number(i), &context, [](SecretPlace) {});
+                store.change(
+                    KeyringPrompt::None,
+                    [i](const QList<QByteArray> &) {
+                        return SecretStore::Change{"secret " + QByteArray::number(i), {}};
+                    },
+                    &context, [](const SecretStore::Found &) {});
             }
         }
         QCOMPARE(contentOf(path()), QByteArray("secret 19"));
@@ -177,31 +363,70 @@ private Q_SLOTS:
 
     void keyring()
     {
-        const QString daemon = QStandardPaths::findExecutable(QStringLiteral("gnome-keyring-daemon"));
-        if (daemon.isEmpty()) {
+        if (QStandardPaths::findExecutable(QStringLiteral("gnome-keyring-daemon")).isEmpty()) {
             QSKIP("There is no keyring");
         }
-        m_keyring.start(daemon, {QStringLiteral("--foreground"), QStringLiteral("--unlock"),
-                                 QStringLiteral("--components=secrets")});
-        QVERIFY(m_keyring.waitForStarted());
-        m_keyring.write("\n");
-        m_keyring.closeWriteChannel();
+        startKeyring();
         QVERIFY(mevo::writeSecretFile(path(), "of a time without it"));
         DesktopSecretStore store(path(), false);
         QTRY_COMPARE_WITH_TIMEOUT(write(store, "in the keyring"), SecretPlace::Desktop, 20000);
         QVERIFY(!QFile::exists(path()));
-        QCOMPARE(read(store).secret, QByteArray("in the keyring"));
+        QCOMPARE(read(store).texts, QList<QByteArray>({"in the keyring"}));
         {
             DesktopSecretStore another(path(), false); // of the next start
             const SecretStore::Found found = read(another);
-            QCOMPARE(found.secret, QByteArray("in the keyring"));
+            QCOMPARE(found.texts, QList<QByteArray>({"in the keyring"}));
             QCOMPARE(found.place, SecretPlace::Desktop);
         }
         QCOMPARE(write(store, "another"), SecretPlace::Desktop);
-        QCOMPARE(read(store).secret, QByteArray("another"));
-        QCOMPARE(write(store, {}), SecretPlace::Desktop);
-        QCOMPARE(read(store).place, SecretPlace::Nowhere);
+        QCOMPARE(read(store).texts, QList<QByteArray>({"another"}));
+        QCOMPARE(itemsInKeyring(), 1);
+
+        // Of a time without it there is a file as well; both count, and one is left.
+        QVERIFY(mevo::writeSecretFile(path(), "newer"));
+        QCOMPARE(read(store).texts, QList<QByteArray>({"another", "newer"}));
+        QList<QByteArray> old;
+        QCOMPARE(change(store, {"joined", {"newer"}}, &old).place, SecretPlace::Desktop);
+        QCOMPARE(old, QList<QByteArray>({"another", "newer"}));
+        QVERIFY(!QFile::exists(path()));
+        QCOMPARE(read(store).texts, QList<QByteArray>({"joined"}));
+        QCOMPARE(itemsInKeyring(), 2); // and what was set aside
+
+        // What cannot be done in both places is not done in one.
+        QVERIFY(QDir().mkpath(path() + QStringLiteral("/file")));
+        QVERIFY(!remove(store));
+        QVERIFY(QDir(path()).removeRecursively());
+        QCOMPARE(read(store).texts, QList<QByteArray>({"joined"}));
     }
+
+    /// What a keyring holds is neither forgotten nor written elsewhere while it is locked or away.
+    void keyringThatIsLocked()
+    {
+        if (m_keyring.state() != QProcess::Running) {
+            QSKIP("There is no keyring");
+        }
+        DesktopSecretStore store(path(), false);
+        store.answerLimitMs = 5000; // nobody answers its prompt
+        QCOMPARE(write(store, "kept"), SecretPlace::Desktop);
+        lockKeyring();
+        for (const KeyringPrompt prompt : {KeyringPrompt::None, KeyringPrompt::Allowed}) {
+            QVERIFY(!read(store, prompt).answered);
+            QVERIFY(!change(store, {"new", {}}, nullptr, prompt).answered);
+            QVERIFY(!change(store, {}, nullptr, prompt).answered);
+        }
+        endKeyring();
+        QVERIFY(!read(store).answered);
+        QVERIFY(!change(store, {"new", {}}).answered);
+        QVERIFY(!QFile::exists(path()));
+
+        startKeyring();
+        QTRY_COMPARE_WITH_TIMEOUT(read(store).texts, QList<QByteArray>({"kept"}), 20000);
+        QCOMPARE(write(store, "new"), SecretPlace::Desktop);
+        QVERIFY(remove(store));
+        QCOMPARE(read(store).place, SecretPlace::Nowhere);
+        QCOMPARE(itemsInKeyring(), 1); // what was set aside
+    }
+
     void cleanupTestCase()
     {
         for (QProcess *process : {&m_keyring, &m_daemon}) {

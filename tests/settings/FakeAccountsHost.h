@@ -3,7 +3,6 @@
 #include "ui/settings/AccountsHost.h"
 
 #include <QPointer>
-#include <QTimer>
 
 #include <map>
 
@@ -14,6 +13,7 @@ public:
     mevo::OwnAccounts kept;
     mevo::SecretPlace place = mevo::SecretPlace::Desktop; ///< where accounts are kept
     bool locked = false;
+    bool unkept = false;
     mevo::AccountSource others = mevo::AccountSource::None; ///< in force without an own account
     int stores = 0;
     using Done = std::function<void(const mevo::AccountVerdict &)>;
@@ -30,12 +30,11 @@ public:
         return kept.isEmpty() ? mevo::SecretPlace::Nowhere : place;
     }
     bool accountsLocked() const override { return locked; }
-    void keepAccounts(const mevo::OwnAccounts &accounts, QObject *context,
-                      std::function<void(mevo::SecretPlace)> done) override
+    bool accountsUnkept() const override { return unkept; }
+    void keepAccounts(const mevo::OwnAccounts &accounts) override
     {
         kept = accounts;
         ++stores;
-        QTimer::singleShot(0, context, [this, done = std::move(done)] { done(place); });
     }
     void checkAccount(mevo::AccountService service, QObject *context, Done done) override
     {

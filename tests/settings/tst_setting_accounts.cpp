@@ -2,6 +2,7 @@
 
 #include "settings/DialogFixture.h"
 
+#include <QClipboard>
 #include <QGroupBox>
 #include <QLabel>
 
@@ -16,7 +17,7 @@ mevo::OwnAccounts of(const char *text)
     return mevo::OwnAccounts::fromText(text).value_or(mevo::OwnAccounts());
 }
 
-const QString baiduText = QStringLiteral("label_OwnBaidu");
+constexpr const char *baiduText = "label_OwnBaidu";
 
 } // namespace
 
@@ -119,13 +120,61 @@ private Q_SLOTS:
         host.place = mevo::SecretPlace::File;
         QCOMPARE(told("label_OwnAccountsKept"), QStringLiteral("账号保存在只有您本人可以读取的文件中。"));
         host.locked = true;
-        QCOMPARE(told("label_OwnAccountsKept"),
-                 QStringLiteral("系统的密钥环没有解锁，以前保存的账号暂时不能使用。"));
+        const QString locked = QStringLiteral("系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。");
+        const QString unkept =
+            QStringLiteral("账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。");
+        QCOMPARE(told("label_OwnAccountsKept"), locked);
+        host.unkept = true;
+        QCOMPARE(told("label_OwnAccountsKept"), locked + QLatin1Char('\n') + unkept);
         host.locked = false;
-        host.place = mevo::SecretPlace::Nowhere;
-        opened.type("lineEdit_OwnBaiduSecretKey", QStringLiteral("key"));
+        opened.dialog->showAccounts(); // as the program does when something has changed
+        QCOMPARE(opened.find<QLabel>("label_OwnAccountsKept")->text(), unkept);
+    }
+
+    void refused_data()
+    {
+        QTest::addColumn<QString>("pasted");
+        QTest::addColumn<QString>("told"); // empty: it is stored
+        QTest::addColumn<QByteArray>("kept");
+        const QByteArray whole = R"({"Baidu":{"ApiKey":"id","SecretKey":"the key"}})";
+        QTest::newRow("line ends around") << QStringLiteral("\n the key \r\n") << QString() << whole;
+        QTest::newRow("two lines") << QStringLiteral("the key\nand more")
+                                   << QStringLiteral("没有保存：Secret Key 中间有换行或看不见的字符。")
+                                   << QByteArray();
+        QTest::newRow("too long") << QString(201, QLatin1Char('k'))
+                                  << QStringLiteral("没有保存：Secret Key 太长。") << QByteArray();
+    }
+    /// What cannot be stored is said, and stays in its field; the id is not stored without it.
+    void refused()
+    {
+        QFETCH(QString, pasted);
+        QFETCH(QString, told);
+        QFETCH(QByteArray, kept);
+        Opened opened;
+        auto &host = opened.host.ownAccounts;
+        opened.type("lineEdit_OwnBaiduApiKey", QStringLiteral("id"));
+        auto *secret = opened.find<QLineEdit>("lineEdit_OwnBaiduSecretKey");
+        secret->setFocus();
+        QGuiApplication::clipboard()->setText(pasted);
+        secret->paste();
         opened.find<QWidget>("checkBox_ShowTipsDlg")->setFocus();
-        QTRY_COMPARE(told("label_OwnAccountsKept"), QStringLiteral("账号没有保存下来，只在这次运行中有效。"));
+        QCOMPARE(host.kept.toText(), kept);
+        if (told.isEmpty()) {
+            QCOMPARE(secret->text(), QString());
+            return;
+        }
+        QCOMPARE(opened.find<QLabel>(baiduText)->text(), told);
+        QCOMPARE(opened.find<QLineEdit>("lineEdit_OwnBaiduApiKey")->text(), QStringLiteral("id"));
+        opened.click("pushButton_CheckOwnBaidu");
+        QVERIFY(host.checks.empty());
+        opened.dialog->close();
+        opened.dialog->present(nullptr);
+        QCOMPARE(opened.find<QLabel>(baiduText)->text(), told);
+        opened.replace("lineEdit_OwnBaiduSecretKey", QStringLiteral("the key"));
+        opened.click("pushButton_CheckOwnBaidu");
+        QCOMPARE(host.kept.toText(), QByteArray(R"({"Baidu":{"ApiKey":"id","SecretKey":"the key"}})"));
+        QCOMPARE(host.checks.size(), std::size_t(1));
+        QCOMPARE(opened.find<QLabel>(baiduText)->text(), QStringLiteral("正在检查……"));
     }
 
     void checks()

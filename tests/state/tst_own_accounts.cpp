@@ -1,8 +1,10 @@
-#include "state/OwnAccounts.h"
+#include "state/AccountChanges.h"
 
 #include <QtTest>
 
+using mevo::AccountChanges;
 using mevo::AccountService;
+using mevo::AccountValue;
 using mevo::OwnAccounts;
 
 class TestOwnAccounts : public QObject
@@ -71,6 +73,95 @@ private Q_SLOTS:
         QVERIFY(!accounts.isComplete(AccountService::Tencent));
         QVERIFY(accounts.set(AccountService::Tencent, 0, QStringLiteral("id")));
         QVERIFY(accounts.isComplete(AccountService::Tencent));
+    }
+
+    void typed_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("fault");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char *name, const QString &typed, AccountValue::Fault fault,
+                            const QString &text) { QTest::newRow(name) << typed << int(fault) << text; };
+        const auto fine = AccountValue::Fault::None;
+        row("nothing", {}, fine, {});
+        row("blanks alone", QStringLiteral(" \r\n\t"), fine, {});
+        row("a line end behind", QStringLiteral("key\r\n"), fine, QStringLiteral("key"));
+        row("marks around", QStringLiteral("\uFEFF\u00A0\u200Bkey\u200B\u2028"), fine, QStringLiteral("key"));
+        row("a blank within", QStringLiteral(" a key "), fine, QStringLiteral("a key"));
+        row("two lines", QStringLiteral("id\nkey\n"), AccountValue::Fault::Invisible,
+            QStringLiteral("id\nkey"));
+        row("a mark within", QStringLiteral("k\u200Bey"), AccountValue::Fault::Invisible,
+            QStringLiteral("k\u200Bey"));
+        row("the longest", QStringLiteral("\n") + QString(200, QLatin1Char('k')), fine,
+            QString(200, QLatin1Char('k')));
+        row("too long", QString(201, QLatin1Char('k')), AccountValue::Fault::TooLong,
+            QString(201, QLatin1Char('k')));
+    }
+    void typed()
+    {
+        QFETCH(QString, typed);
+        const AccountValue value = mevo::accountValue(typed);
+        QTEST(int(value.fault), "fault");
+        QTEST(value.text, "text");
+    }
+
+    void changes_data()
+    {
+        QTest::addColumn<QByteArray>("before"); // as the program knows it
+        QTest::addColumn<QByteArray>("after");
+        QTest::addColumn<QByteArray>("kept");
+        QTest::addColumn<QByteArray>("result");
+        const auto row = [](const char *name, const char *before, const char *after, const char *kept,
+                            const char *result) {
+            QTest::newRow(name) << QByteArray(before) << QByteArray(after) << QByteArray(kept)
+                                << QByteArray(result);
+        };
+        const char *const both = R"({"Baidu":{"ApiKey":"i","SecretKey":"s"}})";
+        row("the first", "", both, "", both);
+        row("beside others, known or not", "", both, R"({"Google":[1],"XunFei":{"AppId":"a","Region":"b"}})",
+            R"({"Baidu":{"ApiKey":"i","SecretKey":"s"},"Google":[1],"XunFei":{"AppId":"a","Region":"b"}})");
+        row("half of one that is not known", "", R"({"Baidu":{"SecretKey":"new"}})", both,
+            R"({"Baidu":{"ApiKey":"i","SecretKey":"new"}})");
+        row("removal", both, "",
+            R"({"Baidu":{"ApiKey":"i","SecretKey":"s","Region":"b"},"XunFei":{"AppId":"a"}})",
+            R"({"XunFei":{"AppId":"a"}})");
+        row("removal of which half is known", R"({"Baidu":{"SecretKey":"new"}})", "", both, "");
+        row("a field taken away", both, R"({"Baidu":{"ApiKey":"i"}})", both, R"({"Baidu":{"ApiKey":"i"}})");
+        row("over what is of another type", "", both, R"({"Baidu":7})", both);
+        row("nothing", both, both, R"({"Tencent":{}})", R"({"Tencent":{}})");
+    }
+    void changes()
+    {
+        QFETCH(QByteArray, kept);
+        QFETCH(QByteArray, result);
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        const auto of = [](const QByteArray &text) { return OwnAccounts::fromText(text).value(); };
+        const AccountChanges changes(of(before), of(after));
+        QCOMPARE(changes.isEmpty(), before == after);
+        QCOMPARE(changes.appliedTo(kept), result);
+        QVERIFY(changes.appliedTo(of(kept)) == of(result));
+    }
+
+    void laterChanges()
+    {
+        const auto of = [](const char *text) { return OwnAccounts::fromText(text).value(); };
+        const OwnAccounts first = of(R"({"Baidu":{"ApiKey":"i","SecretKey":"s"}})");
+        const OwnAccounts second = of(R"({"Tencent":{"SecretId":"t"}})");
+        AccountChanges changes(OwnAccounts(), first);
+        changes.add(AccountChanges(first, second));
+        QCOMPARE(changes.appliedTo(QByteArray(R"({"Baidu":{"ApiKey":"old"},"XunFei":{"AppId":"a"}})")),
+                 QByteArray(R"({"Tencent":{"SecretId":"t"},"XunFei":{"AppId":"a"}})"));
+    }
+
+    void joins()
+    {
+        const mevo::JoinedAccounts joined =
+            mevo::joinAccountTexts({R"({"Baidu":{"ApiKey":"old","SecretKey":"s"},"XunFei":{"AppId":"a"}})",
+                                    "garbage", R"({"Baidu":{"ApiKey":"new"},"Google":1})", "[]"});
+        QCOMPARE(joined.text, QByteArray(R"({"Baidu":{"ApiKey":"new"},"Google":1,"XunFei":{"AppId":"a"}})"));
+        QCOMPARE(joined.unreadable, QList<QByteArray>({"garbage", "[]"}));
+        QCOMPARE(mevo::joinAccountTexts({}).text, QByteArray());
     }
 
     void hints_data()

@@ -55,6 +55,7 @@ int FakeHid::init()
 
 std::vector<HidEntry> FakeHid::enumerate(quint16 vendor, quint16 product)
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     std::vector<HidEntry> found;
     for (const HidEntry &entry : entries) {
         if ((vendor == 0 || entry.vendorId == vendor) && (product == 0 || entry.productId == product)) {
@@ -236,34 +237,49 @@ void FakeNotifications::message(const QString &, const QString &text, MessageIco
 void FakeSecretStore::release()
 {
     held = false;
-    for (const auto &read : std::exchange(m_held, {})) {
-        read();
+    for (const auto &call : std::exchange(m_held, {})) {
+        call();
     }
 }
 
-void FakeSecretStore::read(QObject *context, std::function<void(const Found &)> done)
+mevo::SecretStore::Found FakeSecretStore::found() const
+{
+    Found found{!locked, mevo::SecretPlace::Nowhere, {}};
+    for (const QByteArray &text : {older, kept}) {
+        if (!locked && !text.isEmpty()) {
+            found.place = place;
+            found.texts.append(text);
+        }
+    }
+    return found;
+}
+
+void FakeSecretStore::read(mevo::KeyringPrompt prompt, QObject *context, Done done)
 {
     if (held) {
-        m_held.push_back([this, context, done] { read(context, done); });
+        m_held.push_back([this, prompt, context, done] { read(prompt, context, done); });
         return;
     }
     ++reads;
-    Found found{!locked, mevo::SecretPlace::Nowhere, {}};
-    if (!locked && !kept.isEmpty()) {
-        found.place = place;
-        found.secret = kept;
-    }
-    QTimer::singleShot(0, context, [done = std::move(done), found] { done(found); });
+    prompts += int(prompt == mevo::KeyringPrompt::Allowed);
+    QTimer::singleShot(0, context, [done = std::move(done), found = found()] { done(found); });
 }
 
-void FakeSecretStore::write(const QByteArray &secret, QObject *context,
-                            std::function<void(mevo::SecretPlace)> done)
+void FakeSecretStore::change(mevo::KeyringPrompt prompt, Edit edit, QObject *context, Done done)
 {
-    if (!locked) {
-        kept = secret;
+    if (held) {
+        m_held.push_back([this, prompt, edit, context, done] { change(prompt, edit, context, done); });
+        return;
     }
-    const mevo::SecretPlace where = locked ? mevo::SecretPlace::Nowhere : place;
-    QTimer::singleShot(0, context, [done = std::move(done), where] { done(where); });
+    ++changes;
+    prompts += int(prompt == mevo::KeyringPrompt::Allowed);
+    if (!locked) {
+        const Change change = edit(found().texts);
+        kept = change.text;
+        older.clear();
+        aside.append(change.aside);
+    }
+    QTimer::singleShot(0, context, [done = std::move(done), found = found()] { done(found); });
 }
 
 FakePlatform::FakePlatform()

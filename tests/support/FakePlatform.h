@@ -3,8 +3,10 @@
 #include "platform/Platform.h"
 #include "support/CallLog.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QPointer>
+#include <QThread>
 
 #include <atomic>
 #include <condition_variable>
@@ -78,12 +80,16 @@ public:
     /// The two collections of one receiver on one node.
     static std::vector<mevo::HidEntry> receiver(const QByteArray &path = "/dev/hidraw3");
     /// Puts a receiver in, or pulls it out: the handles that were opened until then are dead for ever.
-    void plug() { entries = receiver(); }
+    void plug()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        entries = receiver();
+    }
     void unplug()
     {
+        const std::lock_guard<std::mutex> lock(m_mutex);
         entries.clear();
         m_firstLive = m_nextHandle;
-        const std::lock_guard<std::mutex> lock(m_mutex);
         m_input.clear();
     }
     /// Queues an input report for the next read of any handle.
@@ -384,13 +390,20 @@ public:
         : m_log(log)
     {
     }
-    QStringList inputNames() override { return names; }
+    QStringList inputNames() override
+    {
+        if (slow && QThread::currentThread() != QCoreApplication::instance()->thread()) {
+            slow();
+        }
+        return names;
+    }
     bool switchDefault(const QString &name) override
     {
         m_log.add(QStringLiteral("audio switch ") + name);
         return names.contains(name);
     }
     QStringList names;
+    std::function<void()> slow; ///< runs before an answer to another thread than the application's
 
 private:
     CallLog &m_log;
@@ -500,18 +513,22 @@ private:
 class FakeSecretStore : public mevo::SecretStore
 {
 public:
-    void read(QObject *context, std::function<void(const Found &)> done) override;
-    void write(const QByteArray &secret, QObject *context,
-               std::function<void(mevo::SecretPlace)> done) override;
+    void read(mevo::KeyringPrompt prompt, QObject *context, Done done) override;
+    void change(mevo::KeyringPrompt prompt, Edit edit, QObject *context, Done done) override;
 
     QByteArray kept;
+    QByteArray older; ///< is kept in another place, too
+    QList<QByteArray> aside;
     mevo::SecretPlace place = mevo::SecretPlace::Desktop; ///< where it keeps what it is given
     bool locked = false;                                  ///< neither reads nor writes
-    bool held = false;                                    ///< reads are not answered before release()
+    bool held = false;                                    ///< nothing is answered or done before release()
     int reads = 0;
+    int changes = 0;
+    int prompts = 0; ///< calls that may ask the user
     void release();
 
 private:
+    Found found() const;
     std::vector<std::function<void()>> m_held;
 };
 

@@ -2,16 +2,11 @@
 
 #include "window/AccountCheck.h"
 
-#include "recognisers/BaiduService.h"
-#include "recognisers/TencentService.h"
-#include "recognisers/XunFeiService.h"
-#include "services/LabHttpServer.h"
 #include "support/FakePlatform.h"
-#include "translation/TranslateService.h"
+#include "window/LabAccounts.h"
 
 #include <QElapsedTimer>
 #include <QTcpServer>
-#include <QUrlQuery>
 #include <QtTest>
 
 #include <memory>
@@ -23,48 +18,6 @@ Q_DECLARE_METATYPE(mevo::AccountService)
 Q_DECLARE_METATYPE(mevo::AccountFault)
 
 namespace {
-
-/// The four services, each with one account.
-struct Services
-{
-    Services()
-        : baidu(QStringLiteral("client-id-1234"), QStringLiteral("client-secret"), note)
-        , tencent(
-              "AKID-of-the-test", "key-of-the-test",
-              [](const QByteArray &, const auto &done) { done(QString()); }, note)
-        , xunFei({{QStringLiteral("app1"), QStringLiteral("api-key-of-the-test"), QStringLiteral("secret1")}},
-                 {QStringLiteral("localhost")}, note)
-        , translate("appid", "translation-key", note)
-        , baiduHttp([this](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
-            request.path().startsWith("/oauth") ? baidu.handleToken(request, reply)
-                                                : baidu.handleSpeech(request, reply);
-        })
-        , tencentHttps([this](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
-            tencent.handle(request, reply);
-        })
-        , translateHttp([this](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
-            translate.handle(request, reply);
-        })
-    {
-        ready = baiduHttp.start(0) && tencentHttps.useTls() && tencentHttps.start(0) &&
-                translateHttp.start(0) && xunFei.start(0);
-        const auto at = [](quint16 port) { return QStringLiteral("127.0.0.1:%1").arg(port); };
-        endpoints.BaiduTokenHost = endpoints.BaiduSpeechHost = at(baiduHttp.serverPort());
-        endpoints.TencentHost = at(tencentHttps.serverPort());
-        endpoints.TranslateHost = at(translateHttp.serverPort());
-        endpoints.XunFeiSignHost = QStringLiteral("localhost");
-        endpoints.XunFeiSocketHost = at(xunFei.serverPort());
-    }
-    static void note(const QJsonObject &) {}
-
-    lab::BaiduService baidu;
-    lab::TencentService tencent;
-    lab::XunFeiService xunFei;
-    lab::TranslateService translate;
-    lab::LabHttpServer baiduHttp, tencentHttps, translateHttp;
-    mevo::EngineEndpoints endpoints;
-    bool ready = false;
-};
 
 /// An address at which nobody listens.
 QString nobody()
@@ -148,7 +101,7 @@ private Q_SLOTS:
     {
         QFETCH(AccountService, service);
         QFETCH(QByteArray, values);
-        Services services;
+        LabAccounts services;
         QVERIFY(services.ready);
         const mevo::AccountVerdict verdict = check(services.endpoints, service, values);
         QTEST(verdict.fault, "fault");
@@ -157,7 +110,7 @@ private Q_SLOTS:
 
     void otherFaults()
     {
-        Services services;
+        LabAccounts services;
         QVERIFY(services.ready);
         const QByteArray baidu = "client-id-1234,client-secret", tencent = "AKID-of-the-test,key-of-the-test";
         services.baidu.setError(3305, 1);
@@ -176,7 +129,7 @@ private Q_SLOTS:
 
     void wrongClock()
     {
-        Services services;
+        LabAccounts services;
         QVERIFY(services.ready);
         m_fakes.time->start = QDateTime::currentDateTimeUtc().addSecs(-3600);
         QCOMPARE(check(services.endpoints, AccountService::Tencent, "AKID-of-the-test,key-of-the-test").fault,
@@ -212,7 +165,7 @@ private Q_SLOTS:
     /// Nobody hears of a check that has been given up.
     void goes()
     {
-        Services services;
+        LabAccounts services;
         bool heard = false;
         auto given = std::make_unique<mevo::AccountCheck>(m_state, *m_fakes.systemFacts, *m_fakes.time,
                                                           services.endpoints);

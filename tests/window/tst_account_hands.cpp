@@ -18,12 +18,19 @@ namespace {
 const QByteArray kept = R"({"Baidu":{"ApiKey":"own-id","SecretKey":"own-secret"},)"
                         R"("XunFei":{"ApiKey":"xk","ApiSecret":"xs","AppId":"xa"}})";
 
+const mevo::OwnAccounts tencent =
+    *mevo::OwnAccounts::fromText(R"({"Tencent":{"SecretId":"i","SecretKey":"k"}})");
+const QByteArray keptAndTencent = R"({"Baidu":{"ApiKey":"own-id","SecretKey":"own-secret"},)"
+                                  R"("Tencent":{"SecretId":"i","SecretKey":"k"},)"
+                                  R"("XunFei":{"ApiKey":"xk","ApiSecret":"xs","AppId":"xa"}})";
+
 /// A program whose token service gives the token "token of ID", and notes who asked.
 struct Running : ScriptedHttp, Program
 {
     Running()
         : Program(true, host())
     {
+        mevo::AccountHands::retryMs = 20;
         answering = [this](const ScriptedRequest &request) {
             if (!request.target.startsWith("/oauth")) {
                 return ScriptedAnswer::body("", 500);
@@ -39,14 +46,16 @@ struct Running : ScriptedHttp, Program
     QStringList askers;
 
     mevo::AccountsHost &accounts() const { return window->accountHands(); }
-    SecretPlace keep(const mevo::OwnAccounts &all) const
+    /// Whether they are kept.
+    bool keep(const mevo::OwnAccounts &all) const
     {
-        std::optional<SecretPlace> place;
-        accounts().keepAccounts(all, window.get(), [&place](SecretPlace where) { place = where; });
-        if (!QTest::qWaitFor([&place] { return place.has_value(); })) {
-            qFatal("It is not said where the accounts are kept");
+        const int before = fake.secrets->changes;
+        accounts().keepAccounts(all);
+        if (!QTest::qWaitFor([&] { return fake.secrets->changes > before; })) {
+            qFatal("The accounts are not kept anywhere");
         }
-        return *place;
+        settle();
+        return !accounts().accountsUnkept();
     }
     static mevo::OwnAccounts of(const QByteArray &text)
     {
@@ -100,7 +109,8 @@ private Q_SLOTS:
         QCOMPARE(program.accounts().accountInForce(AccountService::Baidu), AccountSource::List);
         mevo::SettingsFile().setValue(QStringLiteral("LastBDTK"), QStringLiteral("of the listed one"));
 
-        QCOMPARE(program.keep(Running::of(kept)), SecretPlace::Desktop);
+        QVERIFY(program.keep(Running::of(kept)));
+        QCOMPARE(program.accounts().accountsPlace(), SecretPlace::Desktop);
         QCOMPARE(program.fake.secrets->kept, kept);
         QCOMPARE(program.window->BaiduClientId, QStringLiteral("own-id"));
         QTRY_COMPARE(program.window->BaiduAccessToken, QStringLiteral("token of own-id"));
@@ -108,7 +118,7 @@ private Q_SLOTS:
         program.window->TimeOutReadInitPara(); // draws anew
         QCOMPARE(program.window->BaiduClientId, QStringLiteral("own-id"));
 
-        program.keep({});
+        QVERIFY(program.keep({}));
         QCOMPARE(program.fake.secrets->kept, QByteArray());
         QCOMPARE(program.window->BaiduClientId, QStringLiteral("listed-id"));
         QCOMPARE(program.window->XunFeiApiKey, QString());
@@ -131,7 +141,8 @@ private Q_SLOTS:
         QCOMPARE(program.window->BaiduAccessToken, QString());
     }
 
-    /// What a locked keyring holds is not overwritten unseen.
+    /// What a locked keyring holds is not overwritten unseen, and what could not be kept is kept later,
+    /// without another prompt.
     void lockedKeyring()
     {
         Running program;
@@ -139,20 +150,77 @@ private Q_SLOTS:
         program.fake.secrets->locked = true;
         program.start();
         QTRY_VERIFY(program.accounts().accountsLocked());
-        const mevo::OwnAccounts tencent = Running::of(R"({"Tencent":{"SecretId":"i","SecretKey":"k"}})");
-        QCOMPARE(program.keep(tencent), SecretPlace::Nowhere);
+        QVERIFY(!program.accounts().accountsUnkept());
+        QVERIFY(!program.keep(tencent));
+        QVERIFY(program.accounts().accountsLocked());
         QCOMPARE(program.accounts().accountInForce(AccountService::Tencent), AccountSource::Own);
+        QCOMPARE(program.accounts().accountInForce(AccountService::XunFei), AccountSource::None);
         QCOMPARE(program.fake.secrets->kept, kept);
+        const int prompts = program.fake.secrets->prompts;
 
+        const int changes = program.fake.secrets->changes;
+        QTRY_VERIFY(program.fake.secrets->changes > changes); // it stays locked
+        program.settle();
+        QVERIFY(program.accounts().accountsUnkept());
         program.fake.secrets->locked = false;
-        mevo::OwnAccounts more = tencent;
-        more.set(AccountService::Tencent, 1, QStringLiteral("k2"));
-        QCOMPARE(program.keep(more), SecretPlace::Desktop);
+        QTRY_VERIFY(!program.accounts().accountsUnkept());
         QCOMPARE(program.accounts().accountsLocked(), false);
-        const QByteArray all = program.fake.secrets->kept;
-        QVERIFY2(all.contains("own-secret") && all.contains("k2") && all.contains("xs"), all.constData());
+        QCOMPARE(program.fake.secrets->prompts, prompts);
+        QCOMPARE(program.fake.secrets->kept, keptAndTencent);
+        QCOMPARE(program.accounts().accountInForce(AccountService::XunFei), AccountSource::Own);
     }
 
+    /// A keyring that is unlocked later gives its accounts all the same.
+    void unlockedLater()
+    {
+        Running program;
+        program.fake.secrets->kept = kept;
+        program.fake.secrets->locked = true;
+        program.start();
+        QTRY_VERIFY(program.accounts().accountsLocked());
+        program.fake.secrets->locked = false;
+        QTRY_COMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
+        QTRY_COMPARE(program.window->BaiduAccessToken, QStringLiteral("token of own-id"));
+        QCOMPARE(program.fake.secrets->prompts, 1);
+    }
+
+    /// What is set before anything has been read goes on top of it, all of it.
+    void changesBeforeTheReading()
+    {
+        Running program;
+        program.fake.secrets->kept = kept;
+        program.fake.secrets->held = true;
+        program.start();
+        program.accounts().keepAccounts(tencent);
+        mevo::OwnAccounts more = tencent;
+        more.set(AccountService::XunFei, 1, QStringLiteral("another"));
+        program.accounts().keepAccounts(more);
+        program.fake.secrets->release();
+        QTRY_COMPARE(program.fake.secrets->changes, 2);
+        program.settle();
+        const QByteArray all = QByteArray(keptAndTencent).replace("\"xk\"", "\"another\"");
+        QCOMPARE(program.fake.secrets->kept, all);
+        QCOMPARE(program.accounts().ownAccounts().toText(), all);
+        QVERIFY(!program.accounts().accountsUnkept());
+    }
+
+    /// An account that is taken away does not come back because the keyring could not be reached just then.
+    void failedRemoval()
+    {
+        Running program;
+        program.fake.secrets->kept = kept;
+        program.start();
+        QTRY_VERIFY(!program.accounts().ownAccounts().isEmpty());
+        program.fake.secrets->locked = true;
+        QVERIFY(!program.keep({}));
+        QVERIFY(!program.accounts().accountsLocked()); // what was kept is known
+        program.fake.secrets->locked = false;
+        QTRY_COMPARE(program.fake.secrets->kept, QByteArray());
+        QTRY_VERIFY(!program.accounts().accountsUnkept());
+        QVERIFY(program.accounts().ownAccounts().isEmpty());
+    }
+
+    /// A text that the program does not understand is not lost to the first account that is set.
     void whatIsKeptIsNoAccount()
     {
         Running program;
@@ -161,6 +229,21 @@ private Q_SLOTS:
         QTRY_VERIFY(program.window->InitDone && program.fake.secrets->reads > 0);
         program.settle();
         QVERIFY(program.accounts().ownAccounts().isEmpty());
+        QCOMPARE(program.fake.secrets->kept, QByteArray("garbage"));
+        QVERIFY(program.keep(tencent));
+        QCOMPARE(program.fake.secrets->kept, tencent.toText());
+        QCOMPARE(program.fake.secrets->aside, QList<QByteArray>({"garbage"}));
+    }
+
+    /// Of a time without the keyring there is a file, too.
+    void twoPlaces()
+    {
+        Running program;
+        program.fake.secrets->older = kept;
+        program.fake.secrets->kept = R"({"Baidu":{"ApiKey":"own-new","SecretKey":"s"}})";
+        program.start();
+        QTRY_COMPARE(program.window->BaiduClientId, QStringLiteral("own-new"));
+        QCOMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
     }
 };
 

@@ -9,7 +9,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QTabWidget>
+#include <QThread>
+
+#include <atomic>
 
 namespace {
 
@@ -89,7 +93,7 @@ private Q_SLOTS:
         // But from the settings.
         start.window->pushBuutton_Setting_clicked();
         start.window->findChild<QPushButton *>(QStringLiteral("pushButton_FirstStart"))->click();
-        QVERIFY(start.shown() != nullptr);
+        QTRY_VERIFY(start.shown() != nullptr);
         QVERIFY(!start.shown()->testAttribute(Qt::WA_ShowWithoutActivating));
         QVERIFY(says(*start.shown(), "接收器：没有找到，请插入电脑的USB接口"));
     }
@@ -106,6 +110,47 @@ private Q_SLOTS:
         start.fake.secrets->release();
         QTRY_VERIFY(Start::isMarked());
         QVERIFY(start.shown() == nullptr);
+    }
+
+    /// A slow sound server does not hold the program, and the program's end waits for its answer.
+    void slowSoundServer()
+    {
+        std::atomic<int> asked{0};
+        QSemaphore answer;
+        Start start(true);
+        start.fake.audioRouter->slow = [&] {
+            ++asked;
+            answer.tryAcquire(1, 60000);
+        };
+        start.start();
+        QTRY_COMPARE(asked.load(), 1);
+        start.settle();
+        QVERIFY(start.shown() == nullptr);
+        QVERIFY(!Start::isMarked());
+        answer.release();
+        QTRY_VERIFY(start.shown() != nullptr);
+        // It looks again while the window is shown, and the program ends meanwhile.
+        QTRY_COMPARE_WITH_TIMEOUT(asked.load(), 2, 20000);
+        QObject::connect(start.window.get(), &QObject::destroyed, [&answer] { answer.release(); });
+        start.window.reset();
+        QCOMPARE(answer.available(), 0);
+    }
+
+    /// A first start that ends before the window could come leaves it to the next one.
+    void endsBeforeItIsShown()
+    {
+        std::atomic<int> asked{0};
+        Start start(false);
+        start.fake.audioRouter->slow = [&asked] { ++asked; };
+        start.start();
+        start.window->ResultIdle = false; // a text is on its way
+        QTRY_COMPARE(asked.load(), 1);
+        QTRY_VERIFY(start.window->findChildren<QThread *>().isEmpty()); // what has been found is known
+        QVERIFY(start.shown() == nullptr);
+        QVERIFY(!Start::isMarked());
+        start.window->ResultIdle = true;
+        QTRY_VERIFY(start.shown() != nullptr);
+        QVERIFY(Start::isMarked());
     }
 
     void receiverWithoutRights()

@@ -2,8 +2,6 @@
 
 #include "platform/linux/SecretFile.h"
 
-#include <QDebug>
-#include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
 
@@ -11,106 +9,13 @@
 
 // GLib has members of this name.
 #undef signals
-#include <libsecret/secret.h>
+#include <gio/gio.h>
 
 namespace mevo {
 
 namespace {
 
 constexpr int lastWritesMs = 2000;
-
-const SecretSchema &schema()
-{
-    static const SecretSchema schema = [] {
-        SecretSchema made = {};
-        made.name = "org.mevoinput.Accounts";
-        made.flags = SECRET_SCHEMA_NONE;
-        made.attributes[0] = {"application", SECRET_SCHEMA_ATTRIBUTE_STRING};
-        return made;
-    }();
-    return schema;
-}
-
-/// The attributes by which the secret is found again.
-class Attributes
-{
-public:
-    Attributes()
-        : m_table(secret_attributes_build(&schema(), "application", "mevoinput", nullptr))
-    {
-    }
-    ~Attributes() { g_hash_table_unref(m_table); }
-    Q_DISABLE_COPY(Attributes)
-    GHashTable *table() const { return m_table; }
-
-private:
-    GHashTable *const m_table;
-};
-
-/// The outcome of a call that may fail.
-class CallError
-{
-public:
-    CallError() = default;
-    ~CallError() { g_clear_error(&m_error); }
-    Q_DISABLE_COPY(CallError)
-    GError **out() { return &m_error; }
-    explicit operator bool() const { return m_error != nullptr; }
-    QString text() const { return m_error == nullptr ? QString() : QString::fromUtf8(m_error->message); }
-
-private:
-    GError *m_error = nullptr;
-};
-
-/// Without a bus of the session's own GLib would start one.
-bool hasSessionBus()
-{
-    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") ||
-           QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
-}
-
-bool hasService(GCancellable *cancel)
-{
-    if (!hasSessionBus()) {
-        return false;
-    }
-    CallError error;
-    SecretService *const service = secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, cancel, error.out());
-    if (service == nullptr) {
-        qInfo().noquote() << "Secrets: the desktop keeps none:" << error.text();
-        return false;
-    }
-    g_object_unref(service);
-    return true;
-}
-
-std::optional<QByteArray> readFromDesktop(GCancellable *cancel)
-{
-    CallError error;
-    char *const found = secret_password_lookupv_sync(&schema(), Attributes().table(), cancel, error.out());
-    if (error) {
-        qWarning().noquote() << "Secrets: the desktop does not give them:" << error.text();
-        return std::nullopt;
-    }
-    QByteArray secret(found);
-    secret_password_free(found);
-    return secret;
-}
-
-bool writeToDesktop(const QByteArray &secret, GCancellable *cancel)
-{
-    CallError error;
-    if (secret.isEmpty()) {
-        secret_password_clearv_sync(&schema(), Attributes().table(), cancel, error.out());
-    } else {
-        secret_password_storev_sync(&schema(), Attributes().table(), SECRET_COLLECTION_DEFAULT,
-                                    "MEVOInput accounts", secret.constData(), cancel, error.out());
-    }
-    if (error) {
-        qWarning().noquote() << "Secrets: the desktop does not take them:" << error.text();
-    }
-    return !error;
-}
 
 } // namespace
 
@@ -138,70 +43,120 @@ DesktopSecretStore::~DesktopSecretStore()
     }
 }
 
-void DesktopSecretStore::enqueue(std::function<void(GCancellable *)> work, QObject *context,
-                                 std::function<void()> done)
+void DesktopSecretStore::enqueue(KeyringPrompt prompt, std::function<Found(const KeyringUse &)> work,
+                                 QObject *context, Done done)
 {
     if (!m_thread.isRunning()) {
         m_thread.start();
     }
     const Cancel cancel(g_cancellable_new(), [](GCancellable *made) { g_object_unref(made); });
     m_calls.push_back(cancel);
-    QTimer::singleShot(answerLimitMs, this, [weak = std::weak_ptr<GCancellable>(cancel)] {
-        if (const Cancel late = weak.lock()) {
-            g_cancellable_cancel(late.get());
-        }
-    });
+    const auto begin = [this, weak = std::weak_ptr<GCancellable>(cancel)] {
+        QTimer::singleShot(answerLimitMs, this, [weak] {
+            if (const Cancel late = weak.lock()) {
+                g_cancellable_cancel(late.get());
+            }
+        });
+    };
     const QPointer<QObject> asker(context);
-    const auto finish = [this, cancel, asker, done = std::move(done)] {
+    const auto finish = [this, cancel, asker, done = std::move(done)](const Found &found) {
         m_calls.erase(std::remove(m_calls.begin(), m_calls.end(), cancel), m_calls.end());
         if (!asker.isNull()) {
-            done();
+            done(found);
         }
     };
     QMetaObject::invokeMethod(
         &m_worker,
-        [this, cancel, finish, work = std::move(work)] {
-            work(cancel.get());
-            QMetaObject::invokeMethod(this, finish, Qt::QueuedConnection);
+        [this, cancel, prompt, begin, finish, work = std::move(work)] {
+            QMetaObject::invokeMethod(this, begin, Qt::QueuedConnection);
+            const Found found = work({cancel.get(), prompt});
+            QMetaObject::invokeMethod(
+                this, [finish, found] { finish(found); }, Qt::QueuedConnection);
         },
         Qt::QueuedConnection);
 }
 
-void DesktopSecretStore::read(QObject *context, std::function<void(const Found &)> done)
+void DesktopSecretStore::read(KeyringPrompt prompt, QObject *context, Done done)
 {
-    const auto found = std::make_shared<Found>();
     enqueue(
-        [this, found](GCancellable *cancel) {
-            const bool desktop = !m_fileOnly && hasService(cancel);
-            std::optional<QByteArray> secret;
-            SecretPlace place = SecretPlace::Desktop;
-            if (desktop) {
-                secret = readFromDesktop(cancel);
-            }
-            if (!desktop || (secret && secret->isEmpty())) {
-                secret = readSecretFile(m_file); // of a time without a keyring, too
-                place = SecretPlace::File;
-            }
-            found->answered = secret.has_value();
-            found->secret = secret.value_or(QByteArray());
-            found->place = found->secret.isEmpty() ? SecretPlace::Nowhere : place;
-        },
-        context, [found, done = std::move(done)] { done(*found); });
+        prompt, [this](const KeyringUse &use) { return readFrom(findKeyring(use), use); }, context,
+        std::move(done));
 }
 
-void DesktopSecretStore::write(const QByteArray &secret, QObject *context,
-                               std::function<void(SecretPlace)> done)
+void DesktopSecretStore::change(KeyringPrompt prompt, Edit edit, QObject *context, Done done)
 {
-    const auto place = std::make_shared<SecretPlace>(SecretPlace::Nowhere);
     enqueue(
-        [this, secret, place](GCancellable *cancel) {
-            if (m_fileOnly || !hasService(cancel)) {
-                *place = writeSecretFile(m_file, secret) ? SecretPlace::File : SecretPlace::Nowhere;
-            } else if (writeToDesktop(secret, cancel) && writeSecretFile(m_file, {})) {
-                *place = SecretPlace::Desktop;
-            }
-        },
-        context, [place, done = std::move(done)] { done(*place); });
+        prompt, [this, edit = std::move(edit)](const KeyringUse &use) { return exchange(edit, use); },
+        context, std::move(done));
+}
+
+KeyringState DesktopSecretStore::findKeyring(const KeyringUse &use)
+{
+    return m_fileOnly ? KeyringState::Absent : m_keyring.find(use);
+}
+
+SecretStore::Found DesktopSecretStore::readFrom(KeyringState keyring, const KeyringUse &use)
+{
+    Found found;
+    if (keyring == KeyringState::Unknown) {
+        return found;
+    }
+    if (keyring == KeyringState::Present) {
+        const std::optional<QByteArray> text = m_keyring.read(use);
+        if (!text) {
+            return found;
+        }
+        if (!text->isEmpty()) {
+            found.texts.append(*text);
+            found.place = SecretPlace::Desktop;
+        }
+    }
+    // With a keyring a file is of a time without it, and newer: what is put into the keyring clears the file.
+    const std::optional<QByteArray> text = readSecretFile(m_file);
+    if (text && !text->isEmpty()) {
+        found.place = found.texts.isEmpty() ? SecretPlace::File : found.place;
+        found.texts.append(*text);
+    }
+    found.answered = text.has_value();
+    return found;
+}
+
+SecretStore::Found DesktopSecretStore::exchange(const Edit &edit, const KeyringUse &use)
+{
+    const KeyringState keyring = findKeyring(use);
+    if (keyring == KeyringState::Present && !m_keyring.open(use)) {
+        return {};
+    }
+    const Found old = readFrom(keyring, use);
+    if (!old.answered) {
+        return {};
+    }
+    const Change change = edit(old.texts);
+    if (!isDone(change, keyring, use)) {
+        return {};
+    }
+    if (change.text.isEmpty()) {
+        return {true, SecretPlace::Nowhere, {}};
+    }
+    const bool desktop = keyring == KeyringState::Present;
+    return {true, desktop ? SecretPlace::Desktop : SecretPlace::File, {change.text}};
+}
+
+bool DesktopSecretStore::isDone(const Change &change, KeyringState keyring, const KeyringUse &use)
+{
+    const bool desktop = keyring == KeyringState::Present;
+    for (const QByteArray &text : change.aside) {
+        if (desktop ? !m_keyring.setAside(text, use) : !setSecretFileAside(m_file, text)) {
+            return false;
+        }
+    }
+    if (!desktop) {
+        return writeSecretFile(m_file, change.text);
+    }
+    // A file that stays would be taken for newer than what the keyring holds.
+    return isSecretFileRemovable(m_file) &&
+           (change.text.isEmpty() ? m_keyring.clear(use) : m_keyring.write(change.text, use)) &&
+           writeSecretFile(m_file, {});
 }
 
 } // namespace mevo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/SecretStore.h"
+#include "platform/linux/DesktopKeyring.h"
 
 #include <QObject>
 #include <QString>
@@ -9,13 +10,12 @@
 #include <memory>
 #include <vector>
 
-struct _GCancellable;
-
 namespace mevo {
 
 /// The secret of this program in the desktop's keyring (org.freedesktop.secrets, through libsecret), or,
-/// where there is no such service, in a file of the user's. Works in a thread of its own: a keyring that asks
-/// the user holds up nothing but the calls behind it, and no call waits longer than `answerLimitMs`.
+/// where there is no such service, in a file of the user's. Where it is not known whether there is one,
+/// nothing is read or written. Works in a thread of its own: a keyring that asks the user holds up nothing
+/// but the calls behind it, and no call takes longer than `answerLimitMs` once it is its turn.
 class DesktopSecretStore : public QObject, public SecretStore
 {
 public:
@@ -24,21 +24,29 @@ public:
     /// Lets what is being written be written, for a moment.
     ~DesktopSecretStore() override;
 
-    void read(QObject *context, std::function<void(const Found &)> done) override;
-    void write(const QByteArray &secret, QObject *context, std::function<void(SecretPlace)> done) override;
+    void read(KeyringPrompt prompt, QObject *context, Done done) override;
+    void change(KeyringPrompt prompt, Edit edit, QObject *context, Done done) override;
 
     /// How long a call may take in all, the user's unlocking included.
-    static constexpr int answerLimitMs = 120000;
+    int answerLimitMs = 120000;
 
 private:
     using Cancel = std::shared_ptr<_GCancellable>;
     /// Does `work` in the thread, then `done` here if `context` is still there.
-    void enqueue(std::function<void(_GCancellable *)> work, QObject *context, std::function<void()> done);
+    void enqueue(KeyringPrompt prompt, std::function<Found(const KeyringUse &)> work, QObject *context,
+                 Done done);
+
+    // In the thread.
+    KeyringState findKeyring(const KeyringUse &use);
+    Found readFrom(KeyringState keyring, const KeyringUse &use);
+    Found exchange(const Edit &edit, const KeyringUse &use);
+    bool isDone(const Change &change, KeyringState keyring, const KeyringUse &use);
 
     const QString m_file;
     const bool m_fileOnly;
     QThread m_thread;
     QObject m_worker;            ///< lives in the thread
+    DesktopKeyring m_keyring;    ///< the thread's
     std::vector<Cancel> m_calls; ///< that have not been answered
 };
 

@@ -31,11 +31,13 @@ HidapiHid::~HidapiHid()
 
 int HidapiHid::init()
 {
+    const std::lock_guard<std::mutex> lock(m_library);
     return hid_init();
 }
 
 std::vector<HidEntry> HidapiHid::enumerate(quint16 vendor, quint16 product)
 {
+    const std::lock_guard<std::mutex> lock(m_library);
     const std::unique_ptr<hid_device_info, decltype(&hid_free_enumeration)> list(
         hid_enumerate(vendor, product), &hid_free_enumeration);
     std::vector<HidEntry> entries;
@@ -47,6 +49,7 @@ std::vector<HidEntry> HidapiHid::enumerate(quint16 vendor, quint16 product)
 
 HidHandle HidapiHid::openPath(const QByteArray &path)
 {
+    const std::lock_guard<std::mutex> library(m_library);
     hid_device *device = hid_open_path(path.constData());
     if (device == nullptr) {
         const wchar_t *reason = hid_error(nullptr);
@@ -108,6 +111,7 @@ int HidapiHid::exit()
         open.swap(m_devices);
     }
     open.clear();
+    const std::lock_guard<std::mutex> lock(m_library);
     return hid_exit();
 }
 

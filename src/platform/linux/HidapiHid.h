@@ -33,6 +33,7 @@ private:
     struct Device;
     std::shared_ptr<Device> find(HidHandle handle) const;
 
+    std::mutex m_library; ///< hidapi keeps its last error of its own without a lock
     mutable std::mutex m_mutex;
     std::map<HidHandle, std::shared_ptr<Device>> m_devices;
     quintptr m_nextHandle = 1;

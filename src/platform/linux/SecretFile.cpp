@@ -38,7 +38,12 @@ std::optional<QByteArray> readSecretFile(const QString &path)
 bool writeSecretFile(const QString &path, const QByteArray &content)
 {
     if (content.isEmpty()) {
-        return !QFile::exists(path) || QFile::remove(path);
+        QFile file(path);
+        if (!file.exists() || file.remove()) {
+            return true;
+        }
+        qWarning().noquote() << "Secrets:" << path << "cannot be taken away:" << file.errorString();
+        return false;
     }
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
@@ -49,6 +54,28 @@ bool writeSecretFile(const QString &path, const QByteArray &content)
     }
     qWarning().noquote() << "Secrets:" << path << "cannot be written:" << file.errorString();
     return false;
+}
+
+bool isSecretFileRemovable(const QString &path)
+{
+    const QFileInfo file(path);
+    if (!file.exists() || (file.isFile() && QFileInfo(file.path()).isWritable())) {
+        return true;
+    }
+    qWarning().noquote() << "Secrets:" << path << "could not be taken away";
+    return false;
+}
+
+bool setSecretFileAside(const QString &path, const QByteArray &content)
+{
+    QString beside = path + QStringLiteral(".unreadable");
+    for (int number = 2; QFileInfo::exists(beside); ++number) {
+        if (readSecretFile(beside) == content) {
+            return true;
+        }
+        beside = QStringLiteral("%1.unreadable-%2").arg(path).arg(number);
+    }
+    return writeSecretFile(beside, content);
 }
 
 } // namespace mevo

@@ -15,4 +15,11 @@ std::optional<QByteArray> readSecretFile(const QString &path);
 /// line, when that failed.
 bool writeSecretFile(const QString &path, const QByteArray &content);
 
+/// There is no such file, or nothing is seen that would keep it from being taken away. Else a log line.
+bool isSecretFileRemovable(const QString &path);
+
+/// Keeps `content` in a file of mode 0600 of its own beside the file of that path, as "PATH.unreadable". One
+/// that holds it already will do.
+bool setSecretFileAside(const QString &path, const QByteArray &content);
+
 } // namespace mevo

@@ -11,8 +11,7 @@ class QObject;
 
 namespace mevo {
 
-/// What the settings ask of the program about the user's own accounts. Nothing here waits; what is told later
-/// is told from the event loop, and not at all once `context` has gone.
+/// What the settings ask of the program about the user's own accounts. Nothing here waits.
 class AccountsHost
 {
 public:
@@ -22,15 +21,16 @@ public:
     virtual AccountSource accountInForce(AccountService service) const = 0;
     /// Where the accounts are kept; nowhere while there are none.
     virtual SecretPlace accountsPlace() const = 0;
-    /// The kept accounts could not be read: the keyring stays locked.
+    /// The kept accounts could not be read yet: the keyring stays locked, or does not answer.
     virtual bool accountsLocked() const = 0;
+    /// Changes could not be kept yet, and last for this run alone unless a later attempt succeeds.
+    virtual bool accountsUnkept() const = 0;
 
-    /// Puts the accounts in force at once, and keeps them. `done` hears where; nowhere when they could not be
-    /// kept and last for this run alone.
-    virtual void keepAccounts(const OwnAccounts &accounts, QObject *context,
-                              std::function<void(SecretPlace place)> done) = 0;
-    /// Tries the user's account of a service by one small request. A check of the service that is under way
-    /// ends unheard.
+    /// Puts the accounts in force at once, and keeps what of it is a change. How that ends shows in the
+    /// above; the dialog is then filled again.
+    virtual void keepAccounts(const OwnAccounts &accounts) = 0;
+    /// Tries the user's account of a service by one small request. `done` is told from the event loop, and
+    /// not at all once `context` has gone. A check of the service that is under way ends unheard.
     virtual void checkAccount(AccountService service, QObject *context,
                               std::function<void(const AccountVerdict &verdict)> done) = 0;
     /// All checks end unheard.

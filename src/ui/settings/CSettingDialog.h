@@ -34,6 +34,8 @@ public:
     /// Fills the controls anew from the live members and the file, and shows what the device record lets be
     /// seen. A text that is being edited stays as it is.
     void updateUI();
+    /// Shows what is kept of the user's own accounts and which are in force.
+    void showAccounts();
     /// Stores the words and paths that are being edited.
     void storeEdits();
     /// Shows it for the first time or anew, on the screen of `nearTo`, and gives it the keyboard.

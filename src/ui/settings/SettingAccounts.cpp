@@ -18,6 +18,27 @@ QString say(const char *text)
     return QCoreApplication::translate("CSettingDialog", text);
 }
 
+bool isBlank(const QLineEdit *line)
+{
+    const AccountValue value = accountValue(line->text());
+    return value.fault == AccountValue::Fault::None && value.text.isEmpty();
+}
+
+/// Why the text of a field cannot be stored, empty where it can.
+QString refusalOf(const QLineEdit *line)
+{
+    switch (accountValue(line->text()).fault) {
+    case AccountValue::Fault::None:
+        break;
+    case AccountValue::Fault::TooLong:
+        return say(QT_TRANSLATE_NOOP("CSettingDialog", "没有保存：%1 太长。")).arg(line->accessibleName());
+    case AccountValue::Fault::Invisible:
+        return say(QT_TRANSLATE_NOOP("CSettingDialog", "没有保存：%1 中间有换行或看不见的字符。"))
+            .arg(line->accessibleName());
+    }
+    return {};
+}
+
 /// A text above or beneath the controls of its group, as long as it may be.
 void letWrap(QLabel *label, bool above)
 {
@@ -56,11 +77,10 @@ void SettingAccounts::add(AccountService id, const QStringList &fields, const QS
         return static_cast<QPushButton *>(controls.value(QLatin1String(what) + name));
     };
     auto *told = static_cast<QLabel *>(controls.value(QStringLiteral("label_") + name));
-    m_services.push_back({id, {}, button("pushButton_Check"), button("pushButton_Remove"), told, {}});
+    m_services.push_back({id, {}, button("pushButton_Check"), button("pushButton_Remove"), told, {}, {}});
     Service &service = m_services.back();
     for (const QString &field : fields) {
         auto *line = static_cast<QLineEdit *>(controls.value(QStringLiteral("lineEdit_") + name + field));
-        line->setMaxLength(OwnAccounts::longestValue);
         if (field != fields.first()) { // the first one names the account and is no secret
             line->setEchoMode(QLineEdit::Password);
         }
@@ -79,25 +99,28 @@ void SettingAccounts::edited(Service &service)
     const bool stays =
         QApplication::focusWidget() == nullptr || // gone to another program, to copy from there
         std::find(service.fields.begin(), service.fields.end(), at) != service.fields.end();
-    const bool all = std::all_of(service.fields.begin(), service.fields.end(),
-                                 [](const QLineEdit *line) { return !line->text().trimmed().isEmpty(); });
+    const bool all = std::none_of(service.fields.begin(), service.fields.end(), isBlank);
     if (!stays || all) {
         store(service);
     }
 }
 
+/// All of it or, when a field cannot be stored, nothing: the other ones belong to it.
 void SettingAccounts::store(Service &service)
 {
     OwnAccounts accounts = m_host.ownAccounts();
     bool typed = false;
+    service.refusal.clear();
     for (std::size_t field = 0; field < service.fields.size(); ++field) {
-        QLineEdit *line = service.fields[field];
-        if (line->text().trimmed().isEmpty()) {
-            continue;
-        }
-        if (accounts.set(service.id, int(field), line->text())) {
-            typed = true;
-        }
+        const QLineEdit *line = service.fields[field];
+        service.refusal += refusalOf(line);
+        typed = (!isBlank(line) && accounts.set(service.id, int(field), line->text())) || typed;
+    }
+    if (!service.refusal.isEmpty()) {
+        fill(service);
+        return;
+    }
+    for (QLineEdit *line : service.fields) {
         line->clear();
     }
     if (typed) {
@@ -115,16 +138,16 @@ void SettingAccounts::store()
 
 void SettingAccounts::keep(const OwnAccounts &accounts)
 {
-    m_host.keepAccounts(accounts, this, [this](SecretPlace place) {
-        m_refused = place == SecretPlace::Nowhere;
-        fill();
-    });
+    m_host.keepAccounts(accounts);
     fill();
 }
 
 void SettingAccounts::check(Service &service)
 {
     store(service);
+    if (!service.refusal.isEmpty()) {
+        return;
+    }
     service.verdict = say(QT_TRANSLATE_NOOP("CSettingDialog", "正在检查……"));
     service.check->setEnabled(false);
     m_host.checkAccount(service.id, this, [this, &service](const AccountVerdict &verdict) {
@@ -140,6 +163,7 @@ void SettingAccounts::remove(Service &service)
     for (QLineEdit *line : service.fields) {
         line->clear();
     }
+    service.refusal.clear();
     service.verdict.clear();
     OwnAccounts accounts = m_host.ownAccounts();
     accounts.remove(service.id);
@@ -160,20 +184,32 @@ void SettingAccounts::fill()
     for (const Service &service : m_services) {
         fill(service);
     }
-    QString kept;
+    m_kept->setText(keptText());
+}
+
+QString SettingAccounts::keptText() const
+{
+    QStringList troubles;
     if (m_host.accountsLocked()) {
-        kept = say(QT_TRANSLATE_NOOP("CSettingDialog", "系统的密钥环没有解锁，以前保存的账号暂时不能使用。"));
-    } else if (m_refused) {
-        kept = say(QT_TRANSLATE_NOOP("CSettingDialog", "账号没有保存下来，只在这次运行中有效。"));
-    } else if (m_host.accountsPlace() == SecretPlace::Desktop) {
-        kept = say(QT_TRANSLATE_NOOP("CSettingDialog", "账号保存在系统的密钥环中。"));
-    } else if (m_host.accountsPlace() == SecretPlace::File) {
-        kept = say(QT_TRANSLATE_NOOP("CSettingDialog", "账号保存在只有您本人可以读取的文件中。"));
-    } else {
-        kept =
-            say(QT_TRANSLATE_NOOP("CSettingDialog", "在各服务商的网站申请账号，填写后优先使用自己的账号。"));
+        troubles.append(say(QT_TRANSLATE_NOOP(
+            "CSettingDialog", "系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。")));
     }
-    m_kept->setText(kept);
+    if (m_host.accountsUnkept()) {
+        troubles.append(say(QT_TRANSLATE_NOOP(
+            "CSettingDialog", "账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。")));
+    }
+    if (!troubles.isEmpty()) {
+        return troubles.join(QLatin1Char('\n'));
+    }
+    switch (m_host.accountsPlace()) {
+    case SecretPlace::Desktop:
+        return say(QT_TRANSLATE_NOOP("CSettingDialog", "账号保存在系统的密钥环中。"));
+    case SecretPlace::File:
+        return say(QT_TRANSLATE_NOOP("CSettingDialog", "账号保存在只有您本人可以读取的文件中。"));
+    case SecretPlace::Nowhere:
+        break;
+    }
+    return say(QT_TRANSLATE_NOOP("CSettingDialog", "在各服务商的网站申请账号，填写后优先使用自己的账号。"));
 }
 
 void SettingAccounts::fill(const Service &service)
@@ -187,7 +223,8 @@ void SettingAccounts::fill(const Service &service)
                                                             QLatin1Char(' ') + secretHint(value));
     }
     service.remove->setEnabled(m_host.ownAccounts().hasAny(service.id));
-    service.told->setText(service.verdict.isEmpty() ? situation(service) : service.verdict);
+    const QString &said = service.refusal.isEmpty() ? service.verdict : service.refusal;
+    service.told->setText(said.isEmpty() ? situation(service) : said);
 }
 
 QString SettingAccounts::situation(const Service &service) const

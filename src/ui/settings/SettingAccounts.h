@@ -15,7 +15,7 @@ namespace mevo {
 
 /// What the settings dialog does with the fields of the user's own accounts. A field is empty, with a hint of
 /// what is kept: what has been typed is stored once the user turns to something else, and is then not shown
-/// any more.
+/// any more. What cannot be stored stays, and it is said why.
 class SettingAccounts : public QObject
 {
     Q_OBJECT
@@ -40,6 +40,7 @@ private:
         QPushButton *remove;
         QLabel *told;
         QString verdict; ///< of the last check, empty for none
+        QString refusal; ///< why what stands in the fields has not been stored, empty for none
     };
     void add(AccountService id, const QStringList &fields, const QString &name,
              const QHash<QString, QWidget *> &controls);
@@ -50,11 +51,11 @@ private:
     void keep(const OwnAccounts &accounts);
     void fill(const Service &service);
     QString situation(const Service &service) const;
+    QString keptText() const;
 
     AccountsHost &m_host;
     std::vector<Service> m_services;
     QLabel *m_kept;
-    bool m_refused = false; ///< the last storing has failed
 };
 
 } // namespace mevo

@@ -60,6 +60,11 @@ void CSettingDialog::updateUI()
     applyRules();
 }
 
+void CSettingDialog::showAccounts()
+{
+    m_accounts->fill();
+}
+
 /// The live member of the row's key, or the file where there is none.
 QVariant CSettingDialog::valueOf(const Row &row) const
 {

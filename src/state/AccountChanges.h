@@ -1,0 +1,43 @@
+#pragma once
+
+#include "state/OwnAccounts.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <array>
+#include <optional>
+
+namespace mevo {
+
+/// Fields of accounts that the user has set or taken away.
+class AccountChanges
+{
+public:
+    AccountChanges() = default;
+    /// What leads from one to the other. A service that is taken away is taken away whole, so with fields
+    /// that `before` does not know of.
+    AccountChanges(const OwnAccounts &before, const OwnAccounts &after);
+
+    bool isEmpty() const;
+    /// Adds changes that came after these.
+    void add(const AccountChanges &later);
+    OwnAccounts appliedTo(OwnAccounts accounts) const;
+    /// The kept text with the changes; what it holds besides stays. Empty when nothing is left.
+    QByteArray appliedTo(const QByteArray &text) const;
+
+private:
+    using Fields = std::array<std::optional<QString>, OwnAccounts::mostFields>;
+    std::array<Fields, accountServices.size()> m_fields; ///< an empty text where one was taken away
+};
+
+/// Kept texts as one.
+struct JoinedAccounts
+{
+    QByteArray text;
+    QList<QByteArray> unreadable; ///< of the texts, those that are none of OwnAccounts'
+};
+/// A service of a later text takes the place of that of an earlier one.
+JoinedAccounts joinAccountTexts(const QList<QByteArray> &texts);
+
+} // namespace mevo

@@ -1,0 +1,136 @@
+// The buttons of the user's own accounts, in the settings of the running program, against services that
+// verify what they are sent.
+
+#include "base/SettingsFile.h"
+#include "ui/settings/CSettingDialog.h"
+#include "window/LabAccounts.h"
+#include "window/Program.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace {
+
+/// A program whose services are the lab's, with its settings open.
+struct OpenSettings : LabAccounts, Program
+{
+    explicit OpenSettings(bool reachable)
+    {
+        QFile file(qEnvironmentVariable("MEVO_HOME") + QStringLiteral("/MEVOEndpoints.ini"));
+        if (!ready || !file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+            qFatal("The services do not start");
+        }
+        if (!reachable) {
+            for (QString mevo::EngineEndpoints::*host :
+                 {&mevo::EngineEndpoints::BaiduTokenHost, &mevo::EngineEndpoints::TencentHost,
+                  &mevo::EngineEndpoints::XunFeiSocketHost, &mevo::EngineEndpoints::TranslateHost}) {
+                endpoints.*host = QStringLiteral("127.0.0.1:9"); // nobody's
+            }
+        }
+        file.write(QStringLiteral("BaiduTokenHost=http://%1\nBaiduSpeechHost=http://%2\nTencentHost=%3\n"
+                                  "XunFeiSignHost=localhost\nXunFeiSocketHost=%4\nTranslateHost=http://%5\n"
+                                  "VerifyCertificates=0\n")
+                       .arg(endpoints.BaiduTokenHost, endpoints.BaiduSpeechHost, endpoints.TencentHost,
+                            endpoints.XunFeiSocketHost, endpoints.TranslateHost)
+                       .toLatin1());
+        file.close();
+        fake.time->start = QDateTime::currentDateTimeUtc(); // what is signed holds for minutes
+        start();
+        window->pushBuutton_Setting_clicked();
+        dialog = window->findChild<CSettingDialog *>();
+    }
+    template <class T>
+    T *find(const QString &name) const
+    {
+        T *widget = dialog->findChild<T *>(name);
+        if (widget == nullptr) {
+            qFatal("There is no %s", qPrintable(name));
+        }
+        return widget;
+    }
+    /// Types the values into the fields of a service, one after the other.
+    void type(const QString &service, const QStringList &fields, const QStringList &values) const
+    {
+        for (int i = 0; i < fields.size(); ++i) {
+            auto *line = find<QLineEdit>(QStringLiteral("lineEdit_Own%1%2").arg(service, fields[i]));
+            line->setFocus();
+            QTest::keyClicks(line, values[i]);
+        }
+    }
+    void press(const char *what, const QString &service) const
+    {
+        find<QPushButton>(QStringLiteral("pushButton_%1Own%2").arg(QLatin1String(what), service))->click();
+    }
+    QString told(const QString &service) const
+    {
+        return find<QLabel>(QStringLiteral("label_Own") + service)->text();
+    }
+
+    CSettingDialog *dialog = nullptr;
+};
+
+} // namespace
+
+class TestAccountButtons : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void buttons_data()
+    {
+        QTest::addColumn<QString>("service");
+        QTest::addColumn<QStringList>("fields");
+        QTest::addColumn<QStringList>("right");
+        const auto row = [](const char *service, const char *fields, const char *right) {
+            QTest::newRow(service) << QString::fromLatin1(service)
+                                   << QString::fromLatin1(fields).split(QLatin1Char(' '))
+                                   << QString::fromLatin1(right).split(QLatin1Char(' '));
+        };
+        row("Baidu", "ApiKey SecretKey", "client-id-1234 client-secret");
+        row("Tencent", "SecretId SecretKey", "AKID-of-the-test key-of-the-test");
+        row("XunFei", "AppId ApiKey ApiSecret", "app1 api-key-of-the-test secret1");
+        row("BaiduTranslate", "AppId Key", "appid translation-key");
+    }
+    void buttons()
+    {
+        QFETCH(QString, service);
+        QFETCH(QStringList, fields);
+        QFETCH(QStringList, right);
+        const OpenSettings settings(true);
+        QStringList wrong = right;
+        wrong.last() = QStringLiteral("something-else");
+        settings.type(service, fields, wrong);
+        settings.press("Check", service);
+        QTRY_VERIFY2_WITH_TIMEOUT(settings.told(service).startsWith(QStringLiteral("密钥不正确")),
+                                  qPrintable(settings.told(service)), 20000);
+
+        settings.type(service, {fields.last()}, {right.last()});
+        settings.press("Check", service);
+        QTRY_COMPARE_WITH_TIMEOUT(settings.told(service), QStringLiteral("账号可用"), 20000);
+        QTRY_VERIFY(settings.fake.secrets->kept.contains(right.last().toLatin1()));
+        QCOMPARE(settings.find<QLabel>(QStringLiteral("label_OwnAccountsKept"))->text(),
+                 QStringLiteral("账号保存在系统的密钥环中。"));
+
+        settings.press("Remove", service);
+        QTRY_COMPARE(settings.fake.secrets->kept, QByteArray());
+        QCOMPARE(settings.told(service), QStringLiteral("没有账号"));
+        settings.press("Check", service);
+        QTRY_COMPARE_WITH_TIMEOUT(settings.told(service), QStringLiteral("请先填写全部内容"), 20000);
+    }
+
+    void noNetwork()
+    {
+        const OpenSettings settings(false);
+        settings.type(
+            QStringLiteral("XunFei"),
+            {QStringLiteral("AppId"), QStringLiteral("ApiKey"), QStringLiteral("ApiSecret")},
+            {QStringLiteral("app1"), QStringLiteral("api-key-of-the-test"), QStringLiteral("secret1")});
+        settings.press("Check", QStringLiteral("XunFei"));
+        QTRY_COMPARE_WITH_TIMEOUT(settings.told(QStringLiteral("XunFei")),
+                                  QStringLiteral("连接不上服务，请检查网络"), 20000);
+    }
+};
+
+QTEST_MAIN(TestAccountButtons)
+#include "tst_account_buttons.moc"
