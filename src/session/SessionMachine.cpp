@@ -106,6 +106,13 @@ void SessionMachine::endInputMethodPress()
     }
 }
 
+void SessionMachine::receiverGone()
+{
+    m_methodKey = 0;
+    m_hotKeyHeld = false;
+    m_keyAwaitsWindow = false;
+}
+
 void SessionMachine::press(const KeyReport &report)
 {
     if (!m_state.ResultIdle) {

@@ -45,6 +45,9 @@ public:
     /// Ends an input method's press whose release can no longer come, as the release would have.
     void endInputMethodPress();
 
+    /// The receiver has gone, and with it the keys that it held: nothing is left of an input method's press.
+    void receiverGone();
+
 private:
     void press(const KeyReport &report);
     bool pressInputMethod();

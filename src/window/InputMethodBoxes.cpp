@@ -39,7 +39,7 @@ void InputMethods::askConsent()
             m_boxOpen = false;
             return;
         }
-        enum Button { Agree };
+        enum Button { Agree, Refuse };
         askAside(
             &m_window,
             {MainWindow::tr("启动第三方语音输入"),
@@ -53,10 +53,11 @@ void InputMethods::askConsent()
                 if (m_window.isLeaving()) {
                     return;
                 }
-                // A box that is closed has not been agreed to.
+                // A box that is closed has not been agreed to, and a later choice asks once more.
+                m_consentClosed = answer != Agree && answer != Refuse;
                 m_state.LocalMustClickRunASR3 = m_state.MustClickRunASR3 = answer != Agree;
-                m_window.writeSettings(
-                    {{consentKey, 1}, {"LocalMustClickRunASR3", int(m_state.LocalMustClickRunASR3)}});
+                m_window.writeSettings({{consentKey, int(!m_consentClosed)},
+                                        {"LocalMustClickRunASR3", int(m_state.LocalMustClickRunASR3)}});
                 const int setup = m_setup;
                 m_window.tellRecordNow(
                     {{QStringLiteral("MustClickRunASR3"), int(m_state.MustClickRunASR3)}},

@@ -105,21 +105,23 @@ void InputMethods::clickOnMicrophone()
     facts.windowThere = custom ? facts.runs : window != 0;
     facts.startedByUs = m_state.ThirdPartyWindowOpen;
     facts.thirdGeneration = m_state.XFVM3;
-    switch (mevo::clickOnMicrophone(facts)) {
+    const MicClick click = mevo::clickOnMicrophone(facts);
+    switch (click) {
     case MicClick::Nothing:
         return;
     case MicClick::StartXunFei:
-        m_window.m_sessionHands.startProgram(program);
-        m_window.message(MainWindow::tr("正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，"
-                                        "检测过程中可忽略提示信息或窗口！"),
-                         MessageIcon::Information, startingMs);
-        m_state.ThirdPartyWindowOpen = true;
-        m_window.m_session.inputMethodStartedByClick();
-        return;
     case MicClick::StartOther:
-        m_window.m_sessionHands.startProgram(program);
+        if (!m_window.m_platform.processes->startDetached(program, {})) {
+            qWarning().noquote() << "Input method: cannot start" << program;
+            return;
+        }
         m_state.ThirdPartyWindowOpen = true;
         m_window.m_session.inputMethodStartedByClick();
+        if (click == MicClick::StartXunFei) {
+            m_window.message(MainWindow::tr("正在首次启动讯飞麦克风窗口过程中，识别检测时间稍长，请稍候，"
+                                            "检测过程中可忽略提示信息或窗口！"),
+                             MessageIcon::Information, startingMs);
+        }
         return;
     case MicClick::Close:
         leaveWindow(WindowLeave::Close, window);

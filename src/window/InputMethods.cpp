@@ -24,6 +24,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <utility>
+
 namespace mevo {
 
 namespace {
@@ -311,6 +313,9 @@ bool InputMethods::beginChoice(int index)
     m_state.BaiduQuotaHit = m_state.XunFeiQuotaHit = m_state.TencentQuotaHit = false; // they silence the keys
     m_choicePending = false;
     m_startAtSetUp = true;
+    if (std::exchange(m_consentClosed, false)) {
+        m_state.LocalMustClickRunASR3 = false; // until it has been answered
+    }
     m_window.forgetUntoldEngine();
     return true;
 }

@@ -125,6 +125,7 @@ private:
     int m_setUpIndex = thirdPartyNone;       ///< the method that is set up
     bool m_choicePending = false;
     bool m_boxOpen = false;             ///< the user is being asked about a method
+    bool m_consentClosed = false;       ///< without an answer, in this run
     bool m_startAtSetUp = false;        ///< the user has chosen a method: its window comes with the set-up
     bool m_installerTried = false;      ///< the one beside the program, in this run
     bool m_watchesInstallation = false; ///< looks whether the method has been installed

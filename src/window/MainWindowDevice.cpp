@@ -299,6 +299,7 @@ void MainWindow::deviceRemoved()
         m_device->ReleaseHidDevice();
     }
     hide();
+    m_session.receiverGone();
     endDeviceChange();
     if (wasConnected && !MouseSession) {
         endRunningSession(); // the key that was held can no longer come up; last, since recognition waits

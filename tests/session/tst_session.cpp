@@ -724,6 +724,13 @@ private Q_SLOTS:
         desk.key(1, 0);
         desk.session.inputMethodCame();
         QVERIFY(desk.calls().isEmpty());
+        // The receiver is pulled out, and put in again before it is there: nobody would let the key go.
+        desk.key(1, 1);
+        desk.calls();
+        desk.session.receiverGone();
+        desk.session.inputMethodCame();
+        desk.key(1, 0);
+        QVERIFY(desk.calls().isEmpty());
         // Another method has taken its place meanwhile.
         desk.key(1, 1);
         desk.calls();

@@ -474,6 +474,9 @@ private Q_SLOTS:
         window.SetupAsr3();
         p.settle();
         QCOMPARE(p.asked(QStringLiteral("同意")), 0);
+        p.choose(QStringLiteral("普通话(腾讯版)"));
+        p.choose(xunFeiRow); // whoever has not answered may think it over
+        QCOMPARE(p.asked(QStringLiteral("同意")), int(answer < 0));
     }
 
     void aChangedHotKey_data()

@@ -289,6 +289,8 @@ private slots:
             d.window->ThirdPartyWindowOpen = d.window->XFVM3 = true;
             d.showWindow(true);
         }) << "kill iFlyVoice.exe" << false;
+        QTest::newRow("cannot be started") << Set([](Driven &d) { d.fake.processes->broken.append(xunFei); })
+                                           << "start /opt/iFly/iFlyVoice" << false;
         QTest::newRow("killed by others") << Set([](Driven &d) { d.window->ThirdPartyWindowOpen = true; })
                                           << "start /opt/iFly/iFlyVoice" << true;
     }
@@ -301,9 +303,11 @@ private slots:
         Driven program;
         set(program);
         program.window->pushButton_Mic_clicked();
+        const QStringList said = program.fake.log.calls(QStringLiteral("message 正在首次启动讯飞麦克风窗口"));
         QCOMPARE(program.done(), done);
         QCOMPARE(program.window->ThirdPartyWindowOpen, open);
         QVERIFY(!program.window->MicWinShown);
+        QCOMPARE(!said.isEmpty(), open && done.contains(QStringLiteral("iFlyVoice")));
     }
 };
 
