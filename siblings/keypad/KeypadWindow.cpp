@@ -254,6 +254,7 @@ void KeypadWindow::refreshRow()
     m_after->setVisible(pages);
     m_before->setEnabled(m_state.pinyin().hasPageBefore());
     m_after->setEnabled(m_state.pinyin().hasPageAfter());
+    layRow();
 }
 
 void KeypadWindow::resizeEvent(QResizeEvent *)
@@ -277,9 +278,12 @@ void KeypadWindow::layRow()
     const int pager = row.height();
     const int room = row.width() - letters - 2 * pager;
     const int text = int(row.height() * rowTextShare);
+    const QStringList page = m_state.pinyin().page();
+    int taken = 0;
     for (int i = 0; i < int(m_candidates.size()); ++i) {
-        const int left = row.left() + letters + room * i / PinyinInput::pageSize;
-        const int right = row.left() + letters + room * (i + 1) / PinyinInput::pageSize;
+        const int left = row.left() + letters + room * taken / PinyinInput::pageWidth;
+        taken += PinyinInput::widthOf(page.value(i));
+        const int right = row.left() + letters + room * taken / PinyinInput::pageWidth;
         m_candidates[std::size_t(i)]->setGeometry(left, row.top(), right - left, row.height());
         m_candidates[std::size_t(i)]->setTextSize(text);
     }

@@ -9,7 +9,7 @@ void PinyinInput::setTable(PinyinTable table)
     m_table = std::move(table);
     const int page = m_page;
     look();
-    m_page = std::min(page, std::max(0, (int(m_candidates.size()) - 1) / pageSize));
+    m_page = std::min(page, std::max(0, int(m_pageStarts.size()) - 1));
 }
 
 void PinyinInput::addLetter(QChar letter)
@@ -36,20 +36,42 @@ void PinyinInput::look()
 {
     m_candidates = m_table.candidates(m_letters);
     m_page = 0;
+    makePages();
+}
+
+int PinyinInput::widthOf(const QString &text)
+{
+    return std::min(int(text.size()) + 1, pageWidth);
+}
+
+void PinyinInput::makePages()
+{
+    m_pageStarts.clear();
+    int width = 0, count = 0;
+    for (std::size_t i = 0; i < m_candidates.size(); ++i) {
+        width += widthOf(m_candidates[i].text);
+        if (i == 0 || ++count == pageSize || width > pageWidth) {
+            m_pageStarts.push_back(i);
+            count = 0;
+            width = widthOf(m_candidates[i].text);
+        }
+    }
+}
+
+std::size_t PinyinInput::pageEnd() const
+{
+    return hasPageAfter() ? m_pageStarts[std::size_t(m_page) + 1] : m_candidates.size();
 }
 
 QStringList PinyinInput::page() const
 {
     QStringList texts;
-    for (int i = m_page * pageSize; i < int(m_candidates.size()) && texts.size() < pageSize; ++i) {
-        texts.append(m_candidates[std::size_t(i)].text);
+    if (!m_pageStarts.empty()) {
+        for (std::size_t i = m_pageStarts[std::size_t(m_page)]; i < pageEnd(); ++i) {
+            texts.append(m_candidates[i].text);
+        }
     }
     return texts;
-}
-
-bool PinyinInput::hasPageAfter() const
-{
-    return (m_page + 1) * pageSize < int(m_candidates.size());
 }
 
 void PinyinInput::turnPage(int step)
@@ -61,11 +83,14 @@ void PinyinInput::turnPage(int step)
 
 QString PinyinInput::choose(int index)
 {
-    const int at = m_page * pageSize + index;
-    if (index < 0 || index >= pageSize || at >= int(m_candidates.size())) {
+    if (m_pageStarts.empty() || index < 0) {
         return {};
     }
-    const Candidate chosen = m_candidates[std::size_t(at)];
+    const std::size_t at = m_pageStarts[std::size_t(m_page)] + std::size_t(index);
+    if (at >= pageEnd()) {
+        return {};
+    }
+    const Candidate chosen = m_candidates[at];
     m_letters.remove(0, chosen.letters);
     look();
     return chosen.text;

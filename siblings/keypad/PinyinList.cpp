@@ -23,6 +23,15 @@ bool beginsWith(std::string_view text, std::string_view beginning)
     return text.substr(0, beginning.size()) == beginning;
 }
 
+quint64 headOf(std::string_view letters)
+{
+    quint64 head = 0;
+    for (std::size_t i = 0; i < sizeof head; ++i) {
+        head = head << 8 | (i < letters.size() ? quint64(letters[i]) : 0);
+    }
+    return head;
+}
+
 } // namespace
 
 /// The lines as they are, and where each of them has what: tens of thousands of texts of their own would take
@@ -31,6 +40,7 @@ struct PinyinList::Data
 {
     struct Entry
     {
+        quint64 head;  ///< the first eight letters, as a number that sorts as they do: most differ there
         quint32 place; ///< of the text; what stands further on is less frequent
         quint16 textSize;
         quint16 lettersSize;
@@ -46,6 +56,9 @@ struct PinyinList::Data
             at = end + 1;
         }
         std::sort(entries.begin(), entries.end(), [this](const Entry &a, const Entry &b) {
+            if (a.head != b.head) {
+                return a.head < b.head;
+            }
             const int order = lettersOf(a).compare(lettersOf(b));
             return order != 0 ? order < 0 : a.place < b.place;
         });
@@ -59,7 +72,8 @@ struct PinyinList::Data
             line.size() > longest || !isLetters(line.substr(blank + 1))) {
             return;
         }
-        entries.push_back({quint32(at), quint16(blank), quint16(line.size() - blank - 1)});
+        entries.push_back(
+            {headOf(line.substr(blank + 1)), quint32(at), quint16(blank), quint16(line.size() - blank - 1)});
     }
 
     std::string_view lettersOf(const Entry &entry) const

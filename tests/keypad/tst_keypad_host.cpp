@@ -93,6 +93,59 @@ QByteArray shownWindows()
     return process.readAllStandardOutput().trimmed();
 }
 
+/// The key or character of that name, as long as it is shown.
+KeyButton *button(const KeypadWindow &window, const QString &name)
+{
+    for (KeyButton *one : window.findChildren<KeyButton *>()) {
+        if (one->accessibleName() == name && one->isVisible()) {
+            return one;
+        }
+    }
+    return nullptr;
+}
+
+/// A keyboard with one syllable, and what it has typed.
+class Keypad
+{
+public:
+    Keypad()
+    {
+        mevo::CommandRow row;
+        row.CmdWordContents = "a";
+        row.CommandWords = "1a;2a;3a;4a;5a;6a;7a;8a;9a;啊";
+        row.CmdWordTypeIndex = "1";
+        state.pinyin().setTable(PinyinTable({row}));
+        window.setFixedSize(keypadSize({1280, 700}));
+        window.show();
+    }
+    void click(const QString &name)
+    {
+        KeyButton *one = button(window, name);
+        QVERIFY2(one != nullptr, qPrintable(name));
+        QTest::mouseClick(one, Qt::LeftButton);
+    }
+
+    FakeOwnWindows desktop;
+    KeypadState state;
+    bool takes = true; ///< what is typed
+    int struck = 0;
+    QString typed; ///< texts and the keys' codes, a 0 behind each text
+    int hidden = 0;
+    KeypadWindow window{state,
+                        desktop,
+                        {[this](const std::vector<Stroke> &strokes) {
+                             for (const Stroke &stroke : strokes) {
+                                 struck += takes ? 1 : 0;
+                                 typed +=
+                                     takes ? stroke.text + QString::number(stroke.virtualKey) : QString();
+                             }
+                             return takes;
+                         },
+                         [this] { ++hidden; },
+                         [](QPoint) {},
+                         {}}};
+};
+
 } // namespace
 
 class TestKeypadHost : public QObject
@@ -101,15 +154,6 @@ class TestKeypadHost : public QObject
 
 private:
     QTemporaryDir m_home;
-    KeyButton *button(KeypadWindow &window, const QString &name)
-    {
-        for (KeyButton *one : window.findChildren<KeyButton *>()) {
-            if (one->accessibleName() == name && one->isVisible()) {
-                return one;
-            }
-        }
-        return nullptr;
-    }
 
 private Q_SLOTS:
     void initTestCase()
@@ -179,57 +223,33 @@ private Q_SLOTS:
 
     void theWindow()
     {
-        FakeOwnWindows desktop;
-        KeypadState state;
-        mevo::CommandRow row;
-        row.CmdWordContents = "a";
-        row.CommandWords = "1a;2a;3a;4a;5a;6a;7a;8a;9a;啊";
-        row.CmdWordTypeIndex = "1";
-        state.pinyin().setTable(PinyinTable({row}));
-        QString typed;
-        int hidden = 0;
-        KeypadWindow window(state, desktop,
-                            {[&typed](const std::vector<Stroke> &strokes) {
-                                 for (const Stroke &stroke : strokes) {
-                                     typed += stroke.text + QString::number(stroke.virtualKey);
-                                 }
-                                 return true;
-                             },
-                             [&hidden] { ++hidden; },
-                             [](QPoint) {},
-                             {}});
-        window.setFixedSize(keypadSize({1280, 700}));
-        window.show();
+        Keypad keypad;
+        KeypadWindow &window = keypad.window;
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        QVERIFY(desktop.withoutFocus.contains(window.winId()) && !window.isActiveWindow());
+        QVERIFY(keypad.desktop.withoutFocus.contains(window.winId()) && !window.isActiveWindow());
         for (KeyButton *one : window.findChildren<KeyButton *>()) {
             QVERIFY2(!one->isVisible() || !one->accessibleName().isEmpty(), qPrintable(one->text()));
             QCOMPARE(one->focusPolicy(), Qt::NoFocus);
         }
-        const auto click = [&](const QString &name) {
-            KeyButton *one = button(window, name);
-            QVERIFY2(one != nullptr, qPrintable(name));
-            QTest::mouseClick(one, Qt::LeftButton);
-        };
-        click("q");
-        click("上档");
+        keypad.click("q");
+        keypad.click("上档");
         QVERIFY(button(window, "上档")->isActive() && button(window, "q") == nullptr);
-        click("Q");
-        click("退格");
-        click("拼音");
-        click("a");
-        click("2a");
-        QCOMPARE(typed, QString("q0Q0") + "8" + "2a0");
-        click("a");
-        click("下一页");
-        click("啊");
-        QVERIFY(typed.endsWith("啊0"));
+        keypad.click("Q");
+        keypad.click("退格");
+        keypad.click("拼音");
+        keypad.click("a");
+        keypad.click("2a");
+        QCOMPARE(keypad.typed, QString("q0Q0") + "8" + "2a0");
+        keypad.click("a");
+        keypad.click("下一页");
+        keypad.click("啊");
+        QVERIFY(keypad.typed.endsWith("啊0"));
         QVERIFY(button(window, "下一页") == nullptr); // there is nothing to turn
-        click("隐藏键盘");
-        QCOMPARE(hidden, 1);
+        keypad.click("隐藏键盘");
+        QCOMPARE(keypad.hidden, 1);
         window.close();
         QVERIFY(window.isVisible()); // hiding is not its own doing
-        QCOMPARE(hidden, 2);
+        QCOMPARE(keypad.hidden, 2);
 
         // Each state of a key can be told from the others, and dark from light.
         KeyButton *key = button(window, "w");
@@ -247,20 +267,15 @@ private Q_SLOTS:
 
     void aHeldKeyStrikesAgainUntilItGoes()
     {
-        FakeOwnWindows desktop;
-        KeypadState state;
-        int struck = 0;
-        const auto type = [&struck](const std::vector<Stroke> &) { return ++struck > 0; };
-        KeypadWindow window(state, desktop, {type, [] {}, [](QPoint) {}, {}});
-        window.setFixedSize(keypadSize({1280, 700}));
-        window.show();
+        Keypad keypad;
+        KeypadWindow &window = keypad.window;
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         KeyButton *key = button(window, "退格");
         QTest::mousePress(key, Qt::LeftButton);
-        QTRY_VERIFY_WITH_TIMEOUT(struck >= 3, waitMs);
+        QTRY_VERIFY_WITH_TIMEOUT(keypad.struck >= 3, waitMs);
         window.hide();
         QVERIFY(!key->isDown());
-        const int before = struck;
+        const int before = keypad.struck;
         int others = 0; // of a key that strikes as often and is still held
         KeyButton other(KeyButton::Look::Key, nullptr);
         other.setAutoRepeat(true);
@@ -269,58 +284,38 @@ private Q_SLOTS:
         connect(&other, &QAbstractButton::clicked, this, [&others] { ++others; });
         other.setDown(true);
         QTRY_VERIFY_WITH_TIMEOUT(others >= 4, waitMs);
-        QCOMPARE(struck, before);
+        QCOMPARE(keypad.struck, before);
         window.show();
         QVERIFY(!key->isDown());
     }
 
     void whatCannotBeTypedIsKept()
     {
-        FakeOwnWindows desktop;
-        KeypadState state;
-        mevo::CommandRow row;
-        row.CmdWordContents = "a";
-        row.CommandWords = "1a;2a;3a;4a;5a;6a;7a;8a;9a;啊";
-        row.CmdWordTypeIndex = "1";
-        state.pinyin().setTable(PinyinTable({row}));
-        QString typed;
-        bool takes = false;
-        const auto type = [&](const std::vector<Stroke> &strokes) {
-            if (takes) {
-                typed += strokes.front().text;
-            }
-            return takes;
-        };
-        KeypadWindow window(state, desktop, {type, [] {}, [](QPoint) {}, {}});
-        window.setFixedSize(keypadSize({1280, 700}));
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        const auto click = [&](const QString &name) {
-            KeyButton *one = button(window, name);
-            QVERIFY2(one != nullptr, qPrintable(name));
-            QTest::mouseClick(one, Qt::LeftButton);
-        };
-        click("拼音");
-        click("a");
-        click("下一页");
+        Keypad keypad;
+        keypad.takes = false;
+        const KeypadWindow &window = keypad.window;
+        const KeypadState &state = keypad.state;
+        keypad.click("拼音");
+        keypad.click("a");
+        keypad.click("下一页");
         for (const QString &name :
              {QString("啊"), QString("空格"), QString("回车"), QString("，"), QString("拼音")}) {
-            const QImage before = window.grab().toImage();
-            click(name);
+            const QImage before = keypad.window.grab().toImage();
+            keypad.click(name);
             QCOMPARE(state.pinyin().letters(), QString("a"));
             QVERIFY(state.isPinyin() && button(window, "啊") != nullptr); // the page is the same, too
             if (name == "啊") {
-                QVERIFY(window.grab().toImage() != before); // it is said
+                QVERIFY(keypad.window.grab().toImage() != before); // it is said
             }
         }
-        click("上档");
-        click("B");
+        keypad.click("上档");
+        keypad.click("B");
         QCOMPARE(state.pinyin().letters(), QString("a"));
         QVERIFY(state.isShifted());
-        click("上档");
-        takes = true;
-        click("啊");
-        QCOMPARE(typed, QString("啊"));
+        keypad.click("上档");
+        keypad.takes = true;
+        keypad.click("啊");
+        QCOMPARE(keypad.typed, QString("啊0"));
         QVERIFY(!state.pinyin().isActive());
     }
 

@@ -29,6 +29,7 @@ from collections import defaultdict
 WORD_SCALE = 21  # the word list's frequencies are of a text so many times as long
 LEAST_WORD = 200
 LONGEST_WORD = 4
+LAST_SHOWN = 0x9FA5  # of the block that every Chinese font has; few have what came later
 RARE_READING = 0.02  # share of a character's count below which its reading is rare
 
 
@@ -37,7 +38,7 @@ def fields(folder, name, wanted):
     with bz2.open(f"{folder}/Unihan_{name}.txt.bz2", "rt", encoding="utf-8") as lines:
         for line in lines:
             parts = line.rstrip("\n").split("\t")
-            if len(parts) == 3 and parts[1] in found:
+            if len(parts) == 3 and parts[1] in found and 0x4E00 <= int(parts[0][2:], 16) <= LAST_SHOWN:
                 found[parts[1]][chr(int(parts[0][2:], 16))] = parts[2]
     return found
 
