@@ -8,13 +8,19 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTextDocument>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
 constexpr int narrowest = 460;
 constexpr int ruleLines = 6;
+constexpr int frameAllowance = 40; ///< for what a window manager puts around it
 
 QPushButton *makeButton(const QString &text, const char *name)
 {
@@ -43,6 +49,7 @@ const char *nameOf(mevo::FirstStartHelp help)
 
 FirstStartDialog::FirstStartDialog(QWidget *parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
+    , m_area(new QScrollArea(this))
     , m_lines(new QGridLayout)
     , m_rule(new QWidget(this))
     , m_trial(new QLineEdit(this))
@@ -84,14 +91,22 @@ FirstStartDialog::FirstStartDialog(QWidget *parent)
     QPushButton *close = makeButton(tr("关闭"), "pushButton_Close");
     connect(close, &QPushButton::clicked, this, &QDialog::close);
 
+    auto *content = new QWidget;
+    auto *inside = new QVBoxLayout(content);
+    inside->setContentsMargins(0, 0, 0, 0);
+    inside->setSpacing(12);
+    inside->addLayout(m_lines);
+    inside->addWidget(m_rule);
+    inside->addLayout(trial);
+    inside->addWidget(hint);
+    m_area->setWidget(content);
+    m_area->setWidgetResizable(true);
+    m_area->setFrameShape(QFrame::NoFrame);
+    m_area->setFocusPolicy(Qt::NoFocus);
     auto *layout = new QVBoxLayout(this);
     layout->setSpacing(12);
-    layout->addLayout(m_lines);
-    layout->addWidget(m_rule);
-    layout->addLayout(trial);
-    layout->addWidget(hint);
+    layout->addWidget(m_area);
     layout->addWidget(close, 0, Qt::AlignRight);
-    setMinimumWidth(narrowest);
     m_trial->setFocus(); // whoever speaks without a click presses no button with a blank of the text
 }
 
@@ -137,11 +152,35 @@ void FirstStartDialog::setFacts(const mevo::FirstStartFacts &facts)
     for (int i = 0; i < m_lines->count(); ++i) {
         m_lines->itemAt(i)->widget()->show(); // else the size would be worked out without the new ones
     }
-    adjustSize();
+    fit();
 }
 
 void FirstStartDialog::showRule()
 {
     m_rule->show();
-    adjustSize();
+    fit();
+    m_area->ensureWidgetVisible(m_rule);
+}
+
+void FirstStartDialog::fit()
+{
+    QWidget *const content = m_area->widget();
+    content->layout()->activate();
+    const QRect screenRect = screen()->availableGeometry().adjusted(0, 0, 0, -frameAllowance);
+    const QMargins margins = layout()->contentsMargins();
+    const QSize around(margins.left() + margins.right(), margins.top() + margins.bottom() +
+                                                             layout()->spacing() +
+                                                             layout()->itemAt(1)->sizeHint().height());
+    const QSize room = screenRect.size() - around;
+    int width = std::max(narrowest, content->sizeHint().width());
+    const int height = content->layout()->totalHeightForWidth(width);
+    if (height > room.height()) {
+        width += m_area->verticalScrollBar()->sizeHint().width();
+    }
+    // A size alone could be overtaken by the window manager's answer to the one before.
+    setMinimumSize(QSize(width, height).boundedTo(room) + around);
+    resize(minimumSize());
+    if (isVisible() && frameGeometry().bottom() > screenRect.bottom()) {
+        move(x(), std::max(screenRect.top(), y() - (frameGeometry().bottom() - screenRect.bottom())));
+    }
 }

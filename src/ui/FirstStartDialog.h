@@ -8,6 +8,7 @@ class QGridLayout;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
+class QScrollArea;
 
 /// Tells a new user what works and what is missing, leads to what helps, and has a line to try a dictation
 /// in.
@@ -26,7 +27,10 @@ Q_SIGNALS:
 
 private:
     void showRule();
+    /// As large as its content, or as the screen lets it be, and on the screen. The content scrolls then.
+    void fit();
 
+    QScrollArea *m_area;
     QGridLayout *m_lines;
     QWidget *m_rule;
     QLineEdit *m_trial;

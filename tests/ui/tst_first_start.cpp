@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QtTest>
 
 using mevo::FirstStartFacts;
@@ -107,6 +108,21 @@ private Q_SLOTS:
         QVERIFY(!rule->isVisible());
         QTest::mouseClick(button("pushButton_UdevRule"), Qt::LeftButton);
         QVERIFY(rule->isVisible());
+        // Nothing is squeezed, and the window stays on its screen, which may be too small for all of it.
+        dialog.resize(10, 10);
+        QCoreApplication::processEvents();
+        for (const QWidget *widget : dialog.findChildren<QWidget *>()) {
+            if (widget->isVisible() && (qobject_cast<const QLabel *>(widget) != nullptr ||
+                                        qobject_cast<const QPushButton *>(widget) != nullptr)) {
+                const int needed = widget->hasHeightForWidth() ? widget->heightForWidth(widget->width())
+                                                               : widget->minimumSizeHint().height();
+                QVERIFY2(widget->height() >= needed, qPrintable(widget->objectName()));
+            }
+        }
+        QVERIFY(dialog.screen()->availableGeometry().contains(dialog.frameGeometry()));
+        QCOMPARE(button("pushButton_Close")->visibleRegion().boundingRect(),
+                 button("pushButton_Close")->rect());
+        QVERIFY(rule->visibleRegion().boundingRect() == rule->rect());
         QTest::mouseClick(button("pushButton_CopyRule"), Qt::LeftButton);
         QCOMPARE(QGuiApplication::clipboard()->text(), mevo::udevRuleCommand());
 

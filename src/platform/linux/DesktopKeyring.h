@@ -24,7 +24,7 @@ struct KeyringUse
     KeyringPrompt prompt = KeyringPrompt::None;
 };
 
-/// The program's secret in the desktop's keyring (https://specifications.freedesktop.org/secret-service).
+/// The program's secret in the desktop's keyring (the D-Bus interface org.freedesktop.Secret.Service).
 /// Every call blocks, all come from one thread. What fails is logged, once for each reason.
 class DesktopKeyring
 {
