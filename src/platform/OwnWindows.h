@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+class QImage;
 class QObject;
 
 namespace mevo {
@@ -36,10 +37,13 @@ public:
     /// Asks for another place, in the same pixels.
     virtual void moveTo(WindowId window, const QPoint &place) = 0;
 
-    /// Between a call with true and one with false a window is moved step by step. What the display server
-    /// tells of each step is not passed on to the toolkit, which would ask back each time and wait for the
-    /// answer.
-    virtual void setSliding(WindowId window, bool sliding) = 0;
+    /// From now on a window is moved step by step. What the display server tells of each step is not passed
+    /// on to the toolkit, which would ask back each time and wait for the answer. `look`, in native pixels,
+    /// is what the window shows meanwhile, so that it need not be painted at each step either; null where it
+    /// changes.
+    virtual void beginSlide(WindowId window, const QImage &look) = 0;
+    /// To be said before the last step, of which the toolkit hears again.
+    virtual void endSlide(WindowId window) = 0;
 
     /// Whether something blends windows over each other, so that what is transparent is seen through.
     virtual bool isComposited() = 0;

@@ -273,7 +273,8 @@ void CADShowDlg::startSlide()
     show();
     raise();
     if (m_desktop != nullptr) {
-        m_desktop->setSliding(winId(), true);
+        const bool still = m_notice.kind == mevo::PushNotice::Kind::Picture; // a page may move
+        m_desktop->beginSlide(winId(), still ? grab().toImage() : QImage());
     }
     m_slide.start();
 }
@@ -281,7 +282,7 @@ void CADShowDlg::startSlide()
 void CADShowDlg::endSlide()
 {
     if (m_slide.isActive() && m_desktop != nullptr) {
-        m_desktop->setSliding(winId(), false);
+        m_desktop->endSlide(winId());
     }
     m_slide.stop();
 }
@@ -290,11 +291,11 @@ void CADShowDlg::myMove()
 {
     // By a count of its own: y() falls back when the display server's word on an earlier step comes in.
     m_top = std::max(m_top - slideStep, m_finalTop);
-    move(x(), m_top);
     if (m_top == m_finalTop) {
         endSlide();
         m_stay.start();
     }
+    move(x(), m_top);
 }
 
 void CADShowDlg::myStay()

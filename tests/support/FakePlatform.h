@@ -190,7 +190,8 @@ public:
     void keepOutOfLists(mevo::WindowId window) override { unlisted.append(window); }
     std::optional<QPoint> place(mevo::WindowId) override { return real; }
     void moveTo(mevo::WindowId, const QPoint &place) override { moves.append(place); }
-    void setSliding(mevo::WindowId, bool now) override { slides.append(now); }
+    void beginSlide(mevo::WindowId, const QImage &) override { slides.append(true); }
+    void endSlide(mevo::WindowId) override { slides.append(false); }
     bool isComposited() override { return composited; }
     void whenCompositingChanges(QObject *, std::function<void()> handler) override
     {

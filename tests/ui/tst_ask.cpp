@@ -76,6 +76,8 @@ private Q_SLOTS:
                  [&answers](int answer) { answers.append(answer); });
         const QPointer<QMessageBox> box = from->findChild<QMessageBox *>();
         QVERIFY(box != nullptr && box->isVisible());
+        from->hide(); // which takes nothing along
+        QVERIFY(box->isVisible());
         const QPoint place = box->pos();
         moveQuestions(from.get(), &to);
         from.reset();

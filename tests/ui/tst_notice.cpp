@@ -64,6 +64,18 @@ mevo::NoticePageMaker *fakePages()
     return pages();
 }
 
+/// A desktop that sees what a notice shows while it slides.
+class WatchingDesktop : public FakeOwnWindows
+{
+public:
+    void beginSlide(mevo::WindowId window, const QImage &shown) override
+    {
+        look = shown;
+        FakeOwnWindows::beginSlide(window, shown);
+    }
+    QImage look;
+};
+
 /// A notice, and what it has said.
 struct Notice
 {
@@ -92,7 +104,7 @@ struct Notice
         QCoreApplication::sendEvent(dialog, &event);
     }
 
-    FakeOwnWindows desktop;
+    WatchingDesktop desktop;
     QPointer<CADShowDlg> dialog;
     int closed = 0;
     QStringList links;
@@ -296,6 +308,8 @@ private Q_SLOTS:
         notice.slideToEnd();
         QCOMPARE(dialog.geometry().bottomRight(), room.bottomRight());
         QCOMPARE(notice.desktop.slides, (QList<bool>{true, false}));
+        QCOMPARE(notice.desktop.look.size(), QSize(300, 105));
+        QCOMPARE(notice.desktop.look.pixelColor(150, 50), QColor(Qt::black)); // the picture
 
         QCOMPARE(dialog.StaySeconds, 2);
         dialog.myStay();

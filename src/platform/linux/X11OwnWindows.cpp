@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QImage>
 #include <QSocketNotifier>
 
 #include <xcb/xcb.h>
@@ -76,14 +77,19 @@ void X11OwnWindows::sendToRoot(WindowId window, const char *message,
     XFlush(m_connection.display());
 }
 
-void X11OwnWindows::setSliding(WindowId window, bool sliding)
+void X11OwnWindows::beginSlide(WindowId window, const QImage &look)
 {
-    if (!sliding) {
-        m_sliding.remove(window);
-        return;
-    }
+    m_still.hold(window, look);
     m_sliding.insert(window);
     QCoreApplication::instance()->installNativeEventFilter(this); // once, however often it is said
+}
+
+void X11OwnWindows::endSlide(WindowId window)
+{
+    m_sliding.remove(window);
+    if (m_still.isHeld(window)) {
+        m_still.release();
+    }
 }
 
 bool X11OwnWindows::nativeEventFilter(const QByteArray &type, void *message, long *)

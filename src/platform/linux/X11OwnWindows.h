@@ -2,6 +2,7 @@
 
 #include "platform/OwnWindows.h"
 #include "platform/linux/X11Connection.h"
+#include "platform/linux/X11StillWindow.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QObject>
@@ -24,7 +25,8 @@ public:
     void keepOutOfLists(WindowId window) override;
     std::optional<QPoint> place(WindowId window) override;
     void moveTo(WindowId window, const QPoint &place) override;
-    void setSliding(WindowId window, bool sliding) override;
+    void beginSlide(WindowId window, const QImage &look) override;
+    void endSlide(WindowId window) override;
     bool nativeEventFilter(const QByteArray &type, void *message, long *result) override;
     bool isComposited() override { return m_composited; }
     void whenCompositingChanges(QObject *context, std::function<void()> handler) override;
@@ -51,6 +53,7 @@ private:
     int m_selectionEvent = -1;        ///< the X event that tells of a selection's new owner
     QSet<WindowId> m_withoutFocus;
     QSet<WindowId> m_sliding;
+    X11StillWindow m_still;    ///< one of those that slide
     WindowId m_lastActive = 0; ///< that was not one of ours
     bool m_composited = false;
     std::vector<Listener> m_listeners;

@@ -4,6 +4,7 @@
 
 #include "base/SettingsFile.h"
 #include "translation/TranslationLanguages.h"
+#include "ui/Picture.h"
 #include "ui/translation/SendChoices.h"
 #include "ui/translation/TransFace.h"
 #include "ui/translation/TransLists.h"
@@ -36,14 +37,14 @@ void fillNumbers(QComboBox *box, int count)
 
 void CTransTipDialog::fillLists()
 {
-    QHash<QString, QIcon> flags; // an icon file is read whole when its icon is made
+    QHash<QString, QIcon> flags; // reading them all takes longer than making the rest of the window
     const auto fill = [&flags](QComboBox *box, const mevo::RowRange &rows) {
         for (int i = rows.first; i < rows.first + rows.count; ++i) {
             const mevo::TranslationLanguage &language = mevo::translationLanguages()[std::size_t(i)];
             const QString file = mevo::languageFlag(language);
             auto flag = flags.find(file);
             if (flag == flags.end()) {
-                flag = flags.insert(file, QIcon(file));
+                flag = flags.insert(file, mevo::lateIcon(file));
             }
             box->addItem(*flag, mevo::languageRowText(language));
         }
