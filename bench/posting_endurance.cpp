@@ -46,8 +46,9 @@ QString randomText(std::mt19937 &random, int length)
         case 4:
         case 5:
             // No space at a line's start: editors begin the lines after it with one as well.
-            text += text.endsWith(QLatin1Char('\n')) ? QChar(u'、')
-                                                     : marks.at(int(random() % unsigned(marks.size())));
+            text += text.isEmpty() || text.endsWith(QLatin1Char('\n'))
+                        ? QChar(u'、')
+                        : marks.at(int(random() % unsigned(marks.size())));
             break;
         default:
             text += QChar(ushort(0x4e00 + random() % 3500));

@@ -17,7 +17,7 @@ enum class PostStop {
     NoKeys,          ///< this desktop lets no keys be injected, or leaves none free
     Gone,            ///< the window has been closed
     Hidden,          ///< minimised, or on another desktop
-    Hung,            ///< its program has not answered for 2 s
+    Hung,            ///< its program has not answered in time
     FocusRefused,    ///< it cannot be given the focus
     FocusLeft,       ///< another window has the focus, and the text could only have gone where that is
     KeyboardGrabbed, ///< another program has taken the keyboard for itself: an open menu, a screen locker

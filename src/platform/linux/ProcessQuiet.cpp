@@ -11,6 +11,8 @@ namespace mevo {
 
 namespace {
 
+constexpr int starvedFactor = 5;
+
 /// State letter, and how often the process has gone to sleep or been put aside.
 struct Sample
 {
@@ -35,6 +37,18 @@ Sample sampleOf(qint64 processId)
     return sample;
 }
 
+/// For how long its main thread has waited for a processor until now
+/// (https://docs.kernel.org/scheduler/sched-stats.html). 0 where the system does not count it.
+qint64 starvedMs(qint64 processId)
+{
+    QFile file(QStringLiteral("/proc/%1/schedstat").arg(processId));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    const QList<QByteArray> numbers = file.readAll().split(' ');
+    return numbers.size() < 2 ? 0 : numbers[1].toLongLong() / 1000000;
+}
+
 } // namespace
 
 ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::function<void()> &beforeLook)
@@ -43,6 +57,7 @@ ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::f
     whole.start();
     quiet.start();
     QByteArray last;
+    const qint64 starvedBefore = starvedMs(processId);
     while (true) {
         if (beforeLook) {
             beforeLook();
@@ -60,7 +75,9 @@ ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::f
         } else if (quiet.elapsed() >= quietMs) {
             return ProcessState::Quiet;
         }
-        if (whole.elapsed() >= limitMs) {
+        const qint64 elapsed = whole.elapsed();
+        if (elapsed >= limitMs && (elapsed - (starvedMs(processId) - starvedBefore) >= limitMs ||
+                                   elapsed >= starvedFactor * limitMs)) {
             return ProcessState::Busy;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));

@@ -14,8 +14,9 @@ enum class ProcessState {
 };
 
 /// Waits until the main thread of a process has slept without a break for `quietMs`. A program that has input
-/// to read does not: it runs, or waits for the processor. Gives up after `limitMs`; an unknown process is not
-/// waited for. `beforeLook` is called before each look at it.
+/// to read does not: it runs, or waits for the processor. Gives up after `limitMs` in which it had one to run
+/// on, and after five times that; an unknown process is not waited for. `beforeLook` is called before each
+/// look at it.
 ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs,
                         const std::function<void()> &beforeLook = {});
 

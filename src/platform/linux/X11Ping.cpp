@@ -55,14 +55,14 @@ void X11Ping::send(unsigned long topLevel)
     XFlush(display);
 }
 
-X11Ping::Answer X11Ping::await()
+X11Ping::Answer X11Ping::await(int limitMs)
 {
     Display *display = m_connection.display();
     const Atom protocols = m_connection.atom("WM_PROTOCOLS");
     const Atom pingAtom = m_connection.atom("_NET_WM_PING");
     QElapsedTimer clock;
     clock.start();
-    while (clock.elapsed() < timeoutMs) {
+    while (clock.elapsed() < limitMs) {
         while (XPending(display) > 0) {
             XEvent event;
             XNextEvent(display, &event);

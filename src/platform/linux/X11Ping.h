@@ -10,7 +10,7 @@ class X11Ping
 public:
     enum class Answer {
         Given,
-        Silence, ///< not within timeoutMs: the program hangs
+        Silence, ///< not in time: the program hangs
         Gone,    ///< the window has been closed
     };
     static constexpr int timeoutMs = 2000;
@@ -23,8 +23,8 @@ public:
     /// the desktop.
     void listen(bool on);
     void send(unsigned long topLevel);
-    /// Waits for the answer to the last send().
-    Answer await();
+    /// Waits for the answer to the last send(), at most `limitMs`.
+    Answer await(int limitMs = timeoutMs);
 
 private:
     X11Connection &m_connection;

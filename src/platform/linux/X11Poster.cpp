@@ -23,13 +23,14 @@ namespace {
 
 // Where the target answers no ping it has taken its keys when its program sleeps again,
 constexpr int quietMs = 20;
-constexpr int quietLimitMs = 2000;
+constexpr int quietLimitMs = 2000; // of its own time
 // and where that cannot be seen either it is given a time: before keys are bound anew, and at the end.
 constexpr int drainMs = 40;
 constexpr int lastDrainMs = 150;
 // An office keeps what it is typed for up to 20 ms before it goes into the text.
 constexpr int settledMs = 50;
 constexpr int settledLimitMs = 10000;
+constexpr int behindLookMs = 100;
 constexpr int grabTimeoutMs = 2000;
 constexpr int grabRetryMs = 10;
 
@@ -154,6 +155,15 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
         m_ping.send(target.topLevel);
     }
     bool asked = target.answersPing;
+    if (asked && m_behind == target.topLevel) {
+        // What it was sent before would be translated by the keys that are bound now.
+        asked = false;
+        const PostStop stop = awaitAnswer(X11Ping::timeoutMs);
+        if (stop != PostStop::AtEnd) {
+            return stop;
+        }
+        m_behind = 0;
+    }
     bool first = true;
     int sent = 0;
     PostingPlan plan(text, *m_slots, target.habits);
@@ -162,6 +172,7 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
         if (!first && batch.after != PostBatch::After::Nothing) {
             const PostStop stop = awaitTaken(target, drainMs);
             if (stop != PostStop::AtEnd) {
+                m_slots->clear(); // the keys of this batch have not been bound
                 return stop;
             }
             taken = sent;
@@ -174,9 +185,9 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
         }
         if (asked) {
             asked = false;
-            const X11Ping::Answer answer = m_ping.await();
-            if (answer != X11Ping::Answer::Given) {
-                return answer == X11Ping::Answer::Gone ? PostStop::Gone : PostStop::Hung;
+            const PostStop stop = awaitAnswer(X11Ping::timeoutMs);
+            if (stop != PostStop::AtEnd) {
+                return stop;
             }
         }
         PostStop stop = batch.after == PostBatch::After::Settled ? awaitSettled(target) : PostStop::AtEnd;
@@ -202,13 +213,27 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
     return stop;
 }
 
+PostStop X11Poster::awaitAnswer(int limitMs)
+{
+    switch (m_ping.await(limitMs)) {
+    case X11Ping::Answer::Given:
+        return PostStop::AtEnd;
+    case X11Ping::Answer::Gone:
+        return PostStop::Gone;
+    case X11Ping::Answer::Silence:
+        break;
+    }
+    return PostStop::Hung;
+}
+
 PostStop X11Poster::awaitTaken(const Target &target, int drain)
 {
     if (target.answersPing) {
         m_ping.send(target.topLevel);
-        const X11Ping::Answer answer = m_ping.await();
-        if (answer != X11Ping::Answer::Given) {
-            return answer == X11Ping::Answer::Gone ? PostStop::Gone : PostStop::Hung;
+        const PostStop stop = awaitAnswer(takenLimitMs);
+        if (stop != PostStop::AtEnd) {
+            m_behind = stop == PostStop::Hung ? target.topLevel : 0;
+            return stop;
         }
     } else {
         // A program that waits for a slow server sleeps as well, but does not once the server has answered
@@ -330,12 +355,24 @@ void X11Poster::giveFocusBack()
     }
 }
 
-void X11Poster::rest()
+bool X11Poster::rest()
 {
+    if (m_behind != 0 && m_connection.exists(m_behind)) {
+        m_ping.listen(true);
+        m_ping.send(m_behind);
+        const bool stillHangs = m_ping.await(behindLookMs) == X11Ping::Answer::Silence;
+        m_ping.listen(false);
+        if (stillHangs) {
+            m_connection.discardEvents();
+            return false;
+        }
+    }
+    m_behind = 0;
     m_second.reset();
     m_slots->clear();
     m_keys->release();
     m_connection.discardEvents();
+    return true;
 }
 
 bool X11Poster::isKeyboardGrabbed() const

@@ -26,11 +26,14 @@ public:
     /// Whether this server lets keys be injected and bound.
     bool isUsable() const { return m_usable; }
     /// Types the text and says what the window was seen to take. A window that hangs, or a keyboard that
-    /// somebody else has grabbed, is waited for up to 2 s.
+    /// somebody else has grabbed, is waited for up to 2 s; what has been sent cannot be taken back, and is
+    /// waited for up to takenLimitMs.
     PostResult post(WindowId window, const QString &text);
-    /// Takes down what is kept up for the next text. To be called when none has come for restAfterMs.
-    void rest();
+    /// Takes down what is kept up for the next text. To be called when none has come for restAfterMs. False
+    /// when a window that hung may still take what it was sent, which needs it: to be called again.
+    bool rest();
     static constexpr int restAfterMs = 5000;
+    int takenLimitMs = 10000;
 
 private:
     struct Target
@@ -42,6 +45,7 @@ private:
         TypingHabits habits;
     };
     PostStop typeInto(const Target &target, const QString &text, int &taken);
+    PostStop awaitAnswer(int limitMs);
     /// Waits until the target has translated what it was sent.
     PostStop awaitTaken(const Target &target, int drainMs);
     /// Waits until it also has nothing left to do with it.
@@ -74,6 +78,7 @@ private:
     bool m_oneState = false;
     std::unique_ptr<X11SecondKeyboard> m_second;
     bool m_usable = false;
+    unsigned long m_behind = 0;      ///< a window that hung with keys of ours on their way
     unsigned long m_neverShown = 0;  ///< a window that asks for the keyboard and can never get it
     unsigned long m_asideWindow = 0; ///< has the second keyboard's focus while nobody is typed to
     int m_returnKey = 0;

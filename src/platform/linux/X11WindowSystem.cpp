@@ -26,7 +26,11 @@ public:
         m_poster = std::make_unique<X11Poster>(lock);
         m_rest = std::make_unique<QTimer>();
         m_rest->setSingleShot(true);
-        connect(m_rest.get(), &QTimer::timeout, this, [this] { m_poster->rest(); });
+        connect(m_rest.get(), &QTimer::timeout, this, [this] {
+            if (!m_poster->rest()) {
+                m_rest->start(X11Poster::restAfterMs);
+            }
+        });
         return m_poster->isUsable();
     }
     void finish()
