@@ -147,4 +147,20 @@ unsigned long X11Connection::focus() const
     return window > 1 ? window : 0; // None and PointerRoot are no windows
 }
 
+unsigned long X11Connection::keyboardWindow() const
+{
+    discardEvents();
+    Window window = 0;
+    int revert = 0;
+    XGetInputFocus(m_display, &window, &revert);
+    if (window != PointerRoot && window != root()) {
+        return window;
+    }
+    Window top = 0, under = 0;
+    int x = 0, y = 0, insideX = 0, insideY = 0;
+    unsigned mask = 0;
+    XQueryPointer(m_display, root(), &top, &under, &x, &y, &insideX, &insideY, &mask);
+    return under;
+}
+
 } // namespace mevo

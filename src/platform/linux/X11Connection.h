@@ -36,6 +36,9 @@ public:
     bool exists(unsigned long window) const;
     /// Whether it and all that it stands in are shown, as a window must be to have the focus.
     bool isViewable(unsigned long window) const;
+    /// The window that keys go to: the one with the focus, or the one under the pointer where the focus
+    /// follows that; 0 if none.
+    unsigned long keyboardWindow() const;
     /// The top-level window that holds `window`, 0 when it is gone.
     unsigned long topLevel(unsigned long window) const;
     unsigned long focus() const;

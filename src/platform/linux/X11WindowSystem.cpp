@@ -93,8 +93,13 @@ void X11WindowSystem::postText(WindowId window, const QString &text, PostDone do
 
 WindowId X11WindowSystem::foregroundWindow()
 {
-    return m_connection ? m_connection.firstItem(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"))
-                        : 0;
+    if (!m_connection) {
+        return 0;
+    }
+    if (!hasWindowManager()) {
+        return m_connection.topLevel(m_connection.keyboardWindow()); // nobody is there who would tell
+    }
+    return m_connection.firstItem(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"));
 }
 
 WindowId X11WindowSystem::focusedWindow()
