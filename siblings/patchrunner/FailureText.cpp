@@ -30,6 +30,8 @@ constexpr Row rows[] = {
      "The disk is full. The update was not installed."},
     {Outcome::NotStarted, "新版本无法启动，已恢复原来的版本。", "新版本無法啟動，已恢復原來的版本。",
      "The new version did not start. The previous one has been restored."},
+    {Outcome::Unconfirmed, "新版本已经安装，但没有及时启动完成。", "新版本已經安裝，但沒有及時啟動完成。",
+     "The new version is installed, but has not finished starting in time."},
     {Outcome::Failed, "更新没有安装。", "更新沒有安裝。", "The update was not installed."},
 };
 

@@ -8,6 +8,7 @@
 #include "patchrunner/ProgramStart.h"
 #include "update/DownloadSetting.h"
 #include "update/StartReport.h"
+#include "update/UnfinishedUpdate.h"
 #include "update/UpdateSignature.h"
 
 #include <QDebug>
@@ -28,7 +29,6 @@ namespace mevo::patchrunner {
 namespace {
 
 constexpr unsigned long pollMs = 50;
-constexpr int endAgainMs = 10000;
 
 const QString updaterName = QStringLiteral("PatchRunner");
 
@@ -41,7 +41,7 @@ public:
         , m_times(times)
         , m_program(base + QLatin1Char('/') + setting.exeName)
         , m_folder(QFileInfo(m_program).path())
-        , m_beside(base + QStringLiteral("/.update-new"))
+        , m_beside(base + QLatin1Char('/') + updateFolderBeside)
         , m_archive(base + QLatin1Char('/') + setting.updaterName)
     {
     }
@@ -206,8 +206,8 @@ private:
     Report takeBack()
     {
         m_start.kill();
-        if (!m_lock.acquire(endAgainMs)) {
-            return {Outcome::StillRunning, QStringLiteral("the new version neither came up nor ended")};
+        if (!m_lock.acquire(m_times.endAgainMs)) {
+            return {Outcome::Unconfirmed, QStringLiteral("the new version neither came up nor ended")};
         }
         const QString error = exchangeFolders(m_folder, m_beside);
         if (!error.isEmpty()) {
@@ -270,6 +270,34 @@ private:
     ProgramStart m_start;
 };
 
+/// The program where it is installed: one folder down, and there only once. Empty when it is not to be found.
+QString programBelow(const QString &base)
+{
+    QStringList found;
+    for (const QString &folder : QDir(base).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QFileInfo program(base + QLatin1Char('/') + folder + QStringLiteral("/mevoinput"));
+        if (program.isFile() && program.isExecutable()) {
+            found.append(program.filePath());
+        }
+    }
+    return found.size() == 1 ? found.first() : QString();
+}
+
+/// The program has ended for an update that is not there: it goes on.
+void startAgain(const QString &base, int endMs)
+{
+    const QString program = programBelow(base);
+    ProgramLock lock;
+    if (program.isEmpty() || !lock.acquire(endMs)) {
+        qWarning("The program is not started: it runs, or is not to be found");
+        return;
+    }
+    lock.release();
+    if (!ProgramStart().start(program)) {
+        qWarning("The program cannot be started");
+    }
+}
+
 } // namespace
 
 Report runUpdate(const QString &base, const RunTimes &times)
@@ -277,6 +305,7 @@ Report runUpdate(const QString &base, const RunTimes &times)
     const auto content = readWholeFile(base + QLatin1Char('/') + downloadSettingFile);
     const auto setting = content ? parseDownloadSetting(*content) : std::nullopt;
     if (!setting) {
+        startAgain(base, times.endMs);
         return {Outcome::NothingToDo, QStringLiteral("there is no update to be installed")};
     }
     return UpdateRun(base, *setting, times).run();

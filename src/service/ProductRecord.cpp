@@ -2,6 +2,10 @@
 
 #include "service/WebApiReply.h"
 
+#include <QDebug>
+
+#include <limits>
+
 namespace mevo {
 
 namespace {
@@ -9,14 +13,22 @@ namespace {
 constexpr int shortestHeartbeatMs = 500;
 constexpr int usualHeartbeatMs = 1000;
 
+constexpr int longestHeartbeatMs = 60000;
+constexpr int longestPageDelayMs = 24 * 3600 * 1000;
+constexpr int longestText = 255;
+constexpr int longestList = 4096; ///< of accounts, each of a few dozen characters
+constexpr int anyNumber = std::numeric_limits<int>::max();
+
 struct NumberColumn
 {
     const char *column;
     int MainState::*member;
+    int lowest = 0;
+    int highest = anyNumber;
 };
 
 constexpr NumberColumn numberColumns[] = {
-    {"VWebIntervalTime", &MainState::VWebIntervalTime},
+    {"VWebIntervalTime", &MainState::VWebIntervalTime, 0, longestPageDelayMs},
     {"VWebSeed", &MainState::VWebSeed},
     {"bdsrbdsssetlen", &MainState::bdsrbdsssetlen},
     {"bdsrbdsssetjslen", &MainState::bdsrbdsssetjslen},
@@ -48,11 +60,12 @@ struct TextColumn
     const char *column;
     QString MainState::*member;
     bool kept; ///< also written to the settings file, for the help pages without a network
+    int longest = longestText;
 };
 
 constexpr TextColumn textColumns[] = {
-    {"TXSCD", &MainState::TXSCD, false},
-    {"TXSCK", &MainState::TXSCK, false},
+    {"TXSCD", &MainState::TXSCD, false, longestList},
+    {"TXSCK", &MainState::TXSCK, false, longestList},
     {"VWeb", &MainState::VWeb, false},
     {"DownloadDrvWeb", &MainState::DownloadDrvWeb, true},
     {"UserManual", &MainState::UserManual, true},
@@ -83,12 +96,22 @@ std::optional<ProductKey> productKey(const QString &dongleId)
 QList<ProductSetting> applyProductRecord(MainState &state, const QJsonObject &row)
 {
     QList<ProductSetting> settings;
+    QStringList passedOver;
     for (const NumberColumn &column : numberColumns) {
-        state.*column.member = columnNumber(row, QLatin1String(column.column), state.*column.member);
+        const int number = columnNumber(row, QLatin1String(column.column), state.*column.member);
+        if (number >= column.lowest && number <= column.highest) {
+            state.*column.member = number;
+        } else if (number != state.*column.member) {
+            passedOver.append(QLatin1String(column.column));
+        }
     }
     for (const TextColumn &column : textColumns) {
-        const QString text = columnText(row, QLatin1String(column.column));
-        if (text.isEmpty()) {
+        const QJsonValue value = row.value(QLatin1String(column.column));
+        const QString text = value.toString();
+        if (text.isEmpty() || text.size() > column.longest) {
+            if (!text.isEmpty() || !(value.isString() || value.isNull() || value.isUndefined())) {
+                passedOver.append(QLatin1String(column.column));
+            }
             continue;
         }
         state.*column.member = text;
@@ -97,7 +120,11 @@ QList<ProductSetting> applyProductRecord(MainState &state, const QJsonObject &ro
         }
     }
     const int interval = columnNumber(row, QStringLiteral("VoiceIntervalTime"), state.VoiceIntervalTime);
-    state.VoiceIntervalTime = interval < shortestHeartbeatMs ? usualHeartbeatMs : interval;
+    if (interval <= longestHeartbeatMs) {
+        state.VoiceIntervalTime = interval < shortestHeartbeatMs ? usualHeartbeatMs : interval;
+    } else {
+        passedOver.append(QStringLiteral("VoiceIntervalTime"));
+    }
     for (const FlagColumn &column : flagColumns) {
         state.*column.member =
             columnNumber(row, QLatin1String(column.column), state.*column.member ? 1 : 0) != 0;
@@ -107,6 +134,9 @@ QList<ProductSetting> applyProductRecord(MainState &state, const QJsonObject &ro
             settings.append({QLatin1String(column),
                              QString::number(columnNumber(row, QLatin1String(column), 0) != 0 ? 1 : 0)});
         }
+    }
+    if (!passedOver.isEmpty()) {
+        qWarning().noquote() << "Product record: passed over:" << passedOver.join(QLatin1Char(' '));
     }
     return settings;
 }

@@ -28,7 +28,8 @@ struct ProductSetting
 
 /// Takes over the columns of a product record that are not empty: the heartbeat's interval (below 500 ms
 /// it is 1000), whether the tip window is a talk button, the sizes of the account lists, the texts of the
-/// help pages. Answers what is to be kept in the settings file. A number that is none leaves its member.
+/// help pages. Answers what is to be kept in the settings file. A column of another type, too long or out of
+/// its range leaves its member; one log line names all such columns.
 QList<ProductSetting> applyProductRecord(MainState &state, const QJsonObject &row);
 
 } // namespace mevo

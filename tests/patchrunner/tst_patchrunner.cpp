@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <thread>
 
@@ -213,7 +214,17 @@ private Q_SLOTS:
         QCOMPARE(installation.read("PatchRunner"), QByteArray("new one"));
         QCOMPARE(installation.left(), QStringList());
         QCOMPARE(installation.started(1), QByteArray("new"));
+        // The program has ended for an update that is not there: it goes on all the same.
         QVERIFY(runUpdate(installation.base).outcome == Outcome::NothingToDo);
+        QCOMPARE(installation.started(2), QByteArray("new new"));
+        installation.write("DownloadSetting.ini", "[Set]\nUpdaterName=../x\n");
+        const int held = open(m_runtime.filePath("mevoinput.lock").toLocal8Bit().constData(),
+                              O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        QVERIFY(flock(held, LOCK_EX) == 0);
+        QVERIFY(runUpdate(installation.base, {50, 50}).outcome == Outcome::NothingToDo); // it runs
+        close(held);
+        QVERIFY(runUpdate(installation.base).outcome == Outcome::NothingToDo);
+        QCOMPARE(installation.started(3), QByteArray("new new new"));
     }
 
     void part()
@@ -366,6 +377,22 @@ private Q_SLOTS:
         QCOMPARE(installation.left(), QStringList());
         QCOMPARE(installation.started(started.count(' ') + 1), started);
         QVERIFY(!QFile::exists(installation.base + "/App/UpdatePending"));
+    }
+
+    /// A new version that neither comes up nor lets go: it stays, and is not said to be missing.
+    void neitherUpNorEnded()
+    {
+        Installation installation;
+        QList<Member> members = wholeVersion("new");
+        members[1] = program("new", "( flock 9; exec sleep 600 ) 9> \"$XDG_RUNTIME_DIR/mevoinput.lock\" &\n"
+                                    "echo $! > ../pid\n");
+        installation.offer(packed(members));
+        const auto report = runUpdate(installation.base, {1000, 4000, 100});
+        const pid_t pid = installation.read("pid").trimmed().toInt();
+        QVERIFY(pid > 0);
+        ::kill(pid, SIGKILL);
+        QVERIFY2(report.outcome == Outcome::Unconfirmed, qPrintable(report.detail));
+        QCOMPARE(installation.version(), "new");
     }
 
     /// An updater that was killed after the exchange: the next run goes on there, and what it takes back is

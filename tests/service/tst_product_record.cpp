@@ -51,6 +51,10 @@ private Q_SLOTS:
                                                          << "" << 800 << true;
         QTest::newRow("garbage leaves what stands") << "soon"
                                                     << "yes" << 800 << true;
+        QTest::newRow("longest") << "60000"
+                                 << "1" << 60000 << true;
+        QTest::newRow("too long") << "60001"
+                                  << "99999999999" << 800 << true;
     }
     void heartbeatAndTalkButton()
     {
@@ -84,6 +88,45 @@ private Q_SLOTS:
         QCOMPARE(state.bdsrbdsssetbzlen, 321);
         QCOMPARE(state.besrfdsssetlen, 77);
         QCOMPARE(state.bdsrbdsssetenlen, -1);
+    }
+
+    void nonsenseIsPassedOver_data()
+    {
+        QTest::addColumn<QString>("column");
+        QTest::addColumn<QJsonValue>("value");
+        QTest::addColumn<bool>("taken");
+        const auto text = [](int length) { return QJsonValue(QString(length, QLatin1Char('x'))); };
+        const auto row = [](const char *name, const char *column, const QJsonValue &value, bool taken) {
+            QTest::newRow(name) << QString::fromLatin1(column) << value << taken;
+        };
+        row("the longest text", "Website", text(255), true);
+        row("a longer one", "Website", text(256), false);
+        row("a megabyte", "SWName", text(1 << 20), false);
+        row("a number for a text", "VWeb", 17, false);
+        row("an object for a text", "UserManual", QJsonObject{{QStringLiteral("a"), 1}}, false);
+        row("a list of accounts", "TXSCD", text(4096), true);
+        row("a longer list", "TXSCK", text(4097), false);
+        row("a day's delay", "VWebIntervalTime", QStringLiteral("86400000"), true);
+        row("a longer delay", "VWebIntervalTime", QStringLiteral("86400001"), false);
+        row("a negative delay", "VWebIntervalTime", QStringLiteral("-1"), false);
+        row("a negative size", "besrfdsssetlen", QStringLiteral("-5"), false);
+        row("a number beyond all", "VWebSeed", QStringLiteral("99999999999"), false);
+    }
+    void nonsenseIsPassedOver()
+    {
+        QFETCH(QString, column);
+        QFETCH(QJsonValue, value);
+        MainState state;
+        state.Website = state.SWName = state.VWeb = state.UserManual = QStringLiteral("old");
+        state.TXSCD = state.TXSCK = QStringLiteral("old");
+        state.VWebIntervalTime = state.besrfdsssetlen = state.VWebSeed = 5;
+        const auto settings = mevo::applyProductRecord(state, {{column, value}});
+        const QString texts =
+            state.Website + state.SWName + state.VWeb + state.UserManual + state.TXSCD + state.TXSCK;
+        const bool changed = texts != QStringLiteral("old").repeated(6) || state.VWebIntervalTime != 5 ||
+                             state.besrfdsssetlen != 5 || state.VWebSeed != 5;
+        QTEST(changed, "taken");
+        QCOMPARE(settings.isEmpty(), !changed || column != QLatin1String("Website"));
     }
 
     /// What the product lacks is kept for the settings page; a record that says nothing changes nothing.

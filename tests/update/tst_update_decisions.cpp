@@ -1,4 +1,6 @@
 #include "update/DownloadSetting.h"
+#include "update/StartReport.h"
+#include "update/UnfinishedUpdate.h"
 #include "update/UpdateAddress.h"
 #include "update/UpdateQuestion.h"
 #include "update/UpdateSignature.h"
@@ -193,6 +195,84 @@ private Q_SLOTS:
                     "[Set]\nUpdaterName=a.tar.xz\nMode=Part\nExeName=App/mevoinput\nVersion=108\nSha256=ab\n"
                     "UpdateKey=k=\n"));
         }
+    }
+
+    void unfinishedUpdate_data()
+    {
+        QTest::addColumn<QByteArray>("setting");
+        QTest::addColumn<bool>("pending");
+        QTest::addColumn<bool>("unfinished");
+        const QByteArray setting =
+            "[Set]\nUpdaterName=a.tar.xz\nMode=All\nExeName=App/mevoinput\nVersion=108\n";
+        QByteArray equal = setting, another = setting;
+        equal.replace("108", "107");
+        another.replace("App/", "Other/");
+        QTest::newRow("none") << QByteArray() << false << false;
+        QTest::newRow("newer") << setting << false << true;
+        QTest::newRow("signed") << setting + "UpdateKey=key\n" << false << true;
+        QTest::newRow("installed") << equal << false << false;
+        QTest::newRow("the updater looks at this start") << setting << true << false;
+        QTest::newRow("of another program") << another << false << false;
+        QTest::newRow("unusable") << QByteArray("[Set]\nVersion=108\n") << false << false;
+    }
+    void unfinishedUpdate()
+    {
+        QFETCH(QByteArray, setting);
+        QFETCH(bool, pending);
+        QFETCH(bool, unfinished);
+        const QTemporaryDir base;
+        const auto write = [&base](const QString &name, const QByteArray &content) {
+            QDir().mkpath(QFileInfo(base.filePath(name)).path());
+            QFile file(base.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        };
+        write("App/mevoinput", "program");
+        write("a.tar.xz", "archive");
+        write("a.tar.xz.sig", "signature");
+        write("mine.tar.xz", "the user's");
+        write("outside/kept", "x");
+        write(".update-new/data/1", "half");
+        QVERIFY(QFile::link(base.filePath("outside"), base.filePath(".update-new/link")));
+        if (!setting.isEmpty()) {
+            write("DownloadSetting.ini", setting);
+        }
+        if (pending) {
+            write("App/" + mevo::updatePendingFile, "1");
+        }
+        const QString program = base.filePath("App/mevoinput");
+        const auto files = [&base] {
+            QStringList names =
+                QDir(base.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+            names.sort();
+            return names;
+        };
+        const QStringList before = files();
+        QCOMPARE(mevo::isUpdateUnfinished(program, 107), unfinished);
+        QCOMPARE(files(), before);
+        if (unfinished) {
+            QVERIFY(mevo::removeUnfinishedUpdate(program));
+            QStringList left{"App", "a.tar.xz.sig", "mine.tar.xz", "outside"};
+            if (setting.contains("UpdateKey")) {
+                left.removeAll("a.tar.xz.sig");
+            }
+            QCOMPARE(files(), left);
+            QVERIFY(QFile::exists(base.filePath("outside/kept")) && QFile::exists(program));
+            QVERIFY(!mevo::isUpdateUnfinished(program, 107));
+        }
+    }
+
+    /// Where a link stands in the place of the folder, what it leads to stays.
+    void unfinishedUpdateBehindALink()
+    {
+        const QTemporaryDir base;
+        QVERIFY(QDir(base.path()).mkpath("App") && QDir(base.path()).mkpath("mine/folder"));
+        QVERIFY(QFile::link(base.filePath("mine"), base.filePath(".update-new")));
+        QFile file(base.filePath("DownloadSetting.ini"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[Set]\nUpdaterName=a.tar.xz\nMode=All\nExeName=App/mevoinput\nVersion=108\n");
+        file.close();
+        QVERIFY(mevo::removeUnfinishedUpdate(base.filePath("App/mevoinput")));
+        QVERIFY(QFileInfo(base.filePath("mine/folder")).isDir() && !file.exists());
     }
 
     void signatures()
