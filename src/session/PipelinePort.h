@@ -30,7 +30,7 @@ public:
 
     virtual bool translationDialogExists() const = 0;
     virtual bool translationDialogClosing() const = 0;
-    virtual void showOnTranslationDialog(const QString &text) = 0;
+    virtual void showOnTranslationDialog(const QString &text, const SessionContext &session) = 0;
     /// Shows the translation dialog that exists; a visible one stays as it is.
     virtual void showTranslationDialog() = 0;
     /// Does what a click on the bar's translate button does.

@@ -253,7 +253,7 @@ void ResultPipeline::runCommand(const ResultText &text, bool sent, const Session
     const bool dialog = m_port.translationDialogExists();
     if (dialog) {
         if (!m_port.translationDialogClosing()) {
-            m_port.showOnTranslationDialog(text.out);
+            m_port.showOnTranslationDialog(text.out, session);
             m_state.ResultIdle = true;
         } else if (!sent) {
             m_port.sendToScreen(text.out, session);
@@ -271,7 +271,7 @@ void ResultPipeline::sendToDialogOrScreen(const QString &out, const SessionConte
         m_port.sendToScreen(out, session);
     } else {
         m_state.ResultIdle = true;
-        m_port.showOnTranslationDialog(out);
+        m_port.showOnTranslationDialog(out, session);
     }
 }
 

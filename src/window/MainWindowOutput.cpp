@@ -42,6 +42,8 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
         if (plan.lostFocus) {
             qWarning() << "Send to screen: no window had the focus";
             keepUndelivered(plan.text, mevo::PostStop::Gone);
+        } else if (plan.keys.empty() && !text.isEmpty()) {
+            qInfo() << "Send to screen: nothing is typed in this mode";
         }
         break;
     case mevo::SendPlan::Way::Clipboard:

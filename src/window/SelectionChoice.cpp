@@ -10,7 +10,7 @@ SelectionChoice chooseSelection(const CopyOutcome &outcome)
         choice.text = outcome.clipboard;
     } else if (!outcome.selection.isEmpty()) {
         choice.text = outcome.selection;
-    } else {
+    } else if (!outcome.changed) {
         choice.text = outcome.before;
     }
     return choice;

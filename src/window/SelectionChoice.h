@@ -20,7 +20,8 @@ struct SelectionChoice
     bool putBack = false; ///< what the clipboard held before is to be put there again
 };
 
-/// What was copied; without that, what is selected; without that, what the clipboard has held all along.
+/// What was copied; without that, what is selected; without that, what the clipboard has held all along, and
+/// nothing where something that is no text was copied.
 SelectionChoice chooseSelection(const CopyOutcome &outcome);
 
 } // namespace mevo

@@ -282,9 +282,9 @@ bool PipelineHands::translationDialogClosing() const
     return m_window.m_translationHands.isClosing();
 }
 
-void PipelineHands::showOnTranslationDialog(const QString &text)
+void PipelineHands::showOnTranslationDialog(const QString &text, const SessionContext &session)
 {
-    Q_EMIT m_window.showRecTextOnTransDlgSignal(text);
+    m_window.m_translationHands.showSentence(text, session);
 }
 
 void PipelineHands::showTranslationDialog()

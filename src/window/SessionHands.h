@@ -73,7 +73,7 @@ public:
     void updateStatusButtons() override;
     bool translationDialogExists() const override;
     bool translationDialogClosing() const override;
-    void showOnTranslationDialog(const QString &text) override;
+    void showOnTranslationDialog(const QString &text, const SessionContext &session) override;
     void showTranslationDialog() override;
     void pressTranslateButton() override;
     void voiceSearch(const QString &text) override;

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QDebug>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 #include <utility>
@@ -84,6 +85,17 @@ void TranslationHands::destroy()
     }
 }
 
+void TranslationHands::showSentence(const QString &text, const SessionContext &session)
+{
+    const QScopedValueRollback<const SessionContext *> shown(m_sentence, &session);
+    Q_EMIT m_window.showRecTextOnTransDlgSignal(text);
+}
+
+SessionContext TranslationHands::sentenceSession() const
+{
+    return m_sentence != nullptr ? *m_sentence : m_window.contextNow();
+}
+
 void TranslationHands::keyPressed(char *report)
 {
     if (exists() && !m_window.isLeaving()) {
@@ -94,9 +106,10 @@ void TranslationHands::keyPressed(char *report)
 QStringList TranslationHands::takeUnsent()
 {
     QStringList unsent;
-    for (const auto &text : std::exchange(m_onTheWay, {})) {
-        unsent.append(text.second);
+    for (const OnTheWay &text : std::exchange(m_onTheWay, {})) {
+        unsent.append(text.text);
     }
+    m_bringing = false;
     return exists() ? unsent + m_dialog->takeUnsent() : unsent;
 }
 
@@ -126,30 +139,58 @@ WindowId TranslationHands::foregroundWindow()
     return m_window.m_platform.windowSystem->foregroundWindow();
 }
 
-void TranslationHands::typeText(const QString &text, WindowId front)
+void TranslationHands::typeText(const QString &text, WindowId front,
+                                const std::optional<SessionContext> &session)
 {
     if (m_window.m_sessionsFinished) {
         m_window.keepForNextRun(text);
         return;
     }
-    const int number = ++m_texts;
-    m_onTheWay.emplace(number, text);
-    whenInFront(front, [this, number, text](bool there) {
-        if (m_onTheWay.erase(number) == 0) {
+    m_onTheWay.push_back({++m_texts, text, front, session});
+    typeNext();
+}
+
+/// One at a time: the window of a later one may come faster.
+void TranslationHands::typeNext()
+{
+    if (m_bringing || m_onTheWay.empty()) {
+        return;
+    }
+    m_bringing = true;
+    whenInFront(m_onTheWay.front().front, [this, number = m_onTheWay.front().number](bool there) {
+        if (m_onTheWay.empty() || m_onTheWay.front().number != number) {
             return; // an exit has taken it back
         }
-        // No other program's window has ever been in front, or a box of ours has come there meanwhile.
-        const bool ours = isOwnWindow(m_window.m_platform.windowSystem->foregroundWindow());
-        if (there && !ours) {
-            SessionContext context = m_window.contextNow();
-            if (!exists()) { // it has closed meanwhile; the window that is in front now is meant
-                context.window = m_window.m_platform.windowSystem->focusedWindow();
-            }
-            m_window.sendToScreen(text, context);
-        } else {
-            m_window.keepUndelivered(text, there ? PostStop::Gone : PostStop::FocusRefused);
-        }
+        const OnTheWay text = std::move(m_onTheWay.front());
+        m_onTheWay.pop_front();
+        deliver(text, there);
+        m_bringing = false;
+        typeNext();
     });
+}
+
+void TranslationHands::deliver(const OnTheWay &text, bool there)
+{
+    if (!there || !somebodyTakesKeys()) {
+        m_window.keepUndelivered(text.text, there ? PostStop::Gone : PostStop::FocusRefused);
+        return;
+    }
+    SessionContext context = text.session.value_or(m_window.contextNow());
+    if (context.number != 0) {
+        context.typeMode = false; // heard by an engine of ours: no input method types it by itself
+    }
+    context.number = 0; // how long it took has been the user's choice
+    // Once the translation window has closed, the window that is in front now is meant.
+    context.window = exists() ? m_window.FocusWindow : m_window.m_platform.windowSystem->focusedWindow();
+    m_window.sendToScreen(text.text, context);
+}
+
+/// Not where a box of ours has come to the front, or no other program's window has ever been there, or none
+/// at all is; a desktop whose windows cannot all be seen may have one.
+bool TranslationHands::somebodyTakesKeys() const
+{
+    const WindowId front = m_window.m_platform.windowSystem->foregroundWindow();
+    return front != 0 ? !isOwnWindow(front) : !m_window.m_platform.windowSystem->canPostText();
 }
 
 void TranslationHands::keepText(const QString &text)
@@ -266,16 +307,16 @@ void TranslationHands::tell(const QString &title, const QString &text)
     askAside(m_dialog, {title, text, {MainWindow::tr("确定")}, true}, [](int) {});
 }
 
-void TranslationHands::closing(const QStringList &untold)
+void TranslationHands::closing(const std::vector<SpokenText> &untold)
 {
     m_window.DelimitTranslation = false;
     m_window.VoiceTranslateMode = false;
     if (m_window.m_micTip != nullptr) {
         m_window.m_micTip->UpdateStatusButtons();
     }
-    const WindowId front = untold.isEmpty() ? 0 : m_dialog->windowToReturnTo();
-    for (const QString &text : untold) {
-        typeText(text, front);
+    const WindowId front = untold.empty() ? 0 : m_dialog->windowToReturnTo();
+    for (const SpokenText &spoken : untold) {
+        typeText(spoken.text, front, spoken.session);
     }
 }
 

@@ -6,7 +6,7 @@
 
 #include <QPointer>
 
-#include <map>
+#include <deque>
 #include <memory>
 
 class CTransTipDialog;
@@ -36,6 +36,8 @@ public:
     void show() override;
     void destroy() override;
 
+    /// A sentence that is translated instead of being typed.
+    void showSentence(const QString &text, const SessionContext &session);
     /// A voice key that went down while selections are translated.
     void keyPressed(char *report);
     /// A translation waits for its window to come to the front.
@@ -47,9 +49,10 @@ public:
 
     // TransWindowHost
     QPair<bool, QString> translate(const QString &text, const QString &to, const QString &from) override;
+    SessionContext sentenceSession() const override;
     bool resultIdle() const override;
     WindowId foregroundWindow() override;
-    void typeText(const QString &text, WindowId front) override;
+    void typeText(const QString &text, WindowId front, const std::optional<SessionContext> &session) override;
     void keepText(const QString &text) override;
     void takeFocus() override;
     void neverTakeFocus() override;
@@ -61,13 +64,26 @@ public:
     void readAloud(Pane pane, const QString &text, const PaneReading &reading) override;
     void stopReading() override;
     void tell(const QString &title, const QString &text) override;
-    void closing(const QStringList &untold) override;
+    void closing(const std::vector<SpokenText> &untold) override;
     void closed() override;
 
     // TranslationHost
     void translationLimitReached(const QString &title, const QString &text) override;
 
 private:
+    /// A text whose window is being brought to the front, or that waits for the one before it.
+    struct OnTheWay
+    {
+        int number = 0;
+        QString text;
+        WindowId front = 0;
+        std::optional<SessionContext> session;
+    };
+
+    void typeNext();
+    void deliver(const OnTheWay &text, bool there);
+    /// Whether keys would reach another program's window now.
+    bool somebodyTakesKeys() const;
     /// Has `front` come to the front, unless it is 0; then tells whether it did.
     void whenInFront(WindowId front, std::function<void(bool)> action);
     void copyWhenFree(bool emptied, const std::function<void(const QString &)> &copied);
@@ -79,8 +95,10 @@ private:
     std::unique_ptr<OnlineReading> m_onlineReading;
     std::unique_ptr<WXTextSpeech> m_systemVoice;
     std::unique_ptr<SelectionCopy> m_selectionCopy;
-    std::map<int, QString> m_onTheWay; ///< texts whose window is being brought to the front
-    int m_texts = 0;                   ///< so far
+    std::deque<OnTheWay> m_onTheWay;
+    bool m_bringing = false;                    ///< the window of the first of them
+    int m_texts = 0;                            ///< so far
+    const SessionContext *m_sentence = nullptr; ///< of the sentence that is being shown just now
     bool m_limitTold = false;
 };
 

@@ -27,7 +27,10 @@ public:
     void updateStatusButtons() override { log.add(QStringLiteral("buttons")); }
     bool translationDialogExists() const override { return dialog; }
     bool translationDialogClosing() const override { return dialogClosing; }
-    void showOnTranslationDialog(const QString &text) override { log.add(QStringLiteral("dialog ") + text); }
+    void showOnTranslationDialog(const QString &text, const mevo::SessionContext &) override
+    {
+        log.add(QStringLiteral("dialog ") + text);
+    }
     void showTranslationDialog() override { log.add(QStringLiteral("show dialog")); }
     void pressTranslateButton() override { log.add(QStringLiteral("press translate")); }
     void voiceSearch(const QString &text) override { log.add(QStringLiteral("search ") + text); }

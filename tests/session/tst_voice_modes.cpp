@@ -141,7 +141,10 @@ struct Desk : mevo::PipelinePort
     void updateStatusButtons() override { tip.UpdateStatusButtons(); }
     bool translationDialogExists() const override { return translation.exists(); }
     bool translationDialogClosing() const override { return translation.isClosing(); }
-    void showOnTranslationDialog(const QString &text) override { log.add(QStringLiteral("dialog ") + text); }
+    void showOnTranslationDialog(const QString &text, const mevo::SessionContext &) override
+    {
+        log.add(QStringLiteral("dialog ") + text);
+    }
     void showTranslationDialog() override { translation.show(); }
     void pressTranslateButton() override { mevo::toggleTranslation(state, translation); }
     void voiceSearch(const QString &) override {}

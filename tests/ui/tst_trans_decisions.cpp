@@ -150,7 +150,7 @@ private Q_SLOTS:
         for (const QChar step : happens) {
             switch (step.toLatin1()) {
             case 'S':
-                if (turns.takeSentence(QStringLiteral("S%1").arg(++sentences))) {
+                if (turns.takeSentence({QStringLiteral("S%1").arg(++sentences), {}})) {
                     follows.append(QStringLiteral("show"));
                     turns.textChanged(false);
                 } else {
@@ -170,9 +170,9 @@ private Q_SLOTS:
                 follows.append(turns.endRequest() ? QStringLiteral("current") : QStringLiteral("stale"));
                 break;
             case 'n': {
-                const QString next = turns.nextSentence();
-                follows.append(next.isNull() ? QStringLiteral("none") : next);
-                if (!next.isNull()) {
+                const auto next = turns.nextSentence();
+                follows.append(next ? next->text : QStringLiteral("none"));
+                if (next) {
                     turns.textChanged(false);
                 }
                 break;

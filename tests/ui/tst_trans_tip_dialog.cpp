@@ -35,10 +35,18 @@ struct FakeHost : mevo::TransWindowHost
         }
         return fails ? qMakePair(false, text) : qMakePair(true, QLatin1Char('[') + text + QLatin1Char(']'));
     }
+    mevo::SessionContext sentenceSession() const override
+    {
+        mevo::SessionContext session;
+        session.number = ++sessions;
+        return session;
+    }
     bool resultIdle() const override { return idle; }
     mevo::WindowId foregroundWindow() override { return foreground; }
-    void typeText(const QString &text, mevo::WindowId front) override
+    void typeText(const QString &text, mevo::WindowId front,
+                  const std::optional<mevo::SessionContext> &session) override
     {
+        typedSessions.append(session ? session->number : 0);
         log.add(QStringLiteral("type %1").arg(text) +
                 (front != 0 ? QStringLiteral(" into %1").arg(front, 0, 16) : QString()));
     }
@@ -77,10 +85,15 @@ struct FakeHost : mevo::TransWindowHost
     {
         log.add(QStringLiteral("tell ") + title + QLatin1Char('|') + text);
     }
-    void closing(const QStringList &untold) override
+    void closing(const std::vector<mevo::SpokenText> &untold) override
     {
+        QStringList texts;
+        for (const mevo::SpokenText &spoken : untold) {
+            texts.append(spoken.text);
+            typedSessions.append(spoken.session.number);
+        }
         log.add(QStringLiteral("closing") +
-                (untold.isEmpty() ? QString() : QLatin1Char(' ') + untold.join(u'|')));
+                (texts.isEmpty() ? QString() : QLatin1Char(' ') + texts.join(u'|')));
     }
     void closed() override
     {
@@ -94,6 +107,8 @@ struct FakeHost : mevo::TransWindowHost
     bool idle = true;
     bool fails = false;
     mevo::WindowId foreground = editorWindow;
+    mutable int sessions = 0;                ///< sentences so far
+    QList<int> typedSessions;                ///< of what was typed, or told at the closing; 0 for none
     std::function<void()> duringTranslation; ///< once
     std::function<void(const QString &)> onCopied;
     std::function<void()> onClosed;
@@ -433,6 +448,31 @@ private Q_SLOTS:
         QVERIFY(window.dialog->takeUnsent().isEmpty());
     }
 
+    /// A selection takes the place of a sentence whose translation is still awaited.
+    void selectionWhileTheAnswerIsAwaited_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("by the key") << true;
+        QTest::newRow("by the button") << false;
+    }
+    void selectionWhileTheAnswerIsAwaited()
+    {
+        QFETCH(bool, byKey);
+        Window window(5);
+        window.host.duringTranslation = [&window, byKey] {
+            if (byKey) {
+                window.select(QStringLiteral("word"));
+            } else {
+                window.click("pushButton_SelectDelimit");
+                window.host.onCopied(QStringLiteral("word"));
+            }
+        };
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[word]"));
+        QCOMPARE(window.calls("keep"), list({"keep 一"}));
+        QVERIFY(window.dialog->takeUnsent().isEmpty());
+    }
+
     /// The result of a session is still being dealt with: the window goes, and the text follows.
     void waitsForTheResultBefore()
     {
@@ -457,8 +497,46 @@ private Q_SLOTS:
         window.dialog->showRecText(QStringLiteral("一"));
         QTRY_COMPARE(window.calls("type"), (list({"type [一]", "type [二]", "type [三]"})));
         QCOMPARE(window.calls("translate").size(), 3);
+        QCOMPARE(window.host.typedSessions, (QList<int>{1, 2, 3}));
         QTest::qWait(1200); // the delays of the first two would have ended by now
         QCOMPARE(window.calls("type").size(), 3);
+    }
+
+    /// Each text is told with the session that it was spoken in, a text that was not spoken with none.
+    void sessionsOfTheTexts()
+    {
+        Window window(5);
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
+        window.click("pushButton_TransSend");
+        window.click("pushButton_TransSend"); // once more
+        window.select(QStringLiteral("word"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[word]"));
+        window.click("pushButton_TransSend");
+        QCOMPARE(window.host.typedSessions, (QList<int>{1, 1, 0}));
+        window.dialog->showRecText(QStringLiteral("二"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[二]"));
+        window.dialog->showRecText(QStringLiteral("三"));
+        window.dialog->showRecText(QStringLiteral("四"));
+        window.host.typedSessions.clear();
+        window.click("pushButton_TransClose");
+        QCOMPARE(window.calls("closing"), list({"closing [二]|三|四"}));
+        QCOMPARE(window.host.typedSessions, (QList<int>{2, 3, 4}));
+    }
+
+    /// A question has the keyboard when the next translation comes: the one that waits is not typed over it.
+    void theNextSentenceWhileAQuestionStands()
+    {
+        Window window(1);
+        window.dialog->showRecText(QStringLiteral("一"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
+        window.host.idle = false;
+        window.dialog->showRecText(QStringLiteral("二"));
+        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[二]"));
+        QCOMPARE(window.calls("keep"), list({"keep [一]"}));
+        QVERIFY(window.calls("type").isEmpty());
+        window.host.idle = true;
+        QTRY_COMPARE(window.calls("type"), list({"type [二]"}));
     }
 
     void textThatChangesMeanwhile()
@@ -605,6 +683,32 @@ private Q_SLOTS:
                  (list({"clear clipboard", "read dest  offline en vol5 spd0 pit0 per0"})));
     }
 
+    /// The next sentence is shown before the first one's time to be read has come.
+    void sentencesThatFollowAreAllRead_data()
+    {
+        QTest::addColumn<QByteArray>("setting");
+        QTest::addColumn<QStringList>("read");
+        QTest::newRow("as they were spoken")
+            << QByteArray("AutoReadSourceResult=1\n")
+            << list({"read source 一 offline zh", "read source 二 offline zh"});
+        QTest::newRow("their translations")
+            << QByteArray("AutoReadDestResult=1\n")
+            << list({"read dest [一] offline en", "read dest [二] offline en"});
+    }
+    void sentencesThatFollowAreAllRead()
+    {
+        QFETCH(QByteArray, setting);
+        QFETCH(QStringList, read);
+        Window window(10000, setting);
+        window.host.duringTranslation = [&window] { window.dialog->showRecText(QStringLiteral("二")); };
+        window.dialog->showRecText(QStringLiteral("一"));
+        for (QString &call : read) {
+            call += QStringLiteral(" vol0 spd0 pit0 per0");
+        }
+        QTRY_COMPARE(window.calls("read").size(), 2);
+        QCOMPARE(window.calls("read"), read);
+    }
+
     void delayIsChosenMeanwhile()
     {
         Window window(1);
@@ -724,6 +828,18 @@ private Q_SLOTS:
         QVERIFY(window.find<QComboBox>("comboBox_DestLan")->isVisible());
         open->click();
         QCOMPARE(window.dialog->size(), QSize(0x1c7, 0xe6));
+    }
+
+    /// A screen that was plugged in since the window was made changes its size.
+    void aScreenThatCameLater()
+    {
+        const Window window;
+        QScreen *screen = QGuiApplication::primaryScreen();
+        screen->disconnect(window.dialog.get()); // as if it had not been there
+        Q_EMIT qGuiApp->screenAdded(screen);
+        window.dialog->move(10, 100000);
+        Q_EMIT screen->availableGeometryChanged(screen->availableGeometry());
+        QVERIFY(screen->availableGeometry().contains(window.dialog->geometry()));
     }
 
     void oddTexts_data()

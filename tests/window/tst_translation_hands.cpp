@@ -4,7 +4,9 @@
 #include "Program.h"
 
 #include "base/ApplicationFiles.h"
+#include "services/LabHttpServer.h"
 #include "support/ScriptedHttp.h"
+#include "translation/TranslateService.h"
 #include "ui/translation/CTransTipDialog.h"
 #include "window/SelectionChoice.h"
 
@@ -52,7 +54,12 @@ struct Desk
     Program program;
 
     explicit Desk(int delay = 1, bool plugged = true)
-        : program(plugged, service.server.host())
+        : Desk(delay, plugged, QString())
+    {
+    }
+    /// `host` is where the services are; empty for the one above.
+    Desk(int delay, bool plugged, const QString &host)
+        : program(plugged, host.isEmpty() ? service.server.host() : host)
     {
         QFile settings(mevo::appFile(QStringLiteral("MEVOSetting.ini")));
         if (settings.open(QIODevice::Append)) {
@@ -180,6 +187,111 @@ private Q_SLOTS:
         QCOMPARE(desk.calls("message 有文字未能输入").size(), obeys ? 0 : 1);
     }
 
+    /// The window of the first text comes late, the second one's is there: they keep their order.
+    void textsKeepTheirOrder()
+    {
+        Desk desk(10000);
+        desk.window().pushBuutton_Translate_clicked();
+        desk.dialog()->HandleGetForeWin();
+        auto *windows = desk.program.fake.windowSystem;
+        windows->foreground = desk.dialog()->winId();
+        auto *pane = desk.dialog()->findChild<QTextEdit *>(QStringLiteral("textEdit_DestLan"));
+        pane->setPlainText(QStringLiteral("first"));
+        desk.dialog()->on_pushButton_TransSend_clicked();
+        windows->foreground = 0x5000020;
+        pane->setPlainText(QStringLiteral("second"));
+        desk.dialog()->on_pushButton_TransSend_clicked();
+        windows->foreground = 0x4000010;
+        QTRY_COMPARE(desk.calls("clipboard set"), (QStringList{QStringLiteral("clipboard set first"),
+                                                               QStringLiteral("clipboard set second")}));
+        QCOMPARE(desk.calls("message 有文字未能输入").size(), 0);
+    }
+
+    /// Keys would go nowhere; but where not all windows can be seen, one may be there.
+    void noWindowIsInFront_data()
+    {
+        QTest::addColumn<bool>("allInSight");
+        QTest::newRow("all windows can be seen") << true;
+        QTest::newRow("not all") << false;
+    }
+    void noWindowIsInFront()
+    {
+        QFETCH(bool, allInSight);
+        Desk desk;
+        desk.window().pushBuutton_Translate_clicked();
+        desk.program.fake.windowSystem->foreground = 0;
+        desk.program.fake.windowSystem->canPost = allInSight;
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        QTRY_COMPARE(desk.calls(allInSight ? "message 有文字未能输入" : "clipboard set [你好]").size(), 1);
+        QCOMPARE(desk.calls("clipboard set").size(), allInSight ? 0 : 1);
+    }
+
+    /// The mode of the press decides over a translation, whichever is in force when it is typed.
+    void theModeHasChangedMeanwhile_data()
+    {
+        QTest::addColumn<bool>("spokenAsCommand");
+        QTest::newRow("to commands") << false;
+        QTest::newRow("from commands") << true;
+    }
+    void theModeHasChangedMeanwhile()
+    {
+        QFETCH(bool, spokenAsCommand);
+        Desk desk;
+        const auto enterCommands = [&desk](bool commands) {
+            desk.window().VoiceCommandWordMode = commands;
+            desk.window().VoiceTypeMode = !commands;
+        };
+        desk.window().DontSend2ScreenWhenCmdStatus = true;
+        desk.window().pushBuutton_Translate_clicked();
+        enterCommands(spokenAsCommand);
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[你好]"));
+        enterCommands(!spokenAsCommand);
+        if (spokenAsCommand) {
+            QTest::qWait(1200);
+            QVERIFY(desk.calls("clipboard set").isEmpty());
+        } else {
+            QTRY_COMPARE(desk.calls("clipboard set"), QStringList{QStringLiteral("clipboard set [你好]")});
+        }
+    }
+
+    /// What the service refuses for its length: told, and nothing of it lost.
+    void longSentences_data()
+    {
+        QTest::addColumn<int>("characters");
+        QTest::addColumn<bool>("translated");
+        QTest::newRow("as long as the service takes") << 2000 << true;
+        QTest::newRow("one more") << 2001 << false;
+        QTest::newRow("so long that the connection is cut") << 10000 << false;
+    }
+    void longSentences()
+    {
+        QFETCH(int, characters);
+        QFETCH(bool, translated);
+        lab::TranslateService service("appid", "key", [](const QJsonObject &) {});
+        lab::LabHttpServer server(
+            [&service](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
+                request.path().endsWith("/translate") ? service.handle(request, reply) : reply({404, {}, {}});
+            });
+        QVERIFY(server.start(0));
+        Desk desk(0, true, QStringLiteral("127.0.0.1:%1").arg(server.serverPort()));
+        desk.window().BaiduTranslateAppId = QStringLiteral("appid");
+        desk.window().BaiduTranslateKey = QStringLiteral("key");
+        desk.window().pushBuutton_Translate_clicked();
+        const QString sentence(characters, QChar(u'长'));
+        desk.window().showRecText(sentence + QStringLiteral("__over__"));
+        if (translated) {
+            QTRY_COMPARE(desk.calls("clipboard set"),
+                         QStringList{QStringLiteral("clipboard set [zh>en] ") + sentence});
+            return;
+        }
+        QTRY_COMPARE(desk.calls("message 有文字未能输入").size(), 1);
+        QVERIFY(desk.calls("clipboard set").isEmpty());
+        QFile kept(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(kept.readAll()).count(u'长'), characters);
+    }
+
     void choices_data()
     {
         QTest::addColumn<bool>("changed");
@@ -211,7 +323,7 @@ private Q_SLOTS:
         QTest::newRow("a picture was copied") << true << ""
                                               << "old"
                                               << ""
-                                              << "old" << true;
+                                              << "" << true;
         QTest::newRow("nothing at all") << false << ""
                                         << ""
                                         << ""
@@ -283,6 +395,22 @@ private Q_SLOTS:
         QTest::qWait(50);
         QVERIFY(desk.translation().isEmpty());
         QCOMPARE(desk.service.asked.size(), 1);
+    }
+
+    /// What is selected is no text: what the clipboard held has nothing to do with it.
+    void aPictureIsSelected()
+    {
+        Desk desk(1);
+        desk.translateSelections();
+        desk.program.fake.clipboard->putIn(QStringLiteral("held"));
+        desk.program.fake.clipboard->copiedNext = QStringLiteral("");
+        desk.program.key(3, true);
+        QTRY_VERIFY(desk.program.fake.log.has(QStringLiteral("hid send 05 81 04 01 06 00 00 00")));
+        desk.program.settle();
+        QTRY_VERIFY(desk.program.fake.log.has(QStringLiteral("clipboard clear")));
+        desk.program.settle();
+        QVERIFY(desk.service.asked.isEmpty());
+        QVERIFY(desk.pane("textEdit_SourceLan").isEmpty());
     }
 
     /// By the system's voice, in the pane's language; silent once the window has gone.

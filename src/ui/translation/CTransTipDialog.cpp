@@ -75,11 +75,7 @@ CTransTipDialog::CTransTipDialog(mevo::TransWindowHost &host, QWidget *parent)
     QMetaObject::connectSlotsByName(this);
     m_constructed = true;
     HandleGetForeWin();
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        connect(screen, &QScreen::availableGeometryChanged, this, &CTransTipDialog::keepOnScreen);
-    }
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &CTransTipDialog::keepOnScreen,
-            Qt::QueuedConnection);
+    watchScreens();
 }
 
 CTransTipDialog::~CTransTipDialog() = default;
@@ -97,19 +93,45 @@ void CTransTipDialog::keepOnScreen()
     }
 }
 
+void CTransTipDialog::watchScreens()
+{
+    const auto watch = [this](const QScreen *screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &CTransTipDialog::keepOnScreen);
+    };
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        watch(screen);
+    }
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &CTransTipDialog::keepOnScreen,
+            Qt::QueuedConnection);
+}
+
 // Texts in, translations out.
 
 void CTransTipDialog::showRecText(QString text)
 {
     setAttribute(Qt::WA_ShowWithoutActivating);
     HandleGetForeWin();
-    if (!DialogClosing && m_turns.takeSentence(text)) {
-        showSource(text, Origin::Spoken);
+    const mevo::SpokenText sentence{text, m_host.sentenceSession()};
+    if (!DialogClosing && m_turns.takeSentence(sentence)) {
+        showSentence(sentence);
     }
+}
+
+void CTransTipDialog::showSentence(const mevo::SpokenText &sentence)
+{
+    showSource(sentence.text, Origin::Spoken);
+    m_session = sentence.session;
 }
 
 void CTransTipDialog::showSource(const QString &text, Origin origin)
 {
+    if (m_readTimer != -1) {
+        readNow(); // what is shown, before something else is
+    }
+    if (origin == Origin::Copied && m_spoken && m_turns.isBusy()) {
+        m_host.keepText(m_face->textEdit_SourceLan->toPlainText()); // its answer comes too late
+    }
     const QScopedValueRollback<Origin> setting(m_origin, origin);
     m_face->textEdit_SourceLan->setPlainText(text);
 }
@@ -132,9 +154,8 @@ void CTransTipDialog::TansTimerTimeout()
         return;
     }
     if (!m_turns.beginRequest()) {
-        const QString next = m_turns.nextSentence();
-        if (!next.isNull()) {
-            showSource(next, Origin::Spoken);
+        if (const std::optional<mevo::SpokenText> next = m_turns.nextSentence()) {
+            showSentence(*next);
         }
         return;
     }
@@ -170,11 +191,15 @@ void CTransTipDialog::translationFailed(const QString &sentence)
 
 void CTransTipDialog::showTranslation(const QString &text, bool spoken)
 {
-    if (spoken && m_spokenUnsent && SendTransResult2ScreenMode != mevo::sendByHand) {
+    if (spoken && m_spokenUnsent && SendTransResult2ScreenMode != mevo::sendByHand && m_host.resultIdle()) {
         on_pushButton_TransSend_clicked(); // the sentence before this one, which else would never be typed
     }
     keepUnsentTranslation();
+    if (m_readTimer != -1 && m_translatedSession) {
+        readNow(); // while a text is being typed, only its end is read
+    }
     m_face->textEdit_DestLan->setPlainText(text);
+    m_translatedSession = spoken ? std::make_optional(m_session) : std::nullopt;
     qInfo("Translation: shown, %d characters", text.size()); // never the text itself
     m_spokenUnsent = spoken;
     switch (mevo::afterTranslation(SendTransResult2ScreenMode, m_host.resultIdle())) {
@@ -196,7 +221,7 @@ void CTransTipDialog::showTranslation(const QString &text, bool spoken)
 }
 
 /// Another text takes the place of a translation that would have been typed by itself: the cursor is in the
-/// source pane, or typing it now would replace what is selected.
+/// source pane, a question has the keyboard, or typing it now would replace what is selected.
 void CTransTipDialog::keepUnsentTranslation()
 {
     const QString text = m_face->textEdit_DestLan->toPlainText();
@@ -234,7 +259,7 @@ void CTransTipDialog::on_pushButton_TransSend_clicked()
     }
     const QString text = m_face->textEdit_DestLan->toPlainText();
     if (!text.isEmpty()) {
-        m_host.typeText(text, front);
+        m_host.typeText(text, front, m_translatedSession);
     }
     if (!atOnce) {
         show();
@@ -257,19 +282,34 @@ void CTransTipDialog::trigerSendMenu(QAction *action)
 QStringList CTransTipDialog::takeUnsent()
 {
     QStringList unsent;
+    for (const mevo::SpokenText &spoken : takeUntold()) {
+        unsent.append(spoken.text);
+    }
+    return unsent;
+}
+
+std::vector<mevo::SpokenText> CTransTipDialog::takeUntold()
+{
+    std::vector<mevo::SpokenText> untold;
+    const auto add = [&untold](const QString &text, const mevo::SessionContext &session) {
+        if (!text.isEmpty()) { // as is a pane that was cleared
+            untold.push_back({text, session});
+        }
+    };
     m_unsentTaken = true;
     m_translateSoon.stop();
     m_sendLater.stop();
     if (std::exchange(m_spokenUnsent, false)) {
-        unsent.append(m_face->textEdit_DestLan->toPlainText());
+        add(m_face->textEdit_DestLan->toPlainText(), m_translatedSession.value_or(m_session));
     }
-    unsent.append(std::exchange(m_failedSentence, QString()));
+    add(std::exchange(m_failedSentence, QString()), m_session);
     if (std::exchange(m_spoken, false) && m_turns.isBusy()) {
-        unsent.append(m_face->textEdit_SourceLan->toPlainText());
+        add(m_face->textEdit_SourceLan->toPlainText(), m_session);
     }
-    unsent.append(m_turns.takeWaiting());
-    unsent.removeAll(QString()); // a pane that was cleared
-    return unsent;
+    for (const mevo::SpokenText &sentence : m_turns.takeWaiting()) {
+        add(sentence.text, sentence.session);
+    }
+    return untold;
 }
 
 // The windows of other programs, and who has the keyboard.
@@ -402,6 +442,19 @@ void CTransTipDialog::readAloud(mevo::Pane pane)
     m_host.readAloud(pane, selected.isEmpty() ? edit->toPlainText() : selected, reading);
 }
 
+/// Reads by itself what the settings ask for, whose time has come.
+void CTransTipDialog::readNow()
+{
+    killTimer(m_readTimer);
+    m_readTimer = -1;
+    if (AutoReadSourceResult) {
+        on_pushButton_SourceLan_tts_clicked();
+    }
+    if (AutoReadDestResult) {
+        on_pushButton_DestLan_tts_clicked();
+    }
+}
+
 // The end.
 
 void CTransTipDialog::on_pushButton_TransClose_clicked()
@@ -409,14 +462,14 @@ void CTransTipDialog::on_pushButton_TransClose_clicked()
     if (DialogClosing) {
         return;
     }
-    QStringList untold;
+    std::vector<mevo::SpokenText> untold;
     if (SendTransResult2ScreenMode == mevo::sendByHand) {
         m_spokenUnsent = false; // the user has seen it, and has not sent it
         for (const QString &sentence : takeUnsent()) {
             m_host.keepText(sentence); // nothing is typed by itself
         }
     } else {
-        untold = takeUnsent();
+        untold = takeUntold();
     }
     m_face->textEdit_SourceLan->clear();
     m_face->textEdit_DestLan->clear();
@@ -550,12 +603,5 @@ void CTransTipDialog::timerEvent(QTimerEvent *event)
         QDialog::timerEvent(event);
         return;
     }
-    killTimer(m_readTimer);
-    m_readTimer = -1;
-    if (AutoReadSourceResult) {
-        on_pushButton_SourceLan_tts_clicked();
-    }
-    if (AutoReadDestResult) {
-        on_pushButton_DestLan_tts_clicked();
-    }
+    readNow();
 }

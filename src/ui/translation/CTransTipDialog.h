@@ -9,6 +9,8 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 class QAction;
 class QComboBox;
@@ -101,6 +103,7 @@ private:
     void write(const char *key, const QVariant &value);
     enum class Origin { Typed, Spoken, Copied }; ///< of a source text
     void showSource(const QString &text, Origin origin);
+    void showSentence(const mevo::SpokenText &sentence);
     void translationFailed(const QString &sentence);
     void showTranslation(const QString &text, bool spoken);
     void keepUnsentTranslation();
@@ -114,6 +117,9 @@ private:
     void numberChosen(int &number, const char *key, const QString &text);
     void readByItself(bool source, bool dest);
     void keepOnScreen();
+    void watchScreens();
+    std::vector<mevo::SpokenText> takeUntold();
+    void readNow();
     /// Reads what is selected, or a whole pane.
     void readAloud(mevo::Pane pane);
 
@@ -124,10 +130,12 @@ private:
     QTimer m_sendLater;              ///< until the translation is typed
     Origin m_origin = Origin::Typed; ///< of the text that is being set
     bool m_spoken = false;           ///< the source text is a sentence, as it was spoken
-    bool m_spokenUnsent = false;     ///< the translation is one's that was spoken, and has not been typed
-    QString m_failedSentence;        ///< spoken, in the source pane, and not translated
-    bool m_unsentTaken = false;      ///< what comes now is too late
-    QString m_copied;                ///< from another window, on its way into the source pane
+    mevo::SessionContext m_session;  ///< of the last sentence that was shown there
+    std::optional<mevo::SessionContext> m_translatedSession; ///< of the translation, when it is a sentence's
+    bool m_spokenUnsent = false; ///< the translation is one's that was spoken, and has not been typed
+    QString m_failedSentence;    ///< spoken, in the source pane, and not translated
+    bool m_unsentTaken = false;  ///< what comes now is too late
+    QString m_copied;            ///< from another window, on its way into the source pane
     QPixmap m_background;
     QPoint m_dragFrom;
     bool m_dragging = false;

@@ -4,10 +4,10 @@
 
 namespace mevo {
 
-bool TransTurns::takeSentence(const QString &sentence)
+bool TransTurns::takeSentence(const SpokenText &sentence)
 {
-    if (isBusy() || !m_waiting.isEmpty()) {
-        m_waiting.append(sentence);
+    if (isBusy() || !m_waiting.empty()) {
+        m_waiting.push_back(sentence);
         return false;
     }
     return true;
@@ -36,12 +36,17 @@ bool TransTurns::endRequest()
     return !m_changed;
 }
 
-QString TransTurns::nextSentence()
+std::optional<SpokenText> TransTurns::nextSentence()
 {
-    return isBusy() || m_waiting.isEmpty() ? QString() : m_waiting.takeFirst();
+    if (isBusy() || m_waiting.empty()) {
+        return std::nullopt;
+    }
+    SpokenText next = std::move(m_waiting.front());
+    m_waiting.erase(m_waiting.begin());
+    return next;
 }
 
-QStringList TransTurns::takeWaiting()
+std::vector<SpokenText> TransTurns::takeWaiting()
 {
     return std::exchange(m_waiting, {});
 }

@@ -3,12 +3,14 @@
 #include "platform/WindowSystem.h"
 #include "translation/ReadingFolders.h"
 #include "translation/ReadingRequest.h"
+#include "ui/translation/SpokenText.h"
 
 #include <QPair>
 #include <QString>
-#include <QStringList>
 
 #include <functional>
+#include <optional>
+#include <vector>
 
 namespace mevo {
 
@@ -30,12 +32,17 @@ public:
     /// close and other texts come.
     virtual QPair<bool, QString> translate(const QString &text, const QString &to, const QString &from) = 0;
 
+    /// The session of the sentence that the window is being told just now.
+    virtual SessionContext sentenceSession() const = 0;
     /// No recognised text is being dealt with.
     virtual bool resultIdle() const = 0;
     /// The window in front, of whichever program; 0 if none.
     virtual WindowId foregroundWindow() = 0;
-    /// Types a text into the window in front; first brings `front` there, unless it is 0.
-    virtual void typeText(const QString &text, WindowId front) = 0;
+    /// Types a text into the window in front; first brings `front` there, unless it is 0. Texts go in the
+    /// order of the calls. The mode of the `session` decides over what was spoken, over all else the mode in
+    /// force.
+    virtual void typeText(const QString &text, WindowId front,
+                          const std::optional<SessionContext> &session) = 0;
     /// Keeps a spoken text that cannot be typed, for the user to fetch; tells so.
     virtual void keepText(const QString &text) = 0;
     /// Gives the keyboard to the translation window, or lets it have it no longer.
@@ -64,7 +71,7 @@ public:
     virtual void tell(const QString &title, const QString &text) = 0;
     /// The window is about to close by the user's wish: nothing is translated any more. `untold` are spoken
     /// texts that have not been typed, translated where the translation had come.
-    virtual void closing(const QStringList &untold) = 0;
+    virtual void closing(const std::vector<SpokenText> &untold) = 0;
     /// It has closed and can be destroyed.
     virtual void closed() = 0;
 };
