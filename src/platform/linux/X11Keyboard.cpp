@@ -1,6 +1,5 @@
 #include "platform/linux/X11Keyboard.h"
 
-
 #include <QDebug>
 
 #include <X11/Xlib.h>
