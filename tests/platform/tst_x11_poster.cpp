@@ -131,24 +131,30 @@ private Q_SLOTS:
         QVERIFY(poster.isUsable());
         poster.takenLimitMs = limitMs;
         Program program;
-        QTRY_VERIFY(program.window() != 0);
+        QTRY_VERIFY_WITH_TIMEOUT(program.window() != 0, 30000);
         const QString first = distinct(500), next = first.mid(100, 300);
         program.hangsAfterKeys = 5;
-        std::thread wakes([&program, complete] {
-            while (complete && program.text().size() < 5) {
-                std::this_thread::yield();
+        std::atomic<bool> posted{false};
+        std::thread wakes([&program, &posted, complete] {
+            QElapsedTimer hanging;
+            while (complete && !posted && !(hanging.isValid() && hanging.elapsed() > 2500)) {
+                if (program.hangs && !hanging.isValid()) {
+                    hanging.start();
+                }
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
             }
-            std::this_thread::sleep_for(std::chrono::milliseconds(complete ? 2500 : 0));
-            if (complete) {
-                program.hangs = false;
-            }
+            program.hangs = program.hangs && !complete;
         });
         const mevo::PostResult result = poster.post(program.window(), first);
+        posted = true;
         wakes.join();
         QCOMPARE(result.complete, complete);
         QVERIFY(result.stop == (complete ? mevo::PostStop::AtEnd : mevo::PostStop::Hung));
+        QTRY_VERIFY_WITH_TIMEOUT(complete || program.hangs, 30000);
         QCOMPARE(poster.rest(), complete); // the keys are left while they are waited for
+        program.hangsAfterKeys = -1;
         program.hangs = false;
+        poster.takenLimitMs = 30000;
         const mevo::PostResult after = poster.post(program.window(), next);
         QVERIFY(after.complete);
         const QString text = program.text();
