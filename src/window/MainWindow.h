@@ -7,6 +7,7 @@
 #include "engines/EngineHost.h"
 #include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
+#include "service/ChoiceMarks.h"
 #include "service/UntoldColumns.h"
 #include "session/ResultPipeline.h"
 #include "session/RunFigures.h"
@@ -22,7 +23,6 @@
 #include <QNetworkReply>
 #include <QPixmap>
 #include <QPointer>
-#include <QSet>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QTranslator>
@@ -327,6 +327,7 @@ private:
     /// Tells it so which input method is in force, or that none is.
     void tellMethodChoice(mevo::Statement statement);
     void keepUntold(const mevo::RecordChoices &choices);
+    void dropTold(const mevo::RecordChoices &choices);
     void tellUntoldColumns();
     void restartForSettings();
     bool dontStartAtLogin();
@@ -357,8 +358,10 @@ private:
     void carryOut(const mevo::EngineChange &change);
     bool tellBackend(const QString &statement);
     bool tellUntoldChoice();
+    bool isEngineUntold() const;
     void markChoiceUntold();
-    void rememberWhetherEngineTold();
+    /// Tells the backend which engine is in force.
+    void tellEngine();
     /// An input method has been chosen since.
     void forgetUntoldEngine();
     /// An engine has been chosen: the record must not put an input method back.
@@ -405,12 +408,18 @@ private:
     {
         int number = 0;
         int link = 0;   ///< receiver that it is about, as `m_link` counts them
-        int choice = 0; ///< of a language, the user's last one before it
+        int choice = 0; ///< of a language, the user's last one before it was sent
     };
     /// The reading ends with its receiver, with the program, and where a later one has been answered.
     bool goesOn(const RecordReading &reading) const;
-    bool readDeviceRecord(const RecordReading &reading);
-    void createDeviceRecord(const RecordReading &reading);
+    bool readDeviceRecord(RecordReading &reading);
+    struct UntoldChoices
+    {
+        mevo::RecordChoices columns;
+        bool engine = false;
+    };
+    void createDeviceRecord(const RecordReading &reading, const UntoldChoices &before);
+    void tellNewRecord(const UntoldChoices &before);
     bool moveToOtherServers(const QJsonObject &row);
     void applyDeviceRecord(const QJsonObject &row, bool choiceTold, const RecordReading &reading);
     void applyRecordVersion(const QJsonObject &row);
@@ -587,9 +596,12 @@ private:
     bool m_moved = false;
     bool m_productRead = false;         ///< the product record has been applied in this run
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
-    bool m_engineTold = true;           ///< the backend has answered the last engine statement
+    bool m_tellingEngine = false;       ///< a statement of the engine in force waits for its answer
+    bool m_engineWaiting = false;       ///< another one has been put in force meanwhile
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
-    QSet<QString> m_chosenColumns;      ///< of the record, by the user since its reading began
+    mevo::ChoiceMarks m_choiceMarks;    ///< of the record's columns
+    bool m_tellingColumns = false;      ///< a statement of chosen columns waits for its answer
+    bool m_columnsWaiting = false;      ///< others have been chosen meanwhile
     bool m_countersKnown = true;        ///< false when the start ended before it had read them
     bool m_menuWanted = false;          ///< by a second start that came during the construction
     mevo::ExitWish m_exit;
