@@ -290,6 +290,7 @@ void MainWindow::finishStart()
     if (!m_updateChecker) {
         MyUpdateChecker::removeRest(QCoreApplication::applicationFilePath());
     }
+    followCommandTables();
     qInfo().noquote() << "Start: the bar comes;" << m_startClock.summary();
     if (m_lateSteps.empty()) {
         startIsOver();

@@ -546,6 +546,8 @@ private:
     mevo::FirstStartHands *m_firstStart = nullptr;  ///< what is told a new user; a child
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
     std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
+    /// Makes the merged table anew where a typed one is not that which it was made of.
+    void followCommandTables();
     void forgetCommandWords();
     void finishCommandWords();                  ///< at an exit
     QPointer<CommandWordDialog> m_commandWords; ///< the editor; none when it was closed for good
