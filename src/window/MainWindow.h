@@ -332,6 +332,7 @@ private:
     void restartForSettings();
     bool dontStartAtLogin();
     void checkUpdateAtWish();
+    void clearUpdateRest();
 
     // Device.
     void createReader();
