@@ -369,6 +369,42 @@
         <translation>無法連線更新伺服器，請稍後再試！</translation>
     </message>
     <message>
+        <source>当前已是最新版本！</source>
+        <translation>目前已是最新版本！</translation>
+    </message>
+    <message>
+        <source>更新服务器没有给出可用的版本信息，请稍后再试！</source>
+        <translation>更新伺服器沒有提供可用的版本資訊，請稍後再試！</translation>
+    </message>
+    <message>
+        <source>没有网络连接，无法检查更新！</source>
+        <translation>沒有網路連線，無法檢查更新！</translation>
+    </message>
+    <message>
+        <source>正在检查更新，请稍候！</source>
+        <translation>正在檢查更新，請稍候！</translation>
+    </message>
+    <message>
+        <source>更新提示已经打开，请在其中选择！</source>
+        <translation>更新提示已經開啟，請在其中選擇！</translation>
+    </message>
+    <message>
+        <source>正在下载更新文件，请稍候！</source>
+        <translation>正在下載更新檔案，請稍候！</translation>
+    </message>
+    <message>
+        <source>更新文件已下载，稍后将自动安装！</source>
+        <translation>更新檔案已下載，稍後將自動安裝！</translation>
+    </message>
+    <message>
+        <source>上次的更新没有下载完成，程序没有更新。</source>
+        <translation>上次的更新沒有下載完成，程式沒有更新。</translation>
+    </message>
+    <message>
+        <source>上次的更新（%1）没有安装，程序没有更新。</source>
+        <translation>上次的更新（%1）沒有安裝，程式沒有更新。</translation>
+    </message>
+    <message>
         <source>灵犀听写提示!</source>
         <translation>靈犀聽寫提示!</translation>
     </message>
@@ -1025,6 +1061,10 @@
     <message>
         <source>文件已存在</source>
         <translation>檔案已存在</translation>
+    </message>
+    <message>
+        <source>另一个更新正在安装，请稍后再试。</source>
+        <translation>另一個更新正在安裝，請稍後再試。</translation>
     </message>
     <message>
         <source>不能保存文件 %1: %2.</source>

@@ -368,6 +368,42 @@
         <translation>The update server cannot be reached. Please try again later.</translation>
     </message>
     <message>
+        <source>当前已是最新版本！</source>
+        <translation>This is the newest version.</translation>
+    </message>
+    <message>
+        <source>更新服务器没有给出可用的版本信息，请稍后再试！</source>
+        <translation>The update server tells no usable version. Please try again later.</translation>
+    </message>
+    <message>
+        <source>没有网络连接，无法检查更新！</source>
+        <translation>There is no network connection to check for updates.</translation>
+    </message>
+    <message>
+        <source>正在检查更新，请稍候！</source>
+        <translation>Checking for updates. Please wait.</translation>
+    </message>
+    <message>
+        <source>更新提示已经打开，请在其中选择！</source>
+        <translation>The question about the update is open already. Please answer it.</translation>
+    </message>
+    <message>
+        <source>正在下载更新文件，请稍候！</source>
+        <translation>The update is being downloaded. Please wait.</translation>
+    </message>
+    <message>
+        <source>更新文件已下载，稍后将自动安装！</source>
+        <translation>The update has been downloaded and will be installed shortly.</translation>
+    </message>
+    <message>
+        <source>上次的更新没有下载完成，程序没有更新。</source>
+        <translation>The last update was not downloaded to its end. The program is as it was.</translation>
+    </message>
+    <message>
+        <source>上次的更新（%1）没有安装，程序没有更新。</source>
+        <translation>The last update (%1) was not installed. The program is as it was.</translation>
+    </message>
+    <message>
         <source>灵犀听写提示!</source>
         <translation>MEVOInput</translation>
     </message>
@@ -1024,6 +1060,10 @@ keep the pointer on this window and it stays open</translation>
     <message>
         <source>文件已存在</source>
         <translation>the file exists already</translation>
+    </message>
+    <message>
+        <source>另一个更新正在安装，请稍后再试。</source>
+        <translation>Another update is being installed. Please try again later.</translation>
     </message>
     <message>
         <source>不能保存文件 %1: %2.</source>

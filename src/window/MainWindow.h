@@ -400,6 +400,10 @@ private:
     /// Shows the notices that wait, once nobody speaks and no text is on its way.
     void showNotices();
     void showNotice(const QString &frame);
+    /// Nobody is to be disturbed just now.
+    bool isNoTimeForNotices() const;
+    /// Where a notice that is ready comes to stand, once it is its turn.
+    std::optional<int> placeOfNotice(const CADShowDlg &notice, int waitedMs);
     /// A notice must not cover the bar or the talk window, which stands above the bar.
     void keepNoticesBelow();
     /// Ends the push socket and the notices that are open.
