@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QScopedValueRollback>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -67,7 +68,13 @@ class TestUpdateHands : public QObject
 {
     Q_OBJECT
 
+private:
+    const QTemporaryDir m_runtime;
+
 private Q_SLOTS:
+    /// Whether an updater is at work is a matter of this test alone.
+    void initTestCase() { qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_runtime.path())); }
+
     void permissions()
     {
         Program program;
