@@ -74,7 +74,7 @@ public:
     void startXunFeiWindow();
     /// At a change of engine, before the method's number changes.
     void leaveAtChoice();
-    /// When the receiver or the program goes.
+    /// When the receiver or the program goes, and when a press goes to an own engine.
     void leaveWithoutKeys();
     void clickOnMicrophone();
 
@@ -108,6 +108,7 @@ private:
     void askToRestartComputer();
     void tellHowToSetXunFei();
 
+    void endPress();
     void leaveWindow(WindowLeave how, WindowId window);
     QString programInForce() const;
 
