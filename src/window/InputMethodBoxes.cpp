@@ -138,8 +138,9 @@ void InputMethods::download(int index)
                          messageMs);
         return;
     }
-    Asr3Row row = m_row;
-    if (index != m_rowIndex || installerAddress(row).isEmpty()) { // from the settings, before it is set up
+    const Asr3Row *known = knownRow(index);
+    Asr3Row row = known != nullptr ? *known : Asr3Row();
+    if (installerAddress(row).isEmpty()) { // from the settings, before it is set up
         row = askForRow(index);
         if (m_window.isLeaving()) {
             return;

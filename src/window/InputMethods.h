@@ -88,6 +88,8 @@ private:
     bool restoreEngine();
 
     Asr3Row askForRow(int index);
+    const Asr3Row *knownRow(int index) const;
+    void askAgainAboutClosedConsent();
     bool isSetUpFor(int setup, int index) const;
     void continueSetUp();
     void setUpCustom();
