@@ -325,11 +325,18 @@ bool InputMethods::beginChoice(int index)
     m_state.BaiduQuotaHit = m_state.XunFeiQuotaHit = m_state.TencentQuotaHit = false; // they silence the keys
     m_choicePending = false;
     m_startAtSetUp = true;
-    if (std::exchange(m_consentClosed, false)) {
-        m_state.LocalMustClickRunASR3 = false; // until it has been answered
-    }
+    askAgainAboutClosedConsent();
     m_window.forgetUntoldEngine();
     return true;
+}
+
+/// Whoever chooses a method and has closed the question, in this run or an earlier one, is asked once more.
+void InputMethods::askAgainAboutClosedConsent()
+{
+    if (SettingsFile().value(QLatin1String(consentClosedKey)).toBool()) {
+        m_state.LocalMustClickRunASR3 = false; // until it has been answered
+        m_window.writeSettings({{consentClosedKey, 0}, {"LocalMustClickRunASR3", 0}});
+    }
 }
 
 void InputMethods::chooseOfMenu(const LanguageRow &row)

@@ -82,6 +82,8 @@ private:
     static constexpr int messageMs = 3000;
     /// Set once the user has answered whether input methods may be called without a click.
     static constexpr char consentKey[] = "ThirdPartyConsentAsked";
+    /// Set while the question has been closed without an answer: no yes, but no answer that lasts either.
+    static constexpr char consentClosedKey[] = "ThirdPartyConsentClosed";
 
     bool beginChoice(int index);
     void settleChoice();
@@ -128,7 +130,6 @@ private:
     int m_setUpIndex = thirdPartyNone;       ///< the method that is set up
     bool m_choicePending = false;
     bool m_boxOpen = false;             ///< the user is being asked about a method
-    bool m_consentClosed = false;       ///< without an answer, in this run
     bool m_startAtSetUp = false;        ///< the user has chosen a method: its window comes with the set-up
     bool m_installerTried = false;      ///< the one beside the program, in this run
     bool m_watchesInstallation = false; ///< looks whether the method has been installed
