@@ -36,7 +36,7 @@ public:
     /// does not stay down for it.
     void refuse(const char *report);
 
-    /// The window of the custom input method has come, or will not.
+    /// The window of an input method that was started has come, or will not.
     void inputMethodCame();
 
     /// A click has started the input method in force. One whose key is tapped listens by itself from then on:
@@ -99,7 +99,7 @@ private:
     struct Click
     {
         int method = 0; ///< as LocalUseASR3Index
-        qint64 ms = 0;
+        qint64 ms = 0;  ///< when it was, or when the window that it brings up has come
     };
     std::optional<Click> m_clicked; ///< has started an input method, and no press has come since
 };

@@ -15,10 +15,9 @@ namespace {
 
 constexpr int keyPauseMs = 100;
 constexpr int freshProgramMs = 500; ///< until a program that was started looks at its key
-/// How long an input method that a click has started counts as listening by itself. Its window takes a second
-/// or two to come, and who has clicked goes on to speak; where nothing is heard it falls silent by itself
-/// within seconds, and the next press begins anew. A wrong guess, either way, turns begin and end round until
-/// then.
+/// How long an input method that a click has started counts as listening by itself, from its window's coming
+/// on. Who has clicked goes on to speak; where nothing is heard it falls silent by itself within seconds, and
+/// the next press begins anew. A wrong guess, either way, turns begin and end round until then.
 constexpr int listensByItselfMs = 10000;
 
 int hotKeyModifiers(const SettingsState &settings)
@@ -134,6 +133,9 @@ SessionMachine::MethodPress::Doing SessionMachine::pressCustomMethod()
 void SessionMachine::inputMethodStartedByClick()
 {
     m_clicked = Click{m_state.LocalUseASR3Index, m_port.monotonicMs()};
+    if (m_state.LocalUseASR3Index != thirdPartyCustom) {
+        m_port.awaitInputMethodWindow(m_state.ASR3WinClassName);
+    }
 }
 
 void SessionMachine::inputMethodLeft()
@@ -159,6 +161,9 @@ bool SessionMachine::isUnderWay(MethodPress::Doing doing) const
 void SessionMachine::inputMethodCame()
 {
     m_windowAwaited = false;
+    if (m_clicked) {
+        m_clicked->ms = m_port.monotonicMs();
+    }
     if (m_methodPress && m_methodPress->doing == MethodPress::Doing::AwaitsWindow &&
         isInForce(*m_methodPress)) {
         m_methodPress->doing = typeCustomKey();

@@ -624,7 +624,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("index");
         QTest::addColumn<QString>("program"); ///< of the custom method
         QTest::addColumn<bool>("hold");
-        QTest::addColumn<int>("passed"); ///< since the click, ms
+        QTest::addColumn<int>("passed"); ///< since its window is there, ms
         QTest::addColumn<bool>("typed"); ///< by the first press
         QTest::newRow("Sogou") << 2 << "" << false << 9999 << false;
         QTest::newRow("long ago") << 2 << "" << false << 10000 << true;
@@ -651,6 +651,12 @@ private Q_SLOTS:
         desk.port.running = QStringList{QStringLiteral("VoiceInput"), QStringLiteral("SpeechInput")};
         desk.port.inputMethodWindow = 7;
         desk.session.inputMethodStartedByClick();
+        desk.port.clock += 7000; // until its window is there
+        if (index != mevo::thirdPartyCustom) {
+            QVERIFY(!desk.port.log.calls().filter(QStringLiteral("await ")).isEmpty());
+            desk.session.inputMethodCame();
+        }
+        desk.calls();
         desk.port.clock += passed;
         desk.key(1, 1);
         QCOMPARE(!desk.calls().filter(QStringLiteral("key ")).isEmpty(), typed);

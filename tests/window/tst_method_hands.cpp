@@ -283,7 +283,8 @@ private slots:
         QVERIFY(window.Recording);
         program.report(false);
         QCOMPARE(program.done(), QString());
-        QTRY_COMPARE(program.done(), QStringLiteral("00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"));
+        QTRY_COMPARE(program.fake.log.calls(hotKey).size(), 2);
+        QCOMPARE(program.done(), QStringLiteral("00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"));
         program.report(true);
         QCOMPARE(program.done(), QStringLiteral("close window 7"));
         QVERIFY(!window.ThirdPartyWindowOpen && !window.Asr3WindowFound);
