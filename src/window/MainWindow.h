@@ -210,7 +210,7 @@ public Q_SLOTS:
     void DownloadBaiduINIFileTimeout();
     void TimeOutGetPasteContent();
     void TimeOutDelaySendF2();
-    /// Types the custom input method's key once.
+    /// Types the custom input method's key once. Kept as a slot that nothing in the program reaches.
     void TimeOutDelaySendCustom();
     void CheckUpdateTimeout();
     /// The same from the settings page: at its opening, and at a click on the notice that it shows.

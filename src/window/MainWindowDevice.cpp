@@ -70,6 +70,8 @@ void MainWindow::createReader()
     });
     connect(m_reader, &GetHIDDataThread::returnHidKeyResult2Trans, m_readerEar,
             [this](char *report) { m_translationHands.keyPressed(report); });
+    connect(m_reader, &GetHIDDataThread::HidKeyRefused, m_readerEar,
+            [this](char *report) { m_session.refuse(report); });
     connect(m_reader, &GetHIDDataThread::CallMainFunctionSignal, m_readerEar,
             [this](int index) { CallMainFunctionSlot(index); });
     connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_readerEar, [this](int index) {
