@@ -47,6 +47,30 @@ const char *nameOf(mevo::FirstStartHelp help)
 
 } // namespace
 
+QLabel *FirstStartDialog::makeMark(mevo::FirstStartLine::State state)
+{
+    using State = mevo::FirstStartLine::State;
+    auto *mark = new QLabel;
+    switch (state) {
+    case State::Works:
+        mark->setText(QStringLiteral("✔"));
+        mark->setStyleSheet(QStringLiteral("color: #1a7f37;"));
+        mark->setAccessibleName(tr("正常"));
+        break;
+    case State::Missing:
+        mark->setText(QStringLiteral("✘"));
+        mark->setStyleSheet(QStringLiteral("color: #c00000;"));
+        mark->setAccessibleName(tr("缺少"));
+        break;
+    case State::Unknown:
+        mark->setText(QStringLiteral("?"));
+        mark->setStyleSheet(QStringLiteral("color: #9a6700;"));
+        mark->setAccessibleName(tr("未知"));
+        break;
+    }
+    return mark;
+}
+
 FirstStartDialog::FirstStartDialog(QWidget *parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
     , m_area(new QScrollArea(this))
@@ -130,10 +154,7 @@ void FirstStartDialog::setFacts(const mevo::FirstStartFacts &facts)
     }
     int row = 0;
     for (const mevo::FirstStartLine &line : lines) {
-        auto *mark = new QLabel(line.works ? QStringLiteral("✔") : QStringLiteral("✘"));
-        mark->setStyleSheet(line.works ? QStringLiteral("color: #1a7f37;")
-                                       : QStringLiteral("color: #c00000;"));
-        mark->setAccessibleName(line.works ? tr("正常") : tr("缺少"));
+        QLabel *mark = makeMark(line.state);
         auto *text = new QLabel(line.text);
         m_lines->addWidget(mark, row, 0, Qt::AlignTop);
         m_lines->addWidget(text, row++, 1);
