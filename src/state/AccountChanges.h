@@ -25,8 +25,8 @@ public:
     OwnAccounts appliedTo(OwnAccounts accounts) const;
     /// The kept text with the changes; what it holds besides stays. Empty when nothing is left.
     QByteArray appliedTo(const QByteArray &text) const;
-    /// A text of changes that wait to be kept, with these behind them: a later text for joinAccountTexts(), in
-    /// which a field that has been taken away is empty.
+    /// A text of changes that wait to be kept, with these behind them: a later text for joinAccountTexts(),
+    /// in which a field that has been taken away is empty.
     QByteArray addedTo(const QByteArray &waiting) const;
 
 private:
@@ -41,8 +41,8 @@ private:
 struct JoinedAccounts
 {
     QByteArray text;
-    /// What is not in it: texts that are none of OwnAccounts', and values that gave way to others without being
-    /// what an account consists of, as such texts.
+    /// What is not in it: texts that are none of OwnAccounts', and values that gave way to others without
+    /// being what an account consists of, as such texts.
     QList<QByteArray> unreadable;
 };
 /// A field of a later text takes the place of that of an earlier one, and an empty one takes it away. What

@@ -40,17 +40,20 @@ FirstStartLine receiver(const FirstStartFacts &facts)
         return {State::Missing, receiverRefusedText(), {FirstStartHelp::UdevRule}};
     }
     if (!facts.receiverNeeded) {
-        return {State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有插入，可以用屏幕上的话筒")), {}};
+        return {
+            State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有插入，可以用屏幕上的话筒")), {}};
     }
-    return {State::Missing, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有找到，请插入电脑的USB接口")), {}};
+    return {
+        State::Missing, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有找到，请插入电脑的USB接口")), {}};
 }
 
 FirstStartLine microphone(const FirstStartFacts &facts)
 {
-    return facts.microphone ? FirstStartLine{State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "麦克风：已找到")), {}}
-                            : FirstStartLine{State::Missing,
-                                             say(QT_TRANSLATE_NOOP("FirstStart", "麦克风：没有找到")),
-                                             {FirstStartHelp::Microphone}};
+    return facts.microphone
+               ? FirstStartLine{State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "麦克风：已找到")), {}}
+               : FirstStartLine{State::Missing,
+                                say(QT_TRANSLATE_NOOP("FirstStart", "麦克风：没有找到")),
+                                {FirstStartHelp::Microphone}};
 }
 
 } // namespace
@@ -63,7 +66,8 @@ std::vector<FirstStartLine> firstStartLines(const FirstStartFacts &facts)
 bool isFirstStartHelpNeeded(const FirstStartFacts &facts)
 {
     const std::vector<FirstStartLine> lines = firstStartLines(facts);
-    return std::any_of(lines.begin(), lines.end(), [](const FirstStartLine &line) { return line.state == State::Missing; });
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const FirstStartLine &line) { return line.state == State::Missing; });
 }
 
 QString firstStartHelpText(FirstStartHelp help)

@@ -79,7 +79,7 @@ void AccountHands::found(const SecretStore::Found &found)
 void AccountHands::take(const SecretStore::Found &found)
 {
     const JoinedAccounts kept = joinAccountTexts(found.texts);
-    if (!kept.unreadable.isEmpty()) {
+    if (!kept.unreadable.isEmpty() && !std::exchange(m_toldUnreadable, true)) {
         qWarning("Accounts: what is kept cannot be understood");
     }
     AccountChanges changes = m_given;

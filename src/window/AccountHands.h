@@ -41,8 +41,8 @@ public:
                       std::function<void(const AccountVerdict &)> done) override;
     void endAccountChecks() override;
 
-    /// How long after what the store has not answered, or while the desktop has no keyring, it is asked again.
-    /// Without a prompt: the user has seen one.
+    /// How long after what the store has not answered, or while the desktop has no keyring, it is asked
+    /// again. Without a prompt: the user has seen one.
     static inline int retryMs = 60000;
 
 Q_SIGNALS:
@@ -64,7 +64,8 @@ private:
     SecretPlace m_place = SecretPlace::Nowhere;
     SecretPlace m_unread = SecretPlace::Nowhere;
     bool m_read = false;
-    bool m_known = false;         ///< what is kept has been read
+    bool m_known = false; ///< what is kept has been read
+    bool m_toldUnreadable = false;
     bool m_keyringAbsent = false; ///< so that one that comes may hold more
     AccountChanges m_pending;     ///< that the store has not been given, or has not kept in any way
     AccountChanges m_given;       ///< that it is at

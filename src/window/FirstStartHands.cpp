@@ -217,8 +217,8 @@ FirstStartFacts FirstStartHands::facts() const
         return m_window.m_accounts->accountInForce(each) != AccountSource::None;
     });
     facts.inputMethod = m_window.LocalEnableASR3;
-    facts.accountsUnread = !facts.account && !facts.inputMethod &&
-                           m_window.m_accounts->accountsUnread() != SecretPlace::Nowhere;
+    facts.accountsUnread =
+        !facts.account && !facts.inputMethod && m_window.m_accounts->accountsUnread() != SecretPlace::Nowhere;
     facts.receiver = m_window.DeviceConnected && m_window.deviceOpen();
     facts.receiverRefused = !facts.receiver && m_hardware.receiverRefused;
     facts.receiverNeeded = !m_window.NoDeviceMode;

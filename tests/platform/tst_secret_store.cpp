@@ -70,16 +70,15 @@ SecretStore::Found change(SecretStore &store, const SecretStore::Change &change,
                           QList<QByteArray> *old = nullptr, KeyringPrompt prompt = KeyringPrompt::Allowed)
 {
     return answerOf([&](QObject *context, const auto &done) {
-        store.change(
-            prompt,
-            {[change, old](const QList<QByteArray> &texts) {
-                 if (old != nullptr) {
-                     *old = texts;
-                 }
-                 return change;
-             },
-             [change](const QByteArray &waiting) { return waiting + change.text + ';'; }},
-            context, done);
+        store.change(prompt,
+                     {[change, old](const QList<QByteArray> &texts) {
+                          if (old != nullptr) {
+                              *old = texts;
+                          }
+                          return change;
+                      },
+                      [change](const QByteArray &waiting) { return waiting + change.text + ';'; }},
+                     context, done);
     });
 }
 
@@ -355,11 +354,12 @@ private Q_SLOTS:
         {
             DesktopSecretStore store(path(), false);
             QObject context;
-            store.change(
-                KeyringPrompt::Allowed,
-                {[](const QList<QByteArray> &) { return SecretStore::Change{"kept", {}}; },
-                 [](const QByteArray &) { return QByteArray("waits"); }},
-                &context, [](const SecretStore::Found &) {});
+            store.change(KeyringPrompt::Allowed,
+                         {[](const QList<QByteArray> &) {
+                              return SecretStore::Change{"kept", {}};
+                          },
+                          [](const QByteArray &) { return QByteArray("waits"); }},
+                         &context, [](const SecretStore::Found &) {});
             took.start();
         }
         QVERIFY(took.elapsed() < 20000);
@@ -412,13 +412,12 @@ private Q_SLOTS:
             DesktopSecretStore store(path(), true);
             QObject context;
             for (int i = 0; i < 20; ++i) {
-                store.change(
-                    KeyringPrompt::None,
-                    {[i](const QList<QByteArray> &) {
-                         return SecretStore::Change{"secret " + QByteArray::number(i), {}};
-                     },
-                     [](const QByteArray &before) { return before; }},
-                    &context, [](const SecretStore::Found &) {});
+                store.change(KeyringPrompt::None,
+                             {[i](const QList<QByteArray> &) {
+                                  return SecretStore::Change{"secret " + QByteArray::number(i), {}};
+                              },
+                              [](const QByteArray &before) { return before; }},
+                             &context, [](const SecretStore::Found &) {});
             }
         }
         QCOMPARE(contentOf(path()), QByteArray("secret 19"));

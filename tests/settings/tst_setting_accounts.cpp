@@ -133,9 +133,9 @@ private Q_SLOTS:
         opened.dialog->showAccounts(); // as the program does when something has changed
         QCOMPARE(opened.find<QLabel>("label_OwnAccountsKept")->text(), unkept);
         host.unkept = mevo::AccountsUnkept::Waiting;
-        QCOMPARE(
-            told("label_OwnAccountsKept"),
-            QStringLiteral("账号的改动暂存在只有您本人可以读取的文件中，退出软件也不会丢失，稍后会自动保存。"));
+        QCOMPARE(told("label_OwnAccountsKept"),
+                 QStringLiteral(
+                     "账号的改动暂存在只有您本人可以读取的文件中，退出软件也不会丢失，稍后会自动保存。"));
     }
 
     /// What an opened dialog shows may have come meanwhile.

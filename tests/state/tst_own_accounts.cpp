@@ -177,8 +177,8 @@ private Q_SLOTS:
             R"({"Baidu":{"ApiKey":"i","SecretKey":"s"},"Google":1})", {R"({"Baidu":7})"});
         row("a later field that is none", {both, R"({"Baidu":{"ApiKey":null}})"}, both,
             {R"({"Baidu":{"ApiKey":null}})"});
-        row("an earlier one that is none", {R"({"Baidu":7,"XunFei":{"AppId":5}})", both,
-                                            R"({"XunFei":{"AppId":"a"}})"},
+        row("an earlier one that is none",
+            {R"({"Baidu":7,"XunFei":{"AppId":5}})", both, R"({"XunFei":{"AppId":"a"}})"},
             R"({"Baidu":{"ApiKey":"i","SecretKey":"s"},"XunFei":{"AppId":"a"}})",
             {R"({"Baidu":7})", R"({"XunFei":{"AppId":5}})"});
         row("the same", {R"({"Baidu":7})", R"({"Baidu":7})"}, R"({"Baidu":7})");

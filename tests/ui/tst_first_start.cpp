@@ -130,6 +130,20 @@ private Q_SLOTS:
         QTest::mouseClick(button("pushButton_CopyRule"), Qt::LeftButton);
         QCOMPARE(QGuiApplication::clipboard()->text(), mevo::udevRuleCommand());
 
+        // The Tab key goes from top to bottom.
+        QWidget *at = button("pushButton_OwnAccount");
+        int lowest = 0;
+        for (const char *name :
+             {"pushButton_InputMethod", "pushButton_UdevRule", "pushButton_Microphone",
+              "plainTextEdit_UdevRule", "pushButton_CopyRule", "lineEdit_Trial", "pushButton_Close"}) {
+            do {
+                at = at->nextInFocusChain();
+            } while ((at->focusPolicy() & Qt::TabFocus) == 0 || !at->isVisible());
+            QCOMPARE(at->objectName(), QString::fromLatin1(name));
+            QVERIFY(at->mapTo(&dialog, QPoint()).y() >= lowest);
+            lowest = at->mapTo(&dialog, QPoint()).y();
+        }
+
         trial->setText(QStringLiteral("你好"));
         dialog.setFacts({true, false, false, true, false, true, true});
         QVERIFY(!rule->isVisible());

@@ -84,9 +84,8 @@ std::unique_ptr<GDBusConnection, decltype(&g_object_unref)> sessionBus(GCancella
 }
 
 /// Asks the bus itself, whose only result has the type `type`; null when it does not answer.
-std::unique_ptr<GVariant, decltype(&g_variant_unref)> askBus(GDBusConnection *bus, const char *method,
-                                                             GVariant *parameters, const char *type,
-                                                             GCancellable *cancel)
+std::unique_ptr<GVariant, decltype(&g_variant_unref)>
+askBus(GDBusConnection *bus, const char *method, GVariant *parameters, const char *type, GCancellable *cancel)
 {
     CallError error;
     return {g_dbus_connection_call_sync(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
@@ -109,7 +108,7 @@ bool isServiceUnknown(GDBusConnection *bus, GCancellable *cancel)
     const std::unique_ptr<GVariant, decltype(&g_variant_unref)> list(
         g_variant_get_child_value(names.get(), 0), &g_variant_unref);
     const std::unique_ptr<const gchar *, decltype(&g_free)> known(g_variant_get_strv(list.get(), nullptr),
-                                                                 &g_free);
+                                                                  &g_free);
     return isOwned == 0 && g_strv_contains(known.get(), serviceName) == 0;
 }
 
@@ -262,8 +261,7 @@ bool DesktopKeyring::clear(const KeyringUse &use)
 bool DesktopKeyring::setAside(const QByteArray &text, const KeyringUse &use)
 {
     // One of the same name is exchanged.
-    const QByteArray name =
-        QByteArray(ownApplication) + "-unreadable-" + secretAsideName(text).toLatin1();
+    const QByteArray name = QByteArray(ownApplication) + "-unreadable-" + secretAsideName(text).toLatin1();
     return store(text, name.constData(), "MEVOInput accounts (unreadable)", use);
 }
 

@@ -41,10 +41,10 @@ private:
         QPushButton *check;
         QPushButton *remove;
         QLabel *told;
-        QString verdict; ///< of the last check, empty for none
+        QString verdict;             ///< of the last check, empty for none
         OwnAccounts::Values checked; ///< what that was about
         int checks = 0;              ///< how many have been asked for, or are over
-        QString refusal; ///< why what stands in the fields has not been stored, empty for none
+        QString refusal;             ///< why what stands in the fields has not been stored, empty for none
     };
     void add(AccountService id, const QHash<QString, QWidget *> &controls);
     void edited(Service &service);
