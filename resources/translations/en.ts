@@ -2575,8 +2575,16 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <translation>Not stored: %1 has a line end or an invisible character in it.</translation>
     </message>
     <message>
-        <source>系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。</source>
+        <source>系统的密钥环没有解锁或没有回应，其中保存的账号暂时不能使用。</source>
         <translation>The keyring of the desktop is locked or does not answer: the accounts kept in it cannot be used for now.</translation>
+    </message>
+    <message>
+        <source>保存账号的文件无法读取，其中的账号暂时不能使用。</source>
+        <translation>The file of the accounts cannot be read: the accounts kept in it cannot be used for now.</translation>
+    </message>
+    <message>
+        <source>账号的改动暂存在只有您本人可以读取的文件中，退出软件也不会丢失，稍后会自动保存。</source>
+        <translation>For now the changes are in a file that only you can read. They are not lost when the program ends, and are put in their place as soon as possible.</translation>
     </message>
     <message>
         <source>账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。</source>
@@ -2617,6 +2625,10 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
     <message>
         <source>开始使用</source>
         <translation>Getting started</translation>
+    </message>
+    <message>
+        <source>检查账号、接收器和麦克风是否可用</source>
+        <translation>Looks whether accounts, receiver and microphone can be used</translation>
     </message>
 </context>
 <context>
@@ -2798,6 +2810,10 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <translation>Recognition: there is no account</translation>
     </message>
     <message>
+        <source>语音识别：保存的账号暂时无法读取</source>
+        <translation>Recognition: the kept accounts cannot be read for now</translation>
+    </message>
+    <message>
         <source>接收器：已连接</source>
         <translation>Receiver: connected</translation>
     </message>
@@ -2861,8 +2877,8 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <translation>Try it: </translation>
     </message>
     <message>
-        <source>以后可以在“设置”的“硬件设置”页再次打开本窗口。</source>
-        <translation>This window can be opened again from the page “Hardware” of the settings.</translation>
+        <source>以后可以在“设置”的“硬件设置”页的“软件下载”中再次打开本窗口。</source>
+        <translation>This window can be opened again from “Software” on the page “Hardware” of the settings.</translation>
     </message>
     <message>
         <source>关闭</source>
@@ -2875,6 +2891,10 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
     <message>
         <source>缺少</source>
         <translation>Missing</translation>
+    </message>
+    <message>
+        <source>未知</source>
+        <translation>Not known</translation>
     </message>
 </context>
 </TS>

@@ -52,7 +52,7 @@ void MainWindow::openDeviceAtStart()
     const int result = m_device->OpenHidDevice();
     if (result != 0) {
         qInfo() << "Receiver: not opened at start, result" << result;
-        m_firstStart->receiverNotOpened();
+        m_firstStart->receiverNotOpened(m_device->unopenedPath());
     }
     DeviceConnected = true; // until a removal says otherwise
     createReader();
@@ -219,7 +219,7 @@ void MainWindow::deviceArrived()
         }
         m_reader->InputHandle = HidInputHandle.load();
     } else {
-        m_firstStart->receiverNotOpened();
+        m_firstStart->receiverNotOpened(m_device->unopenedPath());
     }
     if (arrivalGoesOn()) {
         m_online->GetInternetConnectState();
