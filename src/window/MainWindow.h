@@ -394,6 +394,17 @@ private:
     /// The first arrival of a receiver after an installation, when the record would use an input method.
     void settleFirstArrival();
     void sendUsageOnExit(bool withTencent);
+    void writeUsageOnExit(bool withTencent);
+    /// Counters may be written now.
+    bool mayFlush() const;
+    /// Writes one counter as it stands, without waiting.
+    void flushCounter(mevo::CountColumn column);
+    /// Writes every counter that has gone on since the backend heard of it.
+    void flushUntoldCounters();
+    /// What the record holds is known, and its day is settled.
+    void unlockCounters();
+    /// For counters that are locked because a reading has failed: one more, in a while.
+    void readRecordLater();
     /// Connects the push socket once the backend is there; one that is connected stays so.
     void openPushSocket();
     void pushNetworkChanged();
@@ -620,6 +631,7 @@ private:
     bool m_versionBoxOpen = false;
     int m_recordReadings = 0;        ///< begun so far
     int m_answeredRecordReading = 0; ///< number of the last one that was answered
+    bool m_recordLater = false;      ///< one more waits for its time
     bool m_limitBoxOpen = false;
     int m_link = 0;           ///< counts the receiver's openings and removals
     QStringList m_pasteQueue; ///< of Paster2ScreenHandOut()

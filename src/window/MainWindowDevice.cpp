@@ -8,6 +8,7 @@
 #include "device/GetHIDDataThread.h"
 #include "device/ReceiverDiscovery.h"
 #include "device/ReportDispatch.h"
+#include "engines/Allowance.h"
 #include "service/isOnl.h"
 #include "session/KeyReport.h"
 #include "ui/Ask.h"
@@ -233,6 +234,7 @@ void MainWindow::deviceArrived()
     show();
 
     DongleID.clear();
+    dayCounts.receiverLeft();
     m_device->ReadDeviceIdentity(
         1 + arrivalIdentityRetries, arrivalRetryPauseMs, [this] { return arrivalGoesOn(); },
         [this] { deviceIdentified(); });
@@ -247,6 +249,8 @@ void MainWindow::deviceIdentified()
         return;
     }
     if (arrivalGoesOn()) {
+        dayCounts.follow();
+        mevo::unmarkAllowances(*this); // the marks may be of another receiver
         if (ReadProductRecord()) {
             QTimer::singleShot(1000, this, &MainWindow::DownloadBaiduINIFileTimeout);
         } else if (arrivalGoesOn()) {
@@ -287,6 +291,7 @@ void MainWindow::deviceRemoved()
 {
     ++m_link;
     DongleID.clear();
+    dayCounts.receiverLeft();
     setTrayPicture(QStringLiteral(":/rec/ORDeviceDisConnect.png"));
     const bool wasConnected = DeviceConnected;
     if (wasConnected) {

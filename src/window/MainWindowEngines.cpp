@@ -353,7 +353,9 @@ mevo::SessionContext MainWindow::contextInForce() const
 void MainWindow::beginSession()
 {
     m_recorder->OnRecordStop(); // of a session that was never stopped: nothing that was said in it is lost
-    NewestSession = m_results.begin(contextInForce());
+    mevo::SessionContext session = contextInForce();
+    session.receiver = dayCounts.receiver();
+    NewestSession = m_results.begin(session);
 }
 
 void MainWindow::deliverRecognised(int session, const mevo::SessionText &text)

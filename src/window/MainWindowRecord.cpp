@@ -75,9 +75,12 @@ bool MainWindow::readDeviceRecord(RecordReading &reading)
     }
     reading.choice = m_languageChoice; // what has been chosen until now has been told, or is still to be
     const int sentAt = m_choiceMarks.now();
-    const auto reply = m_webApi->RunWithFailover(
-        mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {DongleID}),
-        mevo::DeviceRecordTimeouts);
+    const auto reply = [this] {
+        const mevo::DayCounts::Reading counts(dayCounts);
+        return m_webApi->RunWithFailover(
+            mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {DongleID}),
+            mevo::DeviceRecordTimeouts);
+    }();
     if (!goesOn(reading)) {
         return false;
     }
@@ -216,8 +219,10 @@ void MainWindow::createDeviceRecord(const RecordReading &reading, const UntoldCh
         return;
     }
     mevo::applyNewRecord(*this);
+    dayCounts.recordRead();
     mevo::unmarkAllowances(*this);
     tellNewRecord(before);
+    unlockCounters();
     if (InitDone) {
         BuildAsrLanMenu(false, false);
     }
@@ -296,6 +301,7 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, cons
     const int storedSmallLan = ShowXFSmallLan;
     const bool inputMethod = LocalEnableASR3;
     const mevo::RecordEffects effects = mevo::applyRecordColumns(*this, row, isXpClass());
+    dayCounts.recordRead();
     {
         mevo::SettingsFile settings;
         for (const mevo::RecordSetting &setting : effects.settings) {
@@ -327,8 +333,14 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, cons
         }
     }
     applyRecordVersion(row);
-    if (goesOn(reading) && row.contains(QStringLiteral("LastLoginDateTime"))) {
+    if (!goesOn(reading)) {
+        return;
+    }
+    if (row.contains(QStringLiteral("LastLoginDateTime"))) {
         settleCountingDay();
+    }
+    if (goesOn(reading)) {
+        unlockCounters();
     }
 }
 
@@ -409,12 +421,17 @@ void MainWindow::settleCountingDay()
         return;
     }
     qInfo() << "Device record: a new day of counting";
+    CountersLocked =
+        true; // nothing comes between this statement and what has not been told yet, which follows
+    for (const mevo::CountColumn column : mevo::countColumns) {
+        m_webApi->supersedeCount(column, 0);
+    }
     mevo::beginAllowanceDay(*this);
     LastLoginDateTime = now;
     runBackendSql(mevo::deviceStatement(
         mevo::Statement::BeginDay, SchemaName,
-        {QString::number(BDSR1DUsedQuantity), QString::number(TXSR1DUsedQuantity),
-         QString::number(XFSR1DUsedQuantity), QString::number(BDFY1MUsedQuantity), now, DongleID}));
+        {QString::number(BDSR1DReadQuantity), QString::number(TXSR1DReadQuantity),
+         QString::number(XFSR1DReadQuantity), QString::number(BDFY1MReadQuantity), now, DongleID}));
 }
 
 /// Lists that no file holds are fetched, and an account is drawn where there was none to draw.
