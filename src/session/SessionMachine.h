@@ -28,12 +28,12 @@ public:
     void process(const char *report);
 
     /// Stops the recorder and accepts the next press, whatever state the session is in. The key that is held
-    /// still counts as held, and an input method's press goes on: what comes instead of its release is told
-    /// by refuse().
+    /// still counts as held, and an input method's press goes on, unless it is its release that has not been
+    /// taken: see refuse().
     void reset();
 
-    /// A report that is not taken, such as one that the reader has not passed on: the key of an input method
-    /// does not stay down for it.
+    /// A report that is not taken, such as one that the reader has not passed on. It does nothing but end an
+    /// input method's press whose release it is, since the method's key would stay down.
     void refuse(const char *report);
 
     /// The window of an input method that was started has come, or will not.
@@ -68,6 +68,12 @@ private:
         int method = 0; ///< as LocalUseASR3Index
         Doing doing = Doing::Held;
     };
+    /// A click on the microphone button.
+    struct Click
+    {
+        int method = 0; ///< as LocalUseASR3Index
+        qint64 ms = 0;  ///< when it was, or when the window that it brings up has come
+    };
 
     void press(const KeyReport &report);
     std::optional<MethodPress::Doing> pressInputMethod();
@@ -81,7 +87,7 @@ private:
     MethodPress::Doing pressCustomMethod();
     MethodPress::Doing typeCustomKey();
     void tapCustomKey();
-    bool isUnderWay(MethodPress::Doing doing) const;
+    bool listensToAnotherKey() const;
     bool listensSinceClick();
     bool isInForce(const MethodPress &press) const;
     void endMethodPress();
@@ -96,12 +102,7 @@ private:
     std::set<int> m_overtaken; ///< keys whose release, should it come, belongs to nothing that runs
     std::optional<MethodPress> m_methodPress; ///< while its key is held
     bool m_windowAwaited = false;             ///< a program has been started, and its window is looked for
-    struct Click
-    {
-        int method = 0; ///< as LocalUseASR3Index
-        qint64 ms = 0;  ///< when it was, or when the window that it brings up has come
-    };
-    std::optional<Click> m_clicked; ///< has started an input method, and no press has come since
+    std::optional<Click> m_clicked;           ///< has started an input method, and no press has come since
 };
 
 } // namespace mevo

@@ -50,7 +50,7 @@ SessionMachine::MethodPress::Doing SessionMachine::pressThirdParty()
         m_port.sleepMs(keyPauseMs);
     };
 
-    const bool listens = listensSinceClick() || isUnderWay(MethodPress::Doing::Listens);
+    const bool listens = listensSinceClick() || listensToAnotherKey();
     const bool found = m_port.findInputMethodWindow() != 0;
     if (!found) {
         placeBar();
@@ -107,7 +107,7 @@ SessionMachine::MethodPress::Doing SessionMachine::pressCustomMethod()
     const bool suffixed = name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
     const QString image = suffixed ? name : name + QLatin1String(".exe");
     const bool byItself = image.contains(QLatin1String("VoiceInput.exe"));
-    const bool listens = (listensSinceClick() && byItself) || isUnderWay(MethodPress::Doing::Listens);
+    const bool listens = (listensSinceClick() && byItself) || listensToAnotherKey();
     if (!name.isEmpty() && !m_state.LocalMustClickRunASR3 && !m_port.isProgramRunning(name)) {
         m_port.startProgram(path);
         if (!m_state.ASR3CustomWinClassName.isEmpty()) {
@@ -141,6 +141,7 @@ void SessionMachine::inputMethodStartedByClick()
 void SessionMachine::inputMethodLeft()
 {
     m_clicked.reset();
+    m_windowAwaited = false;
 }
 
 /// Only the first press of an input method after a click finds it so.
@@ -151,11 +152,11 @@ bool SessionMachine::listensSinceClick()
            m_port.monotonicMs() - clicked->ms < listensByItselfMs;
 }
 
-/// Another key is held already, and its press has begun this at the same method.
-bool SessionMachine::isUnderWay(MethodPress::Doing doing) const
+/// The press of a key that is held already has begun it.
+bool SessionMachine::listensToAnotherKey() const
 {
     return m_methodPress && m_methodPress->method == m_state.LocalUseASR3Index &&
-           m_methodPress->doing == doing;
+           m_methodPress->doing == MethodPress::Doing::Listens;
 }
 
 void SessionMachine::inputMethodCame()

@@ -24,8 +24,6 @@
 #include <QStandardPaths>
 #include <QTimer>
 
-#include <utility>
-
 namespace mevo {
 
 namespace {
