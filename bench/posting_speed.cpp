@@ -27,6 +27,7 @@
 namespace {
 
 constexpr int readMs = 3000;
+constexpr int answerMs = 2000;
 
 /// What people dictate: Chinese with punctuation, some Latin words and figures, one character of two halves;
 /// some 110 different characters, other Chinese ones in every round.
@@ -103,9 +104,9 @@ public:
         }
         XUngrabServer(display);
         XSync(display, False);
-        if (m_ping.isOffered(topLevel)) {
+        if (mevo::X11Ping::isOffered(m_connection, topLevel)) {
             m_ping.send(topLevel);
-            m_ping.await();
+            m_ping.await(answerMs);
         } else {
             mevo::awaitQuiet(processId, 20, 2000);
         }

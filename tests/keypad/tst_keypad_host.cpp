@@ -192,7 +192,7 @@ private Q_SLOTS:
         }
         write(voice, table("b", "玻", 0));
         QTRY_COMPARE_WITH_TIMEOUT(word, QString("玻"), waitMs);
-        write(pinyin, QByteArray("\0[[\xff\"=\n[1", 11) + QByteArray(100000, '\xfe'));
+        write(pinyin, QByteArray("\0[[\xff\"=\n[1", 9) + QByteArray(100000, '\xfe'));
         QTRY_COMPARE_WITH_TIMEOUT(first, QString("-"), waitMs);
         write(pinyin, table("vvv", "啊"));
         QTRY_COMPARE_WITH_TIMEOUT(first, QString("啊"), waitMs);

@@ -309,6 +309,30 @@ private Q_SLOTS:
         QVERIFY(symbols(display.get()) == before);
     }
 
+    /// What one program of ours left bound in a crash is unbound, although another one has bound and unbound
+    /// keys beside it.
+    void twoProgramsOfOurs()
+    {
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        const std::vector<KeySym> before = symbols(display.get());
+        static mevo::X11ScratchKeys *crashed; // cannot be deleted any more
+        {
+            mevo::X11Connection connection, other;
+            crashed = new mevo::X11ScratchKeys(connection);
+            QVERIFY(crashed->bind({{0, 0x1004e00}}));
+            mevo::X11ScratchKeys beside(other);
+            QVERIFY(beside.bind({{0, 0x1004e01}}));
+            beside.release();
+        }
+        QVERIFY(symbols(display.get()) != before);
+        const auto isWholeAtTheNextStart = [&] {
+            mevo::X11Connection connection;
+            const mevo::X11ScratchKeys next(connection);
+            return symbols(display.get()) == before;
+        };
+        QTRY_VERIFY(isWholeAtTheNextStart());
+    }
+
     /// The end of the program waits for nobody for long.
     void theEndIsNotHeldUp()
     {

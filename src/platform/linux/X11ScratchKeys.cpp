@@ -2,6 +2,7 @@
 
 #include "platform/linux/X11Connection.h"
 
+#include <QByteArray>
 #include <QDebug>
 
 #include <X11/XKBlib.h>
@@ -26,6 +27,8 @@ namespace {
 constexpr int lowestUsableKeycode = 9; // some programs drop 8, which no keyboard sends
 
 constexpr unsigned maxGroups = 4;
+
+constexpr int maxMarks = 8; // of programs at one time, and of those that have left keys bound
 
 /// Whether a modifier does nothing but choose among the symbols of keys.
 bool choosesSymbolsAlone(const XkbDescRec &map, unsigned modifier)
@@ -184,36 +187,73 @@ void X11ScratchKeys::appendKey(std::vector<unsigned char> &out, const std::vecto
     }
 }
 
-void X11ScratchKeys::recover()
+X11ScratchKeys::Mark X11ScratchKeys::markOf(int index) const
 {
-    Display *display = m_connection.display();
+    const QByteArray end = index == 0 ? QByteArray() : '_' + QByteArray::number(index);
+    return {m_connection.atom(QByteArray("_MEVO_SCRATCH_KEYCODES" + end).constData()),
+            m_connection.atom(QByteArray("_MEVO_SCRATCH_OWNER" + end).constData())};
+}
+
+bool X11ScratchKeys::isOwned(const Mark &mark) const
+{
+    // The server drops the selection of a dead owner by itself.
+    return XGetSelectionOwner(m_connection.display(), mark.selection) != None;
+}
+
+std::vector<int> X11ScratchKeys::keysOf(const Mark &mark) const
+{
+    std::vector<int> keys;
     Atom type = None;
     int format = 0;
     unsigned long count = 0, rest = 0;
     unsigned char *data = nullptr;
-    const Atom property = m_connection.atom("_MEVO_SCRATCH_KEYCODES");
-    if (XGetWindowProperty(display, m_connection.root(), property, 0, 300, False, XA_CARDINAL, &type, &format,
-                           &count, &rest, &data) != Success ||
-        data == nullptr) {
-        return;
-    }
-    // The server drops the selection of a dead owner by itself.
-    if (XGetSelectionOwner(display, m_connection.atom("_MEVO_SCRATCH_OWNER")) == None && format == 32) {
-        const auto *keys = reinterpret_cast<const unsigned long *>(data);
-        std::vector<int> all;
-        for (unsigned long i = 0; i < count; ++i) {
-            m_keycodes.push_back(static_cast<int>(keys[i] & 0xff));
-            all.push_back(static_cast<int>(i));
+    if (XGetWindowProperty(m_connection.display(), m_connection.root(), mark.property, 0, 300, False,
+                           XA_CARDINAL, &type, &format, &count, &rest, &data) == Success &&
+        data != nullptr) {
+        const auto *items = reinterpret_cast<const unsigned long *>(data);
+        for (unsigned long i = 0; i < count && format == 32; ++i) {
+            keys.push_back(static_cast<int>(items[i] & 0xff));
         }
+        XFree(data);
+    }
+    return keys;
+}
+
+X11ScratchKeys::Mark X11ScratchKeys::freeMark() const
+{
+    for (int i = 0; i < maxMarks; ++i) {
+        const Mark mark = markOf(i);
+        if (!isOwned(mark) && !m_connection.hasProperty(m_connection.root(), mark.property)) {
+            return mark;
+        }
+    }
+    return markOf(maxMarks - 1);
+}
+
+void X11ScratchKeys::recover()
+{
+    std::vector<int> left;
+    std::vector<Mark> marks;
+    for (int i = 0; i < maxMarks; ++i) {
+        const Mark mark = markOf(i);
+        if (!isOwned(mark)) {
+            const std::vector<int> keys = keysOf(mark);
+            left.insert(left.end(), keys.begin(), keys.end());
+            marks.push_back(mark);
+        }
+    }
+    if (!left.empty()) {
+        m_keycodes = left;
         m_symbols.assign(m_keycodes.size(), 0);
-        if (!all.empty()) {
-            setMap(all);
-        }
-        XDeleteProperty(display, m_connection.root(), property);
-        XSync(display, False);
-        qInfo() << "Typing: unbound" << count << "keys that an earlier run had left bound";
+        std::vector<int> all(m_keycodes.size());
+        std::iota(all.begin(), all.end(), 0);
+        setMap(all);
+        qInfo() << "Typing: unbound" << left.size() << "keys that an earlier run had left bound";
     }
-    XFree(data);
+    for (const Mark &mark : marks) {
+        XDeleteProperty(m_connection.display(), m_connection.root(), mark.property);
+    }
+    XSync(m_connection.display(), False);
 }
 
 void X11ScratchKeys::mark(bool on)
@@ -223,16 +263,17 @@ void X11ScratchKeys::mark(bool on)
     }
     m_marked = on;
     Display *display = m_connection.display();
-    const Atom property = m_connection.atom("_MEVO_SCRATCH_KEYCODES");
-    const Atom selection = m_connection.atom("_MEVO_SCRATCH_OWNER");
     if (on) {
-        std::vector<unsigned long> keys(m_keycodes.begin(), m_keycodes.end());
-        XSetSelectionOwner(display, selection, m_owner, CurrentTime);
-        XChangeProperty(display, m_connection.root(), property, XA_CARDINAL, 32, PropModeReplace,
-                        reinterpret_cast<unsigned char *>(keys.data()), static_cast<int>(keys.size()));
+        const std::vector<unsigned long> keys(m_keycodes.begin(), m_keycodes.end());
+        XGrabServer(display); // so that no other one of us takes the same mark
+        m_mark = freeMark();
+        XSetSelectionOwner(display, m_mark.selection, m_owner, CurrentTime);
+        XChangeProperty(display, m_connection.root(), m_mark.property, XA_CARDINAL, 32, PropModeReplace,
+                        reinterpret_cast<const unsigned char *>(keys.data()), static_cast<int>(keys.size()));
+        XUngrabServer(display);
     } else {
-        XDeleteProperty(display, m_connection.root(), property);
-        XSetSelectionOwner(display, selection, None, CurrentTime);
+        XDeleteProperty(display, m_connection.root(), m_mark.property);
+        XSetSelectionOwner(display, m_mark.selection, None, CurrentTime);
     }
 }
 

@@ -22,7 +22,7 @@ struct X11KeyState
 /// The keycodes that the keyboard map leaves free, bound to whatever symbols a text needs. A slot is a key
 /// in one state of the keyboard, so that a key has several of them. Which keys are bound is written on the
 /// root window beside a selection that dies with us, so that the next start can unbind what a crash has
-/// left.
+/// left. Several programs of ours may have keys bound at one time: each has a mark of its own.
 class X11ScratchKeys
 {
 public:
@@ -63,6 +63,18 @@ private:
         unsigned mask = 0;
         std::vector<bool> second; ///< by level
     };
+    /// Where bound keys are written down.
+    struct Mark
+    {
+        unsigned long property = 0; ///< on the root window
+        unsigned long selection = 0;
+    };
+    Mark markOf(int index) const;
+    bool isOwned(const Mark &mark) const;
+    std::vector<int> keysOf(const Mark &mark) const;
+    /// A mark that nobody has, and nobody has left.
+    Mark freeMark() const;
+    /// Unbinds what programs of ours that are gone have left.
     void recover();
     void findFree();
     void findStates(const _XkbDesc &map);
@@ -81,6 +93,7 @@ private:
     std::vector<KeySymbol> m_symbols; ///< by slot, 0 for none
     std::vector<int> m_keptAtEnd;
     unsigned long m_owner = 0;
+    Mark m_mark;
     bool m_marked = false;
 };
 
