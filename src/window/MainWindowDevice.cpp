@@ -213,6 +213,8 @@ void MainWindow::deviceArrived()
         return;
     }
     ++m_link;
+    DongleID.clear(); // of the program without a receiver, or of one whose removal was not heard of
+    dayCounts.receiverLeft();
     if (m_device->OpenHidDevice() == 0) {
         DeviceConnected = true;
         if (m_reader == nullptr) {
@@ -234,7 +236,6 @@ void MainWindow::deviceArrived()
     show();
 
     DongleID.clear();
-    dayCounts.receiverLeft();
     m_device->ReadDeviceIdentity(
         1 + arrivalIdentityRetries, arrivalRetryPauseMs, [this] { return arrivalGoesOn(); },
         [this] { deviceIdentified(); });

@@ -86,10 +86,14 @@ private Q_SLOTS:
         for (const char engine : {'B', 'X', 'T'}) {
             QCOMPARE(marks().contains(QLatin1Char(engine)), exhausted.contains(QLatin1Char(engine)));
         }
-        state.BDFY1MUsedQuantity = 9;
+        state.BDSR1DReadQuantity = state.BDSR1DUsedQuantity;
+        state.XFSR1DReadQuantity = state.XFSR1DUsedQuantity;
+        state.TXSR1DReadQuantity = state.TXSR1DUsedQuantity;
+        state.BDFY1MReadQuantity = 8;
+        state.BDFY1MUsedQuantity = 9; // one has not been told
         mevo::beginAllowanceDay(state);
         QVERIFY(marks().isEmpty() && state.BDSR1DUsedQuantity == 0 && state.XFSR1DUsedQuantity == 0 &&
-                state.TXSR1DUsedQuantity == 0 && state.BDFY1MUsedQuantity == 0);
+                state.TXSR1DUsedQuantity == 0 && state.BDFY1MUsedQuantity == 1);
     }
 
     void aHiddenDialectGivesWayToMandarin()

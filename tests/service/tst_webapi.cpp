@@ -55,6 +55,7 @@ private slots:
     void waitsFromElevenMilliseconds();
     void timesOut();
     void forgottenCallsLeaveAndAreCleanedUp();
+    void countsGoOneAfterTheOther();
     void offline();
     void sqlNeedsTheBackend();
     void probe_data();
@@ -220,6 +221,52 @@ void TestWebApi::forgottenCallsLeaveAndAreCleanedUp()
     m_server->kill();
     QCOMPARE(m_api->BackendGet(url, 1, reply), 0);
     QVERIFY(m_api->drain(10000));
+}
+
+/// A count is told when it has been taken, and goes when the one before it has ended, whatever came of that.
+void TestWebApi::countsGoOneAfterTheOther()
+{
+    mevo::DayCounts &counts = m_state.dayCounts;
+    const auto write = [&](int count) {
+        m_api->WriteCount(
+            {counts.receiver(), mevo::CountColumn::Baidu, count, QStringLiteral("count %1").arg(count)});
+    };
+    const auto asked = [&] {
+        QStringList statements;
+        for (const ScriptedRequest &request : qAsConst(m_server->requests)) {
+            statements.append(statementOf(request, "newsql___"));
+        }
+        return statements.join(u'|');
+    };
+    m_server->enqueue(ScriptedAnswer::late(ScriptedAnswer::body({}, 503)));
+    m_server->enqueue(ScriptedAnswer::body("taken"));
+    for (const int count : {1, 2, 3}) {
+        write(count);
+    }
+    QTRY_COMPARE(asked(), QStringLiteral("count 1"));
+    QVERIFY(!m_api->drain(50));
+    QCOMPARE(asked(), QStringLiteral("count 1"));
+    m_server->answerHeld();
+    QVERIFY(m_api->drain(10000)); // also for the one that has waited
+    QCOMPARE(asked(), QStringLiteral("count 1|count 3"));
+    QCOMPARE(m_state.BDSR1DReadQuantity, 3);
+
+    m_server->enqueue(ScriptedAnswer::body({}, 503));
+    write(4);
+    QVERIFY(m_api->drain(10000));
+    QCOMPARE(m_state.BDSR1DReadQuantity, 3);
+
+    m_server->enqueue(ScriptedAnswer::silence());
+    write(5);
+    write(6);
+    QTRY_COMPARE(m_server->requests.size(), 4);
+    m_api->overtakeCounts();
+    QVERIFY(m_api->drain(10000)); // nothing waits for the one that is stuck
+    QVERIFY(asked().endsWith(QStringLiteral("|count 5|count 6")));
+
+    m_state.BackendReachable = false;
+    write(7);
+    QCOMPARE(m_api->pendingCount(), 0);
 }
 
 void TestWebApi::offline()

@@ -217,9 +217,9 @@ struct Program
         recorder.BaiDuNoStreamApi = engines.contains(u'B');
         recorder.UseTXASRApi = engines.contains(u'T');
         recorder.UseXunFeiWebApi = engines.contains(u'X');
-        window->BDSR1DUsedQuantity = 3;
-        window->TXSR1DUsedQuantity = 4;
-        window->XFSR1DUsedQuantity = 5;
+        window->BDSR1DUsedQuantity = window->BDSR1DReadQuantity = 3;
+        window->TXSR1DUsedQuantity = window->TXSR1DReadQuantity = 4;
+        window->XFSR1DUsedQuantity = window->XFSR1DReadQuantity = 5;
         backend.asked.clear();
         fake.log.clear();
         return *window;
@@ -1097,7 +1097,7 @@ private Q_SLOTS:
                 });
             }
         };
-        const int used = window.BDSR1DUsedQuantity = 7;
+        const int used = window.BDSR1DUsedQuantity = window.BDSR1DReadQuantity = 7;
         window.ReadServerInfo();
         QTRY_VERIFY(!window.DeviceConnected);
         QTest::qWait(50); // what would come later
@@ -1105,7 +1105,9 @@ private Q_SLOTS:
         QVERIFY(program.questions.isEmpty());
         QVERIFY2(program.backend.asked.size() == request,
                  qPrintable(program.backend.asked.join(QLatin1Char('\n'))));
-        QCOMPARE(window.BDSR1DUsedQuantity == used, request < 3 || rows == 0);
+        if (exit) { // without a receiver nobody's counts are at hand
+            QCOMPARE(window.BDSR1DUsedQuantity == used, request < 3 || rows == 0);
+        }
     }
 
     void listsThatAreMissingAreMadeGood()
