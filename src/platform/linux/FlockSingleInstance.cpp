@@ -88,9 +88,9 @@ void FlockSingleInstance::closeDoor()
 }
 
 SingleInstance::CallResult FlockSingleInstance::call(const QString &name, const QByteArray &message,
-                                                     int waitMs)
+                                                     const CallWaits &waits)
 {
-    return callInstance(socketPath(name), message, waitMs);
+    return callInstance(socketPath(name), message, waits);
 }
 
 void FlockSingleInstance::release()
