@@ -359,6 +359,7 @@ mevo::SessionContext MainWindow::contextInForce() const
 void MainWindow::beginSession()
 {
     m_recorder->OnRecordStop(); // of a session that was never stopped: nothing that was said in it is lost
+    PressWindow = focusedElsewhere();
     NewestSession = m_results.begin(contextInForce());
 }
 
