@@ -3,6 +3,7 @@
 // still while a service was silent. The real window and client, the lab's service on a thread of its own.
 // Run inside a desk: lab/desk/with-desk --wm -- build/release/bin/translation_window [TEXTS [SERVICE_MS]]
 
+#include "base/SettingsFile.h"
 #include "services/LabHttpServer.h"
 #include "translation/TranslateService.h"
 #include "ui/translation/CTransTipDialog.h"
@@ -10,6 +11,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QPointer>
 #include <QTextEdit>
 #include <QThread>
@@ -102,9 +104,15 @@ bool waitFor(const Done &done, int milliseconds = 10000)
 {
     QElapsedTimer watch;
     watch.start();
-    while (!done() && watch.elapsed() < milliseconds) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 1);
-    }
+    QEventLoop loop; // only one that is executed deletes what is to be deleted later
+    QTimer look;
+    look.callOnTimeout([&] {
+        if (done() || watch.elapsed() >= milliseconds) {
+            loop.quit();
+        }
+    });
+    look.start(1);
+    loop.exec();
     return done();
 }
 
@@ -143,6 +151,10 @@ int main(int argc, char *argv[])
         window.BaiduTranslateAppId = QStringLiteral("appid");
         window.BaiduTranslateKey = QStringLiteral("key");
         window.show();
+        { // what is typed by itself is another matter
+            mevo::SettingsFile settings(QStringLiteral("TransSetting"));
+            settings.setValue(QStringLiteral("SendTransResult2ScreenMode"), 10000);
+        }
         const auto dialog = [&window] { return window.findChild<CTransTipDialog *>(); };
 
         std::vector<double> opened;
