@@ -1,6 +1,7 @@
 #include "base/ShippedFiles.h"
 
 #include <QDir>
+#include <QLockFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -93,6 +94,42 @@ private Q_SLOTS:
         mevo::bringShippedFiles({share}, target);
         QCOMPARE(read(target + QStringLiteral("/MEVOTable.ini")), QByteArray("two"));
         QCOMPARE(read(target + QStringLiteral("/MEVOSetting.ini")), QByteArray("mine"));
+    }
+
+    /// A package that is being installed, or a disk that was full: what the user has stays.
+    void anEmptyFileIsNotBrought()
+    {
+        const QTemporaryDir folder;
+        const QString share = folder.filePath(QStringLiteral("share"));
+        const QString target = folder.filePath(QStringLiteral("home"));
+        QVERIFY(QDir().mkpath(target));
+        write(share + QStringLiteral("/MEVOTable.ini"), "one");
+        write(share + QStringLiteral("/MEVOSetting.ini"), "");
+        mevo::bringShippedFiles({share}, target);
+        write(share + QStringLiteral("/MEVOTable.ini"), "");
+        mevo::bringShippedFiles({share}, target);
+        QCOMPARE(read(target + QStringLiteral("/MEVOTable.ini")), QByteArray("one"));
+        QCOMPARE(read(target + QStringLiteral("/MEVOSetting.ini")), QByteArray("none"));
+        write(share + QStringLiteral("/MEVOTable.ini"), "two");
+        mevo::bringShippedFiles({share}, target);
+        QCOMPARE(read(target + QStringLiteral("/MEVOTable.ini")), QByteArray("two"));
+    }
+
+    void oneProgramAtATime()
+    {
+        const QTemporaryDir folder;
+        const QString share = folder.filePath(QStringLiteral("share"));
+        write(share + QStringLiteral("/MEVOTable.ini"), "one");
+        const QString copy = folder.filePath(QStringLiteral("MEVOTable.ini"));
+        QLockFile other(folder.filePath(QStringLiteral("MEVOShipped.lock")));
+        QVERIFY(other.lock());
+        mevo::bringShippedFiles({share}, folder.path(), 0);
+        QVERIFY(!QFile::exists(copy));
+        other.unlock();
+        mevo::bringShippedFiles({share}, folder.path(), 0);
+        QCOMPARE(read(copy), QByteArray("one"));
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList({QStringLiteral("MEVOShipped.json"), QStringLiteral("MEVOTable.ini")}));
     }
 
     void theFirstFolderCounts()

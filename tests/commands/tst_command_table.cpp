@@ -3,6 +3,7 @@
 #include "commands/CommandFile.h"
 #include "commands/CommandMatcher.h"
 #include "commands/CommandTable.h"
+#include "commands/MergedTable.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -255,6 +256,66 @@ private Q_SLOTS:
         QVERIFY(table.writeTyped(CommandType::Web, {}) && QFile::exists(table.typedPath(CommandType::Web)));
         QVERIFY(table.readTyped(CommandType::Web).empty() && table.readTyped(CommandType::File).empty());
         QVERIFY(warnings.isEmpty());
+    }
+
+    /// What replaces a table behind the editor's back.
+    void theMergedTableFollowsReplacedOnes_data()
+    {
+        QTest::addColumn<QString>("replaced"); // names of the tables: w the web pages, m the merged one
+        QTest::addColumn<bool>("noted");
+        QTest::addColumn<bool>("behind");
+        QTest::newRow("nothing") << QString() << true << false;
+        QTest::newRow("a typed table") << QStringLiteral("w") << true << true;
+        QTest::newRow("the merged one, saved as a whole") << QStringLiteral("m") << true << false;
+        QTest::newRow("both: rows of its own stay") << QStringLiteral("mw") << true << false;
+        QTest::newRow("a typed table, nothing noted") << QStringLiteral("w") << false << false;
+    }
+    void theMergedTableFollowsReplacedOnes()
+    {
+        QFETCH(QString, replaced);
+        QFETCH(bool, noted);
+        const QTemporaryDir folder;
+        const mevo::CommandTable table(folder.path());
+        for (const CommandType type : mevo::allCommandTypes) {
+            QVERIFY(table.writeTyped(type, {row(type, QStringLiteral("as made"))}));
+        }
+        QVERIFY(table.rebuildMerged() && !mevo::isMergedTableBehind(table));
+        const QString note = folder.filePath(QStringLiteral("MEVOCommandTables.json"));
+        if (!noted) {
+            QVERIFY(QFile::remove(note));
+        }
+        if (replaced.contains(u'w')) {
+            QVERIFY(table.writeTyped(CommandType::Web, {row(CommandType::Web, QStringLiteral("newer"))}));
+        }
+        if (replaced.contains(u'm')) {
+            QVERIFY(table.writeMerged({row(CommandType::Web, QStringLiteral("the user's"))}));
+        }
+        QTEST(mevo::isMergedTableBehind(table), "behind");
+        QVERIFY(table.rebuildMerged() && !mevo::isMergedTableBehind(table));
+        QVERIFY(QFile::remove(table.typedPath(CommandType::Web)));
+        QVERIFY(!mevo::isMergedTableBehind(table)); // a lost table must not take its rows along
+    }
+
+    /// Tables that came with the program, or all at once with a newer one, are known as such.
+    void tablesThatBelongTogetherAreNoted()
+    {
+        const QTemporaryDir folder;
+        const mevo::CommandTable table(folder.path());
+        for (const char *version : {"one", "two"}) {
+            for (const CommandType type : mevo::allCommandTypes) {
+                QVERIFY(table.writeTyped(type, {row(type, QLatin1String(version))}));
+            }
+            QVERIFY(table.writeMerged([&] {
+                mevo::CommandRows rows;
+                for (const CommandType type : mevo::allCommandTypes) {
+                    rows.push_back(row(type, QLatin1String(version)));
+                }
+                return rows;
+            }()));
+            QVERIFY(!mevo::isMergedTableBehind(table));
+        }
+        QVERIFY(table.writeTyped(CommandType::Phrase, {row(CommandType::Phrase, QStringLiteral("three"))}));
+        QVERIFY(mevo::isMergedTableBehind(table));
     }
 
     void aDiskThatRefusesLeavesTheOldTable()

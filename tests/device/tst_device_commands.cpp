@@ -113,6 +113,8 @@ private slots:
         }
         link.fake.hid->unopenable = {QByteArray::number(unopenablePage)};
         QTEST(link.commands.OpenHidDevice(), "result");
+        QCOMPARE(link.commands.unopenedPath(),
+                 unopenablePage == 0 ? QByteArray() : QByteArray::number(unopenablePage));
         QVERIFY(link.state.HidInputHandle.load() == nullptr);
         QVERIFY(link.state.HidCommandHandle.load() == nullptr);
         QCOMPARE(link.fake.hid->openHandles.load(), 0);
@@ -123,6 +125,7 @@ private slots:
         link.fake.hid->unopenable.clear();
         link.fake.hid->entries = FakeHid::receiver();
         QCOMPARE(link.commands.OpenHidDevice(), 0);
+        QCOMPARE(link.commands.unopenedPath(), QByteArray());
     }
 
     void secondReceiverLeaves()

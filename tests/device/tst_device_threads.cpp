@@ -86,6 +86,7 @@ struct Reading : QObject
         connect(&reader, &GetHIDDataThread::returnHidKeyResult, this, key(QStringLiteral("session ")));
         connect(&reader, &GetHIDDataThread::returnHidKeyResult2Trans, this,
                 key(QStringLiteral("translation ")));
+        connect(&reader, &GetHIDDataThread::HidKeyRefused, this, key(QStringLiteral("refused ")));
         connect(&reader, &GetHIDDataThread::CallMainFunctionSignal, this,
                 [this](int index) { heard.append(QStringLiteral("main %1").arg(index)); });
         connect(&reader, &GetHIDDataThread::CallMicDlgFunctionSignal, this,
@@ -147,8 +148,9 @@ private slots:
         r.state.QuickReleaseCount = 2;
         r.state.IsOnline = false;
         r.fake.hid->push(keyReport(14, 0));
-        QTRY_COMPARE(r.heard, (QStringList{QStringLiteral("offline"), QStringLiteral("main 22"),
-                                           QStringLiteral("timer"), QStringLiteral("main 22")}));
+        QTRY_COMPARE(r.heard, (QStringList{QStringLiteral("offline"), QStringLiteral("refused 0e 00"),
+                                           QStringLiteral("main 22"), QStringLiteral("timer"),
+                                           QStringLiteral("main 22")}));
         r.state.ResultIdle = false;
         r.state.QuickReleaseRun = 3;
         r.reader.TimeOutStopRecord();

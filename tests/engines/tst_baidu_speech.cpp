@@ -81,6 +81,7 @@ private slots:
     void sends_data();
     void sends();
     void recognises();
+    void countsToTheReceiverOfThePress();
     void errors_data();
     void errors();
     void answersWithoutText_data();
@@ -153,6 +154,7 @@ QPair<bool, QString> TestBaiduSpeech::finish(const QByteArray &pcm)
     session.engine.tencent = m_recorder.UseTXASRApi;
     session.engine.baiduFast = m_state.BaiDuNoStreamApi_FastVersion;
     session.engine.baiduLanguage = m_state.BaiDuCurrentVoiceType;
+    session.receiver = m_state.dayCounts.receiver();
     return m_speech->finish(&buffer, session);
 }
 
@@ -229,6 +231,19 @@ void TestBaiduSpeech::recognises()
     QCOMPARE(texts.first().first().toString(), QStringLiteral("今天天气__over__"));
     QCOMPARE(m_state.BDSR1DUsedQuantity, 1);
     QCOMPARE(sent().value(QStringLiteral("len")).toInt(-1), 0);
+}
+
+void TestBaiduSpeech::countsToTheReceiverOfThePress()
+{
+    m_server->fallback = ScriptedAnswer::body(goodReply);
+    m_state.DongleID = QStringLiteral("01-01-000001");
+    m_server->onRequest = [this](const ScriptedRequest &) {
+        m_state.DongleID = QStringLiteral("01-01-000002");
+    };
+    finish();
+    QCOMPARE(m_state.dayCounts.used(mevo::CountColumn::Baidu), 0);
+    m_state.DongleID = QStringLiteral("01-01-000001");
+    QCOMPARE(m_state.dayCounts.used(mevo::CountColumn::Baidu), 1);
 }
 
 void TestBaiduSpeech::errors_data()

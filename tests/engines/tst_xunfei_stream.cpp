@@ -449,6 +449,7 @@ private Q_SLOTS:
         Desk desk(std::nullopt);
         desk.correction = correction;
         desk.control("texts", QStringLiteral("一|二"));
+        desk.state.DongleID = QStringLiteral("01-01-000001");
         desk.stream->ConnectXFWebApi();
         QTRY_VERIFY(desk.state.XFWebSocketConnected);
         for (const int status : {First, Middle, Middle}) {
@@ -463,13 +464,17 @@ private Q_SLOTS:
             QCOMPARE(words, !correction);
         });
         QVERIFY(desk.state.XFWebSocket == nullptr && late.isEmpty());
+        desk.state.DongleID = QStringLiteral("01-01-000002"); // another receiver takes over
         QVERIFY(desk.speak());
         QVERIFY(desk.waitFor(QStringLiteral("end")));
         QTRY_COMPARE(late, QStringList{QStringLiteral("一")});
         QVERIFY(desk.calls.contains(correction ? QStringLiteral("show 二") : QStringLiteral("handle 二")));
         QTRY_COMPARE(desk.noted("closed", "closeCode"), (QVariantList{1000, 1000}));
         QCOMPARE(desk.noted("frame", "status").count(2), 2);
-        QCOMPARE(desk.state.XFSR1DUsedQuantity, 2);
+        for (const char *receiver : {"01-01-000002", "01-01-000001"}) { // each counts its own
+            desk.state.DongleID = QLatin1String(receiver);
+            QCOMPARE(desk.state.dayCounts.used(mevo::CountColumn::XunFei), 1);
+        }
     }
 
     /// What is known at once is told at once, and a service that goes or fails keeps nobody waiting.

@@ -1,3 +1,4 @@
+#include "base/RuntimePath.h"
 #include "platform/linux/FlockSingleInstance.h"
 #include "platform/linux/InstanceDoor.h"
 #include "platform/linux/LinuxElevation.h"
@@ -14,6 +15,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocalServer>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QRegularExpression>
@@ -21,11 +23,14 @@
 #include <QTest>
 #include <QTimer>
 
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -58,6 +63,16 @@ int callHolder(const QByteArray &message, int answerMs)
               : result.reached && result.taken ? "silent"
                                                : "nobody");
     return 0;
+}
+
+/// What another start says of calling; this one's event loop goes on meanwhile.
+QByteArray callFromElsewhere(const QString &message, int answerMs = 20000)
+{
+    QProcess caller;
+    caller.start(QCoreApplication::applicationFilePath(),
+                 {QStringLiteral("--call"), message, QString::number(answerMs)});
+    [&caller] { QTRY_COMPARE_WITH_TIMEOUT(caller.state(), QProcess::NotRunning, 30000); }();
+    return caller.readAllStandardOutput().trimmed();
 }
 
 QByteArray answer(QProcess &process)
@@ -370,24 +385,17 @@ private slots:
         QProcess second;
         QCOMPARE(answer(second), QByteArray("busy"));
         QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished());
-        const auto call = [](const QString &message, int answerMs = 20000) {
-            QProcess caller;
-            caller.start(QCoreApplication::applicationFilePath(),
-                         {QStringLiteral("--call"), message, QString::number(answerMs)});
-            [&caller] { QTRY_COMPARE_WITH_TIMEOUT(caller.state(), QProcess::NotRunning, 30000); }();
-            return caller.readAllStandardOutput().trimmed();
-        };
-        QCOMPARE(call(QStringLiteral("hello")), QByteArray("answer to hello"));
-        QCOMPARE(call(QStringLiteral("more than twenty bytes of it")), QByteArray("closed"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("answer to hello"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("more than twenty bytes of it")), QByteArray("closed"));
         QCOMPARE(heard, QList<QByteArray>{"hello"});
         lock.whenCalled(20, [](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {});
-        QCOMPARE(call(QStringLiteral("hello"), 100), QByteArray("silent"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello"), 100), QByteArray("silent"));
         // A holder that is going: who is there already is told so at once, who comes finds nobody.
         lock.whenCalled(20, [&lock](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {
             QTimer::singleShot(0, qApp, [&lock] { lock.closeDoor(); });
         });
-        QCOMPARE(call(QStringLiteral("hello")), QByteArray("closed"));
-        QCOMPARE(call(QStringLiteral("hello")), QByteArray("nobody"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("closed"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("nobody"));
         {
             QProcess during;
             QCOMPARE(answer(during), QByteArray("busy")); // the lock is another matter
@@ -402,6 +410,25 @@ private slots:
         child.closeWriteChannel();
         QVERIFY(child.waitForFinished());
     }
+    /// A program from before the user's own folder was looked for has its lock in the common one.
+    void anOlderInstanceElsewhere()
+    {
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder->path()));
+        qputenv("MEVO_TEST_LOCK", QByteArray::number(QCoreApplication::applicationPid()) + "-older");
+        QFile file(mevo::runtimePaths(lockName(), QStringLiteral(".lock")).last());
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QCOMPARE(flock(file.handle(), LOCK_EX | LOCK_NB), 0);
+        const mevo::InstanceDoor door(
+            mevo::runtimePaths(lockName(), QStringLiteral(".socket")).last(), 20,
+            [](const QByteArray &message, const auto &reply) { reply("older one: " + message); });
+        mevo::FlockSingleInstance lock;
+        QVERIFY(!lock.acquire(lockName()));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("older one: hello"));
+        file.close(); // it has ended, and its file stays
+        QVERIFY(lock.acquire(lockName()));
+        QVERIFY(file.remove());
+    }
+
     void callersWhoSayTooMuchOrTooLittle_data()
     {
         QTest::addColumn<QList<QByteArray>>("pieces");
@@ -451,6 +478,24 @@ private slots:
         QTRY_COMPARE(caller.state(), QLocalSocket::UnconnectedState);
         QTEST(heard, "heard");
         QCOMPARE(caller.readAll(), heard.isEmpty() ? QByteArray() : QByteArray("\nyes\n"));
+    }
+    /// One of an older version says nothing before its answer.
+    void aHolderThatAnswersAtOnce()
+    {
+        QLocalServer server;
+        QVERIFY(server.listen(m_folder->filePath(QStringLiteral("door"))));
+        mevo::SingleInstance::CallResult result;
+        std::atomic<bool> done{false};
+        std::thread caller([&] {
+            result = mevo::callInstance(server.fullServerName(), "abc", {20000, 20000});
+            done = true;
+        });
+        [&server] { QTRY_VERIFY(server.hasPendingConnections()); }();
+        server.nextPendingConnection()->write("yes\n");
+        [&done] { QTRY_VERIFY_WITH_TIMEOUT(done, 30000); }();
+        caller.join();
+        QVERIFY(result.taken && !result.closed);
+        QCOMPARE(result.answer, QByteArray("yes"));
     }
     /// A holder that is stuck is given up, and does not act on it when it comes round.
     void aHolderThatIsStuck()

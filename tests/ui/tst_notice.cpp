@@ -5,6 +5,7 @@
 #include "support/ScriptedHttp.h"
 #include "ui/CADShowDlg.h"
 #include "ui/NoticePage.h"
+#include "ui/NoticePlace.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
@@ -12,6 +13,8 @@
 #include <QLabel>
 #include <QScreen>
 #include <QtTest>
+
+#include <utility>
 
 Q_DECLARE_METATYPE(ScriptedAnswer)
 
@@ -397,6 +400,54 @@ private Q_SLOTS:
         QVERIFY(address->text().contains(QStringLiteral("a.cn")));
         QCOMPARE(notice.dialog->geometry().bottomRight(),
                  QGuiApplication::primaryScreen()->availableGeometry().bottomRight());
+    }
+
+    /// Notices that come together don't cover each other.
+    void places_data()
+    {
+        QTest::addColumn<QVector<QRect>>("standing");
+        QTest::addColumn<int>("height");
+        QTest::addColumn<int>("bottom"); // -1: none
+        const auto at = [](int top, int height) { return QRect(700, top, 300, height); };
+        QTest::newRow("alone") << QVector<QRect>() << 200 << 768;
+        QTest::newRow("alone, and too high") << QVector<QRect>() << 900 << 768;
+        QTest::newRow("above another") << QVector<QRect>{at(568, 200)} << 300 << 568;
+        QTest::newRow("above two") << QVector<QRect>{at(268, 300), at(568, 200)} << 200 << 268;
+        QTest::newRow("below another") << QVector<QRect>{at(268, 300)} << 200 << 768;
+        QTest::newRow("between two") << QVector<QRect>{at(100, 100), at(568, 200)} << 368 << 568;
+        QTest::newRow("not between two") << QVector<QRect>{at(100, 100), at(568, 200)} << 369 << -1;
+        QTest::newRow("no room") << QVector<QRect>{at(200, 568)} << 201 << -1;
+    }
+    void places()
+    {
+        QFETCH(QVector<QRect>, standing);
+        QFETCH(int, height);
+        QTEST(mevo::noticeBottom(QRect(0, 0, 1024, 768), height, standing).value_or(-1), "bottom");
+    }
+
+    /// While its picture was on its way things may have changed: it asks before it slides, and again.
+    void asksForItsPlace()
+    {
+        ScriptedHttp server;
+        const QByteArray bytes = picture(200, 100);
+        server.enqueue(ScriptedAnswer::late(ScriptedAnswer::body(bytes)));
+        Notice notice;
+        QList<int> waited;
+        std::optional<int> bottom;
+        notice.dialog->setPlace([&](const CADShowDlg &, int waitedMs) {
+            waited.append(waitedMs);
+            return std::exchange(bottom, 300); // not at the first time
+        });
+        notice.take(pictureFields(server.url(), bytes.size()));
+        QTRY_COMPARE(server.requests.size(), 1);
+        QVERIFY(waited.isEmpty());
+        server.answerHeld();
+        QTRY_COMPARE(waited, QList<int>{0});
+        QVERIFY(!notice.slides() && notice.dialog->standing().isEmpty());
+        notice.slideToEnd();
+        QCOMPARE(waited, QList<int>({0, CADShowDlg::askAgainMs}));
+        QCOMPARE(notice.dialog->y() + notice.dialog->height(), 300);
+        QCOMPARE(notice.dialog->standing(), notice.dialog->geometry());
     }
 
     void noFrame()

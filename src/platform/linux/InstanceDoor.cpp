@@ -143,8 +143,11 @@ SingleInstance::CallResult callInstance(const QString &path, const QByteArray &m
     socket.write(message + '\n');
     while (socket.bytesToWrite() > 0 && socket.waitForBytesWritten(left())) {
     }
-    result.taken = lineComes() && lineOf(socket, longestAnswer).isEmpty();
+    result.taken = lineComes();
     if (result.taken) {
+        result.answer = lineOf(socket, longestAnswer); // at once, where the holder is of an older version
+    }
+    if (result.taken && result.answer.isEmpty()) {
         deadline.setRemainingTime(waits.answer);
         if (lineComes()) {
             result.answer = lineOf(socket, longestAnswer);
