@@ -40,6 +40,7 @@ constexpr TargetKind targetKinds[] = {
     {"featherpad", EditorTarget::startFeatherpad, [] { return isFound("featherpad"); }},
     {"kate", EditorTarget::startKate, [] { return isFound("kate"); }},
     {"gnome-text-editor", EditorTarget::startGnomeTextEditor, [] { return isFound("gnome-text-editor"); }},
+    {"lxterminal", XtermTarget::startLxterminal, [] { return isFound("lxterminal"); }},
     {"chromium", BrowserTarget::start, [] { return isFound("chromium"); }},
     {"libreoffice", OfficeTarget::start, [] { return OfficeTarget::isInstalled(); }},
     {"libreoffice-gtk3", OfficeTarget::startGtk3, [] { return OfficeTarget::isGtk3Installed(); }},

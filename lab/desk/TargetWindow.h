@@ -22,7 +22,7 @@ class TargetWindow
 public:
     /// "xterm", "mousepad" (GTK 3), "featherpad" (Qt 5): those of every desk.
     static QStringList kinds();
-    /// Those of them that are big, and installed here: "kate", "gnome-text-editor" (GTK 4), "chromium" (a
+    /// Further ones that are installed here: "kate", "gnome-text-editor" (GTK 4), "lxterminal", "chromium" (a
     /// text area), "libreoffice" (Writer with its own widgets), "libreoffice-gtk3" (with those of GTK).
     static QStringList furtherKinds();
 

@@ -20,28 +20,34 @@ QString readyFile(const QString &folder)
 
 std::unique_ptr<TargetWindow> XtermTarget::start()
 {
+    return start(QStringLiteral("xterm"),
+                 {QStringLiteral("-u8"), QStringLiteral("-fa"), QStringLiteral("monospace"),
+                  QStringLiteral("-fs"), QStringLiteral("12"), QStringLiteral("-T"), QStringLiteral("xterm"),
+                  QStringLiteral("-geometry"), QStringLiteral("80x24+40+40"), QStringLiteral("-e")});
+}
+
+std::unique_ptr<TargetWindow> XtermTarget::startLxterminal()
+{
+    return start(QStringLiteral("lxterminal"), {QStringLiteral("--no-remote"), QStringLiteral("-t"),
+                                                QStringLiteral("lxterminal"), QStringLiteral("-e")});
+}
+
+std::unique_ptr<TargetWindow> XtermTarget::start(const QString &program, const QStringList &options)
+{
     std::unique_ptr<Desktop> desktop = Desktop::open();
     if (!desktop)
         return nullptr;
-    std::unique_ptr<XtermTarget> target(new XtermTarget(QStringLiteral("xterm"), std::move(desktop)));
+    std::unique_ptr<XtermTarget> target(new XtermTarget(program, std::move(desktop)));
+    const QString script = QDir(target->folder()).filePath(QStringLiteral("note-input"));
+    QFile file(script);
     // Raw, so that control characters are text; tee shows it as well, for whoever looks at the screen.
-    const QString noteInput = QStringLiteral("stty raw -echo; : >\"$1\"; exec tee -a \"$0\"");
-    const QStringList arguments{QStringLiteral("-u8"),
-                                QStringLiteral("-fa"),
-                                QStringLiteral("monospace"),
-                                QStringLiteral("-fs"),
-                                QStringLiteral("12"),
-                                QStringLiteral("-T"),
-                                QStringLiteral("xterm"),
-                                QStringLiteral("-geometry"),
-                                QStringLiteral("80x24+40+40"),
-                                QStringLiteral("-e"),
-                                QStringLiteral("sh"),
-                                QStringLiteral("-c"),
-                                noteInput,
-                                target->textFile(),
-                                readyFile(target->folder())};
-    if (!target->launch(QStringLiteral("xterm"), arguments))
+    if (!file.open(QIODevice::WriteOnly) ||
+        file.write("#!/bin/sh\nstty raw -echo; : >ready; exec tee -a text.txt\n") < 0 ||
+        !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        return nullptr;
+    file.close();
+    // Which words a terminal takes behind -e differs; one that is the path of a program they all take.
+    if (!target->launch(program, options + QStringList{script}))
         return nullptr;
     return target;
 }

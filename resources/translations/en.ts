@@ -1791,7 +1791,7 @@ the first definition is the one that runs!</translation>
     </message>
     <message>
         <source>隐藏窗口立即上屏</source>
-        <translation>Hide window, type at once</translation>
+        <translation>Hide and type at once</translation>
     </message>
     <message>
         <source>1秒后自动上屏</source>

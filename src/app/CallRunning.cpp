@@ -8,9 +8,10 @@ namespace mevo {
 
 namespace {
 
-/// A window is shown at once. A text waits for what is being said and typed before it.
-constexpr int answerMs = 30000;
-constexpr int typedMs = 300000;
+/// Whoever lives takes a message at once; a machine that is busy has its time. A window is shown at once, a
+/// text waits for what is being said and typed before it.
+constexpr SingleInstance::CallWaits waitsForWindow{10000, 20000};
+constexpr SingleInstance::CallWaits waitsForText{10000, 300000};
 
 int fail(int code, const char *why)
 {
@@ -29,13 +30,18 @@ std::optional<int> callRunning(SingleInstance &instance, const InstanceCall &cal
 {
     const bool types = call.what == InstanceCall::What::Type;
     const SingleInstance::CallResult result =
-        instance.call(instanceName(), toMessage(call), types ? typedMs : answerMs);
-    if (!result.reached || (result.closed && !types)) {
-        return std::nullopt; // a text may have been typed for all that, and is not sent twice
+        instance.call(instanceName(), toMessage(call), types ? waitsForText : waitsForWindow);
+    if (!result.reached || (result.closed && !(types && result.taken))) {
+        return std::nullopt; // a text that was taken may have been typed for all that, and is not sent twice
+    }
+    if (!result.taken) {
+        return fail(noAnswerExitCode, types ? "the running instance does not react; nothing has been typed"
+                                            : "the running instance does not react");
     }
     const auto answer = readInstanceAnswer(result.answer);
     if (!answer) {
-        return fail(noAnswerExitCode, "the running instance has not answered");
+        return fail(noAnswerExitCode, types ? "the running instance has not said what became of the text"
+                                            : "the running instance has not answered");
     }
     switch (*answer) {
     case InstanceAnswer::Done:

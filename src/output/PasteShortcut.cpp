@@ -22,6 +22,7 @@ struct Terminal
 // Shift+Insert of a plain xterm and its kin pastes the primary selection: the text has to be there too.
 constexpr Terminal terminals[] = {
     {QLatin1String("alacritty"), CtrlShiftV},
+    {QLatin1String("com.mitchellh.ghostty"), CtrlShiftV},
     {QLatin1String("cool-retro-term"), CtrlShiftV},
     {QLatin1String("deepin-terminal"), CtrlShiftV},
     {QLatin1String("foot"), CtrlShiftV},
@@ -33,9 +34,13 @@ constexpr Terminal terminals[] = {
     {QLatin1String("konsole"), CtrlShiftV},
     {QLatin1String("lxterminal"), CtrlShiftV},
     {QLatin1String("mate-terminal"), CtrlShiftV},
+    {QLatin1String("org.gnome.console"), CtrlShiftV},
+    {QLatin1String("org.gnome.ptyxis"), CtrlShiftV},
     {QLatin1String("org.wezfurlong.wezterm"), CtrlShiftV},
     {QLatin1String("qterminal"), CtrlShiftV},
+    {QLatin1String("sakura"), CtrlShiftV},
     {QLatin1String("terminator"), CtrlShiftV},
+    {QLatin1String("tilda"), CtrlShiftV},
     {QLatin1String("tilix"), CtrlShiftV},
     {QLatin1String("xfce4-terminal"), CtrlShiftV},
     {QLatin1String("yakuake"), CtrlShiftV},

@@ -103,13 +103,21 @@ public:
 
     struct CallResult
     {
-        bool reached = false; ///< somebody of this user has taken the message
+        bool reached = false; ///< somebody of this user is there
         QByteArray answer;    ///< a line without its end; empty when none has come
         bool closed = false;  ///< none has come, and none will: the holder is going, or gone
+        bool taken = false;   ///< the holder has read the message; else it will not act on it any more
+    };
+    /// Milliseconds that a caller waits at most: until its message has been taken, which a holder that lives
+    /// does at once, and from then on for the answer.
+    struct CallWaits
+    {
+        int taken = 0;
+        int answer = 0;
     };
     /// Hands a message, which has no line ends, to the process that holds the named lock, and waits for its
-    /// answer, `waitMs` at most. Runs no event loop.
-    virtual CallResult call(const QString &name, const QByteArray &message, int waitMs) = 0;
+    /// answer. Runs no event loop.
+    virtual CallResult call(const QString &name, const QByteArray &message, const CallWaits &waits) = 0;
 };
 
 /// Clock and waiting.

@@ -25,6 +25,8 @@ struct SessionContext
 {
     int number = 0;      ///< counts the sessions from 1 on; 0 for a text that belongs to none
     WindowId window = 0; ///< takes the text; 0 when no window had the focus
+    /// Had the focus at the press, however texts are typed; 0 when none had it, or one of ours.
+    WindowId pressWindow = 0;
     bool typeMode = false;
     bool commandMode = false;
     bool searchMode = false;

@@ -28,6 +28,7 @@ struct SessionState
     std::atomic<bool> OneShotCommandWord{true}; ///< this session's text is matched as a command
     bool ASRFuncClosed = false;                 ///< the user closed voice recognition
     mevo::WindowId FocusWindow = 0;             ///< focus target saved at the press
+    mevo::WindowId PressWindow = 0;             ///< another program's, had the focus at the press
     mevo::WindowId ForegroundWindow = 0;        ///< last foreground window seen
 
     std::atomic<bool> VoiceTypeMode{false};
@@ -67,6 +68,7 @@ struct SessionState
     {
         mevo::SessionContext context;
         context.window = FocusWindow;
+        context.pressWindow = PressWindow;
         context.typeMode = VoiceTypeMode;
         context.commandMode = VoiceCommandWordMode;
         context.searchMode = VoiceSearchMode;

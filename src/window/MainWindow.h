@@ -136,6 +136,8 @@ public:
     void SendHWKey(bool shift, bool ctrl, bool alt, bool win, bool consumerKey, int key);
     /// Keeps the focused window as the target of this session's text.
     mevo::WindowId GetFocusWindow();
+    /// The window of another program that has the focus; 0 when none has it.
+    mevo::WindowId focusedElsewhere();
     /// Presses the keys that copy what is selected in the focused window; false when it takes none.
     bool SendCopyCombination();
     void CopyClipboardText();
@@ -449,17 +451,22 @@ private:
     QString recordTime() const;
 
     // Output.
-    /// Types a text into the window of its session, or pastes it, as the settings tell.
-    void sendToScreen(const QString &text, const mevo::SessionContext &session);
+    /// Types a text into the window of its session, or pastes it, as the settings tell. Where `only` is given
+    /// nothing of it goes to any other window, see pasteText().
+    void sendToScreen(const QString &text, const mevo::SessionContext &session, mevo::WindowId only = 0);
     /// How long the paste key is held down where the keyboard is the computer's own.
     static constexpr int holdPasteKeyMs = 100;
     using PasteDone = std::function<void(bool pasted)>;
-    /// Pastes into the window that has the focus when the turn of the text comes; where `only` is given, into
-    /// that one, and the text is kept as undelivered when another has it. `done` is called once the window
-    /// has had the time to read the clipboard, or the text has been kept.
+    /// Pastes into the window that has the focus when the turn of the text comes. Where `only` is given, into
+    /// that one: when another has the focus by then the text is posted there, and kept as undelivered where
+    /// that cannot be. `done` is called once the window has had the time to read the clipboard, or the text
+    /// has gone, or has been kept.
     void pasteText(const QString &text, int holdMs, PasteDone done = {}, mevo::WindowId only = 0);
     void pasteNext();
     void letPasteSettle();
+    struct PendingPaste;
+    /// The paste key would go elsewhere.
+    void postInstead(const PendingPaste &paste);
     enum class Kept { No, Already }; ///< whether the text stands among the undelivered ones while it is typed
     void post(mevo::WindowId window, const QString &text, Kept kept, mevo::WindowSystem::PostDone done);
     void loadUndelivered();
@@ -647,6 +654,7 @@ private:
     std::map<int, QString> m_postsUnderWay;   ///< texts being posted
     int m_postNumber = 0;
     bool m_pasteSettles = false; ///< the window may still read the clipboard
+    bool m_postsInstead = false; ///< a text that was to be pasted is posted; those behind it wait
     PasteDone m_pasteDone;       ///< of the text that it may still read
     void tellPasteDone();
     bool m_sessionsFinished = false;  ///< the exit has collected what was still on its way

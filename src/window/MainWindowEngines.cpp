@@ -353,6 +353,7 @@ mevo::SessionContext MainWindow::contextInForce() const
 void MainWindow::beginSession()
 {
     m_recorder->OnRecordStop(); // of a session that was never stopped: nothing that was said in it is lost
+    PressWindow = focusedElsewhere();
     mevo::SessionContext session = contextInForce();
     session.receiver = dayCounts.receiver();
     NewestSession = m_results.begin(session);

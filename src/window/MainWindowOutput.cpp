@@ -5,6 +5,7 @@
 #include "device/DeviceCommands.h"
 #include "output/PasteShortcut.h"
 #include "output/SendPlan.h"
+#include "ui/OwnWidget.h"
 
 #include <QDebug>
 #include <QTimer>
@@ -25,21 +26,34 @@ mevo::WindowId MainWindow::GetFocusWindow()
     return m_platform.windowSystem->isWindow(focused) ? focused : 0;
 }
 
+mevo::WindowId MainWindow::focusedElsewhere()
+{
+    const mevo::WindowId focused = m_platform.windowSystem->focusedWindow();
+    return focused != 0 && !mevo::isOwnWindow(focused) ? focused : 0;
+}
+
 void MainWindow::Send2Screen(const QString &text, int, int)
 {
     sendToScreen(text, contextNow());
 }
 
-void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &session)
+void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &session, mevo::WindowId only)
 {
     const mevo::SendPlan plan = mevo::planSend(text, *this, session, m_translationHands.exists(),
                                                m_platform.windowSystem->canPostText());
+    const bool keysGoElsewhere = only != 0 && m_platform.windowSystem->focusedWindow() != only;
     for (const mevo::KeyCombination &keys : plan.keys) {
+        if (keysGoElsewhere) {
+            qInfo() << "Send to screen: another window has the focus, the word's keys are not typed";
+            break;
+        }
         SendHWKey(keys.shift, keys.ctrl, keys.alt, keys.win, keys.consumerKey, keys.key);
     }
     switch (plan.way) {
     case mevo::SendPlan::Way::Nothing:
-        if (plan.lostFocus) {
+        if (!plan.keys.empty() && keysGoElsewhere) {
+            keepUndelivered(plan.text, mevo::PostStop::FocusLeft);
+        } else if (plan.lostFocus) {
             qWarning() << "Send to screen: no window had the focus";
             keepUndelivered(plan.text, mevo::PostStop::Gone);
         } else if (plan.keys.empty() && !text.isEmpty()) {
@@ -47,7 +61,7 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
         }
         break;
     case mevo::SendPlan::Way::Clipboard:
-        pasteText(plan.text, holdPasteKeyMs);
+        pasteText(plan.text, holdPasteKeyMs, {}, only);
         m_figures.typed(session.number, m_platform.time->monotonicMs());
         break;
     case mevo::SendPlan::Way::Post:
@@ -112,8 +126,8 @@ void MainWindow::pasteNext()
     if (m_pendingPastes.empty()) {
         return;
     }
-    if (m_pasteSettles) {
-        return; // the clipboard still belongs to the text before, whose end brings us back here
+    if (m_pasteSettles || m_postsInstead) {
+        return; // the text before is still on its way, and its end brings us back here
     }
     if (HidBusy) { // the receiver is typing something else
         QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
@@ -123,11 +137,7 @@ void MainWindow::pasteNext()
     m_pendingPastes.pop_front();
     const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     if (paste.only != 0 && paste.only != window) {
-        keepUndelivered(paste.text, mevo::PostStop::FocusLeft);
-        if (paste.done) {
-            paste.done(false);
-        }
-        pasteNext();
+        postInstead(paste);
         return;
     }
     m_platform.clipboard->setText(paste.text);
@@ -155,6 +165,32 @@ void MainWindow::pasteNext()
     m_platform.time->sleepMs(100);
     sendImmediateKeys();
     letPasteSettle();
+}
+
+void MainWindow::postInstead(const PendingPaste &paste)
+{
+    const auto end = [this, done = paste.done](bool typed) {
+        if (done) {
+            done(typed);
+        }
+        pasteNext();
+    };
+    if (mevo::typingWay(*this, paste.only, false, m_platform.windowSystem->canPostText()) !=
+        mevo::SendPlan::Way::Post) {
+        keepUndelivered(paste.text, mevo::PostStop::FocusLeft);
+        end(false);
+        return;
+    }
+    m_postsInstead = true;
+    post(paste.only, paste.text, Kept::No, [this, text = paste.text, end](const mevo::PostResult &result) {
+        m_postsInstead = false;
+        if (result.complete) {
+            qInfo() << "Send to screen: typed" << result.posted << "characters beside the focus";
+        } else {
+            keepUndelivered(text.mid(result.posted), result.stop);
+        }
+        end(result.complete);
+    });
 }
 
 void MainWindow::letPasteSettle()

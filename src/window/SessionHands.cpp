@@ -202,6 +202,7 @@ void SessionHands::sendDeviceKey(int modifiers, int usage)
 
 void SessionHands::startPasteContentTimer()
 {
+    m_window.PressWindow = m_window.focusedElsewhere(); // the input method does not tell of its press
     QTimer::singleShot(1000, &m_window, &MainWindow::TimeOutGetPasteContent);
 }
 
@@ -229,7 +230,9 @@ void SessionHands::finishTaps()
 
 void PipelineHands::sendToScreen(const QString &text, const SessionContext &session)
 {
-    m_window.sendToScreen(text, session);
+    // With the translation window there a text is pasted, and the paste key goes to whatever has the focus.
+    const bool pasted = m_window.m_translationHands.exists() && m_window.Send2ScreenMethod != 2;
+    m_window.sendToScreen(text, session, pasted ? session.pressWindow : 0);
 }
 
 void PipelineHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)

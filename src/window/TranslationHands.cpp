@@ -107,7 +107,7 @@ QStringList TranslationHands::takeUnsent()
 {
     QStringList unsent;
     for (const OnTheWay &text : std::exchange(m_onTheWay, {})) {
-        unsent.append(text.text);
+        unsent.append(text.translation.text);
     }
     m_bringing = false;
     return exists() ? unsent + m_dialog->takeUnsent() : unsent;
@@ -139,14 +139,13 @@ WindowId TranslationHands::foregroundWindow()
     return m_window.m_platform.windowSystem->foregroundWindow();
 }
 
-void TranslationHands::typeText(const QString &text, WindowId front,
-                                const std::optional<SessionContext> &session)
+void TranslationHands::typeText(const SentTranslation &translation)
 {
     if (m_window.m_sessionsFinished) {
-        m_window.keepForNextRun(text);
+        m_window.keepForNextRun(translation.text);
         return;
     }
-    m_onTheWay.push_back({++m_texts, text, front, session});
+    m_onTheWay.push_back({++m_texts, translation});
     typeNext();
 }
 
@@ -157,32 +156,37 @@ void TranslationHands::typeNext()
         return;
     }
     m_bringing = true;
-    whenInFront(m_onTheWay.front().front, [this, number = m_onTheWay.front().number](bool there) {
+    const OnTheWay &first = m_onTheWay.front();
+    whenInFront(first.translation.front, [this, number = first.number](bool there) {
         if (m_onTheWay.empty() || m_onTheWay.front().number != number) {
             return; // an exit has taken it back
         }
         const OnTheWay text = std::move(m_onTheWay.front());
         m_onTheWay.pop_front();
-        deliver(text, there);
+        deliver(text.translation, there);
         m_bringing = false;
         typeNext();
     });
 }
 
-void TranslationHands::deliver(const OnTheWay &text, bool there)
+void TranslationHands::deliver(const SentTranslation &translation, bool there)
 {
     if (!there || !somebodyTakesKeys()) {
-        m_window.keepUndelivered(text.text, there ? PostStop::Gone : PostStop::FocusRefused);
+        m_window.keepUndelivered(translation.text, there ? PostStop::Gone : PostStop::FocusRefused);
         return;
     }
-    SessionContext context = text.session.value_or(m_window.contextNow());
-    if (context.number != 0) {
-        context.typeMode = false; // heard by an engine of ours: no input method types it by itself
+    SessionContext context = translation.session.value_or(m_window.contextNow());
+    if (!translation.session || context.number != 0 || translation.byHand) {
+        context.typeMode = false; // only what an input method has heard is typed by that
+    }
+    if (translation.byHand) {
+        context.commandMode = false;
     }
     context.number = 0; // how long it took has been the user's choice
-    // Once the translation window has closed, the window that is in front now is meant.
-    context.window = exists() ? m_window.FocusWindow : m_window.m_platform.windowSystem->focusedWindow();
-    m_window.sendToScreen(text.text, context);
+    // The paste key waits until the receiver is free, and must find the same window then.
+    const WindowId target = translation.own != 0 ? translation.own : m_window.focusedElsewhere();
+    context.window = exists() && target == 0 ? m_window.FocusWindow : target;
+    m_window.sendToScreen(translation.text, context, target);
 }
 
 /// Not where a box of ours has come to the front, or no other program's window has ever been there, or none
@@ -258,8 +262,7 @@ void TranslationHands::setDelimitTranslation(bool on)
     }
 }
 
-void TranslationHands::copySelection(bool emptied, WindowId front,
-                                     const std::function<void(const QString &)> &copied)
+void TranslationHands::copySelection(bool emptied, WindowId front, const Copied &copied)
 {
     whenInFront(front, [this, emptied, copied, dialog = m_dialog](bool there) {
         if (there && !dialog.isNull() && dialog == m_dialog) {
@@ -268,7 +271,7 @@ void TranslationHands::copySelection(bool emptied, WindowId front,
     });
 }
 
-void TranslationHands::copyWhenFree(bool emptied, const std::function<void(const QString &)> &copied)
+void TranslationHands::copyWhenFree(bool emptied, const Copied &copied)
 {
     constexpr int lookAgainMs = 10;
     if (m_window.HidBusy || m_window.isPasting()) { // the keys and the clipboard are in use
@@ -279,7 +282,8 @@ void TranslationHands::copyWhenFree(bool emptied, const std::function<void(const
         });
         return;
     }
-    m_selectionCopy->begin(emptied, copied);
+    m_selectionCopy->begin(
+        emptied, [copied, from = m_window.focusedElsewhere()](const QString &text) { copied(text, from); });
 }
 
 void TranslationHands::clearClipboard()
@@ -316,7 +320,7 @@ void TranslationHands::closing(const std::vector<SpokenText> &untold)
     }
     const WindowId front = untold.empty() ? 0 : m_dialog->windowToReturnTo();
     for (const SpokenText &spoken : untold) {
-        typeText(spoken.text, front, spoken.session);
+        typeText({spoken.text, front, spoken.session.pressWindow, spoken.session, false});
     }
 }
 

@@ -52,14 +52,13 @@ public:
     SessionContext sentenceSession() const override;
     bool resultIdle() const override;
     WindowId foregroundWindow() override;
-    void typeText(const QString &text, WindowId front, const std::optional<SessionContext> &session) override;
+    void typeText(const SentTranslation &translation) override;
     void keepText(const QString &text) override;
     void takeFocus() override;
     void neverTakeFocus() override;
     void giveFocusTo(WindowId window) override;
     void setDelimitTranslation(bool on) override;
-    void copySelection(bool emptied, WindowId front,
-                       const std::function<void(const QString &)> &copied) override;
+    void copySelection(bool emptied, WindowId front, const Copied &copied) override;
     void clearClipboard() override;
     void readAloud(Pane pane, const QString &text, const PaneReading &reading) override;
     void stopReading() override;
@@ -75,18 +74,16 @@ private:
     struct OnTheWay
     {
         int number = 0;
-        QString text;
-        WindowId front = 0;
-        std::optional<SessionContext> session;
+        SentTranslation translation;
     };
 
     void typeNext();
-    void deliver(const OnTheWay &text, bool there);
+    void deliver(const SentTranslation &translation, bool there);
     /// Whether keys would reach another program's window now.
     bool somebodyTakesKeys() const;
     /// Has `front` come to the front, unless it is 0; then tells whether it did.
     void whenInFront(WindowId front, std::function<void(bool)> action);
-    void copyWhenFree(bool emptied, const std::function<void(const QString &)> &copied);
+    void copyWhenFree(bool emptied, const Copied &copied);
     void lookForFront(WindowId front, int looks, std::function<void(bool)> action);
 
     MainWindow &m_window;

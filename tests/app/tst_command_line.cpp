@@ -7,6 +7,7 @@
 using mevo::CommandLine;
 
 Q_DECLARE_METATYPE(CommandLine::Wish)
+Q_DECLARE_METATYPE(mevo::SingleInstance::CallResult)
 
 class TestCommandLine : public QObject
 {
@@ -97,27 +98,41 @@ private Q_SLOTS:
 
     void whatTheSecondStartEndsWith_data()
     {
-        QTest::addColumn<bool>("reached");
-        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<mevo::SingleInstance::CallResult>("result");
         QTest::addColumn<int>("code");
-        QTest::newRow("typed") << true << QByteArray(R"({"mevoinput":1,"answer":"done"})") << 0;
-        QTest::newRow("kept") << true << QByteArray(R"({"mevoinput":1,"answer":"kept"})") << 4;
-        QTest::newRow("refused") << true << QByteArray(R"({"mevoinput":1,"answer":"refused"})") << 5;
-        QTest::newRow("another version") << true << QByteArray(R"({"mevoinput":2,"answer":"done"})") << 5;
-        QTest::newRow("no answer") << true << QByteArray() << 5;
-        QTest::newRow("garbage") << true << QByteArray("\xff\xfe{") << 5;
-        QTest::newRow("nobody there") << false << QByteArray() << 3;
+        const auto answered = [](const QByteArray &answer) {
+            return mevo::SingleInstance::CallResult{true, answer, false, true};
+        };
+        QTest::newRow("typed") << answered(R"({"mevoinput":1,"answer":"done"})") << 0;
+        QTest::newRow("kept") << answered(R"({"mevoinput":1,"answer":"kept"})") << 4;
+        QTest::newRow("refused") << answered(R"({"mevoinput":1,"answer":"refused"})") << 5;
+        QTest::newRow("another version") << answered(R"({"mevoinput":2,"answer":"done"})") << 5;
+        QTest::newRow("no answer") << answered({}) << 5;
+        QTest::newRow("garbage") << answered("\xff\xfe{") << 5;
+        QTest::newRow("nobody there") << mevo::SingleInstance::CallResult{} << 3;
+        QTest::newRow("stuck") << mevo::SingleInstance::CallResult{true, {}, false, false} << 5;
+        QTest::newRow("gone before it took the text")
+            << mevo::SingleInstance::CallResult{true, {}, true, false} << 3;
     }
 
     void whatTheSecondStartEndsWith()
     {
-        QFETCH(bool, reached);
-        QFETCH(QByteArray, answer);
+        QFETCH(mevo::SingleInstance::CallResult, result);
         FakePlatform fake;
-        fake.singleInstance->reached = {reached, answer};
+        fake.singleInstance->reached = result;
         QTEST(
             mevo::typeByRunning(*fake.singleInstance, {mevo::InstanceCall::What::Type, QStringLiteral("a")}),
             "code");
+    }
+
+    /// A start does not wait for a stuck one over and over.
+    void aStuckInstanceIsGivenUp()
+    {
+        FakePlatform fake;
+        fake.singleInstance->free = false;
+        fake.singleInstance->reached = {true, QByteArray(), false, false};
+        QCOMPARE(mevo::takeLockOrCall(*fake.singleInstance, *fake.time, {}), std::optional<int>(5));
+        QCOMPARE(fake.log.calls(QStringLiteral("call")).size(), 1);
     }
 
     void anInstanceThatComesOrGoesIsWaitedFor()
@@ -144,7 +159,7 @@ private Q_SLOTS:
     {
         FakePlatform fake;
         fake.singleInstance->free = false;
-        fake.singleInstance->reached = {true, QByteArray(), true};
+        fake.singleInstance->reached = {true, QByteArray(), true, true};
         fake.time->onSleep = [&fake] { fake.singleInstance->free = true; };
         for (const auto what : {mevo::InstanceCall::What::Show, mevo::InstanceCall::What::Talk,
                                 mevo::InstanceCall::What::Settings}) {

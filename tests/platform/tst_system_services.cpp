@@ -15,6 +15,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocalServer>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QRegularExpression>
@@ -26,8 +27,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -51,19 +54,23 @@ int holdLock()
     return 0;
 }
 
-/// Another start: says "ANSWER" of the process that holds the lock, "closed" or "nobody".
-int callHolder(const QByteArray &message)
+/// Another start: says "ANSWER" of the process that holds the lock, "closed", "silent" or "nobody".
+int callHolder(const QByteArray &message, int answerMs)
 {
-    const auto result = mevo::FlockSingleInstance().call(lockName(), message, 20000);
-    std::puts(result.closed ? "closed" : result.reached ? result.answer.constData() : "nobody");
+    const auto result = mevo::FlockSingleInstance().call(lockName(), message, {20000, answerMs});
+    std::puts(result.closed                    ? "closed"
+              : !result.answer.isEmpty()       ? result.answer.constData()
+              : result.reached && result.taken ? "silent"
+                                               : "nobody");
     return 0;
 }
 
 /// What another start says of calling; this one's event loop goes on meanwhile.
-QByteArray callFromElsewhere(const QString &message)
+QByteArray callFromElsewhere(const QString &message, int answerMs = 20000)
 {
     QProcess caller;
-    caller.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--call"), message});
+    caller.start(QCoreApplication::applicationFilePath(),
+                 {QStringLiteral("--call"), message, QString::number(answerMs)});
     [&caller] { QTRY_COMPARE_WITH_TIMEOUT(caller.state(), QProcess::NotRunning, 30000); }();
     return caller.readAllStandardOutput().trimmed();
 }
@@ -381,6 +388,8 @@ private slots:
         QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("answer to hello"));
         QCOMPARE(callFromElsewhere(QStringLiteral("more than twenty bytes of it")), QByteArray("closed"));
         QCOMPARE(heard, QList<QByteArray>{"hello"});
+        lock.whenCalled(20, [](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {});
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello"), 100), QByteArray("silent"));
         // A holder that is going: who is there already is told so at once, who comes finds nobody.
         lock.whenCalled(20, [&lock](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {
             QTimer::singleShot(0, qApp, [&lock] { lock.closeDoor(); });
@@ -468,7 +477,40 @@ private slots:
         }
         QTRY_COMPARE(caller.state(), QLocalSocket::UnconnectedState);
         QTEST(heard, "heard");
-        QCOMPARE(caller.readAll(), heard.isEmpty() ? QByteArray() : QByteArray("yes\n"));
+        QCOMPARE(caller.readAll(), heard.isEmpty() ? QByteArray() : QByteArray("\nyes\n"));
+    }
+    /// One of an older version says nothing before its answer.
+    void aHolderThatAnswersAtOnce()
+    {
+        QLocalServer server;
+        QVERIFY(server.listen(m_folder->filePath(QStringLiteral("door"))));
+        mevo::SingleInstance::CallResult result;
+        std::atomic<bool> done{false};
+        std::thread caller([&] {
+            result = mevo::callInstance(server.fullServerName(), "abc", {20000, 20000});
+            done = true;
+        });
+        [&server] { QTRY_VERIFY(server.hasPendingConnections()); }();
+        server.nextPendingConnection()->write("yes\n");
+        [&done] { QTRY_VERIFY_WITH_TIMEOUT(done, 30000); }();
+        caller.join();
+        QVERIFY(result.taken && !result.closed);
+        QCOMPARE(result.answer, QByteArray("yes"));
+    }
+    /// A holder that is stuck is given up, and does not act on it when it comes round.
+    void aHolderThatIsStuck()
+    {
+        const QString path = m_folder->filePath(QStringLiteral("door"));
+        QList<QByteArray> heard;
+        mevo::InstanceDoor door(path, 10,
+                                [&heard](const QByteArray &message, const auto &) { heard.append(message); });
+        const auto result = mevo::callInstance(path, "abc", {50, 600000}); // no event loop turns meanwhile
+        QVERIFY(result.reached && !result.taken && !result.closed && result.answer.isEmpty());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("it has gone meanwhile")));
+        QLocalSocket next;
+        next.connectToServer(path);
+        next.write("next\n");
+        QTRY_COMPARE(heard, QList<QByteArray>{"next"});
     }
     void otherUsersAreTurnedAway()
     {
@@ -509,7 +551,8 @@ int main(int argc, char *argv[])
         return holdLock();
     }
     if (application.arguments().value(1) == QLatin1String("--call")) {
-        return callHolder(application.arguments().value(2).toUtf8());
+        return callHolder(application.arguments().value(2).toUtf8(),
+                          application.arguments().value(3).toInt());
     }
     SystemServicesTest test;
     return QTest::qExec(&test, argc, argv);

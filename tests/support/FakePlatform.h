@@ -432,7 +432,7 @@ public:
     }
     void closeDoor() override { called = nullptr; }
     /// Logged as "call MESSAGE".
-    CallResult call(const QString &, const QByteArray &message, int) override
+    CallResult call(const QString &, const QByteArray &message, const CallWaits &) override
     {
         m_log.add(QStringLiteral("call ") + QString::fromUtf8(message));
         return reached;
@@ -444,7 +444,7 @@ public:
                [this](const QByteArray &answer) { answers.append(answer); });
     }
     bool free = true;
-    CallResult reached{true, R"({"mevoinput":1,"answer":"done"})"};
+    CallResult reached{true, R"({"mevoinput":1,"answer":"done"})", false, true};
     std::function<void(const QByteArray &, CallAnswer)> called;
     QByteArrayList answers; ///< to startAgain()
 

@@ -17,7 +17,10 @@
 #include <QRegularExpression>
 #include <QScreen>
 #include <QTextEdit>
+#include <QTranslator>
 #include <QtTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -39,16 +42,18 @@ struct FakeHost : mevo::TransWindowHost
     {
         mevo::SessionContext session;
         session.number = ++sessions;
+        session.pressWindow = pressWindow;
         return session;
     }
     bool resultIdle() const override { return idle; }
     mevo::WindowId foregroundWindow() override { return foreground; }
-    void typeText(const QString &text, mevo::WindowId front,
-                  const std::optional<mevo::SessionContext> &session) override
+    void typeText(const mevo::SentTranslation &translation) override
     {
-        typedSessions.append(session ? session->number : 0);
-        log.add(QStringLiteral("type %1").arg(text) +
-                (front != 0 ? QStringLiteral(" into %1").arg(front, 0, 16) : QString()));
+        sent = translation;
+        typedSessions.append(translation.session ? translation.session->number : 0);
+        log.add(
+            QStringLiteral("type ") + translation.text +
+            (translation.front != 0 ? QStringLiteral(" into %1").arg(translation.front, 0, 16) : QString()));
     }
     void keepText(const QString &text) override { log.add(QStringLiteral("keep ") + text); }
     void takeFocus() override { log.add(QStringLiteral("take focus")); }
@@ -61,11 +66,10 @@ struct FakeHost : mevo::TransWindowHost
     {
         log.add(on ? QStringLiteral("delimit on") : QStringLiteral("delimit off"));
     }
-    void copySelection(bool emptied, mevo::WindowId,
-                       const std::function<void(const QString &)> &copied) override
+    void copySelection(bool emptied, mevo::WindowId, const Copied &copied) override
     {
         log.add(emptied ? QStringLiteral("copy emptied") : QStringLiteral("copy"));
-        onCopied = copied;
+        onCopied = [this, copied](const QString &text) { copied(text, selectionWindow); };
     }
     void clearClipboard() override { log.add(QStringLiteral("clear clipboard")); }
     void readAloud(mevo::Pane pane, const QString &text, const mevo::PaneReading &reading) override
@@ -107,6 +111,9 @@ struct FakeHost : mevo::TransWindowHost
     bool idle = true;
     bool fails = false;
     mevo::WindowId foreground = editorWindow;
+    mevo::WindowId pressWindow = 0;          ///< of a sentence
+    mevo::WindowId selectionWindow = 0;      ///< of what is copied
+    mevo::SentTranslation sent;              ///< the last one
     mutable int sessions = 0;                ///< sentences so far
     QList<int> typedSessions;                ///< of what was typed, or told at the closing; 0 for none
     std::function<void()> duringTranslation; ///< once
@@ -524,6 +531,46 @@ private Q_SLOTS:
         QCOMPARE(window.host.typedSessions, (QList<int>{2, 3, 4}));
     }
 
+    /// By itself a translation goes to where its text came from, by hand to where the user works by then.
+    void windowOfATranslation_data()
+    {
+        QTest::addColumn<QString>("origin");
+        QTest::addColumn<bool>("byHand");
+        QTest::addColumn<int>("own");
+        QTest::newRow("spoken") << "spoken" << false << 0x51;
+        QTest::newRow("selected") << "selected" << false << 0x52;
+        QTest::newRow("selected, by the window's button") << "button" << false << 0x52;
+        QTest::newRow("typed behind a sentence") << "typed" << false << 0;
+        QTest::newRow("spoken, by hand") << "spoken" << true << 0;
+        QTest::newRow("selected, by hand") << "selected" << true << 0;
+    }
+    void windowOfATranslation()
+    {
+        QFETCH(QString, origin);
+        QFETCH(bool, byHand);
+        Window window(byHand ? 10000 : 1);
+        window.host.pressWindow = 0x51;
+        window.host.selectionWindow = 0x52;
+        window.dialog->showRecText(QStringLiteral("一"));
+        if (origin == QLatin1String("selected")) {
+            window.select(QStringLiteral("word"));
+        } else if (origin == QLatin1String("button")) {
+            window.click("pushButton_SelectDelimit");
+            window.host.onCopied(QStringLiteral("word"));
+        } else if (origin == QLatin1String("typed")) {
+            window.source()->setPlainText(QStringLiteral("word"));
+        }
+        const QString text =
+            origin == QLatin1String("spoken") ? QStringLiteral("[一]") : QStringLiteral("[word]");
+        QTRY_COMPARE(window.dest()->toPlainText(), text);
+        if (byHand) {
+            window.click("pushButton_TransSend");
+        }
+        QTRY_COMPARE(window.host.sent.text, text);
+        QCOMPARE(window.host.sent.byHand, byHand);
+        QTEST(int(window.host.sent.own), "own");
+    }
+
     /// A question has the keyboard when the next translation comes: the one that waits is not typed over it.
     void theNextSentenceWhileAQuestionStands()
     {
@@ -814,6 +861,75 @@ private Q_SLOTS:
         window.dialog->showRecText(QStringLiteral("三"));
         QCOMPARE(window.dialog->takeUnsent(), (list({"[一]", "二", "三"})));
         QVERIFY(window.dialog->takeUnsent().isEmpty());
+    }
+
+    /// Each text has the room that it asks for, in both states, with the settings away and open. Where
+    /// MEVO_PICTURES names a folder the windows are left there to be looked at.
+    void nothingIsCutOff_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("simplified Chinese") << "";
+        QTest::newRow("traditional Chinese") << "cht";
+        QTest::newRow("English") << "en";
+    }
+    void nothingIsCutOff()
+    {
+        QFETCH(QString, language);
+        QTranslator translator;
+        if (!language.isEmpty()) {
+            QVERIFY(translator.load(QStringLiteral(":/translations/%1.qm").arg(language)));
+            QCoreApplication::installTranslator(&translator);
+        }
+        const QString pictures = qEnvironmentVariable("MEVO_PICTURES");
+        for (const bool selection : {false, true}) {
+            Window window;
+            if (selection) {
+                window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
+            }
+            window.find<QComboBox>("comboBox_DestLan_Delimit")->setCurrentIndex(27); // the longest name
+            window.find<QComboBox>("comboBox_DestLan")->setCurrentIndex(27);
+            window.source()->setPlainText(QStringLiteral("今天天气很好，我们去公园吧。"));
+            QTRY_VERIFY(!window.dest()->toPlainText().isEmpty());
+            for (const bool open : {false, true}) {
+                if (open) {
+                    window.find<QCheckBox>("checkBox_ShowSetTransLan")->click();
+                }
+                QCoreApplication::processEvents();
+                for (QAction *choice : window.find<QMenu>("sendMenu")->actions()) {
+                    choice->setChecked(true);
+                    window.find<QPushButton>("pushButton_TransSendSet")->setText(choice->text());
+                    QCoreApplication::processEvents();
+                    for (const QWidget *widget : window.dialog->findChildren<QWidget *>()) {
+                        const bool hasText = qobject_cast<const QLabel *>(widget) != nullptr ||
+                                             qobject_cast<const QAbstractButton *>(widget) != nullptr;
+                        if (!hasText || !widget->isVisible() ||
+                            widget->property("text").toString().isEmpty()) { // a picture
+                            continue;
+                        }
+                        const int room = widget->width();
+                        QVERIFY2(
+                            room >= widget->minimumSizeHint().width() &&
+                                room >= std::min(widget->sizeHint().width(), widget->maximumWidth()),
+                            qPrintable(QStringLiteral("%1 \"%2\": %3 of %4")
+                                           .arg(widget->objectName(), widget->property("text").toString())
+                                           .arg(room)
+                                           .arg(widget->sizeHint().width())));
+                        QVERIFY2(window.dialog->rect().contains(
+                                     QRect(widget->mapTo(window.dialog.get(), QPoint()), widget->size())),
+                                 qPrintable(widget->objectName()));
+                    }
+                }
+                if (!pictures.isEmpty()) {
+                    QVERIFY(window.dialog->grab().save(
+                        QStringLiteral("%1/%2-%3-%4-%5.png")
+                            .arg(pictures, language.isEmpty() ? QStringLiteral("zh") : language,
+                                 selection ? QStringLiteral("selection") : QStringLiteral("voice"),
+                                 open ? QStringLiteral("open") : QStringLiteral("closed"),
+                                 QString::number(window.dialog->devicePixelRatioF()))));
+                }
+            }
+        }
+        QCoreApplication::removeTranslator(&translator);
     }
 
     void settingsOpen()

@@ -226,6 +226,146 @@ private Q_SLOTS:
         QCOMPARE(desk.calls("clipboard set").size(), allInSight ? 0 : 1);
     }
 
+    /// The focus has moved since the press, or moves while the clipboard is in use: the paste key would type
+    /// into another window.
+    void goesIntoItsOwnWindowAlone_data()
+    {
+        QTest::addColumn<mevo::WindowId>("focused"); // when the translation is typed
+        QTest::addColumn<int>("method");
+        QTest::addColumn<bool>("closes");
+        QTest::addColumn<QString>("call"); // empty when the text is kept
+        const mevo::WindowId editor = 0x11;
+        const mevo::WindowId other = 0x22;
+        const QString pasted = QStringLiteral("clipboard set [你好]");
+        const QString posted = QStringLiteral("post 11 [你好]");
+        QTest::newRow("the focus is there") << editor << 0 << false << pasted;
+        QTest::newRow("it is elsewhere") << other << 0 << false << posted;
+        QTest::newRow("it is elsewhere, and nothing may be posted") << other << 2 << false << QString();
+        QTest::newRow("the window closes") << other << 0 << true << posted;
+        QTest::newRow("the window closes, and nothing may be posted") << other << 2 << true << QString();
+    }
+    void goesIntoItsOwnWindowAlone()
+    {
+        QFETCH(mevo::WindowId, focused);
+        QFETCH(int, method);
+        QFETCH(bool, closes);
+        QFETCH(QString, call);
+        Desk desk(closes ? 5 : 1);
+        desk.window().Send2ScreenMethod = method;
+        desk.program.key(2, true);
+        QTRY_VERIFY(desk.dialog() != nullptr && desk.window().Recording);
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        desk.program.fake.windowSystem->focused = focused;
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[你好]"));
+        if (closes) {
+            desk.dialog()->on_pushButton_TransClose_clicked();
+        }
+        const auto typed = [&desk] { return desk.calls("clipboard set") + desk.calls("post"); };
+        if (call.isEmpty()) {
+            QTRY_COMPARE(desk.calls("message 有文字未能输入").size(), 1);
+            QCOMPARE(typed(), QStringList());
+        } else {
+            QTRY_COMPARE(typed(), QStringList{call});
+            QCOMPARE(desk.calls("message 有文字未能输入").size(), 0);
+        }
+    }
+
+    /// Nor do the keys of a word that means some.
+    void keysOfAWordGoNowhereElse_data()
+    {
+        QTest::addColumn<bool>("elsewhere");
+        QTest::newRow("the focus is there") << false;
+        QTest::newRow("it is elsewhere") << true;
+    }
+    void keysOfAWordGoNowhereElse()
+    {
+        QFETCH(bool, elsewhere);
+        Desk desk(1);
+        desk.window().VoiceSend = desk.window().VoiceSend_Enter = true;
+        desk.window().VoiceSend_Enter_MapWords = QStringLiteral("[发送]");
+        desk.window().VoiceSend_MapWords2Screen = false;
+        desk.program.key(2, true);
+        QTRY_VERIFY(desk.dialog() != nullptr && desk.window().Recording);
+        desk.window().showRecText(QStringLiteral("发送__over__"));
+        desk.program.fake.windowSystem->focused = elsewhere ? 0x22 : 0x11;
+        const QString enter = QStringLiteral("hid send 05 81 04 00 28 00 00 00");
+        if (elsewhere) {
+            QTRY_COMPARE(desk.calls("message 有文字未能输入").size(), 1);
+            QVERIFY(!desk.program.fake.log.has(enter));
+        } else {
+            QTRY_VERIFY(desk.program.fake.log.has(enter));
+        }
+        QCOMPARE(desk.calls("clipboard set") + desk.calls("post"), QStringList());
+    }
+
+    /// By the button into the window that has the focus at the click, also when that is left before the turn
+    /// of the text has come; and they keep their order.
+    void theFocusMovesBehindAPaste()
+    {
+        Desk desk(10000);
+        desk.window().pushBuutton_Translate_clicked();
+        auto *pane = desk.dialog()->findChild<QTextEdit *>(QStringLiteral("textEdit_DestLan"));
+        for (const char *text : {"first", "second"}) {
+            pane->setPlainText(QString::fromLatin1(text));
+            desk.dialog()->on_pushButton_TransSend_clicked();
+        }
+        desk.program.fake.windowSystem->focused = 0x22;
+        pane->setPlainText(QStringLiteral("third"));
+        desk.dialog()->on_pushButton_TransSend_clicked();
+        const auto typed = [&desk] { return desk.calls("clipboard set") + desk.calls("post"); };
+        QTRY_COMPARE(typed(),
+                     (QStringList{QStringLiteral("clipboard set first"),
+                                  QStringLiteral("clipboard set third"), QStringLiteral("post 11 second")}));
+    }
+
+    /// The button sends in every mode, what the timer in that mode does not.
+    void theButtonSendsInEveryMode_data()
+    {
+        QTest::addColumn<bool>("spoken");
+        QTest::addColumn<bool>("commands"); // else an input method is in force
+        QTest::newRow("spoken as a command") << true << true;
+        QTest::newRow("a text, among commands") << false << true;
+        QTest::newRow("spoken beside an input method") << true << false;
+        QTest::newRow("a text, beside an input method") << false << false;
+    }
+    void theButtonSendsInEveryMode()
+    {
+        QFETCH(bool, spoken);
+        QFETCH(bool, commands);
+        Desk desk(10000);
+        desk.window().pushBuutton_Translate_clicked();
+        desk.window().DontSend2ScreenWhenCmdStatus = true;
+        desk.window().ThirdPartyActive = !commands;
+        desk.window().VoiceCommandWordMode = commands;
+        desk.window().VoiceTypeMode = !commands;
+        if (spoken) {
+            desk.dialog()->showRecText(QStringLiteral("你好"));
+        } else {
+            desk.dialog()
+                ->findChild<QTextEdit *>(QStringLiteral("textEdit_SourceLan"))
+                ->setPlainText(QStringLiteral("你好"));
+        }
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[你好]"));
+        desk.dialog()->on_pushButton_TransSend_clicked();
+        QTRY_COMPARE(desk.calls("clipboard set"), QStringList{QStringLiteral("clipboard set [你好]")});
+    }
+
+    /// A translation of what is selected is typed by no input method, and goes to where it was selected.
+    void aSelectionGoesBackToItsWindow()
+    {
+        Desk desk(1);
+        desk.translateSelections();
+        desk.window().ThirdPartyActive = true;
+        desk.window().VoiceTypeMode = true;
+        desk.program.fake.clipboard->copiedNext = QStringLiteral("selected");
+        char press[mevo::keyReportSize] = {1, 0x70, 3, 1};
+        desk.dialog()->ProcessResult(press);
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[selected]"));
+        desk.program.fake.windowSystem->focused = 0x22;
+        QTRY_COMPARE(desk.calls("post"), QStringList{QStringLiteral("post 11 [selected]")});
+        QVERIFY(desk.calls("clipboard set").isEmpty());
+    }
+
     /// The mode of the press decides over a translation, whichever is in force when it is typed.
     void theModeHasChangedMeanwhile_data()
     {

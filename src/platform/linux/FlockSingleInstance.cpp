@@ -109,10 +109,10 @@ void FlockSingleInstance::closeDoor()
 }
 
 SingleInstance::CallResult FlockSingleInstance::call(const QString &name, const QByteArray &message,
-                                                     int waitMs)
+                                                     const CallWaits &waits)
 {
     for (const QString &path : runtimePaths(name, socketSuffix)) {
-        const CallResult result = callInstance(path, message, waitMs);
+        const CallResult result = callInstance(path, message, waits);
         if (result.reached) {
             return result;
         }

@@ -25,7 +25,7 @@ public:
     void whenCalled(int longest,
                     std::function<void(const QByteArray &message, CallAnswer answer)> handler) override;
     void closeDoor() override;
-    CallResult call(const QString &name, const QByteArray &message, int waitMs) override;
+    CallResult call(const QString &name, const QByteArray &message, const CallWaits &waits) override;
 
 private:
     int m_descriptor = -1;

@@ -28,6 +28,14 @@ bool isSameUser(const QLocalSocket &socket)
            peer.uid == geteuid();
 }
 
+/// The process at the other end has not closed the connection; what it has sent may still wait to be read.
+bool isThere(const QLocalSocket &socket)
+{
+    char next = 0;
+    return socket.state() == QLocalSocket::ConnectedState &&
+           recv(static_cast<int>(socket.socketDescriptor()), &next, 1, MSG_PEEK | MSG_DONTWAIT) != 0;
+}
+
 QByteArray lineOf(QLocalSocket &socket, int longest)
 {
     QByteArray line = socket.readLine(longest + 2);
@@ -87,6 +95,12 @@ void InstanceDoor::read(QLocalSocket *caller)
     QObject::disconnect(caller, &QLocalSocket::readyRead, nullptr, nullptr);
     delete caller->findChild<QTimer *>();
     const QByteArray message = lineOf(*caller, m_longest);
+    if (!isThere(*caller)) {
+        refuse(caller, "it has gone meanwhile");
+        return;
+    }
+    caller->write("\n");
+    caller->flush(); // what is asked for may take its time
     m_handler(message, [caller = QPointer<QLocalSocket>(caller)](const QByteArray &answer) {
         if (caller && caller->state() == QLocalSocket::ConnectedState) {
             caller->write(answer + '\n');
@@ -104,7 +118,8 @@ void InstanceDoor::refuse(QLocalSocket *caller, const char *why)
     caller->deleteLater();
 }
 
-SingleInstance::CallResult callInstance(const QString &path, const QByteArray &message, int waitMs)
+SingleInstance::CallResult callInstance(const QString &path, const QByteArray &message,
+                                        const SingleInstance::CallWaits &waits)
 {
     QLocalSocket socket;
     socket.connectToServer(path);
@@ -115,18 +130,31 @@ SingleInstance::CallResult callInstance(const QString &path, const QByteArray &m
         qWarning().noquote() << "Single instance:" << path << "is another user's";
         return {};
     }
-    const QDeadlineTimer deadline(waitMs);
+    QDeadlineTimer deadline(waits.taken);
     const auto left = [&deadline] { return static_cast<int>(deadline.remainingTime()); };
+    const auto lineComes = [&socket, &left] {
+        while (!socket.canReadLine() && socket.bytesAvailable() <= longestAnswer &&
+               socket.waitForReadyRead(left())) {
+        }
+        return socket.canReadLine();
+    };
+    SingleInstance::CallResult result;
+    result.reached = true;
     socket.write(message + '\n');
     while (socket.bytesToWrite() > 0 && socket.waitForBytesWritten(left())) {
     }
-    while (!socket.canReadLine() && socket.bytesAvailable() <= longestAnswer &&
-           socket.waitForReadyRead(left())) {
+    result.taken = lineComes();
+    if (result.taken) {
+        result.answer = lineOf(socket, longestAnswer); // at once, where the holder is of an older version
     }
-    if (socket.canReadLine()) {
-        return {true, lineOf(socket, longestAnswer)};
+    if (result.taken && result.answer.isEmpty()) {
+        deadline.setRemainingTime(waits.answer);
+        if (lineComes()) {
+            result.answer = lineOf(socket, longestAnswer);
+        }
     }
-    return {true, QByteArray(), socket.state() != QLocalSocket::ConnectedState};
+    result.closed = result.answer.isEmpty() && socket.state() != QLocalSocket::ConnectedState;
+    return result;
 }
 
 } // namespace mevo

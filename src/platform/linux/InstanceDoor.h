@@ -10,8 +10,9 @@ class QLocalSocket;
 
 namespace mevo {
 
-/// The socket at which other processes of this user call the one that holds the lock: a line from them, a
-/// line back. Other users, whoever says too much or too little, and more callers than a user would make are
+/// The socket at which other processes of this user call the one that holds the lock: a line from them, an
+/// empty line back as soon as it has been read, then a line that answers it. Who has gone before that is not
+/// heard. Other users, whoever says too much or too little, and more callers than a user would make are
 /// turned away with a log line.
 class InstanceDoor
 {
@@ -38,6 +39,7 @@ private:
 };
 
 /// Calls the process that listens at `path`, see SingleInstance::call().
-SingleInstance::CallResult callInstance(const QString &path, const QByteArray &message, int waitMs);
+SingleInstance::CallResult callInstance(const QString &path, const QByteArray &message,
+                                        const SingleInstance::CallWaits &waits);
 
 } // namespace mevo

@@ -108,11 +108,11 @@ void CTransTipDialog::showRecText(QString text)
 
 void CTransTipDialog::showSentence(const mevo::SpokenText &sentence)
 {
-    showSource(sentence.text, Origin::Spoken);
+    showSource(sentence.text, Origin::Spoken, sentence.session.pressWindow);
     m_session = sentence.session;
 }
 
-void CTransTipDialog::showSource(const QString &text, Origin origin)
+void CTransTipDialog::showSource(const QString &text, Origin origin, mevo::WindowId own)
 {
     if (m_readTimer != -1) {
         readNow(); // what is shown, before something else is
@@ -120,6 +120,7 @@ void CTransTipDialog::showSource(const QString &text, Origin origin)
     if (origin == Origin::Copied && m_spoken && m_turns.isBusy()) {
         m_host.keepText(m_face->textEdit_SourceLan->toPlainText()); // its answer comes too late
     }
+    m_own = own;
     const QScopedValueRollback<Origin> setting(m_origin, origin);
     m_face->textEdit_SourceLan->setPlainText(text);
 }
@@ -132,6 +133,9 @@ void CTransTipDialog::on_textEdit_SourceLan_textChanged()
     }
     SelectedText.clear();
     m_spoken = m_origin == Origin::Spoken;
+    if (m_origin == Origin::Typed) {
+        m_own = 0;
+    }
     m_turns.textChanged(m_face->textEdit_SourceLan->document()->isEmpty());
     m_translateSoon.start(translateSoonMs);
 }
@@ -180,7 +184,7 @@ void CTransTipDialog::translationFailed(const QString &sentence)
 void CTransTipDialog::showTranslation(const QString &text, bool spoken)
 {
     if (spoken && m_spokenUnsent && SendTransResult2ScreenMode != mevo::sendByHand && m_host.resultIdle()) {
-        on_pushButton_TransSend_clicked(); // the sentence before this one, which else would never be typed
+        sendTranslation(Sent::ByItself); // the sentence before this one, which else would never be typed
     }
     keepUnsentTranslation();
     if (m_readTimer != -1 && m_translatedSession) {
@@ -188,11 +192,12 @@ void CTransTipDialog::showTranslation(const QString &text, bool spoken)
     }
     m_face->textEdit_DestLan->setPlainText(text);
     m_translatedSession = spoken ? std::make_optional(m_session) : std::nullopt;
+    m_translatedOwn = m_own;
     qInfo("Translation: shown, %d characters", text.size()); // never the text itself
     m_spokenUnsent = spoken;
     switch (mevo::afterTranslation(SendTransResult2ScreenMode, m_host.resultIdle())) {
     case mevo::AfterTranslation::SendNow:
-        on_pushButton_TransSend_clicked();
+        sendTranslation(Sent::ByItself);
         break;
     case mevo::AfterTranslation::HideFirst:
         hide();
@@ -225,13 +230,20 @@ void CTransTipDialog::onIntervelSendResultTimeout()
         return; // by the button alone, however long it stands there
     }
     if (m_host.resultIdle()) {
-        on_pushButton_TransSend_clicked();
+        sendTranslation(Sent::ByItself);
     } else {
         m_sendLater.start(lookAgainMs);
     }
 }
 
 void CTransTipDialog::on_pushButton_TransSend_clicked()
+{
+    sendTranslation(Sent::ByHand);
+}
+
+/// By itself it goes where the text came from, whatever the user does there by then; by hand to where the
+/// user works now.
+void CTransTipDialog::sendTranslation(Sent how)
 {
     if (SourceHasFocus) {
         return; // the user is typing here
@@ -247,7 +259,8 @@ void CTransTipDialog::on_pushButton_TransSend_clicked()
     }
     const QString text = m_face->textEdit_DestLan->toPlainText();
     if (!text.isEmpty()) {
-        m_host.typeText(text, front, m_translatedSession);
+        const bool byHand = how == Sent::ByHand;
+        m_host.typeText({text, front, byHand ? 0 : m_translatedOwn, m_translatedSession, byHand});
     }
     if (!atOnce) {
         show();
@@ -323,11 +336,11 @@ void CTransTipDialog::ProcessResult(char *)
     if (!DelimitMode || DialogClosing) {
         return;
     }
-    m_host.copySelection(false, windowToReturnTo(), [this](const QString &text) {
+    m_host.copySelection(false, windowToReturnTo(), [this](const QString &text, mevo::WindowId from) {
         if (text.isEmpty()) {
             on_pushButton_SelectDelimit_clicked();
         } else {
-            showSource(text, Origin::Copied);
+            showSource(text, Origin::Copied, from);
         }
     });
 }
@@ -351,8 +364,9 @@ void CTransTipDialog::on_pushButton_SelectDelimit_clicked()
     setFocus(Qt::OtherFocusReason);
     const mevo::WindowId front = windowToReturnTo();
     m_host.neverTakeFocus();
-    m_host.copySelection(true, front, [this](const QString &text) {
+    m_host.copySelection(true, front, [this](const QString &text, mevo::WindowId from) {
         m_copied = text;
+        m_copiedFrom = from;
         onSelectDelimitTimeout();
     });
 }
@@ -360,7 +374,7 @@ void CTransTipDialog::on_pushButton_SelectDelimit_clicked()
 void CTransTipDialog::onSelectDelimitTimeout()
 {
     m_host.neverTakeFocus();
-    showSource(std::exchange(m_copied, QString()), Origin::Copied);
+    showSource(std::exchange(m_copied, QString()), Origin::Copied, std::exchange(m_copiedFrom, 0));
 }
 
 void CTransTipDialog::on_checkBox_Delimit_Translation_clicked(bool checked)

@@ -102,11 +102,14 @@ private:
     void loadSettings();
     void write(const char *key, const QVariant &value);
     enum class Origin { Typed, Spoken, Copied }; ///< of a source text
-    void showSource(const QString &text, Origin origin);
+    /// `own` is the window that its translation belongs to, 0 when there is none.
+    void showSource(const QString &text, Origin origin, mevo::WindowId own = 0);
     void showSentence(const mevo::SpokenText &sentence);
     void translationFailed(const QString &sentence);
     void showTranslation(const QString &text, bool spoken);
     void keepUnsentTranslation();
+    enum class Sent { ByHand, ByItself };
+    void sendTranslation(Sent how);
     void enterDelimitMode(bool on);
     void showPair();
     void showBackground();
@@ -131,10 +134,13 @@ private:
     bool m_spoken = false;           ///< the source text is a sentence, as it was spoken
     mevo::SessionContext m_session;  ///< of the last sentence that was shown there
     std::optional<mevo::SessionContext> m_translatedSession; ///< of the translation, when it is a sentence's
-    bool m_spokenUnsent = false; ///< the translation is one's that was spoken, and has not been typed
-    QString m_failedSentence;    ///< spoken, in the source pane, and not translated
-    bool m_unsentTaken = false;  ///< what comes now is too late
-    QString m_copied;            ///< from another window, on its way into the source pane
+    mevo::WindowId m_own = 0;           ///< where the source text was said or selected; 0 when typed here
+    mevo::WindowId m_translatedOwn = 0; ///< and the text whose translation is shown
+    bool m_spokenUnsent = false;        ///< the translation is one's that was spoken, and has not been typed
+    QString m_failedSentence;           ///< spoken, in the source pane, and not translated
+    bool m_unsentTaken = false;         ///< what comes now is too late
+    QString m_copied;                   ///< from another window, on its way into the source pane
+    mevo::WindowId m_copiedFrom = 0;
     QPixmap m_background;
     QPoint m_dragFrom;
     bool m_dragging = false;

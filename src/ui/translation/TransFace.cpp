@@ -13,6 +13,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QPushButton>
+#include <QStylePainter>
 #include <QTextEdit>
 #include <QVBoxLayout>
 
@@ -100,9 +101,39 @@ QCheckBox *checkBox(QWidget *parent, const char *name, const char *text)
     return box;
 }
 
+/// Shows as much of a long row as there is room for, and the whole of it as a tip.
+class ShortenedBox : public QComboBox
+{
+public:
+    using QComboBox::QComboBox;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        constexpr int besideIcon = 8; ///< what the style leaves free there
+        QStylePainter painter(this);
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        const QRect room =
+            style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+        const int icon = option.currentIcon.isNull() ? 0 : iconSize().width() + besideIcon;
+        const QString whole = option.currentText;
+        option.currentText = fontMetrics().elidedText(whole, Qt::ElideRight, room.width() - icon);
+        painter.drawComplexControl(QStyle::CC_ComboBox, option);
+        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    }
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::ToolTip) {
+            setToolTip(currentText());
+        }
+        return QComboBox::event(event);
+    }
+};
+
 QComboBox *comboBox(QWidget *parent, const char *name, const char *accessible)
 {
-    auto *box = named(new QComboBox(parent), name);
+    auto *box = named(new ShortenedBox(parent), name);
     box->setFocusPolicy(Qt::NoFocus);
     box->setView(new QListView(box)); // else the style sheet does not reach the rows
     box->setAccessibleName(tr(accessible));

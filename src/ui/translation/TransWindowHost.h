@@ -22,6 +22,18 @@ struct PaneReading
     QString language;    ///< code of the pane's language
 };
 
+/// A translation that is to be typed.
+struct SentTranslation
+{
+    QString text;
+    WindowId front = 0; ///< is brought to the front first; 0 when another program's window is there
+    /// The only window that it may go into, whichever has the focus by then; 0 for the one in front.
+    WindowId own = 0;
+    std::optional<SessionContext>
+        session;         ///< of a sentence: its mode decides, over all else the one in force
+    bool byHand = false; ///< the user has asked for it: no mode stands in its way
+};
+
 /// What the translation window asks of the rest of the program.
 class TransWindowHost
 {
@@ -38,11 +50,8 @@ public:
     virtual bool resultIdle() const = 0;
     /// The window in front, of whichever program; 0 if none.
     virtual WindowId foregroundWindow() = 0;
-    /// Types a text into the window in front; first brings `front` there, unless it is 0. Texts go in the
-    /// order of the calls. The mode of the `session` decides over what was spoken, over all else the mode in
-    /// force.
-    virtual void typeText(const QString &text, WindowId front,
-                          const std::optional<SessionContext> &session) = 0;
+    /// Types a translation, in the order of the calls.
+    virtual void typeText(const SentTranslation &translation) = 0;
     /// Keeps a spoken text that cannot be typed, for the user to fetch; tells so.
     virtual void keepText(const QString &text) = 0;
     /// Gives the keyboard to the translation window, or lets it have it no longer.
@@ -54,12 +63,13 @@ public:
     /// The voice keys copy what is selected instead of opening the microphone. Ends a session that runs, and
     /// may wait for its text in an event loop, in which the window can close.
     virtual void setDelimitTranslation(bool on) = 0;
+    /// A text that was selected, an empty one when there is nothing, and the window that it is from.
+    using Copied = std::function<void(const QString &text, WindowId from)>;
     /// Copies what is selected in the window in front (`front` is brought there first, unless it is 0) and
-    /// hands it on; an empty text when there is nothing. With `emptied` the clipboard has been emptied on
-    /// purpose, and what is copied stays there; else its text is put back. `copied` comes later and once,
-    /// not at all when the window has gone or another copying is under way.
-    virtual void copySelection(bool emptied, WindowId front,
-                               const std::function<void(const QString &)> &copied) = 0;
+    /// hands it on. With `emptied` the clipboard has been emptied on purpose, and what is copied stays there;
+    /// else its text is put back. `copied` comes later and once, not at all when the window has gone or
+    /// another copying is under way.
+    virtual void copySelection(bool emptied, WindowId front, const Copied &copied) = 0;
     virtual void clearClipboard() = 0;
 
     /// Reads a text aloud, an empty one too; waits for nothing, and tells of failures itself.
