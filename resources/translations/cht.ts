@@ -369,6 +369,42 @@
         <translation>無法連線更新伺服器，請稍後再試！</translation>
     </message>
     <message>
+        <source>当前已是最新版本！</source>
+        <translation>目前已是最新版本！</translation>
+    </message>
+    <message>
+        <source>更新服务器没有给出可用的版本信息，请稍后再试！</source>
+        <translation>更新伺服器沒有提供可用的版本資訊，請稍後再試！</translation>
+    </message>
+    <message>
+        <source>没有网络连接，无法检查更新！</source>
+        <translation>沒有網路連線，無法檢查更新！</translation>
+    </message>
+    <message>
+        <source>正在检查更新，请稍候！</source>
+        <translation>正在檢查更新，請稍候！</translation>
+    </message>
+    <message>
+        <source>更新提示已经打开，请在其中选择！</source>
+        <translation>更新提示已經開啟，請在其中選擇！</translation>
+    </message>
+    <message>
+        <source>正在下载更新文件，请稍候！</source>
+        <translation>正在下載更新檔案，請稍候！</translation>
+    </message>
+    <message>
+        <source>更新文件已下载，稍后将自动安装！</source>
+        <translation>更新檔案已下載，稍後將自動安裝！</translation>
+    </message>
+    <message>
+        <source>上次的更新没有下载完成，程序没有更新。</source>
+        <translation>上次的更新沒有下載完成，程式沒有更新。</translation>
+    </message>
+    <message>
+        <source>上次的更新（%1）没有安装，程序没有更新。</source>
+        <translation>上次的更新（%1）沒有安裝，程式沒有更新。</translation>
+    </message>
+    <message>
         <source>灵犀听写提示!</source>
         <translation>靈犀聽寫提示!</translation>
     </message>
@@ -1025,6 +1061,10 @@
     <message>
         <source>文件已存在</source>
         <translation>檔案已存在</translation>
+    </message>
+    <message>
+        <source>另一个更新正在安装，请稍后再试。</source>
+        <translation>另一個更新正在安裝，請稍後再試。</translation>
     </message>
     <message>
         <source>不能保存文件 %1: %2.</source>
@@ -2536,8 +2576,16 @@
         <translation>沒有儲存：%1 中間有換行或看不見的字元。</translation>
     </message>
     <message>
-        <source>系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。</source>
-        <translation>系統的金鑰圈沒有解鎖或沒有回應，以前儲存的帳號暫時不能使用。</translation>
+        <source>系统的密钥环没有解锁或没有回应，其中保存的账号暂时不能使用。</source>
+        <translation>系統的金鑰圈沒有解鎖或沒有回應，其中儲存的帳號暫時不能使用。</translation>
+    </message>
+    <message>
+        <source>保存账号的文件无法读取，其中的账号暂时不能使用。</source>
+        <translation>儲存帳號的檔案無法讀取，其中的帳號暫時不能使用。</translation>
+    </message>
+    <message>
+        <source>账号的改动暂存在只有您本人可以读取的文件中，退出软件也不会丢失，稍后会自动保存。</source>
+        <translation>帳號的變更暫存在只有您本人可以讀取的檔案中，結束軟體也不會遺失，稍後會自動儲存。</translation>
     </message>
     <message>
         <source>账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。</source>
@@ -2578,6 +2626,10 @@
     <message>
         <source>开始使用</source>
         <translation>開始使用</translation>
+    </message>
+    <message>
+        <source>检查账号、接收器和麦克风是否可用</source>
+        <translation>檢查帳號、接收器和麥克風是否可用</translation>
     </message>
 </context>
 <context>
@@ -2759,6 +2811,10 @@
         <translation>語音辨識：沒有帳號</translation>
     </message>
     <message>
+        <source>语音识别：保存的账号暂时无法读取</source>
+        <translation>語音辨識：儲存的帳號暫時無法讀取</translation>
+    </message>
+    <message>
         <source>接收器：已连接</source>
         <translation>接收器：已連線</translation>
     </message>
@@ -2822,8 +2878,8 @@
         <translation>試一試：</translation>
     </message>
     <message>
-        <source>以后可以在“设置”的“硬件设置”页再次打开本窗口。</source>
-        <translation>以後可以在「設定」的「硬體設定」頁再次開啟本視窗。</translation>
+        <source>以后可以在“设置”的“硬件设置”页的“软件下载”中再次打开本窗口。</source>
+        <translation>以後可以在「設定」的「硬體設定」頁的「軟體下載」中再次開啟本視窗。</translation>
     </message>
     <message>
         <source>关闭</source>
@@ -2836,6 +2892,10 @@
     <message>
         <source>缺少</source>
         <translation>缺少</translation>
+    </message>
+    <message>
+        <source>未知</source>
+        <translation>未知</translation>
     </message>
 </context>
 </TS>

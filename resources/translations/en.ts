@@ -368,6 +368,42 @@
         <translation>The update server cannot be reached. Please try again later.</translation>
     </message>
     <message>
+        <source>当前已是最新版本！</source>
+        <translation>This is the newest version.</translation>
+    </message>
+    <message>
+        <source>更新服务器没有给出可用的版本信息，请稍后再试！</source>
+        <translation>The update server tells no usable version. Please try again later.</translation>
+    </message>
+    <message>
+        <source>没有网络连接，无法检查更新！</source>
+        <translation>There is no network connection to check for updates.</translation>
+    </message>
+    <message>
+        <source>正在检查更新，请稍候！</source>
+        <translation>Checking for updates. Please wait.</translation>
+    </message>
+    <message>
+        <source>更新提示已经打开，请在其中选择！</source>
+        <translation>The question about the update is open already. Please answer it.</translation>
+    </message>
+    <message>
+        <source>正在下载更新文件，请稍候！</source>
+        <translation>The update is being downloaded. Please wait.</translation>
+    </message>
+    <message>
+        <source>更新文件已下载，稍后将自动安装！</source>
+        <translation>The update has been downloaded and will be installed shortly.</translation>
+    </message>
+    <message>
+        <source>上次的更新没有下载完成，程序没有更新。</source>
+        <translation>The last update was not downloaded to its end. The program is as it was.</translation>
+    </message>
+    <message>
+        <source>上次的更新（%1）没有安装，程序没有更新。</source>
+        <translation>The last update (%1) was not installed. The program is as it was.</translation>
+    </message>
+    <message>
         <source>灵犀听写提示!</source>
         <translation>MEVOInput</translation>
     </message>
@@ -1024,6 +1060,10 @@ keep the pointer on this window and it stays open</translation>
     <message>
         <source>文件已存在</source>
         <translation>the file exists already</translation>
+    </message>
+    <message>
+        <source>另一个更新正在安装，请稍后再试。</source>
+        <translation>Another update is being installed. Please try again later.</translation>
     </message>
     <message>
         <source>不能保存文件 %1: %2.</source>
@@ -2535,8 +2575,16 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <translation>Not stored: %1 has a line end or an invisible character in it.</translation>
     </message>
     <message>
-        <source>系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。</source>
+        <source>系统的密钥环没有解锁或没有回应，其中保存的账号暂时不能使用。</source>
         <translation>The keyring of the desktop is locked or does not answer: the accounts kept in it cannot be used for now.</translation>
+    </message>
+    <message>
+        <source>保存账号的文件无法读取，其中的账号暂时不能使用。</source>
+        <translation>The file of the accounts cannot be read: the accounts kept in it cannot be used for now.</translation>
+    </message>
+    <message>
+        <source>账号的改动暂存在只有您本人可以读取的文件中，退出软件也不会丢失，稍后会自动保存。</source>
+        <translation>For now the changes are in a file that only you can read. They are not lost when the program ends, and are put in their place as soon as possible.</translation>
     </message>
     <message>
         <source>账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。</source>
@@ -2577,6 +2625,10 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
     <message>
         <source>开始使用</source>
         <translation>Getting started</translation>
+    </message>
+    <message>
+        <source>检查账号、接收器和麦克风是否可用</source>
+        <translation>Looks whether accounts, receiver and microphone can be used</translation>
     </message>
 </context>
 <context>
@@ -2758,6 +2810,10 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <translation>Recognition: there is no account</translation>
     </message>
     <message>
+        <source>语音识别：保存的账号暂时无法读取</source>
+        <translation>Recognition: the kept accounts cannot be read for now</translation>
+    </message>
+    <message>
         <source>接收器：已连接</source>
         <translation>Receiver: connected</translation>
     </message>
@@ -2821,8 +2877,8 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
         <translation>Try it: </translation>
     </message>
     <message>
-        <source>以后可以在“设置”的“硬件设置”页再次打开本窗口。</source>
-        <translation>This window can be opened again from the page “Hardware” of the settings.</translation>
+        <source>以后可以在“设置”的“硬件设置”页的“软件下载”中再次打开本窗口。</source>
+        <translation>This window can be opened again from “Software” on the page “Hardware” of the settings.</translation>
     </message>
     <message>
         <source>关闭</source>
@@ -2835,6 +2891,10 @@ Tencent recognises the dialects of Shanghai, Sichuan, Wuhan, Guiyang, Kunming, X
     <message>
         <source>缺少</source>
         <translation>Missing</translation>
+    </message>
+    <message>
+        <source>未知</source>
+        <translation>Not known</translation>
     </message>
 </context>
 </TS>

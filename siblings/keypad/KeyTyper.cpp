@@ -49,7 +49,11 @@ void KeyTyper::goOn()
         const Waiting next = std::move(m_waiting.front());
         m_waiting.pop_front();
         if (next.stroke.text.isEmpty()) {
-            tell(strike(next));
+            const bool gone = strike(next);
+            if (!gone) {
+                dropWaitingFor(next.window);
+            }
+            tell(gone);
         } else {
             post(next);
         }
@@ -94,7 +98,7 @@ void KeyTyper::dropWaitingFor(WindowId window)
     const auto count = int(m_waiting.end() - first);
     m_waiting.erase(first, m_waiting.end());
     if (count > 0) {
-        qWarning("Keypad: a text did not go whole; dropped behind it: %d", count);
+        qWarning("Keypad: something did not go; dropped behind it: %d", count);
     }
 }
 

@@ -17,7 +17,8 @@ namespace mevo::keypad {
 class KeyTyper
 {
 public:
-    /// Told after each text and key: whether it has gone.
+    /// Told after each text and key whether it has gone; where it has not, what stood behind it for the same
+    /// window has not either, and is not told of by itself.
     using Told = std::function<void(bool)>;
 
     /// Both outlive this. `told` may be null.
@@ -27,9 +28,9 @@ public:
     /// where no window has the focus, and where `mostWaiting` wait for a program that does not take them.
     ///
     /// A text goes to its window wherever the focus is by then. A key goes wherever the focus is, and is
-    /// dropped when that is another window. What stands behind a text that did not go whole, for the same
-    /// window, is dropped too: it was meant to follow that text. The text's rest is not tried again, as a
-    /// program that hangs may still take it when it wakes.
+    /// dropped when that is another window. What stands behind a key that was dropped or a text that did not
+    /// go whole, for the same window, is dropped too: it was meant to follow, and a text with a hole in it is
+    /// none. The text's rest is not tried again, as a program that hangs may still take it when it wakes.
     bool type(const std::vector<Stroke> &strokes);
     static constexpr int mostWaiting = 200;
 

@@ -3,10 +3,10 @@
 #include "base/ApplicationFiles.h"
 #include "keypad/KeypadWindow.h"
 #include "platform/OwnWindows.h"
+#include "ui/ScreenWatch.h"
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QTimer>
 
 namespace mevo::keypad {
 
@@ -54,7 +54,11 @@ KeypadHost::KeypadHost(WindowSystem &windows, Keyboard &keyboard, OwnWindows &de
         }
     })
 {
-    watchScreens();
+    watchScreens(this, [this] {
+        if (isShown() && QGuiApplication::primaryScreen() != nullptr) {
+            place();
+        }
+    });
 }
 
 KeypadHost::~KeypadHost() = default;
@@ -168,30 +172,6 @@ void KeypadHost::place()
     const QSize size = keypadSize(screen != nullptr ? screen->availableSize() : QSize(1280, 720));
     m_window->setFixedSize(size);
     m_window->move(keypadPlace(kept, size, areas));
-}
-
-void KeypadHost::watchScreens()
-{
-    auto *soon = new QTimer(this); // several signals come for one change
-    soon->setSingleShot(true);
-    soon->setInterval(200);
-    connect(soon, &QTimer::timeout, this, [this] {
-        if (isShown() && QGuiApplication::primaryScreen() != nullptr) {
-            place();
-        }
-    });
-    const auto watch = [soon](QScreen *screen) {
-        connect(screen, &QScreen::availableGeometryChanged, soon, [soon] { soon->start(); });
-    };
-    for (QScreen *screen : QGuiApplication::screens()) {
-        watch(screen);
-    }
-    auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
-    connect(application, &QGuiApplication::screenAdded, this, [soon, watch](QScreen *screen) {
-        watch(screen);
-        soon->start();
-    });
-    connect(application, &QGuiApplication::screenRemoved, soon, [soon] { soon->start(); });
 }
 
 } // namespace mevo::keypad

@@ -52,7 +52,6 @@ private:
     void show();
     void hide();
     void place();
-    void watchScreens();
 
     OwnWindows &m_desktop;
     KeypadState m_state;

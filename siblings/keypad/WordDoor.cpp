@@ -12,6 +12,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 namespace mevo::keypad {
 
 namespace {
@@ -22,9 +24,11 @@ constexpr int retryMs = 20;
 constexpr int silentVisitorMs = 5000;
 const char taken[] = "taken\n";
 
+const QString doorSuffix = QStringLiteral(".words");
+
 QString doorPath()
 {
-    return runtimePath(lockName, QStringLiteral(".words"));
+    return runtimePath(lockName, doorSuffix);
 }
 
 /// Where all users share a folder, another one could stand at either end.
@@ -59,8 +63,15 @@ WordDoor::Outcome WordDoor::enter(Wish wish, int timeoutMs)
 
 bool WordDoor::deliver(Wish wish, int timeoutMs)
 {
+    const QStringList paths = runtimePaths(lockName, doorSuffix);
+    return std::any_of(paths.begin(), paths.end(),
+                       [wish, timeoutMs](const QString &path) { return deliverAt(path, wish, timeoutMs); });
+}
+
+bool WordDoor::deliverAt(const QString &path, Wish wish, int timeoutMs)
+{
     QLocalSocket socket;
-    socket.connectToServer(doorPath());
+    socket.connectToServer(path);
     if (!socket.waitForConnected(timeoutMs) || !isOurs(socket.socketDescriptor())) {
         return false;
     }
@@ -113,11 +124,18 @@ void WordDoor::receive(QLocalSocket *visitor)
             visitor->abort();
             return;
         }
-        visitor->write(taken);
-        visitor->flush();
-        visitor->disconnectFromServer();
-        // Later, as it may be the wish that closes the door.
-        QTimer::singleShot(0, m_server.get(), [this, wish] { m_handler(*wish); });
+        // Later, so that the wishes of one moment come in their order. Answered only then: whose wish finds
+        // the door closed tries again.
+        QTimer::singleShot(0, visitor, [this, wish, visitor] {
+            if (m_server == nullptr) {
+                visitor->abort();
+                return;
+            }
+            m_handler(*wish);
+            visitor->write(taken);
+            visitor->flush();
+            visitor->disconnectFromServer();
+        });
     };
     QObject::connect(visitor, &QLocalSocket::readyRead, m_server.get(), read);
     QObject::connect(visitor, &QLocalSocket::disconnected, visitor, &QObject::deleteLater);
@@ -127,7 +145,10 @@ void WordDoor::receive(QLocalSocket *visitor)
 
 void WordDoor::close()
 {
-    m_server.reset();
+    if (m_server != nullptr) {
+        m_server->close();
+        m_server.release()->deleteLater(); // who wished for this is still to be answered
+    }
     m_lock.release();
 }
 

@@ -22,21 +22,23 @@ public:
 
     enum class Outcome {
         First,     ///< nobody else runs
-        Delivered, ///< another one runs, and has taken the wish
+        Delivered, ///< another one runs, and has carried the wish out
         Unheard    ///< another one runs, and has not answered in time
     };
 
     /// Tries to be the first, and else to hand `wish` in, until one of both succeeds or `timeoutMs` have
     /// passed: another start may be beginning or ending just now. Waits without an event loop.
     Outcome enter(Wish wish, int timeoutMs);
-    /// As the first: calls `handler` from the event loop for each wish that comes. Only those of this user's
-    /// processes are taken. False, with a log line, when it cannot listen: no wish would ever come.
+    /// As the first: calls `handler` from the event loop for each wish that comes, and answers when it has
+    /// returned. Only those of this user's processes are taken. False, with a log line, when it cannot
+    /// listen: no wish would ever come.
     bool listen(std::function<void(Wish)> handler);
     /// Hears nobody any more, and lets another one be the first.
     void close();
 
 private:
     static bool deliver(Wish wish, int timeoutMs);
+    static bool deliverAt(const QString &path, Wish wish, int timeoutMs);
     void receive(QLocalSocket *visitor);
 
     FlockSingleInstance m_lock;

@@ -14,6 +14,8 @@ struct Row
 
 constexpr Row rows[] = {
     {Outcome::NothingToDo, "没有待安装的更新。", "沒有待安裝的更新。", "There is no update to install."},
+    {Outcome::AnotherRuns, "另一个更新正在安装，请稍候。", "另一個更新正在安裝，請稍候。",
+     "Another update is being installed. Please wait."},
     {Outcome::StillRunning, "程序仍在运行，更新没有安装。", "程式仍在執行，更新沒有安裝。",
      "The program is still running. The update was not installed."},
     {Outcome::ReadOnly, "程序所在的文件夹不能写入，更新没有安装。",

@@ -1,10 +1,10 @@
 #include "patchrunner/UpdateRun.h"
 
+#include "base/RuntimeLock.h"
 #include "base/WholeFile.h"
 #include "patchrunner/ArchiveUnpacker.h"
 #include "patchrunner/FolderExchange.h"
 #include "patchrunner/KeptFiles.h"
-#include "patchrunner/ProgramLock.h"
 #include "patchrunner/ProgramStart.h"
 #include "update/DownloadSetting.h"
 #include "update/StartReport.h"
@@ -266,7 +266,7 @@ private:
     const QString m_folder; ///< of the program
     const QString m_beside; ///< the new version before the exchange, the old one after it
     const QString m_archive;
-    ProgramLock m_lock;
+    RuntimeLock m_lock{programLockName};
     ProgramStart m_start;
 };
 
@@ -287,7 +287,7 @@ QString programBelow(const QString &base)
 void startAgain(const QString &base, int endMs)
 {
     const QString program = programBelow(base);
-    ProgramLock lock;
+    RuntimeLock lock(programLockName);
     if (program.isEmpty() || !lock.acquire(endMs)) {
         qWarning("The program is not started: it runs, or is not to be found");
         return;
@@ -302,6 +302,10 @@ void startAgain(const QString &base, int endMs)
 
 Report runUpdate(const QString &base, const RunTimes &times)
 {
+    RuntimeLock updater(updaterLockName);
+    if (!updater.acquire(times.updaterMs)) {
+        return {Outcome::AnotherRuns, QStringLiteral("another updater is at work")};
+    }
     const auto content = readWholeFile(base + QLatin1Char('/') + downloadSettingFile);
     const auto setting = content ? parseDownloadSetting(*content) : std::nullopt;
     if (!setting) {

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <cerrno>
@@ -26,10 +27,12 @@ bool isWritable(const QString &folder)
     return true;
 }
 
+/// What stands beside the program is the user's own where the installation has a folder for what it ships.
 void bringShippedFilesTo(const QString &target)
 {
     const QString program = QCoreApplication::applicationDirPath();
-    bringShippedFiles({program, program + QStringLiteral("/" MEVO_SHIPPED_FOLDER)}, target);
+    const QString shipped = program + QStringLiteral("/" MEVO_SHIPPED_FOLDER);
+    bringShippedFiles({QFileInfo(shipped).isDir() ? shipped : program}, target);
 }
 
 QString findFolder()

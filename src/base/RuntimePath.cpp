@@ -19,6 +19,12 @@ bool isPrivateFolder(const QString &path)
            info.st_uid == geteuid() && (info.st_mode & 0777) == ownerOnly;
 }
 
+/// In the folder that all users share.
+QString sharedPath(const QString &name, const QString &suffix)
+{
+    return QStringLiteral("/tmp/%1-%2%3").arg(name).arg(geteuid()).arg(suffix);
+}
+
 } // namespace
 
 QString runtimeFolder(const QString &fromSession, const QString &ofUser)
@@ -36,7 +42,14 @@ QString runtimePath(const QString &name, const QString &suffix)
     if (!folder.isEmpty()) {
         return QStringLiteral("%1/%2%3").arg(folder, name, suffix);
     }
-    return QStringLiteral("/tmp/%1-%2%3").arg(name).arg(geteuid()).arg(suffix);
+    return sharedPath(name, suffix);
+}
+
+QStringList runtimePaths(const QString &name, const QString &suffix)
+{
+    QStringList paths{runtimePath(name, suffix), sharedPath(name, suffix)};
+    paths.removeDuplicates();
+    return paths;
 }
 
 } // namespace mevo

@@ -6,8 +6,10 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLockFile>
 #include <QSet>
 
 namespace mevo {
@@ -19,20 +21,33 @@ QString digestOf(const QByteArray &content)
     return QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
 }
 
+/// The content of a shipped file; nothing where it cannot be read whole, or holds nothing: a package that is
+/// being installed, a disk that was full. Such a file must not take the place of the user's.
+std::optional<QByteArray> shippedContent(const QString &path)
+{
+    const std::optional<QByteArray> content = readWholeFile(path);
+    if (!content || content->isEmpty() || content->size() != QFileInfo(path).size()) {
+        qWarning().noquote() << "Shipped files:" << path << "cannot be read, or is empty";
+        return std::nullopt;
+    }
+    return content;
+}
+
 /// Brings one file. Its digest to be noted: of what has been brought, now or earlier; empty for a file that
 /// is the user's own.
 QString bring(const QString &shipped, const QString &copy, const QString &noted)
 {
-    const std::optional<QByteArray> content = readWholeFile(shipped);
+    const std::optional<QByteArray> content = shippedContent(shipped);
     if (!content) {
         return noted;
     }
     const QString digest = digestOf(*content);
     if (!QFile::exists(copy)) {
-        if (!QFile::copy(shipped, copy)) {
+        const QString failure = replaceWholeFile(copy, *content);
+        if (!failure.isEmpty()) {
+            qWarning().noquote() << "Shipped files:" << copy << "has not been brought:" << failure;
             return {};
         }
-        QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
         return digest;
     }
     if (noted == digest) {
@@ -56,9 +71,18 @@ QString bring(const QString &shipped, const QString &copy, const QString &noted)
 
 } // namespace
 
-void bringShippedFiles(const QStringList &sources, const QString &target)
+void bringShippedFiles(const QStringList &sources, const QString &target, int lockWaitMs)
 {
     const QString notesPath = QDir(target).filePath(QStringLiteral("MEVOShipped.json"));
+    // Two programs, or two starts of one, would see each other's half: what one has brought and not noted yet
+    // would be the user's own to the other.
+    QLockFile lock(QDir(target).filePath(QStringLiteral("MEVOShipped.lock")));
+    if (!lock.tryLock(lockWaitMs)) {
+        if (lock.error() == QLockFile::LockFailedError) {
+            qWarning("Shipped files: another program is bringing them, and does not come to an end");
+        }
+        return;
+    }
     const QJsonObject before =
         QJsonDocument::fromJson(readWholeFile(notesPath).value_or(QByteArray())).object();
     QJsonObject notes = before;

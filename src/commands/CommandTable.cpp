@@ -3,6 +3,7 @@
 #include "base/ApplicationFiles.h"
 #include "base/WholeFile.h"
 #include "commands/CommandFile.h"
+#include "commands/MergedTable.h"
 
 #include <QDebug>
 #include <QFile>
@@ -103,7 +104,11 @@ bool CommandTable::rebuildMerged() const
             rows.push_back(std::move(row));
         }
     }
-    return writeMerged(rows);
+    if (!writeMerged(rows)) {
+        return false;
+    }
+    noteMergedTable(*this);
+    return true;
 }
 
 QString CommandTable::draftPath(CommandType type) const

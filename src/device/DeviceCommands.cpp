@@ -52,6 +52,7 @@ bool DeviceCommands::FindHidPath(quint16 vendor, quint16 product, quint16 usageP
 int DeviceCommands::OpenHidDevice()
 {
     mevo::Hid &hid = *m_platform.hid;
+    m_unopenedPath.clear();
     if (hid.init() == -1) {
         qWarning("the HID library does not start");
         m_state.HidInputHandle = nullptr;
@@ -66,6 +67,7 @@ int DeviceCommands::OpenHidDevice()
     }
     const mevo::HidHandle input = path.isEmpty() ? nullptr : hid.openPath(path);
     if (input == nullptr) {
+        m_unopenedPath = path;
         return failOpening(-2);
     }
     hid.setNonBlocking(input, true);
@@ -79,6 +81,7 @@ int DeviceCommands::OpenHidDevice()
     }
     const mevo::HidHandle command = hid.openPath(path);
     if (command == nullptr) {
+        m_unopenedPath = path;
         return failOpening(-3);
     }
     hid.setNonBlocking(command, false);

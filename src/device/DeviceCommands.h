@@ -53,6 +53,8 @@ public:
     /// program leaves because of a second receiver), -3 when the vendor collection does not open. After
     /// a failure both handles are null, so that the next arrival can try again.
     int OpenHidDevice();
+    /// The path of the collection that was there and did not open the last time; empty for none.
+    const QByteArray &unopenedPath() const { return m_unopenedPath; }
     /// Ends the heartbeat and a reading of the identity, closes both handles and regards the device as
     /// absent. The reader must have been stopped.
     void ReleaseHidDevice();
@@ -119,5 +121,6 @@ private:
     };
     std::unique_ptr<mevo::IdentityRead> m_identityRead; ///< the attempt under way
     IdentityOrder m_identityOrder;
+    QByteArray m_unopenedPath;
     int m_identityRun = 0; ///< tells the calls of a reading that was stopped from those of the present one
 };

@@ -155,6 +155,9 @@ void GetHIDDataThread::dispatch(const mevo::InputReport &report, mevo::BatteryCo
         case Kind::KeyToTranslation:
             emit returnHidKeyResult2Trans(keepCopy(report));
             break;
+        case Kind::KeyRefused:
+            emit HidKeyRefused(keepCopy(report));
+            break;
         case Kind::StartStopRecordTimer:
             emit StartStopRecordTimer();
             break;

@@ -49,6 +49,8 @@ public:
 signals:
     void returnHidKeyResult(char *report);
     void returnHidKeyResult2Trans(char *report);
+    /// A report that the session, which is busy, does not get.
+    void HidKeyRefused(char *report);
     void CallMainFunctionSignal(int iFuncIndex);
     void CallMicDlgFunctionSignal(int iFuncIndex);
     /// The key's function needs a network and there is none: tray message, 3000 ms.

@@ -112,6 +112,7 @@ DispatchSteps dispatchKeyReport(const InputReport &report, const DispatchFlags &
         steps.add(Kind::KeyToSession);
         return steps;
     }
+    steps.add(Kind::KeyRefused);
     steps.add(Kind::MainCall, ResetSession);
     if (flags.quickReleaseCount >= 2) {
         steps.add(Kind::StartStopRecordTimer);

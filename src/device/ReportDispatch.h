@@ -41,6 +41,7 @@ struct DispatchStep
         OfflineWarning,       ///< the tray message that the key's function needs a network
         KeyToSession,         ///< returnHidKeyResult
         KeyToTranslation,     ///< returnHidKeyResult2Trans
+        KeyRefused,           ///< HidKeyRefused: the session hears that it does not get this one
         StartStopRecordTimer, ///< TimeOutStopRecord() in 5 seconds
     };
     Kind kind = Kind::MainCall;
@@ -62,8 +63,8 @@ private:
 };
 
 /// What a key report means under these flags: mode changes first, then the delivery to the session or
-/// to the translation dialog, or the reset of a session that is still busy. Any other report gives no
-/// steps.
+/// to the translation dialog, or the reset of a session that is still busy, which is told of the key that it
+/// does not get. Any other report gives no steps.
 DispatchSteps dispatchKeyReport(const InputReport &report, const DispatchFlags &flags);
 
 } // namespace mevo

@@ -47,8 +47,8 @@ void unmarkAllowances(MainState &state)
 
 void beginAllowanceDay(MainState &state)
 {
-    state.BDSR1DUsedQuantity = state.TXSR1DUsedQuantity = state.XFSR1DUsedQuantity = 0;
-    state.BDFY1MUsedQuantity = 0; // kept: it is named after the month and ends with the day
+    state.dayCounts
+        .beginDay(); // kept: that of the translations is named after the month and ends with the day
     state.BaiduQuotaHit = state.XunFeiQuotaHit = state.TencentQuotaHit = false;
 }
 

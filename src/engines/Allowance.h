@@ -21,7 +21,7 @@ AllowanceStep checkAllowances(MainState &state, const RecorderState &recorder, b
 /// Takes the marks off engines whose use is below their limit, after the record has told new numbers.
 void unmarkAllowances(MainState &state);
 
-/// A new day of counting: nothing is used, nothing is marked.
+/// A new day of counting: nothing is used but what the backend has not been told yet, nothing is marked.
 void beginAllowanceDay(MainState &state);
 
 /// The user has chosen an input method, numbered as LocalUseASR3Index, because nothing else is left.

@@ -93,7 +93,7 @@ QPair<bool, QString> BaiduSpeech::askBaidu(const QByteArray &pcm, const mevo::Se
 /// returns.
 QPair<bool, QString> BaiduSpeech::takeReply(const QByteArray &raw, const mevo::SessionContext &session)
 {
-    ++m_state.BDSR1DUsedQuantity;
+    m_state.dayCounts.count(mevo::CountColumn::Baidu, session.receiver);
     m_host.ensureEngineTip();
     if (raw.isEmpty()) {
         onEmptyReply(session.engine.baiduFast);

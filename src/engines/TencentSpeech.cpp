@@ -77,7 +77,7 @@ QPair<bool, QString> TencentSpeech::recognise(const QByteArray &pcm, const Sessi
             if (!reply.hasText) {
                 qWarning("Tencent: a reply's %d bytes hold no text", chunk.size());
             }
-            ++m_state.TXSR1DUsedQuantity;
+            m_state.dayCounts.count(CountColumn::Tencent, session.receiver);
             m_onText(text + QStringLiteral("__over__"),
                      session.number); // last: an event loop may run in it, and we may go
             break;

@@ -1,7 +1,7 @@
 #include "engines/XunFeiLateAnswer.h"
 
 #include "engines/XunFeiStream.h"
-#include "state/EngineState.h"
+#include "state/DayCounts.h"
 
 #include <QDebug>
 #include <QWebSocket>
@@ -10,13 +10,14 @@
 
 namespace mevo {
 
-XunFeiLateAnswer::XunFeiLateAnswer(QWebSocket *socket, bool dynamic, bool whole, EngineState &counts,
-                                   Done done, QObject *parent)
+XunFeiLateAnswer::XunFeiLateAnswer(QWebSocket *socket, bool dynamic, bool whole, DayCounts &counts,
+                                   int receiver, Done done, QObject *parent)
     : QObject(parent)
     , m_socket(socket)
     , m_dynamic(dynamic)
     , m_whole(whole)
     , m_counts(counts)
+    , m_receiver(receiver)
     , m_done(std::move(done))
 {
     connect(socket, &QWebSocket::textMessageReceived, this, &XunFeiLateAnswer::takeMessage);
@@ -47,7 +48,7 @@ void XunFeiLateAnswer::takeMessage(const QString &json)
     }
     const bool last = result.status == XunFeiMessage::Last;
     if (last || result.status == XunFeiMessage::Middle) {
-        ++m_counts.XFSR1DUsedQuantity;
+        m_counts.count(CountColumn::XunFei, m_receiver);
     }
     if (last || !m_whole || m_results.size() > XunFeiStream::mostResults ||
         m_results.join(QString()).size() > XunFeiStream::longestUtterance) {

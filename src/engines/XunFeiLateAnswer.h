@@ -10,9 +10,10 @@
 #include <memory>
 
 class QWebSocket;
-struct EngineState;
 
 namespace mevo {
+
+class DayCounts;
 
 /// The end of a streaming session whose speech is over and whose next one has begun: waits on the socket for
 /// the results that are still to come. GUI thread.
@@ -28,9 +29,9 @@ public:
     static constexpr int silenceMs = 5000;
 
     /// Takes the socket over, whose last frame has been sent. `dynamic` and `whole` are the session's:
-    /// results may correct earlier ones, and it ends with the last of them rather than the first. `counts`
-    /// outlives this object.
-    XunFeiLateAnswer(QWebSocket *socket, bool dynamic, bool whole, EngineState &counts, Done done,
+    /// results may correct earlier ones, and it ends with the last of them rather than the first. They are
+    /// counted to the `receiver` of its press; `counts` outlives this object.
+    XunFeiLateAnswer(QWebSocket *socket, bool dynamic, bool whole, DayCounts &counts, int receiver, Done done,
                      QObject *parent);
     ~XunFeiLateAnswer() override;
 
@@ -41,7 +42,8 @@ private:
     std::unique_ptr<QWebSocket> m_socket;
     bool m_dynamic;
     bool m_whole;
-    EngineState &m_counts;
+    DayCounts &m_counts;
+    int m_receiver;
     Done m_done;
     QStringList m_results;
     QTimer m_silence;

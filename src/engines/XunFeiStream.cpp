@@ -41,6 +41,7 @@ void XunFeiStream::ConnectXFWebApi()
 {
     closeSocket();
     ++m_session;
+    m_receiver = m_state.dayCounts.receiver();
     m_voiceType = m_state.XunFeiWebApiCurrentVoiceType;
     m_dynamic = m_host.dynamicCorrection();
     m_whole = m_endpoints.XunFeiWholeUtterance.value_or(m_dynamic);
@@ -225,7 +226,7 @@ void XunFeiStream::takeResult(const XunFeiMessage &result, int session)
     }
     const bool last = result.status == XunFeiMessage::Last;
     if (result.status == XunFeiMessage::Middle || last) {
-        ++m_state.XFSR1DUsedQuantity;
+        m_state.dayCounts.count(CountColumn::XunFei, m_receiver);
     }
     if (last) {
         closeAndHide();
@@ -284,7 +285,8 @@ void XunFeiStream::letGo(const std::function<void(const QString &text, bool word
     m_state.XFWebSocketConnected = false;
     socket->disconnect(this);
     new XunFeiLateAnswer(
-        socket, m_dynamic, m_whole, m_state, [done, words](const QString &late) { done(late, words); }, this);
+        socket, m_dynamic, m_whole, m_state.dayCounts, m_receiver,
+        [done, words](const QString &late) { done(late, words); }, this);
 }
 
 void XunFeiStream::giveUp()

@@ -76,6 +76,7 @@ private:
     const Time &m_time;
     EngineEndpoints m_endpoints;
     XunFeiHost &m_host;
+    int m_receiver = 0;     ///< whose day this session is counted to
     QString m_voiceType;    ///< of this session, as the next three
     bool m_dynamic = false; ///< results may correct earlier ones
     bool m_whole = false;   ///< the session ends with the last result

@@ -38,6 +38,7 @@ QString asr3Table(bool thirdGeneration)
 Asr3Row builtInAsr3Row(int index, bool thirdGeneration)
 {
     Asr3Row row;
+    row.thirdGeneration = thirdGeneration;
     row.ASR3Name = QStringLiteral("讯飞输入法"); // kept: Sogou's row carries it too
     if (index == thirdPartySogou) {
         row.ASR3RegInstallPath =

@@ -19,6 +19,7 @@ struct Asr3Row
     QString ASR3Name; ///< for messages
     QString ASR3WindowName;
     QString ASR3WinClassName;
+    bool thirdGeneration = false; ///< it is of the table for XunFei's third generation
 };
 
 /// The table of the service that has the rows for this installation.

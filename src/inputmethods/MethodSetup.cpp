@@ -67,7 +67,8 @@ void applyXunFeiInstallation(MainState &state, const XunFeiInstallation &install
     if (state.XFVM3 && !online) {
         nameOfflineWindow(state);
     } else if (row != nullptr) {
-        nameWindow(state, *row);
+        const bool third = wantsThirdGeneration(state);
+        nameWindow(state, row->thirdGeneration == third ? *row : builtInAsr3Row(thirdPartyXunFei, third));
     }
 }
 

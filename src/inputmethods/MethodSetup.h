@@ -43,7 +43,8 @@ void applyAsr3Row(MainState &state, int index, const Asr3Row &row);
 
 /// What the installed XunFei tells of itself. `program` is its file, empty when it is not where it should be,
 /// which leaves the path of the settings alone. While XunFei is in force its window becomes that of `row`,
-/// where the service's is known, or the one that it shows without a network.
+/// where the service's is known, or the one that it shows without a network. A row that was asked for while
+/// another generation was installed gives way to what is built in.
 void applyXunFeiInstallation(MainState &state, const XunFeiInstallation &installation, const QString &program,
                              bool online, const Asr3Row *row);
 

@@ -1,6 +1,7 @@
 #include "output/PostingPlan.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace mevo {
 
@@ -65,6 +66,30 @@ ScratchSlots::ScratchSlots(int count)
 {
 }
 
+void ScratchSlots::hold(const std::vector<int> &some)
+{
+    for (Slot &slot : m_slots) {
+        slot.held = false;
+    }
+    for (const int slot : some) {
+        if (slot >= 0 && slot < count()) {
+            m_slots[static_cast<std::size_t>(slot)].held = true;
+        }
+    }
+}
+
+int ScratchSlots::freeCount() const
+{
+    return static_cast<int>(
+        std::count_if(m_slots.begin(), m_slots.end(), [](const Slot &slot) { return !slot.held; }));
+}
+
+bool ScratchSlots::needsFree(KeySymbol symbol) const
+{
+    const int slot = slotOf(symbol);
+    return slot < 0 || !m_slots[static_cast<std::size_t>(slot)].held;
+}
+
 std::vector<ScratchSlots::Binding> ScratchSlots::assign(const std::vector<KeySymbol> &symbols)
 {
     ++m_use;
@@ -80,13 +105,14 @@ std::vector<ScratchSlots::Binding> ScratchSlots::assign(const std::vector<KeySym
     std::vector<Binding> bound;
     for (const KeySymbol symbol : missing) {
         const auto oldest =
-            std::min_element(m_slots.begin(), m_slots.end(),
-                             [](const Slot &a, const Slot &b) { return a.lastUse < b.lastUse; });
-        if (oldest == m_slots.end() || oldest->lastUse == m_use) {
+            std::min_element(m_slots.begin(), m_slots.end(), [](const Slot &a, const Slot &b) {
+                return std::tie(a.held, a.lastUse) < std::tie(b.held, b.lastUse);
+            });
+        if (oldest == m_slots.end() || oldest->held || oldest->lastUse == m_use) {
             break;
         }
         m_bySymbol.erase(oldest->symbol);
-        *oldest = {symbol, m_use};
+        *oldest = {symbol, m_use, false};
         const int slot = static_cast<int>(oldest - m_slots.begin());
         m_bySymbol[symbol] = slot;
         bound.push_back({slot, symbol});
@@ -116,13 +142,14 @@ PostingPlan::PostingPlan(const QString &text, ScratchSlots &scratch, const Typin
 std::vector<ScratchSlots::Binding> PostingPlan::bindFurther()
 {
     std::vector<KeySymbol> needed;
+    int freeNeeded = 0;
     m_boundEnd = m_next;
     for (; m_boundEnd < m_units.size(); ++m_boundEnd) {
         const KeySymbol symbol = m_units[m_boundEnd].symbol;
         if (hasOwnKey(symbol) || std::find(needed.begin(), needed.end(), symbol) != needed.end()) {
             continue;
         }
-        if (static_cast<int>(needed.size()) == m_scratch.count()) {
+        if (m_scratch.needsFree(symbol) && ++freeNeeded > m_scratch.freeCount()) {
             break;
         }
         needed.push_back(symbol);

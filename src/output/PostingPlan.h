@@ -28,7 +28,8 @@ struct PostUnit
 /// has no key of its own to take.
 std::vector<PostUnit> postUnits(const QString &text);
 
-/// Scratch keys that symbols are bound to. The one whose symbol was used longest ago is bound anew.
+/// Scratch keys that symbols are bound to. The one whose symbol was used longest ago is bound anew, of those
+/// that are not held.
 class ScratchSlots
 {
 public:
@@ -41,13 +42,20 @@ public:
     explicit ScratchSlots(int count);
 
     int count() const { return static_cast<int>(m_slots.size()); }
-    /// Finds slots for distinct symbols, at most count() of them, and returns what has to be bound anew.
+    /// Holds these slots, and those alone: they go on yielding what they do, and are not bound anew.
+    void hold(const std::vector<int> &some);
+    /// Slots that can be bound anew.
+    int freeCount() const;
+    /// Whether the symbol needs a slot that is not held, as long as it has none.
+    bool needsFree(KeySymbol symbol) const;
+    /// Finds slots for distinct symbols, of which at most freeCount() need a free one, and returns what has
+    /// to be bound anew.
     std::vector<Binding> assign(const std::vector<KeySymbol> &symbols);
     /// The slot that yields `symbol`, -1 when none does.
     int slotOf(KeySymbol symbol) const;
     /// Whether any slot yields anything.
     bool anyBound() const { return !m_bySymbol.empty(); }
-    /// Forgets every binding.
+    /// Forgets every binding, and holds nothing.
     void clear();
 
 private:
@@ -55,6 +63,7 @@ private:
     {
         KeySymbol symbol = 0;
         quint64 lastUse = 0;
+        bool held = false;
     };
     std::vector<Slot> m_slots;
     std::unordered_map<KeySymbol, int> m_bySymbol;

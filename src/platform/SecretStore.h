@@ -26,9 +26,15 @@ public:
     struct Found
     {
         bool answered = false; ///< false when the place stays locked, fails, or does not answer in time
+        /// Where it is kept; without an answer the place that gives none.
         SecretPlace place = SecretPlace::Nowhere;
         /// What is kept, the older one first. There are two when a keyring is back after a time without it.
+        /// Without an answer what could be read of it.
         QList<QByteArray> texts;
+        /// The last one is of a change that could not be done, and waits for a later one.
+        bool waiting = false;
+        /// The desktop has no keyring so far.
+        bool keyringAbsent = false;
     };
     using Done = std::function<void(const Found &found)>;
     virtual void read(KeyringPrompt prompt, QObject *context, Done done) = 0;
@@ -37,12 +43,19 @@ public:
     struct Change
     {
         QByteArray text;         ///< is kept in their place; empty for none
-        QList<QByteArray> aside; ///< of the old ones, those that are to stay beside it
+        QList<QByteArray> aside; ///< what is to stay beside it
     };
-    /// Touches nothing of others: it runs in a thread of the store's.
-    using Edit = std::function<Change(const QList<QByteArray> &texts)>;
-    /// Reads what is kept and keeps what `edit` makes of it. Where that is not answered it has not been done
-    /// whole, and the old text may still be there, or beside the new one.
+    /// Both touch nothing of others: they run in a thread of the store's.
+    struct Edit
+    {
+        std::function<Change(const QList<QByteArray> &texts)> make;
+        /// Where it could not be done: the text that is to wait, of what waits already.
+        std::function<QByteArray(const QByteArray &waiting)> postpone;
+    };
+    /// Reads what is kept and keeps what `edit` makes of it, which then waits no more. Where that is not
+    /// answered it has not been done whole: the old text may still be there, or beside the new one, and the
+    /// postponed one waits, in a file of the user's, if the answer says so. The end of the store ends in a
+    /// moment what it is at, in one of these two ways.
     virtual void change(KeyringPrompt prompt, Edit edit, QObject *context, Done done) = 0;
 };
 

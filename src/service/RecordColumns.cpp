@@ -36,15 +36,15 @@ struct RecordColumn
     unsigned effect = Nothing;
     int lowest = -anyNumber;
     int highest = anyNumber;
-    int MainState::*asRead = nullptr; ///< also takes the value
+    std::optional<CountColumn> count; ///< what is counted here goes on from the value
 };
 
 /// A column whose member a base of the state has.
 template <class Class, class Type>
 RecordColumn column(const char *name, Type Class::*member, unsigned effect = Nothing, int lowest = -anyNumber,
-                    int highest = anyNumber, int MainState::*asRead = nullptr)
+                    int highest = anyNumber, std::optional<CountColumn> count = {})
 {
-    return {name, static_cast<Type MainState::*>(member), effect, lowest, highest, asRead};
+    return {name, static_cast<Type MainState::*>(member), effect, lowest, highest, count};
 }
 
 using S = MainState;
@@ -88,17 +88,14 @@ const QVector<RecordColumn> &recordColumns()
         column("AutoUpdateSwitch", &S::AutoUpdateSwitch),
         column("ManualUpdateSwitch", &S::ManualUpdateSwitch),
         column("ForceUpdate", &S::ForceUpdate),
-        column("BDSR1DUsedQuantity", &S::BDSR1DUsedQuantity, Nothing, 0, highestCount,
-               &S::BDSR1DReadQuantity),
+        column("BDSR1DUsedQuantity", &S::BDSR1DUsedQuantity, Nothing, 0, highestCount, CountColumn::Baidu),
         column("BDSR1DMaxUsageQuantity", &S::BDSR1DMaxUsageQuantity, Nothing, 0, highestCount),
         column("BDFY1MUsedQuantity", &S::BDFY1MUsedQuantity, Nothing, 0, highestCount,
-               &S::BDFY1MReadQuantity),
+               CountColumn::Translation),
         column("BDFY1MMaxUsageQuantity", &S::BDFY1MMaxUsageQuantity, Nothing, 0, highestCount),
-        column("XFSR1DUsedQuantity", &S::XFSR1DUsedQuantity, Nothing, 0, highestCount,
-               &S::XFSR1DReadQuantity),
+        column("XFSR1DUsedQuantity", &S::XFSR1DUsedQuantity, Nothing, 0, highestCount, CountColumn::XunFei),
         column("XFSR1DMaxUsageQuantity", &S::XFSR1DMaxUsageQuantity, Nothing, 0, highestCount),
-        column("TXSR1DUsedQuantity", &S::TXSR1DUsedQuantity, Nothing, 0, highestCount,
-               &S::TXSR1DReadQuantity),
+        column("TXSR1DUsedQuantity", &S::TXSR1DUsedQuantity, Nothing, 0, highestCount, CountColumn::Tencent),
         column("TXSR1DMaxUsageQuantity", &S::TXSR1DMaxUsageQuantity, Nothing, 0, highestCount),
         column("IPRecord", &S::IPRecord),
         column("LastLoginDateTime", &S::LastLoginDateTime),
@@ -149,12 +146,13 @@ private:
         if (!number) {
             return Taken::Not;
         }
+        if (m_column.count) {
+            m_state.dayCounts.take(*m_column.count, *number);
+            return Taken::Changed;
+        }
         const Type value = static_cast<Type>(*number);
         const bool changed = target != value;
         target = value;
-        if (m_column.asRead != nullptr) {
-            m_state.*m_column.asRead = *number;
-        }
         return changed ? Taken::Changed : Taken::Same;
     }
 
@@ -237,10 +235,9 @@ void applyNewRecord(MainState &state)
 {
     state.BDSR1DMaxUsageQuantity = state.TXSR1DMaxUsageQuantity = state.XFSR1DMaxUsageQuantity = 500;
     state.BDFY1MMaxUsageQuantity = 5000;
-    state.BDSR1DUsedQuantity = state.TXSR1DUsedQuantity = state.XFSR1DUsedQuantity = 0;
-    state.BDFY1MUsedQuantity = 0;
-    state.BDSR1DReadQuantity = state.TXSR1DReadQuantity = state.XFSR1DReadQuantity = 0;
-    state.BDFY1MReadQuantity = 0;
+    for (const CountColumn column : countColumns) {
+        state.dayCounts.take(column, 0);
+    }
     state.UseASR3Index = 1;
     state.ForceUseASR3 = true;
     state.EnableASR3 = false;

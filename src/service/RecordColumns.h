@@ -23,11 +23,13 @@ struct RecordEffects
 };
 
 /// Takes over the columns of a device record in the table's order, and what follows from one for another. A
-/// column that is absent, of another type or out of its range leaves its member. `xpClass` keeps the newer
-/// XunFei off. Server addresses, the engine selectors' effects, the version and the day are not looked at.
+/// column that is absent, of another type or out of its range leaves its member; one that counts is added to
+/// what the backend has not been told. `xpClass` keeps the newer XunFei off. Server addresses, the engine
+/// selectors' effects, the version and the day are not looked at.
 RecordEffects applyRecordColumns(MainState &state, const QJsonObject &row, bool xpClass);
 
-/// The allowances and input-method flags of a record that has just been created.
+/// The allowances and input-method flags of a record that has just been created. What has been used before
+/// counts.
 void applyNewRecord(MainState &state);
 
 } // namespace mevo

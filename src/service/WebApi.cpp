@@ -47,6 +47,9 @@ WebApi::WebApi(MainState &state, const WebCipher &cipher, QObject *parent)
     : QObject(parent)
     , m_state(state)
     , m_cipher(cipher)
+    , m_counts([this](const CountWrite &write, const CountWrites::Ended &ended) {
+        return sendCount(write, ended);
+    })
 {
 }
 
@@ -132,6 +135,43 @@ void WebApi::forget(QNetworkReply *reply)
             emit drained();
         }
     });
+}
+
+void WebApi::WriteCount(const CountWrite &write)
+{
+    if (m_state.IsOnline && m_state.BackendReachable) {
+        m_counts.add(write);
+    }
+}
+
+void WebApi::supersedeCount(CountColumn column, int count)
+{
+    m_counts.supersede(m_state.dayCounts.receiver(), column, count);
+}
+
+CountWrites::CallOff WebApi::sendCount(const CountWrite &write, const CountWrites::Ended &ended)
+{
+    m_state.dayCounts.sent(write.column, write.count, write.receiver);
+    setProxy(m_manager, m_state);
+    QNetworkReply *const reply =
+        m_manager.get(QNetworkRequest(webApiUrl(m_cipher, m_state.ServerUrl, SqlTag, write.statement)));
+    // Before forget(): what has waited for it is on its way before this one counts as gone.
+    connect(reply, &QNetworkReply::finished, this, [this, reply, write, ended] {
+        const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        if (reply->error() == QNetworkReply::NoError && status == 200) {
+            m_state.dayCounts.told(write.column, write.count, write.receiver);
+        } else {
+            qInfo("Backend: a day's count has not been taken (%d, %d); the next one makes it good",
+                  int(reply->error()), status);
+        }
+        ended();
+    });
+    forget(reply);
+    return [sent = QPointer<QNetworkReply>(reply)] {
+        if (!sent.isNull()) {
+            sent->abort();
+        }
+    };
 }
 
 bool WebApi::drain(int maxMs)

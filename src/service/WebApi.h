@@ -1,5 +1,6 @@
 #pragma once
 
+#include "service/CountWrites.h"
 #include "service/WaitBudget.h"
 #include "service/WebApiRequest.h"
 #include "state/MainState.h"
@@ -56,6 +57,14 @@ public:
     /// Writes columns of this device's record: "NAME='value'" assignments. 0, or -1 on failure.
     int WriteDeviceColumn(const QString &assignments);
 
+    /// Writes a day's count without waiting, behind an older one of its column; nothing when offline or when
+    /// the backend is not reachable. DayCounts hears what has become of it.
+    void WriteCount(const CountWrite &write);
+    /// For the exit: nothing that is stuck holds a newer count back any longer.
+    void overtakeCounts() { m_counts.overtake(); }
+    /// Before a count of the receiver at hand is written on another way.
+    void supersedeCount(CountColumn column, int count);
+
     /// All waits from now on take `totalMs` together, until endSharedWait(): of those that come late a rest
     /// of their time is left, or none, and then they are answered with -1 without having been sent.
     void shareWait(int totalMs) { m_budget.limit(totalMs); }
@@ -85,9 +94,11 @@ private:
     int call(Send send, QNetworkRequest request, const QByteArray &body, int timeoutMs, QString &reply,
              const QByteArray &contentType);
     void forget(QNetworkReply *reply);
+    CountWrites::CallOff sendCount(const CountWrite &write, const CountWrites::Ended &ended);
 
     MainState &m_state;
     const WebCipher &m_cipher;
+    CountWrites m_counts;
     QNetworkAccessManager m_manager; ///< of the requests that nobody waits for
     QSet<QNetworkReply *> m_pending;
     WaitBudget m_budget;

@@ -1,6 +1,6 @@
 #include "session/SessionMachine.h"
 
-#include "session/ThirdPartyKeys.h"
+#include "state/ThirdPartyMethod.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -58,20 +58,12 @@ void SessionMachine::process(const char *report)
 void SessionMachine::refuse(const char *report)
 {
     const auto key = parseKeyReport(report);
-    if (key && !key->pressed && m_methodKey != 0 && keyOf(*key) == m_methodKey) {
-        endInputMethodPress();
+    if (key && !key->pressed && m_methodPress && keyOf(*key) == m_methodPress->key) {
+        endMethodPress();
     }
 }
 
 void SessionMachine::reset()
-{
-    resetSession();
-    if (m_methodKey != 0) {
-        endInputMethodPress();
-    }
-}
-
-void SessionMachine::resetSession()
 {
     m_state.ResultIdle = true;
     m_state.QuickReleaseCount = 0;
@@ -92,25 +84,21 @@ void SessionMachine::endWithoutRelease()
     m_state.PressPending = false;
     m_state.KeyDownBusy = false;
     m_state.KeyUpBusy = false;
-    resetSession();
+    reset();
 }
 
 void SessionMachine::endInputMethodPress()
 {
-    const int key = std::exchange(m_methodKey, 0);
-    if (key != 0) {
-        m_overtaken.insert(key); // should its release come all the same
-    }
-    if (key == 0 || !m_state.ThirdPartyActive || !releaseThirdParty()) {
-        letHotKeyGo();
+    if (m_methodPress) {
+        m_overtaken.insert(m_methodPress->key); // should its release come all the same
+        endMethodPress();
     }
 }
 
 void SessionMachine::receiverGone()
 {
-    m_methodKey = 0;
-    m_hotKeyHeld = false;
-    m_keyAwaitsWindow = false;
+    m_methodPress.reset();
+    m_clicked.reset();
 }
 
 void SessionMachine::press(const KeyReport &report)
@@ -121,11 +109,9 @@ void SessionMachine::press(const KeyReport &report)
     m_port.clearClipboard();
 
     const int key = keyOf(report);
-    if (pressInputMethod()) {
-        if (m_methodKey != 0 && m_methodKey != key) {
-            m_overtaken.insert(m_methodKey);
-        }
-        m_methodKey = key;
+    if (const auto doing = pressInputMethod()) {
+        overtakeMethodPress(key);
+        m_methodPress = MethodPress{key, m_state.LocalUseASR3Index, *doing};
         m_overtaken.erase(key);
         if (m_state.Recording) { // of an earlier key: what was said until now is recognised
             const int overtaken = m_sessionKey;
@@ -138,39 +124,41 @@ void SessionMachine::press(const KeyReport &report)
         }
         return;
     }
-    if (m_methodKey != 0 && m_methodKey != key) {
-        m_overtaken.insert(m_methodKey);
-    }
-    m_methodKey = 0;
-    letHotKeyGo();
+    overtakeMethodPress(key);
+    const auto left = std::exchange(m_methodPress, std::nullopt);
     startSession(report);
+    if (left) {
+        leaveMethod(*left); // last: it looks for the window, and the first word waits
+    }
 }
 
-/// Whether the press was an input method's; one of an own engine leaves its window first.
-bool SessionMachine::pressInputMethod()
+/// A later key has it now: the release of the one before it ends nothing.
+void SessionMachine::overtakeMethodPress(int key)
+{
+    if (m_methodPress && m_methodPress->key != key) {
+        m_overtaken.insert(m_methodPress->key);
+    }
+}
+
+/// What the press has begun when it was an input method's; one of an own engine leaves its window first.
+std::optional<SessionMachine::MethodPress::Doing> SessionMachine::pressInputMethod()
 {
     const int index = m_state.LocalUseASR3Index;
-    if (m_state.ThirdPartyActive && index == thirdPartyCustom) {
-        if (m_state.ShowASR3Custom) {
-            pressCustomMethod();
+    const bool custom = m_state.ThirdPartyActive && index == thirdPartyCustom;
+    const bool known = m_state.ThirdPartyActive && m_state.VoiceTypeMode &&
+                       (index == thirdPartyXunFei || index == thirdPartySogou);
+    if (custom ? m_state.ShowASR3Custom : known) {
+        if (m_methodPress && m_methodPress->method != index) {
+            leaveMethod(*m_methodPress); // its key is another one
         }
-        return m_state.ShowASR3Custom;
+        return custom ? pressCustomMethod() : pressThirdParty();
     }
-    if (m_state.ThirdPartyActive && m_state.VoiceTypeMode &&
-        (index == thirdPartyXunFei || index == thirdPartySogou)) {
-        pressThirdParty();
-        return true;
+    // Looked up only then: it asks every window of the desktop, and the first word waits. And not while a key
+    // is held for it: what was said there would go with it. The next press finds it.
+    if (!custom && m_state.ThirdPartyWindowOpen && !m_state.XFVM3 && !m_methodPress) {
+        m_port.leaveInputMethod();
     }
-    if (m_state.ThirdPartyWindowOpen && !m_state.XFVM3) {
-        // Looked up only then: it asks every window of the desktop, and the first word waits.
-        const WindowId window = m_port.findInputMethodWindow();
-        if (window != 0) {
-            m_port.closeWindow(window);
-            m_state.ThirdPartyWindowOpen = false;
-            m_state.Asr3WindowFound = false;
-        }
-    }
-    return false;
+    return std::nullopt;
 }
 
 void SessionMachine::startSession(const KeyReport &report)
@@ -226,23 +214,18 @@ void SessionMachine::startSession(const KeyReport &report)
 void SessionMachine::release(const KeyReport &report)
 {
     const int key = keyOf(report);
-    if (key != m_methodKey && (m_state.Recording || m_methodKey != 0 || m_state.ThirdPartyActive) &&
-        m_overtaken.erase(key) > 0) {
-        return; // of a key whose session a later key has ended
-    }
-    if (key != m_methodKey && m_methodKey != 0 && !m_state.Recording) {
-        return; // of a key whose press was not taken; the input method's is still held
-    }
-    // A session of our own ends with the release, whatever mode has come since its press; and an input method
-    // that has not heard of a press does not hear of its release, which would begin where nothing ends.
-    if (m_state.ThirdPartyActive && key == m_methodKey && releaseThirdParty()) {
-        m_methodKey = 0;
+    // A session of our own ends with the release, whatever mode has come since its press; and so does what a
+    // press has begun at an input method. One that has not heard of a press does not hear of its release,
+    // which would begin where nothing ends.
+    if (m_methodPress && m_methodPress->key == key) {
+        endMethodPress();
         return;
     }
-    if ((m_hotKeyHeld || m_keyAwaitsWindow) && !m_state.Recording) {
-        m_methodKey = 0;
-        letHotKeyGo(); // it has been left since the press, by another engine or another mode
+    if ((m_state.Recording || m_methodPress || m_state.ThirdPartyActive) && m_overtaken.erase(key) > 0) {
         return;
+    }
+    if (m_methodPress) {
+        return; // of a key whose press was not taken; the input method's own key is still held
     }
     m_overtaken.erase(key);
     countQuickRelease();

@@ -28,16 +28,23 @@ public:
     void process(const char *report);
 
     /// Stops the recorder and accepts the next press, whatever state the session is in. The key that is held
-    /// still counts as held, but for an input method's: the report that this comes instead of may have been
-    /// its release.
+    /// still counts as held, and an input method's press goes on: what comes instead of its release is told
+    /// by refuse().
     void reset();
 
-    /// The window of the custom input method has come, or will not.
+    /// A report that is not taken, such as one that the reader has not passed on: the key of an input method
+    /// does not stay down for it.
+    void refuse(const char *report);
+
+    /// The window of an input method that was started has come, or will not.
     void inputMethodCame();
 
-    /// A click has started the input method. One whose key is tapped listens by itself from then on: the next
-    /// press goes on with that, and its release ends it.
+    /// A click has started the input method in force. One whose key is tapped listens by itself from then on:
+    /// the next press goes on with that, and its release ends it.
     void inputMethodStartedByClick();
+
+    /// The input method's window has been closed, or another method chosen: what a click had started is over.
+    void inputMethodLeft();
 
     /// Ends a session whose release can no longer come; what was said until now is recognised.
     void endWithoutRelease();
@@ -49,33 +56,52 @@ public:
     void receiverGone();
 
 private:
+    /// What a press has begun at an input method.
+    struct MethodPress
+    {
+        enum class Doing {
+            AwaitsWindow, ///< its key is typed when its window has come
+            Held,         ///< its key is down at the receiver
+            Listens       ///< until its key is tapped again
+        };
+        int key = 0;    ///< whose press
+        int method = 0; ///< as LocalUseASR3Index
+        Doing doing = Doing::Held;
+    };
+
     void press(const KeyReport &report);
-    bool pressInputMethod();
-    /// A report that is not taken: the key of an input method does not stay down for it.
-    void refuse(const char *report);
-    void resetSession();
+    std::optional<MethodPress::Doing> pressInputMethod();
     void release(const KeyReport &report);
     void startSession(const KeyReport &report);
     /// Ends the session under the lock; true when the recorder is to be stopped.
     bool closeSession(const KeyReport &report);
     void countQuickRelease();
 
-    void pressThirdParty();
-    void pressCustomMethod();
-    void typeCustomKey();
+    MethodPress::Doing pressThirdParty();
+    MethodPress::Doing pressCustomMethod();
+    MethodPress::Doing typeCustomKey();
+    void tapCustomKey();
+    bool isUnderWay(MethodPress::Doing doing) const;
     bool listensSinceClick();
-    bool releaseThirdParty();
-    void letHotKeyGo();
+    bool isInForce(const MethodPress &press) const;
+    void endMethodPress();
+    void releaseMethod(const MethodPress &press);
+    void leaveMethod(const MethodPress &press);
+    void overtakeMethodPress(int key);
 
     MainState &m_state;
     SessionPort &m_port;
     QMutex SessionMutex;
-    int m_sessionKey = 0;            ///< whose press the session that runs has begun with
-    std::set<int> m_overtaken;       ///< keys that are held although a later one has ended their session
-    int m_methodKey = 0;             ///< whose press went to an input method, 0 once it is released
-    bool m_hotKeyHeld = false;       ///< its key is down at the receiver
-    bool m_keyAwaitsWindow = false;  ///< its key is typed when its window has come
-    std::optional<qint64> m_clicked; ///< when a click has started it, and no press has come since; in ms
+    int m_sessionKey = 0;      ///< whose press the session that runs has begun with
+    std::set<int> m_overtaken; ///< keys whose release, should it come, belongs to nothing that runs
+    std::optional<MethodPress> m_methodPress; ///< while its key is held
+    bool m_windowAwaited = false;             ///< a program has been started, and its window is looked for
+    struct Click
+    {
+        int method = 0; ///< as LocalUseASR3Index
+        qint64 ms = 0;  ///< when it was, or when the window that it brings up has come
+    };
+    std::optional<Click> m_clicked; ///< has started an input method, and no press has come since
 };
 
 } // namespace mevo

@@ -41,7 +41,9 @@ public:
     virtual void recordStop() = 0;
 
     virtual WindowId findInputMethodWindow() = 0;
-    virtual void closeWindow(WindowId window) = 0;
+    /// Closes the input method's window where this program has opened it and its method takes a close; the
+    /// flags of the window follow.
+    virtual void leaveInputMethod() = 0;
     /// Finds out the installed XunFei input method's version and starts its window.
     virtual void startXunFeiInputMethod() = 0;
     /// Starts a program on its own, with no arguments.

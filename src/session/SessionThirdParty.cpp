@@ -15,8 +15,10 @@ namespace {
 
 constexpr int keyPauseMs = 100;
 constexpr int freshProgramMs = 500; ///< until a program that was started looks at its key
-/// How long a window that a click has brought up counts as listening by itself: no utterance is longer.
-constexpr int listensByItselfMs = 60000;
+/// How long an input method that a click has started counts as listening by itself, from its window's coming
+/// on. Who has clicked goes on to speak; where nothing is heard it falls silent by itself within seconds, and
+/// the next press begins anew. A wrong guess, either way, turns begin and end round until then.
+constexpr int listensByItselfMs = 10000;
 
 int hotKeyModifiers(const SettingsState &settings)
 {
@@ -24,9 +26,15 @@ int hotKeyModifiers(const SettingsState &settings)
            settings.LocalXunFeiASR3ShiftKey;
 }
 
+/// The path may come from another system's settings: either separator ends a folder.
+QString customProgramName(const QString &path)
+{
+    return QFileInfo(QString(path).replace(QLatin1Char('\\'), QLatin1Char('/'))).fileName();
+}
+
 } // namespace
 
-void SessionMachine::pressThirdParty()
+SessionMachine::MethodPress::Doing SessionMachine::pressThirdParty()
 {
     const bool xunFei = m_state.LocalUseASR3Index == thirdPartyXunFei;
     const auto placeBar = [this, xunFei] { m_port.placeBar(299, xunFei ? 389 : 319); };
@@ -42,11 +50,11 @@ void SessionMachine::pressThirdParty()
         m_port.sleepMs(keyPauseMs);
     };
 
-    bool started = false;
-    const bool listens = listensSinceClick();
+    const bool listens = listensSinceClick() || isUnderWay(MethodPress::Doing::Listens);
     const bool found = m_port.findInputMethodWindow() != 0;
     if (!found) {
         placeBar();
+        bool started = false;
         if (m_state.LocalMustClickRunASR3) {
             // The user starts it, by a click on the microphone.
         } else if (xunFei && !m_state.LocalASR3XunFeiInstallPath.isEmpty()) {
@@ -62,7 +70,7 @@ void SessionMachine::pressThirdParty()
         }
         if (started) {
             if (!m_state.ASR3HoldToTalk) {
-                return; // the fresh window listens by itself
+                return MethodPress::Doing::Listens; // a fresh window does so by itself
             }
             m_port.sleepMs(freshProgramMs);
         }
@@ -75,12 +83,11 @@ void SessionMachine::pressThirdParty()
 
     const int modifiers = hotKeyModifiers(m_state);
     if (m_state.ASR3HoldToTalk) {
-        m_hotKeyHeld = true; // until the release
         m_port.sendDeviceKey(modifiers, m_state.ASR3ShortCutKey);
-        return;
+        return MethodPress::Doing::Held;
     }
-    if (found && listens) {
-        return; // its key would end what the user has just begun
+    if (listens) {
+        return MethodPress::Doing::Listens; // its key would end what has been begun
     }
     if (!found) {
         hideBarIfWanted();
@@ -89,105 +96,126 @@ void SessionMachine::pressThirdParty()
     m_port.sendDeviceKey(modifiers, usage);
     m_port.sleepMs(keyPauseMs);
     m_port.sendDeviceKey(modifiers, 0);
+    return MethodPress::Doing::Listens;
 }
 
-void SessionMachine::pressCustomMethod()
+SessionMachine::MethodPress::Doing SessionMachine::pressCustomMethod()
 {
     const QString path = m_state.LocalASR3CustomInstallPath;
-    // The path may come from another system's settings: either separator ends a folder.
-    const QString name = QFileInfo(QString(path).replace(QLatin1Char('\\'), QLatin1Char('/'))).fileName();
+    const QString name = customProgramName(path);
     // Known programs are known without the suffix, too, where programs have none.
     const bool suffixed = name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
     const QString image = suffixed ? name : name + QLatin1String(".exe");
     const bool byItself = image.contains(QLatin1String("VoiceInput.exe"));
-    const bool listens = listensSinceClick() && byItself;
+    const bool listens = (listensSinceClick() && byItself) || isUnderWay(MethodPress::Doing::Listens);
     if (!name.isEmpty() && !m_state.LocalMustClickRunASR3 && !m_port.isProgramRunning(name)) {
         m_port.startProgram(path);
         if (!m_state.ASR3CustomWinClassName.isEmpty()) {
-            m_keyAwaitsWindow = true; // a program may need longer than is waited for below
+            m_windowAwaited = true; // a program may need longer than is waited for below
             m_port.awaitInputMethodWindow(m_state.ASR3CustomWinClassName);
-            return;
+            return MethodPress::Doing::AwaitsWindow;
         }
         m_port.sleepMs(keyPauseMs);
         if (image.contains(QLatin1String("SpeechInput.exe")) || m_state.ASR3CustomHoldToTalk) {
             m_port.sleepMs(freshProgramMs);
         }
         if (byItself) {
-            return;
+            return MethodPress::Doing::Listens;
         }
+    } else if (m_windowAwaited) {
+        return MethodPress::Doing::AwaitsWindow; // what is typed before is lost
     } else if (listens) {
-        return; // its key would end what the user has just begun
+        return MethodPress::Doing::Listens; // its key would end what has been begun
     }
-    typeCustomKey();
+    return typeCustomKey();
 }
 
 void SessionMachine::inputMethodStartedByClick()
 {
-    m_clicked = m_port.monotonicMs();
+    m_clicked = Click{m_state.LocalUseASR3Index, m_port.monotonicMs()};
+    if (m_state.LocalUseASR3Index != thirdPartyCustom) {
+        m_port.awaitInputMethodWindow(m_state.ASR3WinClassName);
+    }
 }
 
-/// Only the first press after the click finds it so.
+void SessionMachine::inputMethodLeft()
+{
+    m_clicked.reset();
+}
+
+/// Only the first press of an input method after a click finds it so.
 bool SessionMachine::listensSinceClick()
 {
     const auto clicked = std::exchange(m_clicked, std::nullopt);
-    return clicked && m_port.monotonicMs() - *clicked < listensByItselfMs;
+    return clicked && clicked->method == m_state.LocalUseASR3Index &&
+           m_port.monotonicMs() - clicked->ms < listensByItselfMs;
+}
+
+/// Another key is held already, and its press has begun this at the same method.
+bool SessionMachine::isUnderWay(MethodPress::Doing doing) const
+{
+    return m_methodPress && m_methodPress->method == m_state.LocalUseASR3Index &&
+           m_methodPress->doing == doing;
 }
 
 void SessionMachine::inputMethodCame()
 {
-    if (std::exchange(m_keyAwaitsWindow, false) && m_state.ThirdPartyActive &&
-        m_state.LocalUseASR3Index == thirdPartyCustom && m_state.ShowASR3Custom) {
-        typeCustomKey();
+    m_windowAwaited = false;
+    if (m_clicked) {
+        m_clicked->ms = m_port.monotonicMs();
+    }
+    if (m_methodPress && m_methodPress->doing == MethodPress::Doing::AwaitsWindow &&
+        isInForce(*m_methodPress)) {
+        m_methodPress->doing = typeCustomKey();
     }
 }
 
-void SessionMachine::typeCustomKey()
+SessionMachine::MethodPress::Doing SessionMachine::typeCustomKey()
 {
-    m_hotKeyHeld = m_state.ASR3CustomHoldToTalk;
-    m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
-    if (m_hotKeyHeld) {
-        return;
+    if (!m_state.ASR3CustomHoldToTalk) {
+        tapCustomKey();
+        return MethodPress::Doing::Listens;
     }
+    m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
+    return MethodPress::Doing::Held;
+}
+
+void SessionMachine::tapCustomKey()
+{
+    m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
     m_port.sleepMs(keyPauseMs);
     m_port.sendDeviceKey(0, 0);
 }
 
-/// Whatever has become of the input method since the press, its key does not stay down.
-void SessionMachine::letHotKeyGo()
+/// The method of the press is the one that a press would reach now.
+bool SessionMachine::isInForce(const MethodPress &press) const
 {
-    m_keyAwaitsWindow = false;
-    if (m_hotKeyHeld) {
-        m_hotKeyHeld = false;
-        m_port.sendDeviceKey(0, 0);
-    }
+    return m_state.ThirdPartyActive && press.method == m_state.LocalUseASR3Index &&
+           (press.method == thirdPartyCustom ? m_state.ShowASR3Custom : m_state.VoiceTypeMode.load());
 }
 
-bool SessionMachine::releaseThirdParty()
+void SessionMachine::endMethodPress()
 {
-    if (m_state.LocalUseASR3Index == thirdPartyCustom) {
-        if (!m_state.ShowASR3Custom) {
-            return false;
+    const MethodPress press = *std::exchange(m_methodPress, std::nullopt);
+    isInForce(press) ? releaseMethod(press) : leaveMethod(press);
+}
+
+void SessionMachine::releaseMethod(const MethodPress &press)
+{
+    const bool held = press.doing == MethodPress::Doing::Held;
+    if (press.method == thirdPartyCustom) {
+        if (held) {
+            m_port.sendDeviceKey(0, 0);
+        } else if (press.doing == MethodPress::Doing::Listens) { // what was not pressed is not released
+            tapCustomKey();
         }
-        if (m_hotKeyHeld || m_keyAwaitsWindow) { // what was not pressed is not released
-            letHotKeyGo();
-            return true;
-        }
-        m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
-        m_port.sleepMs(keyPauseMs);
-        m_port.sendDeviceKey(0, 0);
-        return true;
-    }
-    if (!m_state.VoiceTypeMode ||
-        (m_state.LocalUseASR3Index != thirdPartyXunFei && m_state.LocalUseASR3Index != thirdPartySogou)) {
-        return false;
+        return;
     }
     m_port.startPasteContentTimer();
-    if (!m_state.ASR3HoldToTalk) {
-        letHotKeyGo();
+    if (!held) {
         m_port.startTapTimer();
-        return true;
+        return;
     }
-    m_hotKeyHeld = false;
     m_port.sendDeviceKey(0, 0);
     m_port.sleepMs(keyPauseMs);
     const int usage = m_state.LocalXunFeiASR3ShortcutKey != 0 ? m_state.LocalXunFeiASR3ShortcutKey
@@ -197,7 +225,25 @@ bool SessionMachine::releaseThirdParty()
     m_port.sendDeviceKey(0, 0);
     m_port.sleepMs(200);
     m_port.sendDeviceKey(0, 0);
-    return true;
+}
+
+/// Another engine, method or mode has come since the press: its key does not stay down, and what still
+/// listens is ended. Its key goes to nobody else: it is tapped only while the method is there.
+void SessionMachine::leaveMethod(const MethodPress &press)
+{
+    if (press.doing == MethodPress::Doing::Held) {
+        m_port.sendDeviceKey(0, 0);
+    }
+    if (press.doing != MethodPress::Doing::Listens || press.method != m_state.LocalUseASR3Index) {
+        return;
+    }
+    if (press.method == thirdPartyCustom) {
+        if (m_port.isProgramRunning(customProgramName(m_state.LocalASR3CustomInstallPath))) {
+            tapCustomKey();
+        }
+    } else if (m_port.findInputMethodWindow() != 0) {
+        m_port.startTapTimer();
+    }
 }
 
 } // namespace mevo

@@ -14,6 +14,98 @@ QByteArray textOf(const QJsonObject &all)
     return all.isEmpty() ? QByteArray() : QJsonDocument(all).toJson(QJsonDocument::Compact);
 }
 
+bool isEmptyText(const QJsonValue &value)
+{
+    return value.isString() && value.toString().isEmpty();
+}
+
+/// All fields of the service are empty, as addedTo() leaves them.
+bool isTakenAway(const QString &service, const QJsonObject &fields)
+{
+    const auto known = std::find_if(accountServices.begin(), accountServices.end(),
+                                    [&](AccountService each) { return accountServiceName(each) == service; });
+    return known != accountServices.end() && fields.size() == accountFields(*known).size() &&
+           std::all_of(fields.begin(), fields.end(), isEmptyText);
+}
+
+/// Joins what is kept, one value after another.
+class Joining
+{
+public:
+    void addText(const QByteArray &text)
+    {
+        const QJsonDocument document = QJsonDocument::fromJson(text);
+        if (!document.isObject()) {
+            m_unreadable.append(text);
+            return;
+        }
+        const QJsonObject services = document.object();
+        for (auto service = services.begin(); service != services.end(); ++service) {
+            addService(service.key(), service.value());
+        }
+    }
+    JoinedAccounts joined() const { return {textOf(m_all), m_unreadable}; }
+
+private:
+    void addService(const QString &name, const QJsonValue &later)
+    {
+        const QJsonValue before = m_all.value(name);
+        if (before.isUndefined() || before == later) {
+            m_all.insert(name, later);
+        } else if (!later.isObject()) {
+            putAside({{name, later}});
+        } else {
+            if (!before.isObject()) {
+                putAside({{name, before}});
+            }
+            const QJsonObject fields = later.toObject();
+            m_all.insert(name, isTakenAway(name, fields) ? QJsonObject()
+                                                         : joinedFields(name, before.toObject(), fields));
+        }
+        removeEmpty(name);
+    }
+
+    QJsonObject joinedFields(const QString &service, QJsonObject fields, const QJsonObject &later)
+    {
+        for (auto field = later.begin(); field != later.end(); ++field) {
+            const QJsonValue before = fields.value(field.key());
+            if (before.isUndefined() || field->isString()) {
+                if (!before.isUndefined() && !before.isString()) {
+                    putAside({{service, QJsonObject{{field.key(), before}}}});
+                }
+                fields.insert(field.key(), *field);
+            } else if (before != *field) {
+                putAside({{service, QJsonObject{{field.key(), *field}}}});
+            }
+        }
+        return fields;
+    }
+
+    /// The fields that have been taken away, and what they leave empty.
+    void removeEmpty(const QString &service)
+    {
+        if (!m_all.value(service).isObject()) {
+            return;
+        }
+        QJsonObject fields = m_all.value(service).toObject();
+        for (const QString &field : fields.keys()) {
+            if (isEmptyText(fields.value(field))) {
+                fields.remove(field);
+            }
+        }
+        if (fields.isEmpty()) {
+            m_all.remove(service);
+        } else {
+            m_all.insert(service, fields);
+        }
+    }
+
+    void putAside(const QJsonObject &values) { m_unreadable.append(textOf(values)); }
+
+    QJsonObject m_all;
+    QList<QByteArray> m_unreadable;
+};
+
 } // namespace
 
 AccountChanges::AccountChanges(const OwnAccounts &before, const OwnAccounts &after)
@@ -63,13 +155,23 @@ OwnAccounts AccountChanges::appliedTo(OwnAccounts accounts) const
 
 QByteArray AccountChanges::appliedTo(const QByteArray &text) const
 {
+    return applied(text, Removed::Absent);
+}
+
+QByteArray AccountChanges::addedTo(const QByteArray &waiting) const
+{
+    return applied(waiting, Removed::Empty);
+}
+
+QByteArray AccountChanges::applied(const QByteArray &text, Removed mark) const
+{
     QJsonObject all = QJsonDocument::fromJson(text).object();
     for (const AccountService service : accountServices) {
         const QString name = accountServiceName(service);
         const QStringList names = accountFields(service);
         QJsonObject account = all.value(name).toObject();
         bool changed = false;
-        bool removed = true;
+        bool removed = mark == Removed::Absent;
         for (int field = 0; field < names.size(); ++field) {
             const std::optional<QString> &value = m_fields[std::size_t(service)][std::size_t(field)];
             removed = removed && value && value->isEmpty();
@@ -77,7 +179,7 @@ QByteArray AccountChanges::appliedTo(const QByteArray &text) const
                 continue;
             }
             changed = true;
-            if (value->isEmpty()) {
+            if (value->isEmpty() && mark == Removed::Absent) {
                 account.remove(names[field]);
             } else {
                 account.insert(names[field], *value);
@@ -94,21 +196,11 @@ QByteArray AccountChanges::appliedTo(const QByteArray &text) const
 
 JoinedAccounts joinAccountTexts(const QList<QByteArray> &texts)
 {
-    JoinedAccounts joined;
-    QJsonObject all;
+    Joining joining;
     for (const QByteArray &text : texts) {
-        const QJsonDocument document = QJsonDocument::fromJson(text);
-        if (!document.isObject()) {
-            joined.unreadable.append(text);
-            continue;
-        }
-        const QJsonObject services = document.object();
-        for (auto service = services.begin(); service != services.end(); ++service) {
-            all.insert(service.key(), service.value());
-        }
+        joining.addText(text);
     }
-    joined.text = textOf(all);
-    return joined;
+    return joining.joined();
 }
 
 } // namespace mevo

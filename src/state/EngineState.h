@@ -78,12 +78,12 @@ struct EngineState : EnginePermissions
     QString XFResultText;      ///< text of the message that is being handled
     QStringList XFPartialList; ///< with dynamic correction: result number n of this session at index n - 1
 
-    /// Day's use and limit of each engine.
+    /// Day's use and limit of each engine, of the receiver at hand. DayCounts counts.
     int BDSR1DUsedQuantity = 0, BDSR1DMaxUsageQuantity = 500;
     int TXSR1DUsedQuantity = 0, TXSR1DMaxUsageQuantity = 500;
     int XFSR1DUsedQuantity = 0, XFSR1DMaxUsageQuantity = 500;
     int BDFY1MUsedQuantity = 0, BDFY1MMaxUsageQuantity = 5000;
-    /// Day's use as the device record had it when it was last read.
+    /// Day's use as the device record had it when it was last read or written.
     int BDSR1DReadQuantity = 0, TXSR1DReadQuantity = 0, XFSR1DReadQuantity = 0, BDFY1MReadQuantity = 0;
 
     /// Expected sizes of the credential files, -1 until the product record tells.

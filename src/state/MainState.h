@@ -1,5 +1,6 @@
 #pragma once
 
+#include "state/DayCounts.h"
 #include "state/DeviceState.h"
 #include "state/EngineState.h"
 #include "state/ServiceState.h"
@@ -13,4 +14,5 @@ struct MainState : SessionState, DeviceState, EngineState, ServiceState, Setting
     bool ExitInProgress = false; ///< the exit is being walked
     bool InitDone = false;       ///< the constructor has reached its end
     int CurrentVersion = 107;
+    mevo::DayCounts dayCounts{*this}; ///< each receiver's; the members are those of the one at hand
 };

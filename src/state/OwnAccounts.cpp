@@ -91,31 +91,6 @@ bool OwnAccounts::hasAny(AccountService service) const
                        [](const QString &value) { return !value.isEmpty(); });
 }
 
-bool OwnAccounts::isEmpty() const
-{
-    return std::none_of(accountServices.begin(), accountServices.end(),
-                        [this](AccountService service) { return hasAny(service); });
-}
-
-QByteArray OwnAccounts::toText() const
-{
-    QJsonObject all;
-    for (const AccountService service : accountServices) {
-        QJsonObject account;
-        const QStringList fields = accountFields(service);
-        for (int field = 0; field < fields.size(); ++field) {
-            const QString &value = values(service)[std::size_t(field)];
-            if (!value.isEmpty()) {
-                account.insert(fields[field], value);
-            }
-        }
-        if (!account.isEmpty()) {
-            all.insert(accountServiceName(service), account);
-        }
-    }
-    return all.isEmpty() ? QByteArray() : QJsonDocument(all).toJson(QJsonDocument::Compact);
-}
-
 std::optional<OwnAccounts> OwnAccounts::fromText(const QByteArray &text)
 {
     const QJsonDocument document = QJsonDocument::fromJson(text);

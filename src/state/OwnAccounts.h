@@ -54,11 +54,9 @@ public:
     bool isComplete(AccountService service) const;
     /// Some field of the service is there.
     bool hasAny(AccountService service) const;
-    bool isEmpty() const;
 
-    /// As JSON, {"Baidu":{"ApiKey":"..."}}; empty when there are none.
-    QByteArray toText() const;
-    /// Nothing for what is no such text. Fields that are not known or not usable are left out.
+    /// Of JSON, {"Baidu":{"ApiKey":"..."}}; an empty text holds none, and what is no such text gives nothing.
+    /// Fields that are not known or not usable are left out.
     static std::optional<OwnAccounts> fromText(const QByteArray &text);
 
     bool operator==(const OwnAccounts &other) const { return m_values == other.m_values; }

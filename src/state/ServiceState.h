@@ -18,9 +18,9 @@ struct ServiceState : mevo::BackendEndpoints
     QString NetworkProxy_UserName;
     QString NetworkProxy_Password; ///< never logged
 
-    bool CountersLocked = false; ///< no counter flush happens
-    QString LastLoginDateTime;   ///< when the day of counting began, as the device record has it
-    int ShowAssistInfo = 0;      ///< what the settings page shows of its help
+    bool CountersLocked = true; ///< no counter flush happens: what the record holds is not known yet
+    QString LastLoginDateTime;  ///< when the day of counting began, as the device record has it
+    int ShowAssistInfo = 0;     ///< what the settings page shows of its help
     int AutoUpdateSwitch = 1;
     int ManualUpdateSwitch = 0;
     int ForceUpdate = 0; ///< 1: an update cannot be put off

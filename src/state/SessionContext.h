@@ -31,6 +31,7 @@ struct SessionContext
     bool translateMode = false;
     bool oneShotCommand = false; ///< this text is matched as a command, whatever the mode
     SessionEngine engine;
+    int receiver = 0; ///< whose day its use is counted to, as DayCounts numbers them; 0 for the one at hand
 };
 
 } // namespace mevo

@@ -1,7 +1,7 @@
 #include "translation/Parser.h"
 
 #include "engines/BaiduRequest.h"
-#include "service/Statements.h"
+#include "service/CountWrites.h"
 #include "translation/TranslationAllowance.h"
 #include "translation/TranslationReply.h"
 #include "translation/TranslationRequest.h"
@@ -9,12 +9,6 @@
 #include <QPointer>
 
 #include <limits>
-
-namespace {
-
-constexpr int withoutWaiting = 1;
-
-} // namespace
 
 Parser::Parser(MainState &state, mevo::WebApi &api, mevo::TranslationHost &host,
                mevo::EngineEndpoints endpoints, QObject *parent)
@@ -46,24 +40,20 @@ QPair<bool, QString> Parser::request(const QString &text, const QString &from, c
     const QUrl url = QUrl::fromEncoded(m_url.toEncoded() + '?' + mevo::translationQuery(request, m_sign));
 
     const QPointer<Parser> alive(this);
-    const QString receiver = m_state.DongleID;
+    const int receiver = m_state.dayCounts.receiver();
     QString reply;
     m_api.BackendGet(url, requestTimeoutMs, reply, mevo::checksCertificate(m_endpoints, url));
-    if (!alive.isNull() && m_state.DongleID == receiver) { // another one has a count of its own
-        count();
+    if (!alive.isNull()) {
+        count(receiver);
     }
     return mevo::translationResult(reply, text);
 }
 
-void Parser::count()
+void Parser::count(int receiver)
 {
-    const mevo::TranslationCount count = mevo::countTranslation(m_state);
-    if (count.written && !m_state.DongleID.isEmpty()) {
-        const QString column = QStringLiteral("BDFY1MUsedQuantity=%1").arg(m_state.BDFY1MUsedQuantity);
-        m_api.RunBackendSql(nullptr,
-                            mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, m_state.SchemaName,
-                                                  {column, m_state.DongleID}),
-                            m_state.ServerUrl, withoutWaiting);
+    const mevo::TranslationCount count = mevo::countTranslation(m_state, receiver);
+    if (count.written) {
+        m_api.WriteCount(mevo::translationWrite(m_state));
     }
     if (count.limitReached) {
         const QString text =

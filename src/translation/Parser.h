@@ -32,7 +32,7 @@ public:
 
 private:
     void takeAccount();
-    void count();
+    void count(int receiver);
 
     MainState &m_state;
     mevo::WebApi &m_api;

@@ -11,9 +11,9 @@ struct TranslationCount
     bool limitReached = false; ///< the allowance is used up
 };
 
-/// Counts a translation, whatever came of it. Every hundredth count is written, unless the counters are
-/// locked; both are only looked at while the backend answers, since the count of the record is not known
-/// otherwise.
-TranslationCount countTranslation(MainState &state);
+/// Counts a translation, whatever came of it, to the receiver of this number, for which it was asked. Every
+/// hundredth count is written, unless the counters are locked; both are only looked at while the backend
+/// answers, since the count of the record is not known otherwise, and for the receiver at hand.
+TranslationCount countTranslation(MainState &state, int receiver);
 
 } // namespace mevo

@@ -174,6 +174,17 @@ void askAside(QWidget *parent, const Question &question, std::function<void(int)
     box->show();
 }
 
+void raiseAside(QWidget *parent, const QString &title)
+{
+    const auto boxes = parent->findChildren<QMessageBox *>(asideName, Qt::FindDirectChildrenOnly);
+    for (QMessageBox *box : boxes) {
+        if (box->windowTitle() == title) {
+            box->raise();
+            box->activateWindow();
+        }
+    }
+}
+
 void moveQuestions(QWidget *from, QWidget *to)
 {
     const auto boxes = from->findChildren<QMessageBox *>(asideName, Qt::FindDirectChildrenOnly);

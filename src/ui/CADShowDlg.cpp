@@ -266,9 +266,22 @@ void CADShowDlg::startSlide()
     if (m_ended) {
         return;
     }
+    // The picture may have taken a minute to come: what held for the notice then need not hold now.
+    const std::optional<int> bottom =
+        m_place ? m_place(*this, m_waitedMs) : std::optional<int>(availableGeometry().bottom() + 1);
+    if (bottom) {
+        slideTo(*bottom);
+        return;
+    }
+    m_waitedMs += askAgainMs;
+    QTimer::singleShot(askAgainMs, this, &CADShowDlg::startSlide);
+}
+
+void CADShowDlg::slideTo(int bottom)
+{
     const QRect room = availableGeometry();
     m_top = room.bottom() + 1;
-    m_finalTop = m_top - height();
+    m_finalTop = bottom - height();
     move(room.right() + 1 - width(), m_top);
     show();
     raise();

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 class QImage;
 class QLabel;
@@ -32,6 +33,18 @@ public:
     explicit CADShowDlg(const WebCipher &cipher, const std::optional<QNetworkProxy> &proxy,
                         mevo::NoticePageMaker *(*pages)() = nullptr, QWidget *parent = nullptr,
                         mevo::OwnWindows *desktop = nullptr);
+
+    /// Says where a notice that is ready comes to stand, as the y behind its last row; nothing while it is
+    /// not its turn, and it asks again a little later. `waitedMs` is how long it has been ready.
+    using Place = std::function<std::optional<int>(const CADShowDlg &notice, int waitedMs)>;
+    /// Without a place it stands at the bottom of the screen, at once. To be set before the notice is taken.
+    void setPlace(Place place) { m_place = std::move(place); }
+    /// Where it stands at the end of its slide; empty while it is not shown.
+    QRect standing() const { return isVisible() ? QRect(x(), m_finalTop, width(), height()) : QRect(); }
+    bool isPointerOver() const { return m_pointerIn; }
+
+    /// Between two questions for its place.
+    static constexpr int askAgainMs = 500;
 
     int StaySeconds = 0; ///< how long it stands before it fades
 
@@ -69,7 +82,9 @@ private:
     /// Decodes a picture and shows it; `then` hears whether its bytes are one that may be shown.
     void takePicture(const QByteArray &bytes, const std::function<void(bool shown)> &then);
     void showPicture(const QImage &picture);
+    /// It is ready: it slides as soon as it is its turn.
     void startSlide();
+    void slideTo(int bottom);
     void endSlide();
     void setOpacity(int tenths);
     void openLink(const QUrl &address);
@@ -78,11 +93,13 @@ private:
     std::optional<QNetworkProxy> m_proxy;
     mevo::NoticePageMaker *(*m_pages)();
     mevo::OwnWindows *m_desktop;
+    Place m_place;
     mevo::PushNotice m_notice;
     QNetworkAccessManager *m_network = nullptr;
     QWidget *m_page = nullptr;
     QLabel *m_address = nullptr;
     QTimer m_slide, m_stay, m_fade;
+    int m_waitedMs = 0; ///< for its turn
     int m_elapsed = 0;  ///< seconds of the stay
     int m_opacity = 10; ///< tenths
     int m_top = 0;      ///< of the window, as the slide has it

@@ -8,6 +8,8 @@ namespace mevo {
 
 namespace {
 
+using State = FirstStartLine::State;
+
 QString say(const char *text)
 {
     return QCoreApplication::translate("FirstStart", text);
@@ -16,36 +18,42 @@ QString say(const char *text)
 FirstStartLine recognition(const FirstStartFacts &facts)
 {
     if (facts.inputMethod) {
-        return {true, say(QT_TRANSLATE_NOOP("FirstStart", "语音识别：使用电脑上的语音输入法")), {}};
+        return {State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "语音识别：使用电脑上的语音输入法")), {}};
     }
     if (facts.account) {
-        return {true, say(QT_TRANSLATE_NOOP("FirstStart", "语音识别：已有账号")), {}};
+        return {State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "语音识别：已有账号")), {}};
     }
-    return {false,
-            say(QT_TRANSLATE_NOOP("FirstStart", "语音识别：没有账号")),
-            {FirstStartHelp::OwnAccount, FirstStartHelp::InputMethod}};
+    const std::vector<FirstStartHelp> helps{FirstStartHelp::OwnAccount, FirstStartHelp::InputMethod};
+    if (facts.accountsUnread) {
+        return {State::Unknown, say(QT_TRANSLATE_NOOP("FirstStart", "语音识别：保存的账号暂时无法读取")),
+                helps};
+    }
+    return {State::Missing, say(QT_TRANSLATE_NOOP("FirstStart", "语音识别：没有账号")), helps};
 }
 
 FirstStartLine receiver(const FirstStartFacts &facts)
 {
     if (facts.receiver) {
-        return {true, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：已连接")), {}};
+        return {State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：已连接")), {}};
     }
     if (facts.receiverRefused) {
-        return {false, receiverRefusedText(), {FirstStartHelp::UdevRule}};
+        return {State::Missing, receiverRefusedText(), {FirstStartHelp::UdevRule}};
     }
     if (!facts.receiverNeeded) {
-        return {true, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有插入，可以用屏幕上的话筒")), {}};
+        return {
+            State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有插入，可以用屏幕上的话筒")), {}};
     }
-    return {false, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有找到，请插入电脑的USB接口")), {}};
+    return {
+        State::Missing, say(QT_TRANSLATE_NOOP("FirstStart", "接收器：没有找到，请插入电脑的USB接口")), {}};
 }
 
 FirstStartLine microphone(const FirstStartFacts &facts)
 {
-    return facts.microphone ? FirstStartLine{true, say(QT_TRANSLATE_NOOP("FirstStart", "麦克风：已找到")), {}}
-                            : FirstStartLine{false,
-                                             say(QT_TRANSLATE_NOOP("FirstStart", "麦克风：没有找到")),
-                                             {FirstStartHelp::Microphone}};
+    return facts.microphone
+               ? FirstStartLine{State::Works, say(QT_TRANSLATE_NOOP("FirstStart", "麦克风：已找到")), {}}
+               : FirstStartLine{State::Missing,
+                                say(QT_TRANSLATE_NOOP("FirstStart", "麦克风：没有找到")),
+                                {FirstStartHelp::Microphone}};
 }
 
 } // namespace
@@ -58,7 +66,8 @@ std::vector<FirstStartLine> firstStartLines(const FirstStartFacts &facts)
 bool isFirstStartHelpNeeded(const FirstStartFacts &facts)
 {
     const std::vector<FirstStartLine> lines = firstStartLines(facts);
-    return std::any_of(lines.begin(), lines.end(), [](const FirstStartLine &line) { return !line.works; });
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const FirstStartLine &line) { return line.state == State::Missing; });
 }
 
 QString firstStartHelpText(FirstStartHelp help)

@@ -10,6 +10,7 @@ namespace mevo {
 struct FirstStartFacts
 {
     bool account = false;         ///< of a service that recognises speech
+    bool accountsUnread = false;  ///< there may be one among those that could not be read yet
     bool inputMethod = false;     ///< an input method of the computer recognises instead
     bool receiver = false;        ///< it is there and open
     bool receiverRefused = false; ///< it is there, and may not be opened
@@ -23,14 +24,15 @@ enum class FirstStartHelp { OwnAccount, InputMethod, Microphone, UdevRule };
 /// One line of the window: what works or what is missing, and the buttons that help.
 struct FirstStartLine
 {
-    bool works = false;
+    enum class State { Works, Missing, Unknown };
+    State state = State::Missing;
     QString text; ///< translated
     std::vector<FirstStartHelp> helps;
 };
 
 std::vector<FirstStartLine> firstStartLines(const FirstStartFacts &facts);
 
-/// Whether a first start shows the window: something is missing.
+/// Whether a first start shows the window: something is surely missing.
 bool isFirstStartHelpNeeded(const FirstStartFacts &facts);
 
 /// Text of a button, translated.

@@ -47,6 +47,30 @@ const char *nameOf(mevo::FirstStartHelp help)
 
 } // namespace
 
+QLabel *FirstStartDialog::makeMark(mevo::FirstStartLine::State state)
+{
+    using State = mevo::FirstStartLine::State;
+    auto *mark = new QLabel;
+    switch (state) {
+    case State::Works:
+        mark->setText(QStringLiteral("✔"));
+        mark->setStyleSheet(QStringLiteral("color: #1a7f37;"));
+        mark->setAccessibleName(tr("正常"));
+        break;
+    case State::Missing:
+        mark->setText(QStringLiteral("✘"));
+        mark->setStyleSheet(QStringLiteral("color: #c00000;"));
+        mark->setAccessibleName(tr("缺少"));
+        break;
+    case State::Unknown:
+        mark->setText(QStringLiteral("?"));
+        mark->setStyleSheet(QStringLiteral("color: #9a6700;"));
+        mark->setAccessibleName(tr("未知"));
+        break;
+    }
+    return mark;
+}
+
 FirstStartDialog::FirstStartDialog(QWidget *parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
     , m_area(new QScrollArea(this))
@@ -86,7 +110,7 @@ FirstStartDialog::FirstStartDialog(QWidget *parent)
     trial->addWidget(trialLabel);
     trial->addWidget(m_trial, 1);
 
-    auto *hint = new QLabel(tr("以后可以在“设置”的“硬件设置”页再次打开本窗口。"));
+    auto *hint = new QLabel(tr("以后可以在“设置”的“硬件设置”页的“软件下载”中再次打开本窗口。"));
     hint->setWordWrap(true);
     QPushButton *close = makeButton(tr("关闭"), "pushButton_Close");
     connect(close, &QPushButton::clicked, this, &QDialog::close);
@@ -129,17 +153,19 @@ void FirstStartDialog::setFacts(const mevo::FirstStartFacts &facts)
         m_rule->hide();
     }
     int row = 0;
+    QWidget *before = nullptr;
     for (const mevo::FirstStartLine &line : lines) {
-        auto *mark = new QLabel(line.works ? QStringLiteral("✔") : QStringLiteral("✘"));
-        mark->setStyleSheet(line.works ? QStringLiteral("color: #1a7f37;")
-                                       : QStringLiteral("color: #c00000;"));
-        mark->setAccessibleName(line.works ? tr("正常") : tr("缺少"));
+        QLabel *mark = makeMark(line.state);
         auto *text = new QLabel(line.text);
         m_lines->addWidget(mark, row, 0, Qt::AlignTop);
         m_lines->addWidget(text, row++, 1);
         for (const mevo::FirstStartHelp help : line.helps) {
             QPushButton *button = makeButton(mevo::firstStartHelpText(help), nameOf(help));
             m_lines->addWidget(button, row++, 1, Qt::AlignLeft);
+            if (before != nullptr) {
+                setTabOrder(before, button);
+            }
+            before = button;
             connect(button, &QPushButton::clicked, this, [this, help] {
                 if (help == mevo::FirstStartHelp::UdevRule) {
                     showRule();
@@ -148,6 +174,16 @@ void FirstStartDialog::setFacts(const mevo::FirstStartFacts &facts)
                 }
             });
         }
+    }
+    // As they stand, though these are made later than those below.
+    for (QWidget *below :
+         {findChild<QWidget *>(QStringLiteral("plainTextEdit_UdevRule")),
+          findChild<QWidget *>(QStringLiteral("pushButton_CopyRule")), static_cast<QWidget *>(m_trial),
+          findChild<QWidget *>(QStringLiteral("pushButton_Close"))}) {
+        if (before != nullptr) {
+            setTabOrder(before, below);
+        }
+        before = below;
     }
     for (int i = 0; i < m_lines->count(); ++i) {
         m_lines->itemAt(i)->widget()->show(); // else the size would be worked out without the new ones

@@ -5,6 +5,7 @@
 #include <QDialog>
 
 class QGridLayout;
+class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
@@ -26,6 +27,7 @@ Q_SIGNALS:
     void helpWanted(mevo::FirstStartHelp help);
 
 private:
+    static QLabel *makeMark(mevo::FirstStartLine::State state);
     void showRule();
     /// As large as its content, or as the screen lets it be, and on the screen. The content scrolls then.
     void fit();

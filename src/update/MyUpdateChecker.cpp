@@ -5,6 +5,7 @@
 #include "base/WholeFile.h"
 #include "service/ProxyChoice.h"
 #include "service/ReplyWait.h"
+#include "update/UnfinishedUpdate.h"
 #include "update/UpdateQuestion.h"
 #include "update/UpdateSignature.h"
 
@@ -14,10 +15,6 @@
 
 #include <utility>
 
-#include <unistd.h>
-
-const QString MyUpdateChecker::partFile = QStringLiteral(".update-part");
-
 namespace {
 
 constexpr int statusOk = 200;
@@ -26,11 +23,6 @@ constexpr int statusNotFound = 404;
 int statusOf(const QNetworkReply *reply)
 {
     return reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-}
-
-QString folderAboveOf(const QString &programFile)
-{
-    return QDir::cleanPath(QFileInfo(programFile).path() + QStringLiteral("/.."));
 }
 
 } // namespace
@@ -66,15 +58,6 @@ MyUpdateChecker::~MyUpdateChecker()
     }
 }
 
-void MyUpdateChecker::removeRest(const QString &programFile)
-{
-    const QFileInfo part(folderAboveOf(programFile) + QLatin1Char('/') + partFile);
-    // That of another user may be a download that runs.
-    if (part.isFile() && part.ownerId() == geteuid() && QFile::remove(part.filePath())) {
-        qInfo("Update: the rest of a download is removed");
-    }
-}
-
 QNetworkReply *MyUpdateChecker::get(const QUrl &url, int silenceMs)
 {
     const auto proxy = mevo::chosenProxy(m_service);
@@ -86,13 +69,66 @@ QNetworkReply *MyUpdateChecker::get(const QUrl &url, int silenceMs)
 
 void MyUpdateChecker::check()
 {
-    if (m_busy || !m_service.IsOnline) {
+    if (isBusy() || !m_service.IsOnline) {
         return;
     }
-    m_busy = true;
+    m_phase = Phase::Checking;
     m_secondBase = false;
     m_bases = mevo::updateBases(m_service.ServerVersion, m_update.ManualCheck, m_service);
     requestVersionFile(m_bases.first);
+}
+
+void MyUpdateChecker::checkAtWish()
+{
+    using mevo::CheckAnswer;
+    switch (m_phase) {
+    case Phase::Idle:
+    case Phase::Checking:
+        m_update.ManualCheck = true;
+        m_update.UpdateNotified = true;
+        if (isBusy()) {
+            m_wished = true;
+            m_host.tellAboutCheck(CheckAnswer::Checking);
+        } else if (!m_service.IsOnline) {
+            m_host.tellAboutCheck(CheckAnswer::Offline);
+        } else {
+            m_wished = true;
+            check();
+        }
+        break;
+    case Phase::Asking:
+        m_host.tellAboutCheck(CheckAnswer::Asking);
+        m_host.raiseUpdateQuestion();
+        break;
+    case Phase::Downloading:
+        m_host.tellAboutCheck(CheckAnswer::Downloading);
+        if (m_askingToCancel) {
+            m_host.raiseUpdateQuestion();
+        } else {
+            m_host.showDownload(m_found.fileName);
+        }
+        break;
+    case Phase::Installing:
+        m_host.tellAboutCheck(CheckAnswer::Installing);
+        break;
+    }
+}
+
+void MyUpdateChecker::end()
+{
+    m_phase = Phase::Idle;
+    m_wished = false;
+}
+
+void MyUpdateChecker::endCheck(mevo::CheckAnswer answer)
+{
+    // A server that is away is told about whenever the check is one by hand, the rest only where it was asked
+    // for by name.
+    const bool told = m_wished || (answer == mevo::CheckAnswer::NoServer && m_update.ManualCheck);
+    end();
+    if (told) {
+        m_host.tellAboutCheck(answer);
+    }
 }
 
 void MyUpdateChecker::requestVersionFile(const QString &base)
@@ -119,10 +155,7 @@ void MyUpdateChecker::on_NetworkReply(QNetworkReply *reply)
         requestVersionFile(m_bases.second);
         return;
     }
-    m_busy = false;
-    if (m_update.ManualCheck) {
-        m_host.updateCheckFailed();
-    }
+    endCheck(mevo::CheckAnswer::NoServer);
 }
 
 void MyUpdateChecker::decide()
@@ -130,22 +163,22 @@ void MyUpdateChecker::decide()
     const auto file = mevo::parseVersionFile(m_replyText);
     if (!file) {
         qWarning("Update: the version file cannot be used");
-        m_busy = false;
+        endCheck(mevo::CheckAnswer::NoVersion);
         return;
     }
     m_found = *file;
     Mode = file->mode;
     switch (mevo::updateStep(*file, m_currentVersion, m_update.ManualCheck, m_update.UpdateNotified)) {
     case mevo::UpdateStep::Nothing:
-        m_busy = false;
+        endCheck(mevo::CheckAnswer::UpToDate);
         return;
     case mevo::UpdateStep::ClearNotice:
-        m_busy = false;
         m_update.UpdateNotified = false;
         m_host.setUpdateNotice(false);
+        endCheck(mevo::CheckAnswer::UpToDate);
         return;
     case mevo::UpdateStep::ShowNotice:
-        m_busy = false;
+        end();
         m_update.UpdateNotified = true;
         m_host.setUpdateNotice(true);
         return;
@@ -153,6 +186,8 @@ void MyUpdateChecker::decide()
         break;
     }
     qInfo("Update: version %d is offered", m_found.version);
+    m_phase = Phase::Asking;
+    m_wished = false;
     const bool forced = m_service.ForceUpdate == 1;
     m_host.askForUpdate(mevo::updateQuestion(m_found, forced, m_service.SWName, !m_updateKey.isEmpty()),
                         forced, [checker = QPointer<MyUpdateChecker>(this)](bool now) {
@@ -164,7 +199,7 @@ void MyUpdateChecker::decide()
                                 checker->download();
                                 return;
                             }
-                            checker->m_busy = false;
+                            checker->end();
                             if (now) {
                                 checker->m_host.openDownloadPage();
                             }
@@ -173,7 +208,7 @@ void MyUpdateChecker::decide()
 
 QString MyUpdateChecker::folderAbove() const
 {
-    return folderAboveOf(m_host.programFile());
+    return QDir::cleanPath(QFileInfo(m_host.programFile()).path() + QStringLiteral("/.."));
 }
 
 QString MyUpdateChecker::archivePath() const
@@ -218,6 +253,7 @@ QString MyUpdateChecker::cannotSave(const QString &path, const QString &reason) 
 
 void MyUpdateChecker::download()
 {
+    m_phase = Phase::Downloading;
     m_writeError.clear();
     m_signatureTurn = false;
     m_signature.clear();
@@ -231,7 +267,11 @@ void MyUpdateChecker::download()
             return;
         }
     }
-    const QString path = folderAbove() + QLatin1Char('/') + partFile;
+    if (mevo::isUpdaterAtWork()) { // on what an earlier download has fetched; it waits for this program's end
+        giveUp(tr("另一个更新正在安装，请稍后再试。"));
+        return;
+    }
+    const QString path = folderAbove() + QLatin1Char('/') + mevo::updatePartFile;
     QFile::remove(path); // opening what stands there could write through a link
     m_file = std::make_unique<QFile>(path);
     if (!m_file->open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
@@ -272,7 +312,7 @@ void MyUpdateChecker::on_UpdateDataReadProgress(qint64 received, qint64 total)
 
 void MyUpdateChecker::on_CancelDownload()
 {
-    if (!m_busy || m_askingToCancel || (!m_download && !m_file)) {
+    if (!isBusy() || m_askingToCancel || (!m_download && !m_file)) {
         return;
     }
     m_askingToCancel = true;
@@ -294,7 +334,7 @@ void MyUpdateChecker::on_CancelDownload()
         giveUp({});
     } else if (m_next) {
         std::exchange(m_next, nullptr)();
-    } else if (m_busy) {
+    } else if (isBusy()) {
         m_host.showDownload(m_found.fileName);
     }
 }
@@ -406,13 +446,14 @@ void MyUpdateChecker::complete()
         giveUp(error);
         return;
     }
+    m_phase = Phase::Installing;
     m_host.hideDownload();
     qInfo("Update: the archive is here");
     m_host.handOver([checker = QPointer<MyUpdateChecker>(this)](bool started) {
         if (checker.isNull()) {
             return;
         }
-        checker->m_busy = false;
+        checker->end();
         if (!started) {
             checker->removeFetched();
         }
@@ -483,7 +524,7 @@ void MyUpdateChecker::giveUp(const QString &text)
     if (std::exchange(m_fetched, false)) {
         removeFetched();
     }
-    m_busy = false;
+    end();
     if (!text.isEmpty()) {
         qWarning("Update: the download has failed");
         m_host.tellAboutUpdate(text);

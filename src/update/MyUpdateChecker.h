@@ -31,17 +31,16 @@ public:
 
     /// Starts a check by the flags of the state. Nothing without a network.
     void check();
-    bool isBusy() const { return m_busy; }
+    /// The same for a user who waits for the answer: there is one in any case, also where a check, a question
+    /// or a download is under way already, which is brought to the front. The check is one by hand, as far as
+    /// it has not come further, and asks.
+    void checkAtWish();
+    bool isBusy() const { return m_phase != Phase::Idle; }
 
     static constexpr int checkTimeoutMs = 10000;
     /// Longest silence of the server within a download.
     static constexpr int downloadSilenceMs = 30000;
     static constexpr qint64 largestArchive = 1LL << 30;
-    /// The archive on its way, in the folder above the program's: a name of the program's own, so that what
-    /// stands under it is a rest of an earlier download.
-    static const QString partFile;
-    /// Removes what a program that ended in the middle of a download has left; to be called before any check.
-    static void removeRest(const QString &programFile);
 
 public Q_SLOTS:
     /// A version file has come, or not.
@@ -52,6 +51,11 @@ public Q_SLOTS:
     void on_CancelDownload();
 
 private:
+    enum class Phase { Idle, Checking, Asking, Downloading, Installing };
+
+    /// The check has come to its end; whoever has asked for it hears how.
+    void endCheck(mevo::CheckAnswer answer);
+    void end();
     QNetworkReply *get(const QUrl &url, int silenceMs);
     void requestVersionFile(const QString &base);
     void decide();
@@ -95,7 +99,8 @@ private:
     QByteArray m_signature;
     int m_check = 0;      ///< number of the check whose result counts
     QString m_writeError; ///< empty while everything could be written
-    bool m_busy = false;
+    Phase m_phase = Phase::Idle;
+    bool m_wished = false; ///< the user waits for the answer of this check
     bool m_secondBase = false;
     bool m_askingToCancel = false;
     std::function<void()> m_next; ///< step that waits for the answer

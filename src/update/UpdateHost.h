@@ -6,6 +6,18 @@
 
 namespace mevo {
 
+/// What a user who has asked for a check hears where no question follows.
+enum class CheckAnswer {
+    UpToDate,
+    NoServer,    ///< none of the servers has answered
+    NoVersion,   ///< what a server has answered tells no version
+    Offline,     ///< there is no network to ask by
+    Checking,    ///< the check is under way, and its end is told
+    Asking,      ///< the question stands already
+    Downloading, ///< the new version is being fetched
+    Installing   ///< it is here, and the updater starts at the next quiet moment
+};
+
 /// What the update checker shows and starts. A call may run an event loop.
 class UpdateHost
 {
@@ -17,8 +29,9 @@ public:
     virtual void askForUpdate(const QString &text, bool forced, const std::function<void(bool)> &answer) = 0;
     /// The line on the settings page that says that there is a new version.
     virtual void setUpdateNotice(bool shown) = 0;
-    /// A check that the user has asked for got no answer.
-    virtual void updateCheckFailed() = 0;
+    virtual void tellAboutCheck(CheckAnswer answer) = 0;
+    /// Brings the question that stands to the front.
+    virtual void raiseUpdateQuestion() = 0;
 
     virtual void showDownload(const QString &fileName) = 0;
     virtual void moveDownload(qint64 received, qint64 total) = 0;

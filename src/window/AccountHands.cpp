@@ -17,12 +17,19 @@ AccountHands::AccountHands(MainWindow &window)
 {
     m_retry.setSingleShot(true);
     connect(&m_retry, &QTimer::timeout, this, [this] {
-        if (m_refused) {
+        if (m_unkept != AccountsUnkept::None) {
             keepPending(KeyringPrompt::None);
-        } else if (!m_known) {
-            read(KeyringPrompt::None);
+        } else {
+            rereadAccounts();
         }
     });
+}
+
+AccountHands::~AccountHands()
+{
+    if (!m_pending.isEmpty()) {
+        handOver(KeyringPrompt::None, [](const SecretStore::Found &) {});
+    }
 }
 
 void AccountHands::read()
@@ -30,33 +37,58 @@ void AccountHands::read()
     read(KeyringPrompt::Allowed);
 }
 
+void AccountHands::rereadAccounts()
+{
+    // What is being kept brings the answer along.
+    if (m_read && !m_keeping && (!m_known || m_keyringAbsent)) {
+        read(KeyringPrompt::None);
+    }
+}
+
 void AccountHands::read(KeyringPrompt prompt)
 {
-    m_window.m_platform.secrets->read(prompt, this, [this](const SecretStore::Found &found) {
-        if (found.answered) {
-            take(found);
-        } else {
-            m_retry.start(retryMs);
-        }
-        if (!std::exchange(m_read, true) || found.answered) {
+    m_window.m_platform.secrets->read(prompt, this, [this](const SecretStore::Found &answer) {
+        const int before = m_window.ownAccountChanges;
+        const SecretPlace unread = m_unread;
+        found(answer);
+        if (!std::exchange(m_read, true) || m_window.ownAccountChanges != before || m_unread != unread) {
             emit changed();
         }
+        if (answer.waiting && answer.answered && !m_keeping) {
+            keepPending(KeyringPrompt::None); // in a run before it could not be kept
+        }
     });
+}
+
+/// What the store has told, of a reading or behind a change.
+void AccountHands::found(const SecretStore::Found &found)
+{
+    m_keyringAbsent = found.keyringAbsent;
+    if (found.answered || !m_known) { // else there is nothing new in it
+        take(found);
+    }
+    if (!found.answered && found.waiting && m_unkept == AccountsUnkept::None) {
+        setUnkept(AccountsUnkept::Waiting);
+    }
+    if (!found.answered || m_keyringAbsent) {
+        m_retry.start(retryMs);
+    }
 }
 
 /// What the user has set meanwhile stands before what was kept.
 void AccountHands::take(const SecretStore::Found &found)
 {
     const JoinedAccounts kept = joinAccountTexts(found.texts);
-    if (!kept.unreadable.isEmpty()) {
+    if (!kept.unreadable.isEmpty() && !std::exchange(m_toldUnreadable, true)) {
         qWarning("Accounts: what is kept cannot be understood");
     }
     AccountChanges changes = m_given;
     changes.add(m_pending);
     // At the start the kept tokens are those of the kept account.
     const bool forgetTokens = m_read || !changes.isEmpty();
-    m_known = true;
-    m_place = found.place;
+    m_known = found.answered;
+    m_unread = found.answered ? SecretPlace::Nowhere : found.place;
+    m_place = found.answered ? found.place : SecretPlace::Nowhere;
     putInForce(changes.appliedTo(OwnAccounts::fromText(kept.text).value_or(OwnAccounts())), forgetTokens);
 }
 
@@ -78,41 +110,63 @@ void AccountHands::keepAccounts(const OwnAccounts &accounts)
     keepPending(KeyringPrompt::Allowed);
 }
 
+/// Gives the store all changes that it has not.
+void AccountHands::handOver(KeyringPrompt prompt, SecretStore::Done done)
+{
+    m_given = std::exchange(m_pending, {});
+    const auto make = [given = m_given](const QList<QByteArray> &texts) {
+        const JoinedAccounts kept = joinAccountTexts(texts);
+        return SecretStore::Change{given.appliedTo(kept.text), kept.unreadable};
+    };
+    const auto postpone = [given = m_given](const QByteArray &waiting) { return given.addedTo(waiting); };
+    m_window.m_platform.secrets->change(prompt, {make, postpone}, this, std::move(done));
+}
+
 void AccountHands::keepPending(KeyringPrompt prompt)
 {
     if (m_keeping) {
         return; // they follow
     }
     m_keeping = true;
-    m_given = std::exchange(m_pending, {});
-    const auto edit = [given = m_given](const QList<QByteArray> &texts) {
-        const JoinedAccounts kept = joinAccountTexts(texts);
-        return SecretStore::Change{given.appliedTo(kept.text), kept.unreadable};
-    };
-    m_window.m_platform.secrets->change(prompt, edit, this, [this](const SecretStore::Found &found) {
-        m_keeping = false;
-        const AccountChanges given = std::exchange(m_given, {});
-        const bool more = !m_pending.isEmpty();
-        if (found.answered) {
-            take(found);
-        } else {
-            AccountChanges all = given;
-            all.add(m_pending);
-            m_pending = all;
-        }
-        m_read = true;
-        if (m_refused != !found.answered) {
-            m_refused = !found.answered;
-            qInfo() << (m_refused ? "Accounts: changes could not be kept, it is tried again later"
-                                  : "Accounts: the changes are kept now");
-        }
-        if (more) {
-            keepPending(KeyringPrompt::Allowed);
-        } else if (m_refused) {
-            m_retry.start(retryMs);
-        }
-        emit changed();
-    });
+    handOver(prompt, [this](const SecretStore::Found &found) { kept(found); });
+}
+
+void AccountHands::kept(const SecretStore::Found &answer)
+{
+    m_keeping = false;
+    const bool more = !m_pending.isEmpty();
+    if (!answer.answered && !answer.waiting) { // nowhere but here
+        m_given.add(std::exchange(m_pending, {}));
+        m_pending = m_given;
+    }
+    m_given = {};
+    setUnkept(answer.answered  ? AccountsUnkept::None
+              : answer.waiting ? AccountsUnkept::Waiting
+                               : AccountsUnkept::InMemory);
+    found(answer);
+    m_read = true;
+    if (more) {
+        keepPending(KeyringPrompt::Allowed);
+    }
+    emit changed();
+}
+
+void AccountHands::setUnkept(AccountsUnkept unkept)
+{
+    if (std::exchange(m_unkept, unkept) == unkept) {
+        return;
+    }
+    switch (unkept) {
+    case AccountsUnkept::None:
+        qInfo("Accounts: the changes are kept now");
+        break;
+    case AccountsUnkept::Waiting:
+        qInfo("Accounts: changes wait in a file, it is tried again to keep them");
+        break;
+    case AccountsUnkept::InMemory:
+        qWarning("Accounts: changes could not be kept, it is tried again");
+        break;
+    }
 }
 
 void AccountHands::putInForce(const OwnAccounts &accounts, bool forgetTokens)

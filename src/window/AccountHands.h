@@ -22,6 +22,8 @@ class AccountHands : public QObject, public AccountsHost
 
 public:
     explicit AccountHands(MainWindow &window);
+    /// What the store has not been given it is given now.
+    ~AccountHands() override;
 
     /// Reads what is kept, behind everything else, and puts it in force.
     void read();
@@ -31,15 +33,16 @@ public:
     const OwnAccounts &ownAccounts() const override;
     AccountSource accountInForce(AccountService service) const override;
     SecretPlace accountsPlace() const override { return m_place; }
-    bool accountsLocked() const override { return m_read && !m_known; }
-    bool accountsUnkept() const override { return m_refused; }
+    SecretPlace accountsUnread() const override { return m_unread; }
+    AccountsUnkept accountsUnkept() const override { return m_unkept; }
+    void rereadAccounts() override;
     void keepAccounts(const OwnAccounts &accounts) override;
     void checkAccount(AccountService service, QObject *context,
                       std::function<void(const AccountVerdict &)> done) override;
     void endAccountChecks() override;
 
-    /// How long after what the store has not answered it is asked again. Without a prompt: the user has seen
-    /// one.
+    /// How long after what the store has not answered, or while the desktop has no keyring, it is asked
+    /// again. Without a prompt: the user has seen one.
     static inline int retryMs = 60000;
 
 Q_SIGNALS:
@@ -48,19 +51,26 @@ Q_SIGNALS:
 
 private:
     void read(KeyringPrompt prompt);
+    void found(const SecretStore::Found &found);
     void take(const SecretStore::Found &found);
+    void handOver(KeyringPrompt prompt, SecretStore::Done done);
     void keepPending(KeyringPrompt prompt);
+    void kept(const SecretStore::Found &found);
+    void setUnkept(AccountsUnkept unkept);
     void putInForce(const OwnAccounts &accounts, bool forgetTokens);
     void fetchTokens();
 
     MainWindow &m_window;
     SecretPlace m_place = SecretPlace::Nowhere;
+    SecretPlace m_unread = SecretPlace::Nowhere;
     bool m_read = false;
-    bool m_known = false;     ///< what is kept has been read
-    AccountChanges m_pending; ///< that the store has not been given
-    AccountChanges m_given;   ///< that it is at
-    bool m_keeping = false;   ///< it is at some
-    bool m_refused = false;   ///< it has not kept the last ones
+    bool m_known = false; ///< what is kept has been read
+    bool m_toldUnreadable = false;
+    bool m_keyringAbsent = false; ///< so that one that comes may hold more
+    AccountChanges m_pending;     ///< that the store has not been given, or has not kept in any way
+    AccountChanges m_given;       ///< that it is at
+    bool m_keeping = false;       ///< it is at some
+    AccountsUnkept m_unkept = AccountsUnkept::None; ///< the last ones
     QTimer m_retry;
     std::array<QPointer<AccountCheck>, accountServices.size()> m_checks;
 };

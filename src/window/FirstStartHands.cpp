@@ -24,13 +24,18 @@ constexpr int lookMs = 2000;
 constexpr int messageMs = 3000;
 const QString shownKey = QStringLiteral("FirstStartShown");
 
-/// A receiver is there, and its device file is not for this user.
+/// The device file is not for this user.
+bool isRefused(const QByteArray &path)
+{
+    return !QFileInfo(QString::fromLocal8Bit(path)).isWritable();
+}
+
+/// A receiver is there that this user may not open.
 bool isReceiverRefused(Hid &hid)
 {
     const std::vector<HidEntry> found = hid.enumerate(kReceiverVendor, kReceiverProduct);
-    return std::any_of(found.begin(), found.end(), [](const HidEntry &entry) {
-        return !QFileInfo(QString::fromLocal8Bit(entry.path)).isWritable();
-    });
+    return std::any_of(found.begin(), found.end(),
+                       [](const HidEntry &entry) { return isRefused(entry.path); });
 }
 
 } // namespace
@@ -62,26 +67,38 @@ void FirstStartHands::consider()
         return;
     }
     if (!m_window.m_accounts->isRead()) { // the keyring may be asking the user
-        connect(m_window.m_accounts.get(), &AccountHands::changed, this, [this] {
-            m_window.m_accounts->disconnect(this);
-            consider();
-        });
+        considerOnceMore();
         return;
     }
     look(Wish::Consider);
 }
 
-void FirstStartHands::receiverNotOpened()
+/// When more is known of the accounts.
+void FirstStartHands::considerOnceMore()
 {
-    if (!isReceiverRefused(*m_window.m_platform.hid)) {
+    connect(m_window.m_accounts.get(), &AccountHands::changed, this, [this] {
+        m_window.m_accounts->disconnect(this);
+        consider();
+    });
+}
+
+void FirstStartHands::receiverNotOpened(const QByteArray &path)
+{
+    if (path.isEmpty() || !isRefused(path)) {
         return;
     }
     qWarning(
         "Receiver: it is there, and this user may not open it; is 70-mevoinput.rules in place, and was the "
         "receiver plugged in after that?");
-    if (m_considered || SettingsFile().value(shownKey).toBool()) {
+    if (!isWindowToCome() && (m_dialog.isNull() || !m_dialog->isVisible())) {
         m_window.message(receiverRefusedText(), MessageIcon::Warning, messageMs);
     }
+}
+
+/// It comes where something is missing, and a receiver without rights is.
+bool FirstStartHands::isWindowToCome() const
+{
+    return !m_decided && !SettingsFile().value(shownKey).toBool();
 }
 
 void FirstStartHands::open()
@@ -125,11 +142,24 @@ void FirstStartHands::looked(const Hardware &hardware)
     } else if (wish == Wish::Refresh) {
         if (!m_dialog.isNull()) {
             m_dialog->setFacts(facts());
+            remember();
         }
     } else if (isFirstStartHelpNeeded(facts())) {
         m_window.whenQuiet("First start", [this] { show(false); });
     } else {
-        SettingsFile().setValue(shownKey, true); // a later start is no first one
+        m_decided = true;
+        remember();
+        if (facts().accountsUnread) {
+            considerOnceMore();
+        }
+    }
+}
+
+/// A later start is no first one, unless this one could not see all.
+void FirstStartHands::remember()
+{
+    if (!facts().accountsUnread && !SettingsFile().value(shownKey).toBool()) {
+        SettingsFile().setValue(shownKey, true);
     }
 }
 
@@ -154,7 +184,8 @@ void FirstStartHands::show(bool activate)
         m_dialog->activateWindow();
     }
     m_again.start();
-    SettingsFile().setValue(shownKey, true);
+    m_decided = true;
+    remember();
 }
 
 void FirstStartHands::help(FirstStartHelp help)
@@ -186,6 +217,8 @@ FirstStartFacts FirstStartHands::facts() const
         return m_window.m_accounts->accountInForce(each) != AccountSource::None;
     });
     facts.inputMethod = m_window.LocalEnableASR3;
+    facts.accountsUnread =
+        !facts.account && !facts.inputMethod && m_window.m_accounts->accountsUnread() != SecretPlace::Nowhere;
     facts.receiver = m_window.DeviceConnected && m_window.deviceOpen();
     facts.receiverRefused = !facts.receiver && m_hardware.receiverRefused;
     facts.receiverNeeded = !m_window.NoDeviceMode;

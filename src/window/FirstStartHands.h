@@ -2,6 +2,7 @@
 
 #include "ui/FirstStart.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -20,9 +21,9 @@ public:
 
     /// All has been read that there is to read: a first start is looked at, a moment later.
     void startIsOver();
-    /// The receiver has not been opened: a user who has no right to it is told, unless the window of the
-    /// first start is about to say so.
-    void receiverNotOpened();
+    /// The receiver has not been opened; `path` is the device file that was there, empty for none. A user who
+    /// has no right to it is told, unless the window says so or is about to.
+    void receiverNotOpened(const QByteArray &path);
     /// Shows it and gives it the keyboard.
     void open();
 
@@ -40,9 +41,12 @@ private:
     enum class Wish { Refresh, Consider, Open };
 
     void consider();
+    void considerOnceMore();
     void look(Wish wish);
     void looked(const Hardware &hardware);
     void show(bool activate);
+    void remember();
+    bool isWindowToCome() const;
     void help(FirstStartHelp help);
     FirstStartFacts facts() const;
 
@@ -53,6 +57,7 @@ private:
     Wish m_wish = Wish::Refresh;
     bool m_looking = false;
     bool m_considered = false;
+    bool m_decided = false; ///< whether the window comes by itself
 };
 
 } // namespace mevo

@@ -54,9 +54,10 @@ void InputMethods::askConsent()
                     return;
                 }
                 // A box that is closed has not been agreed to, and a later choice asks once more.
-                m_consentClosed = answer != Agree && answer != Refuse;
+                const bool closed = answer != Agree && answer != Refuse;
                 m_state.LocalMustClickRunASR3 = m_state.MustClickRunASR3 = answer != Agree;
-                m_window.writeSettings({{consentKey, int(!m_consentClosed)},
+                m_window.writeSettings({{consentKey, int(!closed)},
+                                        {consentClosedKey, int(closed)},
                                         {"LocalMustClickRunASR3", int(m_state.LocalMustClickRunASR3)}});
                 const int setup = m_setup;
                 m_window.tellRecordNow(
@@ -138,8 +139,9 @@ void InputMethods::download(int index)
                          messageMs);
         return;
     }
-    Asr3Row row = m_row;
-    if (index != m_rowIndex || installerAddress(row).isEmpty()) { // from the settings, before it is set up
+    const Asr3Row *known = knownRow(index);
+    Asr3Row row = known != nullptr ? *known : Asr3Row();
+    if (installerAddress(row).isEmpty()) { // from the settings, before it is set up
         row = askForRow(index);
         if (m_window.isLeaving()) {
             return;

@@ -22,7 +22,8 @@ void InputMethods::startXunFeiWindow()
         return;
     }
     WindowStartFacts facts;
-    facts.windowFound = m_window.m_sessionHands.findInputMethodWindow() != 0;
+    m_window.m_sessionHands.findInputMethodWindow(); // what was found once may have gone
+    facts.windowFound = m_state.Asr3WindowFound;
     facts.thirdGeneration = m_state.XFVM3;
     facts.xpClass = m_window.isXpClass();
     bool started = false;
@@ -48,11 +49,23 @@ void InputMethods::startXunFeiWindow()
     }
 }
 
+/// What a press has begun there ends as its release would have ended it, while the method is there to hear
+/// it.
+void InputMethods::endPress()
+{
+    m_window.m_session.endInputMethodPress();
+    m_window.m_sessionHands.finishTaps();
+}
+
 void InputMethods::leaveWindow(WindowLeave how, WindowId window)
 {
+    if (how == WindowLeave::Nothing) {
+        return;
+    }
+    endPress();
     switch (how) {
     case WindowLeave::Nothing:
-        return;
+        break;
     case WindowLeave::Close:
         m_window.m_platform.windowSystem->closeWindow(window);
         break;
@@ -62,10 +75,13 @@ void InputMethods::leaveWindow(WindowLeave how, WindowId window)
     }
     m_state.ThirdPartyWindowOpen = false;
     m_state.Asr3WindowFound = false;
+    m_window.m_session.inputMethodLeft();
 }
 
 void InputMethods::leaveAtChoice()
 {
+    endPress(); // also in a window that stays
+    m_window.m_session.inputMethodLeft();
     const WindowId window = m_window.m_sessionHands.findInputMethodWindow();
     leaveWindow(mevo::leaveAtChoice(m_state.LocalUseASR3Index, window != 0, m_state.ThirdPartyWindowOpen,
                                     m_state.XFVM3),

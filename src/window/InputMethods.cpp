@@ -126,6 +126,10 @@ void InputMethods::setUp()
         if (!isSetUpFor(setup, index)) {
             return; // the wait has let an exit through, or another choice
         }
+        if (index == thirdPartyXunFei && row.thirdGeneration != wantsThirdGeneration(m_state)) {
+            setUp(); // another generation has been found meanwhile, and has a row of its own
+            return;
+        }
         m_row = row;
         m_rowIndex = index;
         applyAsr3Row(m_state, index, row);
@@ -177,7 +181,7 @@ void InputMethods::continueSetUp()
     facts.forced = m_state.ForceUseASR3;
     facts.offlineWanted = m_state.OnlyUseXunFeiOfflineASR || m_state.PureXunFeiOfflineVersion;
     facts.installerHere = !m_installerTried && !bundledInstaller().isEmpty();
-    facts.hasAddress = index == m_rowIndex && !installerUrl(installerAddress(m_row)).isEmpty();
+    facts.hasAddress = knownRow(index) != nullptr && !installerUrl(installerAddress(m_row)).isEmpty();
     const SetupStep step = nextSetupStep(facts);
     if (step != SetupStep::Ready) {
         m_state.ThirdPartyActive = false;
@@ -248,14 +252,22 @@ QString InputMethods::customProgram() const
                   : programAt(m_state.LocalASR3CustomInstallPath);
 }
 
+/// The service's row of a method, where it has been asked for; XunFei's only for the generation that is
+/// wanted.
+const Asr3Row *InputMethods::knownRow(int index) const
+{
+    const bool current = index != thirdPartyXunFei || m_row.thirdGeneration == wantsThirdGeneration(m_state);
+    return index == m_rowIndex && current ? &m_row : nullptr;
+}
+
 QString InputMethods::findProgram(int index) const
 {
     if (index == thirdPartyCustom) {
         return customProgram();
     }
     const bool xunFei = index == thirdPartyXunFei;
-    const bool current = index == m_rowIndex && !m_row.ASR3ExeFileName.isEmpty();
-    return findInputMethod(current ? m_row : builtInAsr3Row(index, wantsThirdGeneration(m_state)),
+    const Asr3Row *row = knownRow(index);
+    return findInputMethod(row != nullptr ? *row : builtInAsr3Row(index, wantsThirdGeneration(m_state)),
                            xunFei ? m_state.LocalASR3XunFeiInstallPath : m_state.LocalASR3SougoInstallPath,
                            *m_window.m_platform.registry, programPlaces(*m_window.m_platform.systemFacts),
                            m_entries);
@@ -313,11 +325,18 @@ bool InputMethods::beginChoice(int index)
     m_state.BaiduQuotaHit = m_state.XunFeiQuotaHit = m_state.TencentQuotaHit = false; // they silence the keys
     m_choicePending = false;
     m_startAtSetUp = true;
-    if (std::exchange(m_consentClosed, false)) {
-        m_state.LocalMustClickRunASR3 = false; // until it has been answered
-    }
+    askAgainAboutClosedConsent();
     m_window.forgetUntoldEngine();
     return true;
+}
+
+/// Whoever chooses a method and has closed the question, in this run or an earlier one, is asked once more.
+void InputMethods::askAgainAboutClosedConsent()
+{
+    if (SettingsFile().value(QLatin1String(consentClosedKey)).toBool()) {
+        m_state.LocalMustClickRunASR3 = false; // until it has been answered
+        m_window.writeSettings({{consentClosedKey, 0}, {"LocalMustClickRunASR3", 0}});
+    }
 }
 
 void InputMethods::chooseOfMenu(const LanguageRow &row)

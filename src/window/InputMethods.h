@@ -74,7 +74,7 @@ public:
     void startXunFeiWindow();
     /// At a change of engine, before the method's number changes.
     void leaveAtChoice();
-    /// When the receiver or the program goes.
+    /// When the receiver or the program goes, and when a press goes to an own engine.
     void leaveWithoutKeys();
     void clickOnMicrophone();
 
@@ -82,12 +82,16 @@ private:
     static constexpr int messageMs = 3000;
     /// Set once the user has answered whether input methods may be called without a click.
     static constexpr char consentKey[] = "ThirdPartyConsentAsked";
+    /// Set while the question has been closed without an answer: no yes, but no answer that lasts either.
+    static constexpr char consentClosedKey[] = "ThirdPartyConsentClosed";
 
     bool beginChoice(int index);
     void settleChoice();
     bool restoreEngine();
 
     Asr3Row askForRow(int index);
+    const Asr3Row *knownRow(int index) const;
+    void askAgainAboutClosedConsent();
     bool isSetUpFor(int setup, int index) const;
     void continueSetUp();
     void setUpCustom();
@@ -108,6 +112,7 @@ private:
     void askToRestartComputer();
     void tellHowToSetXunFei();
 
+    void endPress();
     void leaveWindow(WindowLeave how, WindowId window);
     QString programInForce() const;
 
@@ -125,7 +130,6 @@ private:
     int m_setUpIndex = thirdPartyNone;       ///< the method that is set up
     bool m_choicePending = false;
     bool m_boxOpen = false;             ///< the user is being asked about a method
-    bool m_consentClosed = false;       ///< without an answer, in this run
     bool m_startAtSetUp = false;        ///< the user has chosen a method: its window comes with the set-up
     bool m_installerTried = false;      ///< the one beside the program, in this run
     bool m_watchesInstallation = false; ///< looks whether the method has been installed

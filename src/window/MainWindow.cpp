@@ -287,9 +287,8 @@ void MainWindow::finishStart()
     InitDone = true;
     m_startClock.mark("windows and menus");
     mevo::reportStart(QCoreApplication::applicationDirPath());
-    if (!m_updateChecker) {
-        MyUpdateChecker::removeRest(QCoreApplication::applicationFilePath());
-    }
+    clearUpdateRest();
+    followCommandTables();
     qInfo().noquote() << "Start: the bar comes;" << m_startClock.summary();
     if (m_lateSteps.empty()) {
         startIsOver();

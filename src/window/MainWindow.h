@@ -7,6 +7,7 @@
 #include "engines/EngineHost.h"
 #include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
+#include "service/ChoiceMarks.h"
 #include "service/UntoldColumns.h"
 #include "session/ResultPipeline.h"
 #include "session/RunFigures.h"
@@ -22,7 +23,6 @@
 #include <QNetworkReply>
 #include <QPixmap>
 #include <QPointer>
-#include <QSet>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QTranslator>
@@ -210,7 +210,7 @@ public Q_SLOTS:
     void DownloadBaiduINIFileTimeout();
     void TimeOutGetPasteContent();
     void TimeOutDelaySendF2();
-    /// Types the custom input method's key once.
+    /// Types the custom input method's key once. Kept as a slot that nothing in the program reaches.
     void TimeOutDelaySendCustom();
     void CheckUpdateTimeout();
     /// The same from the settings page: at its opening, and at a click on the notice that it shows.
@@ -327,10 +327,12 @@ private:
     /// Tells it so which input method is in force, or that none is.
     void tellMethodChoice(mevo::Statement statement);
     void keepUntold(const mevo::RecordChoices &choices);
+    void dropTold(const mevo::RecordChoices &choices);
     void tellUntoldColumns();
     void restartForSettings();
     bool dontStartAtLogin();
     void checkUpdateAtWish();
+    void clearUpdateRest();
 
     // Device.
     void createReader();
@@ -357,8 +359,10 @@ private:
     void carryOut(const mevo::EngineChange &change);
     bool tellBackend(const QString &statement);
     bool tellUntoldChoice();
+    bool isEngineUntold() const;
     void markChoiceUntold();
-    void rememberWhetherEngineTold();
+    /// Tells the backend which engine is in force.
+    void tellEngine();
     /// An input method has been chosen since.
     void forgetUntoldEngine();
     /// An engine has been chosen: the record must not put an input method back.
@@ -390,12 +394,27 @@ private:
     /// The first arrival of a receiver after an installation, when the record would use an input method.
     void settleFirstArrival();
     void sendUsageOnExit(bool withTencent);
+    void writeUsageOnExit(bool withTencent);
+    /// Counters may be written now.
+    bool mayFlush() const;
+    /// Writes one counter as it stands, without waiting.
+    void flushCounter(mevo::CountColumn column);
+    /// Writes every counter that has gone on since the backend heard of it.
+    void flushUntoldCounters();
+    /// What the record holds is known, and its day is settled.
+    void unlockCounters();
+    /// For counters that are locked because a reading has failed: one more, in a while.
+    void readRecordLater();
     /// Connects the push socket once the backend is there; one that is connected stays so.
     void openPushSocket();
     void pushNetworkChanged();
     /// Shows the notices that wait, once nobody speaks and no text is on its way.
     void showNotices();
     void showNotice(const QString &frame);
+    /// Nobody is to be disturbed just now.
+    bool isNoTimeForNotices() const;
+    /// Where a notice that is ready comes to stand, once it is its turn.
+    std::optional<int> placeOfNotice(const CADShowDlg &notice, int waitedMs);
     /// A notice must not cover the bar or the talk window, which stands above the bar.
     void keepNoticesBelow();
     /// Ends the push socket and the notices that are open.
@@ -405,12 +424,18 @@ private:
     {
         int number = 0;
         int link = 0;   ///< receiver that it is about, as `m_link` counts them
-        int choice = 0; ///< of a language, the user's last one before it
+        int choice = 0; ///< of a language, the user's last one before it was sent
     };
     /// The reading ends with its receiver, with the program, and where a later one has been answered.
     bool goesOn(const RecordReading &reading) const;
-    bool readDeviceRecord(const RecordReading &reading);
-    void createDeviceRecord(const RecordReading &reading);
+    bool readDeviceRecord(RecordReading &reading);
+    struct UntoldChoices
+    {
+        mevo::RecordChoices columns;
+        bool engine = false;
+    };
+    void createDeviceRecord(const RecordReading &reading, const UntoldChoices &before);
+    void tellNewRecord(const UntoldChoices &before);
     bool moveToOtherServers(const QJsonObject &row);
     void applyDeviceRecord(const QJsonObject &row, bool choiceTold, const RecordReading &reading);
     void applyRecordVersion(const QJsonObject &row);
@@ -537,6 +562,8 @@ private:
     mevo::FirstStartHands *m_firstStart = nullptr;  ///< what is told a new user; a child
     std::unique_ptr<Relay_Speech::BaiduSpeech> m_baiduSpeech;
     std::unique_ptr<mevo::CommandMatcher> m_commands; ///< made at the first command
+    /// Makes the merged table anew where a typed one is not that which it was made of.
+    void followCommandTables();
     void forgetCommandWords();
     void finishCommandWords();                  ///< at an exit
     QPointer<CommandWordDialog> m_commandWords; ///< the editor; none when it was closed for good
@@ -587,9 +614,12 @@ private:
     bool m_moved = false;
     bool m_productRead = false;         ///< the product record has been applied in this run
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
-    bool m_engineTold = true;           ///< the backend has answered the last engine statement
+    bool m_tellingEngine = false;       ///< a statement of the engine in force waits for its answer
+    bool m_engineWaiting = false;       ///< another one has been put in force meanwhile
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
-    QSet<QString> m_chosenColumns;      ///< of the record, by the user since its reading began
+    mevo::ChoiceMarks m_choiceMarks;    ///< of the record's columns
+    bool m_tellingColumns = false;      ///< a statement of chosen columns waits for its answer
+    bool m_columnsWaiting = false;      ///< others have been chosen meanwhile
     bool m_countersKnown = true;        ///< false when the start ended before it had read them
     bool m_menuWanted = false;          ///< by a second start that came during the construction
     mevo::ExitWish m_exit;
@@ -601,6 +631,7 @@ private:
     bool m_versionBoxOpen = false;
     int m_recordReadings = 0;        ///< begun so far
     int m_answeredRecordReading = 0; ///< number of the last one that was answered
+    bool m_recordLater = false;      ///< one more waits for its time
     bool m_limitBoxOpen = false;
     int m_link = 0;           ///< counts the receiver's openings and removals
     QStringList m_pasteQueue; ///< of Paster2ScreenHandOut()

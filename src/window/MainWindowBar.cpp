@@ -11,6 +11,7 @@
 #include "ui/MicTipDialog.h"
 #include "ui/Picture.h"
 #include "ui/QToolTips.h"
+#include "ui/ScreenWatch.h"
 #include "window/SettingsHands.h"
 
 #include <QAction>
@@ -226,22 +227,14 @@ void MainWindow::showOnline(int state)
 /// A bar whose screen goes away is brought back; its saved place stays for the day when the screen returns.
 void MainWindow::watchScreens()
 {
-    const auto bringBack = [this] {
+    mevo::watchScreens(this, [this] {
         for (const QScreen *screen : QGuiApplication::screens()) {
             if (screen->geometry().intersects(frameGeometry())) {
                 return;
             }
         }
         placeBar(299, 199, 200);
-    };
-    const auto watch = [this, bringBack](const QScreen *screen) {
-        connect(screen, &QScreen::geometryChanged, this, bringBack);
-    };
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        watch(screen);
-    }
-    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, bringBack, Qt::QueuedConnection);
+    });
 }
 
 void MainWindow::setWndTopMostTimeout()

@@ -1,10 +1,12 @@
 // Spoken commands and searches.
 
 #include "base/ApplicationFiles.h"
+#include "base/RunAside.h"
 #include "commands/CommandExecution.h"
 #include "commands/CommandMatcher.h"
 #include "commands/CommandTable.h"
 #include "commands/DirectWords.h"
+#include "commands/MergedTable.h"
 #include "commands/SearchAddresses.h"
 #include "commands/UrlOpener.h"
 #include "ui/ClearPlace.h"
@@ -16,6 +18,7 @@
 #include <QScreen>
 
 #include <functional>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -62,6 +65,19 @@ bool MainWindow::runCommandWord(const QString &word, bool sent, const mevo::Sess
                        [this, session](const QString &text) { sendToScreen(text, session); });
     mevo::runCommand(row, sent, *this, hands);
     return true;
+}
+
+void MainWindow::followCommandTables()
+{
+    const auto behind = std::make_shared<bool>(false);
+    mevo::runAside(
+        this, [behind] { *behind = mevo::isMergedTableBehind(mevo::CommandTable()); },
+        [this, behind] {
+            if (*behind && m_commandWords == nullptr && !isLeaving()) { // an editor makes it itself
+                qInfo("Commands: a table has been replaced, the merged one is made anew");
+                mevo::CommandTable().rebuildMerged();
+            }
+        });
 }
 
 void MainWindow::VoiceSearch(const QString &text)

@@ -8,6 +8,7 @@
 #include "device/GetHIDDataThread.h"
 #include "device/ReceiverDiscovery.h"
 #include "device/ReportDispatch.h"
+#include "engines/Allowance.h"
 #include "service/isOnl.h"
 #include "session/KeyReport.h"
 #include "ui/Ask.h"
@@ -52,7 +53,7 @@ void MainWindow::openDeviceAtStart()
     const int result = m_device->OpenHidDevice();
     if (result != 0) {
         qInfo() << "Receiver: not opened at start, result" << result;
-        m_firstStart->receiverNotOpened();
+        m_firstStart->receiverNotOpened(m_device->unopenedPath());
     }
     DeviceConnected = true; // until a removal says otherwise
     createReader();
@@ -70,6 +71,8 @@ void MainWindow::createReader()
     });
     connect(m_reader, &GetHIDDataThread::returnHidKeyResult2Trans, m_readerEar,
             [this](char *report) { m_translationHands.keyPressed(report); });
+    connect(m_reader, &GetHIDDataThread::HidKeyRefused, m_readerEar,
+            [this](char *report) { m_session.refuse(report); });
     connect(m_reader, &GetHIDDataThread::CallMainFunctionSignal, m_readerEar,
             [this](int index) { CallMainFunctionSlot(index); });
     connect(m_reader, &GetHIDDataThread::CallMicDlgFunctionSignal, m_readerEar, [this](int index) {
@@ -217,7 +220,7 @@ void MainWindow::deviceArrived()
         }
         m_reader->InputHandle = HidInputHandle.load();
     } else {
-        m_firstStart->receiverNotOpened();
+        m_firstStart->receiverNotOpened(m_device->unopenedPath());
     }
     if (arrivalGoesOn()) {
         m_online->GetInternetConnectState();
@@ -231,6 +234,7 @@ void MainWindow::deviceArrived()
     show();
 
     DongleID.clear();
+    dayCounts.receiverLeft();
     m_device->ReadDeviceIdentity(
         1 + arrivalIdentityRetries, arrivalRetryPauseMs, [this] { return arrivalGoesOn(); },
         [this] { deviceIdentified(); });
@@ -245,6 +249,8 @@ void MainWindow::deviceIdentified()
         return;
     }
     if (arrivalGoesOn()) {
+        dayCounts.follow();
+        mevo::unmarkAllowances(*this); // the marks may be of another receiver
         if (ReadProductRecord()) {
             QTimer::singleShot(1000, this, &MainWindow::DownloadBaiduINIFileTimeout);
         } else if (arrivalGoesOn()) {
@@ -285,6 +291,7 @@ void MainWindow::deviceRemoved()
 {
     ++m_link;
     DongleID.clear();
+    dayCounts.receiverLeft();
     setTrayPicture(QStringLiteral(":/rec/ORDeviceDisConnect.png"));
     const bool wasConnected = DeviceConnected;
     if (wasConnected) {

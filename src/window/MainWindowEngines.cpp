@@ -80,7 +80,7 @@ void MainWindow::BuildAsrLanMenu(bool persistEngine, bool setupInputMethod)
         SetupAsr3();
     }
     if (persistEngine && m_recorder != nullptr) { // the set-up may have let an exit through
-        m_engineTold = tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID));
+        tellEngine();
     }
 }
 
@@ -176,6 +176,7 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
         if (m_recorder == nullptr) { // or an exit: the next start has the choice all the same
             if (m_retiredRecorder != nullptr) {
                 writeSettings(mevo::chooseLanguage(row, *this, *m_retiredRecorder).writes);
+                markChoiceUntold();
             }
             return;
         }
@@ -183,22 +184,17 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
     leaveMethodOfRecord();
-    carryOut(mevo::chooseLanguage(row, *this, *m_recorder));
-    rememberWhetherEngineTold();
-}
-
-void MainWindow::rememberWhetherEngineTold()
-{
-    mevo::SettingsFile settings;
-    if (!m_engineTold || settings.contains(QLatin1String(untoldChoice))) {
-        settings.setValue(QLatin1String(untoldChoice), int(!m_engineTold));
-    }
+    const mevo::EngineChange change = mevo::chooseLanguage(row, *this, *m_recorder);
+    markChoiceUntold();
+    carryOut(change);
 }
 
 void MainWindow::forgetUntoldEngine()
 {
-    m_engineTold = true;
-    rememberWhetherEngineTold();
+    mevo::SettingsFile settings;
+    if (settings.contains(QLatin1String(untoldChoice))) {
+        settings.setValue(QLatin1String(untoldChoice), 0);
+    }
 }
 
 void MainWindow::leaveMethodOfRecord()
@@ -231,12 +227,10 @@ void MainWindow::chooseEngineOfSettings(mevo::Engine engine)
     if (engine == mevo::Engine::XunFei) {
         m_credentials->LoadXunFeiCredentials();
     }
-    m_engineTold = false; // until the backend has answered
-    rememberWhetherEngineTold();
+    markChoiceUntold();
     QTimer::singleShot(0, this, [this, choice, change] {
         if (!isLeaving() && choice == m_languageChoice) {
             BuildAsrLanMenu(change.persistEngine, change.setupInputMethod);
-            rememberWhetherEngineTold();
         }
     });
 }
@@ -359,7 +353,9 @@ mevo::SessionContext MainWindow::contextInForce() const
 void MainWindow::beginSession()
 {
     m_recorder->OnRecordStop(); // of a session that was never stopped: nothing that was said in it is lost
-    NewestSession = m_results.begin(contextInForce());
+    mevo::SessionContext session = contextInForce();
+    session.receiver = dayCounts.receiver();
+    NewestSession = m_results.begin(session);
 }
 
 void MainWindow::deliverRecognised(int session, const mevo::SessionText &text)
@@ -419,16 +415,47 @@ bool MainWindow::refreshBaiduToken()
 /// has not.
 bool MainWindow::tellUntoldChoice()
 {
-    if (mevo::SettingsFile().value(QLatin1String(untoldChoice)).toBool()) {
-        if (m_recorder == nullptr || !tellBackend(mevo::engineStatement(*m_recorder, SchemaName, DongleID))) {
+    if (isEngineUntold()) {
+        if (m_recorder == nullptr || m_tellingEngine) {
             return false;
         }
-        mevo::SettingsFile().setValue(QLatin1String(untoldChoice), 0);
+        tellEngine();
+        if (isEngineUntold()) {
+            return false;
+        }
     }
     return !mevo::untoldChoices(mevo::SettingsFile()).contains(QStringLiteral("EnableASR3"));
 }
 
-/// The engine that is in force is told to the backend before its record is read, which would undo it.
+/// One statement at a time, since two could reach the record in either order: an engine that is chosen during
+/// the wait is told by the next one. The mark of a choice goes when what is in force has been answered.
+void MainWindow::tellEngine()
+{
+    if (m_tellingEngine) {
+        m_engineWaiting = true;
+        return;
+    }
+    const QScopedValueRollback<bool> one(m_tellingEngine, true);
+    do {
+        m_engineWaiting = false;
+        const QString statement = mevo::engineStatement(*m_recorder, SchemaName, DongleID);
+        const bool answered = tellBackend(statement);
+        if (m_recorder == nullptr) {
+            return; // an exit came through the wait
+        }
+        if (answered && statement == mevo::engineStatement(*m_recorder, SchemaName, DongleID)) {
+            forgetUntoldEngine();
+        }
+    } while (m_engineWaiting && !LocalEnableASR3 && !isLeaving());
+}
+
+bool MainWindow::isEngineUntold() const
+{
+    return mevo::SettingsFile().value(QLatin1String(untoldChoice)).toBool();
+}
+
+/// Until the backend has heard of the engine that is in force, its record does not undo it; it is told before
+/// the record is read.
 void MainWindow::markChoiceUntold()
 {
     mevo::SettingsFile().setValue(QLatin1String(untoldChoice), 1);

@@ -81,7 +81,7 @@ void MainWindow::walkExit(ExitKind kind)
         m_settingsHands->storeEdits();
     }
     m_inputMethods->endDownload();
-    m_session.endInputMethodPress(); // its key would stay down at the receiver
+    m_session.endInputMethodPress(); // one of the question's time: its key would stay down at the receiver
     m_sessionHands.finishTaps();
     finishSessions();
     finishCommandWords();
@@ -157,9 +157,6 @@ void MainWindow::whenQuiet(const char *what, const std::function<void()> &then, 
 /// What has been said still counts: it is recognised and typed, or kept.
 void MainWindow::finishSessions()
 {
-    if (m_recorder == nullptr) {
-        return;
-    }
     endRunningSession();
     if (!m_recorder->isOpen()) {
         finishXunFeiEarly(); // it has kept silent for long, and its session would never end

@@ -7,8 +7,11 @@
 #include "service/PushFrame.h"
 #include "ui/CADShowDlg.h"
 #include "ui/NoticePage.h"
+#include "ui/NoticePlace.h"
 
 #include <QDebug>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QTimer>
 #include <QWebSocket>
 
@@ -19,6 +22,8 @@ namespace {
 /// More notices than this are not open at once: a newer one closes the oldest.
 constexpr int mostNotices = 5;
 constexpr int noticePauseMs = 500;
+/// For room on the screen; then the oldest one that stands gives way.
+constexpr int longestNoticeWaitMs = 60000;
 
 } // namespace
 
@@ -100,13 +105,42 @@ void MainWindow::showNotices()
     }
     // A picture or the web engine may hold the program for a moment, and somebody is speaking or a text is on
     // its way.
-    if (Recording || isTyping() || ExitInProgress) {
+    if (isNoTimeForNotices()) {
         m_noticesLater.start(noticePauseMs);
         return;
     }
     for (const QString &message : std::exchange(m_waitingNotices, {})) {
         showNotice(message);
     }
+}
+
+bool MainWindow::isNoTimeForNotices() const
+{
+    return Recording || isTyping() || ExitInProgress || m_leaving;
+}
+
+std::optional<int> MainWindow::placeOfNotice(const CADShowDlg &notice, int waitedMs)
+{
+    if (isNoTimeForNotices() || isLeaving()) {
+        return std::nullopt;
+    }
+    QVector<QRect> standing;
+    CADShowDlg *oldest = nullptr;
+    for (const QPointer<CADShowDlg> &other : qAsConst(m_openNotices)) {
+        if (other.isNull() || other == &notice || other->standing().isEmpty()) {
+            continue;
+        }
+        standing.append(other->standing());
+        if (oldest == nullptr && !other->isPointerOver()) {
+            oldest = other;
+        }
+    }
+    const auto bottom =
+        mevo::noticeBottom(QGuiApplication::primaryScreen()->availableGeometry(), notice.height(), standing);
+    if (!bottom && waitedMs >= longestNoticeWaitMs && oldest != nullptr) {
+        oldest->close(); // and there may be room at the next look
+    }
+    return bottom;
 }
 
 void MainWindow::showNotice(const QString &frame)
@@ -120,6 +154,8 @@ void MainWindow::showNotice(const QString &frame)
     auto *const notice = new CADShowDlg(*m_cipher, mevo::chosenProxy(*this), mevo::noticePageMaker, this,
                                         m_platform.ownWindows.get());
     m_openNotices.append(notice);
+    notice->setPlace(
+        [this](const CADShowDlg &ready, int waitedMs) { return placeOfNotice(ready, waitedMs); });
     connect(notice, &CADShowDlg::linkWanted, this,
             [this](const QUrl &address) { openWebPage(QString::fromLatin1(address.toEncoded())); });
     notice->onTextMessageReceived(frame);

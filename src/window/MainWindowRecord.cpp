@@ -23,6 +23,7 @@
 
 #include <QDebug>
 #include <QJsonObject>
+#include <QScopedValueRollback>
 #include <QTimer>
 #include <QtGlobal>
 
@@ -43,7 +44,7 @@ void MainWindow::ReadServerInfo()
         m_leaving) {
         return;
     }
-    const RecordReading reading{++m_recordReadings, m_link, m_languageChoice};
+    RecordReading reading{++m_recordReadings, m_link, m_languageChoice};
     const bool whole = readDeviceRecord(reading) && goesOn(reading);
     refreshSettings();
     if (whole) {
@@ -64,17 +65,22 @@ bool MainWindow::goesOn(const RecordReading &reading) const
 }
 
 /// False when nothing more is to be done for this reading.
-bool MainWindow::readDeviceRecord(const RecordReading &reading)
+bool MainWindow::readDeviceRecord(RecordReading &reading)
 {
+    const UntoldChoices before{mevo::untoldChoices(mevo::SettingsFile()), isEngineUntold()};
     tellUntoldColumns();
     const bool choiceTold = goesOn(reading) && tellUntoldChoice();
-    m_chosenColumns.clear();
     if (!goesOn(reading)) {
         return false;
     }
-    const auto reply = m_webApi->RunWithFailover(
-        mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {DongleID}),
-        mevo::DeviceRecordTimeouts);
+    reading.choice = m_languageChoice; // what has been chosen until now has been told, or is still to be
+    const int sentAt = m_choiceMarks.now();
+    const auto reply = [this] {
+        const mevo::DayCounts::Reading counts(dayCounts);
+        return m_webApi->RunWithFailover(
+            mevo::deviceStatement(mevo::Statement::ReadDeviceRecord, SchemaName, {DongleID}),
+            mevo::DeviceRecordTimeouts);
+    }();
     if (!goesOn(reading)) {
         return false;
     }
@@ -88,7 +94,7 @@ bool MainWindow::readDeviceRecord(const RecordReading &reading)
         return false;
     }
     if (content->items != 1) {
-        createDeviceRecord(reading);
+        createDeviceRecord(reading, before);
         return true;
     }
     if (content->rows.empty()) {
@@ -96,8 +102,8 @@ bool MainWindow::readDeviceRecord(const RecordReading &reading)
         return true;
     }
     QJsonObject row = content->rows.front();
-    for (const QString &column : qAsConst(m_chosenColumns)) {
-        row.remove(column); // it was read before the user's choice reached it
+    for (const QString &column : m_choiceMarks.since(sentAt)) {
+        row.remove(column); // it may have been read before the user's choice reached it
     }
     const mevo::RecordChoices untold = mevo::untoldChoices(mevo::SettingsFile());
     for (auto each = untold.cbegin(); each != untold.cend(); ++each) {
@@ -114,9 +120,15 @@ void MainWindow::keepUntold(const mevo::RecordChoices &choices)
 {
     mevo::SettingsFile settings;
     mevo::keepUntold(choices, settings);
-    for (const QString &column : choices.keys()) {
-        m_chosenColumns.insert(column);
-    }
+    m_choiceMarks.mark(choices.keys());
+}
+
+/// The backend has answered: readings that were sent before may still show what was there until then.
+void MainWindow::dropTold(const mevo::RecordChoices &choices)
+{
+    mevo::SettingsFile settings;
+    mevo::dropTold(choices, settings);
+    m_choiceMarks.mark(choices.keys());
 }
 
 void MainWindow::tellRecord(const mevo::RecordChoices &choices)
@@ -128,9 +140,19 @@ void MainWindow::tellRecord(const mevo::RecordChoices &choices)
 void MainWindow::tellRecordNow(const mevo::RecordChoices &choices, const QString &statement)
 {
     keepUntold(choices);
-    if (tellBackend(statement)) {
-        mevo::SettingsFile settings;
-        mevo::dropTold(choices, settings);
+    if (m_tellingColumns) {
+        m_columnsWaiting = true; // two at a time could reach the record in either order
+        return;
+    }
+    m_columnsWaiting = false;
+    {
+        const QScopedValueRollback<bool> one(m_tellingColumns, true);
+        if (tellBackend(statement)) {
+            dropTold(choices);
+        }
+    }
+    if (m_columnsWaiting && !isLeaving()) {
+        QTimer::singleShot(0, this, &MainWindow::tellUntoldColumns);
     }
 }
 
@@ -147,19 +169,32 @@ void MainWindow::tellMethodChoice(mevo::Statement statement)
                   mevo::deviceStatement(statement, SchemaName, values + QStringList(DongleID)));
 }
 
+/// One statement at a time; what is chosen during its wait is told by the next one. What fails is told before
+/// the next reading.
 void MainWindow::tellUntoldColumns()
 {
-    const mevo::RecordChoices choices = mevo::untoldChoices(mevo::SettingsFile());
-    if (choices.isEmpty() || isLeaving() ||
-        !tellBackend(mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
-                                           {mevo::assignments(choices), DongleID}))) {
+    if (m_tellingColumns) {
+        m_columnsWaiting = true;
         return;
     }
-    mevo::SettingsFile settings;
-    mevo::dropTold(choices, settings);
+    const QScopedValueRollback<bool> one(m_tellingColumns, true);
+    mevo::RecordChoices tried;
+    for (;;) {
+        const mevo::RecordChoices choices = mevo::untoldChoices(mevo::SettingsFile());
+        if (choices.isEmpty() || choices == tried || isLeaving()) {
+            return;
+        }
+        tried = choices;
+        if (tellBackend(mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
+                                              {mevo::assignments(choices), DongleID}))) {
+            dropTold(choices);
+        }
+    }
 }
 
-void MainWindow::createDeviceRecord(const RecordReading &reading)
+/// `before` is what the backend had not heard before the reading: told since, but there was no row to hold
+/// it.
+void MainWindow::createDeviceRecord(const RecordReading &reading, const UntoldChoices &before)
 {
     qInfo() << "Device record: the backend has none for this receiver, and is told to make one";
     const int cutOff = m_webApi->cutOffCount();
@@ -184,9 +219,38 @@ void MainWindow::createDeviceRecord(const RecordReading &reading)
         return;
     }
     mevo::applyNewRecord(*this);
+    dayCounts.recordRead();
     mevo::unmarkAllowances(*this);
+    tellNewRecord(before);
+    unlockCounters();
     if (InitDone) {
         BuildAsrLanMenu(false, false);
+    }
+}
+
+/// What the user has chosen is put above the defaults of a new row, and the row is told.
+void MainWindow::tellNewRecord(const UntoldChoices &before)
+{
+    mevo::RecordChoices choices = before.columns;
+    const mevo::RecordChoices later = mevo::untoldChoices(mevo::SettingsFile());
+    for (auto each = later.cbegin(); each != later.cend(); ++each) {
+        choices.insert(each.key(), each.value());
+    }
+    if (!choices.isEmpty()) {
+        QJsonObject row;
+        for (auto each = choices.cbegin(); each != choices.cend(); ++each) {
+            row.insert(each.key(), QString::number(each.value()));
+        }
+        mevo::applyRecordColumns(*this, row, isXpClass());
+        tellRecord(choices);
+    }
+    if (before.engine || isEngineUntold()) {
+        markChoiceUntold();
+        QTimer::singleShot(0, this, [this] {
+            if (!isLeaving() && m_recorder != nullptr) {
+                tellEngine();
+            }
+        });
     }
 }
 
@@ -237,6 +301,7 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, cons
     const int storedSmallLan = ShowXFSmallLan;
     const bool inputMethod = LocalEnableASR3;
     const mevo::RecordEffects effects = mevo::applyRecordColumns(*this, row, isXpClass());
+    dayCounts.recordRead();
     {
         mevo::SettingsFile settings;
         for (const mevo::RecordSetting &setting : effects.settings) {
@@ -268,8 +333,14 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, cons
         }
     }
     applyRecordVersion(row);
-    if (goesOn(reading) && row.contains(QStringLiteral("LastLoginDateTime"))) {
+    if (!goesOn(reading)) {
+        return;
+    }
+    if (row.contains(QStringLiteral("LastLoginDateTime"))) {
         settleCountingDay();
+    }
+    if (goesOn(reading)) {
+        unlockCounters();
     }
 }
 
@@ -350,12 +421,17 @@ void MainWindow::settleCountingDay()
         return;
     }
     qInfo() << "Device record: a new day of counting";
+    CountersLocked =
+        true; // nothing comes between this statement and what has not been told yet, which follows
+    for (const mevo::CountColumn column : mevo::countColumns) {
+        m_webApi->supersedeCount(column, 0);
+    }
     mevo::beginAllowanceDay(*this);
     LastLoginDateTime = now;
     runBackendSql(mevo::deviceStatement(
         mevo::Statement::BeginDay, SchemaName,
-        {QString::number(BDSR1DUsedQuantity), QString::number(TXSR1DUsedQuantity),
-         QString::number(XFSR1DUsedQuantity), QString::number(BDFY1MUsedQuantity), now, DongleID}));
+        {QString::number(BDSR1DReadQuantity), QString::number(TXSR1DReadQuantity),
+         QString::number(XFSR1DReadQuantity), QString::number(BDFY1MReadQuantity), now, DongleID}));
 }
 
 /// Lists that no file holds are fetched, and an account is drawn where there was none to draw.

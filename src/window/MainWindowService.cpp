@@ -8,6 +8,7 @@
 #include "device/DeviceReports.h"
 #include "engines/CredentialStore.h"
 #include "engines/EngineSelection.h"
+#include "service/CountWrites.h"
 #include "service/LocalAddress.h"
 #include "service/ProductRecord.h"
 #include "service/Statements.h"
@@ -21,8 +22,8 @@
 
 namespace {
 
-constexpr int withoutWaiting = 1;
 constexpr int exitTimeoutMs = 2000;
+constexpr int recordLaterMs = 30000;
 
 } // namespace
 
@@ -78,24 +79,77 @@ void MainWindow::reportAddress()
     m_webApi->WriteDeviceColumn(QStringLiteral("IPRecord='%1'").arg(IPRecord));
 }
 
+bool MainWindow::mayFlush() const
+{
+    return BackendReachable && !CountersLocked && !KeyDownHeld && m_recorder != nullptr;
+}
+
 void MainWindow::updateRecCountsTimerOut()
 {
-    if (!BackendReachable || CountersLocked || KeyDownHeld || m_recorder == nullptr) {
+    readRecordLater();
+    if (!mayFlush()) {
         return;
     }
-    const QString now = recordTime();
-    const auto flush = [&](bool selected, mevo::Statement statement, int count) {
-        if (selected) {
-            RunBackendSql(mevo::deviceStatement(statement, SchemaName,
-                                                {QString::number(count), now, QString::number(CurrentVersion),
-                                                 m_buildStamp, DongleID}),
-                          withoutWaiting);
-        }
-    };
-    flush(m_recorder->BaiDuNoStreamApi, mevo::Statement::CountBaidu, BDSR1DUsedQuantity);
-    flush(m_recorder->UseTXASRApi, mevo::Statement::CountTencent, TXSR1DUsedQuantity);
-    flush(m_recorder->UseXunFeiWebApi, mevo::Statement::CountXunFei, XFSR1DUsedQuantity);
+    if (m_recorder->BaiDuNoStreamApi) {
+        flushCounter(mevo::CountColumn::Baidu);
+    }
+    if (m_recorder->UseTXASRApi) {
+        flushCounter(mevo::CountColumn::Tencent);
+    }
+    if (m_recorder->UseXunFeiWebApi) {
+        flushCounter(mevo::CountColumn::XunFei);
+    }
     checkDaysAllowance();
+}
+
+void MainWindow::flushCounter(mevo::CountColumn column)
+{
+    if (column == mevo::CountColumn::Translation) {
+        m_webApi->WriteCount(mevo::translationWrite(*this));
+        return;
+    }
+    const mevo::Statement statement = column == mevo::CountColumn::Baidu     ? mevo::Statement::CountBaidu
+                                      : column == mevo::CountColumn::Tencent ? mevo::Statement::CountTencent
+                                                                             : mevo::Statement::CountXunFei;
+    const int count = dayCounts.used(column);
+    m_webApi->WriteCount(
+        {dayCounts.receiver(), column, count,
+         mevo::deviceStatement(statement, SchemaName,
+                               {QString::number(count), recordTime(), QString::number(CurrentVersion),
+                                m_buildStamp, dayCounts.receiverId()})});
+}
+
+void MainWindow::flushUntoldCounters()
+{
+    if (!mayFlush()) {
+        return;
+    }
+    for (const mevo::CountColumn column : mevo::countColumns) {
+        if (dayCounts.isUntold(column)) {
+            flushCounter(column);
+        }
+    }
+}
+
+void MainWindow::unlockCounters()
+{
+    CountersLocked = false;
+    flushUntoldCounters();
+}
+
+void MainWindow::readRecordLater()
+{
+    if (!CountersLocked || !BackendReachable || DongleID.isEmpty() || m_recordLater) {
+        return;
+    }
+    m_recordLater = true;
+    m_platform.time->callAfter(recordLaterMs, this, [this] {
+        m_recordLater = false;
+        if (CountersLocked && BackendReachable && !isLeaving()) {
+            qInfo() << "Device record: it has not been read yet, once more";
+            ReadServerInfo();
+        }
+    });
 }
 
 void MainWindow::sendUsageOnExit(bool withTencent)
@@ -103,21 +157,33 @@ void MainWindow::sendUsageOnExit(bool withTencent)
     if (m_recorder == nullptr || !BackendReachable) {
         return;
     }
+    if (dayCounts.isRead()) { // else what the backend holds is not known, and would be written over
+        writeUsageOnExit(withTencent);
+    }
+    m_webApi->drain(exitTimeoutMs);
+}
+
+void MainWindow::writeUsageOnExit(bool withTencent)
+{
+    CountersLocked = false; // the rest of the record may be being applied yet
     if (DeviceConnected) {
         updateRecCountsTimerOut(); // before the report that switches the microphone off
     }
-    const auto write = [this](mevo::Statement statement, int count) {
-        RunBackendSql(mevo::deviceStatement(statement, SchemaName, {QString::number(count), DongleID}),
-                      exitTimeoutMs);
+    m_webApi->overtakeCounts();
+    const auto write = [this](mevo::CountColumn column, mevo::Statement statement) {
+        const int count = dayCounts.used(column);
+        m_webApi->supersedeCount(column, count);
+        RunBackendSql(
+            mevo::deviceStatement(statement, SchemaName, {QString::number(count), dayCounts.receiverId()}),
+            exitTimeoutMs);
     };
     if (m_recorder->BaiDuNoStreamApi) {
-        write(mevo::Statement::CountBaiduAtExit, BDSR1DUsedQuantity);
+        write(mevo::CountColumn::Baidu, mevo::Statement::CountBaiduAtExit);
     }
     if (m_recorder->UseXunFeiWebApi) {
-        write(mevo::Statement::CountXunFeiAtExit, XFSR1DUsedQuantity);
+        write(mevo::CountColumn::XunFei, mevo::Statement::CountXunFeiAtExit);
     }
     if (withTencent && m_recorder->UseTXASRApi) {
-        write(mevo::Statement::CountTencentAtExit, TXSR1DUsedQuantity);
+        write(mevo::CountColumn::Tencent, mevo::Statement::CountTencentAtExit);
     }
-    m_webApi->drain(exitTimeoutMs);
 }

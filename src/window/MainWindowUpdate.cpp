@@ -1,8 +1,10 @@
 // Updates: the check, what the user sees of it, and the way out to the updater.
 
+#include "base/VersionText.h"
 #include "base/WebPage.h"
 #include "ui/Ask.h"
 #include "update/MyUpdateChecker.h"
+#include "update/UnfinishedUpdate.h"
 #include "window/MainWindow.h"
 #include "window/SettingsHands.h"
 #include "window/UpdateHands.h"
@@ -40,7 +42,13 @@ void MainWindow::CheckUpdateTimeout()
 
 void MainWindow::CheckUpdateFromSettings(bool noticeClicked)
 {
-    if (isLeaving() || ManualUpdateSwitch != 1 || updateChecker().isBusy()) {
+    if (isLeaving() || ManualUpdateSwitch != 1) {
+        return;
+    }
+    if (updateChecker().isBusy()) {
+        if (noticeClicked) {
+            checkUpdateAtWish(); // a click is answered, whatever is under way
+        }
         return;
     }
     ManualCheck = true;
@@ -51,15 +59,39 @@ void MainWindow::CheckUpdateFromSettings(bool noticeClicked)
 /// The user has asked for it by name: the answer comes whatever the record's switches say.
 void MainWindow::checkUpdateAtWish()
 {
-    if (isLeaving() || updateChecker().isBusy()) {
+    if (!isLeaving()) {
+        updateChecker().checkAtWish();
+    }
+}
+
+/// Before any download of this run, which would stand under the same names.
+void MainWindow::clearUpdateRest()
+{
+    if (m_updateChecker) {
         return;
     }
-    ManualCheck = true;
-    UpdateNotified = true;
-    updateChecker().check();
+    const auto unfinished = mevo::clearUpdateRest(QCoreApplication::applicationFilePath(), CurrentVersion);
+    if (!unfinished) {
+        return;
+    }
+    const QString text =
+        unfinished->version == 0
+            ? tr("上次的更新没有下载完成，程序没有更新。")
+            : tr("上次的更新（%1）没有安装，程序没有更新。").arg(mevo::versionText(unfinished->version));
+    whenStarted([this, text] {
+        if (!isLeaving()) {
+            updateChecker();
+            m_updateHands->tellAboutUpdate(text);
+        }
+    });
 }
 
 namespace mevo {
+
+QWidget *UpdateHands::settingsDialog() const
+{
+    return m_window.m_settingsHands ? m_window.m_settingsHands->openDialog() : nullptr;
+}
 
 void UpdateHands::askForUpdate(const QString &text, bool forced, const std::function<void(bool)> &answer)
 {
@@ -69,7 +101,7 @@ void UpdateHands::askForUpdate(const QString &text, bool forced, const std::func
         buttons.append(MainWindow::tr("暂时不更新"));
         meanings.push_back(Answer::Back);
     }
-    QWidget *settings = m_window.m_settingsHands ? m_window.m_settingsHands->openDialog() : nullptr;
+    QWidget *settings = settingsDialog();
     askAside(settings != nullptr ? settings : &m_window,
              {MainWindow::tr("灵犀听写更新"), text, buttons, false, meanings},
              [this, answer](int button) { answer(button == 0 && !m_window.isLeaving()); });
@@ -81,9 +113,50 @@ void UpdateHands::setUpdateNotice(bool shown)
                                               : QString());
 }
 
-void UpdateHands::updateCheckFailed()
+void UpdateHands::tellAboutCheck(CheckAnswer answer)
 {
-    m_window.message(MainWindow::tr("无法连接更新服务器，请稍后再试！"), MessageIcon::Warning, messageMs);
+    static constexpr struct
+    {
+        CheckAnswer answer;
+        const char *text;
+        MessageIcon icon;
+    } rows[] = {
+        {CheckAnswer::UpToDate, QT_TRANSLATE_NOOP("MainWindow", "当前已是最新版本！"),
+         MessageIcon::Information},
+        {CheckAnswer::NoServer, QT_TRANSLATE_NOOP("MainWindow", "无法连接更新服务器，请稍后再试！"),
+         MessageIcon::Warning},
+        {CheckAnswer::NoVersion,
+         QT_TRANSLATE_NOOP("MainWindow", "更新服务器没有给出可用的版本信息，请稍后再试！"),
+         MessageIcon::Warning},
+        {CheckAnswer::Offline, QT_TRANSLATE_NOOP("MainWindow", "没有网络连接，无法检查更新！"),
+         MessageIcon::Warning},
+        {CheckAnswer::Checking, QT_TRANSLATE_NOOP("MainWindow", "正在检查更新，请稍候！"),
+         MessageIcon::Information},
+        {CheckAnswer::Asking, QT_TRANSLATE_NOOP("MainWindow", "更新提示已经打开，请在其中选择！"),
+         MessageIcon::Information},
+        {CheckAnswer::Downloading, QT_TRANSLATE_NOOP("MainWindow", "正在下载更新文件，请稍候！"),
+         MessageIcon::Information},
+        {CheckAnswer::Installing, QT_TRANSLATE_NOOP("MainWindow", "更新文件已下载，稍后将自动安装！"),
+         MessageIcon::Information},
+    };
+    if (answer == CheckAnswer::UpToDate && settingsDialog() != nullptr) {
+        return; // its line on updates says so
+    }
+    for (const auto &row : rows) {
+        if (row.answer == answer) {
+            m_window.message(MainWindow::tr(row.text), row.icon, messageMs);
+        }
+    }
+}
+
+void UpdateHands::raiseUpdateQuestion()
+{
+    raiseQuestions(); // whether to cancel the download, it may be
+    const QString title = MainWindow::tr("灵犀听写更新");
+    raiseAside(&m_window, title);
+    if (QWidget *settings = settingsDialog()) {
+        raiseAside(settings, title);
+    }
 }
 
 void UpdateHands::showDownload(const QString &fileName)

@@ -6,6 +6,7 @@
 #include "ui/CPatialResultDialog.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
+#include "window/InputMethods.h"
 #include "window/MainWindow.h"
 
 #include <QCursor>
@@ -136,9 +137,11 @@ WindowId SessionHands::findInputMethodWindow()
     return window;
 }
 
-void SessionHands::closeWindow(WindowId window)
+void SessionHands::leaveInputMethod()
 {
-    m_window.m_platform.windowSystem->closeWindow(window);
+    if (m_taps == 0) { // else it has not heard yet that the user has stopped; the next press finds it
+        m_window.m_inputMethods->leaveWithoutKeys();
+    }
 }
 
 void SessionHands::startXunFeiInputMethod()

@@ -33,7 +33,7 @@ public:
     void recordStart() override;
     void recordStop() override;
     WindowId findInputMethodWindow() override;
-    void closeWindow(WindowId window) override;
+    void leaveInputMethod() override;
     void startXunFeiInputMethod() override;
     void startProgram(const QString &path) override;
     bool isProgramRunning(const QString &imageName) override;

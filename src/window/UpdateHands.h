@@ -20,7 +20,8 @@ public:
 
     void askForUpdate(const QString &text, bool forced, const std::function<void(bool)> &answer) override;
     void setUpdateNotice(bool shown) override;
-    void updateCheckFailed() override;
+    void tellAboutCheck(CheckAnswer answer) override;
+    void raiseUpdateQuestion() override;
     void showDownload(const QString &fileName) override;
     void moveDownload(qint64 received, qint64 total) override;
     void hideDownload() override;
@@ -32,6 +33,9 @@ public:
     void handOver(const std::function<void(bool)> &answer) override;
 
 private:
+    /// Null when it is not open.
+    QWidget *settingsDialog() const;
+
     MainWindow &m_window;
     QPointer<UpdateProgressDialog> m_progress;
 };

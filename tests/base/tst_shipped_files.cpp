@@ -2,6 +2,7 @@
 #include "support/Rows.h"
 
 #include <QDir>
+#include <QLockFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -90,6 +91,42 @@ private Q_SLOTS:
         mevo::bringShippedFiles({share}, target);
         QCOMPARE(read(target + "/MEVOTable.ini"_s), QByteArray("two"));
         QCOMPARE(read(target + "/MEVOSetting.ini"_s), QByteArray("mine"));
+    }
+
+    /// A package that is being installed, or a disk that was full: what the user has stays.
+    void anEmptyFileIsNotBrought()
+    {
+        const QTemporaryDir folder;
+        const QString share = folder.filePath("share"_s);
+        const QString target = folder.filePath("home"_s);
+        QVERIFY(QDir().mkpath(target));
+        write(share + "/MEVOTable.ini"_s, "one");
+        write(share + "/MEVOSetting.ini"_s, "");
+        mevo::bringShippedFiles({share}, target);
+        write(share + "/MEVOTable.ini"_s, "");
+        mevo::bringShippedFiles({share}, target);
+        QCOMPARE(read(target + "/MEVOTable.ini"_s), QByteArray("one"));
+        QCOMPARE(read(target + "/MEVOSetting.ini"_s), QByteArray("none"));
+        write(share + "/MEVOTable.ini"_s, "two");
+        mevo::bringShippedFiles({share}, target);
+        QCOMPARE(read(target + "/MEVOTable.ini"_s), QByteArray("two"));
+    }
+
+    void oneProgramAtATime()
+    {
+        const QTemporaryDir folder;
+        const QString share = folder.filePath("share"_s);
+        write(share + "/MEVOTable.ini"_s, "one");
+        const QString copy = folder.filePath("MEVOTable.ini"_s);
+        QLockFile other(folder.filePath("MEVOShipped.lock"_s));
+        QVERIFY(other.lock());
+        mevo::bringShippedFiles({share}, folder.path(), 0);
+        QVERIFY(!QFile::exists(copy));
+        other.unlock();
+        mevo::bringShippedFiles({share}, folder.path(), 0);
+        QCOMPARE(read(copy), QByteArray("one"));
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList({"MEVOShipped.json"_s, "MEVOTable.ini"_s}));
     }
 
     void theFirstFolderCounts()

@@ -3,6 +3,7 @@
 #include "commands/CommandFile.h"
 #include "commands/CommandMatcher.h"
 #include "commands/CommandTable.h"
+#include "commands/MergedTable.h"
 #include "support/FullDisk.h"
 #include "support/Messages.h"
 #include "support/Rows.h"
@@ -232,6 +233,60 @@ private Q_SLOTS:
         QVERIFY(table.writeTyped(CommandType::Web, {}) && QFile::exists(table.typedPath(CommandType::Web)));
         QVERIFY(table.readTyped(CommandType::Web).empty() && table.readTyped(CommandType::File).empty());
         QVERIFY(Messages::warnings.isEmpty());
+    }
+
+    /// What replaces a table behind the editor's back.
+    void theMergedTableFollowsReplacedOnes_data()
+    {
+        // replaced (names of the tables: w the web pages, m the merged one), noted, behind
+        const Rows<QString, bool, bool> row;
+        row("nothing", "", true, false);
+        row("a typed table", "w", true, true);
+        row("the merged one, saved as a whole", "m", true, false);
+        row("both: rows of its own stay", "mw", true, false);
+        row("a typed table, nothing noted", "w", false, false);
+    }
+    void theMergedTableFollowsReplacedOnes()
+    {
+        const auto [replaced, noted, behind] = rowOf<QString, bool, bool>();
+        const QTemporaryDir folder;
+        const mevo::CommandTable table(folder.path());
+        for (const CommandType type : mevo::allCommandTypes) {
+            QVERIFY(table.writeTyped(type, {row(type, "as made")}));
+        }
+        QVERIFY(table.rebuildMerged() && !mevo::isMergedTableBehind(table));
+        const QString note = folder.filePath("MEVOCommandTables.json"_s);
+        if (!noted) {
+            QVERIFY(QFile::remove(note));
+        }
+        if (replaced.contains(u'w')) {
+            QVERIFY(table.writeTyped(CommandType::Web, {row(CommandType::Web, "newer")}));
+        }
+        if (replaced.contains(u'm')) {
+            QVERIFY(table.writeMerged({row(CommandType::Web, "the user's")}));
+        }
+        QCOMPARE(mevo::isMergedTableBehind(table), behind);
+        QVERIFY(table.rebuildMerged() && !mevo::isMergedTableBehind(table));
+        QVERIFY(QFile::remove(table.typedPath(CommandType::Web)));
+        QVERIFY(!mevo::isMergedTableBehind(table)); // a lost table must not take its rows along
+    }
+
+    /// Tables that came with the program, or all at once with a newer one, are known as such.
+    void tablesThatBelongTogetherAreNoted()
+    {
+        const QTemporaryDir folder;
+        const mevo::CommandTable table(folder.path());
+        for (const char *version : {"one", "two"}) {
+            CommandRows all;
+            for (const CommandType type : mevo::allCommandTypes) {
+                all.push_back(row(type, version));
+                QVERIFY(table.writeTyped(type, {all.back()}));
+            }
+            QVERIFY(table.writeMerged(all));
+            QVERIFY(!mevo::isMergedTableBehind(table));
+        }
+        QVERIFY(table.writeTyped(CommandType::Phrase, {row(CommandType::Phrase, "three")}));
+        QVERIFY(mevo::isMergedTableBehind(table));
     }
 
     void aDiskThatRefusesLeavesTheOldTable()

@@ -109,6 +109,8 @@ private slots:
         }
         link.fake.hid->unopenable = {QByteArray::number(unopenablePage)};
         QCOMPARE(link.commands.OpenHidDevice(), result);
+        QCOMPARE(link.commands.unopenedPath(),
+                 unopenablePage == 0 ? QByteArray() : QByteArray::number(unopenablePage));
         QVERIFY(link.state.HidInputHandle.load() == nullptr);
         QVERIFY(link.state.HidCommandHandle.load() == nullptr);
         QCOMPARE(link.fake.hid->openHandles.load(), 0);
@@ -119,6 +121,7 @@ private slots:
         link.fake.hid->unopenable.clear();
         link.fake.hid->entries = FakeHid::receiver();
         QCOMPARE(link.commands.OpenHidDevice(), 0);
+        QCOMPARE(link.commands.unopenedPath(), QByteArray());
     }
 
     void secondReceiverLeaves()

@@ -85,6 +85,7 @@ struct Reading : QObject
         };
         connect(&reader, &GetHIDDataThread::returnHidKeyResult, this, key("session "_s));
         connect(&reader, &GetHIDDataThread::returnHidKeyResult2Trans, this, key("translation "_s));
+        connect(&reader, &GetHIDDataThread::HidKeyRefused, this, key("refused "_s));
         connect(&reader, &GetHIDDataThread::CallMainFunctionSignal, this,
                 [this](int index) { heard.append("main %1"_s.arg(index)); });
         connect(&reader, &GetHIDDataThread::CallMicDlgFunctionSignal, this,
@@ -143,7 +144,7 @@ private slots:
         r.state.QuickReleaseCount = 2;
         r.state.IsOnline = false;
         r.fake.hid->push(keyReport(14, 0));
-        QTRY_COMPARE(r.heard, list({"offline", "main 22", "timer", "main 22"}));
+        QTRY_COMPARE(r.heard, list({"offline", "refused 0e 00", "main 22", "timer", "main 22"}));
         r.state.ResultIdle = false;
         r.state.QuickReleaseRun = 3;
         r.reader.TimeOutStopRecord();

@@ -22,7 +22,8 @@ QString stepsFor(const InputReport &report, const DispatchFlags &flags)
     static const QMap<Kind, const char *> names{
         {Kind::MicDialogCall, "dialog "},        {Kind::MainCall, "main "},
         {Kind::OfflineWarning, "offline"},       {Kind::KeyToSession, "session"},
-        {Kind::KeyToTranslation, "translation"}, {Kind::StartStopRecordTimer, "timer"}};
+        {Kind::KeyToTranslation, "translation"}, {Kind::KeyRefused, "refused"},
+        {Kind::StartStopRecordTimer, "timer"}};
     QStringList steps;
     for (const DispatchStep &step : mevo::dispatchKeyReport(report, flags)) {
         const QString name = QLatin1String(names[step.kind]);
@@ -67,10 +68,12 @@ private slots:
             row(key, "", "dialog 1, main 21, session", "dialog 1, main 21, session");
             row(key, "delimit", "translation", "dialog 1, main 21");
             row(key, "delimit typing", "translation", "");
-            row(key, "typing keydown", "main 22", "main 22");
-            row(key, "typing keyup quick1", "main 22", "main 22");
-            row(key, "typing handling quick2", "main 22, timer, main 22", "main 22, timer, main 22");
-            row(key, "handling", "dialog 1, main 21, main 22", "dialog 1, main 21, main 22");
+            row(key, "typing keydown", "refused, main 22", "refused, main 22");
+            row(key, "typing keyup quick1", "refused, main 22", "refused, main 22");
+            row(key, "typing handling quick2", "refused, main 22, timer, main 22",
+                "refused, main 22, timer, main 22");
+            row(key, "handling", "dialog 1, main 21, refused, main 22",
+                "dialog 1, main 21, refused, main 22");
             row(key, "typing quick3", "session", "session");
         }
         for (const int key : {6, 14}) {
@@ -80,21 +83,21 @@ private slots:
             row(key, "online typing", mode + ", session", "session");
             row(key, "delimit", "translation", "offline");
             row(key, "delimit online", "translation", "");
-            row(key, "keydown quick5", "offline, " + mode + ", main 22, timer, main 22",
-                "offline, main 22, timer, main 22");
+            row(key, "keydown quick5", "offline, " + mode + ", refused, main 22, timer, main 22",
+                "offline, refused, main 22, timer, main 22");
         }
         row(2, "online", "dialog 2, session", "dialog 2, session");
         row(2, "", "offline, dialog 2, session", "offline, dialog 2, session");
         row(2, "translating", "dialog 2, session", "dialog 2, session");
         row(2, "translating online", "dialog 2, session", "dialog 2, session");
         row(2, "delimit online", "translation", "dialog 2");
-        row(2, "online handling", "dialog 2, main 22", "dialog 2, main 22");
+        row(2, "online handling", "dialog 2, refused, main 22", "dialog 2, refused, main 22");
         row(8, "", "session", "session");
         row(8, "delimit", "translation", "");
-        row(8, "keyup", "main 22", "main 22");
+        row(8, "keyup", "refused, main 22", "refused, main 22");
         row(16, "", "session", "session");
         row(16, "delimit", "", "");
-        row(16, "keydown quick2", "main 22, timer, main 22", "main 22, timer, main 22");
+        row(16, "keydown quick2", "refused, main 22, timer, main 22", "refused, main 22, timer, main 22");
         for (const int key : {0, 4, 5, 7, 9, 10, 11, 12, 13, 15, 17, 255}) {
             row(key, "", "", "");
             row(key, "handling delimit", "", "");

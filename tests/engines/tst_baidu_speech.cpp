@@ -427,6 +427,17 @@ private slots:
         QCOMPARE(mevo::baiduSpeechUrl(endpoints, false), QUrl("https://own:1/server_api"_s));
     }
 
+    void countsToTheReceiverOfThePress()
+    {
+        m_server->fallback = ScriptedAnswer::body(goodReply);
+        m_state.DongleID = "01-01-000001"_s;
+        m_server->onRequest = [this](const ScriptedRequest &) { m_state.DongleID = "01-01-000002"_s; };
+        finish();
+        QCOMPARE(m_state.dayCounts.used(mevo::CountColumn::Baidu), 0);
+        m_state.DongleID = "01-01-000001"_s;
+        QCOMPARE(m_state.dayCounts.used(mevo::CountColumn::Baidu), 1);
+    }
+
     void longAudio()
     {
         const QByteArray minute(60 * 32000, 'a'); // a minute of samples
@@ -443,6 +454,7 @@ private:
         QBuffer buffer(&samples);
         mevo::SessionContext session;
         session.number = ++m_session;
+        session.receiver = m_state.dayCounts.receiver();
         session.engine.baidu = m_recorder.BaiDuNoStreamApi;
         session.engine.tencent = m_recorder.UseTXASRApi;
         session.engine.baiduFast = m_state.BaiDuNoStreamApi_FastVersion;

@@ -170,6 +170,18 @@ private slots:
         m_endpoints = {};
         m_endpoints.TencentHost = m_service.host();
         m_texts.clear();
+        m_receiver = 0;
+    }
+
+    void countsToTheReceiverOfThePress()
+    {
+        m_state->DongleID = "01-01-000001"_s;
+        m_receiver = m_state->dayCounts.receiver();
+        m_state->DongleID = "01-01-000002"_s;
+        recognise("samples");
+        QCOMPARE(m_state->dayCounts.used(mevo::CountColumn::Tencent), 0);
+        m_state->DongleID = "01-01-000001"_s;
+        QCOMPARE(m_state->dayCounts.used(mevo::CountColumn::Tencent), 1);
     }
 
     void onTheWire()
@@ -332,6 +344,7 @@ private:
         mevo::SessionContext session;
         session.number = 7;
         session.engine.tencentLanguage = m_state->TXCurrentVoiceType;
+        session.receiver = m_receiver;
         return speech.recognise(pcm, session);
     }
 
@@ -341,6 +354,7 @@ private:
     std::unique_ptr<MainState> m_state;
     mevo::EngineEndpoints m_endpoints;
     QStringList m_texts;
+    int m_receiver = 0; ///< of the press
 };
 
 QTEST_GUILESS_MAIN(TestTencentSpeech)

@@ -407,6 +407,7 @@ private Q_SLOTS:
         Desk desk(std::nullopt);
         desk.correction = correction;
         desk.control("texts", "一|二"_s);
+        desk.state.DongleID = "01-01-000001"_s;
         desk.stream->ConnectXFWebApi();
         QTRY_VERIFY(desk.state.XFWebSocketConnected);
         for (const int status : {First, Middle, Middle}) {
@@ -421,13 +422,17 @@ private Q_SLOTS:
             QCOMPARE(words, plain);
         });
         QVERIFY(desk.state.XFWebSocket == nullptr && late.isEmpty());
+        desk.state.DongleID = "01-01-000002"_s; // another receiver takes over
         QVERIFY(desk.speak());
         QVERIFY(desk.waitFor("end"_s));
         QTRY_COMPARE(late, list({"一"}));
         QVERIFY(desk.calls.contains(correction ? "show 二"_s : "handle 二"_s));
         QTRY_COMPARE(desk.noted("closed", "closeCode"), (QVariantList{1000, 1000}));
         QCOMPARE(desk.noted("frame", "status").count(2), 2);
-        QCOMPARE(desk.state.XFSR1DUsedQuantity, 2);
+        for (const char *receiver : {"01-01-000002", "01-01-000001"}) { // each counts its own
+            desk.state.DongleID = QLatin1String(receiver);
+            QCOMPARE(desk.state.dayCounts.used(mevo::CountColumn::XunFei), 1);
+        }
     }
 
     /// What is known at once is told at once, and a service that goes or fails keeps nobody waiting.

@@ -265,7 +265,7 @@ private Q_SLOTS:
     void xunFeiInstalled_data()
     {
         QTest::addColumn<QString>("folder");
-        QTest::addColumn<int>("generation");
+        QTest::addColumn<int>("generation"); ///< negative where the row is of the other table
         QTest::addColumn<bool>("there");
         QTest::addColumn<bool>("online");
         QTest::addColumn<bool>("third");
@@ -279,6 +279,12 @@ private Q_SLOTS:
         QTest::newRow("second, offline") << "/x" << 2 << true << false << false << "/x/iFlyVoice" << row;
         QTest::newRow("gone") << "/x" << 3 << false << true << false << "own" << row;
         QTest::newRow("no folder told") << "" << 3 << false << true << true << "own" << row;
+        QTest::newRow("second, the row is of the third")
+            << "/x" << -2 << true << true << false << "/x/iFlyVoice"
+            << "讯飞语音悬浮窗";
+        QTest::newRow("third, the row is of the second")
+            << "/x" << -3 << true << true << true << "/x/iFlyVoice"
+            << "语音悬浮窗";
     }
     void xunFeiInstalled()
     {
@@ -289,8 +295,12 @@ private Q_SLOTS:
         MainState state;
         state.XFVM3 = !there;
         state.LocalASR3XunFeiInstallPath = "own";
+        const bool otherRow = generation < 0;
+        generation = qAbs(generation);
         mevo::Asr3Row row;
         row.ASR3WindowName = "行的窗口";
+        QFETCH(bool, third);
+        row.thirdGeneration = third != otherRow;
         const QString program = there ? folder + "/iFlyVoice" : QString();
         mevo::applyXunFeiInstallation(state, {folder, generation}, program, online, &row);
         QTEST(state.XFVM3, "third");

@@ -104,6 +104,16 @@ if(NOT kept STREQUAL "[MainSetting]\nmine=1\n")
     fail("the user's own settings are gone: ${kept}")
 endif()
 
+# With a folder elsewhere the shipped files come from the installation, not from what the user has beside the
+# program.
+set(elsewhere ${SCRATCH}/elsewhere)
+run(0 "${elsewhere}\n" ${alone} MEVO_HOME=${elsewhere} ${program}/probe)
+execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${elsewhere}/MEVOSetting.ini ${prefix}/share/mevoinput/MEVOSetting.ini
+                RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    fail("the settings beside the program have been taken for shipped ones")
+endif()
+
 # What other programs read is in order, where their checkers are installed.
 foreach(checker "desktop-file-validate;${prefix}/share/applications/mevoinput.desktop"
                 "appstreamcli;validate;--no-net;${prefix}/share/metainfo/org.mevoinput.mevoinput.metainfo.xml")

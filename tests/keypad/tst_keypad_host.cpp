@@ -4,6 +4,7 @@
 #include "keypad/KeypadHost.h"
 #include "keypad/KeypadTables.h"
 #include "keypad/KeypadWindow.h"
+#include "keypad/WordDoor.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -443,6 +444,32 @@ private Q_SLOTS:
         QCOMPARE(start("ORVKBAppExit"), 0);
         QVERIFY(first.waitForFinished(waitMs));
         QCOMPARE(first.exitCode(), 0);
+    }
+
+    /// A word that comes just as the keyboard ends is not told that it has been taken.
+    void aWordThatFindsTheDoorClosed()
+    {
+        WordDoor door;
+        QVERIFY(door.enter(Wish::Hide, waitMs) == WordDoor::Outcome::First);
+        int heard = 0;
+        QVERIFY(door.listen([&door, &heard](Wish) {
+            ++heard;
+            door.close();
+        }));
+        QLocalSocket first, second;
+        for (QLocalSocket *socket : {&first, &second}) {
+            socket->connectToServer(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/mevokeypad.words");
+            QVERIFY(socket->waitForConnected(waitMs));
+            socket->write("ORVKBAppExit\n");
+            QVERIFY(socket->flush());
+        }
+        for (const QLocalSocket *socket : {&first, &second}) {
+            QTRY_COMPARE_WITH_TIMEOUT(socket->state(), QLocalSocket::UnconnectedState, waitMs);
+        }
+        QCOMPARE(heard, 1);
+        QCOMPARE(first.readAll(), QByteArray("taken\n"));
+        QVERIFY(second.readAll().isEmpty());
+        QCOMPARE(start("ORVKBAppExit"), 0); // as the first one
     }
 
     void aWordThatIsNone()

@@ -1,3 +1,4 @@
+#include "base/RuntimeLock.h"
 #include "patchrunner/UpdateRun.h"
 
 #include <QProcess>
@@ -429,6 +430,22 @@ private Q_SLOTS:
         QVERIFY(runUpdate(installation.base).outcome == Outcome::Done);
         running.join();
         QCOMPARE(installation.version(), "new");
+    }
+
+    /// Two at a time would take each other's work away.
+    void oneAtATime()
+    {
+        Installation installation;
+        installation.offer(packed(wholeVersion("new")));
+        mevo::RuntimeLock other(mevo::updaterLockName);
+        QVERIFY(other.acquire(0));
+        mevo::patchrunner::RunTimes times;
+        times.updaterMs = 0;
+        QVERIFY(runUpdate(installation.base, times).outcome == Outcome::AnotherRuns);
+        QCOMPARE(installation.version(), "old");
+        QVERIFY(installation.read("started").isEmpty());
+        other.release();
+        QVERIFY(runUpdate(installation.base, times).outcome == Outcome::Done);
     }
 
     void fullDisk()

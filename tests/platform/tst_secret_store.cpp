@@ -11,6 +11,7 @@
 #include <QDBusReply>
 #include <QDBusVirtualObject>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -69,15 +70,15 @@ SecretStore::Found change(SecretStore &store, const SecretStore::Change &change,
                           QList<QByteArray> *old = nullptr, KeyringPrompt prompt = KeyringPrompt::Allowed)
 {
     return answerOf([&](QObject *context, const auto &done) {
-        store.change(
-            prompt,
-            [change, old](const QList<QByteArray> &texts) {
-                if (old != nullptr) {
-                    *old = texts;
-                }
-                return change;
-            },
-            context, done);
+        store.change(prompt,
+                     {[change, old](const QList<QByteArray> &texts) {
+                          if (old != nullptr) {
+                              *old = texts;
+                          }
+                          return change;
+                      },
+                      [change](const QByteArray &waiting) { return waiting + change.text + ';'; }},
+                     context, done);
     });
 }
 
@@ -141,6 +142,7 @@ private:
     QProcess m_keyring;
     QByteArray m_bus;
     QString path() const { return m_folder.filePath(QStringLiteral("deeper/accounts.json")); }
+    QString waiting() const { return path() + QStringLiteral(".waiting"); }
 
     QDBusConnection bus() const
     {
@@ -212,7 +214,11 @@ private Q_SLOTS:
         qDBusRegisterMetaType<Attributes>();
         QTRY_VERIFY(bus().isConnected());
     }
-    void init() { QVERIFY(!QFile::exists(path()) || QFile::remove(path())); }
+    void init()
+    {
+        QVERIFY(!QFile::exists(path()) || QFile::remove(path()));
+        QVERIFY(!QFile::exists(waiting()) || QFile::remove(waiting()));
+    }
 
     void file()
     {
@@ -259,7 +265,9 @@ private Q_SLOTS:
     void asideInFiles()
     {
         DesktopSecretStore store(path(), true);
-        const QString aside = path() + QStringLiteral(".unreadable");
+        const auto aside = [this](const QByteArray &text) {
+            return path() + QStringLiteral(".unreadable-") + mevo::secretAsideName(text);
+        };
         for (const char *text : {"one", "another", "one"}) {
             QVERIFY(mevo::writeSecretFile(path(), text));
             QList<QByteArray> old;
@@ -267,11 +275,11 @@ private Q_SLOTS:
             QCOMPARE(old, QList<QByteArray>({text}));
             QCOMPARE(contentOf(path()), QByteArray("new"));
         }
-        QCOMPARE(contentOf(aside), QByteArray("one"));
-        QCOMPARE(contentOf(aside + QStringLiteral("-2")), QByteArray("another"));
-        QCOMPARE(modeOf(aside), 0600);
+        QCOMPARE(contentOf(aside("one")), QByteArray("one"));
+        QCOMPARE(contentOf(aside("another")), QByteArray("another"));
+        QCOMPARE(modeOf(aside("one")), 0600);
         QCOMPARE(QFileInfo(path()).dir().entryList(QDir::Files).size(), 3);
-        QVERIFY(QFile::remove(aside) && QFile::remove(aside + QStringLiteral("-2")));
+        QVERIFY(QFile::remove(aside("one")) && QFile::remove(aside("another")));
     }
 
     void withoutBus()
@@ -284,7 +292,9 @@ private Q_SLOTS:
     void withoutKeyring()
     {
         DesktopSecretStore store(path(), false);
-        QCOMPARE(read(store).place, SecretPlace::Nowhere);
+        const SecretStore::Found nothing = read(store);
+        QVERIFY(nothing.answered && nothing.keyringAbsent);
+        QCOMPARE(nothing.place, SecretPlace::Nowhere);
         QCOMPARE(write(store, "own"), SecretPlace::File);
         QCOMPARE(read(store).texts, QList<QByteArray>({"own"}));
         QVERIFY(remove(store));
@@ -297,24 +307,76 @@ private Q_SLOTS:
         QTest::newRow("silent") << QString();
         QTest::newRow("fails") << QStringLiteral("org.freedesktop.DBus.Error.Failed");
         QTest::newRow("breaks off") << QStringLiteral("org.freedesktop.DBus.Error.NoReply");
+        QTest::newRow("goes just now") << QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown");
+        QTest::newRow("has gone") << QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner");
+        QTest::newRow("is not started") << QStringLiteral("org.freedesktop.DBus.Error.Spawn.ServiceNotFound");
     }
-    /// A keyring that is not to be reached may still hold the accounts: nothing is written elsewhere.
+    /// A keyring that is not to be reached may still hold the accounts: nothing is done elsewhere but to let
+    /// the changes wait, until it can be done.
     void badKeyring()
     {
         QFETCH(QString, fault);
-        BadKeyring keyring(bus());
-        keyring.fault = fault;
-        QVERIFY(mevo::writeSecretFile(path(), "kept"));
         DesktopSecretStore store(path(), false);
         store.answerLimitMs = 500;
+        QVERIFY(mevo::writeSecretFile(path(), "kept"));
+        {
+            BadKeyring keyring(bus());
+            keyring.fault = fault;
+            SecretStore::Found found = read(store);
+            QVERIFY(!found.answered && !found.waiting && !found.keyringAbsent);
+            QCOMPARE(found.place, SecretPlace::Desktop);
+            QCOMPARE(found.texts, QList<QByteArray>({"kept"}));
+            QList<QByteArray> old{"not asked"};
+            QVERIFY(!change(store, {"new", {}}, &old).answered);
+            found = change(store, {"newer", {}}, &old);
+            QVERIFY(!found.answered && found.waiting);
+            QCOMPARE(found.texts, QList<QByteArray>({"kept", "new;newer;"}));
+            QCOMPARE(old, QList<QByteArray>({"not asked"}));
+            QCOMPARE(contentOf(path()), QByteArray("kept"));
+            QCOMPARE(contentOf(waiting()), QByteArray("new;newer;"));
+            QCOMPARE(modeOf(waiting()), 0600);
+        }
+        const SecretStore::Found found = read(store);
+        QVERIFY(found.answered && found.waiting);
+        QCOMPARE(found.place, SecretPlace::File);
+        QList<QByteArray> old;
+        QVERIFY(change(store, {"joined", {}}, &old).answered);
+        QCOMPARE(old, QList<QByteArray>({"kept", "new;newer;"}));
+        QCOMPARE(contentOf(path()), QByteArray("joined"));
+        QVERIFY(!QFile::exists(waiting()));
+    }
+
+    /// The end of the program does not hang on a keyring that is silent, and loses nothing.
+    void endsBesideASilentKeyring()
+    {
+        const BadKeyring keyring(bus());
+        QElapsedTimer took;
+        {
+            DesktopSecretStore store(path(), false);
+            QObject context;
+            store.change(KeyringPrompt::Allowed,
+                         {[](const QList<QByteArray> &) {
+                              return SecretStore::Change{"kept", {}};
+                          },
+                          [](const QByteArray &) { return QByteArray("waits"); }},
+                         &context, [](const SecretStore::Found &) {});
+            took.start();
+        }
+        QVERIFY(took.elapsed() < 20000);
+        QCOMPARE(contentOf(waiting()), QByteArray("waits"));
+        QVERIFY(!QFile::exists(path()));
+    }
+
+    void unreadableFile()
+    {
+        DesktopSecretStore store(path(), true);
+        QVERIFY(QDir().mkpath(path()));
         const SecretStore::Found found = read(store);
         QVERIFY(!found.answered);
-        QVERIFY(found.texts.isEmpty());
-        QList<QByteArray> old{"not asked"};
-        QVERIFY(!change(store, {"new", {}}, &old).answered);
-        QVERIFY(!change(store, {}, &old).answered);
-        QCOMPARE(old, QList<QByteArray>({"not asked"}));
-        QCOMPARE(contentOf(path()), QByteArray("kept"));
+        QCOMPARE(found.place, SecretPlace::File);
+        QVERIFY(change(store, {"new", {}}).waiting);
+        QVERIFY(QDir().rmdir(path()));
+        QCOMPARE(read(store).texts, QList<QByteArray>({"new;"}));
     }
 
     /// The time that a call may take begins when it is its turn.
@@ -350,12 +412,12 @@ private Q_SLOTS:
             DesktopSecretStore store(path(), true);
             QObject context;
             for (int i = 0; i < 20; ++i) {
-                store.change(
-                    KeyringPrompt::None,
-                    [i](const QList<QByteArray> &) {
-                        return SecretStore::Change{"secret " + QByteArray::number(i), {}};
-                    },
-                    &context, [](const SecretStore::Found &) {});
+                store.change(KeyringPrompt::None,
+                             {[i](const QList<QByteArray> &) {
+                                  return SecretStore::Change{"secret " + QByteArray::number(i), {}};
+                              },
+                              [](const QByteArray &before) { return before; }},
+                             &context, [](const SecretStore::Found &) {});
             }
         }
         QCOMPARE(contentOf(path()), QByteArray("secret 19"));
@@ -396,7 +458,14 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(path() + QStringLiteral("/file")));
         QVERIFY(!remove(store));
         QVERIFY(QDir(path()).removeRecursively());
+        QVERIFY(QFile::remove(waiting()));
         QCOMPARE(read(store).texts, QList<QByteArray>({"joined"}));
+
+        // What is set aside is there once, however often that is tried.
+        for (int i = 0; i < 2; ++i) {
+            QVERIFY(change(store, {"joined", {"newer", "another one"}}).answered);
+        }
+        QCOMPARE(itemsInKeyring(), 3);
     }
 
     /// What a keyring holds is neither forgotten nor written elsewhere while it is locked or away.
@@ -416,15 +485,16 @@ private Q_SLOTS:
         }
         endKeyring();
         QVERIFY(!read(store).answered);
-        QVERIFY(!change(store, {"new", {}}).answered);
+        QVERIFY(change(store, {"new", {}}).waiting);
         QVERIFY(!QFile::exists(path()));
 
         startKeyring();
-        QTRY_COMPARE_WITH_TIMEOUT(read(store).texts, QList<QByteArray>({"kept"}), 20000);
+        const QList<QByteArray> both{"kept", "new;;new;;new;"};
+        QTRY_COMPARE_WITH_TIMEOUT(read(store).texts, both, 20000);
         QCOMPARE(write(store, "new"), SecretPlace::Desktop);
         QVERIFY(remove(store));
         QCOMPARE(read(store).place, SecretPlace::Nowhere);
-        QCOMPARE(itemsInKeyring(), 1); // what was set aside
+        QCOMPARE(itemsInKeyring(), 2); // what was set aside
     }
 
     void cleanupTestCase()

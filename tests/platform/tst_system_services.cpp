@@ -1,3 +1,4 @@
+#include "base/RuntimePath.h"
 #include "platform/linux/FlockSingleInstance.h"
 #include "platform/linux/InstanceDoor.h"
 #include "platform/linux/LinuxElevation.h"
@@ -21,6 +22,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -55,6 +57,15 @@ int callHolder(const QByteArray &message)
     const auto result = mevo::FlockSingleInstance().call(lockName(), message, 20000);
     std::puts(result.closed ? "closed" : result.reached ? result.answer.constData() : "nobody");
     return 0;
+}
+
+/// What another start says of calling; this one's event loop goes on meanwhile.
+QByteArray callFromElsewhere(const QString &message)
+{
+    QProcess caller;
+    caller.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--call"), message});
+    [&caller] { QTRY_COMPARE_WITH_TIMEOUT(caller.state(), QProcess::NotRunning, 30000); }();
+    return caller.readAllStandardOutput().trimmed();
 }
 
 QByteArray answer(QProcess &process)
@@ -367,21 +378,15 @@ private slots:
         QProcess second;
         QCOMPARE(answer(second), QByteArray("busy"));
         QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished());
-        const auto call = [](const QString &message) {
-            QProcess caller;
-            caller.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--call"), message});
-            [&caller] { QTRY_COMPARE_WITH_TIMEOUT(caller.state(), QProcess::NotRunning, 30000); }();
-            return caller.readAllStandardOutput().trimmed();
-        };
-        QCOMPARE(call(QStringLiteral("hello")), QByteArray("answer to hello"));
-        QCOMPARE(call(QStringLiteral("more than twenty bytes of it")), QByteArray("closed"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("answer to hello"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("more than twenty bytes of it")), QByteArray("closed"));
         QCOMPARE(heard, QList<QByteArray>{"hello"});
         // A holder that is going: who is there already is told so at once, who comes finds nobody.
         lock.whenCalled(20, [&lock](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {
             QTimer::singleShot(0, qApp, [&lock] { lock.closeDoor(); });
         });
-        QCOMPARE(call(QStringLiteral("hello")), QByteArray("closed"));
-        QCOMPARE(call(QStringLiteral("hello")), QByteArray("nobody"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("closed"));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("nobody"));
         {
             QProcess during;
             QCOMPARE(answer(during), QByteArray("busy")); // the lock is another matter
@@ -396,6 +401,25 @@ private slots:
         child.closeWriteChannel();
         QVERIFY(child.waitForFinished());
     }
+    /// A program from before the user's own folder was looked for has its lock in the common one.
+    void anOlderInstanceElsewhere()
+    {
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder->path()));
+        qputenv("MEVO_TEST_LOCK", QByteArray::number(QCoreApplication::applicationPid()) + "-older");
+        QFile file(mevo::runtimePaths(lockName(), QStringLiteral(".lock")).last());
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QCOMPARE(flock(file.handle(), LOCK_EX | LOCK_NB), 0);
+        const mevo::InstanceDoor door(
+            mevo::runtimePaths(lockName(), QStringLiteral(".socket")).last(), 20,
+            [](const QByteArray &message, const auto &reply) { reply("older one: " + message); });
+        mevo::FlockSingleInstance lock;
+        QVERIFY(!lock.acquire(lockName()));
+        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("older one: hello"));
+        file.close(); // it has ended, and its file stays
+        QVERIFY(lock.acquire(lockName()));
+        QVERIFY(file.remove());
+    }
+
     void callersWhoSayTooMuchOrTooLittle_data()
     {
         QTest::addColumn<QList<QByteArray>>("pieces");

@@ -1,17 +1,23 @@
 #include "platform/linux/ScreenLock.h"
+#include "platform/linux/X11Ping.h"
 #include "platform/linux/X11Poster.h"
 
 #include <QtTest>
 
 #include <X11/XKBlib.h>
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
 #include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -19,19 +25,28 @@ namespace {
 class Program
 {
 public:
-    Program()
-        : m_thread([this] { run(); })
+    enum class Kind {
+        AnswersPings,
+        Busy, ///< answers none, and when it hangs it computes without a pause
+        Java, ///< a window of Java's own widgets
+    };
+
+    explicit Program(Kind kind = Kind::AnswersPings)
+        : m_kind(kind)
+        , m_thread([this] { run(); })
     {
     }
     ~Program()
     {
         m_end = true;
-        hangs = false;
         m_thread.join();
     }
 
-    /// 0 until the window has the keyboard.
-    mevo::WindowId window() const { return m_ready ? m_window.load() : 0; }
+    /// Waits until the window has the keyboard; 0 when it does not get it.
+    mevo::WindowId window() const
+    {
+        return QTest::qWaitFor([this] { return m_ready.load(); }, 30000) ? m_window.load() : 0;
+    }
     QString text() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -39,7 +54,7 @@ public:
     }
 
     std::atomic<bool> hangs{false};
-    std::atomic<int> hangsAfterKeys{-1}; ///< from when that many have been taken; -1 for never
+    std::atomic<int> hangsAfterKeys{-1}; ///< when the next one comes after that many; -1 for never
 
 private:
     void run()
@@ -48,14 +63,26 @@ private:
         const Window window =
             XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 300, 200, 0, 0, 0);
         Atom ping = XInternAtom(display, "_NET_WM_PING", False);
-        XSetWMProtocols(display, window, &ping, 1);
+        if (m_kind == Kind::Busy) {
+            tellProcess(display, window);
+        } else {
+            XSetWMProtocols(display, window, &ping, 1);
+        }
+        if (m_kind == Kind::Java) {
+            QByteArray name("sun-awt-X11-XFramePeer");
+            XClassHint hint{name.data(), name.data()};
+            XSetClassHint(display, window, &hint);
+        }
         XSelectInput(display, window, KeyPressMask | FocusChangeMask);
         XMapRaised(display, window);
         m_window = window;
         while (!m_end) {
-            if (hangs || XPending(display) == 0) {
-                pollfd wait{hangs ? -1 : ConnectionNumber(display), POLLIN, 0};
-                poll(&wait, 1, 2);
+            if (hangs) {
+                hang();
+            }
+            if (XPending(display) == 0) {
+                pollfd wait{ConnectionNumber(display), POLLIN, 0};
+                poll(&wait, 1, m_kind == Kind::Busy ? 200 : 2); // it sleeps, as can be seen
                 continue;
             }
             XEvent event;
@@ -63,6 +90,26 @@ private:
             take(display, event, ping);
         }
         XCloseDisplay(display);
+    }
+
+    void hang() const
+    {
+        while (hangs && !m_end) {
+            if (m_kind != Kind::Busy) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            }
+        }
+    }
+
+    /// The thread stands for the main one of a process.
+    static void tellProcess(Display *display, Window window)
+    {
+        const QByteArray machine = QSysInfo::machineHostName().toUtf8();
+        XChangeProperty(display, window, XA_WM_CLIENT_MACHINE, XA_STRING, 8, PropModeReplace,
+                        reinterpret_cast<const unsigned char *>(machine.constData()), machine.size());
+        const long thread = ::syscall(SYS_gettid);
+        XChangeProperty(display, window, XInternAtom(display, "_NET_WM_PID", False), XA_CARDINAL, 32,
+                        PropModeReplace, reinterpret_cast<const unsigned char *>(&thread), 1);
     }
 
     void take(Display *display, XEvent &event, Atom ping)
@@ -77,15 +124,17 @@ private:
                        SubstructureNotifyMask | SubstructureRedirectMask, &event);
             XFlush(display);
         } else if (event.type == KeyPress) {
+            hangs = hangs || m_text.size() == hangsAfterKeys;
+            hang();
             unsigned taken = 0;
             KeySym symbol = 0;
             XkbLookupKeySym(display, KeyCode(event.xkey.keycode), event.xkey.state, &taken, &symbol);
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_text += QChar(ushort(symbol & 0xffff));
-            hangs = m_text.size() == hangsAfterKeys;
         }
     }
 
+    const Kind m_kind;
     std::atomic<mevo::WindowId> m_window{0};
     std::atomic<bool> m_ready{false};
     std::atomic<bool> m_end{false};
@@ -94,17 +143,33 @@ private:
     std::thread m_thread;
 };
 
-/// More different characters than keys can be bound to at one time.
-QString distinct(int count)
+/// Different characters, those of each `from` others.
+QString distinct(int count, int from = 0)
 {
     QString text;
     for (int i = 0; i < count; ++i) {
-        text += QChar(0x4e00 + i);
+        text += QChar(0x4e00 + from + i);
     }
     return text;
 }
 
+/// What keys of the whole map yield.
+std::vector<KeySym> symbols(Display *display)
+{
+    int first = 0, last = 0, width = 0;
+    XDisplayKeycodes(display, &first, &last);
+    KeySym *map = XGetKeyboardMapping(display, KeyCode(first), last - first + 1, &width);
+    std::vector<KeySym> found;
+    std::copy_if(map, map + width * (last - first + 1), std::back_inserter(found),
+                 [](KeySym symbol) { return symbol != NoSymbol; });
+    XFree(map);
+    return found;
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Program::Kind)
+Q_DECLARE_METATYPE(std::vector<Program::Kind>)
 
 class TestX11Poster : public QObject
 {
@@ -129,9 +194,9 @@ private Q_SLOTS:
         QFETCH(bool, complete);
         mevo::X11Poster poster(m_lock);
         QVERIFY(poster.isUsable());
-        poster.takenLimitMs = limitMs;
+        poster.waits().takenLimitMs = limitMs;
         Program program;
-        QTRY_VERIFY_WITH_TIMEOUT(program.window() != 0, 30000);
+        QVERIFY(program.window() != 0);
         const QString first = distinct(500), next = first.mid(100, 300);
         program.hangsAfterKeys = 5;
         std::atomic<bool> posted{false};
@@ -154,7 +219,7 @@ private Q_SLOTS:
         QCOMPARE(poster.rest(), complete); // the keys are left while they are waited for
         program.hangsAfterKeys = -1;
         program.hangs = false;
-        poster.takenLimitMs = 30000;
+        poster.waits().takenLimitMs = 30000;
         const mevo::PostResult after = poster.post(program.window(), next);
         QVERIFY(after.complete);
         const QString text = program.text();
@@ -162,6 +227,129 @@ private Q_SLOTS:
         QCOMPARE(text.chopped(next.size()), first.left(text.size() - next.size()));
         QCOMPARE(text.size() == first.size() + next.size(), complete);
         QVERIFY(poster.rest());
+    }
+
+    /// Programs that hang with keys on their way, while as much is typed into another one as takes all keys
+    /// there are. When they wake they take what they were sent, also when that has been waited for no longer
+    /// because we have ended.
+    void whatIsTypedBesideProgramsThatHang_data()
+    {
+        using Kind = Program::Kind;
+        QTest::addColumn<std::vector<Kind>>("hanging");
+        QTest::addColumn<Kind>("beside");
+        QTest::addColumn<bool>("ends");
+        const std::vector<Kind> one{Kind::AnswersPings}, two{Kind::AnswersPings, Kind::AnswersPings};
+        QTest::newRow("one") << one << Kind::AnswersPings << false;
+        QTest::newRow("two") << two << Kind::AnswersPings << false;
+        QTest::newRow("one that answers no pings") << std::vector{Kind::Busy} << Kind::AnswersPings << false;
+        QTest::newRow("beside a program of Java's") << one << Kind::Java << false;
+        QTest::newRow("a program of Java's") << std::vector{Kind::Java} << Kind::AnswersPings << false;
+        QTest::newRow("and we end") << two << Kind::AnswersPings << true;
+    }
+
+    void whatIsTypedBesideProgramsThatHang()
+    {
+        using Kind = Program::Kind;
+        QFETCH(std::vector<Kind>, hanging);
+        QFETCH(Kind, beside);
+        QFETCH(bool, ends);
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        const std::vector<KeySym> before = symbols(display.get());
+        auto poster = std::make_unique<mevo::X11Poster>(m_lock);
+        poster->waits().takenLimitMs = 300;
+        std::vector<std::unique_ptr<Program>> programs;
+        std::vector<QString> sent;
+        for (const Kind kind : hanging) {
+            programs.push_back(std::make_unique<Program>(kind));
+            Program &program = *programs.back();
+            program.hangsAfterKeys = 0;
+            sent.push_back(distinct(12, 5000 + 100 * int(sent.size())));
+            QVERIFY(program.window() != 0);
+            QCOMPARE(poster->post(program.window(), sent.back()).complete, kind == Kind::Busy);
+            QVERIFY(program.hangs);
+        }
+        Program other(beside);
+        QVERIFY(other.window() != 0);
+        poster->waits().takenLimitMs = 30000;
+        const QString text = distinct(300);
+        QVERIFY(poster->post(other.window(), text).complete);
+        QCOMPARE(other.text(), text);
+        QVERIFY(!poster->rest());
+        if (ends) {
+            poster.reset();
+        }
+        for (std::size_t i = 0; i < programs.size(); ++i) {
+            programs[i]->hangsAfterKeys = -1;
+            programs[i]->hangs = false;
+            QTRY_COMPARE_WITH_TIMEOUT(programs[i]->text(), sent[i], 30000);
+        }
+        if (ends) {
+            QVERIFY(symbols(display.get()) != before);
+            poster = std::make_unique<mevo::X11Poster>(m_lock);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(poster->rest(), 30000);
+        QVERIFY(symbols(display.get()) == before);
+    }
+
+    /// A window that hung and is gone keeps nothing up.
+    void aProgramThatHangsAndGoes()
+    {
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        const std::vector<KeySym> before = symbols(display.get());
+        mevo::X11Poster poster(m_lock);
+        poster.waits().takenLimitMs = 300;
+        Program program;
+        program.hangsAfterKeys = 5;
+        QVERIFY(program.window() != 0);
+        QVERIFY(!poster.post(program.window(), distinct(40)).complete);
+        QVERIFY(!poster.rest());
+        XDestroyWindow(display.get(), program.window());
+        XSync(display.get(), False);
+        QVERIFY(poster.rest());
+        QVERIFY(symbols(display.get()) == before);
+    }
+
+    /// The end of the program waits for nobody for long.
+    void theEndIsNotHeldUp()
+    {
+        mevo::X11Poster poster(m_lock);
+        poster.waits().takenLimitMs = 60000;
+        Program program;
+        program.hangsAfterKeys = 5;
+        QVERIFY(program.window() != 0);
+        QElapsedTimer since;
+        std::thread ends([&] {
+            while (!program.hangs) {
+                std::this_thread::yield();
+            }
+            since.start();
+            poster.waits().endSoon();
+        });
+        const mevo::PostResult result = poster.post(program.window(), distinct(40));
+        ends.join();
+        QVERIFY(result.stop == mevo::PostStop::Hung);
+        QVERIFY2(since.elapsed() < 10000, qPrintable(QString::number(since.elapsed())));
+    }
+
+    /// An answer that has come counts, however late we get to look.
+    void anAnswerThatIsThereIsTaken()
+    {
+        mevo::X11Connection connection;
+        mevo::X11Ping ping(connection);
+        Program program;
+        QVERIFY(program.window() != 0);
+        const std::unique_ptr<Display, int (*)(Display *)> listener(XOpenDisplay(nullptr), XCloseDisplay);
+        XSelectInput(listener.get(), DefaultRootWindow(listener.get()), SubstructureNotifyMask);
+        XSync(listener.get(), False);
+        ping.listen(true);
+        ping.send(program.window());
+        XEvent event{};
+        QVERIFY(QTest::qWaitFor(
+            [&] { return XCheckTypedEvent(listener.get(), ClientMessage, &event) == True; }, 30000));
+        QVERIFY(ping.await(0) == mevo::X11Ping::Answer::Given);
+        program.hangs = true;
+        ping.send(program.window());
+        QVERIFY(ping.await(50) == mevo::X11Ping::Answer::Silence);
     }
 };
 

@@ -287,7 +287,7 @@ private Q_SLOTS:
 
     void aProgramThatHangsTakesNothing()
     {
-        for (const char *kind : {"mousepad", "featherpad"}) {
+        for (const char *kind : {"mousepad", "featherpad", "xterm"}) { // which answers no pings
             const Target target = open(kind);
             QVERIFY2(target, kind);
             const mevo::WindowId window = windows.focusedWindow();
@@ -300,6 +300,26 @@ private Q_SLOTS:
             QVERIFY2(postText(windows, window, QStringLiteral("醒了")).complete, kind);
             QCOMPARE(target->text(2, readMs), QStringLiteral("醒了"));
         }
+    }
+
+    /// Whoever ends keeps what was not begun, and it is not typed as well.
+    void whatWaitsAtTheEndStaysUntyped()
+    {
+        const Target target = open("xterm");
+        QVERIFY(target);
+        const mevo::WindowId window = windows.focusedWindow();
+        const Target hanging = open("mousepad");
+        QVERIFY(hanging);
+        const mevo::WindowId hangingWindow = windows.focusedWindow();
+        QVERIFY(stop(pid_t(hanging->processId())));
+        {
+            mevo::X11WindowSystem ending;
+            ending.postText(hangingWindow, QStringLiteral("没有人"), {});
+            ending.postText(window, QStringLiteral("不"), {});
+        }
+        ::kill(pid_t(hanging->processId()), SIGCONT);
+        QVERIFY(postText(windows, window, QStringLiteral("完")).complete);
+        QCOMPARE(target->text(1, readMs), QStringLiteral("完"));
     }
 
     /// A menu that is open for a moment is waited for; a keyboard that nobody gives back is not typed on.

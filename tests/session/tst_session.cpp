@@ -56,7 +56,7 @@ public:
         ++lookUps;
         return inputMethodWindow;
     }
-    void closeWindow(mevo::WindowId) override { log.add(QStringLiteral("close window")); }
+    void leaveInputMethod() override { log.add(QStringLiteral("leave")); }
     void startXunFeiInputMethod() override { log.add(QStringLiteral("start xunfei")); }
     void startProgram(const QString &path) override { log.add(QStringLiteral("start ") + path); }
     bool isProgramRunning(const QString &name) override { return running.contains(name); }
@@ -91,6 +91,13 @@ struct Desk
         char report[mevo::keyReportSize] = {1, 0x70, static_cast<char>(number), static_cast<char>(pressed)};
         report[15] = fromTip;
         session.process(report);
+    }
+    /// A report that the reader doesn't pass on.
+    void refused(int number, int pressed)
+    {
+        char report[mevo::keyReportSize] = {1, 0x70, static_cast<char>(number), static_cast<char>(pressed)};
+        session.refuse(report);
+        session.reset();
     }
     QStringList calls()
     {
@@ -162,7 +169,7 @@ private Q_SLOTS:
                 d.port.inputMethodWindow = 7;
                 d.state.ThirdPartyWindowOpen = true;
             },
-            QStringList(ownPress.mid(0, 1)) + QStringList{QStringLiteral("close window")} + ownPress.mid(1));
+            QStringList(ownPress.mid(0, 1)) + QStringList{QStringLiteral("leave")} + ownPress.mid(1));
         row(
             "the newer XunFei window is left open",
             [](Desk &d) {
@@ -182,21 +189,13 @@ private Q_SLOTS:
     }
 
     /// The first word waits while the windows of the desktop are asked for their names.
-    void pressLooksOnlyForAWindowOfOurOwnOpening()
+    void aPressLooksForNoWindow()
     {
         Desk desk;
         desk.port.inputMethodWindow = 7;
         desk.key(8, 1);
         QCOMPARE(desk.port.lookUps, 0);
-        QVERIFY(desk.state.Recording);
-        desk.key(8, 0);
-        desk.state.ThirdPartyWindowOpen = desk.state.Asr3WindowFound = true;
-        desk.key(8, 1);
-        QCOMPARE(desk.port.lookUps, 1);
-        QVERIFY(!desk.state.ThirdPartyWindowOpen && !desk.state.Asr3WindowFound);
-        desk.key(8, 0);
-        desk.key(8, 1); // it has been closed, and is none of our opening any more
-        QCOMPARE(desk.port.lookUps, 1);
+        QCOMPARE(desk.calls(), ownPress);
     }
 
     void pressIsTakenOrNot()
@@ -436,7 +435,7 @@ private Q_SLOTS:
         QCOMPARE(desk.calls().last(), QStringLiteral("key 0 3f"));
         meanwhile(desk);
         desk.key(1, 0);
-        QCOMPARE(desk.calls().filter(QStringLiteral("key ")), QStringList{QStringLiteral("key 0 0")});
+        QCOMPARE(desk.calls(), QStringList{QStringLiteral("key 0 0")}); // and another method is not begun
         QCOMPARE(desk.state.QuickReleaseRun.load(), 0);
         desk.key(1, 0); // once
         QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
@@ -524,7 +523,8 @@ private Q_SLOTS:
                                 << QStringList{QStringLiteral("paste timer"), QStringLiteral("tap timer")};
         QTest::newRow("held, and left since")
             << true << true << true << QStringList{QStringLiteral("key 0 0")};
-        QTest::newRow("tapped, and left since") << true << false << true << QStringList();
+        QTest::newRow("tapped, and left since")
+            << true << false << true << QStringList{QStringLiteral("tap timer")};
         QTest::newRow("no press") << false << true << false << QStringList();
     }
     void anInputMethodsPressIsEnded()
@@ -552,7 +552,7 @@ private Q_SLOTS:
         QTest::addColumn<Set>("instead");
         QTest::addColumn<bool>("hold");
         QTest::addColumn<QStringList>("calls");
-        const Set reset = [](Desk &d) { d.session.reset(); };
+        const Set reset = [](Desk &d) { d.refused(1, 0); };
         const Set allowance = [](Desk &d) {
             d.state.TencentQuotaHit = true;
             d.key(1, 0);
@@ -566,9 +566,8 @@ private Q_SLOTS:
         const QString letGo = QStringLiteral("key 0 0");
         const QStringList held{QStringLiteral("paste timer"), letGo};
         const QStringList tapped{QStringLiteral("paste timer"), QStringLiteral("tap timer")};
-        QTest::newRow("reset, held") << reset << true << (QStringList{QStringLiteral("record stop")} + held);
-        QTest::newRow("reset, tapped")
-            << reset << false << (QStringList{QStringLiteral("record stop")} + tapped);
+        QTest::newRow("reset, held") << reset << true << held;
+        QTest::newRow("reset, tapped") << reset << false << tapped;
         QTest::newRow("allowance used up, held") << allowance << true << held;
         QTest::newRow("allowance used up, tapped") << allowance << false << tapped;
         QTest::newRow("left, and recognition closed")
@@ -625,10 +624,10 @@ private Q_SLOTS:
         QTest::addColumn<int>("index");
         QTest::addColumn<QString>("program"); ///< of the custom method
         QTest::addColumn<bool>("hold");
-        QTest::addColumn<int>("passed"); ///< since the click, ms
+        QTest::addColumn<int>("passed"); ///< since its window is there, ms
         QTest::addColumn<bool>("typed"); ///< by the first press
-        QTest::newRow("Sogou") << 2 << "" << false << 59999 << false;
-        QTest::newRow("long ago") << 2 << "" << false << 60000 << true;
+        QTest::newRow("Sogou") << 2 << "" << false << 9999 << false;
+        QTest::newRow("long ago") << 2 << "" << false << 10000 << true;
         QTest::newRow("XunFei, which is held") << 1 << "" << true << 1000 << true;
         QTest::newRow("custom") << 3 << "/opt/VoiceInput" << false << 1000 << false;
         QTest::newRow("custom, which does not listen by itself")
@@ -652,6 +651,12 @@ private Q_SLOTS:
         desk.port.running = QStringList{QStringLiteral("VoiceInput"), QStringLiteral("SpeechInput")};
         desk.port.inputMethodWindow = 7;
         desk.session.inputMethodStartedByClick();
+        desk.port.clock += 7000; // until its window is there
+        if (index != mevo::thirdPartyCustom) {
+            QVERIFY(!desk.port.log.calls().filter(QStringLiteral("await ")).isEmpty());
+            desk.session.inputMethodCame();
+        }
+        desk.calls();
         desk.port.clock += passed;
         desk.key(1, 1);
         QCOMPARE(!desk.calls().filter(QStringLiteral("key ")).isEmpty(), typed);
@@ -661,6 +666,180 @@ private Q_SLOTS:
                 !release.filter(QStringLiteral("key ")).isEmpty());
         desk.key(1, 1); // from now on as ever
         QVERIFY(!desk.calls().filter(QStringLiteral("key ")).isEmpty());
+    }
+
+    void aClickIsOver_data()
+    {
+        QTest::addColumn<Set>("since");
+        QTest::newRow("another method")
+            << Set([](Desk &d) { d.state.LocalUseASR3Index = mevo::thirdPartyXunFei; });
+        QTest::newRow("its window has been closed") << Set([](Desk &d) { d.session.inputMethodLeft(); });
+        QTest::newRow("the receiver was pulled out") << Set([](Desk &d) { d.session.receiverGone(); });
+    }
+    void aClickIsOver()
+    {
+        QFETCH(Set, since);
+        Desk desk;
+        desk.state.ThirdPartyActive = true;
+        desk.state.LocalUseASR3Index = mevo::thirdPartySogou;
+        desk.port.inputMethodWindow = 7;
+        desk.session.inputMethodStartedByClick();
+        since(desk);
+        desk.key(1, 1);
+        QCOMPARE(desk.calls().filter(QStringLiteral("key ")).size(), 2);
+    }
+
+    /// The window that a click brings up is not there yet.
+    void aPressComesBeforeTheClicksWindow()
+    {
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.LocalMustClickRunASR3 = true;
+        desk.state.LocalUseASR3Index = mevo::thirdPartySogou;
+        desk.session.inputMethodStartedByClick();
+        desk.key(1, 1);
+        QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        desk.key(1, 0);
+        QVERIFY(desk.calls().contains(QStringLiteral("tap timer")));
+    }
+
+    void aTappedMethodIsEndedWhateverHasCome_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<Set>("meanwhile");
+        QTest::addColumn<QStringList>("calls"); ///< at the release
+        const QStringList timer{QStringLiteral("tap timer")};
+        const QStringList tap{QStringLiteral("key 0 3b"), QStringLiteral("sleep 100"),
+                              QStringLiteral("key 0 0")};
+        const Set otherMode = [](Desk &d) {
+            d.state.VoiceTypeMode = false;
+            d.state.VoiceSearchMode = true;
+        };
+        QTest::newRow("another mode") << 2 << otherMode << timer;
+        QTest::newRow("another engine")
+            << 2 << Set([](Desk &d) { d.state.ThirdPartyActive = false; }) << timer;
+        QTest::newRow("another mode, and its window has gone") << 2 << Set([otherMode](Desk &d) {
+            otherMode(d);
+            d.port.inputMethodWindow = 0;
+        }) << QStringList();
+        QTest::newRow("another method, which is not begun")
+            << 2 << Set([](Desk &d) { d.state.LocalUseASR3Index = mevo::thirdPartyCustom; }) << QStringList();
+        QTest::newRow("custom, which knows no modes") << 3 << otherMode << tap;
+        QTest::newRow("custom, withdrawn")
+            << 3 << Set([](Desk &d) { d.state.ShowASR3Custom = false; }) << tap;
+        QTest::newRow("custom, withdrawn and ended") << 3 << Set([](Desk &d) {
+            d.state.ShowASR3Custom = false;
+            d.port.running.clear();
+        }) << QStringList();
+    }
+    /// It would go on listening, and its next press would end it instead of beginning.
+    void aTappedMethodIsEndedWhateverHasCome()
+    {
+        QFETCH(int, index);
+        QFETCH(Set, meanwhile);
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
+        desk.state.LocalUseASR3Index = index;
+        desk.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/VoiceInput");
+        desk.state.ASR3CustomShortCutKey = 0x3b;
+        desk.port.running = QStringList{QStringLiteral("VoiceInput")};
+        desk.port.inputMethodWindow = 7;
+        desk.key(1, 1);
+        desk.calls();
+        meanwhile(desk);
+        desk.key(1, 0);
+        QTEST(desk.calls(), "calls");
+        desk.session.endInputMethodPress(); // nothing is left of it
+        QVERIFY(desk.calls().isEmpty());
+    }
+
+    /// The press of an own engine comes while a tapped method listens: that is ended, behind the recorder's
+    /// beginning, and its window is closed by a later press only.
+    void aTappedMethodIsEndedByASession()
+    {
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ThirdPartyWindowOpen = true;
+        desk.state.LocalUseASR3Index = mevo::thirdPartySogou;
+        desk.port.inputMethodWindow = 7;
+        desk.key(1, 1);
+        desk.calls();
+        desk.state.VoiceTypeMode = false;
+        desk.state.VoiceCommandWordMode = true;
+        desk.key(6, 1);
+        QCOMPARE(desk.calls(), ownPress + QStringList{QStringLiteral("tap timer")});
+        desk.key(6, 0);
+        desk.calls();
+        desk.key(6, 1);
+        QCOMPARE(desk.calls().value(1), QStringLiteral("leave"));
+    }
+
+    void aSecondKeyWhileATappedMethodListens_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<bool>("running"); ///< at the first press
+        for (const int index : {2, 3}) {
+            for (const bool running : {true, false}) {
+                QTest::addRow("method %d, %s", index, running ? "runs" : "is started") << index << running;
+            }
+        }
+    }
+    /// A second tap would end it, and the release begin it anew.
+    void aSecondKeyWhileATappedMethodListens()
+    {
+        QFETCH(int, index);
+        QFETCH(bool, running);
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
+        desk.state.LocalUseASR3Index = index;
+        desk.state.LocalASR3SougoInstallPath = desk.state.LocalASR3CustomInstallPath =
+            QStringLiteral("/opt/VoiceInput");
+        desk.state.ASR3CustomShortCutKey = 0x3b;
+        const auto run = [&desk] {
+            desk.port.running = QStringList{QStringLiteral("VoiceInput")};
+            desk.port.inputMethodWindow = 7;
+        };
+        if (running) {
+            run();
+        }
+        desk.key(1, 1);
+        QCOMPARE(desk.calls().filter(QStringLiteral("key ")).size(), running ? 2 : 0);
+        run();
+        desk.key(3, 1);
+        QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        desk.key(1, 0);
+        QVERIFY(desk.calls().isEmpty());
+        desk.key(3, 0);
+        QVERIFY(desk.calls().contains(index == 2 ? QStringLiteral("tap timer") : QStringLiteral("key 0 3b")));
+        // It has ended in between: then it is begun as ever.
+        desk.key(1, 1);
+        desk.port.running.clear();
+        desk.port.inputMethodWindow = 0;
+        desk.calls();
+        desk.key(3, 1);
+        QVERIFY(desk.calls().contains(QStringLiteral("start /opt/VoiceInput")));
+    }
+
+    /// While a result is being handled a second key is told to the session, but ends nothing.
+    void aKeyThatIsNotTakenEndsNoOther_data()
+    {
+        QTest::addColumn<bool>("hold");
+        QTest::newRow("held") << true;
+        QTest::newRow("tapped") << false;
+    }
+    void aKeyThatIsNotTakenEndsNoOther()
+    {
+        QFETCH(bool, hold);
+        Desk desk;
+        desk.state.ThirdPartyActive = true;
+        desk.state.ASR3HoldToTalk = hold;
+        desk.port.inputMethodWindow = 7;
+        desk.key(1, 1);
+        desk.calls();
+        for (const int pressed : {1, 0}) {
+            desk.refused(6, pressed);
+            QCOMPARE(desk.calls(), QStringList{QStringLiteral("record stop")});
+        }
+        desk.key(1, 0);
+        QCOMPARE(desk.calls().value(1), hold ? QStringLiteral("key 0 0") : QStringLiteral("tap timer"));
     }
 
     /// While the input method's key is held no other key's release lets it go: neither of one whose press was
@@ -724,6 +903,18 @@ private Q_SLOTS:
         desk.key(1, 0);
         desk.session.inputMethodCame();
         QVERIFY(desk.calls().isEmpty());
+        // A second sentence before it is there waits as well.
+        desk.key(1, 1);
+        desk.key(1, 0);
+        desk.port.running = QStringList{QStringLiteral("talk")};
+        desk.calls();
+        desk.key(1, 1);
+        QCOMPARE(desk.calls(), QStringList(start.mid(0, 1)));
+        desk.session.inputMethodCame();
+        QCOMPARE(desk.calls(), hold ? QStringList(tap.mid(0, 1)) : tap);
+        desk.key(1, 0);
+        desk.calls();
+        desk.port.running.clear();
         // The receiver is pulled out, and put in again before it is there: nobody would let the key go.
         desk.key(1, 1);
         desk.calls();

@@ -12,8 +12,9 @@ class FakeAccountsHost : public mevo::AccountsHost
 public:
     mevo::OwnAccounts kept;
     mevo::SecretPlace place = mevo::SecretPlace::Desktop; ///< where accounts are kept
-    bool locked = false;
-    bool unkept = false;
+    mevo::SecretPlace unread = mevo::SecretPlace::Nowhere;
+    mevo::AccountsUnkept unkept = mevo::AccountsUnkept::None;
+    int rereadings = 0;
     mevo::AccountSource others = mevo::AccountSource::None; ///< in force without an own account
     int stores = 0;
     using Done = std::function<void(const mevo::AccountVerdict &)>;
@@ -27,10 +28,11 @@ public:
     }
     mevo::SecretPlace accountsPlace() const override
     {
-        return kept.isEmpty() ? mevo::SecretPlace::Nowhere : place;
+        return kept == mevo::OwnAccounts() ? mevo::SecretPlace::Nowhere : place;
     }
-    bool accountsLocked() const override { return locked; }
-    bool accountsUnkept() const override { return unkept; }
+    mevo::SecretPlace accountsUnread() const override { return unread; }
+    mevo::AccountsUnkept accountsUnkept() const override { return unkept; }
+    void rereadAccounts() override { ++rereadings; }
     void keepAccounts(const mevo::OwnAccounts &accounts) override
     {
         kept = accounts;

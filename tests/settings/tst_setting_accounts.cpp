@@ -12,7 +12,7 @@ Q_DECLARE_METATYPE(mevo::AccountService)
 
 namespace {
 
-mevo::OwnAccounts of(const char *text)
+mevo::OwnAccounts of(const QByteArray &text)
 {
     return mevo::OwnAccounts::fromText(text).value_or(mevo::OwnAccounts());
 }
@@ -61,7 +61,7 @@ private Q_SLOTS:
                      field == 0 ? QLineEdit::Normal : QLineEdit::Password);
         }
         opened.find<QWidget>("checkBox_ShowTipsDlg")->setFocus();
-        QCOMPARE(opened.host.ownAccounts.kept.toText(), kept);
+        QVERIFY(opened.host.ownAccounts.kept == of(kept));
         QCOMPARE(opened.host.ownAccounts.stores, 1);
         for (const QString &field : fields) {
             const auto *line = opened.find<QLineEdit>(qPrintable(field));
@@ -72,7 +72,7 @@ private Q_SLOTS:
         const QByteArray told = "label_" + service.toLatin1();
         QCOMPARE(opened.find<QLabel>(told)->text(), QStringLiteral("正在使用自有账号"));
         opened.click(removeName);
-        QVERIFY(opened.host.ownAccounts.kept.isEmpty());
+        QVERIFY(opened.host.ownAccounts.kept == mevo::OwnAccounts());
         QCOMPARE(opened.find<QLabel>(told)->text(), QStringLiteral("没有账号"));
         QCOMPARE(opened.find<QLineEdit>(qPrintable(fields[0]))->placeholderText(), QString());
     }
@@ -119,16 +119,34 @@ private Q_SLOTS:
         QCOMPARE(told("label_OwnAccountsKept"), QStringLiteral("账号保存在系统的密钥环中。"));
         host.place = mevo::SecretPlace::File;
         QCOMPARE(told("label_OwnAccountsKept"), QStringLiteral("账号保存在只有您本人可以读取的文件中。"));
-        host.locked = true;
-        const QString locked = QStringLiteral("系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。");
         const QString unkept =
             QStringLiteral("账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。");
+        host.unread = mevo::SecretPlace::File;
+        QCOMPARE(told("label_OwnAccountsKept"),
+                 QStringLiteral("保存账号的文件无法读取，其中的账号暂时不能使用。"));
+        host.unread = mevo::SecretPlace::Desktop;
+        const QString locked = QStringLiteral("系统的密钥环没有解锁或没有回应，其中保存的账号暂时不能使用。");
         QCOMPARE(told("label_OwnAccountsKept"), locked);
-        host.unkept = true;
+        host.unkept = mevo::AccountsUnkept::InMemory;
         QCOMPARE(told("label_OwnAccountsKept"), locked + QLatin1Char('\n') + unkept);
-        host.locked = false;
+        host.unread = mevo::SecretPlace::Nowhere;
         opened.dialog->showAccounts(); // as the program does when something has changed
         QCOMPARE(opened.find<QLabel>("label_OwnAccountsKept")->text(), unkept);
+        host.unkept = mevo::AccountsUnkept::Waiting;
+        QCOMPARE(told("label_OwnAccountsKept"),
+                 QStringLiteral(
+                     "账号的改动暂存在只有您本人可以读取的文件中，退出软件也不会丢失，稍后会自动保存。"));
+    }
+
+    /// What an opened dialog shows may have come meanwhile.
+    void looksOnceMore()
+    {
+        Opened opened;
+        const int before = opened.host.ownAccounts.rereadings;
+        opened.dialog->close();
+        QCOMPARE(opened.host.ownAccounts.rereadings, before);
+        opened.dialog->present(nullptr);
+        QCOMPARE(opened.host.ownAccounts.rereadings, before + 1);
     }
 
     void refused_data()
@@ -158,7 +176,7 @@ private Q_SLOTS:
         QGuiApplication::clipboard()->setText(pasted);
         secret->paste();
         opened.find<QWidget>("checkBox_ShowTipsDlg")->setFocus();
-        QCOMPARE(host.kept.toText(), kept);
+        QVERIFY(host.kept == of(kept));
         if (told.isEmpty()) {
             QCOMPARE(secret->text(), QString());
             return;
@@ -172,7 +190,7 @@ private Q_SLOTS:
         QCOMPARE(opened.find<QLabel>(baiduText)->text(), told);
         opened.replace("lineEdit_OwnBaiduSecretKey", QStringLiteral("the key"));
         opened.click("pushButton_CheckOwnBaidu");
-        QCOMPARE(host.kept.toText(), QByteArray(R"({"Baidu":{"ApiKey":"id","SecretKey":"the key"}})"));
+        QVERIFY(host.kept == of(R"({"Baidu":{"ApiKey":"id","SecretKey":"the key"}})"));
         QCOMPARE(host.checks.size(), std::size_t(1));
         QCOMPARE(opened.find<QLabel>(baiduText)->text(), QStringLiteral("正在检查……"));
     }
@@ -201,6 +219,46 @@ private Q_SLOTS:
         opened.find<QWidget>("checkBox_ShowTipsDlg")->setFocus();
         QCOMPARE(label->text(),
                  QStringLiteral("自有账号没有填写完整。没有账号")); // the verdict was on another
+    }
+
+    void checksOfAnotherAccount_data()
+    {
+        QTest::addColumn<QString>("how");
+        for (const char *how : {"typed", "removed", "read"}) {
+            QTest::newRow(how) << QString::fromLatin1(how);
+        }
+    }
+    /// What a check says of an account is not said of the one that has taken its place meanwhile.
+    void checksOfAnotherAccount()
+    {
+        QFETCH(QString, how);
+        Opened opened;
+        auto &host = opened.host.ownAccounts;
+        host.kept = of(R"({"Baidu":{"ApiKey":"id","SecretKey":"key"}})");
+        opened.dialog->updateUI();
+        opened.click("pushButton_CheckOwnBaidu");
+        const auto late = host.checks.at(AccountService::Baidu);
+        QString now = QStringLiteral("正在使用自有账号");
+        if (how == QLatin1String("typed")) {
+            opened.type("lineEdit_OwnBaiduSecretKey", QStringLiteral("another-key"));
+            opened.find<QWidget>("checkBox_ShowTipsDlg")->setFocus();
+        } else if (how == QLatin1String("removed")) {
+            opened.click("pushButton_RemoveOwnBaidu");
+            now = QStringLiteral("没有账号");
+        } else {
+            host.kept = of(R"({"Baidu":{"ApiKey":"id","SecretKey":"of the keyring"}})");
+            opened.dialog->showAccounts();
+        }
+        const auto *label = opened.find<QLabel>("label_OwnBaidu");
+        QCOMPARE(label->text(), now);
+        QVERIFY(opened.find("pushButton_CheckOwnBaidu")->isEnabled());
+        late({mevo::AccountFault::WrongSecret, {}});
+        QCOMPARE(label->text(), now);
+        opened.click("pushButton_CheckOwnBaidu");
+        late({});
+        QCOMPARE(label->text(), QStringLiteral("正在检查……"));
+        host.checks.at(AccountService::Baidu)({});
+        QCOMPARE(label->text(), QStringLiteral("账号可用"));
     }
 
     /// A check ends with the dialog.

@@ -244,42 +244,65 @@ void FakeSecretStore::release()
 
 mevo::SecretStore::Found FakeSecretStore::found() const
 {
-    Found found{!locked, mevo::SecretPlace::Nowhere, {}};
-    for (const QByteArray &text : {older, kept}) {
+    Found found;
+    found.answered = !locked;
+    found.keyringAbsent = absent;
+    found.waiting = !waiting.isEmpty();
+    found.place = locked ? place : mevo::SecretPlace::Nowhere;
+    for (const QByteArray &text : {older, absent ? QByteArray() : kept}) {
         if (!locked && !text.isEmpty()) {
             found.place = place;
             found.texts.append(text);
         }
     }
+    if (found.waiting) {
+        found.texts.append(waiting);
+    }
     return found;
+}
+
+/// From the event loop, and not once the asker has gone.
+void FakeSecretStore::answer(const QPointer<QObject> &context, const Done &done) const
+{
+    if (!context.isNull()) {
+        QTimer::singleShot(0, context, [done, found = found()] { done(found); });
+    }
 }
 
 void FakeSecretStore::read(mevo::KeyringPrompt prompt, QObject *context, Done done)
 {
-    if (held) {
-        m_held.push_back([this, prompt, context, done] { read(prompt, context, done); });
-        return;
-    }
-    ++reads;
-    prompts += int(prompt == mevo::KeyringPrompt::Allowed);
-    QTimer::singleShot(0, context, [done = std::move(done), found = found()] { done(found); });
+    doOrHold([this, prompt, asker = QPointer<QObject>(context), done] {
+        ++reads;
+        prompts += int(prompt == mevo::KeyringPrompt::Allowed);
+        answer(asker, done);
+    });
 }
 
 void FakeSecretStore::change(mevo::KeyringPrompt prompt, Edit edit, QObject *context, Done done)
 {
+    doOrHold([this, prompt, edit, asker = QPointer<QObject>(context), done] {
+        ++changes;
+        prompts += int(prompt == mevo::KeyringPrompt::Allowed);
+        if (!locked) {
+            const Change change = edit.make(found().texts);
+            kept = change.text;
+            older.clear();
+            waiting.clear();
+            aside.append(change.aside);
+        } else if (waits) {
+            waiting = edit.postpone(waiting);
+        }
+        answer(asker, done);
+    });
+}
+
+void FakeSecretStore::doOrHold(const std::function<void()> &call)
+{
     if (held) {
-        m_held.push_back([this, prompt, edit, context, done] { change(prompt, edit, context, done); });
-        return;
+        m_held.push_back(call);
+    } else {
+        call();
     }
-    ++changes;
-    prompts += int(prompt == mevo::KeyringPrompt::Allowed);
-    if (!locked) {
-        const Change change = edit(found().texts);
-        kept = change.text;
-        older.clear();
-        aside.append(change.aside);
-    }
-    QTimer::singleShot(0, context, [done = std::move(done), found = found()] { done(found); });
 }
 
 FakePlatform::FakePlatform()

@@ -455,9 +455,12 @@ public:
 
     QByteArray kept;
     QByteArray older; ///< is kept in another place, too
+    QByteArray waiting;
+    bool waits = true; ///< what cannot be kept waits
     QList<QByteArray> aside;
     mevo::SecretPlace place = mevo::SecretPlace::Desktop; ///< where it keeps what it is given
     bool locked = false;                                  ///< neither reads nor writes
+    bool absent = false;                                  ///< the keyring with `kept` is not there so far
     bool held = false;                                    ///< nothing is answered or done before release()
     int reads = 0;
     int changes = 0;
@@ -466,6 +469,8 @@ public:
 
 private:
     Found found() const;
+    void answer(const QPointer<QObject> &context, const Done &done) const;
+    void doOrHold(const std::function<void()> &call);
     std::vector<std::function<void()>> m_held;
 };
 

@@ -397,18 +397,27 @@ void TestTranslation::goneDuringAWait()
     QCOMPARE(m_state->BDFY1MUsedQuantity, 0);
 }
 
-/// The receiver goes, or another one comes, while the answer is awaited: its count is not touched.
+/// The receiver goes, or another one comes, while the answer is awaited: it is its own count that goes on,
+/// and the other one's is not touched.
 void TestTranslation::receiverChangesDuringAWait()
 {
     const QString receiver = m_state->DongleID;
+    mevo::DayCounts &counts = m_state->dayCounts;
+    counts.take(mevo::CountColumn::Translation, 99); // the next one would be written
     for (const QString &next : {QString(), QStringLiteral("09-09-090909")}) {
         m_state->DongleID = receiver;
-        m_state->BDFY1MUsedQuantity = 99; // the next one would be written
+        const int used = counts.used(mevo::CountColumn::Translation);
         const std::unique_ptr<Trans> trans = makeTrans(*m_server);
-        m_server->onRequest = [&](const ScriptedRequest &) { m_state->DongleID = next; };
+        m_server->onRequest = [&](const ScriptedRequest &) {
+            m_state->DongleID = next;
+            next.isEmpty() ? counts.receiverLeft() : counts.follow();
+            m_state->CountersLocked = false;
+        };
         trans->translate(QStringLiteral("abc"));
-        QCOMPARE(m_state->BDFY1MUsedQuantity, 99);
+        QCOMPARE(counts.used(mevo::CountColumn::Translation), 0);
         QCOMPARE(m_api->pendingCount(), 0);
+        m_state->DongleID = receiver;
+        QCOMPARE(counts.used(mevo::CountColumn::Translation), used + 1);
     }
 }
 

@@ -22,25 +22,27 @@ class TestFirstStart : public QObject
 private Q_SLOTS:
     void lines_data()
     {
-        // facts, recognition ("+" for what works, the text, the helps behind "|"), receiver, microphone,
-        // needed
+        // facts, recognition, receiver, microphone, needed
         const Rows<FirstStartFacts, QString, QString, QString, bool> row;
+        // "+" for what works, "?" for what is not known, the text, the helps behind "|"
         const QString account = "+语音识别：已有账号"_s, connected = "+接收器：已连接"_s,
                       found = "+麦克风：已找到"_s;
-        // account, input method, receiver, receiver refused, receiver needed, microphone
-        row("all there", {true, false, true, false, true, true}, account, connected, found, false);
-        row("nothing", {false, false, false, false, true, false},
+        // account, accounts unread, input method, receiver, receiver refused, receiver needed, microphone
+        row("all there", {true, false, false, true, false, true, true}, account, connected, found, false);
+        row("nothing", {false, false, false, false, false, true, false},
             "-语音识别：没有账号|填写自有账号|使用电脑上的输入法"_s,
             "-接收器：没有找到，请插入电脑的USB接口"_s, "-麦克风：没有找到|选择麦克风"_s, true);
-        row("an input method", {false, true, true, false, true, true}, "+语音识别：使用电脑上的语音输入法"_s,
-            connected, found, false);
-        row("no rights", {true, false, false, true, true, true}, account,
+        row("a locked keyring", {false, true, false, true, false, true, true},
+            "?语音识别：保存的账号暂时无法读取|填写自有账号|使用电脑上的输入法"_s, connected, found, false);
+        row("an input method", {false, false, true, true, false, true, true},
+            "+语音识别：使用电脑上的语音输入法"_s, connected, found, false);
+        row("no rights", {true, false, false, false, true, true, true}, account,
             "-接收器：已插入，但没有使用权限|取得权限"_s, found, true);
-        row("no rights where it is not needed", {true, false, false, true, false, true}, account,
+        row("no rights where it is not needed", {true, false, false, false, true, false, true}, account,
             "-接收器：已插入，但没有使用权限|取得权限"_s, found, true);
-        row("without a receiver", {true, false, false, false, false, true}, account,
+        row("without a receiver", {true, false, false, false, false, false, true}, account,
             "+接收器：没有插入，可以用屏幕上的话筒"_s, found, false);
-        row("no microphone", {true, false, true, false, true, false}, account, connected,
+        row("no microphone", {true, false, false, true, false, true, false}, account, connected,
             "-麦克风：没有找到|选择麦克风"_s, true);
     }
     void lines()
@@ -51,7 +53,7 @@ private Q_SLOTS:
         QCOMPARE(lines.size(), std::size_t(3));
         QStringList texts;
         for (const mevo::FirstStartLine &line : lines) {
-            QString text = (line.works ? QLatin1Char('+') : QLatin1Char('-')) + line.text;
+            QString text = "+-?"_s.at(int(line.state)) + line.text;
             for (const FirstStartHelp help : line.helps) {
                 text += QLatin1Char('|') + mevo::firstStartHelpText(help);
             }
@@ -82,7 +84,7 @@ private Q_SLOTS:
         QList<FirstStartHelp> wanted;
         connect(&dialog, &FirstStartDialog::helpWanted, this,
                 [&wanted](FirstStartHelp help) { wanted.append(help); });
-        dialog.setFacts({false, false, false, true, true, false});
+        dialog.setFacts({false, false, false, false, true, true, false});
         dialog.show();
         auto *trial = dialog.findChild<QLineEdit *>("lineEdit_Trial"_s);
         QCOMPARE(dialog.focusWidget(), static_cast<QWidget *>(trial)); // a spoken blank presses no button
@@ -118,8 +120,22 @@ private Q_SLOTS:
         QTest::mouseClick(button("pushButton_CopyRule"), Qt::LeftButton);
         QCOMPARE(QGuiApplication::clipboard()->text(), mevo::udevRuleCommand());
 
+        // The Tab key goes from top to bottom.
+        QWidget *at = button("pushButton_OwnAccount");
+        int lowest = 0;
+        for (const char *name :
+             {"pushButton_InputMethod", "pushButton_UdevRule", "pushButton_Microphone",
+              "plainTextEdit_UdevRule", "pushButton_CopyRule", "lineEdit_Trial", "pushButton_Close"}) {
+            do {
+                at = at->nextInFocusChain();
+            } while ((at->focusPolicy() & Qt::TabFocus) == 0 || !at->isVisible());
+            QCOMPARE(at->objectName(), QString::fromLatin1(name));
+            QVERIFY(at->mapTo(&dialog, QPoint()).y() >= lowest);
+            lowest = at->mapTo(&dialog, QPoint()).y();
+        }
+
         trial->setText("你好"_s);
-        dialog.setFacts({true, false, true, false, true, true});
+        dialog.setFacts({true, false, false, true, false, true, true});
         QVERIFY(!rule->isVisible());
         QVERIFY(button("pushButton_OwnAccount") == nullptr);
         QCOMPARE(trial->text(), "你好"_s);

@@ -6,6 +6,7 @@
 #include "support/ScriptedHttp.h"
 #include "ui/CADShowDlg.h"
 #include "ui/NoticePage.h"
+#include "ui/NoticePlace.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
@@ -13,6 +14,8 @@
 #include <QLabel>
 #include <QScreen>
 #include <QtTest>
+
+#include <utility>
 
 namespace {
 
@@ -379,6 +382,51 @@ private Q_SLOTS:
         QVERIFY(address->text().contains("a.cn"_s));
         QCOMPARE(notice.dialog->geometry().bottomRight(),
                  QGuiApplication::primaryScreen()->availableGeometry().bottomRight());
+    }
+
+    /// Notices that come together don't cover each other.
+    void places_data()
+    {
+        const Rows<QVector<QRect>, int, int> row; // standing, height, bottom (-1: none)
+        const auto at = [](int top, int height) { return QRect(700, top, 300, height); };
+        row("alone", {}, 200, 768);
+        row("alone, and too high", {}, 900, 768);
+        row("above another", {at(568, 200)}, 300, 568);
+        row("above two", {at(268, 300), at(568, 200)}, 200, 268);
+        row("below another", {at(268, 300)}, 200, 768);
+        row("between two", {at(100, 100), at(568, 200)}, 368, 568);
+        row("not between two", {at(100, 100), at(568, 200)}, 369, -1);
+        row("no room", {at(200, 568)}, 201, -1);
+    }
+    void places()
+    {
+        const auto [standing, height, bottom] = rowOf<QVector<QRect>, int, int>();
+        QCOMPARE(mevo::noticeBottom(QRect(0, 0, 1024, 768), height, standing).value_or(-1), bottom);
+    }
+
+    /// While its picture was on its way things may have changed: it asks before it slides, and again.
+    void asksForItsPlace()
+    {
+        ScriptedHttp server;
+        const QByteArray bytes = picture(200, 100);
+        server.enqueue(ScriptedAnswer::late(ScriptedAnswer::body(bytes)));
+        Notice notice;
+        QList<int> waited;
+        std::optional<int> bottom;
+        notice.dialog->setPlace([&](const CADShowDlg &, int waitedMs) {
+            waited.append(waitedMs);
+            return std::exchange(bottom, 300); // not at the first time
+        });
+        notice.take(pictureFields(server.url(), bytes.size()));
+        QTRY_COMPARE(server.requests.size(), 1);
+        QVERIFY(waited.isEmpty());
+        server.answerHeld();
+        QTRY_COMPARE(waited, QList<int>{0});
+        QVERIFY(!notice.slides() && notice.dialog->standing().isEmpty());
+        notice.slideToEnd();
+        QCOMPARE(waited, QList<int>({0, CADShowDlg::askAgainMs}));
+        QCOMPARE(notice.dialog->y() + notice.dialog->height(), 300);
+        QCOMPARE(notice.dialog->standing(), notice.dialog->geometry());
     }
 
     void noFrame()

@@ -787,8 +787,10 @@ private Q_SLOTS:
         screen->disconnect(window.dialog.get()); // as if it had not been there
         Q_EMIT qGuiApp->screenAdded(screen);
         window.dialog->move(10, 100000);
+        QTRY_VERIFY(screen->availableGeometry().contains(window.dialog->geometry()));
+        window.dialog->move(10, 100000);
         Q_EMIT screen->availableGeometryChanged(screen->availableGeometry());
-        QVERIFY(screen->availableGeometry().contains(window.dialog->geometry()));
+        QTRY_VERIFY(screen->availableGeometry().contains(window.dialog->geometry()));
     }
 
     void oddTexts_data()

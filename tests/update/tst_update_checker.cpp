@@ -1,3 +1,4 @@
+#include "base/RuntimeLock.h"
 #include "support/ScriptedHttp.h"
 #include "update/MyUpdateChecker.h"
 #include "update/UpdateSignature.h"
@@ -28,7 +29,13 @@ struct FakeHost : mevo::UpdateHost
         }
     }
     void setUpdateNotice(bool shown) override { events.append(shown ? "notice" : "no notice"); }
-    void updateCheckFailed() override { events.append("failed"); }
+    void tellAboutCheck(mevo::CheckAnswer answer) override
+    {
+        static const QStringList names{"up to date", "no server", "no version",  "offline",
+                                       "checking",   "asking",    "downloading", "installing"};
+        events.append(names[int(answer)]);
+    }
+    void raiseUpdateQuestion() override { events.append("raise"); }
     void showDownload(const QString &fileName) override { events.append("show " + fileName); }
     void moveDownload(qint64 received, qint64) override
     {
@@ -203,8 +210,8 @@ private Q_SLOTS:
             << QByteArrayList{"302", newer} << false << QStringList{"/v", "/v1"} << 1 << QStringList();
         QTest::newRow("both fail") << QByteArrayList{"500", "404"} << false << QStringList{"/v", "/v1"} << 0
                                    << QStringList();
-        QTest::newRow("both fail for the user")
-            << QByteArrayList{"500", "404"} << true << QStringList{"/m", "/m1"} << 0 << QStringList{"failed"};
+        QTest::newRow("both fail for the user") << QByteArrayList{"500", "404"} << true
+                                                << QStringList{"/m", "/m1"} << 0 << QStringList{"no server"};
         QTest::newRow("equal for the user") << QByteArrayList{"107;;All;;a.tar.xz"} << true
                                             << QStringList{"/m"} << 0 << QStringList{"no notice"};
         QTest::newRow("newer for the user")
@@ -252,6 +259,95 @@ private Q_SLOTS:
         update.checker.reset();
         update.host.later(true); // an answer that comes when nobody is there any more
         QCOMPARE(update.files(), QStringList());
+    }
+
+    /// A user who asks gets an answer, whatever comes.
+    void wishes_data()
+    {
+        QTest::addColumn<QByteArray>("content"); // of the version file; empty for none
+        QTest::addColumn<bool>("online");
+        QTest::addColumn<bool>("running"); // a check of the program's own, when the user asks
+        QTest::addColumn<QStringList>("events");
+        const QByteArray equal = "107;;All;;a.tar.xz";
+        QTest::newRow("up to date") << equal << true << false << QStringList{"no notice", "up to date"};
+        QTest::newRow("no server") << QByteArray() << true << false << QStringList{"no server"};
+        QTest::newRow("nonsense") << QByteArray("<html>") << true << false << QStringList{"no version"};
+        QTest::newRow("offline") << equal << false << false << QStringList{"offline"};
+        QTest::newRow("during a check")
+            << equal << true << true << QStringList{"checking", "no notice", "up to date"};
+        QTest::newRow("during a check in vain")
+            << QByteArray() << true << true << QStringList{"checking", "no server"};
+        QTest::newRow("newer") << QByteArray("108;;All;;a.tar.xz") << true << true << QStringList{"checking"};
+    }
+    void wishes()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, online);
+        QFETCH(bool, running);
+        Update update;
+        update.service.IsOnline = online;
+        update.host.updateNow = false;
+        update.http.fallback =
+            content.isEmpty() ? ScriptedAnswer::body("x", 500) : ScriptedAnswer::body(content);
+        if (running) {
+            update.checker->check();
+        }
+        update.checker->checkAtWish();
+        QTRY_VERIFY(!update.checker->isBusy());
+        QTEST(update.host.events, "events");
+        QCOMPARE(update.host.questions.size(), int(content.startsWith("108")));
+        update.host.events.clear();
+        update.state = UpdateState();
+        update.run(); // of the program's own: nobody waits for its answer
+        QCOMPARE(update.host.events, QStringList());
+    }
+
+    /// Nor is there silence once the check has come further.
+    void wishesLater()
+    {
+        Update update;
+        update.host.updateNow.reset();
+        update.host.started.reset();
+        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz"));
+        update.http.enqueue(ScriptedAnswer::late(ScriptedAnswer::body("archive")));
+        update.checker->check();
+        QTRY_COMPARE(update.host.questions.size(), 1);
+        const auto wish = [&update] {
+            update.host.events.clear();
+            update.checker->checkAtWish();
+            return update.host.events;
+        };
+        QCOMPARE(wish(), QStringList({"asking", "raise"}));
+        update.host.later(true);
+        QCOMPARE(wish(), QStringList({"downloading", "show a.tar.xz"}));
+        update.host.duringQuestion = [&] { QCOMPARE(wish(), QStringList({"downloading", "raise"})); };
+        update.checker->on_CancelDownload();
+        QTRY_COMPARE(update.http.requests.size(), 2);
+        update.http.answerHeld();
+        QTRY_VERIFY(update.host.events.contains("hand over"));
+        QCOMPARE(wish(), QStringList{"installing"});
+        QCOMPARE(update.http.requests.size(), 2);
+        QVERIFY(!update.state.ManualCheck); // what runs is not another check
+    }
+
+    /// An updater that works on an earlier download waits for the program's end: nothing is fetched beside
+    /// it.
+    void anUpdaterIsAtWork()
+    {
+        const QTemporaryDir runtime;
+        const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
+        mevo::RuntimeLock updater(mevo::updaterLockName);
+        QVERIFY(updater.acquire(0));
+        Update update;
+        update.http.fallback = ScriptedAnswer::body("108;;All;;a.tar.xz");
+        update.run();
+        QCOMPARE(update.http.requests.size(), 1);
+        QCOMPARE(update.host.events, QStringList({"hide", "tell 另一个更新正在安装，请稍后再试。"}));
+        updater.release();
+        update.run();
+        QCOMPARE(update.http.requests.size(), 3);
+        qputenv("XDG_RUNTIME_DIR", before);
     }
 
     void done()
@@ -533,33 +629,6 @@ private Q_SLOTS:
         update.run();
         QCOMPARE(update.host.events.last(), QString("hand over"));
         QCOMPARE(update.content("a.tar.xz"), content);
-    }
-
-    /// What a killed program has left of a download goes at the next start, and nothing else does.
-    void restOfAKilledDownload_data()
-    {
-        QTest::addColumn<QString>("there");
-        QTest::addColumn<bool>("goes");
-        QTest::newRow("half a download") << "file" << true;
-        QTest::newRow("a folder of the user's") << "folder" << false;
-        QTest::newRow("nothing") << "nothing" << true;
-    }
-    void restOfAKilledDownload()
-    {
-        QFETCH(QString, there);
-        const QTemporaryDir folder;
-        const QString part = folder.filePath(".update-part");
-        QFile archive(folder.filePath("a.tar.xz"));
-        QVERIFY(archive.open(QIODevice::WriteOnly));
-        if (there == "file") {
-            QFile file(part);
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("half") == 4);
-        } else if (there == "folder") {
-            QVERIFY(QDir().mkdir(part));
-        }
-        MyUpdateChecker::removeRest(folder.filePath("App/mevoinput"));
-        QTEST(!QFileInfo::exists(part), "goes");
-        QVERIFY(archive.exists());
     }
 
     void endsInTheMiddle()

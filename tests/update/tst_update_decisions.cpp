@@ -1,3 +1,4 @@
+#include "base/RuntimeLock.h"
 #include "update/DownloadSetting.h"
 #include "update/StartReport.h"
 #include "update/UnfinishedUpdate.h"
@@ -197,30 +198,44 @@ private Q_SLOTS:
         }
     }
 
-    void unfinishedUpdate_data()
+    /// What an update has left at a start, and what becomes of it.
+    void updateRest_data()
     {
         QTest::addColumn<QByteArray>("setting");
-        QTest::addColumn<bool>("pending");
-        QTest::addColumn<bool>("unfinished");
+        QTest::addColumn<QString>("also"); // "pending", "part", "folder" in the place of the part, "updater"
+        QTest::addColumn<int>("told");     // version, 0 for half a download, -1 for nothing
+        QTest::addColumn<QStringList>("gone");
         const QByteArray setting =
             "[Set]\nUpdaterName=a.tar.xz\nMode=All\nExeName=App/mevoinput\nVersion=108\n";
         QByteArray equal = setting, another = setting;
         equal.replace("108", "107");
         another.replace("App/", "Other/");
-        QTest::newRow("none") << QByteArray() << false << false;
-        QTest::newRow("newer") << setting << false << true;
-        QTest::newRow("signed") << setting + "UpdateKey=key\n" << false << true;
-        QTest::newRow("installed") << equal << false << false;
-        QTest::newRow("the updater looks at this start") << setting << true << false;
-        QTest::newRow("of another program") << another << false << false;
-        QTest::newRow("unusable") << QByteArray("[Set]\nVersion=108\n") << false << false;
+        const QStringList rest{".update-new", "DownloadSetting.ini", "a.tar.xz"};
+        const QStringList nothing;
+        const QString alone;
+        QTest::newRow("none") << QByteArray() << alone << -1 << nothing;
+        QTest::newRow("newer") << setting << alone << 108 << rest;
+        QTest::newRow("signed") << setting + "UpdateKey=key\n"
+                                << alone << 108 << rest + QStringList{"a.tar.xz.sig"};
+        QTest::newRow("installed, its updater killed") << equal << alone << -1 << rest;
+        QTest::newRow("the updater looks at this start")
+            << setting << QStringLiteral("pending") << -1 << nothing;
+        QTest::newRow("an updater is at work") << setting << QStringLiteral("updater part") << -1 << nothing;
+        QTest::newRow("of another program") << another << alone << -1 << nothing;
+        QTest::newRow("unusable") << QByteArray("[Set]\nVersion=108\n") << alone << -1 << nothing;
+        QTest::newRow("half a download")
+            << QByteArray() << QStringLiteral("part") << 0 << QStringList{".update-part"};
+        QTest::newRow("half a download of the next")
+            << setting << QStringLiteral("part") << 108
+            << QStringList{".update-new", ".update-part"} + rest.mid(1);
+        QTest::newRow("a folder of the user's") << QByteArray() << QStringLiteral("folder") << -1 << nothing;
     }
-    void unfinishedUpdate()
+    void updateRest()
     {
         QFETCH(QByteArray, setting);
-        QFETCH(bool, pending);
-        QFETCH(bool, unfinished);
-        const QTemporaryDir base;
+        QFETCH(QString, also);
+        const QTemporaryDir base, runtime;
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
         const auto write = [&base](const QString &name, const QByteArray &content) {
             QDir().mkpath(QFileInfo(base.filePath(name)).path());
             QFile file(base.filePath(name));
@@ -236,42 +251,46 @@ private Q_SLOTS:
         if (!setting.isEmpty()) {
             write("DownloadSetting.ini", setting);
         }
-        if (pending) {
+        if (also.contains("pending")) {
             write("App/" + mevo::updatePendingFile, "1");
         }
-        const QString program = base.filePath("App/mevoinput");
-        const auto files = [&base] {
-            QStringList names =
-                QDir(base.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-            names.sort();
-            return names;
-        };
-        const QStringList before = files();
-        QCOMPARE(mevo::isUpdateUnfinished(program, 107), unfinished);
-        QCOMPARE(files(), before);
-        if (unfinished) {
-            QVERIFY(mevo::removeUnfinishedUpdate(program));
-            QStringList left{"App", "a.tar.xz.sig", "mine.tar.xz", "outside"};
-            if (setting.contains("UpdateKey")) {
-                left.removeAll("a.tar.xz.sig");
-            }
-            QCOMPARE(files(), left);
-            QVERIFY(QFile::exists(base.filePath("outside/kept")) && QFile::exists(program));
-            QVERIFY(!mevo::isUpdateUnfinished(program, 107));
+        if (also.contains("part")) {
+            write(".update-part", "half");
         }
+        if (also.contains("folder")) {
+            QVERIFY(QDir(base.path()).mkdir(".update-part"));
+        }
+        mevo::RuntimeLock updater(mevo::updaterLockName);
+        QVERIFY(!also.contains("updater") || updater.acquire(0));
+        const auto files = [&base] {
+            const QStringList names =
+                QDir(base.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+            return QSet<QString>(names.begin(), names.end());
+        };
+        const QSet<QString> before = files();
+        const QString program = base.filePath("App/mevoinput");
+        const auto unfinished = mevo::clearUpdateRest(program, 107);
+        QTEST(unfinished ? unfinished->version : -1, "told");
+        QSet<QString> gone = before - files();
+        QStringList goneNames(gone.begin(), gone.end());
+        goneNames.sort();
+        QTEST(goneNames, "gone");
+        QVERIFY(QFile::exists(base.filePath("outside/kept")) && QFile::exists(program));
+        QVERIFY(!mevo::clearUpdateRest(program, 107)); // it is told once
     }
 
     /// Where a link stands in the place of the folder, what it leads to stays.
-    void unfinishedUpdateBehindALink()
+    void updateRestBehindALink()
     {
-        const QTemporaryDir base;
+        const QTemporaryDir base, runtime;
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
         QVERIFY(QDir(base.path()).mkpath("App") && QDir(base.path()).mkpath("mine/folder"));
         QVERIFY(QFile::link(base.filePath("mine"), base.filePath(".update-new")));
         QFile file(base.filePath("DownloadSetting.ini"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("[Set]\nUpdaterName=a.tar.xz\nMode=All\nExeName=App/mevoinput\nVersion=108\n");
         file.close();
-        QVERIFY(mevo::removeUnfinishedUpdate(base.filePath("App/mevoinput")));
+        QVERIFY(mevo::clearUpdateRest(base.filePath("App/mevoinput"), 107));
         QVERIFY(QFileInfo(base.filePath("mine/folder")).isDir() && !file.exists());
     }
 

@@ -11,6 +11,7 @@
 
 using mevo::AccountService;
 using mevo::AccountSource;
+using mevo::AccountsUnkept;
 using mevo::SecretPlace;
 
 namespace {
@@ -55,7 +56,7 @@ struct Running : ScriptedHttp, Program
             qFatal("The accounts are not kept anywhere");
         }
         settle();
-        return !accounts().accountsUnkept();
+        return accounts().accountsUnkept() == AccountsUnkept::None;
     }
     static mevo::OwnAccounts of(const QByteArray &text)
     {
@@ -149,10 +150,10 @@ private Q_SLOTS:
         program.fake.secrets->kept = kept;
         program.fake.secrets->locked = true;
         program.start();
-        QTRY_VERIFY(program.accounts().accountsLocked());
-        QVERIFY(!program.accounts().accountsUnkept());
+        QTRY_COMPARE(program.accounts().accountsUnread(), SecretPlace::Desktop);
+        QCOMPARE(program.accounts().accountsUnkept(), AccountsUnkept::None);
         QVERIFY(!program.keep(tencent));
-        QVERIFY(program.accounts().accountsLocked());
+        QCOMPARE(program.accounts().accountsUnread(), SecretPlace::Desktop);
         QCOMPARE(program.accounts().accountInForce(AccountService::Tencent), AccountSource::Own);
         QCOMPARE(program.accounts().accountInForce(AccountService::XunFei), AccountSource::None);
         QCOMPARE(program.fake.secrets->kept, kept);
@@ -161,10 +162,10 @@ private Q_SLOTS:
         const int changes = program.fake.secrets->changes;
         QTRY_VERIFY(program.fake.secrets->changes > changes); // it stays locked
         program.settle();
-        QVERIFY(program.accounts().accountsUnkept());
+        QCOMPARE(program.accounts().accountsUnkept(), AccountsUnkept::Waiting);
         program.fake.secrets->locked = false;
-        QTRY_VERIFY(!program.accounts().accountsUnkept());
-        QCOMPARE(program.accounts().accountsLocked(), false);
+        QTRY_COMPARE(program.accounts().accountsUnkept(), AccountsUnkept::None);
+        QCOMPARE(program.accounts().accountsUnread(), SecretPlace::Nowhere);
         QCOMPARE(program.fake.secrets->prompts, prompts);
         QCOMPARE(program.fake.secrets->kept, keptAndTencent);
         QCOMPARE(program.accounts().accountInForce(AccountService::XunFei), AccountSource::Own);
@@ -177,7 +178,7 @@ private Q_SLOTS:
         program.fake.secrets->kept = kept;
         program.fake.secrets->locked = true;
         program.start();
-        QTRY_VERIFY(program.accounts().accountsLocked());
+        QTRY_COMPARE(program.accounts().accountsUnread(), SecretPlace::Desktop);
         program.fake.secrets->locked = false;
         QTRY_COMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
         QTRY_COMPARE(program.window->BaiduAccessToken, QStringLiteral("token of own-id"));
@@ -200,8 +201,8 @@ private Q_SLOTS:
         program.settle();
         const QByteArray all = QByteArray(keptAndTencent).replace("\"xk\"", "\"another\"");
         QCOMPARE(program.fake.secrets->kept, all);
-        QCOMPARE(program.accounts().ownAccounts().toText(), all);
-        QVERIFY(!program.accounts().accountsUnkept());
+        QVERIFY(program.accounts().ownAccounts() == Running::of(all));
+        QCOMPARE(program.accounts().accountsUnkept(), AccountsUnkept::None);
     }
 
     /// An account that is taken away does not come back because the keyring could not be reached just then.
@@ -210,14 +211,131 @@ private Q_SLOTS:
         Running program;
         program.fake.secrets->kept = kept;
         program.start();
-        QTRY_VERIFY(!program.accounts().ownAccounts().isEmpty());
+        QTRY_VERIFY(program.accounts().ownAccounts() == Running::of(kept));
         program.fake.secrets->locked = true;
         QVERIFY(!program.keep({}));
-        QVERIFY(!program.accounts().accountsLocked()); // what was kept is known
+        QCOMPARE(program.accounts().accountsUnread(), SecretPlace::Nowhere); // what was kept is known
         program.fake.secrets->locked = false;
         QTRY_COMPARE(program.fake.secrets->kept, QByteArray());
-        QTRY_VERIFY(!program.accounts().accountsUnkept());
-        QVERIFY(program.accounts().ownAccounts().isEmpty());
+        QTRY_COMPARE(program.accounts().accountsUnkept(), AccountsUnkept::None);
+        QVERIFY(program.accounts().ownAccounts() == mevo::OwnAccounts());
+    }
+
+    /// An exit gives the store what it has not been given yet.
+    void exitWithChanges_data()
+    {
+        QTest::addColumn<bool>("behindOthers");
+        QTest::newRow("behind others") << true;
+        QTest::newRow("that could be kept nowhere") << false;
+    }
+    void exitWithChanges()
+    {
+        QFETCH(bool, behindOthers);
+        Running program;
+        auto &secrets = *program.fake.secrets;
+        secrets.kept = kept;
+        program.start();
+        QTRY_VERIFY(program.accounts().ownAccounts() == Running::of(kept));
+        mevo::OwnAccounts more = Running::of(keptAndTencent);
+        if (behindOthers) {
+            secrets.held = true;
+            program.accounts().keepAccounts(more);
+            more.set(AccountService::XunFei, 1, QStringLiteral("another"));
+            program.accounts().keepAccounts(more);
+        } else {
+            mevo::AccountHands::retryMs = 3600000;
+            secrets.locked = true;
+            secrets.waits = false;
+            program.keep(more);
+            QCOMPARE(program.accounts().accountsUnkept(), AccountsUnkept::InMemory);
+            secrets.locked = false;
+        }
+        const int prompts = secrets.prompts;
+        program.window.reset();
+        secrets.release();
+        QVERIFY(Running::of(secrets.kept) == more);
+        QCOMPARE(secrets.prompts, prompts + int(behindOthers)); // those that it had been given before
+    }
+
+    /// Changes that a locked keyring did not take are in force at the next start, and go into it later.
+    void changesOfTheRunBefore()
+    {
+        Running program;
+        program.fake.secrets->kept = kept;
+        program.start();
+        QTRY_VERIFY(program.accounts().ownAccounts() == Running::of(kept));
+        program.fake.secrets->locked = true;
+        mevo::OwnAccounts changed = Running::of(keptAndTencent);
+        changed.remove(AccountService::Baidu);
+        QVERIFY(!program.keep(changed));
+        program.window.reset();
+        program.start();
+        QTRY_COMPARE(program.accounts().accountsUnkept(), AccountsUnkept::Waiting);
+        QCOMPARE(program.accounts().accountInForce(AccountService::Tencent), AccountSource::Own);
+        QCOMPARE(program.fake.secrets->kept, kept);
+        program.fake.secrets->locked = false;
+        QTRY_VERIFY(Running::of(program.fake.secrets->kept) == changed);
+        QTRY_COMPARE(program.accounts().accountsUnkept(), AccountsUnkept::None);
+        QVERIFY(program.accounts().ownAccounts() == changed);
+        QCOMPARE(program.fake.secrets->waiting, QByteArray());
+    }
+
+    /// A start that finds the keyring open needs nobody to put in order what waits.
+    void waitingChangesAreKept()
+    {
+        Running program;
+        program.fake.secrets->kept = kept;
+        program.fake.secrets->waiting = R"({"Tencent":{"SecretId":"i","SecretKey":"k"}})";
+        program.start();
+        QTRY_COMPARE(program.fake.secrets->kept, keptAndTencent);
+        QVERIFY(program.accounts().ownAccounts() == Running::of(keptAndTencent));
+    }
+
+    void keyringThatComesLater_data()
+    {
+        QTest::addColumn<bool>("settings");
+        QTest::newRow("is asked for again") << false;
+        QTest::newRow("at the settings' opening") << true;
+    }
+    void keyringThatComesLater()
+    {
+        QFETCH(bool, settings);
+        Running program;
+        program.fake.secrets->kept = R"({"XunFei":{"ApiKey":"xk","ApiSecret":"xs","AppId":"xa"}})";
+        program.fake.secrets->older = R"({"Baidu":{"ApiKey":"own-new","SecretKey":"s"}})"; // the file
+        program.fake.secrets->absent = true;
+        mevo::AccountHands::retryMs = settings ? 3600000 : 20;
+        program.start();
+        QTRY_COMPARE(program.window->BaiduClientId, QStringLiteral("own-new"));
+        QCOMPARE(program.window->XunFeiAppId, QString());
+        const int prompts = program.fake.secrets->prompts;
+        program.fake.secrets->absent = false;
+        if (settings) {
+            program.window->pushBuutton_Setting_clicked();
+        }
+        QTRY_COMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
+        QCOMPARE(program.window->BaiduClientId, QStringLiteral("own-new"));
+        QCOMPARE(program.fake.secrets->prompts, prompts);
+        const int reads = program.fake.secrets->reads;
+        program.window->pushBuutton_Setting_clicked();
+        program.settle();
+        QCOMPARE(program.fake.secrets->reads, reads); // all is known now
+    }
+
+    /// A keyring that fails later takes nothing of what was read before.
+    void keyringThatFailsLater()
+    {
+        Running program;
+        program.fake.secrets->older = kept;
+        program.fake.secrets->absent = true;
+        program.start();
+        QTRY_COMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
+        program.fake.secrets->absent = false;
+        program.fake.secrets->locked = true;
+        const int reads = program.fake.secrets->reads;
+        QTRY_VERIFY(program.fake.secrets->reads > reads + 1);
+        QCOMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
+        QCOMPARE(program.accounts().accountsUnread(), SecretPlace::Nowhere);
     }
 
     /// A text that the program does not understand is not lost to the first account that is set.
@@ -228,10 +346,10 @@ private Q_SLOTS:
         program.start();
         QTRY_VERIFY(program.window->InitDone && program.fake.secrets->reads > 0);
         program.settle();
-        QVERIFY(program.accounts().ownAccounts().isEmpty());
+        QVERIFY(program.accounts().ownAccounts() == mevo::OwnAccounts());
         QCOMPARE(program.fake.secrets->kept, QByteArray("garbage"));
         QVERIFY(program.keep(tencent));
-        QCOMPARE(program.fake.secrets->kept, tencent.toText());
+        QVERIFY(Running::of(program.fake.secrets->kept) == tencent);
         QCOMPARE(program.fake.secrets->aside, QList<QByteArray>({"garbage"}));
     }
 

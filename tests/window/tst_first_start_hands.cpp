@@ -3,6 +3,7 @@
 #include "base/SettingsFile.h"
 #include "ui/FirstStartDialog.h"
 #include "ui/settings/CSettingDialog.h"
+#include "window/AccountHands.h"
 #include "window/FirstStartHands.h"
 #include "window/Program.h"
 
@@ -162,10 +163,71 @@ private Q_SLOTS:
         QTRY_VERIFY(start.shown() != nullptr);
         QVERIFY(says(*start.shown(), "接收器：已插入，但没有使用权限"));
         const QString told = QStringLiteral("message 接收器：已插入，但没有使用权限");
-        QVERIFY(start.fake.log.calls(told).isEmpty()); // the window has said so
+        start.change(mevo::DeviceNotifier::Change::Arrival);
+        start.settle();
+        QVERIFY(start.fake.log.calls(told).isEmpty()); // the window says so
+        start.shown()->close();
         start.change(mevo::DeviceNotifier::Change::Arrival);
         start.settle();
         QCOMPARE(start.fake.log.calls(told).size(), 1);
+    }
+
+    /// One that is plugged in while the window waits for a quiet moment is told by the window alone.
+    void receiverWithoutRightsBeforeTheWindow()
+    {
+        std::atomic<int> asked{0};
+        Start start(false);
+        start.fake.secrets->kept = account;
+        start.fake.hid->unopenable = {"/dev/hidraw3"};
+        start.fake.audioRouter->slow = [&asked] { ++asked; };
+        start.start();
+        start.window->ResultIdle = false; // a text is on its way
+        QTRY_COMPARE(asked.load(), 1);
+        QTRY_VERIFY(start.window->findChildren<QThread *>().isEmpty());
+        start.change(mevo::DeviceNotifier::Change::Arrival);
+        start.settle();
+        QVERIFY(start.shown() == nullptr);
+        start.window->ResultIdle = true;
+        QTRY_VERIFY(start.shown() != nullptr);
+        QVERIFY(start.fake.log.calls(QStringLiteral("message 接收器：已插入，但没有使用权限")).isEmpty());
+    }
+
+    /// A keyring that stays locked may hold an account: that one is missing is neither said nor remembered.
+    void lockedKeyring()
+    {
+        Start start(true);
+        start.fake.secrets->kept = account;
+        start.fake.secrets->locked = true;
+        mevo::AccountHands::retryMs = 20;
+        start.start();
+        const int reads = start.fake.secrets->reads;
+        QTRY_VERIFY(start.fake.secrets->reads > reads + 2);
+        start.settle();
+        QVERIFY(start.shown() == nullptr);
+        QVERIFY(!Start::isMarked());
+        start.fake.secrets->kept.clear();
+        start.fake.secrets->locked = false;
+        QTRY_VERIFY(start.shown() != nullptr);
+        QVERIFY(says(*start.shown(), "语音识别：没有账号"));
+        QVERIFY(Start::isMarked());
+    }
+
+    /// Something else is missing beside what is not known.
+    void lockedKeyringAndNoMicrophone()
+    {
+        Start start(true);
+        start.fake.secrets->kept = account;
+        start.fake.secrets->locked = true;
+        start.fake.audioRouter->names = QStringList();
+        mevo::AccountHands::retryMs = 3600000;
+        start.start();
+        QTRY_VERIFY(start.shown() != nullptr);
+        QVERIFY(says(*start.shown(), "语音识别：保存的账号暂时无法读取"));
+        QVERIFY(!Start::isMarked());
+        start.fake.secrets->locked = false;
+        start.window->accountHands().rereadAccounts();
+        QTRY_VERIFY_WITH_TIMEOUT(says(*start.shown(), "语音识别：已有账号"), 20000);
+        QVERIFY(Start::isMarked());
     }
 
     void receiverWithoutRightsAtALaterStart()

@@ -366,6 +366,38 @@ private Q_SLOTS:
         QCOMPARE(window.ASR3WindowName, QStringLiteral("某某窗"));
     }
 
+    /// Another generation is installed while the service is asked for the row of the one before: that row
+    /// comes too late.
+    void aLateRowOfAnotherGeneration()
+    {
+        Program p("ThirdPartyConsentAsked=1\n");
+        p.file(QStringLiteral("prog/iFlyVoice.exe"));
+        const auto install = [&p](const QByteArray &version) {
+            p.file(xunFeiFolder + QStringLiteral("iflyImeCfg.xml"),
+                   "<c><installPath_ver2>" + p.user.filePath(QStringLiteral("prog")).toUtf8() +
+                       "</installPath_ver2><ver>" + version + "</ver></c>");
+        };
+        install("2.1.1708");
+        MainWindow &window = p.start();
+        p.settle();
+        p.methodRow = {{QStringLiteral("ASR3WindowName"), QStringLiteral("旧窗")}};
+        p.held = QStringLiteral("asr3setting where");
+        p.onHeld = [&] {
+            install("3.0.1727");
+            window.ReadXunFeiIme();
+            p.methodRow[QStringLiteral("ASR3WindowName")] = QStringLiteral("新窗");
+            p.server.answerHeld();
+        };
+        p.choose(xunFeiRow);
+        QTRY_VERIFY(window.ThirdPartyActive);
+        QCOMPARE(window.ASR3WindowName, QStringLiteral("新窗"));
+        QCOMPARE(p.told(QStringLiteral("asr3setting_usexunfeiinputmore30 where ASR3Index=1")).size(), 1);
+        // What was asked for before says nothing about a generation that is found afterwards.
+        install("2.1.1708");
+        window.ReadXunFeiIme();
+        QCOMPARE(window.ASR3WindowName, QStringLiteral("讯飞语音悬浮窗"));
+    }
+
     /// The latest choice of the user's is the one that the backend hears, however each was made.
     void theLatestChoiceIsTold()
     {
@@ -475,8 +507,14 @@ private Q_SLOTS:
         p.settle();
         QCOMPARE(p.asked(QStringLiteral("同意")), 0);
         p.choose(QStringLiteral("普通话(腾讯版)"));
+        p.window.reset(); // also in a later run
+        p.start();
+        p.settle();
+        QCOMPARE(p.asked(QStringLiteral("同意")), 0);
+        p.answer(consentTitle, QStringLiteral("同意"), 0);
         p.choose(xunFeiRow); // whoever has not answered may think it over
         QCOMPARE(p.asked(QStringLiteral("同意")), int(answer < 0));
+        QCOMPARE(Program::setting("LocalMustClickRunASR3"), QString::number(int(answer == 1)));
     }
 
     void aChangedHotKey_data()

@@ -421,6 +421,93 @@ private Q_SLOTS:
         QVERIFY(!window.ForceUseASR3);
     }
 
+    /// A choice that is made and told while a reading waits: what that reading brings is older, also when
+    /// another one has been begun meanwhile and got no answer.
+    void aReadingThatWasSentBeforeAChoiceDoesNotUndoIt()
+    {
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("T"));
+        window.ForceUseASR3 = false;
+        window.LocalEnableASR3 = true; // so that the box can be used
+        window.pushBuutton_Setting_clicked();
+        program.backend.record = {{QStringLiteral("ForceUseASR3"), QStringLiteral("0")}};
+        program.backend.delayMs = 3600000; // until somebody lets it go
+        program.backend.server.onRequest = [&](const ScriptedRequest &) {
+            program.backend.server.onRequest = nullptr;
+            QTimer::singleShot(0, &window, [&] {
+                program.backend.delayMs = 0;
+                window.findChild<QAbstractButton *>(QStringLiteral("checkBox_ForceUseASR3"))->click();
+                QTRY_VERIFY(!program.backend.askedLike(QStringLiteral("set ForceUseASR3=1")).isEmpty());
+                QTRY_COMPARE(Program::setting("RecordChoicesUntold"), QString());
+                program.backend.refused = QStringLiteral("select *");
+                window.ReadServerInfo();
+                program.backend.server.answerHeld();
+            });
+        };
+        window.ReadServerInfo();
+        QVERIFY(window.ForceUseASR3);
+        program.backend.refused.clear();
+        window.ReadServerInfo();
+        QVERIFY(!window.ForceUseASR3); // what is read now knows of the choice
+    }
+
+    /// The statement of one choice waits while the next one is made: they reach the record one after another,
+    /// and the second, which fails, is told again.
+    void aChoiceWhileTheOneBeforeIsBeingToldIsNotLost()
+    {
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("B"));
+        window.BuildAsrLanMenu(false, false);
+        program.backend.delayMs = 3600000;
+        program.backend.server.onRequest = [&](const ScriptedRequest &) {
+            program.backend.server.onRequest = nullptr;
+            QTimer::singleShot(0, &window, [&] {
+                program.backend.delayMs = 0;
+                program.choose(QStringLiteral("英语(讯飞版)"));
+                QCOMPARE(program.backend.asked.size(), 1);
+                QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("1"));
+                program.backend.refused = QStringLiteral("UseXFSDKPara = '1'");
+                program.backend.server.answerHeld();
+            });
+        };
+        program.choose(QStringLiteral("普通话(腾讯版)"));
+        const QString second = QStringLiteral("UseXFSDKPara = '1'");
+        QVERIFY(window.recorder()->UseXunFeiWebApi);
+        QCOMPARE(program.backend.askedLike(second).size(), 1);
+        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("1"));
+        program.backend.refused.clear();
+        window.ReadServerInfo(); // the row says Tencent
+        QCOMPARE(program.backend.askedLike(second).size(), 2);
+        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("0"));
+    }
+
+    /// A record that is not there yet cannot hold what it is told: the choices are told the one that is made.
+    void choicesAreToldARecordThatHasJustBeenMade()
+    {
+        Program program;
+        MainWindow &window = program.startWith(QStringLiteral("T"));
+        window.LocalEnableASR3 = window.ForceUseASR3 = true;
+        window.pushBuutton_Setting_clicked();
+        window.IsOnline = false;
+        window.findChild<QAbstractButton *>(QStringLiteral("checkBox_ForceUseASR3"))->click();
+        program.choose(QStringLiteral("英语(讯飞版)"));
+        QTRY_COMPARE(Program::setting("RecordChoicesUntold"), QStringLiteral("ForceUseASR3=0"));
+        window.IsOnline = true;
+        program.backend.recordCount = 0;
+        window.ReadServerInfo();
+        QVERIFY(!window.ForceUseASR3 && window.recorder()->UseXunFeiWebApi);
+        const auto toldAfterwards = [&program](const QString &part) {
+            const QStringList told = program.backend.askedLike(part);
+            const QStringList inserts = program.backend.askedLike(QStringLiteral("insert into"));
+            return !told.isEmpty() && inserts.size() == 1 &&
+                   program.backend.asked.lastIndexOf(told.last()) > program.backend.asked.indexOf(inserts[0]);
+        };
+        QTRY_VERIFY(toldAfterwards(QStringLiteral("set ForceUseASR3=0")));
+        QTRY_VERIFY(toldAfterwards(QStringLiteral("UseXFSDKPara = '1'")));
+        QTRY_COMPARE(Program::setting("RecordChoicesUntold") + Program::setting("EngineChoiceUntold"),
+                     QStringLiteral("0"));
+    }
+
     void theProductRecordComesFromEachAddress_data()
     {
         QTest::addColumn<QStringList>("down");

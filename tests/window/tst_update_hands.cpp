@@ -7,9 +7,11 @@
 #include "window/MainWindow.h"
 #include "window/UpdateHands.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QScopedValueRollback>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -66,7 +68,13 @@ class TestUpdateHands : public QObject
 {
     Q_OBJECT
 
+private:
+    const QTemporaryDir m_runtime;
+
 private Q_SLOTS:
+    /// Whether an updater is at work is a matter of this test alone.
+    void initTestCase() { qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_runtime.path())); }
+
     void permissions()
     {
         Program program;
@@ -90,13 +98,44 @@ private Q_SLOTS:
         QCOMPARE(program.questions[1].buttons, QStringList(QStringLiteral("立即更新")));
     }
 
-    /// A start removes what an earlier run, killed in the middle of a download, has left.
-    void theStartRemovesARest()
+    /// A start clears what an earlier run, killed in the middle of a download, has left, and says so once.
+    void theStartTellsOfAnUnfinishedUpdate()
     {
         QFile rest(QCoreApplication::applicationDirPath() + QStringLiteral("/../.update-part"));
         QVERIFY(rest.open(QIODevice::WriteOnly));
+        const auto told = [](const Program &program) {
+            return std::count_if(
+                program.questions.begin(), program.questions.end(), [](const mevo::Question &question) {
+                    return question.text == QStringLiteral("上次的更新没有下载完成，程序没有更新。");
+                });
+        };
+        {
+            const Program program;
+            QVERIFY(!rest.exists());
+            QTRY_COMPARE(told(program), 1);
+        }
         const Program program;
-        QVERIFY(!rest.exists());
+        QCoreApplication::processEvents();
+        QCOMPARE(told(program), 0);
+    }
+
+    /// The button of the settings page asks by name, whatever the record's switches say, and is answered.
+    void theButtonIsAnswered()
+    {
+        Program program;
+        program.server.answering = [](const ScriptedRequest &) {
+            return ScriptedAnswer::body("107;;Part;;a.tar.xz");
+        };
+        MainWindow &window = *program.window;
+        window.ManualUpdateSwitch = 0;
+        window.pushBuutton_Setting_clicked();
+        window.findChild<QAbstractButton *>(QStringLiteral("pushButton_CheckUpdate"))->click();
+        const auto *notice = window.findChild<QAbstractButton *>(QStringLiteral("pushButton_UpdateNotice"));
+        QTRY_COMPARE(notice->text(), QStringLiteral("已是最新版本"));
+        window.IsOnline = false;
+        window.findChild<QAbstractButton *>(QStringLiteral("pushButton_CheckUpdate"))->click();
+        QCOMPARE(program.fake.log.calls(QStringLiteral("message 没有网络连接")).size(), 1);
+        QVERIFY(program.questions.isEmpty());
     }
 
     void fromTheSettings()

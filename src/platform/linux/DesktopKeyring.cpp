@@ -1,8 +1,8 @@
 #include "platform/linux/DesktopKeyring.h"
 
 #include "base/LogText.h"
+#include "platform/linux/SecretFile.h"
 
-#include <QDateTime>
 #include <QDebug>
 #include <QFileInfo>
 
@@ -17,6 +17,7 @@ namespace mevo {
 namespace {
 
 constexpr const char *ownApplication = "mevoinput";
+constexpr const char *serviceName = "org.freedesktop.secrets";
 
 const SecretSchema &schema()
 {
@@ -59,13 +60,6 @@ public:
     {
         return m_error == nullptr ? QString() : logText(QString::fromUtf8(m_error->message));
     }
-    /// The bus is there and knows of no such service.
-    bool saysAbsent() const
-    {
-        return g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) != 0 ||
-               g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) != 0 ||
-               g_error_matches(m_error, G_DBUS_ERROR, G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND) != 0;
-    }
 
 private:
     GError *m_error = nullptr;
@@ -78,15 +72,44 @@ bool hasSessionBus()
            QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
 }
 
-/// GLib ends a program whose session bus goes.
-void stayWithoutBus(GCancellable *cancel)
+/// The session's bus, which the end of does not end the program; null when it is not to be reached.
+std::unique_ptr<GDBusConnection, decltype(&g_object_unref)> sessionBus(GCancellable *cancel)
 {
     CallError error;
     GDBusConnection *const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, cancel, error.out());
     if (bus != nullptr) {
         g_dbus_connection_set_exit_on_close(bus, FALSE);
-        g_object_unref(bus);
     }
+    return {bus, &g_object_unref};
+}
+
+/// Asks the bus itself, whose only result has the type `type`; null when it does not answer.
+std::unique_ptr<GVariant, decltype(&g_variant_unref)>
+askBus(GDBusConnection *bus, const char *method, GVariant *parameters, const char *type, GCancellable *cancel)
+{
+    CallError error;
+    return {g_dbus_connection_call_sync(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                        "org.freedesktop.DBus", method, parameters, G_VARIANT_TYPE(type),
+                                        G_DBUS_CALL_FLAGS_NONE, -1, cancel, error.out()),
+            &g_variant_unref};
+}
+
+/// The bus says that nobody is the keyring and that it could start none. That a start of one has failed, or
+/// that no bus answers, says nothing of the sort.
+bool isServiceUnknown(GDBusConnection *bus, GCancellable *cancel)
+{
+    const auto owned = askBus(bus, "NameHasOwner", g_variant_new("(s)", serviceName), "(b)", cancel);
+    const auto names = askBus(bus, "ListActivatableNames", nullptr, "(as)", cancel);
+    if (owned == nullptr || names == nullptr) {
+        return false;
+    }
+    gboolean isOwned = FALSE;
+    g_variant_get(owned.get(), "(b)", &isOwned);
+    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> list(
+        g_variant_get_child_value(names.get(), 0), &g_variant_unref);
+    const std::unique_ptr<const gchar *, decltype(&g_free)> known(g_variant_get_strv(list.get(), nullptr),
+                                                                  &g_free);
+    return isOwned == 0 && g_strv_contains(known.get(), serviceName) == 0;
 }
 
 } // namespace
@@ -99,17 +122,19 @@ void DesktopKeyring::Unref::operator()(void *object) const
 KeyringState DesktopKeyring::find(const KeyringUse &use)
 {
     m_service.reset();
-    CallError error;
-    if (hasSessionBus()) {
-        stayWithoutBus(use.cancel);
-        m_service.reset(secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, use.cancel, error.out()));
-        if (m_service != nullptr) {
-            m_seen = true;
-            return KeyringState::Present;
-        }
+    if (!hasSessionBus()) {
+        tell(QStringLiteral("there is no bus for one"));
+        return m_seen ? KeyringState::Unknown : KeyringState::Absent;
     }
-    if (!m_seen && (!error || error.saysAbsent())) {
-        tell(QStringLiteral("there is none: ") + error.text());
+    const auto bus = sessionBus(use.cancel);
+    CallError error;
+    m_service.reset(secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, use.cancel, error.out()));
+    if (m_service != nullptr) {
+        m_seen = true;
+        return KeyringState::Present;
+    }
+    if (!m_seen && bus != nullptr && isServiceUnknown(bus.get(), use.cancel)) {
+        tell(QStringLiteral("there is none"));
         return KeyringState::Absent;
     }
     fail(QStringLiteral("it does not answer: ") + error.text());
@@ -235,8 +260,8 @@ bool DesktopKeyring::clear(const KeyringUse &use)
 
 bool DesktopKeyring::setAside(const QByteArray &text, const KeyringUse &use)
 {
-    const QByteArray name = QByteArray(ownApplication) + "-unreadable-" +
-                            QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs).toLatin1();
+    // One of the same name is exchanged.
+    const QByteArray name = QByteArray(ownApplication) + "-unreadable-" + secretAsideName(text).toLatin1();
     return store(text, name.constData(), "MEVOInput accounts (unreadable)", use);
 }
 

@@ -14,7 +14,8 @@ struct _SecretService;
 
 namespace mevo {
 
-/// Whether the desktop has a keyring. Unknown: it did not answer, or failed, so that there may well be one.
+/// Whether the desktop has a keyring. Absent: nobody is it, and the bus knows of none that it could start.
+/// Unknown: it did not answer, or failed, so that there may well be one.
 enum class KeyringState { Absent, Present, Unknown };
 
 /// What a use of the keyring goes by.

@@ -21,6 +21,7 @@ constexpr int lastWritesMs = 2000;
 
 DesktopSecretStore::DesktopSecretStore(QString file, bool fileOnly)
     : m_file(std::move(file))
+    , m_waiting(m_file + QStringLiteral(".waiting"))
     , m_fileOnly(fileOnly)
 {
     m_worker.moveToThread(&m_thread);
@@ -98,65 +99,106 @@ KeyringState DesktopSecretStore::findKeyring(const KeyringUse &use)
 SecretStore::Found DesktopSecretStore::readFrom(KeyringState keyring, const KeyringUse &use)
 {
     Found found;
+    found.keyringAbsent = keyring == KeyringState::Absent && !m_fileOnly;
+    // With a keyring a file is of a time without it, and newer: what is put into the keyring clears the file.
+    const std::optional<QByteArray> file = readSecretFile(m_file);
+    const std::optional<QByteArray> waiting = readSecretFile(m_waiting);
+    found.waiting = waiting && !waiting->isEmpty();
+    for (const std::optional<QByteArray> &text : {file, waiting}) {
+        if (text && !text->isEmpty()) {
+            found.texts.append(*text);
+        }
+    }
+    found.place = SecretPlace::Desktop;
     if (keyring == KeyringState::Unknown) {
         return found;
     }
+    QByteArray desktop;
     if (keyring == KeyringState::Present) {
         const std::optional<QByteArray> text = m_keyring.read(use);
         if (!text) {
             return found;
         }
-        if (!text->isEmpty()) {
-            found.texts.append(*text);
-            found.place = SecretPlace::Desktop;
-        }
+        desktop = *text;
     }
-    // With a keyring a file is of a time without it, and newer: what is put into the keyring clears the file.
-    const std::optional<QByteArray> text = readSecretFile(m_file);
-    if (text && !text->isEmpty()) {
-        found.place = found.texts.isEmpty() ? SecretPlace::File : found.place;
-        found.texts.append(*text);
+    found.answered = file && waiting;
+    if (!desktop.isEmpty()) {
+        found.texts.prepend(desktop);
     }
-    found.answered = text.has_value();
+    const bool nowhere = found.answered && found.texts.isEmpty();
+    const bool inDesktop = found.answered && !desktop.isEmpty();
+    found.place = nowhere ? SecretPlace::Nowhere : inDesktop ? SecretPlace::Desktop : SecretPlace::File;
     return found;
 }
 
 SecretStore::Found DesktopSecretStore::exchange(const Edit &edit, const KeyringUse &use)
 {
-    const KeyringState keyring = findKeyring(use);
-    if (keyring == KeyringState::Present && !m_keyring.open(use)) {
-        return {};
+    Found found = exchangeIn(findKeyring(use), edit, use);
+    if (!found.answered) {
+        postpone(edit, found);
     }
-    const Found old = readFrom(keyring, use);
-    if (!old.answered) {
-        return {};
-    }
-    const Change change = edit(old.texts);
-    if (!isDone(change, keyring, use)) {
-        return {};
-    }
-    if (change.text.isEmpty()) {
-        return {true, SecretPlace::Nowhere, {}};
-    }
+    return found;
+}
+
+SecretStore::Found DesktopSecretStore::exchangeIn(KeyringState keyring, const Edit &edit,
+                                                  const KeyringUse &use)
+{
     const bool desktop = keyring == KeyringState::Present;
-    return {true, desktop ? SecretPlace::Desktop : SecretPlace::File, {change.text}};
+    const bool opened = !desktop || m_keyring.open(use);
+    Found found = readFrom(opened ? keyring : KeyringState::Unknown, use);
+    if (!found.answered) {
+        return found;
+    }
+    const Change change = edit.make(found.texts);
+    found.answered = isDone(change, keyring, use);
+    found.place = desktop ? SecretPlace::Desktop : SecretPlace::File;
+    if (found.answered) {
+        found.waiting = false;
+        found.texts.clear();
+        if (change.text.isEmpty()) {
+            found.place = SecretPlace::Nowhere;
+        } else {
+            found.texts.append(change.text);
+        }
+    }
+    return found;
+}
+
+/// What cannot be done now is not lost, whatever becomes of this run.
+void DesktopSecretStore::postpone(const Edit &edit, Found &found)
+{
+    const std::optional<QByteArray> before = readSecretFile(m_waiting);
+    const QByteArray text = before ? edit.postpone(*before) : QByteArray();
+    if (!before || (text != *before && !writeSecretFile(m_waiting, text))) {
+        found.waiting = false;
+        return;
+    }
+    if (found.waiting) {
+        found.texts.removeLast();
+    }
+    found.waiting = !text.isEmpty();
+    if (found.waiting) {
+        found.texts.append(text);
+    }
 }
 
 bool DesktopSecretStore::isDone(const Change &change, KeyringState keyring, const KeyringUse &use)
 {
     const bool desktop = keyring == KeyringState::Present;
+    // A file that stays would be taken for newer than what is kept now.
+    if (!isSecretFileRemovable(m_waiting) || (desktop && !isSecretFileRemovable(m_file))) {
+        return false;
+    }
     for (const QByteArray &text : change.aside) {
         if (desktop ? !m_keyring.setAside(text, use) : !setSecretFileAside(m_file, text)) {
             return false;
         }
     }
     if (!desktop) {
-        return writeSecretFile(m_file, change.text);
+        return writeSecretFile(m_file, change.text) && writeSecretFile(m_waiting, {});
     }
-    // A file that stays would be taken for newer than what the keyring holds.
-    return isSecretFileRemovable(m_file) &&
-           (change.text.isEmpty() ? m_keyring.clear(use) : m_keyring.write(change.text, use)) &&
-           writeSecretFile(m_file, {});
+    return (change.text.isEmpty() ? m_keyring.clear(use) : m_keyring.write(change.text, use)) &&
+           writeSecretFile(m_file, {}) && writeSecretFile(m_waiting, {});
 }
 
 } // namespace mevo

@@ -19,7 +19,8 @@ namespace mevo {
 class DesktopSecretStore : public QObject, public SecretStore
 {
 public:
-    /// `file` is used where there is no service, and always with `fileOnly`.
+    /// `file` is used where there is no service, and always with `fileOnly`. What could not be kept waits in
+    /// "`file`.waiting".
     DesktopSecretStore(QString file, bool fileOnly);
     /// Lets what is being written be written, for a moment.
     ~DesktopSecretStore() override;
@@ -40,9 +41,12 @@ private:
     KeyringState findKeyring(const KeyringUse &use);
     Found readFrom(KeyringState keyring, const KeyringUse &use);
     Found exchange(const Edit &edit, const KeyringUse &use);
+    Found exchangeIn(KeyringState keyring, const Edit &edit, const KeyringUse &use);
+    void postpone(const Edit &edit, Found &found);
     bool isDone(const Change &change, KeyringState keyring, const KeyringUse &use);
 
     const QString m_file;
+    const QString m_waiting; ///< its file
     const bool m_fileOnly;
     QThread m_thread;
     QObject m_worker;            ///< lives in the thread

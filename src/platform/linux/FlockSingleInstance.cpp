@@ -6,6 +6,7 @@
 #include <QDebug>
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -26,10 +27,29 @@ bool isOurs(int descriptor)
     return fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == geteuid();
 }
 
-QString socketPath(const QString &name)
+/// 0 when the lock has been taken, else why not.
+int lockNow(int descriptor)
 {
-    return runtimePath(name, QStringLiteral(".socket"));
+    int result = 0;
+    do {
+        result = flock(descriptor, LOCK_EX | LOCK_NB);
+    } while (result != 0 && errno == EINTR);
+    return result == 0 ? 0 : errno;
 }
+
+/// Whether somebody holds the lock of an existing file of ours.
+bool isHeld(const QString &path)
+{
+    const int descriptor = open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
+    const bool held = descriptor >= 0 && isOurs(descriptor) && lockNow(descriptor) == EWOULDBLOCK;
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+    return held;
+}
+
+const QString lockSuffix = QStringLiteral(".lock");
+const QString socketSuffix = QStringLiteral(".socket");
 
 } // namespace
 
@@ -45,7 +65,7 @@ bool FlockSingleInstance::acquire(const QString &name)
     if (m_descriptor >= 0) {
         return true;
     }
-    const QString path = runtimePath(name, QStringLiteral(".lock"));
+    const QString path = runtimePath(name, lockSuffix);
     const int descriptor =
         open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor < 0 || !isOurs(descriptor)) {
@@ -56,16 +76,16 @@ bool FlockSingleInstance::acquire(const QString &name)
         }
         return true;
     }
-    int result = 0;
-    do {
-        result = flock(descriptor, LOCK_EX | LOCK_NB);
-    } while (result != 0 && errno == EINTR);
-    if (result == 0) {
+    int error = lockNow(descriptor);
+    const QStringList paths = runtimePaths(name, lockSuffix);
+    if (error == 0 && std::any_of(paths.begin() + 1, paths.end(), isHeld)) {
+        error = EWOULDBLOCK; // an older program runs, which looks elsewhere
+    }
+    if (error == 0) {
         m_descriptor = descriptor;
         m_name = name;
         return true;
     }
-    const int error = errno;
     close(descriptor);
     if (error != EWOULDBLOCK) {
         qWarning().noquote() << "Single instance:" << path << "cannot be locked:" << std::strerror(error);
@@ -78,7 +98,8 @@ void FlockSingleInstance::whenCalled(
 {
     closeDoor();             // its end would take the place of a new one away
     if (m_descriptor >= 0) { // the place of the socket belongs to the lock's holder
-        m_door = std::make_unique<InstanceDoor>(socketPath(m_name), longest, std::move(handler));
+        m_door =
+            std::make_unique<InstanceDoor>(runtimePath(m_name, socketSuffix), longest, std::move(handler));
     }
 }
 
@@ -90,7 +111,13 @@ void FlockSingleInstance::closeDoor()
 SingleInstance::CallResult FlockSingleInstance::call(const QString &name, const QByteArray &message,
                                                      int waitMs)
 {
-    return callInstance(socketPath(name), message, waitMs);
+    for (const QString &path : runtimePaths(name, socketSuffix)) {
+        const CallResult result = callInstance(path, message, waitMs);
+        if (result.reached) {
+            return result;
+        }
+    }
+    return {};
 }
 
 void FlockSingleInstance::release()

@@ -11,7 +11,7 @@ namespace mevo {
 
 namespace {
 
-constexpr int starvedFactor = 5;
+constexpr int mostMs = 10000; // on a machine that gives it no processor
 
 /// State letter, and how often the process has gone to sleep or been put aside.
 struct Sample
@@ -49,9 +49,19 @@ qint64 starvedMs(qint64 processId)
     return numbers.size() < 2 ? 0 : numbers[1].toLongLong() / 1000000;
 }
 
+bool isStopped(const Sample &sample)
+{
+    return sample.state == 'T' || sample.state == 't';
+}
+
 } // namespace
 
-ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::function<void()> &beforeLook)
+bool isStopped(qint64 processId)
+{
+    return isStopped(sampleOf(processId));
+}
+
+ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::function<bool()> &goOn)
 {
     QElapsedTimer whole, quiet;
     whole.start();
@@ -59,14 +69,14 @@ ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::f
     QByteArray last;
     const qint64 starvedBefore = starvedMs(processId);
     while (true) {
-        if (beforeLook) {
-            beforeLook();
+        if (goOn && !goOn()) {
+            return ProcessState::Busy;
         }
         const Sample sample = sampleOf(processId);
         if (sample.state == 0) {
             return ProcessState::Unknown;
         }
-        if (sample.state == 'T' || sample.state == 't') {
+        if (isStopped(sample)) {
             return ProcessState::Stopped;
         }
         if (sample.state != 'S' || sample.switches != last) {
@@ -76,8 +86,8 @@ ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::f
             return ProcessState::Quiet;
         }
         const qint64 elapsed = whole.elapsed();
-        if (elapsed >= limitMs && (elapsed - (starvedMs(processId) - starvedBefore) >= limitMs ||
-                                   elapsed >= starvedFactor * limitMs)) {
+        if (elapsed >= limitMs &&
+            (elapsed - (starvedMs(processId) - starvedBefore) >= limitMs || elapsed >= mostMs)) {
             return ProcessState::Busy;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));

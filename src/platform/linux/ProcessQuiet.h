@@ -8,16 +8,18 @@ namespace mevo {
 
 enum class ProcessState {
     Quiet,   ///< it has slept, waiting for something to happen
-    Busy,    ///< it never did
+    Busy,    ///< it has not
     Stopped, ///< it does not run at all, as under a debugger
     Unknown, ///< there is no such process, or not one that may be looked at
 };
 
 /// Waits until the main thread of a process has slept without a break for `quietMs`. A program that has input
 /// to read does not: it runs, or waits for the processor. Gives up after `limitMs` in which it had one to run
-/// on, and after five times that; an unknown process is not waited for. `beforeLook` is called before each
-/// look at it.
-ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs,
-                        const std::function<void()> &beforeLook = {});
+/// on, or else after 10 s; an unknown process is not waited for. `goOn` is called before each look at it, and
+/// gives up at once with false.
+ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::function<bool()> &goOn = {});
+
+/// Whether a process does not run at all; false when there is none, or none that may be looked at.
+bool isStopped(qint64 processId);
 
 } // namespace mevo

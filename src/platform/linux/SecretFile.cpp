@@ -1,5 +1,6 @@
 #include "platform/linux/SecretFile.h"
 
+#include <QCryptographicHash>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -66,16 +67,14 @@ bool isSecretFileRemovable(const QString &path)
     return false;
 }
 
+QString secretAsideName(const QByteArray &content)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
+}
+
 bool setSecretFileAside(const QString &path, const QByteArray &content)
 {
-    QString beside = path + QStringLiteral(".unreadable");
-    for (int number = 2; QFileInfo::exists(beside); ++number) {
-        if (readSecretFile(beside) == content) {
-            return true;
-        }
-        beside = QStringLiteral("%1.unreadable-%2").arg(path).arg(number);
-    }
-    return writeSecretFile(beside, content);
+    return writeSecretFile(path + QStringLiteral(".unreadable-") + secretAsideName(content), content);
 }
 
 } // namespace mevo

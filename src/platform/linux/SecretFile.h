@@ -18,8 +18,10 @@ bool writeSecretFile(const QString &path, const QByteArray &content);
 /// There is no such file, or nothing is seen that would keep it from being taken away. Else a log line.
 bool isSecretFileRemovable(const QString &path);
 
-/// Keeps `content` in a file of mode 0600 of its own beside the file of that path, as "PATH.unreadable". One
-/// that holds it already will do.
+/// By what a text that is set aside is found again, so that it is not there twice: letters and digits.
+QString secretAsideName(const QByteArray &content);
+
+/// Keeps `content` in a file of mode 0600 of its own beside the file of that path, as "PATH.unreadable-NAME".
 bool setSecretFileAside(const QString &path, const QByteArray &content);
 
 } // namespace mevo

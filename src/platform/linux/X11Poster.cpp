@@ -1,11 +1,9 @@
 #include "platform/linux/X11Poster.h"
 
-#include "platform/linux/ProcessQuiet.h"
 #include "platform/linux/ScreenLock.h"
 
 #include <QDebug>
 #include <QElapsedTimer>
-#include <QSysInfo>
 
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
@@ -14,30 +12,13 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 
 namespace mevo {
 
 namespace {
 
-// Where the target answers no ping it has taken its keys when its program sleeps again,
-constexpr int quietMs = 20;
-constexpr int quietLimitMs = 2000; // of its own time
-// and where that cannot be seen either it is given a time: before keys are bound anew, and at the end.
-constexpr int drainMs = 40;
-constexpr int lastDrainMs = 150;
-// An office keeps what it is typed for up to 20 ms before it goes into the text.
-constexpr int settledMs = 50;
-constexpr int settledLimitMs = 10000;
-constexpr int behindLookMs = 100;
 constexpr int grabTimeoutMs = 2000;
 constexpr int grabRetryMs = 10;
-
-void pause(int milliseconds)
-{
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-}
 
 const char *nameOf(PostStop stop)
 {
@@ -70,7 +51,7 @@ const char *nameOf(PostStop stop)
 
 X11Poster::X11Poster(const ScreenLock &lock)
     : m_lock(lock)
-    , m_ping(m_connection)
+    , m_waits(m_connection)
 {
     Display *display = m_connection.display();
     int event = 0, error = 0, major = 0, minor = 0, opcode = 0;
@@ -96,6 +77,10 @@ X11Poster::X11Poster(const ScreenLock &lock)
 X11Poster::~X11Poster()
 {
     m_second.reset();
+    if (m_keys) {
+        lookBehind(); // what a program that hangs has yet to take is unbound by the next one of us
+        m_keys->keepAtEnd(m_behind.struck());
+    }
     m_keys.reset();
 }
 
@@ -108,14 +93,14 @@ PostResult X11Poster::post(WindowId window, const QString &text)
     }
     if (!m_keys->checkMap()) {
         m_oneState = false;
-        m_slots = std::make_unique<ScratchSlots>(m_keys->count());
+        startSlots();
     }
     if (m_keys->count() == 0) {
         result.stop = PostStop::NoKeys;
         return result;
     }
-    m_ping.listen(true);
-    const Target target = targetOf(window);
+    m_waits.listen(true);
+    const X11Target target = x11Target(m_connection, window);
     limitStates(target.habits.oneState);
     const int typable = typableLength(text, target.habits);
     const int slotsBefore = m_keys->count();
@@ -127,7 +112,7 @@ PostResult X11Poster::post(WindowId window, const QString &text)
         result.posted = typable;
         result.stop = PostStop::Untypable;
     }
-    m_ping.listen(false);
+    m_waits.listen(false);
     m_connection.discardEvents();
     result.complete = result.stop == PostStop::AtEnd;
     if (result.complete) {
@@ -139,7 +124,7 @@ PostResult X11Poster::post(WindowId window, const QString &text)
     return result;
 }
 
-PostStop X11Poster::typeInto(const Target &target, const QString &text, int &taken)
+PostStop X11Poster::refusal(const X11Target &target) const
 {
     if (!m_connection.exists(target.window)) {
         return PostStop::Gone;
@@ -147,159 +132,158 @@ PostStop X11Poster::typeInto(const Target &target, const QString &text, int &tak
     if (!m_connection.isViewable(target.window)) {
         return PostStop::Hidden;
     }
-    if (m_lock.isLocked()) {
-        return PostStop::ScreenLocked;
+    return m_lock.isLocked() ? PostStop::ScreenLocked : PostStop::AtEnd;
+}
+
+PostStop X11Poster::typeInto(const X11Target &target, const QString &text, int &taken)
+{
+    PostStop stop = refusal(target);
+    if (stop != PostStop::AtEnd) {
+        return stop;
     }
     // A program that hangs is sent nothing: when it wakes it would take what has been offered elsewhere.
-    if (target.answersPing) {
-        m_ping.send(target.topLevel);
-    }
-    bool asked = target.answersPing;
-    if (asked && m_behind == target.topLevel) {
-        // What it was sent before would be translated by the keys that are bound now.
-        asked = false;
-        const PostStop stop = awaitAnswer(X11Ping::timeoutMs);
+    bool answered = false;
+    if (m_behind.contains(target)) {
+        m_waits.ask(target);
+        stop = m_waits.awaitAnswer(target);
         if (stop != PostStop::AtEnd) {
             return stop;
         }
-        m_behind = 0;
+        answered = true;
+        if (target.answersPing || m_waits.hasCaughtUp(target)) {
+            m_behind.remove(target);
+            holdSlots();
+        }
     }
+    findFreeSlots();
+    if (!answered) {
+        m_waits.ask(target);
+    }
+    return typeBatches(target, text, answered, taken);
+}
+
+PostStop X11Poster::typeBatches(const X11Target &target, const QString &text, bool answered, int &taken)
+{
     bool first = true;
     int sent = 0;
+    m_underWay.clear();
     PostingPlan plan(text, *m_slots, target.habits);
     while (!plan.atEnd()) {
-        const PostBatch batch = plan.next();
-        if (!first && batch.after != PostBatch::After::Nothing) {
-            const PostStop stop = awaitTaken(target, drainMs);
+        if (!first) {
+            // Each batch but the first begins with a key that is bound anew, or with a pause.
+            const PostStop stop = awaitTaken(target, X11Waits::drainMs);
             if (stop != PostStop::AtEnd) {
-                m_slots->clear(); // the keys of this batch have not been bound
                 return stop;
             }
             taken = sent;
+            findFreeSlots();
         }
-        if (!m_keys->bind(batch.rebind)) {
+        const PostBatch batch = plan.next();
+        if (batch.strokes.empty() || !m_keys->bind(batch.rebind)) {
             m_oneState = false;
-            m_slots = std::make_unique<ScratchSlots>(m_keys->count());
-            taken = sent; // what went before has been waited for
+            startSlots();
             return PostStop::NoKeys;
         }
-        if (asked) {
-            asked = false;
-            const PostStop stop = awaitAnswer(X11Ping::timeoutMs);
+        if (!answered) {
+            answered = true;
+            const PostStop stop = m_waits.awaitAnswer(target);
             if (stop != PostStop::AtEnd) {
                 return stop;
             }
         }
-        PostStop stop = batch.after == PostBatch::After::Settled ? awaitSettled(target) : PostStop::AtEnd;
+        PostStop stop =
+            batch.after == PostBatch::After::Settled ? m_waits.awaitSettled(target) : PostStop::AtEnd;
+        if (stop == PostStop::AtEnd) {
+            stop = send(target, batch);
+        }
         if (stop != PostStop::AtEnd) {
             return stop;
         }
-        stop = send(target, batch);
-        if (stop != PostStop::AtEnd) {
-            if (!first && awaitTaken(target, lastDrainMs) == PostStop::AtEnd) {
-                taken = sent;
-            }
-            return stop;
-        }
-        if (!batch.strokes.empty()) {
-            first = false;
-            sent = batch.strokes.back().end;
+        first = false;
+        sent = batch.strokes.back().end;
+        for (const PostStroke &stroke : batch.strokes) {
+            m_underWay.push_back(stroke.slot);
         }
     }
-    const PostStop stop = first ? PostStop::AtEnd : awaitTaken(target, lastDrainMs);
+    const PostStop stop = first ? PostStop::AtEnd : awaitTaken(target, X11Waits::lastDrainMs);
     if (stop == PostStop::AtEnd) {
         taken = sent;
     }
     return stop;
 }
 
-PostStop X11Poster::awaitAnswer(int limitMs)
+PostStop X11Poster::awaitTaken(const X11Target &target, int drain)
 {
-    switch (m_ping.await(limitMs)) {
-    case X11Ping::Answer::Given:
-        return PostStop::AtEnd;
-    case X11Ping::Answer::Gone:
-        return PostStop::Gone;
-    case X11Ping::Answer::Silence:
-        break;
-    }
-    return PostStop::Hung;
-}
-
-PostStop X11Poster::awaitTaken(const Target &target, int drain)
-{
-    if (target.answersPing) {
-        m_ping.send(target.topLevel);
-        const PostStop stop = awaitAnswer(takenLimitMs);
-        if (stop != PostStop::AtEnd) {
-            m_behind = stop == PostStop::Hung ? target.topLevel : 0;
-            return stop;
-        }
+    const X11Waits::Taken taken = m_waits.awaitTaken(target, drain);
+    if (taken.maybeBehind) {
+        m_behind.add(target, m_underWay);
     } else {
-        // A program that waits for a slow server sleeps as well, but does not once the server has answered
-        // us.
-        const auto askServer = [this] { XSync(m_connection.display(), False); };
-        switch (awaitQuiet(target.processId, quietMs, quietLimitMs, askServer)) {
-        case ProcessState::Stopped:
-            return PostStop::Hung;
-        case ProcessState::Unknown:
-            pause(drain);
-            break;
-        case ProcessState::Quiet:
-        case ProcessState::Busy:
-            break;
+        m_behind.remove(target);
+    }
+    m_underWay.clear();
+    holdSlots();
+    return taken.stop;
+}
+
+void X11Poster::holdSlots()
+{
+    std::vector<int> held = m_behind.struck();
+    if (m_oneState) {
+        for (int &slot : held) {
+            slot = slot < 0 ? slot : slot % m_keys->keyCount(); // no key of theirs gets another symbol
         }
     }
-    return m_connection.exists(target.window) ? PostStop::AtEnd : PostStop::Gone;
+    m_slots->hold(held);
 }
 
-PostStop X11Poster::awaitSettled(const Target &target)
+void X11Poster::lookBehind()
 {
-    switch (awaitQuiet(target.processId, settledMs, settledLimitMs)) {
-    case ProcessState::Unknown:
-        pause(lastDrainMs);
-        break;
-    case ProcessState::Quiet:
-        break;
-    case ProcessState::Stopped:
-    case ProcessState::Busy:
-        return PostStop::Hung;
+    if (!m_behind.isEmpty()) {
+        m_waits.listen(true);
+        m_behind.removeIf([this](const X11Target &target) { return m_waits.hasCaughtUp(target); });
+        m_waits.listen(false);
     }
-    return PostStop::AtEnd;
 }
 
-X11Poster::Target X11Poster::targetOf(WindowId window) const
+void X11Poster::findFreeSlots()
 {
-    Target target;
-    target.window = window;
-    target.topLevel = m_connection.topLevel(window);
-    target.answersPing = m_ping.isOffered(target.topLevel);
-    if (m_connection.text(target.topLevel, "WM_CLIENT_MACHINE") == QSysInfo::machineHostName()) {
-        target.processId = qint64(m_connection.firstItem(target.topLevel, m_connection.atom("_NET_WM_PID")));
+    if (m_slots->freeCount() > 0) {
+        return;
     }
-    target.habits =
-        typingHabits(m_connection.text(target.topLevel, "WM_CLASS").split(QChar(0), Qt::SkipEmptyParts));
-    return target;
+    lookBehind();
+    m_waits.listen(true);
+    holdSlots();
+    if (m_slots->freeCount() == 0) {
+        qWarning() << "Typing: no key is left but those that a program which hangs has yet to take";
+        m_behind.letSlotsGo();
+        holdSlots();
+    }
 }
 
-bool X11Poster::isFocused(const Target &target) const
+void X11Poster::startSlots()
+{
+    m_behind.letSlotsGo();
+    m_slots = std::make_unique<ScratchSlots>(m_keys->count());
+}
+
+bool X11Poster::isFocused(const X11Target &target) const
 {
     return m_connection.focus() == target.window;
 }
 
-PostStop X11Poster::send(const Target &target, const PostBatch &batch)
+PostStop X11Poster::send(const X11Target &target, const PostBatch &batch)
 {
     QElapsedTimer clock;
     clock.start();
     PostStop stop = sendAtOnce(target, batch);
-    while (stop == PostStop::KeyboardGrabbed && clock.elapsed() < grabTimeoutMs) {
-        pause(grabRetryMs); // a window switcher, a menu that is about to close
+    while (stop == PostStop::KeyboardGrabbed && clock.elapsed() < grabTimeoutMs && !m_waits.end().isOver()) {
+        X11Waits::pause(grabRetryMs); // a window switcher, a menu that is about to close
         stop = sendAtOnce(target, batch);
     }
     return stop;
 }
 
-PostStop X11Poster::sendAtOnce(const Target &target, const PostBatch &batch)
+PostStop X11Poster::sendAtOnce(const X11Target &target, const PostBatch &batch)
 {
     Display *display = m_connection.display();
     if (!isFocused(target) && !m_second) {
@@ -357,17 +341,15 @@ void X11Poster::giveFocusBack()
 
 bool X11Poster::rest()
 {
-    if (m_behind != 0 && m_connection.exists(m_behind)) {
-        m_ping.listen(true);
-        m_ping.send(m_behind);
-        const bool stillHangs = m_ping.await(behindLookMs) == X11Ping::Answer::Silence;
-        m_ping.listen(false);
-        if (stillHangs) {
-            m_connection.discardEvents();
-            return false;
-        }
+    if (!m_usable) {
+        return true;
     }
-    m_behind = 0;
+    lookBehind();
+    if (!m_behind.isEmpty()) {
+        holdSlots();
+        m_connection.discardEvents();
+        return false;
+    }
     m_second.reset();
     m_slots->clear();
     m_keys->release();
@@ -399,8 +381,9 @@ void X11Poster::limitStates(bool oneState)
 {
     if (oneState != m_oneState) {
         m_oneState = oneState;
-        m_keys->release();
+        m_keys->release(m_behind.struck());
         m_slots = std::make_unique<ScratchSlots>(oneState ? m_keys->keyCount() : m_keys->count());
+        holdSlots();
     }
 }
 

@@ -90,7 +90,7 @@ X11ScratchKeys::X11ScratchKeys(X11Connection &connection)
 
 X11ScratchKeys::~X11ScratchKeys()
 {
-    release();
+    release(m_keptAtEnd);
     XDestroyWindow(m_connection.display(), m_owner);
 }
 
@@ -310,11 +310,17 @@ bool X11ScratchKeys::checkMap()
     return false;
 }
 
-void X11ScratchKeys::release()
+void X11ScratchKeys::release(const std::vector<int> &kept)
 {
     std::vector<int> keys;
+    bool keepsAny = false;
     for (std::size_t slot = 0; slot < m_symbols.size(); ++slot) {
-        if (m_symbols[slot] != 0) {
+        if (m_symbols[slot] == 0) {
+            continue;
+        }
+        if (std::find(kept.begin(), kept.end(), static_cast<int>(slot)) != kept.end()) {
+            keepsAny = true;
+        } else {
             keys.push_back(static_cast<int>(slot) % keyCount());
             m_symbols[slot] = 0;
         }
@@ -322,7 +328,7 @@ void X11ScratchKeys::release()
     if (!keys.empty()) {
         setMap(keys);
     }
-    mark(false);
+    mark(keepsAny);
     XSync(m_connection.display(), False);
 }
 

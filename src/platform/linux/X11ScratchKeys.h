@@ -49,8 +49,10 @@ public:
     /// Then, and where nothing was bound, the free keys are looked for anew: count() may change, and nothing
     /// is bound.
     bool checkMap();
-    /// Unbinds every slot and takes the mark away.
-    void release();
+    /// Unbinds every slot but those of `kept`, and takes the mark away unless one of them is bound.
+    void release(const std::vector<int> &kept = {});
+    /// Slots that stay bound, and marked, when this ends: the next one of us unbinds them.
+    void keepAtEnd(const std::vector<int> &kept) { m_keptAtEnd = kept; }
 
 private:
     /// A type of key that the map has, in which one modifier chooses between two sets of levels, whatever
@@ -77,6 +79,7 @@ private:
     std::vector<X11KeyState> m_states{{}};
     TwoSets m_type;
     std::vector<KeySymbol> m_symbols; ///< by slot, 0 for none
+    std::vector<int> m_keptAtEnd;
     unsigned long m_owner = 0;
     bool m_marked = false;
 };

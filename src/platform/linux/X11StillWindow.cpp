@@ -11,6 +11,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 namespace mevo {
 
@@ -94,11 +95,10 @@ bool X11StillWindow::hold(WindowId window, const QImage &look)
 
 void X11StillWindow::release()
 {
-    if (m_window == 0 || QX11Info::connection() == nullptr) {
+    const auto id = static_cast<xcb_window_t>(std::exchange(m_window, 0));
+    if (id == 0 || QX11Info::connection() == nullptr) {
         return;
     }
-    const auto id = static_cast<xcb_window_t>(m_window);
-    m_window = 0;
     const uint32_t values[] = {XCB_BACK_PIXMAP_NONE, m_eventMask};
     xcb_change_window_attributes(QX11Info::connection(), id, XCB_CW_BACK_PIXMAP | XCB_CW_EVENT_MASK, values);
     constexpr uint8_t tellOfIt = 1;

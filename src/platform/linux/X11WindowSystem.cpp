@@ -33,6 +33,9 @@ public:
         });
         return m_poster->isUsable();
     }
+    /// From any thread: texts that have not been begun stay untyped, and the one under way is waited for no
+    /// longer than WaitEnd::lastMs.
+    void endSoon() { m_poster->waits().endSoon(); }
     void finish()
     {
         m_rest.reset();
@@ -40,6 +43,10 @@ public:
     }
     PostResult post(WindowId window, const QString &text)
     {
+        if (m_poster->waits().end().hasBegun()) {
+            qWarning() << "Typing:" << text.size() << "characters are not typed any more, the program ends";
+            return {};
+        }
         const PostResult result = m_poster->post(window, text);
         m_rest->start(X11Poster::restAfterMs);
         return result;
@@ -62,7 +69,8 @@ X11WindowSystem::X11WindowSystem()
 
 X11WindowSystem::~X11WindowSystem()
 {
-    // What is queued is still typed: it has been said.
+    // Whoever ends has kept what is still on its way: nobody is told any more what becomes of it.
+    m_worker->endSoon();
     QMetaObject::invokeMethod(
         m_worker, [this] { m_worker->finish(); }, Qt::BlockingQueuedConnection);
     m_thread.quit();

@@ -11,6 +11,13 @@ class QObject;
 
 namespace mevo {
 
+/// What has become of the user's latest changes.
+enum class AccountsUnkept {
+    None,    ///< they are kept
+    Waiting, ///< not where accounts are kept, but the next start has them, too
+    InMemory ///< they last for this run alone
+};
+
 /// What the settings ask of the program about the user's own accounts. Nothing here waits.
 class AccountsHost
 {
@@ -21,10 +28,13 @@ public:
     virtual AccountSource accountInForce(AccountService service) const = 0;
     /// Where the accounts are kept; nowhere while there are none.
     virtual SecretPlace accountsPlace() const = 0;
-    /// The kept accounts could not be read yet: the keyring stays locked, or does not answer.
-    virtual bool accountsLocked() const = 0;
-    /// Changes could not be kept yet, and last for this run alone unless a later attempt succeeds.
-    virtual bool accountsUnkept() const = 0;
+    /// The place whose accounts could not be read yet: a keyring that stays locked or does not answer, or a
+    /// file that cannot be read. Nowhere when all have been read.
+    virtual SecretPlace accountsUnread() const = 0;
+    /// Whether changes could not be kept yet; it is tried again.
+    virtual AccountsUnkept accountsUnkept() const = 0;
+    /// Looks once more where nothing was to be read before, without asking the user.
+    virtual void rereadAccounts() = 0;
 
     /// Puts the accounts in force at once, and keeps what of it is a change. How that ends shows in the
     /// above; the dialog is then filled again.

@@ -70,6 +70,7 @@ void CSettingDialog::showEvent(QShowEvent *event)
     m_methodWanted = false;
     fillMicrophones();
     updateUI();
+    m_accounts->open();
     m_watch.start();
     watchMicrophone(true);
     m_host.checkForUpdate(mevo::SettingsHost::UpdateWish::Opened);

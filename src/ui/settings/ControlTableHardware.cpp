@@ -76,8 +76,9 @@ std::vector<ControlRow> softwareRows()
         button("pushButton_CheckUpdate", QT_TRANSLATE_NOOP("CSettingDialog", "检查更新")).line(),
         button("pushButton_DrvDownload", QT_TRANSLATE_NOOP("CSettingDialog", "驱动下载")),
         button("pushButton_Manual", QT_TRANSLATE_NOOP("CSettingDialog", "产品使用说明")),
+        button("pushButton_FirstStart", QT_TRANSLATE_NOOP("CSettingDialog", "开始使用"))
+            .tip(QT_TRANSLATE_NOOP("CSettingDialog", "检查账号、接收器和麦克风是否可用")),
         button("pushButton_WebAddress", QT_TRANSLATE_NOOP("CSettingDialog", "官方网站")),
-        button("pushButton_FirstStart", QT_TRANSLATE_NOOP("CSettingDialog", "开始使用")),
         other(ControlKind::Caption, "label_SupportContact").line(),
         other(ControlKind::Caption, "label_SupportEmail").line(),
         other(ControlKind::Caption, "label_RunFigures").when(ShownWhen::RunFigures).line(),

@@ -58,26 +58,23 @@ SettingAccounts::SettingAccounts(const QHash<QString, QWidget *> &controls, Acco
     , m_kept(static_cast<QLabel *>(controls.value(QStringLiteral("label_OwnAccountsKept"))))
 {
     m_services.reserve(accountServices.size()); // its elements are referred to
-    add(AccountService::Baidu, {QStringLiteral("ApiKey"), QStringLiteral("SecretKey")},
-        QStringLiteral("OwnBaidu"), controls);
-    add(AccountService::Tencent, {QStringLiteral("SecretId"), QStringLiteral("SecretKey")},
-        QStringLiteral("OwnTencent"), controls);
-    add(AccountService::XunFei,
-        {QStringLiteral("AppId"), QStringLiteral("ApiKey"), QStringLiteral("ApiSecret")},
-        QStringLiteral("OwnXunFei"), controls);
-    add(AccountService::BaiduTranslate, {QStringLiteral("AppId"), QStringLiteral("Key")},
-        QStringLiteral("OwnBaiduTranslate"), controls);
+    for (const AccountService service : accountServices) {
+        add(service, controls);
+    }
     letWrap(m_kept, true);
 }
 
-void SettingAccounts::add(AccountService id, const QStringList &fields, const QString &name,
-                          const QHash<QString, QWidget *> &controls)
+/// Its controls have the names of the kept text's.
+void SettingAccounts::add(AccountService id, const QHash<QString, QWidget *> &controls)
 {
+    const QString name = QStringLiteral("Own") + accountServiceName(id);
+    const QStringList fields = accountFields(id);
     const auto button = [&](const char *what) {
         return static_cast<QPushButton *>(controls.value(QLatin1String(what) + name));
     };
     auto *told = static_cast<QLabel *>(controls.value(QStringLiteral("label_") + name));
-    m_services.push_back({id, {}, button("pushButton_Check"), button("pushButton_Remove"), told, {}, {}});
+    m_services.push_back(
+        {id, {}, button("pushButton_Check"), button("pushButton_Remove"), told, {}, {}, 0, {}});
     Service &service = m_services.back();
     for (const QString &field : fields) {
         auto *line = static_cast<QLineEdit *>(controls.value(QStringLiteral("lineEdit_") + name + field));
@@ -124,7 +121,7 @@ void SettingAccounts::store(Service &service)
         line->clear();
     }
     if (typed) {
-        service.verdict.clear();
+        forgetCheck(service);
         keep(accounts);
     }
 }
@@ -149,13 +146,25 @@ void SettingAccounts::check(Service &service)
         return;
     }
     service.verdict = say(QT_TRANSLATE_NOOP("CSettingDialog", "正在检查……"));
+    service.checked = m_host.ownAccounts().values(service.id);
     service.check->setEnabled(false);
-    m_host.checkAccount(service.id, this, [this, &service](const AccountVerdict &verdict) {
-        service.verdict = accountVerdictText(verdict);
-        service.check->setEnabled(true);
-        fill(service);
+    const int number = ++service.checks;
+    m_host.checkAccount(service.id, this, [this, &service, number](const AccountVerdict &verdict) {
+        if (number == service.checks) {
+            service.verdict = accountVerdictText(verdict);
+            service.check->setEnabled(true);
+            fill(service);
+        }
     });
     fill(service);
+}
+
+/// The account is another one, and so is what can be said of it.
+void SettingAccounts::forgetCheck(Service &service)
+{
+    service.verdict.clear();
+    ++service.checks;
+    service.check->setEnabled(true);
 }
 
 void SettingAccounts::remove(Service &service)
@@ -164,24 +173,28 @@ void SettingAccounts::remove(Service &service)
         line->clear();
     }
     service.refusal.clear();
-    service.verdict.clear();
+    forgetCheck(service);
     OwnAccounts accounts = m_host.ownAccounts();
     accounts.remove(service.id);
     keep(accounts);
+}
+
+void SettingAccounts::open()
+{
+    m_host.rereadAccounts();
 }
 
 void SettingAccounts::close()
 {
     m_host.endAccountChecks();
     for (Service &service : m_services) {
-        service.verdict.clear();
-        service.check->setEnabled(true);
+        forgetCheck(service);
     }
 }
 
 void SettingAccounts::fill()
 {
-    for (const Service &service : m_services) {
+    for (Service &service : m_services) {
         fill(service);
     }
     m_kept->setText(keptText());
@@ -190,13 +203,30 @@ void SettingAccounts::fill()
 QString SettingAccounts::keptText() const
 {
     QStringList troubles;
-    if (m_host.accountsLocked()) {
+    switch (m_host.accountsUnread()) {
+    case SecretPlace::Nowhere:
+        break;
+    case SecretPlace::Desktop:
         troubles.append(say(QT_TRANSLATE_NOOP(
-            "CSettingDialog", "系统的密钥环没有解锁或没有回应，以前保存的账号暂时不能使用。")));
+            "CSettingDialog", "系统的密钥环没有解锁或没有回应，其中保存的账号暂时不能使用。")));
+        break;
+    case SecretPlace::File:
+        troubles.append(
+            say(QT_TRANSLATE_NOOP("CSettingDialog", "保存账号的文件无法读取，其中的账号暂时不能使用。")));
+        break;
     }
-    if (m_host.accountsUnkept()) {
+    switch (m_host.accountsUnkept()) {
+    case AccountsUnkept::None:
+        break;
+    case AccountsUnkept::Waiting:
+        troubles.append(say(QT_TRANSLATE_NOOP(
+            "CSettingDialog",
+            "账号的改动暂存在只有您本人可以读取的文件中，退出软件也不会丢失，稍后会自动保存。")));
+        break;
+    case AccountsUnkept::InMemory:
         troubles.append(say(QT_TRANSLATE_NOOP(
             "CSettingDialog", "账号的改动还没有保存下来，会自动重试；如果先退出软件，改动会丢失。")));
+        break;
     }
     if (!troubles.isEmpty()) {
         return troubles.join(QLatin1Char('\n'));
@@ -212,9 +242,12 @@ QString SettingAccounts::keptText() const
     return say(QT_TRANSLATE_NOOP("CSettingDialog", "在各服务商的网站申请账号，填写后优先使用自己的账号。"));
 }
 
-void SettingAccounts::fill(const Service &service)
+void SettingAccounts::fill(Service &service)
 {
     const OwnAccounts::Values &values = m_host.ownAccounts().values(service.id);
+    if (!service.verdict.isEmpty() && service.checked != values) {
+        forgetCheck(service);
+    }
     for (std::size_t field = 0; field < service.fields.size(); ++field) {
         const QString &value = values[field];
         service.fields[field]->setPlaceholderText(value.isEmpty()

@@ -24,10 +24,12 @@ public:
     /// `controls` are the dialog's, by their names. They and `host` must outlive this object.
     SettingAccounts(const QHash<QString, QWidget *> &controls, AccountsHost &host, QObject *parent);
 
-    /// Shows what is kept and in force. What is being typed, and what a check has said, stays.
+    /// Shows what is kept and in force. What is being typed stays, and what a check has said of what is kept.
     void fill();
     /// Stores what has been typed.
     void store();
+    /// The dialog is shown: what could not be read before is looked for once more.
+    void open();
     /// The dialog is closed: checks end, and what they have said is over.
     void close();
 
@@ -39,17 +41,19 @@ private:
         QPushButton *check;
         QPushButton *remove;
         QLabel *told;
-        QString verdict; ///< of the last check, empty for none
-        QString refusal; ///< why what stands in the fields has not been stored, empty for none
+        QString verdict;             ///< of the last check, empty for none
+        OwnAccounts::Values checked; ///< what that was about
+        int checks = 0;              ///< how many have been asked for, or are over
+        QString refusal;             ///< why what stands in the fields has not been stored, empty for none
     };
-    void add(AccountService id, const QStringList &fields, const QString &name,
-             const QHash<QString, QWidget *> &controls);
+    void add(AccountService id, const QHash<QString, QWidget *> &controls);
     void edited(Service &service);
     void store(Service &service);
     void check(Service &service);
     void remove(Service &service);
     void keep(const OwnAccounts &accounts);
-    void fill(const Service &service);
+    void forgetCheck(Service &service);
+    void fill(Service &service);
     QString situation(const Service &service) const;
     QString keptText() const;
 

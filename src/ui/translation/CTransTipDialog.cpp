@@ -3,6 +3,7 @@
 #include "translation/TranslationLanguages.h"
 #include "ui/OwnWidget.h"
 #include "ui/Picture.h"
+#include "ui/ScreenWatch.h"
 #include "ui/translation/SendChoices.h"
 #include "ui/translation/TransFace.h"
 #include "ui/translation/TransPlace.h"
@@ -75,7 +76,7 @@ CTransTipDialog::CTransTipDialog(mevo::TransWindowHost &host, QWidget *parent)
     QMetaObject::connectSlotsByName(this);
     m_constructed = true;
     HandleGetForeWin();
-    watchScreens();
+    mevo::watchScreens(this, [this] { keepOnScreen(); });
 }
 
 CTransTipDialog::~CTransTipDialog() = default;
@@ -91,19 +92,6 @@ void CTransTipDialog::keepOnScreen()
     if (place != pos()) {
         move(place);
     }
-}
-
-void CTransTipDialog::watchScreens()
-{
-    const auto watch = [this](const QScreen *screen) {
-        connect(screen, &QScreen::availableGeometryChanged, this, &CTransTipDialog::keepOnScreen);
-    };
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        watch(screen);
-    }
-    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &CTransTipDialog::keepOnScreen,
-            Qt::QueuedConnection);
 }
 
 // Texts in, translations out.

@@ -117,7 +117,6 @@ private:
     void numberChosen(int &number, const char *key, const QString &text);
     void readByItself(bool source, bool dest);
     void keepOnScreen();
-    void watchScreens();
     std::vector<mevo::SpokenText> takeUntold();
     void readNow();
     /// Reads what is selected, or a whole pane.

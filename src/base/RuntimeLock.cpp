@@ -1,4 +1,4 @@
-#include "patchrunner/ProgramLock.h"
+#include "base/RuntimeLock.h"
 
 #include "base/RuntimePath.h"
 
@@ -6,12 +6,17 @@
 #include <QFile>
 #include <QThread>
 
+#include <cerrno>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace mevo::patchrunner {
+namespace mevo {
+
+const QString programLockName = QStringLiteral("mevoinput");
+const QString updaterLockName = QStringLiteral("mevoupdate");
 
 namespace {
 
@@ -19,12 +24,13 @@ constexpr unsigned long pollMs = 20;
 
 } // namespace
 
-bool ProgramLock::acquire(int timeoutMs)
+bool RuntimeLock::acquire(int timeoutMs)
 {
+    m_taken = false;
     if (m_descriptor >= 0) {
         return true;
     }
-    const QString path = runtimePath(QStringLiteral("mevoinput"), QStringLiteral(".lock"));
+    const QString path = runtimePath(m_name, QStringLiteral(".lock"));
     const int descriptor =
         open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     struct stat info = {};
@@ -38,6 +44,7 @@ bool ProgramLock::acquire(int timeoutMs)
     timer.start();
     while (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         if (timer.hasExpired(timeoutMs)) {
+            m_taken = errno == EWOULDBLOCK;
             close(descriptor);
             return false;
         }
@@ -47,7 +54,7 @@ bool ProgramLock::acquire(int timeoutMs)
     return true;
 }
 
-void ProgramLock::release()
+void RuntimeLock::release()
 {
     if (m_descriptor >= 0) {
         close(m_descriptor);
@@ -55,4 +62,4 @@ void ProgramLock::release()
     }
 }
 
-} // namespace mevo::patchrunner
+} // namespace mevo

@@ -1,0 +1,83 @@
+#include "service/CountWrites.h"
+
+#include "service/Statements.h"
+#include "state/MainState.h"
+
+namespace mevo {
+
+CountWrite translationWrite(MainState &state)
+{
+    const int count = state.dayCounts.used(CountColumn::Translation);
+    return {
+        state.dayCounts.receiver(), CountColumn::Translation, count,
+        deviceStatement(Statement::WriteDeviceColumns, state.SchemaName,
+                        {QStringLiteral("BDFY1MUsedQuantity=%1").arg(count), state.dayCounts.receiverId()})};
+}
+
+void CountWrites::add(const CountWrite &write)
+{
+    Lane &lane = m_lanes[{write.receiver, write.column}];
+    if (lane.number != 0) {
+        lane.waiting = write;
+        return;
+    }
+    send(write);
+}
+
+void CountWrites::send(const CountWrite &write)
+{
+    const Key key{write.receiver, write.column};
+    const int number = ++m_numbers;
+    m_lanes[key].number = number;
+    m_lanes[key].count = write.count;
+    const CallOff callOff = m_send(write, [this, key, number] { ended(key, number); });
+    if (m_lanes[key].number == number) {
+        m_lanes[key].callOff = callOff;
+    }
+}
+
+void CountWrites::ended(const Key &key, int number)
+{
+    Lane &lane = m_lanes[key];
+    if (lane.number != number) {
+        return; // called off
+    }
+    lane.number = 0;
+    lane.callOff = nullptr;
+    if (const auto waiting = std::exchange(lane.waiting, std::nullopt)) {
+        send(*waiting);
+    }
+}
+
+void CountWrites::callOff(Lane &lane)
+{
+    lane.number = 0;
+    if (const CallOff stop = std::exchange(lane.callOff, nullptr)) {
+        stop();
+    }
+}
+
+void CountWrites::overtake()
+{
+    for (auto &[key, lane] : m_lanes) {
+        if (const auto waiting = std::exchange(lane.waiting, std::nullopt)) {
+            callOff(lane);
+            send(*waiting);
+        }
+    }
+}
+
+void CountWrites::supersede(int receiver, CountColumn column, int count)
+{
+    const auto found = m_lanes.find({receiver, column});
+    if (found == m_lanes.end()) {
+        return;
+    }
+    Lane &lane = found->second;
+    lane.waiting.reset();
+    if (lane.number != 0 && lane.count != count) {
+        callOff(lane);
+    }
+}
+
+} // namespace mevo
