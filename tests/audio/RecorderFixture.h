@@ -5,45 +5,44 @@
 #include "state/MainState.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
+#include "support/Texts.h"
 
 #include <QBuffer>
 #include <QByteArray>
 #include <QList>
+#include <QTest>
 
 #include <functional>
 
 /// A host that keeps what the recorder hands over.
-class FakeHost : public RecorderHost
+class FakeHost : public Logged<RecorderHost>
 {
 public:
-    explicit FakeHost(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     void recognise(QBuffer *audio, const QAudioFormat &) override
     {
-        m_log.add(QStringLiteral("recognise"));
+        m_log.add("recognise"_s);
         sessions.append(audio->data());
         if (whileRecognising) {
             whileRecognising();
         }
     }
-    void sessionHandedOver() override { m_log.add(QStringLiteral("handed over")); }
-    void giveXunFeiUp() override { m_log.add(QStringLiteral("give up")); }
+    void sessionHandedOver() override { m_log.add("handed over"_s); }
+    void giveXunFeiUp() override { m_log.add("give up"_s); }
     bool refreshBaiduToken() override
     {
-        m_log.add(QStringLiteral("token"));
+        m_log.add("token"_s);
         return token;
     }
-    void openXunFeiSocket() override { m_log.add(QStringLiteral("socket open")); }
+    void openXunFeiSocket() override { m_log.add("socket open"_s); }
     bool xunFeiConnected() const override { return connected; }
     void sendXunFeiFrame(const QByteArray &block, int status) override
     {
         frames.append({status, QByteArray(block.constData(), block.size())});
     }
-    void closeXunFeiSocket() override { m_log.add(QStringLiteral("socket close")); }
-    void clearRunAsAdministrator() override { m_log.add(QStringLiteral("administrator clear")); }
-    void runBackendSql(const QString &statement) override { m_log.add(QStringLiteral("sql ") + statement); }
+    void closeXunFeiSocket() override { m_log.add("socket close"_s); }
+    void clearRunAsAdministrator() override { m_log.add("administrator clear"_s); }
+    void runBackendSql(const QString &statement) override { m_log.add("sql "_s + statement); }
 
     struct Frame
     {
@@ -55,9 +54,6 @@ public:
     std::function<void()> whileRecognising;
     bool token = true;
     bool connected = false;
-
-private:
-    CallLog &m_log;
 };
 
 /// A recorder among fakes, with the blocks that its meter signal announced.
@@ -74,8 +70,15 @@ struct RecorderFixture
                              lastBuffer = QByteArray(buffer.constData(), buffer.size());
                          });
     }
+    /// The key goes down, and audio comes.
+    void press()
+    {
+        const int before = blocks;
+        recorder.OnRecordStart();
+        QTRY_VERIFY(blocks > before);
+    }
     /// The messages that the user has seen.
-    QStringList messages() const { return fakes.log.calls(QStringLiteral("message ")); }
+    QStringList messages() const { return fakes.log.calls("message "_s); }
 
     FakePlatform fakes;
     MainState state;

@@ -2,6 +2,7 @@
 #include "audio/MicrophoneChoice.h"
 #include "audio/Samples.h"
 #include "service/Statements.h"
+#include "support/Rows.h"
 
 #include <QTest>
 
@@ -27,20 +28,19 @@ class AudioDecisionsTest : public QObject
 private slots:
     void leftChannel_data()
     {
-        QTest::addColumn<QByteArray>("stereo");
-        QTest::addColumn<QByteArray>("left");
+        const Rows<QByteArray, QByteArray> row; // stereo, left
         const QByteArray four = pcm({0x0101, -1, 0x0202, -2, 0x0303, -3, 0x0404, -4});
-        QTest::newRow("the last frame is zero") << four << pcm({0x0101, 0x0202, 0x0303, 0});
-        QTest::newRow("half a frame over") << four.left(14) << pcm({0x0101, 0x0202, 0x0303}) + '\0';
-        QTest::newRow("odd number of bytes") << four.left(13) << pcm({0x0101, 0x0202, 0});
-        QTest::newRow("one frame") << four.left(4) << pcm({0});
-        QTest::newRow("too short for a frame") << four.left(3) << QByteArray(1, '\0');
-        QTest::newRow("nothing") << QByteArray() << QByteArray();
+        row("the last frame is zero", four, pcm({0x0101, 0x0202, 0x0303, 0}));
+        row("half a frame over", four.left(14), pcm({0x0101, 0x0202, 0x0303}) + '\0');
+        row("odd number of bytes", four.left(13), pcm({0x0101, 0x0202, 0}));
+        row("one frame", four.left(4), pcm({0}));
+        row("too short for a frame", four.left(3), QByteArray(1, '\0'));
+        row("nothing", "", "");
     }
     void leftChannel()
     {
-        QFETCH(QByteArray, stereo);
-        QTEST(mevo::leftChannel(stereo.constData(), stereo.size()), "left");
+        const auto [stereo, left] = rowOf<QByteArray, QByteArray>();
+        QCOMPARE(mevo::leftChannel(stereo.constData(), stereo.size()), left);
     }
     void leftChannelOfFullBlock()
     {
@@ -52,28 +52,25 @@ private slots:
 
     void meter_data()
     {
-        QTest::addColumn<QByteArray>("block");
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("peak");
-        QTest::newRow("greatest, not last") << pcm({0x0501, 0x2001, 0x0301}) << 3 << 0x2001 * 20 / 50;
-        QTest::newRow("negative counts as silence") << pcm({-0x2001, -0x0101}) << 2 << 0;
-        QTest::newRow("silence ends the block") << pcm({0x0101, 0, 0x2001}) << 3 << 0x0101 * 20 / 50;
-        QTest::newRow("so does the low byte alone") << pcm({0x0101, 0x2000, 0x2001}) << 3 << 0x0101 * 20 / 50;
-        QTest::newRow("the high byte leaves its sample") << pcm({0x0055, 0x2001}) << 2 << 0x55 * 20 / 50;
-        QTest::newRow("starts with silence") << pcm({0, 0x2001}) << 2 << 0;
-        QTest::newRow("clamped") << pcm({0x7fff}) << 1 << mevo::MaxMeterPeak;
-        QTest::newRow("beyond the count") << pcm({0x0101, 0x2001}) << 1 << 0x0101 * 20 / 50;
-        QTest::newRow("count of bytes, block of half") << pcm({0x0101, 0x0201}) << 4 << 0x0201 * 20 / 50;
-        QTest::newRow("no count") << pcm({0x2001}) << 0 << 0;
-        QTest::newRow("count below nothing") << pcm({0x2001}) << -5 << 0;
-        QTest::newRow("empty") << QByteArray() << 640 << 0;
-        QTest::newRow("longer than the meter") << QByteArray(6000, '\x11') << 6000 << 0x1111 * 20 / 50;
+        const Rows<QByteArray, int, int> row; // block, count, peak
+        row("greatest, not last", pcm({0x0501, 0x2001, 0x0301}), 3, 0x2001 * 20 / 50);
+        row("negative counts as silence", pcm({-0x2001, -0x0101}), 2, 0);
+        row("silence ends the block", pcm({0x0101, 0, 0x2001}), 3, 0x0101 * 20 / 50);
+        row("so does the low byte alone", pcm({0x0101, 0x2000, 0x2001}), 3, 0x0101 * 20 / 50);
+        row("the high byte leaves its sample", pcm({0x0055, 0x2001}), 2, 0x55 * 20 / 50);
+        row("starts with silence", pcm({0, 0x2001}), 2, 0);
+        row("clamped", pcm({0x7fff}), 1, mevo::MaxMeterPeak);
+        row("beyond the count", pcm({0x0101, 0x2001}), 1, 0x0101 * 20 / 50);
+        row("count of bytes, block of half", pcm({0x0101, 0x0201}), 4, 0x0201 * 20 / 50);
+        row("no count", pcm({0x2001}), 0, 0);
+        row("count below nothing", pcm({0x2001}), -5, 0);
+        row("empty", "", 640, 0);
+        row("longer than the meter", QByteArray(6000, '\x11'), 6000, 0x1111 * 20 / 50);
     }
     void meter()
     {
-        QFETCH(QByteArray, block);
-        QFETCH(int, count);
-        QTEST(mevo::meterPeak(block, count, 20), "peak");
+        const auto [block, count, peak] = rowOf<QByteArray, int, int>();
+        QCOMPARE(mevo::meterPeak(block, count, 20), peak);
     }
     void meterLevels()
     {
@@ -85,35 +82,31 @@ private slots:
 
     void productMicrophone_data()
     {
-        QTest::addColumn<QStringList>("names");
-        QTest::addColumn<QString>("chosen");
-        const QString builtIn = QStringLiteral("Built-in Audio");
-        const QString own = QStringLiteral("USB mirandel Voice");
-        const QString other = QStringLiteral("OR Voice");
-        QTest::newRow("first of the list") << QStringList{builtIn, own, other} << own;
-        QTest::newRow("other order") << QStringList{other, own} << other;
-        QTest::newRow("case counts") << QStringList{QStringLiteral("or Mirandel qmz"),
-                                                    QStringLiteral("xQMZx")}
-                                     << QStringLiteral("xQMZx");
-        QTest::newRow("none") << QStringList{builtIn} << QString();
-        QTest::newRow("no microphone") << QStringList{} << QString();
+        const Rows<QStringList, QString> row; // names, chosen
+        const QString builtIn = "Built-in Audio"_s;
+        const QString own = "USB mirandel Voice"_s;
+        const QString other = "OR Voice"_s;
+        row("first of the list", {builtIn, own, other}, own);
+        row("other order", {other, own}, other);
+        row("case counts", {"or Mirandel qmz", "xQMZx"}, "xQMZx");
+        row("none", {builtIn}, "");
+        row("no microphone", {}, "");
     }
     void productMicrophone()
     {
-        QFETCH(QStringList, names);
-        QTEST(mevo::productMicrophone(names), "chosen");
+        const auto [names, chosen] = rowOf<QStringList, QString>();
+        QCOMPARE(mevo::productMicrophone(names), chosen);
     }
 
     void firstRunStatementKeepsPercentSigns()
     {
         const QString statement =
-            mevo::deviceStatement(mevo::Statement::FirstRunTencent, QStringLiteral("a%2b"),
-                                  {QStringLiteral("1"), QStringLiteral("01-02-030405")});
-        QCOMPARE(statement, QStringLiteral("update a%2b.device_serialid set DefaultRecEngine=10, "
-                                           "UseBDAPIPara ='0',ShowTXI='1', UseXFSDKPara = '0', "
-                                           "UseTXAPIPara='1', UseXFWAPIPara='0' , EnableASR3='0', "
-                                           "UseASR3Index='-1',UseBDFstPara = '1' where "
-                                           "DongleID='01-02-030405'"));
+            mevo::deviceStatement(mevo::Statement::FirstRunTencent, "a%2b"_s, {"1"_s, "01-02-030405"_s});
+        QCOMPARE(statement, "update a%2b.device_serialid set DefaultRecEngine=10, "
+                            "UseBDAPIPara ='0',ShowTXI='1', UseXFSDKPara = '0', "
+                            "UseTXAPIPara='1', UseXFWAPIPara='0' , EnableASR3='0', "
+                            "UseASR3Index='-1',UseBDFstPara = '1' where "
+                            "DongleID='01-02-030405'"_s);
     }
 };
 

@@ -1,4 +1,5 @@
 #include "audio/RecorderFixture.h"
+#include "support/Rows.h"
 
 #include <QTest>
 
@@ -12,7 +13,7 @@ class NoMicrophoneTest : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { home.remove(QStringLiteral("MEVOSetting.ini")); }
+    void cleanup() { home.remove("MEVOSetting.ini"_s); }
 
     void pressTellsTheUserAndEnds()
     {
@@ -22,8 +23,8 @@ private slots:
             f.recorder.UseTXASRApi = true;
             f.recorder.OnRecordStart();
             QCOMPARE(f.messages().size(), press);
-            QVERIFY(f.messages().last().contains(QStringLiteral("打开麦克风设备失败")));
-            QVERIFY(f.messages().last().endsWith(QStringLiteral("(3000)")));
+            QVERIFY(f.messages().last().contains("打开麦克风设备失败"_s));
+            QVERIFY(f.messages().last().endsWith("(3000)"_s));
             f.recorder.OnReadMore();
             f.recorder.OnRecordStop();
             QTRY_VERIFY(!f.recorder.isOpen());
@@ -34,7 +35,7 @@ private slots:
 
     void engineFlagsFromSettings()
     {
-        home.write(QStringLiteral("MEVOSetting.ini"),
+        home.write("MEVOSetting.ini"_s,
                    "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nUseXunFeiWebApi=true\n"
                    "EnableXunFeiWebApiDwa=1\n");
         RecorderFixture f;
@@ -52,30 +53,26 @@ private slots:
         f.recorder.BaiduTokenRefreshed = false;
         f.fakes.log.clear();
         f.recorder.OnRecordStart();
-        QVERIFY(!f.fakes.log.has(QStringLiteral("token")));
+        QVERIFY(!f.fakes.log.has("token"_s));
         f.recorder.BaiDuNoStreamApi = true;
         f.recorder.OnRecordStart();
         f.recorder.OnRecordStart();
-        QCOMPARE(f.fakes.log.calls(QStringLiteral("token")).size(), 1);
+        QCOMPARE(f.fakes.log.calls("token"_s).size(), 1);
         QVERIFY(!f.recorder.RecordStarting);
     }
 
     void firstRun_data()
     {
-        QTest::addColumn<bool>("device");
-        QTest::addColumn<bool>("online");
-        QTest::addColumn<bool>("backend");
-        QTest::newRow("all there") << true << true << true;
-        QTest::newRow("backend away") << true << true << false;
-        QTest::newRow("no device") << false << true << true;
-        QTest::newRow("no network") << true << false << true;
+        const Rows<bool, bool, bool> row; // device, online, backend
+        row("all there", true, true, true);
+        row("backend away", true, true, false);
+        row("no device", false, true, true);
+        row("no network", true, false, true);
     }
     void firstRun()
     {
-        QFETCH(bool, device);
-        QFETCH(bool, online);
-        QFETCH(bool, backend);
-        home.write(QStringLiteral("MEVOSetting.ini"),
+        const auto [device, online, backend] = rowOf<bool, bool, bool>();
+        home.write("MEVOSetting.ini"_s,
                    "[MainSetting]\nFirstRunApp=1\nUseXunFeiWebApi=1\nLocalEnableASR3=1\n");
         FakePlatform fakes;
         FakeHost host(fakes.log);
@@ -86,46 +83,42 @@ private slots:
         state.BackendReachable = backend;
         state.LocalEnableASR3 = true;
         state.LocalUseASR3Index = 2;
-        state.SchemaName = QStringLiteral("s");
+        state.SchemaName = "s"_s;
         AudioRecorder recorder(state, fakes.platform, host);
 
         const bool applied = device && online;
-        const QByteArray settings = home.read(QStringLiteral("MEVOSetting.ini"));
+        const QByteArray settings = home.read("MEVOSetting.ini"_s);
         QCOMPARE(recorder.UseTXASRApi, applied);
         QCOMPARE(recorder.UseXunFeiWebApi, !applied);
         QCOMPARE(state.LocalEnableASR3, !applied);
         QCOMPARE(state.LocalUseASR3Index, applied ? -1 : 2);
         QCOMPARE(settings.contains("FirstRunApp=0"), applied);
         QCOMPARE(settings.contains("LocalUseASR3Index=-1"), applied);
-        QCOMPARE(fakes.log.has(QStringLiteral("administrator clear")), applied);
-        QCOMPARE(fakes.log.calls(QStringLiteral("sql update s.device_serialid")).size(),
-                 applied && backend ? 1 : 0);
+        QCOMPARE(fakes.log.has("administrator clear"_s), applied);
+        QCOMPARE(fakes.log.calls("sql update s.device_serialid"_s).size(), applied && backend ? 1 : 0);
     }
 
     void productMicrophoneIsMadeDefault_data()
     {
-        QTest::addColumn<bool>("wanted");
-        QTest::addColumn<bool>("xpClass");
-        QTest::addColumn<int>("switches");
-        QTest::newRow("wanted") << true << false << 1;
-        QTest::newRow("not wanted") << false << false << 0;
-        QTest::newRow("old system") << true << true << 0;
+        const Rows<bool, bool, int> row; // wanted, xpClass, switches
+        row("wanted", true, false, 1);
+        row("not wanted", false, false, 0);
+        row("old system", true, true, 0);
     }
     void productMicrophoneIsMadeDefault()
     {
-        QFETCH(bool, wanted);
-        QFETCH(bool, xpClass);
-        home.write(QStringLiteral("MEVOSetting.ini"),
+        const auto [wanted, xpClass, switches] = rowOf<bool, bool, int>();
+        home.write("MEVOSetting.ini"_s,
                    wanted ? "[MainSetting]\nOnlyUseOurDeviceMic=1\n" : "[MainSetting]\n");
         FakePlatform fakes;
         FakeHost host(fakes.log);
         MainState state;
         fakes.systemFacts->xpClass = xpClass;
-        fakes.audioRouter->names = QStringList{QStringLiteral("Built-in"), QStringLiteral("QMZ mic")};
+        fakes.audioRouter->names = list({"Built-in", "QMZ mic"});
         AudioRecorder recorder(state, fakes.platform, host);
-        QTEST(fakes.log.calls(QStringLiteral("audio switch QMZ mic")).size(), "switches");
-        QCOMPARE(recorder.switchMicrophone(QStringLiteral("Built-in")), !xpClass);
-        QVERIFY(!recorder.switchMicrophone(QStringLiteral("missing")));
+        QCOMPARE(fakes.log.calls("audio switch QMZ mic"_s).size(), switches);
+        QCOMPARE(recorder.switchMicrophone("Built-in"_s), !xpClass);
+        QVERIFY(!recorder.switchMicrophone("missing"_s));
     }
 
     void foreignMicrophoneIsNamedOnlyWithADevice()
@@ -135,8 +128,8 @@ private slots:
         f.state.DeviceConnected = true;
         f.recorder.InitMicDevice();
         QCOMPARE(f.messages().size(), 1);
-        QVERIFY(f.messages().last().contains(QStringLiteral("正在使用电脑自带麦克风")));
-        QVERIFY(f.messages().last().endsWith(QStringLiteral("(2000)")));
+        QVERIFY(f.messages().last().contains("正在使用电脑自带麦克风"_s));
+        QVERIFY(f.messages().last().endsWith("(2000)"_s));
     }
 };
 

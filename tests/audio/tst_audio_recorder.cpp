@@ -1,6 +1,7 @@
 #include "audio/LevelMeter.h"
 #include "audio/MicrophoneMeter.h"
 #include "audio/RecorderFixture.h"
+#include "support/Rows.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -43,52 +44,33 @@ class Player : public QProcess
 public:
     Player(const QString &sink, int channels, const QByteArray &pcm)
     {
-        start(QStringLiteral("pacat"),
-              {QStringLiteral("--playback"), QStringLiteral("-d"), sink, QStringLiteral("--raw"),
-               QStringLiteral("--rate=16000"), QStringLiteral("--format=s16le"),
-               QStringLiteral("--channels=%1").arg(channels), QStringLiteral("--latency-msec=40")});
+        start("pacat"_s, {"--playback"_s, "-d"_s, sink, "--raw"_s, "--rate=16000"_s, "--format=s16le"_s,
+                          "--channels=%1"_s.arg(channels), "--latency-msec=40"_s});
         write(pcm);
         closeWriteChannel();
     }
     bool hasEnded() const { return state() == QProcess::NotRunning; }
 };
 
-QString microphoneSink()
-{
-    return QStringLiteral("vmic_in");
-}
-
-QString run(const QString &program, const QStringList &arguments)
+QByteArray pactl(const QString &line)
 {
     QProcess process;
-    process.start(program, arguments);
+    process.start("pactl"_s, line.split(u' '));
     process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-void pactl(const QString &line)
-{
-    run(QStringLiteral("pactl"), line.split(QLatin1Char(' ')));
+    return process.readAllStandardOutput();
 }
 
 /// Resident memory in KiB.
 int residentKiB()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly)) {
-        return -1;
-    }
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:")) {
-            return line.mid(6).trimmed().split(' ').first().toInt();
-        }
-    }
-    return -1;
+    QFile status("/proc/self/status"_s);
+    const QByteArray text = status.open(QIODevice::ReadOnly) ? status.readAll() : QByteArray("VmRSS: -1");
+    return text.mid(text.indexOf("VmRSS:") + 6).trimmed().split(' ').first().toInt();
 }
 
 int openDescriptors()
 {
-    return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size();
+    return QDir("/proc/self/fd"_s).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size();
 }
 
 } // namespace
@@ -98,17 +80,17 @@ class AudioRecorderTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { home.write(QStringLiteral("MEVOSetting.ini"), "[MainSetting]\nUseTXASRApi=1\n"); }
+    void initTestCase() { home.write("MEVOSetting.ini"_s, "[MainSetting]\nUseTXASRApi=1\n"); }
 
     void collectsASessionExactly()
     {
         RecorderFixture f;
-        QCOMPARE(f.fakes.log.calls(), QStringList{QStringLiteral("token")});
+        QCOMPARE(f.fakes.log.calls(), list({"token"}));
         f.recorder.OnRecordStart();
         QVERIFY(f.recorder.isOpen());
         QTRY_VERIFY(f.blocks > 0);
         const QByteArray played = waveform(16000);
-        Player player(microphoneSink(), 1, played);
+        Player player("vmic_in"_s, 1, played);
         QTRY_VERIFY_WITH_TIMEOUT(player.hasEnded(), 10000);
         const int after = f.blocks + 5;
         QTRY_VERIFY(f.blocks > after);
@@ -121,8 +103,7 @@ private slots:
         QCOMPARE(f.host.sessions.first().size(), f.bytes);
         QVERIFY(f.longest <= 2560);
         QTRY_VERIFY(!f.recorder.isOpen());
-        QVERIFY(f.fakes.log.indexOf(QStringLiteral("recognise")) <
-                f.fakes.log.indexOf(QStringLiteral("socket close")));
+        QVERIFY(f.fakes.log.indexOf("recognise"_s) < f.fakes.log.indexOf("socket close"_s));
         QVERIFY(f.recorder.BufferReady);
     }
 
@@ -144,10 +125,9 @@ private slots:
     void keepsTheLastWordWhileTheLoopIsBusy()
     {
         RecorderFixture f;
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.blocks > 0);
+        f.press();
         const QByteArray played = waveform(8000);
-        Player player(microphoneSink(), 1, played);
+        Player player("vmic_in"_s, 1, played);
         QVERIFY(player.waitForFinished(10000)); // no event of the microphone is handled meanwhile
         f.recorder.OnRecordStop();
         // All but what is still on its way from the sink.
@@ -156,21 +136,20 @@ private slots:
 
     void twoChannelsGiveTheLeftOne()
     {
-        pactl(QStringLiteral("load-module module-null-sink sink_name=two norewinds=1 rate=16000 channels=2 "
-                             "format=s16le"));
-        pactl(QStringLiteral("load-module module-remap-source source_name=twomic master=two.monitor "
-                             "channels=2 remix=no"));
-        pactl(QStringLiteral("set-default-source twomic"));
+        pactl("load-module module-null-sink sink_name=two norewinds=1 rate=16000 channels=2 "
+              "format=s16le"_s);
+        pactl("load-module module-remap-source source_name=twomic master=two.monitor "
+              "channels=2 remix=no"_s);
+        pactl("set-default-source twomic"_s);
         {
             RecorderFixture f(true);
             QCOMPARE(f.recorder.format().channelCount(), 2);
             // The list of the sound server reaches Qt a moment later; the name tells.
             f.state.DeviceConnected = true;
-            QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), QStringLiteral("twomic"));
-            f.recorder.OnRecordStart();
-            QTRY_VERIFY(f.blocks > 0);
+            QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), "twomic"_s);
+            f.press();
             const QByteArray left = waveform(8000);
-            Player player(QStringLiteral("two"), 2, stereo(left, waveform(8000, 99)));
+            Player player("two"_s, 2, stereo(left, waveform(8000, 99)));
             QTRY_VERIFY_WITH_TIMEOUT(player.hasEnded(), 10000);
             const int after = f.blocks + 5;
             QTRY_VERIFY(f.blocks > after);
@@ -185,18 +164,16 @@ private slots:
             int zeros = 0;
             for (int i = 0; i + 1 < left.size(); i += 2) {
                 const QByteArray sample = heard.mid(start + i, 2);
-                if (sample == QByteArray(2, '\0')) {
-                    ++zeros;
-                } else {
-                    QCOMPARE(sample, left.mid(i, 2));
-                }
+                const bool zero = sample == QByteArray(2, '\0');
+                zeros += zero;
+                QVERIFY(zero || sample == left.mid(i, 2));
             }
             QVERIFY2(zeros <= f.blocks, qPrintable(QString::number(zeros)));
         }
-        pactl(QStringLiteral("set-default-source vmic"));
+        pactl("set-default-source vmic"_s);
         RecorderFixture f;
         f.state.DeviceConnected = true;
-        QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), QStringLiteral("vmic"));
+        QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), "vmic"_s);
     }
 
     /// The level of the settings page: silent in silence, and it moves while one speaks.
@@ -211,7 +188,7 @@ private slots:
         });
         QTRY_VERIFY_WITH_TIMEOUT(heard > 0, 10000);
         QCOMPARE(loudest, 0);
-        Player player(microphoneSink(), 1, QByteArray(32000, '\x40')); // half of what a sample can be
+        Player player("vmic_in"_s, 1, QByteArray(32000, '\x40')); // half of what a sample can be
         QTRY_VERIFY_WITH_TIMEOUT(loudest > 0, 10000);
         QTRY_COMPARE(loudest, 17); // the root of a half, of 24
         QTRY_VERIFY_WITH_TIMEOUT(player.hasEnded(), 10000);
@@ -238,14 +215,13 @@ private slots:
     {
         RecorderFixture f;
         f.recorder.UseTXASRApi = false;
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.blocks > 0);
+        f.press();
         QCOMPARE(mevo::meterPeak(f.lastBuffer, f.longest, 20), 0);
-        Player player(microphoneSink(), 1, QByteArray(32000, '\x11'));
+        Player player("vmic_in"_s, 1, QByteArray(32000, '\x11'));
         QTRY_COMPARE(mevo::meterPeak(f.lastBuffer, f.longest, 20), 0x1111 * 20 / 50);
         f.recorder.OnRecordStop();
         QCOMPARE(f.host.sessions.size(), 1); // what was said is not lost
-        QCOMPARE(f.fakes.log.calls(QStringLiteral("handed over")).size(), 0);
+        QCOMPARE(f.fakes.log.calls("handed over"_s).size(), 0);
         QCOMPARE(f.lastBuffer.size(), 4096);
         player.kill();
         player.waitForFinished();
@@ -257,7 +233,7 @@ private slots:
         f.recorder.UseTXASRApi = false;
         f.recorder.UseXunFeiWebApi = true;
         f.recorder.OnRecordStart();
-        QVERIFY(f.fakes.log.has(QStringLiteral("socket open")));
+        QVERIFY(f.fakes.log.has("socket open"_s));
         QTRY_VERIFY(f.blocks > 1);
         QVERIFY(f.host.frames.isEmpty()); // not connected: neither sent nor kept
         f.host.connected = true;
@@ -279,7 +255,7 @@ private slots:
         QCOMPARE(f.host.frames.size(), sent);
         f.recorder.DeleyCloseMicTimer();
         QVERIFY(!f.recorder.isOpen());
-        QVERIFY(f.fakes.log.has(QStringLiteral("socket close")));
+        QVERIFY(f.fakes.log.has("socket close"_s));
     }
 
     void aStreamWithoutAnAnswerLetsTheMicrophoneGo()
@@ -287,17 +263,16 @@ private slots:
         RecorderFixture f;
         f.recorder.UseTXASRApi = false;
         f.recorder.UseXunFeiWebApi = true;
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.blocks > 0);
+        f.press();
         f.recorder.OnRecordStop();
         QVERIFY(f.recorder.isOpen());
         QTRY_VERIFY_WITH_TIMEOUT(!f.recorder.isOpen(), AudioRecorder::AnswerTimeout + 3000);
-        QVERIFY(f.fakes.log.has(QStringLiteral("give up")));
-        QVERIFY(!f.fakes.log.has(QStringLiteral("socket close"))); // the answer may still come
+        QVERIFY(f.fakes.log.has("give up"_s));
+        QVERIFY(!f.fakes.log.has("socket close"_s)); // the answer may still come
 
         f.recorder.UseXunFeiWebApi = false; // but not into a session of another engine
         f.recorder.OnRecordStart();
-        QVERIFY(f.fakes.log.has(QStringLiteral("socket close")));
+        QVERIFY(f.fakes.log.has("socket close"_s));
     }
 
     void noStreamOnOldSystems()
@@ -306,7 +281,7 @@ private slots:
         f.fakes.systemFacts->xpClass = true;
         f.recorder.UseXunFeiWebApi = true;
         f.recorder.OnRecordStart();
-        QVERIFY(!f.fakes.log.has(QStringLiteral("socket open")));
+        QVERIFY(!f.fakes.log.has("socket open"_s));
     }
 
     void onlyIdleEndsASession()
@@ -326,14 +301,14 @@ private slots:
     /// the next one, and a second stop has nothing to hand over.
     void aSessionGoesOnAsItBegan_data()
     {
-        QTest::addColumn<bool>("streams");
-        QTest::newRow("from the buffer to the stream") << false;
-        QTest::newRow("from the stream to the buffer") << true;
+        const Rows<bool> row; // streams
+        row("from the buffer to the stream", false);
+        row("from the stream to the buffer", true);
     }
 
     void aSessionGoesOnAsItBegan()
     {
-        QFETCH(bool, streams);
+        const auto [streams] = rowOf<bool>();
         RecorderFixture f;
         f.host.connected = true;
         f.recorder.UseTXASRApi = !streams;
@@ -358,7 +333,7 @@ private slots:
         QVERIFY(!f.recorder.isOpen());
         f.recorder.OnRecordStart();
         QTRY_VERIFY(f.recorder.isOpen());
-        QCOMPARE(f.fakes.log.has(QStringLiteral("socket open")), true);
+        QCOMPARE(f.fakes.log.has("socket open"_s), true);
     }
 
     void pressDuringARecognitionKeepsItsAudio()
@@ -394,11 +369,9 @@ private slots:
         RecorderFixture f;
         qint64 worst = 0;
         for (int press = 0; press < 5; ++press) {
-            const int before = f.blocks;
             QElapsedTimer timer;
             timer.start();
-            f.recorder.OnRecordStart();
-            QTRY_VERIFY(f.blocks > before);
+            f.press();
             worst = qMax(worst, timer.elapsed());
             f.recorder.OnRecordStop();
             QTRY_VERIFY(!f.recorder.isOpen());
@@ -417,9 +390,7 @@ private slots:
                 memory = residentKiB();
                 descriptors = openDescriptors();
             }
-            const int before = f.blocks;
-            f.recorder.OnRecordStart();
-            QTRY_VERIFY(f.blocks > before);
+            f.press();
             f.recorder.OnRecordStop();
             f.host.sessions.clear();
             QTRY_VERIFY(!f.recorder.isOpen());
@@ -436,66 +407,54 @@ private slots:
     void silentSourceIsReportedOnce()
     {
         RecorderFixture f;
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.blocks > 0);
-        pactl(QStringLiteral("suspend-source vmic 1"));
+        f.press();
+        pactl("suspend-source vmic 1"_s);
         QTRY_COMPARE_WITH_TIMEOUT(f.messages().size(), 1, AudioRecorder::SilenceTimeout + 5000);
-        QVERIFY(f.messages().first().contains(QStringLiteral("打开麦克风设备失败")));
+        QVERIFY(f.messages().first().contains("打开麦克风设备失败"_s));
         f.recorder.OnReadMore();
         f.recorder.OnRecordStop();
         QTRY_VERIFY(!f.recorder.isOpen());
         QCOMPARE(f.messages().size(), 1);
-        pactl(QStringLiteral("suspend-source vmic 0"));
-        const int before = f.blocks;
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.blocks > before);
+        pactl("suspend-source vmic 0"_s);
+        f.press();
     }
 
     void removedSourceLeavesTheNextPressWorking()
     {
         RecorderFixture f;
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.blocks > 0);
-        pactl(QStringLiteral("unload-module module-remap-source"));
+        f.press();
+        pactl("unload-module module-remap-source"_s);
         const int removed = f.blocks;
         // The sound server moves the session to another source, or leaves it without data.
         QTRY_VERIFY_WITH_TIMEOUT(f.blocks > removed + 3 || !f.messages().isEmpty(), 10000);
         f.recorder.OnRecordStop();
         QTRY_VERIFY(!f.recorder.isOpen());
-        pactl(QStringLiteral("load-module module-remap-source source_name=vmic master=vmic_in.monitor "
-                             "channels=1 remix=no"));
-        pactl(QStringLiteral("set-default-source vmic"));
+        pactl("load-module module-remap-source source_name=vmic master=vmic_in.monitor "
+              "channels=1 remix=no"_s);
+        pactl("set-default-source vmic"_s);
         f.state.DeviceConnected = true;
-        QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), QStringLiteral("vmic"));
-        const int before = f.blocks;
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.blocks > before);
+        QTRY_COMPARE((f.recorder.InitMicDevice(), f.recorder.deviceName()), "vmic"_s);
+        f.press();
     }
 
     void deathOfTheSoundServer()
     {
         RecorderFixture f;
         f.recorder.UseXunFeiWebApi = true; // whose microphone stays open after the stop
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.blocks > 0);
+        f.press();
         QCOMPARE(kill(qEnvironmentVariableIntValue("MEVO_DESK_PULSE_PID"), SIGKILL), 0);
         QTRY_COMPARE_WITH_TIMEOUT(f.messages().size(), 1, 10000);
         f.recorder.OnReadMore();
         f.recorder.OnRecordStop();
         QCOMPARE(f.host.sessions.size(), 1);
 
-        QFile::remove(qEnvironmentVariable("MEVO_DESK_DIR") + QStringLiteral("/run/pulse.sock"));
+        QFile::remove(qEnvironmentVariable("MEVO_DESK_DIR") + "/run/pulse.sock"_s);
         QProcess server;
-        server.start(QStringLiteral("env"),
-                     {QStringLiteral("-u"), QStringLiteral("PULSE_SERVER"), QStringLiteral("pulseaudio"),
-                      QStringLiteral("-n"), QStringLiteral("-F"),
-                      qEnvironmentVariable("MEVO_DESK_DIR") + QStringLiteral("/default.pa"),
-                      QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
-                      QStringLiteral("--use-pid-file=no"), QStringLiteral("--disable-shm=yes"),
-                      QStringLiteral("--realtime=no"), QStringLiteral("--high-priority=no")});
-        QTRY_VERIFY_WITH_TIMEOUT(
-            run(QStringLiteral("pactl"), {QStringLiteral("info")}).contains(QStringLiteral("Server Name")),
-            15000);
+        server.start("env"_s, {"-u"_s, "PULSE_SERVER"_s, "pulseaudio"_s, "-n"_s, "-F"_s,
+                               qEnvironmentVariable("MEVO_DESK_DIR") + "/default.pa"_s, "--daemonize=no"_s,
+                               "--exit-idle-time=-1"_s, "--use-pid-file=no"_s, "--disable-shm=yes"_s,
+                               "--realtime=no"_s, "--high-priority=no"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(pactl("info"_s).contains("Server Name"), 15000);
         // Qt finds the server again a moment later; until then a press tells the user.
         const auto pressWorks = [&f] {
             const int told = f.messages().size();

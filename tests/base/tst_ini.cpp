@@ -4,6 +4,9 @@
 #include "base/SettingsFile.h"
 #include "base/Utf8.h"
 #include "base/WholeFile.h"
+#include "support/FullDisk.h"
+#include "support/Messages.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
@@ -13,31 +16,21 @@
 #include <QThread>
 #include <QtTest>
 
-#include <csignal>
-#include <sys/resource.h>
+#include <optional>
 
 using mevo::SettingsFile;
 
 namespace {
 
 const ScratchHome home;
-const QString fileName = QStringLiteral("MEVOSetting.ini");
-
-QStringList warnings;
-
-void keepWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (type == QtWarningMsg) {
-        warnings.append(message);
-    }
-}
+const QString fileName = "MEVOSetting.ini"_s;
 
 QString wide(const char *text)
 {
     return mevo::textOfUtf8(text);
 }
 
-void set(const char *key, const QVariant &value, const QString &group = QStringLiteral("MainSetting"))
+void set(const char *key, const QVariant &value, const QString &group = "MainSetting"_s)
 {
     SettingsFile(group).setValue(QLatin1String(key), value);
 }
@@ -45,7 +38,7 @@ void set(const char *key, const QVariant &value, const QString &group = QStringL
 QString stored(const char *key)
 {
     const QVariant value = SettingsFile().value(QLatin1String(key));
-    return value.isValid() ? value.toString() : QStringLiteral("(none)");
+    return value.isValid() ? value.toString() : "(none)"_s;
 }
 
 } // namespace
@@ -57,21 +50,16 @@ class TestIni : public QObject
 private Q_SLOTS:
     void init()
     {
-        warnings.clear();
         for (const QString &name : QDir(home.path(QString())).entryList(QDir::Files)) {
             home.remove(name);
         }
-        qInstallMessageHandler(keepWarnings);
+        m_messages.emplace();
     }
-    void cleanup() { qInstallMessageHandler(nullptr); }
+    void cleanup() { m_messages.reset(); }
 
     void aLineIsReadAsItIsMeant_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QString>("value");
-        const auto row = [](const char *name, const QByteArray &line, const char *value) {
-            QTest::newRow(name) << line << wide(value);
-        };
+        const Rows<QByteArray, QString> row; // line, value
         row("plain", "k=v", "v");
         row("blanks around", "  k \t= v \t", "v");
         row("commas and semicolons", "k=a, b;c", "a, b;c");
@@ -84,7 +72,7 @@ private Q_SLOTS:
         row("ends in a backslash", "k=D:\\", "D:\\");
         row("the same before a remark", "k=D:\\ ; a drive", "D:\\");
         row("a path typed by hand", "k=D:\\Sogou\\Input.exe", "D:\\Sogou\\Input.exe");
-        row("escapes", "k=\\x597d\\t\\\"\\\\\\x1\\0", "好\t\"\\\x01");
+        row("escapes", "k=\\x597d\\t\\\"\\\\\\x1\\0", wide("好\t\"\\\x01") + QChar(0));
         row("an escape without digits", "k=\\xyz", "\\xyz");
         row("beyond the plane", "k=\xf0\x9f\x98\x80", "😀");
         row("the same as QSettings has it without a codec", "k=\\xd83d\\xde00", "😀");
@@ -97,7 +85,7 @@ private Q_SLOTS:
         row("a zero-width mark",
             "k=\xef\xbb\xbf"
             "a",
-            "\uFEFFa");
+            wide("\uFEFFa"));
         row("an open quote ends with its line", "k=\"a;b\nl=1", "a;b");
         row("behind a remark with a quote", "# a 15\" screen\nk=v", "v");
         row("behind a quote in a group's name", "[a \"b]\nx=1\n[MainSetting]\nk=v", "v");
@@ -108,11 +96,7 @@ private Q_SLOTS:
 
     void aLineIsReadAsItIsMeant()
     {
-        QFETCH(QByteArray, line);
-        QFETCH(QString, value);
-        if (qstrcmp(QTest::currentDataTag(), "escapes") == 0) {
-            value += QChar(0);
-        }
+        const auto [line, value] = rowOf<QByteArray, QString>();
         const QByteArray content = "\xef\xbb\xbf[MainSetting]\n" + line;
         home.write(fileName, content);
         QCOMPARE(stored("k"), value);
@@ -126,11 +110,7 @@ private Q_SLOTS:
 
     void aWriteTouchesItsLineAlone_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after"); // with k=new in MainSetting
-        const auto row = [](const char *name, const QByteArray &before, const QByteArray &after) {
-            QTest::newRow(name) << before << after;
-        };
+        const Rows<QByteArray, QByteArray> row; // before, after (with k=new in MainSetting)
         const QByteArray strange = "# a 15\" screen\n[a \"b]\nx = 1 \\\n ]]\n\n[MainSetting] ; mine\n";
         row("no file", "", "[MainSetting]\nk=new\n");
         row("a key that is there", strange + " k =\"o;ld\"; why\r\nz=C:\\\n",
@@ -153,25 +133,25 @@ private Q_SLOTS:
 
     void aWriteTouchesItsLineAlone()
     {
-        QFETCH(QByteArray, before);
+        const auto [before, after] = rowOf<QByteArray, QByteArray>();
         if (!before.isEmpty()) {
             home.write(fileName, before);
         }
-        set("k", QStringLiteral("new"));
-        QTEST(home.read(fileName), "after");
-        QVERIFY(!QFile::exists(home.path(fileName) + QStringLiteral(".lock")));
+        set("k", "new"_s);
+        QCOMPARE(home.read(fileName), after);
+        QVERIFY(!QFile::exists(home.path(fileName) + ".lock"_s));
     }
 
     void keysOfAnyName()
     {
         set("General/a", 1, QString());
         set("a", 2, QString());
-        set("b c/d=;", 3, QStringLiteral("好 [x]"));
+        set("b c/d=;", 3, "好 [x]"_s);
         QCOMPARE(home.read(fileName), QByteArray("[%General]\na=1\n\n[General]\na=2\n\n"
                                                  "[%U597D%20%5Bx%5D]\nb%20c\\d%3D%3B=3\n"));
         const mevo::IniText read(home.read(fileName));
-        QCOMPARE(read.value(QStringLiteral("General/a")).toInt(), 1);
-        QCOMPARE(read.value(QStringLiteral("a")).toInt(), 2);
+        QCOMPARE(read.value("General/a"_s).toInt(), 1);
+        QCOMPARE(read.value("a"_s).toInt(), 2);
         QCOMPARE(read.value(wide("好 [x]/b c/d=;")).toInt(), 3);
     }
 
@@ -187,28 +167,28 @@ private Q_SLOTS:
                                    QByteArray("\0\xff\xe5;", 4),
                                    QString(QChar(0)),
                                    QVariant()};
-        const QString other = home.path(QStringLiteral("qt.ini"));
+        const QString other = home.path("qt.ini"_s);
         {
             QSettings qt(other, QSettings::IniFormat);
             qt.setIniCodec(QTextCodec::codecForName("UTF-8"));
             SettingsFile ours;
             for (std::size_t i = 0; i < std::size(values); ++i) {
-                qt.setValue(QStringLiteral("MainSetting/%1").arg(i), values[i]);
+                qt.setValue("MainSetting/%1"_s.arg(i), values[i]);
                 ours.setValue(QString::number(i), values[i]);
             }
         }
         set("list", QStringList{wide("a")});
         set("rectangle", QRect(1, 2, 3, 4));
-        QCOMPARE(warnings.size(), 2);
-        QCOMPARE(home.read(fileName), home.read(QStringLiteral("qt.ini")));
-        const SettingsFile read(QStringLiteral("MainSetting"), other);
+        QCOMPARE(Messages::warnings.size(), 2);
+        QCOMPARE(home.read(fileName), home.read("qt.ini"_s));
+        const SettingsFile read("MainSetting"_s, other);
         for (std::size_t i = 0; i < std::size(values); ++i) {
             const QVariant value = read.value(QString::number(i), 9);
             QCOMPARE(value.toString(), values[i].toString());
             QCOMPARE(value.toByteArray(), values[i].toByteArray());
             QCOMPARE(value.isValid(), values[i].isValid());
         }
-        QCOMPARE(read.value(QStringLiteral("absent"), 9).toInt(), 9);
+        QCOMPARE(read.value("absent"_s, 9).toInt(), 9);
     }
 
     void openingsOfAFileSeeEachOther()
@@ -218,18 +198,18 @@ private Q_SLOTS:
             SettingsFile first;
             SettingsFile second;
             const SettingsFile reader;
-            first.setValue(QStringLiteral("a"), 2);
-            QCOMPARE(reader.value(QStringLiteral("a")).toInt(), 2); // before any write
-            second.setValue(QStringLiteral("b"), 3);
+            first.setValue("a"_s, 2);
+            QCOMPARE(reader.value("a"_s).toInt(), 2); // before any write
+            second.setValue("b"_s, 3);
             home.write(fileName, home.read(fileName) + "c=4\n"); // somebody else
             QVERIFY(second.save());
         }
         QCOMPARE(home.read(fileName), QByteArray("[MainSetting]\na=2\nc=4\nb=3\n"));
         home.write(fileName, "[MainSetting]\na=9\n"); // an edit of the same second is seen
-        QCOMPARE(stored("a"), QStringLiteral("9"));
-        QCOMPARE(stored("b"), QStringLiteral("(none)"));
+        QCOMPARE(stored("a"), "9"_s);
+        QCOMPARE(stored("b"), "(none)"_s);
         home.remove(fileName);
-        QCOMPARE(stored("a"), QStringLiteral("(none)"));
+        QCOMPARE(stored("a"), "(none)"_s);
     }
 
     void severalThreadsWrite()
@@ -238,7 +218,7 @@ private Q_SLOTS:
         for (int number = 0; number < 4; ++number) {
             threads.emplace_back(QThread::create([number] {
                 for (int i = 0; i < 20; ++i) {
-                    SettingsFile().setValue(QStringLiteral("t%1").arg(number), i);
+                    SettingsFile().setValue("t%1"_s.arg(number), i);
                 }
             }));
             threads.back()->start();
@@ -246,35 +226,35 @@ private Q_SLOTS:
         for (const auto &thread : threads) {
             QVERIFY(thread->wait());
         }
-        QCOMPARE(mevo::IniText(home.read(fileName)).value(QStringLiteral("MainSetting/t3")).toInt(), 19);
+        QCOMPARE(mevo::IniText(home.read(fileName)).value("MainSetting/t3"_s).toInt(), 19);
         QCOMPARE(home.read(fileName).count('\n'), 5);
     }
 
     void aBrokenFileIsPutAsideOnce_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("no INI") << QByteArray("MainSetting]\nx = = y\n[[[\n\x01\x02");
-        QTest::newRow("half a file") << QByteArray("[MainSetting]\nUserManual=\"abc");
-        QTest::newRow("half a character") << QByteArray("[MainSetting]\nSupportContact=\xe7\x94");
-        QTest::newRow("zeros") << QByteArray(64, '\0');
-        QTest::newRow("other encoding") << QByteArray("[MainSetting]\nSupportContact=\xc4\xe3\xba\xc3\n");
-        QTest::newRow("a group that does not end") << QByteArray("[MainSetting\nk=1\n");
+        const Rows<QByteArray> row; // content
+        row("no INI", "MainSetting]\nx = = y\n[[[\n\x01\x02");
+        row("half a file", "[MainSetting]\nUserManual=\"abc");
+        row("half a character", "[MainSetting]\nSupportContact=\xe7\x94");
+        row("zeros", QByteArray(64, '\0'));
+        row("other encoding", "[MainSetting]\nSupportContact=\xc4\xe3\xba\xc3\n");
+        row("a group that does not end", "[MainSetting\nk=1\n");
     }
 
     void aBrokenFileIsPutAsideOnce()
     {
-        QFETCH(QByteArray, content);
-        const QString broken = fileName + QStringLiteral(".broken");
+        const auto [content] = rowOf<QByteArray>();
+        const QString broken = fileName + ".broken"_s;
         home.write(fileName, content);
-        QCOMPARE(stored("Send2ScreenMethod"), QStringLiteral("(none)"));
-        QVERIFY(warnings.isEmpty() && !QFile::exists(home.path(broken))); // nobody has written yet
+        QCOMPARE(stored("Send2ScreenMethod"), "(none)"_s);
+        QVERIFY(Messages::warnings.isEmpty() && !QFile::exists(home.path(broken))); // nobody has written yet
         set("Send2ScreenMethod", 2);
         set("EnableP3Keyboard", 1);
-        QCOMPARE(stored("Send2ScreenMethod"), QStringLiteral("2"));
+        QCOMPARE(stored("Send2ScreenMethod"), "2"_s);
         QCOMPARE(home.read(broken), content);
         QVERIFY(home.read(fileName).startsWith(content)); // and what nobody understands is still there
         QVERIFY(!QFile::exists(home.path(broken + u'2')));
-        QCOMPARE(warnings.size(), 1);
+        QCOMPARE(Messages::warnings.size(), 1);
         home.write(fileName, "other\n" + content);
         set("Send2ScreenMethod", 3);
         QCOMPARE(home.read(broken), content);
@@ -285,62 +265,55 @@ private Q_SLOTS:
     {
         home.write(fileName, "# a 15\" screen, \xc4\xe3\n[a \"b]\nx=C:\\a\\\n[MainSetting]\nk=a\rl=2\n");
         set("k", 1);
-        QVERIFY(warnings.isEmpty() && !QFile::exists(home.path(fileName + QStringLiteral(".broken"))));
+        QVERIFY(Messages::warnings.isEmpty() && !QFile::exists(home.path(fileName + ".broken"_s)));
     }
 
     void aFullDiskLosesNothing()
     {
         const QByteArray before = "[MainSetting]\na=1\n";
         home.write(fileName, before);
-        rlimit usual{};
-        getrlimit(RLIMIT_FSIZE, &usual);
-        rlimit full = usual;
-        full.rlim_cur = 8; // less than the file's own buffer takes
-        std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &full);
-        set("b", 2);
-        const QString failure = mevo::replaceWholeFile(home.path(QStringLiteral("x")), before);
-        setrlimit(RLIMIT_FSIZE, &usual);
-        QVERIFY(!failure.isEmpty() && !QFile::exists(home.path(QStringLiteral("x"))));
+        {
+            const FullDisk full(8); // less than the file's own buffer takes
+            set("b", 2);
+            QVERIFY(!mevo::replaceWholeFile(home.path("x"_s), before).isEmpty());
+        }
+        QVERIFY(!QFile::exists(home.path("x"_s)));
         QCOMPARE(home.read(fileName), before);
-        QCOMPARE(warnings.size(), 1);
-        QCOMPARE(stored("b"), QStringLiteral("2")); // it counts, and goes out with the next one
+        QCOMPARE(Messages::warnings.size(), 1);
+        QCOMPARE(stored("b"), "2"_s); // it counts, and goes out with the next one
         set("c", 3);
         QCOMPARE(home.read(fileName), before + "b=2\nc=3\n");
     }
 
     void whatCannotBeReadIsNotWrittenOver()
     {
-        const QString path = home.path(QStringLiteral("folder.ini"));
+        const QString path = home.path("folder.ini"_s);
         QVERIFY(QDir().mkpath(path));
-        SettingsFile file(QStringLiteral("MainSetting"), path);
-        file.setValue(QStringLiteral("a"), 1);
+        SettingsFile file("MainSetting"_s, path);
+        file.setValue("a"_s, 1);
         QVERIFY(!file.save());
         QVERIFY(QDir(path).exists());
-        QCOMPARE(warnings.size(), 2); // when it was opened, and when it was to be written
-        QVERIFY(warnings.join(u'\n').count(QStringLiteral("folder.ini")) == 2);
+        QCOMPARE(Messages::warnings.size(), 2); // when it was opened, and when it was to be written
+        QVERIFY(Messages::warnings.join(u'\n').count("folder.ini"_s) == 2);
         QVERIFY(QDir().rmdir(path));
     }
 
     void logTexts_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("line");
-        QTest::newRow("plain") << wide("Zeit 好 😀 %1") << wide("Zeit 好 😀 %1");
-        QTest::newRow("lines") << wide("a\r\nb\tc\\n") << wide("a\\r\\nb\\tc\\\\n");
-        QTest::newRow("controls") << wide("\x1b[31m\x7f\u0085") + QChar(0)
-                                  << wide("\\x1b[31m\\x7f\\x85\\x00");
-        QTest::newRow("not seen") << wide("a\u202Eb\u200B\u2028\uFEFF")
-                                  << wide("a\\u202eb\\u200b\\u2028\\ufeff");
-        QTest::newRow("half a pair") << wide("a") + QChar(0xd83d) << wide("a\\ud83d");
-        QTest::newRow("long") << QString(5000, u'x') << QString(199, u'x') + QChar(0x2026);
-        QTest::newRow("long escapes") << QString(5000, u'\n') << wide("\\n").repeated(99) + QChar(0x2026);
+        const Rows<QString, QString> row; // text, line
+        row("plain", wide("Zeit 好 😀 %1"), wide("Zeit 好 😀 %1"));
+        row("lines", wide("a\r\nb\tc\\n"), wide("a\\r\\nb\\tc\\\\n"));
+        row("controls", wide("\x1b[31m\x7f\u0085") + QChar(0), wide("\\x1b[31m\\x7f\\x85\\x00"));
+        row("not seen", wide("a\u202Eb\u200B\u2028\uFEFF"), wide("a\\u202eb\\u200b\\u2028\\ufeff"));
+        row("half a pair", wide("a") + QChar(0xd83d), wide("a\\ud83d"));
+        row("long", QString(5000, u'x'), QString(199, u'x') + QChar(0x2026));
+        row("long escapes", QString(5000, u'\n'), wide("\\n").repeated(99) + QChar(0x2026));
     }
 
     void logTexts()
     {
-        QFETCH(QString, text);
-        QTEST(mevo::logText(text), "line");
+        const auto [text, line] = rowOf<QString, QString>();
+        QCOMPARE(mevo::logText(text), line);
     }
 
     void utf8KeepsEveryCharacter()
@@ -353,6 +326,9 @@ private Q_SLOTS:
         QCOMPARE(mevo::textOfUtf8("\xe5\xa5", &broken), QString(QChar(0xfffd)));
         QVERIFY(broken);
     }
+
+private:
+    std::optional<Messages> m_messages;
 };
 
 QTEST_GUILESS_MAIN(TestIni)

@@ -4,6 +4,7 @@
 #include "base/InterfaceLanguage.h"
 #include "base/KeyTable.h"
 #include "base/VersionText.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
@@ -22,80 +23,66 @@ class TestLog : public QObject
 private Q_SLOTS:
     void lines_data()
     {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<int>("bit");
-        QTest::addColumn<QString>("shortLine");
-        QTest::addColumn<QString>("longLine");
-        const auto row = [](QtMsgType type, int bit, const char *shortName, const char *longName) {
-            QTest::newRow(longName) << int(type) << bit
-                                    << QStringLiteral("[ 2026-11-24 09:08:07:006 ]:\t ") +
-                                           QLatin1String(shortName) + QStringLiteral(":\t50%1 %2")
-                                    << QStringLiteral("[ 2026-11-24 09:08:07:006 ]:\t(f.cpp,(12),: go())  ") +
-                                           QLatin1String(longName) + QStringLiteral(":\t50%1 %2");
-        };
-        row(QtDebugMsg, 1, "Debug", "Debug");
-        row(QtInfoMsg, 2, "Info", "Info");
-        row(QtWarningMsg, 4, "Warning", "Warning");
-        row(QtCriticalMsg, 8, "Critial", "Critical");
-        row(QtFatalMsg, 16, "Fatal", "Fatal");
+        const Rows<QtMsgType, int, QString, QString> row; // type, bit, its short and its long name
+        row("Debug", QtDebugMsg, 1, "Debug", "Debug");
+        row("Info", QtInfoMsg, 2, "Info", "Info");
+        row("Warning", QtWarningMsg, 4, "Warning", "Warning");
+        row("Critical", QtCriticalMsg, 8, "Critial", "Critical");
+        row("Fatal", QtFatalMsg, 16, "Fatal", "Fatal");
     }
 
     void lines()
     {
-        QFETCH(int, type);
-        QFETCH(int, bit);
+        const auto [type, bit, shortName, longName] = rowOf<QtMsgType, int, QString, QString>();
         const QDateTime time(QDate(2026, 11, 24), QTime(9, 8, 7, 6));
         const QMessageLogContext context("f.cpp", 12, "go()", "default");
-        const QString message = QStringLiteral("50%1 %2"); // a message that looks like a place to fill
-        QTEST(mevo::logLine(QtMsgType(type), context, message, time, bit, false), "shortLine");
-        QTEST(mevo::logLine(QtMsgType(type), context, message, time, 31, true), "longLine");
-        QVERIFY(mevo::logLine(QtMsgType(type), context, message, time, 31 & ~bit, false).isEmpty());
+        const QString message = "50%1 %2"_s; // a message that looks like a place to fill
+        QCOMPARE(mevo::logLine(type, context, message, time, bit, false),
+                 "[ 2026-11-24 09:08:07:006 ]:\t "_s + shortName + ":\t50%1 %2"_s);
+        QCOMPARE(mevo::logLine(type, context, message, time, 31, true),
+                 "[ 2026-11-24 09:08:07:006 ]:\t(f.cpp,(12),: go())  "_s + longName + ":\t50%1 %2"_s);
+        QVERIFY(mevo::logLine(type, context, message, time, 31 & ~bit, false).isEmpty());
         const QMessageLogContext nothing;
-        QVERIFY(mevo::logLine(QtMsgType(type), nothing, message, time, bit, true)
-                    .contains(QStringLiteral("(,(0),: )")));
+        QVERIFY(mevo::logLine(type, nothing, message, time, bit, true).contains("(,(0),: )"_s));
     }
 
     void filesByDay()
     {
         const QTemporaryDir folder;
         const QDate day(2026, 11, 24);
-        mevo::appendToLog(folder.path(), day, QStringLiteral("一"));
+        mevo::appendToLog(folder.path(), day, "一"_s);
         mevo::appendToLog(folder.path(), day, QString());
-        mevo::appendToLog(folder.path(), day.addDays(1), QStringLiteral("二"));
-        QFile first(folder.filePath(QStringLiteral("2026-11-24/2026-11-24.log")));
+        mevo::appendToLog(folder.path(), day.addDays(1), "二"_s);
+        QFile first(folder.filePath("2026-11-24/2026-11-24.log"_s));
         QVERIFY(first.open(QIODevice::ReadOnly));
-        QCOMPARE(QString::fromUtf8(first.readAll()), QStringLiteral("一\r\n\r\n"));
-        QVERIFY(QFile::exists(folder.filePath(QStringLiteral("2026-11-25/2026-11-25.log"))));
-        mevo::appendToLog(QStringLiteral("/proc/nowhere"), day,
-                          QStringLiteral("lost")); // and nothing happens
+        QCOMPARE(QString::fromUtf8(first.readAll()), "一\r\n\r\n"_s);
+        QVERIFY(QFile::exists(folder.filePath("2026-11-25/2026-11-25.log"_s)));
+        mevo::appendToLog("/proc/nowhere"_s, day,
+                          "lost"_s); // and nothing happens
     }
 
     void languages_data()
     {
-        QTest::addColumn<int>("locale");
-        QTest::addColumn<QString>("file");
-        QTest::newRow("Taiwan") << 0x0404 << "cht.qm";
-        QTest::newRow("Hong Kong") << 0x0C04 << "cht.qm";
-        QTest::newRow("Macao") << 0x1404 << "cht.qm";
-        QTest::newRow("China") << 0x0804 << "";
-        QTest::newRow("Singapore") << 0x1004 << "";
-        QTest::newRow("other") << 0x0407 << "en.qm";
+        const Rows<int, QString> row; // locale, file
+        row("Taiwan", 0x0404, "cht.qm");
+        row("Hong Kong", 0x0C04, "cht.qm");
+        row("Macao", 0x1404, "cht.qm");
+        row("China", 0x0804, "");
+        row("Singapore", 0x1004, "");
+        row("other", 0x0407, "en.qm");
     }
 
     void languages()
     {
-        QFETCH(int, locale);
-        QTEST(mevo::translationFileFor(locale), "file");
+        const auto [locale, file] = rowOf<int, QString>();
+        QCOMPARE(mevo::translationFileFor(locale), file);
     }
 
     void versions()
     {
-        QCOMPARE(mevo::versionText(), QStringLiteral("V1.07"));
-        QCOMPARE(mevo::buildStamp(QStringLiteral("Jan  2 2026"), QStringLiteral("12:34:56")),
-                 QStringLiteral("(2026.01.02 12:34:56)"));
-        QCOMPARE(mevo::buildStamp(QStringLiteral("Dec 31 2026"), QStringLiteral("1")),
-                 QStringLiteral("(2026.12.31 1)"));
-        QCOMPARE(mevo::buildStamp(QStringLiteral("nonsense"), QStringLiteral("1")), QStringLiteral("( 1)"));
+        QCOMPARE(mevo::buildStamp("Jan  2 2026"_s, "12:34:56"_s), "(2026.01.02 12:34:56)"_s);
+        QCOMPARE(mevo::buildStamp("Dec 31 2026"_s, "1"_s), "(2026.12.31 1)"_s);
+        QCOMPARE(mevo::buildStamp("nonsense"_s, "1"_s), "( 1)"_s);
     }
 
     void keysKeepTheOrderOfTheFile()
@@ -105,22 +92,15 @@ private Q_SLOTS:
                                 "[a]\r\nVKCode = 66 \r\nShowName=\"二\\x4e00\"\r\nnoise\n[b]\n"
                                 "[half]\nShowName=y ; a remark\n");
         // Every group has its place, whatever it lacks.
-        QCOMPARE(table.names,
-                 QStringList({QStringLiteral("一"), QStringLiteral("y"), QStringLiteral("二一"), QString()}));
-        QCOMPARE(table.codes,
-                 QStringList({QStringLiteral("65"), QString(), QStringLiteral("66"), QString()}));
+        QCOMPARE(table.names, QStringList({"一"_s, "y"_s, "二一"_s, QString()}));
+        QCOMPARE(table.codes, QStringList({"65"_s, QString(), "66"_s, QString()}));
         QTest::ignoreMessage(QtWarningMsg,
                              "Key table: 2000 keys have no name or no code, the first is group \\x01x");
-        QCOMPARE(mevo::parseKeyTable("[\x01x]\n" + QByteArray("[]\n[a]\n[b]\n[a]\n").repeated(5) +
-                                     [] {
-                                         QByteArray many;
-                                         for (int i = 0; i < 1996; ++i) {
-                                             many += '[' + QByteArray::number(i) + "]\n";
-                                         }
-                                         return many;
-                                     }())
-                     .names.size(),
-                 2000);
+        QByteArray many = "[\x01x]\n" + QByteArray("[]\n[a]\n[b]\n[a]\n").repeated(5);
+        for (int i = 0; i < 1996; ++i) {
+            many += '[' + QByteArray::number(i) + "]\n";
+        }
+        QCOMPARE(mevo::parseKeyTable(many).names.size(), 2000);
         QVERIFY(mevo::parseKeyTable("").names.isEmpty());
     }
 
@@ -137,23 +117,23 @@ private Q_SLOTS:
             const int usage = keys.codes[i].toInt(&number, 16);
             QVERIFY2(number && (usage >= 0xb0) == (i >= 69), qPrintable(keys.names[i]));
         }
-        QCOMPARE(keys.codes[keys.names.indexOf(QStringLiteral("S"))].toInt(nullptr, 16), 0x16);
-        QCOMPARE(keys.codes[keys.names.indexOf(QStringLiteral("Enter"))].toInt(nullptr, 16), 0x28);
+        QCOMPARE(keys.codes[keys.names.indexOf("S"_s)].toInt(nullptr, 16), 0x16);
+        QCOMPARE(keys.codes[keys.names.indexOf("Enter"_s)].toInt(nullptr, 16), 0x28);
     }
 
     void theFolderIsTheOneThatIsForced()
     {
         QCOMPARE(mevo::appFolder(), QDir(home.path(QString())).absolutePath());
-        home.write(QStringLiteral("MEVKeysSetting.ini"), "[k]\nShowName=S\nVKCode=16\n");
-        QCOMPARE(mevo::loadKeyTable().codes, QStringList{QStringLiteral("16")});
+        home.write("MEVKeysSetting.ini"_s, "[k]\nShowName=S\nVKCode=16\n");
+        QCOMPARE(mevo::loadKeyTable().codes, list({"16"}));
     }
 
     void endpoints()
     {
         mevo::BackendEndpoints state;
-        mevo::EngineEndpoints defaults = mevo::loadEndpoints(state, home.path(QStringLiteral("none.ini")));
-        QCOMPARE(state.ServerUrl, QStringLiteral("http://127.0.0.1:19004/mevowebapi?"));
-        QCOMPARE(defaults.BaiduSpeechHost, QStringLiteral("vop.baidu.com"));
+        mevo::EngineEndpoints defaults = mevo::loadEndpoints(state, home.path("none.ini"_s));
+        QCOMPARE(state.ServerUrl, "http://127.0.0.1:19004/mevowebapi?"_s);
+        QCOMPARE(defaults.BaiduSpeechHost, "vop.baidu.com"_s);
         QVERIFY(!mevo::allOnThisMachine(state, defaults));
         QByteArray local = "[Endpoints]\nVerifyCertificates=true\nTencentSecretIds=\"a;b\"\nBackendUrl="
                            "\"http://localhost:1/mevowebapi?\"\n";
@@ -161,13 +141,13 @@ private Q_SLOTS:
                                 "XunFeiSignHost", "XunFeiSocketHost", "TranslateHost", "BaiduTtsHost"}) {
             local += QByteArray(key) + "=127.0.0.1:9\n";
         }
-        home.write(QStringLiteral("local.ini"), local);
-        const mevo::EngineEndpoints read = mevo::loadEndpoints(state, home.path(QStringLiteral("local.ini")));
-        QCOMPARE(state.ServerUrl, QStringLiteral("http://localhost:1/mevowebapi?"));
-        QCOMPARE(read.TencentSecretIds, QStringLiteral("a;b"));
+        home.write("local.ini"_s, local);
+        const mevo::EngineEndpoints read = mevo::loadEndpoints(state, home.path("local.ini"_s));
+        QCOMPARE(state.ServerUrl, "http://localhost:1/mevowebapi?"_s);
+        QCOMPARE(read.TencentSecretIds, "a;b"_s);
         QVERIFY(read.TencentSecretKeys.isEmpty());
         QVERIFY(read.VerifyCertificates && mevo::allOnThisMachine(state, read));
-        state.PushSocketUrl = QStringLiteral("ws://10.0.0.1:19006");
+        state.PushSocketUrl = "ws://10.0.0.1:19006"_s;
         QVERIFY(!mevo::allOnThisMachine(state, read));
     }
 };

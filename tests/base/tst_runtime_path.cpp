@@ -1,4 +1,5 @@
 #include "base/RuntimePath.h"
+#include "support/Rows.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -14,32 +15,29 @@ class TestRuntimePath : public QObject
 private Q_SLOTS:
     void whoIsToldNothingFindsTheUsersFolder_data()
     {
-        QTest::addColumn<QString>("session"); ///< what the session says
-        QTest::addColumn<int>("mode");        ///< of the user's folder; -1 where there is none
-        QTest::addColumn<QString>("folder");
+        // session (what the session says), mode (of the user's folder; -1 where there is none), folder
+        const Rows<QString, int, QString> row;
         const QString none;
-        const QString session = QStringLiteral("session");
-        const QString user = QStringLiteral("user");
-        QTest::newRow("the session's own") << session << 0700 << session;
-        QTest::newRow("a job without a session") << none << 0700 << user;
-        QTest::newRow("a session whose folder is not there") << QStringLiteral("gone") << 0700 << user;
-        QTest::newRow("others may look") << none << 0755 << none;
-        QTest::newRow("others may write") << none << 0722 << none;
-        QTest::newRow("no such folder") << none << -1 << none;
+        const QString session = "session"_s;
+        const QString user = "user"_s;
+        row("the session's own", session, 0700, session);
+        row("a job without a session", none, 0700, user);
+        row("a session whose folder is not there", "gone", 0700, user);
+        row("others may look", none, 0755, none);
+        row("others may write", none, 0722, none);
+        row("no such folder", none, -1, none);
     }
     void whoIsToldNothingFindsTheUsersFolder()
     {
-        QFETCH(QString, session);
-        QFETCH(int, mode);
-        QFETCH(QString, folder);
+        const auto [session, mode, folder] = rowOf<QString, int, QString>();
         const QTemporaryDir scratch;
         const auto path = [&scratch](const QString &name) {
             return name.isEmpty() ? QString() : scratch.filePath(name);
         };
-        QVERIFY(QDir(scratch.path()).mkdir(QStringLiteral("session")));
-        const QString user = scratch.filePath(QStringLiteral("user"));
+        QVERIFY(QDir(scratch.path()).mkdir("session"_s));
+        const QString user = scratch.filePath("user"_s);
         if (mode >= 0) {
-            QVERIFY(QDir(scratch.path()).mkdir(QStringLiteral("user")));
+            QVERIFY(QDir(scratch.path()).mkdir("user"_s));
             QCOMPARE(chmod(QFile::encodeName(user).constData(), mode_t(mode)), 0);
         }
         QCOMPARE(mevo::runtimeFolder(path(session), user), path(folder));
@@ -48,9 +46,9 @@ private Q_SLOTS:
     void whatIsNoFolderOfOursIsNotTaken()
     {
         const QTemporaryDir scratch;
-        const QString real = scratch.filePath(QStringLiteral("real"));
-        const QString link = scratch.filePath(QStringLiteral("link"));
-        QVERIFY(QDir(scratch.path()).mkdir(QStringLiteral("real")));
+        const QString real = scratch.filePath("real"_s);
+        const QString link = scratch.filePath("link"_s);
+        QVERIFY(QDir(scratch.path()).mkdir("real"_s));
         QCOMPARE(chmod(QFile::encodeName(real).constData(), 0700), 0);
         QVERIFY(QFile::link(real, link));
         QCOMPARE(mevo::runtimeFolder({}, link), QString());

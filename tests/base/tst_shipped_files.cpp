@@ -1,4 +1,5 @@
 #include "base/ShippedFiles.h"
+#include "support/Rows.h"
 
 #include <QDir>
 #include <QLockFile>
@@ -30,50 +31,46 @@ class TestShippedFiles : public QObject
 private Q_SLOTS:
     void aNewerVersionComes_data()
     {
-        QTest::addColumn<QByteArray>("users"); ///< what the user has made of the file; "one" is as it came
-        QTest::addColumn<QByteArray>("notes"); ///< what has become of the notes; empty as they were
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("untouched") << QByteArray("one") << QByteArray() << QByteArray("two");
-        QTest::newRow("edited") << QByteArray("mine") << QByteArray() << QByteArray("mine");
-        QTest::newRow("emptied") << QByteArray("") << QByteArray() << QByteArray("");
-        QTest::newRow("removed") << QByteArray("none") << QByteArray() << QByteArray("two");
-        QTest::newRow("nothing noted") << QByteArray("one") << QByteArray("{}") << QByteArray("one");
-        QTest::newRow("notes are damaged") << QByteArray("one") << QByteArray("{\"MEV") << QByteArray("one");
-        QTest::newRow("notes of another form")
-            << QByteArray("one") << QByteArray("{\"MEVOTable.ini\":[1]}") << QByteArray("one");
+        // users (what the user has made of the file; "one" is as it came), notes (what has become of the
+        // notes; empty as they were), content
+        const Rows<QByteArray, QByteArray, QByteArray> row;
+        row("untouched", "one", "", "two");
+        row("edited", "mine", "", "mine");
+        row("emptied", "", "", "");
+        row("removed", "none", "", "two");
+        row("nothing noted", "one", "{}", "one");
+        row("notes are damaged", "one", "{\"MEV", "one");
+        row("notes of another form", "one", "{\"MEVOTable.ini\":[1]}", "one");
     }
     void aNewerVersionComes()
     {
-        QFETCH(QByteArray, users);
-        QFETCH(QByteArray, notes);
+        const auto [users, notes, content] = rowOf<QByteArray, QByteArray, QByteArray>();
         const QTemporaryDir folder;
-        const QString shipped = folder.filePath(QStringLiteral("share/MEVOTable.ini"));
-        const QString target = folder.filePath(QStringLiteral("home"));
-        const QString copy = target + QStringLiteral("/MEVOTable.ini");
+        const QString shipped = folder.filePath("share/MEVOTable.ini"_s);
+        const QString target = folder.filePath("home"_s);
+        const QString copy = target + "/MEVOTable.ini"_s;
         QVERIFY(QDir().mkpath(target));
-        const auto start = [&] {
-            mevo::bringShippedFiles({folder.filePath(QStringLiteral("share"))}, target);
-        };
+        const auto start = [&] { mevo::bringShippedFiles({folder.filePath("share"_s)}, target); };
         write(shipped, "one");
-        write(folder.filePath(QStringLiteral("share/other.ini")), "not ours");
+        write(folder.filePath("share/other.ini"_s), "not ours");
         QVERIFY(QFile::setPermissions(shipped, QFile::ReadOwner));
         start();
         QCOMPARE(read(copy), QByteArray("one"));
         QVERIFY(QFile::permissions(copy) & QFile::WriteOwner);
-        QVERIFY(!QFile::exists(target + QStringLiteral("/other.ini")));
+        QVERIFY(!QFile::exists(target + "/other.ini"_s));
         if (users == "none") {
             QVERIFY(QFile::remove(copy));
         } else {
             write(copy, users);
         }
         if (!notes.isEmpty()) {
-            write(target + QStringLiteral("/MEVOShipped.json"), notes);
+            write(target + "/MEVOShipped.json"_s, notes);
         }
         QVERIFY(QFile::remove(shipped));
         write(shipped, "two");
         for (int i = 0; i < 2; ++i) { // the second time there is nothing to be done
             start();
-            QTEST(read(copy), "content");
+            QCOMPARE(read(copy), content);
         }
     }
 
@@ -82,46 +79,46 @@ private Q_SLOTS:
     void anOlderFolderIsLookedAt()
     {
         const QTemporaryDir folder;
-        const QString share = folder.filePath(QStringLiteral("share"));
-        const QString target = folder.filePath(QStringLiteral("home"));
+        const QString share = folder.filePath("share"_s);
+        const QString target = folder.filePath("home"_s);
         for (const QString &place : {share, target}) {
-            write(place + QStringLiteral("/MEVOTable.ini"), "one");
-            write(place + QStringLiteral("/MEVOSetting.ini"), place == share ? "shipped" : "mine");
+            write(place + "/MEVOTable.ini"_s, "one");
+            write(place + "/MEVOSetting.ini"_s, place == share ? "shipped" : "mine");
         }
         mevo::bringShippedFiles({share}, target);
-        write(share + QStringLiteral("/MEVOTable.ini"), "two");
-        write(share + QStringLiteral("/MEVOSetting.ini"), "shipped, two");
+        write(share + "/MEVOTable.ini"_s, "two");
+        write(share + "/MEVOSetting.ini"_s, "shipped, two");
         mevo::bringShippedFiles({share}, target);
-        QCOMPARE(read(target + QStringLiteral("/MEVOTable.ini")), QByteArray("two"));
-        QCOMPARE(read(target + QStringLiteral("/MEVOSetting.ini")), QByteArray("mine"));
+        QCOMPARE(read(target + "/MEVOTable.ini"_s), QByteArray("two"));
+        QCOMPARE(read(target + "/MEVOSetting.ini"_s), QByteArray("mine"));
     }
 
     /// A package that is being installed, or a disk that was full: what the user has stays.
     void anEmptyFileIsNotBrought()
     {
         const QTemporaryDir folder;
-        const QString share = folder.filePath(QStringLiteral("share"));
-        const QString target = folder.filePath(QStringLiteral("home"));
+        const QString share = folder.filePath("share"_s);
+        const QString target = folder.filePath("home"_s);
         QVERIFY(QDir().mkpath(target));
-        write(share + QStringLiteral("/MEVOTable.ini"), "one");
-        write(share + QStringLiteral("/MEVOSetting.ini"), "");
+        write(share + "/MEVOTable.ini"_s, "one");
+        write(share + "/MEVOSetting.ini"_s, "");
         mevo::bringShippedFiles({share}, target);
-        write(share + QStringLiteral("/MEVOTable.ini"), "");
+        write(share + "/MEVOTable.ini"_s, "");
         mevo::bringShippedFiles({share}, target);
-        QCOMPARE(read(target + QStringLiteral("/MEVOTable.ini")), QByteArray("one"));
-        QCOMPARE(read(target + QStringLiteral("/MEVOSetting.ini")), QByteArray("none"));
-        write(share + QStringLiteral("/MEVOTable.ini"), "two");
+        QCOMPARE(read(target + "/MEVOTable.ini"_s), QByteArray("one"));
+        QCOMPARE(read(target + "/MEVOSetting.ini"_s), QByteArray("none"));
+        write(share + "/MEVOTable.ini"_s, "two");
         mevo::bringShippedFiles({share}, target);
-        QCOMPARE(read(target + QStringLiteral("/MEVOTable.ini")), QByteArray("two"));
+        QCOMPARE(read(target + "/MEVOTable.ini"_s), QByteArray("two"));
     }
 
     void oneProgramAtATime()
     {
         const QTemporaryDir folder;
-        const QString share = folder.filePath(QStringLiteral("share"));
-        write(share + QStringLiteral("/MEVOTable.ini"), "one");
-        const QString copy = folder.filePath(QStringLiteral("MEVOTable.ini"));
-        QLockFile other(folder.filePath(QStringLiteral("MEVOShipped.lock")));
+        const QString share = folder.filePath("share"_s);
+        write(share + "/MEVOTable.ini"_s, "one");
+        const QString copy = folder.filePath("MEVOTable.ini"_s);
+        QLockFile other(folder.filePath("MEVOShipped.lock"_s));
         QVERIFY(other.lock());
         mevo::bringShippedFiles({share}, folder.path(), 0);
         QVERIFY(!QFile::exists(copy));
@@ -129,7 +126,7 @@ private Q_SLOTS:
         mevo::bringShippedFiles({share}, folder.path(), 0);
         QCOMPARE(read(copy), QByteArray("one"));
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
-                 QStringList({QStringLiteral("MEVOShipped.json"), QStringLiteral("MEVOTable.ini")}));
+                 QStringList({"MEVOShipped.json"_s, "MEVOTable.ini"_s}));
     }
 
     void theFirstFolderCounts()

@@ -8,6 +8,7 @@
 #include "commands/CommandMatcher.h"
 #include "commands/CommandTable.h"
 #include "state/SettingsState.h"
+#include "support/Rows.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -16,12 +17,7 @@ using namespace mevo;
 
 namespace {
 
-QString operator""_s(const char *text, std::size_t size)
-{
-    return QString::fromUtf8(text, int(size));
-}
-
-CommandRow row(const QString &words, const QString &contents, CommandType type)
+CommandRow row(const Utf8Text &words, const Utf8Text &contents, CommandType type)
 {
     return {"0"_s, words, commandTypeLabel(type), contents, QString()};
 }
@@ -46,27 +42,15 @@ class tst_command_editing : public QObject
 private Q_SLOTS:
     void shortcutTexts_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("boxes");
-        QTest::addColumn<QString>("key");
-        QTest::newRow("all") << "Control+Alt+Shift+Win+F4"_s
-                             << "CASW"_s
-                             << "F4"_s;
-        QTest::newRow("no key, no plus at the end") << "Alt"_s
-                                                    << "A"_s
-                                                    << ""_s;
-        QTest::newRow("key alone") << "Enter"_s
-                                   << ""_s
-                                   << "Enter"_s;
-        QTest::newRow("nothing") << ""_s
-                                 << ""_s
-                                 << ""_s;
+        const Rows<QString, QString, QString> row; // text, boxes, key
+        row("all", "Control+Alt+Shift+Win+F4", "CASW", "F4");
+        row("no key, no plus at the end", "Alt", "A", "");
+        row("key alone", "Enter", "", "Enter");
+        row("nothing", "", "", "");
     }
     void shortcutTexts()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, boxes);
-        QFETCH(QString, key);
+        const auto [text, boxes, key] = rowOf<QString, QString, QString>();
         const ShortcutParts made{boxes.contains(QLatin1Char('C')), boxes.contains(QLatin1Char('A')),
                                  boxes.contains(QLatin1Char('S')), boxes.contains(QLatin1Char('W')), key};
         QCOMPARE(shortcutText(made), text);
@@ -79,28 +63,26 @@ private Q_SLOTS:
 
     void rowsLeftUnsavedGoWhereTheyAlwaysWent_data()
     {
-        QTest::addColumn<int>("view");
-        QTest::addColumn<int>("file");
-        QTest::newRow("voice keyboard") << 0 << 1;
-        QTest::newRow("pinyin keyboard") << 1 << 2;
-        QTest::newRow("web") << 2 << 2;
-        QTest::newRow("file") << 3 << 3;
-        QTest::newRow("folder") << 4 << 4;
-        QTest::newRow("shortcut") << 5 << 5;
-        QTest::newRow("phrase") << 6 << 6;
+        const Rows<int, int> row; // view, file
+        row("voice keyboard", 0, 1);
+        row("pinyin keyboard", 1, 2);
+        row("web", 2, 2);
+        row("file", 3, 3);
+        row("folder", 4, 4);
+        row("shortcut", 5, 5);
+        row("phrase", 6, 6);
     }
     void rowsLeftUnsavedGoWhereTheyAlwaysWent()
     {
-        QFETCH(int, view);
-        QFETCH(int, file);
+        const auto [view, file] = rowOf<int, int>();
         QCOMPARE(int(commandForm(CommandType(view)).savedOnLeaving), file);
     }
 
     void searchFindsEachRowOnce()
     {
-        const CommandRows rows{
-            row("打开百度;百度搜索"_s, "a"_s, CommandType::Web), row("打开新浪"_s, "b"_s, CommandType::Web),
-            row("百度"_s, "c"_s, CommandType::Web), row("百;度"_s, "d"_s, CommandType::Web)};
+        const CommandRows rows{row("打开百度;百度搜索", "a", CommandType::Web),
+                               row("打开新浪", "b", CommandType::Web), row("百度", "c", CommandType::Web),
+                               row("百;度", "d", CommandType::Web)};
         QCOMPARE(searchCommandWords(rows, "百度"_s), (std::vector<int>{0, 2}));
         QVERIFY(searchCommandWords(rows, "度;"_s).empty()); // forms are searched, not what parts them
         QCOMPARE(searchCommandWords(rows, ""_s).size(), rows.size()); // it stands in every form
@@ -110,26 +92,25 @@ private Q_SLOTS:
     {
         SettingsState settings;
         settings.Enable_SwitchFunctionMode = true;
-        settings.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{"打字"_s};
+        settings.SetEnterVoiceTypeModeSwitchModeFlags = list({"打字"});
         settings.Enable_CommandWord_Direct = true;
-        settings.CmdFlags_Contents_Driect = QStringList{"命令"_s};
+        settings.CmdFlags_Contents_Driect = list({"命令"});
         settings.Enable_Search_Direct = false;
-        settings.SearchFlags_Contents_Driect = QStringList{"查找"_s};
-        settings.KeyShowNames = QStringList{"A"_s, "Enter"_s};
+        settings.SearchFlags_Contents_Driect = list({"查找"});
+        settings.KeyShowNames = list({"A", "Enter"});
         CommandTables tables;
-        tables[2] = {row("百度"_s, "www.baidu.com"_s, CommandType::Web),
-                     row("五"_s, "wu"_s, CommandType::PinyinKeyboard)};  // strayed; shadows nothing
-        tables[1] = {row("家"_s, "jia"_s, CommandType::PinyinKeyboard)}; // not matched: shadows nothing
-        tables[6] = {
-            row("家"_s, "1"_s, CommandType::Phrase),       row("百度;地址"_s, "2"_s, CommandType::Phrase),
-            row("百度"_s, "3"_s, CommandType::Phrase),     row("打字"_s, "4"_s, CommandType::Phrase),
-            row("命令打开"_s, "5"_s, CommandType::Phrase), row("查找我"_s, "6"_s, CommandType::Phrase),
-            row(""_s, "7"_s, CommandType::Phrase)};
-        tables[5] = {row("一"_s, "Control+Enter"_s, CommandType::Shortcut),
-                     row("二"_s, "Control+Entre"_s, CommandType::Shortcut),
-                     row("三"_s, ""_s, CommandType::Shortcut), row("四"_s, "Alt"_s, CommandType::Shortcut)};
-        tables[3] = {row("五"_s, "/there"_s, CommandType::File), row("六"_s, "/gone"_s, CommandType::File)};
-        tables[4] = {row("七"_s, "/gone"_s, CommandType::Directory)};
+        tables[2] = {row("百度", "www.baidu.com", CommandType::Web),
+                     row("五", "wu", CommandType::PinyinKeyboard)};  // strayed; shadows nothing
+        tables[1] = {row("家", "jia", CommandType::PinyinKeyboard)}; // not matched: shadows nothing
+        tables[6] = {row("家", "1", CommandType::Phrase),       row("百度;地址", "2", CommandType::Phrase),
+                     row("百度", "3", CommandType::Phrase),     row("打字", "4", CommandType::Phrase),
+                     row("命令打开", "5", CommandType::Phrase), row("查找我", "6", CommandType::Phrase),
+                     row("", "7", CommandType::Phrase)};
+        tables[5] = {row("一", "Control+Enter", CommandType::Shortcut),
+                     row("二", "Control+Entre", CommandType::Shortcut), row("三", "", CommandType::Shortcut),
+                     row("四", "Alt", CommandType::Shortcut)};
+        tables[3] = {row("五", "/there", CommandType::File), row("六", "/gone", CommandType::File)};
+        tables[4] = {row("七", "/gone", CommandType::Directory)};
         const auto exists = [](const QString &path, bool) { return path == "/there"_s; };
         const auto faults = [&](CommandType type) {
             QStringList texts;
@@ -139,16 +120,14 @@ private Q_SLOTS:
             }
             return texts;
         };
-        QCOMPARE(
-            faults(CommandType::Phrase),
-            (QStringList{""_s, "shadowed(百度,www.baidu.com)"_s, "shadowed(百度,www.baidu.com) inert"_s,
-                         "mode(打字,) inert"_s, "prefix(命令打开,命令) inert"_s, ""_s, "empty(,) inert"_s}));
-        QCOMPARE(faults(CommandType::Shortcut),
-                 (QStringList{""_s, "key(,Entre) inert"_s, "nothing(,) inert"_s, ""_s}));
-        QCOMPARE(faults(CommandType::File), (QStringList{""_s, "missing file(,/gone) inert"_s}));
-        QCOMPARE(faults(CommandType::Directory), (QStringList{"missing folder(,/gone) inert"_s}));
-        QCOMPARE(faults(CommandType::Web), (QStringList{""_s, "table(,拼音键盘) inert"_s}));
-        QCOMPARE(faults(CommandType::PinyinKeyboard), (QStringList{""_s}));
+        QCOMPARE(faults(CommandType::Phrase),
+                 list({"", "shadowed(百度,www.baidu.com)", "shadowed(百度,www.baidu.com) inert",
+                       "mode(打字,) inert", "prefix(命令打开,命令) inert", "", "empty(,) inert"}));
+        QCOMPARE(faults(CommandType::Shortcut), list({"", "key(,Entre) inert", "nothing(,) inert", ""}));
+        QCOMPARE(faults(CommandType::File), list({"", "missing file(,/gone) inert"}));
+        QCOMPARE(faults(CommandType::Directory), list({"missing folder(,/gone) inert"}));
+        QCOMPARE(faults(CommandType::Web), list({"", "table(,拼音键盘) inert"}));
+        QCOMPARE(faults(CommandType::PinyinKeyboard), list({""}));
         const CommandDiagnoses all = diagnoseCommands(tables, std::nullopt, false, settings, exists);
         QCOMPARE(describe(all[2].at(1)), "table(,拼音键盘) inert"_s);
         QCOMPARE(describe(all[6].at(3)), "mode(打字,) inert"_s);
@@ -158,47 +137,32 @@ private Q_SLOTS:
     /// What the marks say is compared with the matcher's answer, made by the files themselves.
     void anEarlierRowIsTheOneMatchedFirst_data()
     {
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("second");
-        QTest::addColumn<bool>("saved"); ///< the table holds these rows as they are read
+        const Rows<int, int, bool> row; // first, second, saved (the table holds these rows as they are read)
         // Read from its file, row 2 of twelve is the one with the number 10, and is numbered 2 in the merged
         // table, which is met as text: 0, 1, 10, 11, 2.
-        QTest::newRow("as read, 2 and 10") << 2 << 10 << true;
-        QTest::newRow("as read, 3 and 11") << 3 << 11 << true;
-        QTest::newRow("as read, 0 and 5") << 0 << 5 << true;
-        QTest::newRow("yet to be saved, 2 and 10") << 2 << 10 << false;
-        QTest::newRow("yet to be saved, 4 and 11") << 4 << 11 << false;
+        row("as read, 2 and 10", 2, 10, true);
+        row("as read, 3 and 11", 3, 11, true);
+        row("as read, 0 and 5", 0, 5, true);
+        row("yet to be saved, 2 and 10", 2, 10, false);
+        row("yet to be saved, 4 and 11", 4, 11, false);
     }
     void anEarlierRowIsTheOneMatchedFirst()
     {
-        QFETCH(int, first);
-        QFETCH(int, second);
-        QFETCH(bool, saved);
+        const auto [first, second, saved] = rowOf<int, int, bool>();
         const QTemporaryDir folder;
         const CommandTable files(folder.path());
         CommandRows rows;
         for (int number = 0; number < 12; ++number) {
             rows.push_back(row("w%1"_s.arg(number), QString::number(number), CommandType::Web));
         }
-        const auto share = [&](CommandRows &table) {
-            for (const int number : {first, second}) {
-                table[std::size_t(number)].CommandWords = "同"_s;
-            }
-        };
-        CommandTables tables;
-        if (saved) {
-            // The numbers in the file that are read at these places.
-            static const int readAt[] = {0, 1, 10, 11, 2, 3, 4, 5, 6, 7, 8, 9};
-            for (const int place : {first, second}) {
-                rows[std::size_t(readAt[place])].CommandWords = "同"_s;
-            }
-            QVERIFY(files.writeTyped(CommandType::Web, rows));
-            tables[2] = files.readTyped(CommandType::Web);
-        } else {
-            share(rows);
-            tables[2] = rows;
-            QVERIFY(files.writeTyped(CommandType::Web, rows));
+        // The numbers in the file that are read at these places.
+        static const int readAt[] = {0, 1, 10, 11, 2, 3, 4, 5, 6, 7, 8, 9};
+        for (const int place : {first, second}) {
+            rows[std::size_t(saved ? readAt[place] : place)].CommandWords = "同"_s;
         }
+        QVERIFY(files.writeTyped(CommandType::Web, rows));
+        CommandTables tables;
+        tables[2] = saved ? files.readTyped(CommandType::Web) : rows;
         QVERIFY(files.rebuildMerged());
         CommandMatcher matcher(files.mergedPath());
         const CommandRow *acts = matcher.find("同"_s);
@@ -216,36 +180,25 @@ private Q_SLOTS:
 
     void oneFileForAllTables_data()
     {
-        QTest::addColumn<QString>("words");
-        QTest::addColumn<QString>("content");
-        QTest::newRow("plain") << "百度"_s
-                               << "www.baidu.com"_s;
-        QTest::newRow("quotes") << "说\"引号\""_s
-                                << "\"a\" 'b' \\\" “c”"_s;
-        QTest::newRow("line ends") << "诗"_s
-                                   << "床前明月光，\n疑是地上霜。\r\n举头\r低头\n"_s;
-        QTest::newRow("signs of the format") << "a;b,c=d"_s
-                                             << "[1]\n;# = , \\x41 %2F @Variant(1) \\"_s;
-        QTest::newRow("blanks") << " 前后 "_s
-                                << "\t  x  \t"_s;
-        QTest::newRow("emoji") << "笑😀脸"_s
-                               << "👩‍👩‍👧 🇨🇳 𠮷野家"_s;
-        QTest::newRow("other writing") << "日本語;한국어"_s
-                                       << "العربية ไทย é ﻿"_s;
-        QTest::newRow("nothing") << ""_s
-                                 << ""_s;
-        QTest::newRow("control characters")
-            << "x"_s << QString(QChar(0)) + QChar(0x1b) + QChar(0x7f) + QChar(0x2028);
-        QTest::newRow("long") << "长"_s << QString(100000, QChar(0x957f));
+        const Rows<QString, QString> row; // words, content
+        row("plain", "百度", "www.baidu.com");
+        row("quotes", "说\"引号\"", "\"a\" 'b' \\\" “c”");
+        row("line ends", "诗", "床前明月光，\n疑是地上霜。\r\n举头\r低头\n");
+        row("signs of the format", "a;b,c=d", "[1]\n;# = , \\x41 %2F @Variant(1) \\");
+        row("blanks", " 前后 ", "\t  x  \t");
+        row("emoji", "笑😀脸", "👩‍👩‍👧 🇨🇳 𠮷野家");
+        row("other writing", "日本語;한국어", "العربية ไทย é ﻿");
+        row("nothing", "", "");
+        row("control characters", "x", QString(QChar(0)) + QChar(0x1b) + QChar(0x7f) + QChar(0x2028));
+        row("long", "长", QString(100000, QChar(0x957f)));
     }
     void oneFileForAllTables()
     {
-        QFETCH(QString, words);
-        QFETCH(QString, content);
+        const auto [words, content] = rowOf<QString, QString>();
         CommandTables tables;
         for (const CommandType type : {CommandType::Web, CommandType::Phrase, CommandType::VoiceKeyboard}) {
-            tables[std::size_t(type)] = {row("before"_s, "1"_s, type), row(words, content, type),
-                                         row("behind"_s, "2"_s, type)};
+            tables[std::size_t(type)] = {row("before", "1", type), row(words, content, type),
+                                         row("behind", "2", type)};
         }
         tables[6][1].Hide = "1"_s;
         const CommandBundle bundle = readCommandBundle(exportCommands(tables));
@@ -286,27 +239,21 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const CommandTable files(folder.path());
-        QVERIFY(files.writeTyped(CommandType::Web, {row("有"_s, "1"_s, CommandType::Web)}));
-        QVERIFY(files.writeDraft(CommandType::Web, {row("草"_s, "2"_s, CommandType::Web)}));
+        QVERIFY(files.writeTyped(CommandType::Web, {row("有", "1", CommandType::Web)}));
+        QVERIFY(files.writeDraft(CommandType::Web, {row("草", "2", CommandType::Web)}));
         QVERIFY(QDir().mkpath(files.typedPath(CommandType::Phrase))); // nothing can be written there
         CommandTables rows;
-        rows[2] = {row("有"_s, "1"_s, CommandType::Web), row("新"_s, "3"_s, CommandType::Web)};
-        rows[6] = {row("诗"_s, "4"_s, CommandType::Phrase)};
-        rows[3] = {row("文"_s, "/5"_s, CommandType::File)};
+        rows[2] = {row("有", "1", CommandType::Web), row("新", "3", CommandType::Web)};
+        rows[6] = {row("诗", "4", CommandType::Phrase)};
+        rows[3] = {row("文", "/5", CommandType::File)};
         const CommandImport import = importCommands(files, rows);
         QVERIFY(import.failed == std::vector<CommandType>{CommandType::Phrase});
         QCOMPARE(import.added, 2);
         QCOMPARE(import.known, 1);
-        const auto words = [](const CommandRows &table) {
-            QStringList all;
-            for (const CommandRow &each : table) {
-                all.append(each.CommandWords);
-            }
-            return all;
-        };
-        QCOMPARE(words(files.readTyped(CommandType::Web)), (QStringList{"有"_s, "新"_s}));
-        QCOMPARE(words(*files.readDraft(CommandType::Web)), (QStringList{"草"_s, "有"_s, "新"_s}));
-        QCOMPARE(words(files.readTyped(CommandType::File)), QStringList{"文"_s});
+        const auto words = [](const CommandRows &table) { return textsOf(table, &CommandRow::CommandWords); };
+        QCOMPARE(words(files.readTyped(CommandType::Web)), list({"有", "新"}));
+        QCOMPARE(words(*files.readDraft(CommandType::Web)), list({"草", "有", "新"}));
+        QCOMPARE(words(files.readTyped(CommandType::File)), list({"文"}));
         QVERIFY(!files.readDraft(CommandType::File));
     }
 
@@ -315,7 +262,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const CommandTable table(folder.path());
         QVERIFY(!table.readDraft(CommandType::Web));
-        table.writeDraft(CommandType::Web, {row("草"_s, "x"_s, CommandType::Web)});
+        table.writeDraft(CommandType::Web, {row("草", "x", CommandType::Web)});
         QCOMPARE(table.readDraft(CommandType::Web)->at(0).CommandWords, "草"_s);
         QVERIFY(table.readTyped(CommandType::Web).empty());
         table.writeDraft(CommandType::Web, {}); // an emptied table is a draft too
@@ -324,13 +271,13 @@ private Q_SLOTS:
         QVERIFY(!table.readDraft(CommandType::Web));
 
         QVERIFY(table.keepCopy(CommandType::Web));
-        QVERIFY(table.writeTyped(CommandType::Web, {row("旧"_s, "x"_s, CommandType::Web)}));
+        QVERIFY(table.writeTyped(CommandType::Web, {row("旧", "x", CommandType::Web)}));
         QVERIFY(table.keepCopy(CommandType::Web));
         QVERIFY(table.writeTyped(CommandType::Web, {}));
         QFile copy(table.typedPath(CommandType::Web) + ".bak"_s);
         QVERIFY(copy.open(QFile::ReadOnly));
         QCOMPARE(parseCommandFile(copy.readAll()).rows.at(0).CommandWords, "旧"_s);
-        QVERIFY(table.writeTyped(CommandType::Web, {row("二"_s, "x"_s, CommandType::Web)}));
+        QVERIFY(table.writeTyped(CommandType::Web, {row("二", "x", CommandType::Web)}));
         QVERIFY(table.keepCopy(CommandType::Web));
         QVERIFY(table.keepCopy(CommandType::Web)); // the same content once more
         QFile second(copy.fileName() + "2"_s);
@@ -351,7 +298,7 @@ private Q_SLOTS:
             QFile file(name);
             QVERIFY(file.open(QFile::WriteOnly) && file.resize(largestWholeFile + 1));
         }
-        const CommandRows rows{row("新"_s, "x"_s, CommandType::Web)};
+        const CommandRows rows{row("新", "x", CommandType::Web)};
         QVERIFY(!table.writeTyped(CommandType::Web, rows));
         QVERIFY(!table.readDraft(CommandType::Web));
         QVERIFY(!table.writeDraft(CommandType::Web, rows));

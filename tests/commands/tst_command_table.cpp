@@ -4,6 +4,9 @@
 #include "commands/CommandMatcher.h"
 #include "commands/CommandTable.h"
 #include "commands/MergedTable.h"
+#include "support/FullDisk.h"
+#include "support/Messages.h"
+#include "support/Rows.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -12,8 +15,7 @@
 #include <QTextCodec>
 #include <QtTest>
 
-#include <csignal>
-#include <sys/resource.h>
+#include <optional>
 
 using mevo::CommandRow;
 using mevo::CommandRows;
@@ -21,18 +23,9 @@ using mevo::CommandType;
 
 namespace {
 
-QStringList warnings;
-
-void keepWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
+CommandRow row(CommandType type, const Utf8Text &words, const Utf8Text &contents = "c")
 {
-    if (type == QtWarningMsg) {
-        warnings.append(message);
-    }
-}
-
-CommandRow row(CommandType type, const QString &words, const QString &contents = QStringLiteral("c"))
-{
-    return {QStringLiteral("0"), words, mevo::commandTypeLabel(type), contents, QString::number(int(type))};
+    return {"0"_s, words, mevo::commandTypeLabel(type), contents, QString::number(int(type))};
 }
 
 /// All cells of all rows; an absent one is "-".
@@ -43,7 +36,7 @@ QString shown(const CommandRows &rows)
         QStringList cells;
         for (const QString &cell :
              {r.Hide, r.CommandWords, r.CmdWordType, r.CmdWordTypeIndex, r.CmdWordContents}) {
-            cells.append(cell.isNull() ? QStringLiteral("-") : cell);
+            cells.append(cell.isNull() ? "-"_s : cell);
         }
         lines.append(cells.join(u'|'));
     }
@@ -106,8 +99,9 @@ QString randomText(QRandomGenerator &random, bool withEmoji)
 {
     static const QStringList pieces =
         QString::fromUtf8("好 é ; , = \" \\ @ @@ # [ ] % 1 a f F x z \\n \\x41 ' ?").split(u' ')
-        << QStringLiteral(" ") << QStringLiteral("\t") << QStringLiteral("\n") << QString(QChar(0))
-        << QString(QChar(1)) << QString(QChar(0x7f)) << QString::fromUtf8("😀");
+        << " "_s
+        << "\t"_s
+        << "\n"_s << QString(QChar(0)) << QString(QChar(1)) << QString(QChar(0x7f)) << QString::fromUtf8("😀");
     QString text = QLatin1String("");
     for (int left = random.bounded(8); left > 0; --left) {
         text += pieces[random.bounded(pieces.size() - (withEmoji ? 0 : 1))];
@@ -122,12 +116,8 @@ class TestCommandTable : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        warnings.clear();
-        qInstallMessageHandler(keepWarnings);
-    }
-    void cleanup() { qInstallMessageHandler(nullptr); }
+    void init() { m_messages.emplace(); }
+    void cleanup() { m_messages.reset(); }
 
     /// Files go to and fro between this program and whatever else uses Qt's settings.
     void theFormatIsThatOfQtSettings()
@@ -140,13 +130,13 @@ private Q_SLOTS:
                 rows.push_back(row(CommandType(random.bounded(7)), randomText(random, round % 2 == 1),
                                    randomText(random, round % 2 == 1)));
             }
-            const QString path = folder.filePath(QStringLiteral("%1.ini").arg(round));
+            const QString path = folder.filePath("%1.ini"_s.arg(round));
             const QByteArray text = mevo::commandFileText(rows);
             if (round % 2 == 0) { // with a codec Qt itself loses an emoji
                 writeByQt(path, rows);
                 QCOMPARE(text, contentOf(path));
             }
-            const QString copy = path + QStringLiteral(".copy"); // Qt remembers what it wrote itself
+            const QString copy = path + ".copy"_s; // Qt remembers what it wrote itself
             write(copy, text);
             const CommandRows read = mevo::parseCommandFile(text).rows;
             QCOMPARE(shown(read), shown(readByQt(copy)));
@@ -157,26 +147,21 @@ private Q_SLOTS:
 
     void oddRowsAreNamedAndHarmNoOther_data()
     {
-        QTest::addColumn<QByteArray>("lines"); // of row 1, between two good rows
-        QTest::addColumn<QString>("cells");
-        QTest::addColumn<QString>("fault"); // empty for a row that is not odd
+        // lines (of row 1, between two good rows), cells, fault (empty for a row that is not odd)
+        const Rows<QByteArray, QString, QString> row;
         const QByteArray good = "Hide=0\nCmdWordType=网页\nCmdWordTypeIndex=2\nCmdWordContents=a\n";
-        const auto row = [](const char *name, const QByteArray &lines, const QString &cells,
-                            const char *fault = "") { QTest::newRow(name) << lines << cells << fault; };
-        const auto words = [](const char *text) {
-            return QStringLiteral("0|%1|网页|2|a").arg(QString::fromUtf8(text));
-        };
+        const auto words = [](const char *text) { return "0|%1|网页|2|a"_s.arg(QString::fromUtf8(text)); };
         row("typed by hand, no quotes", good + "CommandWords = 复制;copy, now  ; a remark \r\n",
-            words("复制;copy, now"));
-        row("quotes and a remark", good + "CommandWords=\"a;b \" ; remark", words("a;b "));
-        row("the later of two keys", good + "CommandWords=a\nCommandWords=b", words("b"));
+            words("复制;copy, now"), "");
+        row("quotes and a remark", good + "CommandWords=\"a;b \" ; remark", words("a;b "), "");
+        row("the later of two keys", good + "CommandWords=a\nCommandWords=b", words("b"), "");
         row("no words", good, words("-"), "row 1: no CommandWords");
-        row("nothing at all", "", QStringLiteral("-|-|-|-|-"), "no CmdWordContents");
-        row("keys of an inner group", "[1/0]\n" + good, QStringLiteral("-|-|-|-|-"), "no CommandWords");
-        row("unknown number", "CommandWords=a\nCmdWordTypeIndex=07", QStringLiteral("-|a|-|07|-"),
+        row("nothing at all", "", "-|-|-|-|-"_s, "no CmdWordContents");
+        row("keys of an inner group", "[1/0]\n" + good, "-|-|-|-|-"_s, "no CommandWords");
+        row("unknown number", "CommandWords=a\nCmdWordTypeIndex=07", "-|a|-|07|-"_s,
             "no type has the number \"07\"");
-        row("label and number disagree", good + "CommandWords=a\nCmdWordTypeIndex=3",
-            QStringLiteral("0|a|网页|3|a"), "\"网页\" is not the type of that number");
+        row("label and number disagree", good + "CommandWords=a\nCmdWordTypeIndex=3", "0|a|网页|3|a"_s,
+            "\"网页\" is not the type of that number");
         row("open quote", good + "CommandWords=\"a;b", words("a;b"), "an open quote in CommandWords");
         row("broken encoding", good + "CommandWords=a\xff;b", words("a\uFFFD;b"),
             "CommandWords is not UTF-8");
@@ -187,15 +172,14 @@ private Q_SLOTS:
 
     void oddRowsAreNamedAndHarmNoOther()
     {
-        QFETCH(QByteArray, lines);
-        QFETCH(QString, fault);
+        const auto [lines, cells, fault] = rowOf<QByteArray, QString, QString>();
         const QByteArray other = "\nHide=0\nCommandWords=\"甲;乙\"\nCmdWordType=网页\nCmdWordTypeIndex=2\n"
                                  "CmdWordContents=x\n";
         const auto file =
             mevo::parseCommandFile("\xEF\xBB\xBFstray=1\n[0]" + other + "[1]\n" + lines + "\n[2]" + other);
         QCOMPARE(file.rows.size(), std::size_t(3));
-        QTEST(shown({file.rows[1]}), "cells");
-        QCOMPARE(shown({file.rows[0]}), QStringLiteral("0|甲;乙|网页|2|x"));
+        QCOMPARE(shown({file.rows[1]}), cells);
+        QCOMPARE(shown({file.rows[0]}), "0|甲;乙|网页|2|x"_s);
         QCOMPARE(shown({file.rows[2]}), shown({file.rows[0]}));
         QVERIFY2(fault.isEmpty() ? file.faults.isEmpty()
                                  : file.faults.size() == 1 && file.faults[0].contains(fault),
@@ -215,10 +199,8 @@ private Q_SLOTS:
 
     void theEditorsCellsAreWritten()
     {
-        const CommandRows rows{
-            {QStringLiteral("1"), QStringLiteral("a"), QStringLiteral("快捷键"), QString(),
-             QStringLiteral("2")},
-            {QString(), QStringLiteral("b"), QStringLiteral("别的"), QLatin1String(""), QStringLiteral("2")}};
+        const CommandRows rows{{"1"_s, "a"_s, "快捷键"_s, QString(), "2"_s},
+                               {QString(), "b"_s, "别的"_s, QLatin1String(""), "2"_s}};
         QCOMPARE(mevo::commandFileText(rows),
                  QByteArray("[0]\nCmdWordType=快捷键\nCmdWordTypeIndex=5\n"
                             "CommandWords=a\nHide=1\n\n"
@@ -234,63 +216,56 @@ private Q_SLOTS:
             many.push_back(row(CommandType::Phrase, QString::number(i)));
         }
         QVERIFY(table.writeTyped(CommandType::Phrase, many));
-        QVERIFY(table.writeTyped(CommandType::Web, {row(CommandType::Web, QStringLiteral("w"))}));
-        QVERIFY(table.writeTyped(CommandType::VoiceKeyboard,
-                                 {row(CommandType::VoiceKeyboard, QStringLiteral("k"))}));
+        QVERIFY(table.writeTyped(CommandType::Web, {row(CommandType::Web, "w")}));
+        QVERIFY(table.writeTyped(CommandType::VoiceKeyboard, {row(CommandType::VoiceKeyboard, "k")}));
         QVERIFY(table.rebuildMerged());
         const auto words = [](const CommandRows &rows) {
-            QStringList all;
-            for (const CommandRow &r : rows) {
-                all.append(r.CommandWords);
-            }
-            return all.join(u' ');
+            return textsOf(rows, &CommandRow::CommandWords).join(u' ');
         };
         // The phrases are sorted as text when their file is read, and all rows once more when the merged is.
-        QCOMPARE(words(table.readMerged()), QStringLiteral("k w 6 7 8 9 0 1 10 11 2 3 4 5"));
-        QCOMPARE(words(table.readMerged(CommandType::Web)), QStringLiteral("w"));
-        QCOMPARE(words(table.readTyped(CommandType::Phrase)), QStringLiteral("0 1 10 11 2 3 4 5 6 7 8 9"));
+        QCOMPARE(words(table.readMerged()), "k w 6 7 8 9 0 1 10 11 2 3 4 5"_s);
+        QCOMPARE(words(table.readMerged(CommandType::Web)), "w"_s);
+        QCOMPARE(words(table.readTyped(CommandType::Phrase)), "0 1 10 11 2 3 4 5 6 7 8 9"_s);
         // What was saved in the merged file alone goes at the next rebuild.
-        QVERIFY(table.writeMerged({row(CommandType::Web, QStringLiteral("elsewhere"))}));
+        QVERIFY(table.writeMerged({row(CommandType::Web, "elsewhere")}));
         QVERIFY(table.rebuildMerged());
         QVERIFY(table.readMerged().size() == 14);
         QVERIFY(table.writeTyped(CommandType::Web, {}) && QFile::exists(table.typedPath(CommandType::Web)));
         QVERIFY(table.readTyped(CommandType::Web).empty() && table.readTyped(CommandType::File).empty());
-        QVERIFY(warnings.isEmpty());
+        QVERIFY(Messages::warnings.isEmpty());
     }
 
     /// What replaces a table behind the editor's back.
     void theMergedTableFollowsReplacedOnes_data()
     {
-        QTest::addColumn<QString>("replaced"); // names of the tables: w the web pages, m the merged one
-        QTest::addColumn<bool>("noted");
-        QTest::addColumn<bool>("behind");
-        QTest::newRow("nothing") << QString() << true << false;
-        QTest::newRow("a typed table") << QStringLiteral("w") << true << true;
-        QTest::newRow("the merged one, saved as a whole") << QStringLiteral("m") << true << false;
-        QTest::newRow("both: rows of its own stay") << QStringLiteral("mw") << true << false;
-        QTest::newRow("a typed table, nothing noted") << QStringLiteral("w") << false << false;
+        // replaced (names of the tables: w the web pages, m the merged one), noted, behind
+        const Rows<QString, bool, bool> row;
+        row("nothing", "", true, false);
+        row("a typed table", "w", true, true);
+        row("the merged one, saved as a whole", "m", true, false);
+        row("both: rows of its own stay", "mw", true, false);
+        row("a typed table, nothing noted", "w", false, false);
     }
     void theMergedTableFollowsReplacedOnes()
     {
-        QFETCH(QString, replaced);
-        QFETCH(bool, noted);
+        const auto [replaced, noted, behind] = rowOf<QString, bool, bool>();
         const QTemporaryDir folder;
         const mevo::CommandTable table(folder.path());
         for (const CommandType type : mevo::allCommandTypes) {
-            QVERIFY(table.writeTyped(type, {row(type, QStringLiteral("as made"))}));
+            QVERIFY(table.writeTyped(type, {row(type, "as made")}));
         }
         QVERIFY(table.rebuildMerged() && !mevo::isMergedTableBehind(table));
-        const QString note = folder.filePath(QStringLiteral("MEVOCommandTables.json"));
+        const QString note = folder.filePath("MEVOCommandTables.json"_s);
         if (!noted) {
             QVERIFY(QFile::remove(note));
         }
         if (replaced.contains(u'w')) {
-            QVERIFY(table.writeTyped(CommandType::Web, {row(CommandType::Web, QStringLiteral("newer"))}));
+            QVERIFY(table.writeTyped(CommandType::Web, {row(CommandType::Web, "newer")}));
         }
         if (replaced.contains(u'm')) {
-            QVERIFY(table.writeMerged({row(CommandType::Web, QStringLiteral("the user's"))}));
+            QVERIFY(table.writeMerged({row(CommandType::Web, "the user's")}));
         }
-        QTEST(mevo::isMergedTableBehind(table), "behind");
+        QCOMPARE(mevo::isMergedTableBehind(table), behind);
         QVERIFY(table.rebuildMerged() && !mevo::isMergedTableBehind(table));
         QVERIFY(QFile::remove(table.typedPath(CommandType::Web)));
         QVERIFY(!mevo::isMergedTableBehind(table)); // a lost table must not take its rows along
@@ -302,19 +277,15 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const mevo::CommandTable table(folder.path());
         for (const char *version : {"one", "two"}) {
+            CommandRows all;
             for (const CommandType type : mevo::allCommandTypes) {
-                QVERIFY(table.writeTyped(type, {row(type, QLatin1String(version))}));
+                all.push_back(row(type, version));
+                QVERIFY(table.writeTyped(type, {all.back()}));
             }
-            QVERIFY(table.writeMerged([&] {
-                mevo::CommandRows rows;
-                for (const CommandType type : mevo::allCommandTypes) {
-                    rows.push_back(row(type, QLatin1String(version)));
-                }
-                return rows;
-            }()));
+            QVERIFY(table.writeMerged(all));
             QVERIFY(!mevo::isMergedTableBehind(table));
         }
-        QVERIFY(table.writeTyped(CommandType::Phrase, {row(CommandType::Phrase, QStringLiteral("three"))}));
+        QVERIFY(table.writeTyped(CommandType::Phrase, {row(CommandType::Phrase, "three")}));
         QVERIFY(mevo::isMergedTableBehind(table));
     }
 
@@ -322,30 +293,20 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const mevo::CommandTable table(folder.path());
-        QVERIFY(table.writeMerged({row(CommandType::Web, QStringLiteral("old"))}));
+        QVERIFY(table.writeMerged({row(CommandType::Web, "old")}));
         const QByteArray before = contentOf(table.mergedPath());
-        rlimit usual{};
-        getrlimit(RLIMIT_FSIZE, &usual);
-        rlimit full = usual;
-        full.rlim_cur = 4096;
-        std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &full);
-        const bool written =
-            table.writeMerged({row(CommandType::Phrase, QStringLiteral("new"), QString(100000, u'x'))});
-        setrlimit(RLIMIT_FSIZE, &usual);
-        QVERIFY(!written);
+        {
+            const FullDisk full(4096);
+            QVERIFY(!table.writeMerged({row(CommandType::Phrase, "new"_s, QString(100000, u'x'))}));
+        }
         QCOMPARE(contentOf(table.mergedPath()), before);
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-        QCOMPARE(warnings.size(), 1);
+        QCOMPARE(Messages::warnings.size(), 1);
     }
 
     void aWordIsMatched_data()
     {
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<QString>("contents"); // of the row, "none" for none
-        const auto row = [](const char *name, const char *word, const char *contents) {
-            QTest::newRow(name) << QString::fromUtf8(word) << contents;
-        };
+        const Rows<QString, QString> row; // word, contents (of the row, "none" for none)
         row("a form", "百度搜索", "a");
         row("the other form", "打开百度", "a");
         row("with a blank", "打开百度 ", "none");
@@ -361,33 +322,33 @@ private Q_SLOTS:
 
     void aWordIsMatched()
     {
-        QFETCH(QString, word);
+        const auto [word, contents] = rowOf<QString, QString>();
         QTemporaryDir folder;
         const mevo::CommandTable table(folder.path());
-        CommandRows rows(12, row(CommandType::Web, QStringLiteral("-")));
-        rows[0] = row(CommandType::Web, QStringLiteral("打开百度;百度搜索"), QStringLiteral("a"));
-        rows[1] = row(CommandType::Shortcut, QStringLiteral("copy; 副本;"), QStringLiteral("b"));
-        rows[2] = row(CommandType::File, QStringLiteral("十;"), QStringLiteral("two"));
-        rows[3] = row(CommandType::File, QStringLiteral("隐藏"), QStringLiteral("h"));
-        rows[3].Hide = QStringLiteral("1");
-        rows[4] = row(CommandType::PinyinKeyboard, QStringLiteral("键"), QStringLiteral("four"));
-        rows[5] = row(CommandType::VoiceKeyboard, QStringLiteral("键;十"), QStringLiteral("five"));
-        rows[6] = row(CommandType::Web, QStringLiteral("无"));
-        rows[6].CmdWordType = QStringLiteral("别的");
-        rows[7] = row(CommandType::Phrase, QStringLiteral("键"), QStringLiteral("seven"));
-        rows[10] = row(CommandType::Directory, QStringLiteral("十"), QStringLiteral("ten"));
+        CommandRows rows(12, row(CommandType::Web, "-"));
+        rows[0] = row(CommandType::Web, "打开百度;百度搜索", "a");
+        rows[1] = row(CommandType::Shortcut, "copy; 副本;", "b");
+        rows[2] = row(CommandType::File, "十;", "two");
+        rows[3] = row(CommandType::File, "隐藏", "h");
+        rows[3].Hide = "1"_s;
+        rows[4] = row(CommandType::PinyinKeyboard, "键", "four");
+        rows[5] = row(CommandType::VoiceKeyboard, "键;十", "five");
+        rows[6] = row(CommandType::Web, "无");
+        rows[6].CmdWordType = "别的"_s;
+        rows[7] = row(CommandType::Phrase, "键", "seven");
+        rows[10] = row(CommandType::Directory, "十", "ten");
         QVERIFY(table.writeMerged(rows));
         mevo::CommandMatcher matcher(table.mergedPath());
         const CommandRow *found = matcher.find(word);
-        QTEST(found == nullptr ? QStringLiteral("none") : found->CmdWordContents, "contents");
+        QCOMPARE(found == nullptr ? "none"_s : found->CmdWordContents, contents);
     }
 
     /// Whatever is done to the file, the next word sees it.
     void anEditIsSeenAtTheNextWord()
     {
         const QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("t.ini"));
-        const QString other = folder.filePath(QStringLiteral("other.ini"));
+        const QString path = folder.filePath("t.ini"_s);
+        const QString other = folder.filePath("other.ini"_s);
         const auto table = [](const char *word) {
             return mevo::commandFileText({row(CommandType::Web, QString::fromUtf8(word))});
         };
@@ -430,7 +391,7 @@ private Q_SLOTS:
     void oddRowsAreNamedOncePerChange()
     {
         const QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("t.ini"));
+        const QString path = folder.filePath("t.ini"_s);
         QByteArray text = "[0]\nCommandWords=a\nCmdWordTypeIndex=2\nCmdWordType=网页\nCmdWordContents=b\n";
         for (int i = 1; i < 20; ++i) {
             text += "[" + QByteArray::number(i) + "]\nHide=0\n";
@@ -438,15 +399,15 @@ private Q_SLOTS:
         write(path, text);
         mevo::CommandMatcher matcher(path);
         for (int i = 0; i < 5; ++i) {
-            QVERIFY(matcher.find(QStringLiteral("a")) != nullptr);
+            QVERIFY(matcher.find("a"_s) != nullptr);
         }
-        QCOMPARE(warnings.size(), 1);
-        QVERIFY2(warnings[0].contains(QStringLiteral("row 1: no CmdWordContents")) &&
-                     warnings[0].contains(QStringLiteral("and 14 more")),
-                 qPrintable(warnings[0]));
+        QCOMPARE(Messages::warnings.size(), 1);
+        QVERIFY2(Messages::warnings[0].contains("row 1: no CmdWordContents"_s) &&
+                     Messages::warnings[0].contains("and 14 more"_s),
+                 qPrintable(Messages::warnings[0]));
         write(path, text + "\n");
         matcher.find(QString());
-        QCOMPARE(warnings.size(), 2);
+        QCOMPARE(Messages::warnings.size(), 2);
     }
 
     void theShippedTablesAreWhole()
@@ -491,8 +452,12 @@ private Q_SLOTS:
                 QVERIFY2(r.CmdWordContents.startsWith(u'/'), qPrintable(r.CmdWordContents));
             }
         }
-        QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n'))); // no odd row, no unknown key
+        QVERIFY2(Messages::warnings.isEmpty(),
+                 qPrintable(Messages::warnings.join(u'\n'))); // no odd row, no unknown key
     }
+
+private:
+    std::optional<Messages> m_messages;
 };
 
 QTEST_GUILESS_MAIN(TestCommandTable)

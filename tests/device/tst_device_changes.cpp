@@ -1,4 +1,5 @@
 #include "device/DeviceChanges.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -49,26 +50,18 @@ class TestDeviceChanges : public QObject
 private slots:
     void overtakenChangesAreDropped_data()
     {
-        QTest::addColumn<QString>("reported"); ///< + arrival, - removal
-        QTest::addColumn<QString>("taken");
-        QTest::newRow("arrival") << "+"
-                                 << "+";
-        QTest::newRow("removal") << "-"
-                                 << "-";
-        QTest::newRow("out and in") << "-+"
-                                    << "-+";
-        QTest::newRow("in and out") << "+-"
-                                    << "-";
-        QTest::newRow("ends out") << "-+-"
-                                  << "-";
-        QTest::newRow("ends in") << "+-+-+"
-                                 << "-+";
-        QTest::newRow("twice in") << "++"
-                                  << "+";
+        const Rows<QString, QString> row; // reported (+ arrival, - removal), taken
+        row("arrival", "+", "+");
+        row("removal", "-", "-");
+        row("out and in", "-+", "-+");
+        row("in and out", "+-", "-");
+        row("ends out", "-+-", "-");
+        row("ends in", "+-+-+", "-+");
+        row("twice in", "++", "+");
     }
     void overtakenChangesAreDropped()
     {
-        QFETCH(QString, reported);
+        const auto [reported, expectedTaken] = rowOf<QString, QString>();
         mevo::DeviceChanges changes;
         for (const QChar each : reported) {
             changes.add(each == QLatin1Char('+') ? Change::Arrival : Change::Removal);
@@ -84,7 +77,7 @@ private slots:
             taken += QLatin1Char(*change == Change::Arrival ? '+' : '-');
             changes.release();
         }
-        QTEST(taken, "taken");
+        QCOMPARE(taken, expectedTaken);
     }
 
     void anArrivalKnowsThatItIsOvertaken()
@@ -113,10 +106,9 @@ private slots:
             link.toggle();
             while (link.take()) {
             }
-            QVERIFY2(link.opened == link.plugged, qPrintable(QStringLiteral("row %1: %2 is in, %3 is open")
-                                                                 .arg(row, 0, 4)
-                                                                 .arg(link.plugged)
-                                                                 .arg(link.opened)));
+            QVERIFY2(link.opened == link.plugged,
+                     qPrintable(
+                         "row %1: %2 is in, %3 is open"_s.arg(row, 0, 4).arg(link.plugged).arg(link.opened)));
         }
     }
 };

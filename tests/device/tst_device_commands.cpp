@@ -4,6 +4,7 @@
 #include "device/MouseSettings.h"
 #include "state/MainState.h"
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 
 #include <QTranslator>
@@ -23,18 +24,18 @@ struct Link
     Link()
         : commands(fake.platform, state,
                    {[this](int interval) {
-                        fake.log.add(QStringLiteral("timer start %1").arg(interval));
+                        fake.log.add("timer start %1"_s.arg(interval));
                         return ++lastTimer;
                     },
-                    [this](int id) { fake.log.add(QStringLiteral("timer kill %1").arg(id)); }, say(),
-                    [this] { fake.log.add(QStringLiteral("leave")); }})
+                    [this](int id) { fake.log.add("timer kill %1"_s.arg(id)); }, say(),
+                    [this] { fake.log.add("leave"_s); }})
     {
         fake.hid->entries = FakeHid::receiver();
     }
     decltype(mevo::DeviceLinkHooks::trayMessage) say()
     {
         return [this](const QString &text, mevo::MessageIcon icon, int milliseconds) {
-            fake.log.add(QStringLiteral("tray %1 %2 %3").arg(int(icon)).arg(milliseconds).arg(text));
+            fake.log.add("tray %1 %2 %3"_s.arg(int(icon)).arg(milliseconds).arg(text));
         };
     }
     void open()
@@ -57,8 +58,7 @@ public:
     QString translate(const char *, const char *text, const char *, int) const override
     {
         const QString label = QString::fromUtf8(text);
-        return label == QStringLiteral("前进") || label == QStringLiteral("后退") ? QStringLiteral("move")
-                                                                                  : QString();
+        return label == "前进"_s || label == "后退"_s ? "move"_s : QString();
     }
 };
 
@@ -76,7 +76,7 @@ private slots:
         QCOMPARE(link.commands.OpenHidDevice(), 0);
         QVERIFY(link.state.deviceOpen() && link.state.HidInputHandle.load() != nullptr);
         QVERIFY(link.state.HidInputHandle.load() != link.state.HidCommandHandle.load());
-        QVERIFY(link.fake.log.has(QStringLiteral("timer start 1500")));
+        QVERIFY(link.fake.log.has("timer start 1500"_s));
         QCOMPARE(link.state.HeartbeatTimerId, link.lastTimer);
 
         link.commands.ReleaseHidDevice();
@@ -88,22 +88,18 @@ private slots:
 
     void openingFails_data()
     {
-        QTest::addColumn<int>("initResult");
-        QTest::addColumn<QList<int>>("pages"); ///< usage pages plugged in, each with a path of its own
-        QTest::addColumn<int>("unopenablePage");
-        QTest::addColumn<int>("result");
-        QTest::newRow("library") << -1 << QList<int>{0x0D, 0xFF00} << 0 << -1;
-        QTest::newRow("nothing there") << 0 << QList<int>{} << 0 << -2;
-        QTest::newRow("no digitizer") << 0 << QList<int>{0xFF00} << 0 << -2;
-        QTest::newRow("digitizer refused") << 0 << QList<int>{0x0D, 0xFF00} << 0x0D << -2;
-        QTest::newRow("no vendor collection") << 0 << QList<int>{0x0D} << 0 << -1;
-        QTest::newRow("vendor collection refused") << 0 << QList<int>{0x0D, 0xFF00} << 0xFF00 << -3;
+        // initResult, pages (usage pages plugged in, each with a path of its own), unopenablePage, result
+        const Rows<int, QList<int>, int, int> row;
+        row("library", -1, {0x0D, 0xFF00}, 0, -1);
+        row("nothing there", 0, {}, 0, -2);
+        row("no digitizer", 0, {0xFF00}, 0, -2);
+        row("digitizer refused", 0, {0x0D, 0xFF00}, 0x0D, -2);
+        row("no vendor collection", 0, {0x0D}, 0, -1);
+        row("vendor collection refused", 0, {0x0D, 0xFF00}, 0xFF00, -3);
     }
     void openingFails()
     {
-        QFETCH(int, initResult);
-        QFETCH(QList<int>, pages);
-        QFETCH(int, unopenablePage);
+        const auto [initResult, pages, unopenablePage, result] = rowOf<int, QList<int>, int, int>();
         Link link;
         link.fake.hid->initResult = initResult;
         link.fake.hid->entries.clear();
@@ -112,7 +108,7 @@ private slots:
                 {QByteArray::number(page), 0x258A, 0x1016, static_cast<quint16>(page), 1});
         }
         link.fake.hid->unopenable = {QByteArray::number(unopenablePage)};
-        QTEST(link.commands.OpenHidDevice(), "result");
+        QCOMPARE(link.commands.OpenHidDevice(), result);
         QCOMPARE(link.commands.unopenedPath(),
                  unopenablePage == 0 ? QByteArray() : QByteArray::number(unopenablePage));
         QVERIFY(link.state.HidInputHandle.load() == nullptr);
@@ -135,45 +131,34 @@ private slots:
             link.fake.hid->entries.push_back(entry);
         }
         QCOMPARE(link.commands.OpenHidDevice(), -2);
-        QCOMPARE(link.fake.log.calls(),
-                 (QStringList{QStringLiteral("hid init"),
-                              QStringLiteral("tray 1 5000 您电脑已连接多个本公司产品，暂不能同时支持，"
-                                             "请选择一款，在安装配套软件后使用！"),
-                              QStringLiteral("leave"), QStringLiteral("hid exit")}));
+        QCOMPARE(link.fake.log.calls(), list({"hid init",
+                                              "tray 1 5000 您电脑已连接多个本公司产品，暂不能同时支持，"
+                                              "请选择一款，在安装配套软件后使用！",
+                                              "leave", "hid exit"}));
     }
 
     void identity_data()
     {
-        QTest::addColumn<QByteArray>("pending"); ///< a report that was read before the reply
-        QTest::addColumn<QByteArray>("reply");
-        QTest::addColumn<int>("sendResult");
-        QTest::addColumn<QString>("dongleId");
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<qint64>("took"); ///< milliseconds
-        QTest::addColumn<QString>("told");
-        const QString id = QStringLiteral("0a-03-040305");
-        const QString zeros = QStringLiteral("00-00-000000");
-        const QString told =
-            QStringLiteral("tray 2 3000 请尝试将设备接到到其它USB口再打开软件，如一直显示此信息，"
-                           "请与供货商联系(00-00-000000)");
-        QTest::newRow("reply") << QByteArray() << kIdentity << 8 << id << id << qint64(100) << QString();
-        QTest::newRow("reply second")
-            << kKey << kIdentity << 8 << id << QString() << qint64(100) << QString();
-        QTest::newRow("wrong replies")
-            << kKey << kKey << 8 << QString() << QString() << qint64(100) << QString();
-        QTest::newRow("silence") << QByteArray() << QByteArray() << 8 << QString() << QString() << qint64(600)
-                                 << QString();
-        QTest::newRow("send fails") << QByteArray() << kIdentity << -1 << QString() << QString() << qint64(0)
-                                    << QString();
-        QTest::newRow("zeros") << QByteArray() << kZeros << 8 << zeros << zeros << qint64(100) << told;
-        QTest::newRow("zeros second") << kKey << kZeros << 8 << zeros << QString() << qint64(100) << told;
+        // pending (a report that was read before the reply), reply, sendResult, dongleId, stored, took
+        // (milliseconds), told
+        const Rows<QByteArray, QByteArray, int, QString, QString, qint64, QString> row;
+        const QString id = "0a-03-040305"_s;
+        const QString zeros = "00-00-000000"_s;
+        const QString told = "tray 2 3000 请尝试将设备接到到其它USB口再打开软件，如一直显示此信息，"
+                             "请与供货商联系(00-00-000000)"_s;
+        row("reply", "", kIdentity, 8, id, id, qint64(100), "");
+        row("reply second", kKey, kIdentity, 8, id, "", qint64(100), "");
+        row("wrong replies", kKey, kKey, 8, "", "", qint64(100), "");
+        row("silence", "", "", 8, "", "", qint64(600), "");
+        row("send fails", "", kIdentity, -1, "", "", qint64(0), "");
+        row("zeros", "", kZeros, 8, zeros, zeros, qint64(100), told);
+        row("zeros second", kKey, kZeros, 8, zeros, "", qint64(100), told);
     }
     void identity()
     {
-        QFETCH(QByteArray, pending);
-        QFETCH(QByteArray, reply);
-        QFETCH(int, sendResult);
-        scratchHome.remove(QStringLiteral("MEVOSetting.ini"));
+        const auto [pending, reply, sendResult, dongleId, stored, took, told] =
+            rowOf<QByteArray, QByteArray, int, QString, QString, qint64, QString>();
+        scratchHome.remove("MEVOSetting.ini"_s);
         Link link;
         link.open();
         link.fake.hid->sendResult = sendResult;
@@ -183,48 +168,43 @@ private slots:
         }
         link.commands.ReadDeviceIdentity();
 
-        QTEST(link.state.DongleID, "dongleId");
-        QTEST(mevo::SettingsFile().value(QStringLiteral("DongleID")).toString(), "stored");
-        QCOMPARE(mevo::SettingsFile().value(QStringLiteral("DongleIDDecimal")).toString(),
-                 link.state.DongleIDDecimal);
+        QCOMPARE(link.state.DongleID, dongleId);
+        QCOMPARE(mevo::SettingsFile().value("DongleID"_s).toString(), stored);
+        QCOMPARE(mevo::SettingsFile().value("DongleIDDecimal"_s).toString(), link.state.DongleIDDecimal);
         QCOMPARE(link.state.DongleIDDecimal.isEmpty(),
-                 mevo::SettingsFile().value(QStringLiteral("DongleID")).toString().isEmpty());
+                 mevo::SettingsFile().value("DongleID"_s).toString().isEmpty());
         QVERIFY(!link.state.DeviceIDBusy);
-        QCOMPARE(link.fake.hid->sent(), QStringList{QStringLiteral("05 2c 00 00 00 00 00 00")});
-        QTEST(link.fake.time->monotonicMs(), "took");
-        QCOMPARE(link.fake.log.calls(QStringLiteral("timer")),
-                 (QStringList{QStringLiteral("timer kill 1"), QStringLiteral("timer start 1000")}));
-        QTEST(link.fake.log.calls(QStringLiteral("tray")).join(QString()), "told");
+        QCOMPARE(link.fake.hid->sent(), list({"05 2c 00 00 00 00 00 00"}));
+        QCOMPARE(link.fake.time->monotonicMs(), took);
+        QCOMPARE(link.fake.log.calls("timer"_s), list({"timer kill 1", "timer start 1000"}));
+        QCOMPARE(link.fake.log.calls("tray"_s).join(QString()), told);
     }
 
     /// Without blocking: attempts until there is an identity, or nobody wants it any more.
     void identityInTheBackground_data()
     {
-        QTest::addColumn<int>("answersFrom"); ///< the attempt that the receiver answers, 0 for none
-        QTest::addColumn<int>("wantedFor");   ///< milliseconds
-        QTest::addColumn<int>("attempts");
-        QTest::addColumn<qint64>("took");
-        QTest::newRow("at once") << 1 << 10000 << 1 << qint64(100);
-        QTest::newRow("third attempt") << 3 << 10000 << 3 << qint64(2 * 650 + 100);
-        QTest::newRow("never") << 0 << 10000 << 4 << qint64(4 * 600 + 3 * 50);
-        QTest::newRow("not wanted") << 1 << -1 << 0 << qint64(0);
-        QTest::newRow("no longer wanted") << 0 << 700 << 2 << qint64(750);
-        QTest::newRow("no longer wanted between two") << 2 << 620 << 1 << qint64(650);
+        // answersFrom (the attempt that the receiver answers, 0 for none), wantedFor (milliseconds),
+        // attempts, took
+        const Rows<int, int, int, qint64> row;
+        row("at once", 1, 10000, 1, qint64(100));
+        row("third attempt", 3, 10000, 3, qint64(2 * 650 + 100));
+        row("never", 0, 10000, 4, qint64(4 * 600 + 3 * 50));
+        row("not wanted", 1, -1, 0, qint64(0));
+        row("no longer wanted", 0, 700, 2, qint64(750));
+        row("no longer wanted between two", 2, 620, 1, qint64(650));
     }
     void identityInTheBackground()
     {
-        QFETCH(int, answersFrom);
-        QFETCH(int, wantedFor);
-        QFETCH(int, attempts);
+        const auto [answersFrom, wantedFor, attempts, took] = rowOf<int, int, int, qint64>();
         Link link;
         link.open();
         const auto sent = [&link] { return link.fake.hid->sent().size(); };
         int done = 0;
         link.commands.ReadDeviceIdentity(
             4, 50,
-            [&] {
-                link.fake.hid->identityReply = sent() + 1 == answersFrom ? kIdentity : QByteArray();
-                return link.fake.time->monotonicMs() <= wantedFor;
+            [&, from = answersFrom, until = wantedFor] {
+                link.fake.hid->identityReply = sent() + 1 == from ? kIdentity : QByteArray();
+                return link.fake.time->monotonicMs() <= until;
             },
             [&done] { ++done; });
         while (link.fake.time->pendingCalls() > 0) {
@@ -233,8 +213,8 @@ private slots:
         }
         QCOMPARE(done, 1);
         QCOMPARE(sent(), attempts);
-        QTEST(link.fake.time->monotonicMs(), "took");
-        QCOMPARE(link.fake.log.calls(QStringLiteral("sleep")), QStringList());
+        QCOMPARE(link.fake.time->monotonicMs(), took);
+        QCOMPARE(link.fake.log.calls("sleep"_s), QStringList());
         QCOMPARE(link.state.DongleID.isEmpty(), answersFrom == 0 || attempts < answersFrom);
         QVERIFY(!link.state.DeviceIDBusy && link.state.HeartbeatTimerId != 0);
     }
@@ -261,8 +241,8 @@ private slots:
         link.state.ReaderInRead = true; // a reader that never leaves its read delays it, but not for ever
         link.fake.hid->identityReply = kIdentity;
         link.commands.ReadDeviceIdentity();
-        QCOMPARE(link.fake.log.calls(QStringLiteral("sleep 1")).size(), 100 + 1);
-        QCOMPARE(link.state.DongleID, QStringLiteral("0a-03-040305"));
+        QCOMPARE(link.fake.log.calls("sleep 1"_s).size(), 100 + 1);
+        QCOMPARE(link.state.DongleID, "0a-03-040305"_s);
         link.fake.log.clear();
         link.state.DeviceIDBusy = true;
         link.commands.ReadDeviceIdentity();
@@ -309,14 +289,14 @@ private slots:
 
     void settingsPage_data()
     {
-        QTest::addColumn<bool>("connected");
-        QTest::newRow("with a device") << true;
-        QTest::newRow("without one all is written, nothing sent") << false;
+        const Rows<bool> row; // connected
+        row("with a device", true);
+        row("without one all is written, nothing sent", false);
     }
     void settingsPage()
     {
-        QFETCH(bool, connected);
-        scratchHome.remove(QStringLiteral("MEVOSetting.ini"));
+        const auto [connected] = rowOf<bool>();
+        scratchHome.remove("MEVOSetting.ini"_s);
         Link link;
         link.fake.hid->identityReply = kIdentity;
         if (connected) {
@@ -329,9 +309,9 @@ private slots:
         page.choose(mevo::mouseDataRate, 2);
         page.choose(mevo::mouseWheelSpeed, 0);
         page.choose(mevo::mouseWheelSpeed, 3);
-        QVERIFY(page.assignKey(mevo::CustomKey::Left, QStringLiteral("move")));
-        QVERIFY(page.assignKey(mevo::CustomKey::Right, QStringLiteral("删除")));
-        QVERIFY(!page.assignKey(mevo::CustomKey::Right, QStringLiteral("自定义")));
+        QVERIFY(page.assignKey(mevo::CustomKey::Left, "move"_s));
+        QVERIFY(page.assignKey(mevo::CustomKey::Right, "删除"_s));
+        QVERIFY(!page.assignKey(mevo::CustomKey::Right, "自定义"_s));
         QCOMPARE(link.fake.hid->sent().size(), connected ? 5 : 0);
 
         const QList<QPair<const char *, const char *>> written{
@@ -350,13 +330,13 @@ private slots:
         QCOMPARE(link.state.MouseCurrentDataRate.load(), 500);
         QCOMPARE(link.state.MouseCurrentWheelSpeed.load(), 0);
         QCOMPARE(link.state.MouseCurrentLeftKeyValue.load(), 11);
-        QCOMPARE(link.state.MouseCurrentRightKeyString, QStringLiteral("删除"));
+        QCOMPARE(link.state.MouseCurrentRightKeyString, "删除"_s);
 
         link.fake.log.clear();
-        QCOMPARE(page.showDongleID(), connected ? QStringLiteral("0a-03-040305") : QString());
+        QCOMPARE(page.showDongleID(), connected ? "0a-03-040305"_s : QString());
         QCOMPARE(link.state.DongleID, QString());
-        QCOMPARE(link.fake.log.has(QStringLiteral("tray 3 2000 读取DongleID时没有发现设备!")), !connected);
-        QCOMPARE(link.fake.log.has(QStringLiteral("sleep 200")), connected);
+        QCOMPARE(link.fake.log.has("tray 3 2000 读取DongleID时没有发现设备!"_s), !connected);
+        QCOMPARE(link.fake.log.has("sleep 200"_s), connected);
     }
 
     void heartbeat()
@@ -376,7 +356,7 @@ private slots:
         link.state.ASRFuncClosed = false;
         QCOMPARE(link.fake.hid->sent(), QStringList());
         link.commands.HeartbeatTimerEvent(timer);
-        QCOMPARE(link.fake.hid->sent(), QStringList{QStringLiteral("05 81 01 00 00 00 00 00")});
+        QCOMPARE(link.fake.hid->sent(), list({"05 81 01 00 00 00 00 00"}));
         QVERIFY(link.state.HeartbeatOK);
         link.fake.hid->sendResult = -1;
         link.commands.HeartbeatTimerEvent(timer);

@@ -4,6 +4,7 @@
 #include "device/ReceiverDiscovery.h"
 #include "device/ReportDispatch.h"
 #include "state/DeviceState.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -21,7 +22,7 @@ QString hex(const FeatureReport &report)
 
 QString hex(const std::optional<FeatureReport> &report)
 {
-    return report ? hex(*report) : QStringLiteral("none");
+    return report ? hex(*report) : "none"_s;
 }
 
 InputReport inputReport(const QByteArray &hexText)
@@ -47,41 +48,31 @@ class TestDeviceReports : public QObject
     Q_OBJECT
 
 private slots:
-    void featureReports_data()
-    {
-        QTest::addColumn<QString>("built");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const std::optional<FeatureReport> &built,
-                            const char *expected) {
-            QTest::newRow(name) << hex(built) << QString::fromLatin1(expected);
-        };
-        row("dpi odd", reports::dpi(1000), "none");
-        row("rate odd", reports::dataRate(1000), "none");
-        row("wheel odd", reports::wheelSpeed(3), "none");
-        row("third key", reports::customKey(3, 8), "none");
-        row("key function odd", reports::customKey(1, 256), "none");
-        row("ctrl+v", reports::keyDown(mevo::modifierBits(false, true, false, false), 0x19),
-            "05 81 04 01 19 00 00 00");
-        row("all modifiers, high byte of the key dropped",
-            reports::keyDown(mevo::modifierBits(true, true, true, true), 0x128), "05 81 04 0f 28 00 00 00");
-        row("shift", reports::keyDown(mevo::modifierBits(true, false, false, false), 0),
-            "05 81 04 02 00 00 00 00");
-        row("consumer, 12 bits", reports::consumerKeyDown(0xF223), "05 81 06 02 23 00 00 00");
-    }
     void featureReports()
     {
-        QFETCH(QString, built);
-        QTEST(built, "expected");
+        QCOMPARE(hex(reports::dpi(1000)), "none"_s);
+        QCOMPARE(hex(reports::dataRate(1000)), "none"_s);
+        QCOMPARE(hex(reports::wheelSpeed(3)), "none"_s);
+        QCOMPARE(hex(reports::customKey(3, 8)), "none"_s);
+        QCOMPARE(hex(reports::customKey(1, 256)), "none"_s);
+        QCOMPARE(hex(reports::keyDown(mevo::modifierBits(false, true, false, false), 0x19)),
+                 "05 81 04 01 19 00 00 00"_s);
+        // The high byte of a key is dropped, a consumer key has twelve bits.
+        QCOMPARE(hex(reports::keyDown(mevo::modifierBits(true, true, true, true), 0x128)),
+                 "05 81 04 0f 28 00 00 00"_s);
+        QCOMPARE(hex(reports::keyDown(mevo::modifierBits(true, false, false, false), 0)),
+                 "05 81 04 02 00 00 00 00"_s);
+        QCOMPARE(hex(reports::consumerKeyDown(0xF223)), "05 81 06 02 23 00 00 00"_s);
     }
 
     void identity()
     {
         const auto identity = mevo::parseIdentity(inputReport("010c05 0304 03 00 0a"));
         QVERIFY(identity);
-        QCOMPARE(identity->dongleId, QStringLiteral("0a-03-040305"));
-        QCOMPARE(identity->dongleIdDecimal, QStringLiteral("10-03-040305"));
+        QCOMPARE(identity->dongleId, "0a-03-040305"_s);
+        QCOMPARE(identity->dongleIdDecimal, "10-03-040305"_s);
         QCOMPARE(mevo::parseIdentity(inputReport("010cff ffff ff ff ff"))->dongleIdDecimal,
-                 QStringLiteral("255-255-2575755"));
+                 "255-255-2575755"_s);
         QCOMPARE(mevo::parseIdentity(inputReport("010c"))->dongleIdDecimal,
                  QLatin1String(mevo::kZeroIdentityDecimal));
         QVERIFY(!mevo::parseIdentity(inputReport("020c050304")));
@@ -90,18 +81,15 @@ private slots:
 
     void statusFields_data()
     {
-        QTest::addColumn<int>("settings");
-        QTest::addColumn<int>("dpi");
-        QTest::addColumn<int>("rate");
-        QTest::addColumn<int>("wheel");
-        QTest::newRow("lowest") << 0x00 << 800 << 125 << 0;
-        QTest::newRow("middle") << 0x51 << 1600 << 250 << 1;
-        QTest::newRow("highest") << 0xA2 << 2400 << 500 << 2;
-        QTest::newRow("fields of 3: 2400 and the old values") << 0xF3 << 2400 << 777 << 5;
+        const Rows<int, int, int, int> row; // settings, dpi, rate, wheel
+        row("lowest", 0x00, 800, 125, 0);
+        row("middle", 0x51, 1600, 250, 1);
+        row("highest", 0xA2, 2400, 500, 2);
+        row("fields of 3: 2400 and the old values", 0xF3, 2400, 777, 5);
     }
     void statusFields()
     {
-        QFETCH(int, settings);
+        const auto [settings, dpi, rate, wheel] = rowOf<int, int, int, int>();
         DeviceState state;
         state.MouseCurrentDataRate = 777;
         state.MouseCurrentWheelSpeed = 5;
@@ -109,9 +97,9 @@ private slots:
         const auto status = mevo::parseStatus(statusWith(settings, 3));
         QVERIFY(status);
         QVERIFY(!mevo::storeStatus(*status, battery, state));
-        QTEST(state.MouseCurrentDPI.load(), "dpi");
-        QTEST(state.MouseCurrentDataRate.load(), "rate");
-        QTEST(state.MouseCurrentWheelSpeed.load(), "wheel");
+        QCOMPARE(state.MouseCurrentDPI.load(), dpi);
+        QCOMPARE(state.MouseCurrentDataRate.load(), rate);
+        QCOMPARE(state.MouseCurrentWheelSpeed.load(), wheel);
         QCOMPARE(state.MouseCurrentLeftKeyValue.load(), 8);
         QCOMPARE(state.MouseCurrentRightKeyValue.load(), 14);
         QCOMPARE(state.PowerLevel.load(), -1); // the battery is not shown
@@ -162,8 +150,8 @@ private slots:
             return parts.join(QLatin1String(", "));
         };
         QCOMPARE(text(mevo::planSendKeys({true, false, true})),
-                 QStringLiteral("04 04 16 wait, 04 00 00 wait, 04 00 00 wait, "
-                                "04 01 28 wait, 04 00 00 wait, 04 00 00 wait"));
+                 "04 04 16 wait, 04 00 00 wait, 04 00 00 wait, "
+                 "04 01 28 wait, 04 00 00 wait, 04 00 00 wait"_s);
         QVERIFY(mevo::planSendKeys({}).empty());
     }
 
@@ -184,26 +172,24 @@ private slots:
 
     void secondReceiver_data()
     {
-        QTest::addColumn<QList<QByteArray>>("paths");
-        QTest::addColumn<bool>("second");
+        const Rows<QList<QByteArray>, bool> row; // paths, second
         const QByteArray lower = "\\\\?\\hid#vid_258a&pid_1016&mi_01&col01#7&1&0&0000";
-        QTest::newRow("one") << QList<QByteArray>{"/dev/hidraw1"} << false;
-        QTest::newRow("same path twice") << QList<QByteArray>{"/dev/hidraw1", "/dev/hidraw1"} << false;
-        QTest::newRow("two") << QList<QByteArray>{"/dev/hidraw1", "/dev/hidraw2"} << true;
-        QTest::newRow("two, interface text") << QList<QByteArray>{lower, lower} << true;
-        QTest::newRow("two, other case") << QList<QByteArray>{lower, lower.toUpper()} << false;
-        QTest::newRow("other collection")
-            << QList<QByteArray>{lower, "\\\\?\\hid#vid_258a&pid_1016&mi_01&col02#7"} << false;
+        row("one", {"/dev/hidraw1"}, false);
+        row("same path twice", {"/dev/hidraw1", "/dev/hidraw1"}, false);
+        row("two", {"/dev/hidraw1", "/dev/hidraw2"}, true);
+        row("two, interface text", {lower, lower}, true);
+        row("two, other case", {lower, lower.toUpper()}, false);
+        row("other collection", {lower, "\\\\?\\hid#vid_258a&pid_1016&mi_01&col02#7"}, false);
     }
     void secondReceiver()
     {
-        QFETCH(QList<QByteArray>, paths);
+        const auto [paths, expectedSecond] = rowOf<QList<QByteArray>, bool>();
         std::vector<HidEntry> entries;
         for (const QByteArray &path : paths) {
             entries.push_back({path, 0x258A, 0x1016, 0x000D, 1});
         }
         const auto found = mevo::findCollection(entries, {0x258A, 0x1016, 0x000D, 1});
-        QTEST(found.secondReceiver, "second");
+        QCOMPARE(found.secondReceiver, expectedSecond);
         if (found.secondReceiver) {
             QCOMPARE(found.path, paths.first()); // the walk ends at the second one
         }
@@ -221,13 +207,11 @@ private slots:
         QCOMPARE(mevo::topLevelCollections(QByteArray::fromHex("fe")), 0);
 
         const QStringList names = mevo::hidDeviceNames(0x258A, 0x1016, 1, 2);
-        QCOMPARE(names, (QStringList{QStringLiteral("HID#VID_258A&PID_1016&MI_01&Col01"),
-                                     QStringLiteral("HID#VID_258A&PID_1016&MI_01&Col02")}));
+        QCOMPARE(names, list({"HID#VID_258A&PID_1016&MI_01&Col01", "HID#VID_258A&PID_1016&MI_01&Col02"}));
         QVERIFY(!mevo::isReceiverName(names.at(0)));
         QVERIFY(mevo::isReceiverName(names.at(1)));
-        QVERIFY(mevo::isReceiverName(QStringLiteral("\\\\?\\hid#vid_258a&pid_1016&mi_01&col02#7&1")));
-        QCOMPARE(mevo::hidDeviceNames(0x46D, 0xC52B, -1, 1),
-                 QStringList{QStringLiteral("HID#VID_046D&PID_C52B")});
+        QVERIFY(mevo::isReceiverName("\\\\?\\hid#vid_258a&pid_1016&mi_01&col02#7&1"_s));
+        QCOMPARE(mevo::hidDeviceNames(0x46D, 0xC52B, -1, 1), list({"HID#VID_046D&PID_C52B"}));
     }
 };
 

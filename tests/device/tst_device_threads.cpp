@@ -5,6 +5,7 @@
 #include "platform/linux/LinuxTime.h"
 #include "state/MainState.h"
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 
 #include <QSemaphore>
@@ -16,24 +17,23 @@ namespace {
 
 ScratchHome scratchHome;
 
+QByteArray inputReport(std::initializer_list<int> bytes)
+{
+    QByteArray report;
+    for (const int byte : bytes) {
+        report.append(char(byte));
+    }
+    return report.leftJustified(16, '\0');
+}
+
 QByteArray keyReport(int key, int state)
 {
-    QByteArray report(16, '\0');
-    report[0] = 0x01;
-    report[1] = 0x70;
-    report[2] = static_cast<char>(key);
-    report[3] = static_cast<char>(state);
-    return report;
+    return inputReport({0x01, 0x70, key, state});
 }
 
 QByteArray statusReport(int settings, int battery)
 {
-    QByteArray report(16, '\0');
-    report[0] = 0x01;
-    report[1] = 0x20;
-    report[5] = static_cast<char>(settings);
-    report[7] = static_cast<char>(battery);
-    return report;
+    return inputReport({0x01, 0x20, 0, 0, 0, settings, 0, battery});
 }
 
 /// A receiver that is gone in the worst way: a read on it never comes back.
@@ -83,18 +83,15 @@ struct Reading : QObject
                 heard.append(to + QString::fromLatin1(QByteArray(report, 16).toHex(' ').mid(6, 5)));
             };
         };
-        connect(&reader, &GetHIDDataThread::returnHidKeyResult, this, key(QStringLiteral("session ")));
-        connect(&reader, &GetHIDDataThread::returnHidKeyResult2Trans, this,
-                key(QStringLiteral("translation ")));
-        connect(&reader, &GetHIDDataThread::HidKeyRefused, this, key(QStringLiteral("refused ")));
+        connect(&reader, &GetHIDDataThread::returnHidKeyResult, this, key("session "_s));
+        connect(&reader, &GetHIDDataThread::returnHidKeyResult2Trans, this, key("translation "_s));
+        connect(&reader, &GetHIDDataThread::HidKeyRefused, this, key("refused "_s));
         connect(&reader, &GetHIDDataThread::CallMainFunctionSignal, this,
-                [this](int index) { heard.append(QStringLiteral("main %1").arg(index)); });
+                [this](int index) { heard.append("main %1"_s.arg(index)); });
         connect(&reader, &GetHIDDataThread::CallMicDlgFunctionSignal, this,
-                [this](int index) { heard.append(QStringLiteral("dialog %1").arg(index)); });
-        connect(&reader, &GetHIDDataThread::OfflineWarning, this,
-                [this] { heard.append(QStringLiteral("offline")); });
-        connect(&reader, &GetHIDDataThread::StartStopRecordTimer, this,
-                [this] { heard.append(QStringLiteral("timer")); });
+                [this](int index) { heard.append("dialog %1"_s.arg(index)); });
+        connect(&reader, &GetHIDDataThread::OfflineWarning, this, [this] { heard.append("offline"_s); });
+        connect(&reader, &GetHIDDataThread::StartStopRecordTimer, this, [this] { heard.append("timer"_s); });
     }
     ~Reading() override
     {
@@ -119,13 +116,13 @@ class TestDeviceThreads : public QObject
 private slots:
     void reportsBecomeSignals_data()
     {
-        QTest::addColumn<int>("pacing");
-        QTest::newRow("wait") << int(mevo::ReaderPacing::Wait);
-        QTest::newRow("poll") << int(mevo::ReaderPacing::Poll);
+        const Rows<int> row; // pacing
+        row("wait", int(mevo::ReaderPacing::Wait));
+        row("poll", int(mevo::ReaderPacing::Poll));
     }
     void reportsBecomeSignals()
     {
-        QFETCH(int, pacing);
+        const auto [pacing] = rowOf<int>();
         Reading r(static_cast<mevo::ReaderPacing>(pacing));
         r.state.ShowPowerLevel = true;
         r.state.ShowPowerLow = true;
@@ -137,9 +134,8 @@ private slots:
         for (int i = 0; i < 6; ++i) {
             r.fake.hid->push(statusReport(0x51, 0));
         }
-        QTRY_COMPARE(r.heard, (QStringList{QStringLiteral("session 08 01"), QStringLiteral("session 08 00"),
-                                           QStringLiteral("dialog 6"), QStringLiteral("main 21"),
-                                           QStringLiteral("session 06 01"), QStringLiteral("main 17")}));
+        QTRY_COMPARE(r.heard, list({"session 08 01", "session 08 00", "dialog 6", "main 21", "session 06 01",
+                                    "main 17"}));
         QCOMPARE(r.state.MouseCurrentDPI.load(), 1600);
         QVERIFY(r.state.LowPowerShown);
 
@@ -148,9 +144,7 @@ private slots:
         r.state.QuickReleaseCount = 2;
         r.state.IsOnline = false;
         r.fake.hid->push(keyReport(14, 0));
-        QTRY_COMPARE(r.heard, (QStringList{QStringLiteral("offline"), QStringLiteral("refused 0e 00"),
-                                           QStringLiteral("main 22"), QStringLiteral("timer"),
-                                           QStringLiteral("main 22")}));
+        QTRY_COMPARE(r.heard, list({"offline", "refused 0e 00", "main 22", "timer", "main 22"}));
         r.state.ResultIdle = false;
         r.state.QuickReleaseRun = 3;
         r.reader.TimeOutStopRecord();
@@ -160,7 +154,7 @@ private slots:
         r.heard.clear();
         r.state.DelimitTranslation = true;
         r.fake.hid->push(keyReport(1, 1));
-        QTRY_COMPARE(r.heard, QStringList{QStringLiteral("translation 01 01")});
+        QTRY_COMPARE(r.heard, list({"translation 01 01"}));
         QVERIFY(r.reader.StopReader());
     }
 
@@ -197,20 +191,20 @@ private slots:
 
     void staysAwayAndComesBack_data()
     {
-        QTest::addColumn<QString>("why");
+        const Rows<QString> row; // why
         for (const char *why : {"no handle", "device gone", "identity is read"}) {
-            QTest::newRow(why) << QString::fromLatin1(why);
+            row(why, QString::fromLatin1(why));
         }
     }
     /// What keeps the reader from reading neither ends it nor makes it spin; it goes on afterwards.
     void staysAwayAndComesBack()
     {
-        QFETCH(QString, why);
-        const bool gone = why == QLatin1String("device gone");
+        const auto [why] = rowOf<QString>();
+        const bool gone = why == "device gone"_s;
         Reading r;
         const mevo::HidHandle handle = r.reader.InputHandle;
-        r.state.DeviceIDBusy = why == QLatin1String("identity is read");
-        r.reader.InputHandle = why == QLatin1String("no handle") ? nullptr : handle;
+        r.state.DeviceIDBusy = why == "identity is read"_s;
+        r.reader.InputHandle = why == "no handle"_s ? nullptr : handle;
         r.fake.hid->gone = gone;
         r.fake.hid->push(keyReport(8, 1));
         QElapsedTimer elapsed;
@@ -224,7 +218,7 @@ private slots:
         r.state.DeviceIDBusy = false;
         r.reader.InputHandle = handle;
         r.fake.hid->gone = false;
-        QTRY_COMPARE(r.heard, QStringList{QStringLiteral("session 08 01")});
+        QTRY_COMPARE(r.heard, list({"session 08 01"}));
         QVERIFY(r.reader.StopReader());
     }
 
@@ -270,49 +264,38 @@ private slots:
         for (int i = 0; i < 5; ++i) {
             r.state.DongleID.clear();
             commands.ReadDeviceIdentity();
-            QCOMPARE(r.state.DongleID, QStringLiteral("0a-03-040305"));
+            QCOMPARE(r.state.DongleID, "0a-03-040305"_s);
         }
         r.fake.hid->push(keyReport(8, 1));
-        QTRY_COMPARE(r.heard, QStringList{QStringLiteral("session 08 01")});
+        QTRY_COMPARE(r.heard, list({"session 08 01"}));
     }
 
     void typedCombination_data()
     {
-        QTest::addColumn<bool>("consumer");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<bool>("immediateSend");
-        QTest::addColumn<bool>("clipboardFilled");
-        QTest::addColumn<QStringList>("sent");
-        QTest::addColumn<int>("waits");
-        const QString up = QStringLiteral("05 81 04 00 00 00 00 00");
-        const QString consumerUp = QStringLiteral("05 81 06 00 00 00 00 00");
-        const QStringList paste{QStringLiteral("05 81 04 01 19 00 00 00"), up, up};
-        const QStringList enter{QStringLiteral("05 81 04 00 28 00 00 00"), up, up};
-        QTest::newRow("paste") << false << 0x19 << false << true << paste << 2;
-        QTest::newRow("paste and send") << false << 0x19 << true << true << paste + enter << 5;
-        QTest::newRow("empty clipboard") << false << 0x19 << false << false << paste << 2;
-        QTest::newRow("modifiers alone")
-            << false << 0 << true << true << QStringList{QStringLiteral("05 81 04 01 00 00 00 00"), up, up}
-            << 3;
-        QTest::newRow("consumer key")
-            << true << 0x1B6 << true << true
-            << QStringList{QStringLiteral("05 81 06 01 b6 00 00 00"), consumerUp, consumerUp} << 3;
+        // consumer, key, immediateSend, clipboardFilled, sent, waits
+        const Rows<bool, int, bool, bool, QStringList, int> row;
+        const QString up = "05 81 04 00 00 00 00 00"_s;
+        const QString consumerUp = "05 81 06 00 00 00 00 00"_s;
+        const QStringList paste{"05 81 04 01 19 00 00 00"_s, up, up};
+        const QStringList enter{"05 81 04 00 28 00 00 00"_s, up, up};
+        row("paste", false, 0x19, false, true, paste, 2);
+        row("paste and send", false, 0x19, true, true, paste + enter, 5);
+        row("empty clipboard", false, 0x19, false, false, paste, 2);
+        row("modifiers alone", false, 0, true, true, {"05 81 04 01 00 00 00 00", up, up}, 3);
+        row("consumer key", true, 0x1B6, true, true, {"05 81 06 01 b6 00 00 00", consumerUp, consumerUp}, 3);
     }
     void typedCombination()
     {
-        QFETCH(bool, consumer);
-        QFETCH(int, key);
-        QFETCH(bool, clipboardFilled);
-        QFETCH(QStringList, sent);
+        const auto [consumer, key, immediateSend, clipboardFilled, sent, expectedWaits] =
+            rowOf<bool, int, bool, bool, QStringList, int>();
         FakePlatform fake;
         MainState state;
         state.DeviceConnected = true;
         state.Asr2ScreenIntervalTime = 70;
-        QFETCH(bool, immediateSend);
         state.VoiceImmediateSend = immediateSend;
         state.VoiceImmediateSend_Enter = true;
         if (clipboardFilled) {
-            fake.clipboard->setText(QStringLiteral("text"));
+            fake.clipboard->setText("text"_s);
         }
         fake.log.clear();
         const auto queue = std::make_shared<mevo::KeyInjectionQueue>(state.HidBusy);
@@ -329,10 +312,10 @@ private slots:
         QVERIFY(!state.HidBusy);
 
         QCOMPARE(fake.hid->sent(), sent);
-        QStringList waits = fake.log.calls(QStringLiteral("sleep "));
-        QCOMPARE(fake.log.calls().first(), QStringLiteral("sleep 70"));
+        QStringList waits = fake.log.calls("sleep "_s);
+        QCOMPARE(fake.log.calls().first(), "sleep 70"_s);
         waits.removeFirst();
-        QTEST(waits.size(), "waits");
+        QCOMPARE(waits.size(), expectedWaits);
         int total = 70;
         for (const QString &wait : waits) {
             const int milliseconds = wait.mid(6).toInt();
@@ -365,9 +348,9 @@ private slots:
         QStringList expected;
         for (int key = 0x10; key < 0x1A; ++key) {
             commands->SendHWKey(false, true, false, false, false, key);
-            expected << QStringLiteral("05 81 04 01 %1 00 00 00").arg(key, 2, 16, QLatin1Char('0'))
-                     << QStringLiteral("05 81 04 00 00 00 00 00")
-                     << QStringLiteral("05 81 04 00 00 00 00 00");
+            expected << "05 81 04 01 %1 00 00 00"_s.arg(key, 2, 16, QLatin1Char('0'))
+                     << "05 81 04 00 00 00 00 00"_s
+                     << "05 81 04 00 00 00 00 00"_s;
         }
         for (int report = 0; report < expected.size(); ++report) {
             QVERIFY(hid.atGate.tryAcquire(1, 5000));
@@ -376,7 +359,7 @@ private slots:
             QVERIFY(!hid.atGate.tryAcquire(1, 0)); // nobody else is at the device
             hid.gate.release();
         }
-        const QString heartbeat = QStringLiteral("05 81 01 00 00 00 00 00");
+        const QString heartbeat = "05 81 01 00 00 00 00 00"_s;
         QTRY_VERIFY(hid.sent().contains(heartbeat));
         QVERIFY(!state.HidBusy);
         QStringList sent = hid.sent();
@@ -390,7 +373,7 @@ private slots:
         hid.gate.release(3);
         commands.reset(); // waits for the injection, which uses the platform
         QVERIFY(!state.HidBusy);
-        QCOMPARE(hid.sent().last(), QStringLiteral("05 81 04 04 16 00 00 00"));
+        QCOMPARE(hid.sent().last(), "05 81 04 04 16 00 00 00"_s);
     }
 
     void injectionThatNeverRan()

@@ -1,4 +1,5 @@
 #include "platform/linux/HidapiHid.h"
+#include "support/Texts.h"
 
 #include <QDir>
 #include <QSemaphore>
@@ -37,9 +38,7 @@ int use(hid_device *device, int result)
 
 int openDescriptors()
 {
-    return QDir(QStringLiteral("/proc/self/fd"))
-        .entryList(QDir::NoDotAndDotDot | QDir::System | QDir::Files)
-        .size();
+    return QDir("/proc/self/fd"_s).entryList(QDir::NoDotAndDotDot | QDir::System | QDir::Files).size();
 }
 
 } // namespace

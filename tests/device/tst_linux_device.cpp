@@ -7,6 +7,7 @@
 #include "state/MainState.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
+#include "support/Texts.h"
 
 #include <QRegularExpression>
 #include <QtTest>
@@ -27,7 +28,7 @@ class Keyboard : public mevo::lab::KeyboardPort
 public:
     void apply(const mevo::lab::KeyboardReport &report) override
     {
-        log.add(QStringLiteral("%1 %2").arg(report.modifiers, 0, 16).arg(report.usage, 0, 16));
+        log.add("%1 %2"_s.arg(report.modifiers, 0, 16).arg(report.usage, 0, 16));
     }
     void turnWheel(int) override {}
     CallLog log;
@@ -111,14 +112,11 @@ private slots:
             nested = true;
             QCoreApplication::processEvents();
             nested = false;
-            heard.append((change == mevo::DeviceNotifier::Change::Arrival ? QStringLiteral("+ ")
-                                                                          : QStringLiteral("- ")) +
-                         name);
+            heard.append((change == mevo::DeviceNotifier::Change::Arrival ? "+ "_s : "- "_s) + name);
         };
         QVERIFY(notifier.start(note));
-        const QStringList names{QStringLiteral("HID#VID_258A&PID_1016&MI_01&Col01"),
-                                QStringLiteral("HID#VID_258A&PID_1016&MI_01&Col02"),
-                                QStringLiteral("USB#VID_258A&PID_1016")};
+        const QStringList names{"HID#VID_258A&PID_1016&MI_01&Col01"_s, "HID#VID_258A&PID_1016&MI_01&Col02"_s,
+                                "USB#VID_258A&PID_1016"_s};
         const auto expected = [&](const char *prefix) {
             QStringList list;
             for (const QString &name : names) {
@@ -151,7 +149,7 @@ private slots:
         heard.clear();
         QVERIFY(m_bed.add("P: /devices/odd/hidraw/hidraw9\nN: hidraw9\nE: SUBSYSTEM=hidraw\n"
                           "E: DEVNAME=/dev/hidraw9\n"));
-        QTRY_COMPARE(heard, QStringList{QStringLiteral("+ HIDRAW#hidraw9")});
+        QTRY_COMPARE(heard, list({"+ HIDRAW#hidraw9"}));
     }
 
     void stoppingFromTheHandler()
@@ -177,24 +175,22 @@ private slots:
         DeviceCommands &device = link.commands;
         const auto expect = [&link](const char *name, const QStringList &reports) {
             const QStringList received = link.received();
-            QVERIFY2(received == reports, qPrintable(QLatin1String(name) + QStringLiteral(": ") +
-                                                     received.join(QLatin1Char(','))));
+            QVERIFY2(received == reports,
+                     qPrintable(QLatin1String(name) + ": "_s + received.join(QLatin1Char(','))));
         };
         device.ReadDeviceIdentity();
-        expect("identity", {QStringLiteral("05 2c 00 00 00 00 00 00")});
-        QCOMPARE(link.state.DongleID, QStringLiteral("02-01-001357"));
+        expect("identity", {"05 2c 00 00 00 00 00 00"_s});
+        QCOMPARE(link.state.DongleID, "02-01-001357"_s);
         QVERIFY(device.RequestMouseID());
-        expect("mouse id", {QStringLiteral("05 2d 00 00 00 00 00 00")});
+        expect("mouse id", {"05 2d 00 00 00 00 00 00"_s});
         QVERIFY(device.ResetDeviceKeys() && device.SendHeartbeat() && device.SendKeyReport(1, 6));
         expect("keys and heartbeat",
-               {QStringLiteral("05 81 04 00 00 00 00 00"), QStringLiteral("05 81 01 00 00 00 00 00"),
-                QStringLiteral("05 81 04 01 06 00 00 00")});
+               {"05 81 04 00 00 00 00 00"_s, "05 81 01 00 00 00 00 00"_s, "05 81 04 01 06 00 00 00"_s});
         QVERIFY(device.MicLatchOn());
         QVERIFY(link.firmware().microphoneLatched());
         QVERIFY(device.MicLatchOff());
         QVERIFY(!link.firmware().microphoneLatched());
-        expect("latch",
-               {QStringLiteral("05 20 0c 00 00 00 00 00"), QStringLiteral("05 20 08 00 00 00 00 00")});
+        expect("latch", {"05 20 0c 00 00 00 00 00"_s, "05 20 08 00 00 00 00 00"_s});
 
         struct Group
         {
@@ -218,8 +214,7 @@ private slots:
         link.keyboard.log.clear();
         device.SendHWKey(false, true, false, false, false, 0x19);
         QTRY_VERIFY(!link.state.HidBusy);
-        QCOMPARE(link.keyboard.log.calls(),
-                 QStringList({QStringLiteral("1 19"), QStringLiteral("0 0"), QStringLiteral("0 0")}));
+        QCOMPARE(link.keyboard.log.calls(), list({"1 19", "0 0", "0 0"}));
 
         link.receiver.refuse({});
         QVERIFY(!device.SendHeartbeat() && !link.state.HeartbeatOK && !device.MicLatchOff());
@@ -233,9 +228,8 @@ private slots:
             for (const auto key : {mevo::CustomKey::Left, mevo::CustomKey::Right}) {
                 const bool left = key == mevo::CustomKey::Left;
                 QVERIFY(link.settings.assignKey(key, QString::fromUtf8(function.label)));
-                QCOMPARE(link.received(), QStringList{QStringLiteral("05 71 0%1 %2 00 00 00 00")
-                                                          .arg(int(key))
-                                                          .arg(function.value, 2, 16, QLatin1Char('0'))});
+                QCOMPARE(link.received(), QStringList{"05 71 0%1 %2 00 00 00 00"_s.arg(int(key)).arg(
+                                              function.value, 2, 16, QLatin1Char('0'))});
                 const auto custom =
                     left ? VirtualReceiver::CustomKey::Left : VirtualReceiver::CustomKey::Right;
                 QCOMPARE(link.receiver.customKey(custom, true), VirtualReceiver::KeyFate::Sent);
@@ -267,7 +261,7 @@ private slots:
         QCOMPARE(link.receiver.key(8, true), VirtualReceiver::KeyFate::Sent);
         QVERIFY(link.commands.DeviceGoodbye());
         QCOMPARE(link.receiver.key(3, true), VirtualReceiver::KeyFate::Silent);
-        QCOMPARE(link.received().last(), QStringLiteral("05 81 07 00 00 00 00 00"));
+        QCOMPARE(link.received().last(), "05 81 07 00 00 00 00 00"_s);
     }
 
 private:

@@ -1,4 +1,5 @@
 #include "device/ReportDispatch.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -17,31 +18,16 @@ InputReport keyReport(int key, int state, int byte4 = 0)
 /// The steps as a text such as "dialog 1, main 21, session".
 QString stepsFor(const InputReport &report, const DispatchFlags &flags)
 {
+    using Kind = DispatchStep::Kind;
+    static const QMap<Kind, const char *> names{
+        {Kind::MicDialogCall, "dialog "},        {Kind::MainCall, "main "},
+        {Kind::OfflineWarning, "offline"},       {Kind::KeyToSession, "session"},
+        {Kind::KeyToTranslation, "translation"}, {Kind::KeyRefused, "refused"},
+        {Kind::StartStopRecordTimer, "timer"}};
     QStringList steps;
     for (const DispatchStep &step : mevo::dispatchKeyReport(report, flags)) {
-        switch (step.kind) {
-        case DispatchStep::Kind::MicDialogCall:
-            steps.append(QStringLiteral("dialog %1").arg(step.index));
-            break;
-        case DispatchStep::Kind::MainCall:
-            steps.append(QStringLiteral("main %1").arg(step.index));
-            break;
-        case DispatchStep::Kind::OfflineWarning:
-            steps.append(QStringLiteral("offline"));
-            break;
-        case DispatchStep::Kind::KeyToSession:
-            steps.append(QStringLiteral("session"));
-            break;
-        case DispatchStep::Kind::KeyToTranslation:
-            steps.append(QStringLiteral("translation"));
-            break;
-        case DispatchStep::Kind::KeyRefused:
-            steps.append(QStringLiteral("refused"));
-            break;
-        case DispatchStep::Kind::StartStopRecordTimer:
-            steps.append(QStringLiteral("timer"));
-            break;
-        }
+        const QString name = QLatin1String(names[step.kind]);
+        steps.append(name.endsWith(u' ') ? name + QString::number(step.index) : name);
     }
     return steps.join(QLatin1String(", "));
 }
@@ -49,28 +35,17 @@ QString stepsFor(const InputReport &report, const DispatchFlags &flags)
 /// Flags by their words; everything else is a session at rest.
 DispatchFlags flagsOf(const QString &words)
 {
+    const auto has = [&words](const char *word) { return words.contains(QLatin1String(word)); };
     DispatchFlags flags;
-    for (const QString &word : words.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-        if (word == QLatin1String("latched")) {
-            flags.micLatched = true;
-        } else if (word == QLatin1String("delimit")) {
-            flags.delimitTranslation = true;
-        } else if (word == QLatin1String("typing")) {
-            flags.voiceTypeMode = true;
-        } else if (word == QLatin1String("translating")) {
-            flags.voiceTranslateMode = true;
-        } else if (word == QLatin1String("online")) {
-            flags.online = true;
-        } else if (word == QLatin1String("handling")) {
-            flags.resultIdle = false;
-        } else if (word == QLatin1String("keydown")) {
-            flags.keyDownBusy = true;
-        } else if (word == QLatin1String("keyup")) {
-            flags.keyUpBusy = true;
-        } else {
-            flags.quickReleaseCount = word.mid(5).toInt(); // "quick2"
-        }
-    }
+    flags.micLatched = has("latched");
+    flags.delimitTranslation = has("delimit");
+    flags.voiceTypeMode = has("typing");
+    flags.voiceTranslateMode = has("translating");
+    flags.online = has("online");
+    flags.resultIdle = !has("handling");
+    flags.keyDownBusy = has("keydown");
+    flags.keyUpBusy = has("keyup");
+    flags.quickReleaseCount = words.section(QLatin1String("quick"), 1).left(1).toInt(); // "quick2"
     return flags;
 }
 
@@ -83,14 +58,10 @@ class TestReportDispatch : public QObject
 private slots:
     void steps_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("flags");
-        QTest::addColumn<QString>("press");
-        QTest::addColumn<QString>("release");
-        const auto row = [](int key, const char *flags, const char *press, const char *release) {
-            QTest::addRow("key %d, %s", key, flags)
-                << key << QString::fromLatin1(flags) << QString::fromLatin1(press)
-                << QString::fromLatin1(release);
+        const Rows<int, QString, QString, QString>
+            table; // key, flags, what a press does, what a release does
+        const auto row = [&table](int key, const char *flags, const char *press, const char *release) {
+            table("key " + QByteArray::number(key) + ", " + flags, key, flags, press, release);
         };
         for (const int key : {1, 3}) {
             row(key, "typing online", "session", "session");
@@ -134,16 +105,13 @@ private slots:
     }
     void steps()
     {
-        QFETCH(int, key);
-        QFETCH(QString, flags);
-        QFETCH(QString, press);
-        QFETCH(QString, release);
+        const auto [key, flags, press, release] = rowOf<int, QString, QString, QString>();
         QCOMPARE(stepsFor(keyReport(key, 1), flagsOf(flags)), press);
         QCOMPARE(stepsFor(keyReport(key, 0), flagsOf(flags)), release);
         // An unheard-of state is no press, and the session ignores it by itself.
         QCOMPARE(stepsFor(keyReport(key, 2), flagsOf(flags)), release);
         QCOMPARE(stepsFor(keyReport(key, 1, 1), flagsOf(flags)), QString());
-        QCOMPARE(stepsFor(keyReport(key, 1), flagsOf(flags + QStringLiteral(" latched"))), QString());
+        QCOMPARE(stepsFor(keyReport(key, 1), flagsOf(flags + " latched"_s)), QString());
         InputReport other = keyReport(key, 1);
         other[1] = 0x20;
         QCOMPARE(stepsFor(other, flagsOf(flags)), QString());

@@ -3,16 +3,13 @@
 #include "engines/AccountChoice.h"
 #include "engines/AccountVerdict.h"
 #include "engines/TencentCredentials.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
 using mevo::AccountFault;
 using mevo::AccountService;
 using mevo::AccountSource;
-
-Q_DECLARE_METATYPE(mevo::AccountService)
-Q_DECLARE_METATYPE(mevo::AccountSource)
-Q_DECLARE_METATYPE(mevo::AccountFault)
 
 namespace {
 
@@ -34,28 +31,21 @@ class TestAccounts : public QObject
 private Q_SLOTS:
     void inForce_data()
     {
-        QTest::addColumn<AccountService>("service");
-        QTest::addColumn<QByteArray>("own");    // fields
-        QTest::addColumn<QByteArray>("others"); // list account, record and deployment that there are
-        QTest::addColumn<AccountSource>("source");
-        QTest::addColumn<QByteArray>("tencent"); // what Tencent is called with, if it is the service
-        const auto row = [](const char *name, AccountService service, const char *own, const char *others,
-                            AccountSource source, const char *tencent = "") {
-            QTest::newRow(name) << service << QByteArray(own) << QByteArray(others) << source
-                                << QByteArray(tencent);
-        };
+        // service, own (fields), others (list account, record and deployment that there are), source, and
+        // what Tencent is called with
+        const Rows<AccountService, QByteArray, QByteArray, AccountSource, QByteArray> row;
         const auto baidu = AccountService::Baidu, tencent = AccountService::Tencent,
                    xunFei = AccountService::XunFei, translate = AccountService::BaiduTranslate;
-        row("Baidu: nobody's", baidu, "", "", AccountSource::None);
-        row("Baidu: a list's", baidu, "", "list", AccountSource::List);
-        row("Baidu: own before the list", baidu, "k,s", "list", AccountSource::Own);
-        row("Baidu: half an own one is none", baidu, "k", "list", AccountSource::List);
-        row("Baidu: half an own one alone", baidu, "k", "", AccountSource::None);
-        row("Baidu: Tencent's are no help", baidu, "", "record,deployment", AccountSource::None);
-        row("XunFei: own", xunFei, "a,k,s", "", AccountSource::Own);
-        row("XunFei: without a secret", xunFei, "a,k", "list", AccountSource::List);
-        row("translation: own", translate, "a,k", "list", AccountSource::Own);
-        row("translation: a list's", translate, "", "list", AccountSource::List);
+        row("Baidu: nobody's", baidu, "", "", AccountSource::None, "");
+        row("Baidu: a list's", baidu, "", "list", AccountSource::List, "");
+        row("Baidu: own before the list", baidu, "k,s", "list", AccountSource::Own, "");
+        row("Baidu: half an own one is none", baidu, "k", "list", AccountSource::List, "");
+        row("Baidu: half an own one alone", baidu, "k", "", AccountSource::None, "");
+        row("Baidu: Tencent's are no help", baidu, "", "record,deployment", AccountSource::None, "");
+        row("XunFei: own", xunFei, "a,k,s", "", AccountSource::Own, "");
+        row("XunFei: without a secret", xunFei, "a,k", "list", AccountSource::List, "");
+        row("translation: own", translate, "a,k", "list", AccountSource::Own, "");
+        row("translation: a list's", translate, "", "list", AccountSource::List, "");
         row("Tencent: nobody's", tencent, "", "", AccountSource::None, "/");
         row("Tencent: the deployment's", tencent, "", "deployment", AccountSource::Deployment, "DID/DKEY");
         row("Tencent: the record before it", tencent, "", "record,deployment", AccountSource::Record,
@@ -70,83 +60,68 @@ private Q_SLOTS:
     }
     void inForce()
     {
-        QFETCH(AccountService, service);
-        QFETCH(QByteArray, own);
-        QFETCH(QByteArray, others);
+        const auto [service, own, others, source, called] =
+            rowOf<AccountService, QByteArray, QByteArray, AccountSource, QByteArray>();
         EngineState state;
         mevo::EngineEndpoints endpoints;
         give(state.ownAccounts, service, own);
         for (const QByteArray &other : others.split(',')) {
             if (other == "list") {
                 state.BaiduClientId = state.BaiduClientSecret = state.XunFeiAppId = state.XunFeiApiKey =
-                    state.XunFeiApiSecret = state.BaiduTranslateAppId = state.BaiduTranslateKey =
-                        QStringLiteral("drawn");
+                    state.XunFeiApiSecret = state.BaiduTranslateAppId = state.BaiduTranslateKey = "drawn"_s;
             } else if (other == "record" || other == "id") {
-                state.TXSCD = QStringLiteral("RID");
-                state.TXSCK = other == "id" ? QString() : QStringLiteral("RKEY");
+                state.TXSCD = "RID"_s;
+                state.TXSCK = other == "id" ? QString() : "RKEY"_s;
             } else if (other == "deployment") {
-                endpoints.TencentSecretIds = QStringLiteral("DID");
-                endpoints.TencentSecretKeys = QStringLiteral("DKEY");
+                endpoints.TencentSecretIds = "DID"_s;
+                endpoints.TencentSecretKeys = "DKEY"_s;
             }
         }
-        QTEST(mevo::accountInForce(service, state, endpoints), "source");
+        QCOMPARE(mevo::accountInForce(service, state, endpoints), source);
         if (service == AccountService::Tencent) {
             const auto drawn =
                 mevo::drawTencentCredential(state, endpoints, [](int low, int) { return low; });
-            QTEST(drawn.secretId + '/' + drawn.secretKey, "tencent");
+            QCOMPARE(drawn.secretId + '/' + drawn.secretKey, called);
         }
     }
 
     void insteadOfLists_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("values");
-        const auto row = [](const char *file, const char *values) {
-            QTest::newRow(file) << QString::fromLatin1(file) << QString::fromLatin1(values);
-        };
-        row("bjsdsrbdssset.ini", ",bk,bs");
-        row("bbzdsrbdssset.ini", ",bk,bs");
-        row("byydsrbdssset.ini", ",bk,bs");
-        row("bendsrbdssset.ini", ",bk,bs");
-        row("bschdsrbdssset.ini", ",bk,bs");
-        row("bdsrbdsssettts.ini", ",bk,bs");
+        const Rows<QString> row; // values; the list is that of the row's name
+        for (const char *file : {"bjsdsrbdssset.ini", "bbzdsrbdssset.ini", "byydsrbdssset.ini",
+                                 "bendsrbdssset.ini", "bschdsrbdssset.ini", "bdsrbdsssettts.ini"}) {
+            row(file, ",bk,bs");
+        }
         row("besrfdssset.ini", "xa,xk,xs");
         row("besrfdsssetFYSL.ini", "xa,xk,xs");
         row("bdsrbdsssetfy.ini", "ta,tk,");
     }
     void insteadOfLists()
     {
-        QFETCH(QString, file);
-        QFETCH(QString, values);
+        const auto [values] = rowOf<QString>();
+        const auto &lists = mevo::credentialLists();
+        const auto list = std::find_if(lists.begin(), lists.end(), [](const mevo::CredentialListRow &row) {
+            return qstrcmp(row.file, QTest::currentDataTag()) == 0;
+        });
+        QVERIFY(list != lists.end());
         mevo::OwnAccounts accounts;
         give(accounts, AccountService::Tencent, "id,key");
-        for (const mevo::CredentialListRow &list : mevo::credentialLists()) {
-            if (file != QLatin1String(list.file)) {
-                continue;
-            }
-            QVERIFY(!mevo::ownAccountFor(list, accounts));
-            give(accounts, AccountService::Baidu, "bk,bs");
-            give(accounts, AccountService::XunFei, "xa,xk,xs");
-            give(accounts, AccountService::BaiduTranslate, "ta,tk");
-            const auto own = mevo::ownAccountFor(list, accounts);
-            QVERIFY(own);
-            QCOMPARE(QStringList({(*own)[0], (*own)[1], (*own)[2]}).join(QLatin1Char(',')), values);
-            return;
-        }
-        QFAIL("There is no such list");
+        QVERIFY(!mevo::ownAccountFor(*list, accounts));
+        give(accounts, AccountService::Baidu, "bk,bs");
+        give(accounts, AccountService::XunFei, "xa,xk,xs");
+        give(accounts, AccountService::BaiduTranslate, "ta,tk");
+        const auto own = mevo::ownAccountFor(*list, accounts);
+        QVERIFY(own);
+        QCOMPARE(QStringList({(*own)[0], (*own)[1], (*own)[2]}).join(QLatin1Char(',')), values);
     }
 
     void verdicts_data()
     {
-        QTest::addColumn<QByteArray>("service");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<AccountFault>("fault");
-        QTest::addColumn<QString>("detail");
-        const auto row = [](const char *service, int status, const char *body, AccountFault fault,
-                            const char *detail = "") {
-            QTest::addRow("%s %d %s", service, status, QByteArray(body).left(60).constData())
-                << QByteArray(service) << status << QByteArray(body) << fault << QString::fromUtf8(detail);
+        const Rows<QByteArray, int, QByteArray, AccountFault, QString> table;
+        const auto row = [&table](const char *service, int status, const QByteArray &body, AccountFault fault,
+                                  const char *detail = "") {
+            table(service + (' ' + QByteArray::number(status)) + ' ' + body.left(60), service, status, body,
+                  fault, detail);
         };
         row("token", 200, R"({"access_token":"24.abc","expires_in":2592000})", AccountFault::None);
         row("token", 401, R"({"error":"invalid_client","error_description":"unknown client id"})",
@@ -230,9 +205,8 @@ private Q_SLOTS:
     }
     void verdicts()
     {
-        QFETCH(QByteArray, service);
-        QFETCH(int, status);
-        QFETCH(QByteArray, body);
+        const auto [service, status, body, fault, detail] =
+            rowOf<QByteArray, int, QByteArray, AccountFault, QString>();
         const mevo::AccountVerdict verdict =
             service == "token"         ? mevo::baiduTokenVerdict(status, body)
             : service == "speech"      ? mevo::baiduSpeechVerdict(status, body)
@@ -240,19 +214,19 @@ private Q_SLOTS:
             : service == "xunfei"      ? mevo::xunFeiVerdict(QString::fromUtf8(body))
             : service == "translation" ? mevo::translationVerdict(status, body)
                                        : mevo::xunFeiRefusal(status, body);
-        QTEST(verdict.fault, "fault");
-        QTEST(verdict.detail, "detail");
+        QCOMPARE(verdict.fault, fault);
+        QCOMPARE(verdict.detail, detail);
     }
 
     void words()
     {
-        QCOMPARE(mevo::accountVerdictText({}), QStringLiteral("账号可用"));
-        QCOMPARE(mevo::accountVerdictText({AccountFault::WrongSecret, QStringLiteral("54001 Invalid Sign")}),
-                 QStringLiteral("密钥不正确 (54001 Invalid Sign)"));
+        QCOMPARE(mevo::accountVerdictText({}), "账号可用"_s);
+        QCOMPARE(mevo::accountVerdictText({AccountFault::WrongSecret, "54001 Invalid Sign"_s}),
+                 "密钥不正确 (54001 Invalid Sign)"_s);
         QCOMPARE(mevo::accountVerdictText({AccountFault::ClockWrong, QString()}),
-                 QStringLiteral("电脑的时间不正确，请校准后再试"));
+                 "电脑的时间不正确，请校准后再试"_s);
         QCOMPARE(mevo::accountVerdictText({AccountFault::NoNetwork, QString()}),
-                 QStringLiteral("连接不上服务，请检查网络"));
+                 "连接不上服务，请检查网络"_s);
         QCOMPARE(mevo::xunFeiRefusal(401, "{\"message\":\"" + QByteArray(5000, 'x') + "\"}").detail.size(),
                  200);
     }

@@ -1,16 +1,11 @@
 #include "engines/Allowance.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
 using mevo::AllowanceStep;
 
 namespace {
-
-/// A text literal.
-QString operator""_s(const char *text, std::size_t size)
-{
-    return QString::fromUtf8(text, int(size));
-}
 
 } // namespace
 
@@ -21,18 +16,9 @@ class TestAllowance : public QObject
 private Q_SLOTS:
     void theCheck_data()
     {
-        QTest::addColumn<QString>("selected");  // engines in force: B, X, T; I an input method before them
-        QTest::addColumn<QString>("exhausted"); // engines whose use is at the limit
-        QTest::addColumn<QString>("marked");    // before
-        QTest::addColumn<bool>("xpClass");
-        QTest::addColumn<int>("step");
-        QTest::addColumn<QString>("marks"); // after
-        const auto row = [](const char *name, const char *selected, const char *exhausted, const char *marked,
-                            bool xp, AllowanceStep step, const char *marks) {
-            QTest::newRow(name) << QString::fromLatin1(selected) << QString::fromLatin1(exhausted)
-                                << QString::fromLatin1(marked) << xp << int(step)
-                                << QString::fromLatin1(marks);
-        };
+        // selected (engines in force: B, X, T; I an input method before them), exhausted (engines whose use
+        // is at the limit), marked (before), xpClass, step, marks (after)
+        const Rows<QString, QString, QString, bool, AllowanceStep, QString> row;
         const auto on = AllowanceStep::GoOn;
         const auto tencent = AllowanceStep::UseTencent;
         const auto ask = AllowanceStep::AskUser;
@@ -59,10 +45,8 @@ private Q_SLOTS:
 
     void theCheck()
     {
-        QFETCH(QString, selected);
-        QFETCH(QString, exhausted);
-        QFETCH(QString, marked);
-        QFETCH(bool, xpClass);
+        const auto [selected, exhausted, marked, xpClass, step, expectedMarks] =
+            rowOf<QString, QString, QString, bool, AllowanceStep, QString>();
         MainState state;
         RecorderState recorder;
         recorder.BaiDuNoStreamApi = selected.contains(QLatin1Char('B'));
@@ -78,8 +62,8 @@ private Q_SLOTS:
             return QString(state.BaiduQuotaHit ? "B"_s : ""_s) + (state.XunFeiQuotaHit ? "X"_s : ""_s) +
                    (state.TencentQuotaHit ? "T"_s : ""_s);
         };
-        QTEST(int(mevo::checkAllowances(state, recorder, xpClass)), "step");
-        QTEST(marks(), "marks");
+        QCOMPARE(mevo::checkAllowances(state, recorder, xpClass), step);
+        QCOMPARE(marks(), expectedMarks);
 
         state.BaiduQuotaHit = state.XunFeiQuotaHit = state.TencentQuotaHit = true;
         mevo::unmarkAllowances(state);
@@ -99,14 +83,14 @@ private Q_SLOTS:
     void aHiddenDialectGivesWayToMandarin()
     {
         EngineState state;
-        state.TXCurrentVoiceType = QStringLiteral("16k_zh_dialect");
+        state.TXCurrentVoiceType = "16k_zh_dialect"_s;
         QVERIFY(mevo::leaveHiddenDialect(state).writes.empty());
         state.ShowTecentZhDialect = false;
         const mevo::EngineChange change = mevo::leaveHiddenDialect(state);
-        QCOMPARE(state.TXCurrentVoiceType, QStringLiteral("16k_zh"));
+        QCOMPARE(state.TXCurrentVoiceType, "16k_zh"_s);
         QVERIFY(change.rebuild && !change.persistEngine);
         QCOMPARE(QByteArray(change.writes.at(0).key), QByteArray("TXCurrentVoiceType"));
-        state.TXCurrentVoiceType = QStringLiteral("16k_en");
+        state.TXCurrentVoiceType = "16k_en"_s;
         QVERIFY(mevo::leaveHiddenDialect(state).writes.empty());
     }
 };

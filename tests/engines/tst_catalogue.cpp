@@ -2,6 +2,7 @@
 #include "engines/EngineCatalogue.h"
 #include "engines/EngineSelection.h"
 #include "engines/LanguageImages.h"
+#include "support/Rows.h"
 
 #include <QSet>
 #include <QtTest>
@@ -20,9 +21,9 @@ struct Desk
 
     Desk()
     {
-        state.TXCurrentVoiceType = QStringLiteral("16k_zh");
-        state.BaiDuCurrentVoiceType = QStringLiteral("1537");
-        state.XunFeiWebApiCurrentVoiceType = QStringLiteral("mandarin");
+        state.TXCurrentVoiceType = "16k_zh"_s;
+        state.BaiDuCurrentVoiceType = "1537"_s;
+        state.XunFeiWebApiCurrentVoiceType = "mandarin"_s;
         facts.customMethodKnown = true;
     }
     void use(Engine engine) { mevo::setEngineFlags(recorder, engine); }
@@ -36,17 +37,16 @@ QString rendered(const mevo::AsrMenu &menu)
     QStringList rows;
     for (const mevo::MenuEntry &entry : menu.entries) {
         rows += entry.language == nullptr
-                    ? QStringLiteral("|")
-                    : (entry.checked ? QStringLiteral("*") : QString()) + QLatin1String(entry.language->code);
+                    ? "|"_s
+                    : (entry.checked ? "*"_s : QString()) + QLatin1String(entry.language->code);
     }
-    return rows.isEmpty() ? QStringLiteral("-") : rows.join(u' ');
+    return rows.isEmpty() ? "-"_s : rows.join(u' ');
 }
 
 QString flags(const RecorderState &recorder)
 {
-    return (recorder.BaiDuNoStreamApi ? QStringLiteral("B") : QString()) +
-           (recorder.UseTXASRApi ? QStringLiteral("T") : QString()) +
-           (recorder.UseXunFeiWebApi ? QStringLiteral("X") : QString());
+    return (recorder.BaiDuNoStreamApi ? "B"_s : QString()) + (recorder.UseTXASRApi ? "T"_s : QString()) +
+           (recorder.UseXunFeiWebApi ? "X"_s : QString());
 }
 
 /// The writes of a change in a fixed order, "key=value", separated by blanks.
@@ -72,9 +72,6 @@ const mevo::LanguageRow &row(Engine engine, const char *code)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Change)
-Q_DECLARE_METATYPE(mevo::Engine)
-
 class TestCatalogue : public QObject
 {
     Q_OBJECT
@@ -83,9 +80,9 @@ private Q_SLOTS:
     void codes()
     {
         QCOMPARE(mevo::catalogueCodes(Engine::Tencent).join(u' '),
-                 QStringLiteral("16k_zh 16k_ca 16k_zh_medical 16k_zh_dialect 16k_en 16k_ja"));
-        QCOMPARE(mevo::catalogueCodes(Engine::Baidu).join(u' '), QStringLiteral("1537 1637 1737 1837 1936"));
-        QCOMPARE(mevo::catalogueCodes(Engine::XunFei).join(u' '), QStringLiteral("mandarin en_us"));
+                 "16k_zh 16k_ca 16k_zh_medical 16k_zh_dialect 16k_en 16k_ja"_s);
+        QCOMPARE(mevo::catalogueCodes(Engine::Baidu).join(u' '), "1537 1637 1737 1837 1936"_s);
+        QCOMPARE(mevo::catalogueCodes(Engine::XunFei).join(u' '), "mandarin en_us"_s);
     }
 
     void theFullXunFeiSet()
@@ -100,194 +97,139 @@ private Q_SLOTS:
         QCOMPARE(codeOf.size(), 31);
         QCOMPARE(codes.size(), 31);
         // the service's own exceptions from the pattern of the other codes
-        QCOMPARE(codeOf[QStringLiteral("四川话")], QStringLiteral("lmz"));
-        QCOMPARE(codeOf[QStringLiteral("俄语")], QStringLiteral("ru-ru"));
-        QCOMPARE(codeOf[QStringLiteral("广东话")], QStringLiteral("cantonese"));
-        QCOMPARE(codeOf[QStringLiteral("南京话")], QStringLiteral("nankinese"));
+        QCOMPARE(codeOf["四川话"_s], "lmz"_s);
+        QCOMPARE(codeOf["俄语"_s], "ru-ru"_s);
+        QCOMPARE(codeOf["广东话"_s], "cantonese"_s);
+        QCOMPARE(codeOf["南京话"_s], "nankinese"_s);
     }
 
     void images_data()
     {
-        QTest::addColumn<QString>("style");
-        QTest::addColumn<QString>("picture");
+        const Rows<QString, QString> row; // style, picture
         const auto flat = [](const char *stem) {
             return mevo::languageButtonStyle(QLatin1String(stem), false);
         };
         const auto upright = [](const char *stem) {
             return mevo::languageButtonStyle(QLatin1String(stem), true);
         };
-        const QString folder = QStringLiteral(":/rec/ChineseLan/");
-        QTest::newRow("flat") << flat("PuTongHua") << folder + QStringLiteral("PuTongHua.png");
-        QTest::newRow("upright") << upright("PuTongHua") << folder + QStringLiteral("PuTongHuaV.png");
-        QTest::newRow("upright by name") << upright("JpV") << folder + QStringLiteral("JpV.png");
-        QTest::newRow("whole path") << upright(":/rec/sougo.png") << QStringLiteral(":/rec/sougo.png");
-        const auto baidu = [&](const char *code, const char *stem) {
-            QTest::newRow(code) << mevo::baiduLanguageStyle(QLatin1String(code), false)
-                                << folder + QLatin1String(stem);
-        };
-        baidu("1537", "PuTongHua.png");
-        baidu("1536", "PuTongHua.png");
-        baidu("1936", "PuTongHua.png");
-        baidu("80001", "PuTongHua.png");
-        baidu("1637", "YueYu.png");
-        baidu("1837", "SiChuanHua.png");
-        baidu("1737", "English.png");
-        QTest::newRow("Baidu upright") << mevo::baiduLanguageStyle(QStringLiteral("1637"), true)
-                                       << folder + QStringLiteral("YueYuV.png");
+        row("flat", flat("PuTongHua"), ":/rec/ChineseLan/PuTongHua.png");
+        row("upright", upright("PuTongHua"), ":/rec/ChineseLan/PuTongHuaV.png");
+        row("upright by name", upright("JpV"), ":/rec/ChineseLan/JpV.png");
+        row("whole path", upright(":/rec/sougo.png"), ":/rec/sougo.png");
+        for (const auto &[code, picture] :
+             {std::pair("1537", "PuTongHua.png"), std::pair("1536", "PuTongHua.png"),
+              std::pair("1936", "PuTongHua.png"), std::pair("80001", "PuTongHua.png"),
+              std::pair("1637", "YueYu.png"), std::pair("1837", "SiChuanHua.png"),
+              std::pair("1737", "English.png")}) {
+            row(code, mevo::baiduLanguageStyle(QLatin1String(code), false),
+                QLatin1String(":/rec/ChineseLan/") + QLatin1String(picture));
+        }
+        row("Baidu upright", mevo::baiduLanguageStyle("1637"_s, true), ":/rec/ChineseLan/YueYuV.png");
     }
-
     void images()
     {
-        QFETCH(QString, picture);
-        QTEST(QStringLiteral("QPushButton::menu-indicator{image:none;}QPushButton{border-image: url(") +
-                  picture + QStringLiteral(");}"),
-              "style");
-    }
-
-    void aBaiduCodeWithoutPictureLeavesTheButton()
-    {
+        const auto [style, picture] = rowOf<QString, QString>();
+        QCOMPARE(style, "QPushButton::menu-indicator{image:none;}QPushButton{border-image: url("_s + picture +
+                            ");}"_s);
+        // A code without a picture leaves the button.
         QVERIFY(mevo::baiduLanguageStyle(QString(), false).isEmpty());
-        QVERIFY(mevo::baiduLanguageStyle(QStringLiteral("1538"), true).isEmpty());
+        QVERIFY(mevo::baiduLanguageStyle("1538"_s, true).isEmpty());
     }
 
     void menu_data()
     {
-        QTest::addColumn<Change>("change");
-        QTest::addColumn<QString>("rows");
-        QTest::addColumn<QString>("picture"); // stem on the button, empty to leave it
-        const auto add = [](const char *name, const Change &change, const char *rows, const char *picture) {
-            QTest::newRow(name) << change << QString::fromLatin1(rows) << QString::fromLatin1(picture);
-        };
-        add(
-            "everything, Tencent", [](Desk &) {},
+        // rows, picture (stem on the button, empty to leave it), change
+        const Rows<QString, QString, Change> add;
+        const char *const everything =
+            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3";
+        add("everything, Tencent",
             "*16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3",
-            "/PuTongHua.png");
-        add(
-            "Baidu",
-            [](Desk &d) {
-                d.use(Engine::Baidu);
-                d.state.BaiDuCurrentVoiceType = QStringLiteral("1837");
-            },
+            "/PuTongHua.png", [](Desk &) {});
+        add("Baidu",
             "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 *1837 1737 | mandarin en_us | 1 2 3",
-            "/SiChuanHua.png");
-        add(
-            "Baidu's fast variant has no row",
-            [](Desk &d) {
+            "/SiChuanHua.png", [](Desk &d) {
                 d.use(Engine::Baidu);
-                d.state.BaiDuCurrentVoiceType = QStringLiteral("80001");
-            },
-            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3", "");
-        add(
-            "XunFei upright",
-            [](Desk &d) {
+                d.state.BaiDuCurrentVoiceType = "1837"_s;
+            });
+        add("Baidu's fast variant has no row", everything, "", [](Desk &d) {
+            d.use(Engine::Baidu);
+            d.state.BaiDuCurrentVoiceType = "80001"_s;
+        });
+        add("XunFei upright",
+            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | *mandarin en_us | 1 2 3",
+            "/PuTongHuaXFV.png", [](Desk &d) {
                 d.use(Engine::XunFei);
                 d.facts.vertical = true;
-            },
-            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | *mandarin en_us | 1 2 3",
-            "/PuTongHuaXFV.png");
-        add(
-            "Tencent's medical picture upright is spelt otherwise",
-            [](Desk &d) {
-                d.state.TXCurrentVoiceType = QStringLiteral("16k_zh_medical");
-                d.facts.vertical = true;
-            },
+            });
+        add("Tencent's medical picture upright is spelt otherwise",
             "16k_zh 16k_ca *16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3",
-            "/PutongHuaYiliaoV.png");
-        add(
-            "a third party outranks the flags",
-            [](Desk &d) {
+            "/PutongHuaYiliaoV.png", [](Desk &d) {
+                d.state.TXCurrentVoiceType = "16k_zh_medical"_s;
+                d.facts.vertical = true;
+            });
+        add("a third party outranks the flags",
+            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 *2 3",
+            ":/rec/sougo.png", [](Desk &d) {
                 d.use(Engine::ThirdParty);
                 d.state.LocalEnableASR3 = true;
                 d.state.LocalUseASR3Index = 2;
-            },
-            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 *2 3",
-            ":/rec/sougo.png");
-        add(
-            "third party's index alone checks nothing",
-            [](Desk &d) {
-                d.use(Engine::Baidu);
-                d.state.BaiDuCurrentVoiceType.clear();
-                d.state.LocalUseASR3Index = 2;
-            },
-            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3", "");
-        add(
-            "dialect in force",
-            [](Desk &d) {
-                d.state.UseTecentZhDialect = true;
-                d.state.TXCurrentVoiceType = QStringLiteral("16k_zh_dialect");
-            },
+            });
+        add("third party's index alone checks nothing", everything, "", [](Desk &d) {
+            d.use(Engine::Baidu);
+            d.state.BaiDuCurrentVoiceType.clear();
+            d.state.LocalUseASR3Index = 2;
+        });
+        add("dialect in force",
             "16k_zh 16k_ca 16k_zh_medical *16k_zh_dialect 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin "
             "en_us | 1 2 3",
-            "/TXFangYan.png");
-        add(
-            "dialect without its switch",
-            [](Desk &d) { d.state.TXCurrentVoiceType = QStringLiteral("16k_zh_dialect"); },
-            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3", "");
-        add(
-            "Baidu hidden hides what follows",
+            "/TXFangYan.png", [](Desk &d) {
+                d.state.UseTecentZhDialect = true;
+                d.state.TXCurrentVoiceType = "16k_zh_dialect"_s;
+            });
+        add("dialect without its switch", everything, "",
+            [](Desk &d) { d.state.TXCurrentVoiceType = "16k_zh_dialect"_s; });
+        add("Baidu hidden hides what follows", "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja |", "",
             [](Desk &d) {
                 d.use(Engine::XunFei);
                 d.state.ShowBaiduI = false;
-            },
-            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja |", "");
-        add(
-            "Baidu and Tencent hidden", [](Desk &d) { d.state.ShowBaiduI = d.state.ShowTXI = false; }, "-",
-            "");
-        add(
-            "Tencent hidden", [](Desk &d) { d.state.ShowTXI = false; },
-            "1537 1637 1837 1737 | mandarin en_us | 1 2 3", "");
-        add(
-            "XunFei in a language without a row",
-            [](Desk &d) {
-                d.use(Engine::XunFei);
-                d.state.XunFeiWebApiCurrentVoiceType = QStringLiteral("ja_jp");
-            },
-            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3",
-            "/jp.png");
-        add(
-            "XP class", [](Desk &d) { d.facts.xpClass = true; },
-            "*16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | 1 2 3", "/PuTongHua.png");
-        add(
-            "XunFei not permitted", [](Desk &d) { d.state.ShowXFWebApi = d.state.ShowTXI = false; },
-            "1537 1637 1837 1737 | 1 2 3", "");
-        add(
-            "Baidu's rows one by one",
-            [](Desk &d) {
-                d.state.ShowTXI = d.state.ShowXFWebApi = d.state.ShowASR3UI = false;
-                d.state.ShowBdSdPTHI = d.state.ShowBdSCHI = false;
-            },
-            "1637 1737 |", "");
-        add(
-            "Baidu's other rows",
-            [](Desk &d) {
-                d.state.ShowTXI = d.state.ShowXFWebApi = d.state.ShowASR3UI = false;
-                d.state.ShowBdYYI = d.state.ShowBdEnI = false;
-            },
-            "1537 1837 |", "");
-        add(
-            "third parties one by one",
-            [](Desk &d) {
-                d.state.ShowTXI = d.state.ShowXFWebApi = d.state.ShowXunFeiInputMethod = false;
-                d.facts.customMethodKnown = false;
-            },
-            "1537 1637 1837 1737 | 2", "");
-        add(
-            "third parties, the others",
-            [](Desk &d) {
-                d.state.ShowTXI = d.state.ShowXFWebApi = d.state.ShowSogouInputMethod =
-                    d.state.ShowASR3Custom = false;
-            },
-            "1537 1637 1837 1737 | 1", "");
+            });
+        add("Baidu and Tencent hidden", "-", "",
+            [](Desk &d) { d.state.ShowBaiduI = d.state.ShowTXI = false; });
+        add("Tencent hidden", "1537 1637 1837 1737 | mandarin en_us | 1 2 3", "",
+            [](Desk &d) { d.state.ShowTXI = false; });
+        add("XunFei in a language without a row", everything, "/jp.png", [](Desk &d) {
+            d.use(Engine::XunFei);
+            d.state.XunFeiWebApiCurrentVoiceType = "ja_jp"_s;
+        });
+        add("XP class", "*16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | 1 2 3",
+            "/PuTongHua.png", [](Desk &d) { d.facts.xpClass = true; });
+        add("XunFei not permitted", "1537 1637 1837 1737 | 1 2 3", "",
+            [](Desk &d) { d.state.ShowXFWebApi = d.state.ShowTXI = false; });
+        add("Baidu's rows one by one", "1637 1737 |", "", [](Desk &d) {
+            d.state.ShowTXI = d.state.ShowXFWebApi = d.state.ShowASR3UI = false;
+            d.state.ShowBdSdPTHI = d.state.ShowBdSCHI = false;
+        });
+        add("Baidu's other rows", "1537 1837 |", "", [](Desk &d) {
+            d.state.ShowTXI = d.state.ShowXFWebApi = d.state.ShowASR3UI = false;
+            d.state.ShowBdYYI = d.state.ShowBdEnI = false;
+        });
+        add("third parties one by one", "1537 1637 1837 1737 | 2", "", [](Desk &d) {
+            d.state.ShowTXI = d.state.ShowXFWebApi = d.state.ShowXunFeiInputMethod = false;
+            d.facts.customMethodKnown = false;
+        });
+        add("third parties, the others", "1537 1637 1837 1737 | 1", "", [](Desk &d) {
+            d.state.ShowTXI = d.state.ShowXFWebApi = d.state.ShowSogouInputMethod = d.state.ShowASR3Custom =
+                false;
+        });
     }
 
     void menu()
     {
-        QFETCH(Change, change);
-        QFETCH(QString, picture);
+        const auto [rows, picture, change] = rowOf<QString, QString, Change>();
         Desk desk;
         change(desk);
         const mevo::AsrMenu menu = mevo::buildAsrMenu(desk.state, desk.recorder, desk.facts);
-        QTEST(rendered(menu), "rows");
+        QCOMPARE(rendered(menu), rows);
         QCOMPARE(menu.buttonImage.isEmpty(), picture.isEmpty());
         QVERIFY2(menu.buttonImage.contains(picture), qPrintable(menu.buttonImage));
         QCOMPARE(menu.forceTencent, !desk.state.ShowBaiduI);
@@ -303,35 +245,27 @@ private Q_SLOTS:
             const mevo::AsrMenu menu = mevo::buildAsrMenu(desk.state, desk.recorder, desk.facts);
             const bool ends = qstrcmp(code, "16k_zh") == 0;
             QVERIFY2(menu.clearTencentDialect == ends, code);
-            QVERIFY2(rendered(menu).contains(QStringLiteral("16k_zh_dialect")) != ends, code);
+            QVERIFY2(rendered(menu).contains("16k_zh_dialect"_s) != ends, code);
         }
     }
 
     void choice_data()
     {
-        QTest::addColumn<Engine>("engine");
-        QTest::addColumn<QByteArray>("code");
-        QTest::addColumn<QString>("recorder");
-        QTest::addColumn<QString>("account"); // list that an account is drawn from before the row is stored
-        QTest::addColumn<bool>("setup");
-        QTest::newRow("Tencent") << Engine::Tencent << QByteArray("16k_ca") << "T"
-                                 << "" << false;
-        QTest::newRow("dialect") << Engine::Tencent << QByteArray("16k_zh_dialect") << "T"
-                                 << "" << false;
-        QTest::newRow("Baidu") << Engine::Baidu << QByteArray("1637") << "B"
-                               << "byydsrbdssset.ini" << false;
-        QTest::newRow("Baidu as before") << Engine::Baidu << QByteArray("1537") << "B"
-                                         << "" << false;
-        QTest::newRow("XunFei") << Engine::XunFei << QByteArray("en_us") << "X"
-                                << "" << false;
-        QTest::newRow("third party") << Engine::ThirdParty << QByteArray("2") << "T"
-                                     << "" << true;
+        // engine, code, recorder, account (list that an account is drawn from before the row is stored),
+        // setup
+        const Rows<Engine, QByteArray, QString, QString, bool> row;
+        row("Tencent", Engine::Tencent, "16k_ca", "T", "", false);
+        row("dialect", Engine::Tencent, "16k_zh_dialect", "T", "", false);
+        row("Baidu", Engine::Baidu, "1637", "B", "byydsrbdssset.ini", false);
+        row("Baidu as before", Engine::Baidu, "1537", "B", "", false);
+        row("XunFei", Engine::XunFei, "en_us", "X", "", false);
+        row("third party", Engine::ThirdParty, "2", "T", "", true);
     }
 
     void choice()
     {
-        QFETCH(Engine, engine);
-        QFETCH(QByteArray, code);
+        const auto [engine, code, recorder, account, setup] =
+            rowOf<Engine, QByteArray, QString, QString, bool>();
         Desk desk;
         desk.use(Engine::XunFei);
         desk.state.BaiDuNoStreamApi_FastVersion = true;
@@ -339,11 +273,11 @@ private Q_SLOTS:
         desk.state.LocalEnableASR3 = engine != Engine::ThirdParty;
         desk.state.LocalUseASR3Index = 1;
         const mevo::CredentialListRow *list = mevo::accountListFor(row(engine, code.constData()), desk.state);
-        QTEST(QString::fromLatin1(list != nullptr ? list->file : ""), "account");
+        QCOMPARE(QString::fromLatin1(list != nullptr ? list->file : ""), account);
         const mevo::EngineChange change =
             mevo::chooseLanguage(row(engine, code.constData()), desk.state, desk.recorder);
-        QTEST(flags(desk.recorder), "recorder");
-        QTEST(change.setupInputMethod, "setup");
+        QCOMPARE(flags(desk.recorder), recorder);
+        QCOMPARE(change.setupInputMethod, setup);
         QVERIFY(change.rebuild && change.persistEngine);
         QVERIFY(!desk.state.BaiDuNoStreamApi_FastVersion);
         QCOMPARE(desk.state.LocalEnableASR3, engine == Engine::ThirdParty);
@@ -371,91 +305,56 @@ private Q_SLOTS:
 
     void selectors_data()
     {
-        QTest::addColumn<Change>("record");
-        QTest::addColumn<QString>("recorder");
-        QTest::addColumn<QString>("types"); // Baidu's and XunFei's language afterwards
-        QTest::addColumn<QString>("steps"); // per change: R rebuilds, P persists, W writes only
-        const auto add = [](const char *name, const Change &record, const char *recorder, const char *types,
-                            const char *steps) {
-            QTest::newRow(name) << record << QString::fromLatin1(recorder) << QString::fromLatin1(types)
-                                << QString::fromLatin1(steps);
-        };
-        add(
-            "record not read", [](Desk &) {}, "B", "1637 en_us", "");
-        add(
-            "Baidu already", [](Desk &d) { d.state.UseBDAPIPara = 1; }, "B", "1637 en_us", "");
-        add(
-            "Tencent", [](Desk &d) { d.state.UseTXAPIPara = 1; }, "T", "1637 en_us", "R");
-        add(
-            "XunFei", [](Desk &d) { d.state.UseXFWAPIPara = 1; }, "X", "1637 en_us", "R");
-        add(
-            "XunFei's other column is not read", [](Desk &d) { d.state.UseXFSDKPara = 1; }, "B", "1637 en_us",
-            "");
-        add(
-            "two selectors end on Tencent",
-            [](Desk &d) { d.state.UseBDAPIPara = d.state.UseXFWAPIPara = d.state.UseTXAPIPara = 1; }, "T",
-            "1637 en_us", "RR");
-        add(
-            "Baidu, then XunFei",
-            [](Desk &d) {
-                d.use(Engine::Tencent);
-                d.state.UseBDAPIPara = d.state.UseXFWAPIPara = 1;
-            },
-            "X", "1637 en_us", "RR");
-        add(
-            "Baidu without a language",
-            [](Desk &d) {
-                d.use(Engine::Tencent);
-                d.state.BaiDuCurrentVoiceType.clear();
-                d.state.UseBDAPIPara = 1;
-            },
-            "B", "1537 en_us", "R");
-        add(
-            "XP class, XunFei alone",
-            [](Desk &d) {
-                d.facts.xpClass = true;
-                d.state.UseXFWAPIPara = 1;
-            },
-            "T", "1637 en_us", "R");
-        add(
-            "XP class takes XunFei as Tencent",
-            [](Desk &d) {
-                d.facts.xpClass = true;
-                d.state.UseXFSDKPara = d.state.UseBDAPIPara = 1;
-            },
-            "T", "1637 en_us", "R");
-        add(
-            "fast on", [](Desk &d) { d.state.UseBDFstPara = 2; }, "B", "80001 en_us", "R");
-        add(
-            "fast off",
-            [](Desk &d) {
-                d.state.UseBDFstPara = 0;
-                d.state.BaiDuNoStreamApi_FastVersion = true;
-            },
-            "B", "1537 en_us", "R");
-        add(
-            "fast as before", [](Desk &d) { d.state.UseBDFstPara = 0; }, "B", "1637 en_us", "");
-        add(
-            "correction", [](Desk &d) { d.state.UseXFWPIDWAPara = 1; }, "B", "1637 en_us", "W");
-        add(
-            "language switches while Baidu is on", [](Desk &d) { d.state.ShowXFDialect = 1; }, "B",
-            "1637 mandarin", "W");
-        add(
-            "language switches while XunFei is on",
-            [](Desk &d) {
-                d.use(Engine::XunFei);
-                d.state.ShowXFSmallLan = 1;
-            },
-            "X", "1637 mandarin", "P");
+        // recorder, types (Baidu's and XunFei's language afterwards), steps (per change: R rebuilds, P
+        // persists, W writes only), record
+        const Rows<QString, QString, QString, Change> add;
+        add("record not read", "B", "1637 en_us", "", [](Desk &) {});
+        add("Baidu already", "B", "1637 en_us", "", [](Desk &d) { d.state.UseBDAPIPara = 1; });
+        add("Tencent", "T", "1637 en_us", "R", [](Desk &d) { d.state.UseTXAPIPara = 1; });
+        add("XunFei", "X", "1637 en_us", "R", [](Desk &d) { d.state.UseXFWAPIPara = 1; });
+        add("XunFei's other column is not read", "B", "1637 en_us", "",
+            [](Desk &d) { d.state.UseXFSDKPara = 1; });
+        add("two selectors end on Tencent", "T", "1637 en_us", "RR",
+            [](Desk &d) { d.state.UseBDAPIPara = d.state.UseXFWAPIPara = d.state.UseTXAPIPara = 1; });
+        add("Baidu, then XunFei", "X", "1637 en_us", "RR", [](Desk &d) {
+            d.use(Engine::Tencent);
+            d.state.UseBDAPIPara = d.state.UseXFWAPIPara = 1;
+        });
+        add("Baidu without a language", "B", "1537 en_us", "R", [](Desk &d) {
+            d.use(Engine::Tencent);
+            d.state.BaiDuCurrentVoiceType.clear();
+            d.state.UseBDAPIPara = 1;
+        });
+        add("XP class, XunFei alone", "T", "1637 en_us", "R", [](Desk &d) {
+            d.facts.xpClass = true;
+            d.state.UseXFWAPIPara = 1;
+        });
+        add("XP class takes XunFei as Tencent", "T", "1637 en_us", "R", [](Desk &d) {
+            d.facts.xpClass = true;
+            d.state.UseXFSDKPara = d.state.UseBDAPIPara = 1;
+        });
+        add("fast on", "B", "80001 en_us", "R", [](Desk &d) { d.state.UseBDFstPara = 2; });
+        add("fast off", "B", "1537 en_us", "R", [](Desk &d) {
+            d.state.UseBDFstPara = 0;
+            d.state.BaiDuNoStreamApi_FastVersion = true;
+        });
+        add("fast as before", "B", "1637 en_us", "", [](Desk &d) { d.state.UseBDFstPara = 0; });
+        add("correction", "B", "1637 en_us", "W", [](Desk &d) { d.state.UseXFWPIDWAPara = 1; });
+        add("language switches while Baidu is on", "B", "1637 mandarin", "W",
+            [](Desk &d) { d.state.ShowXFDialect = 1; });
+        add("language switches while XunFei is on", "X", "1637 mandarin", "P", [](Desk &d) {
+            d.use(Engine::XunFei);
+            d.state.ShowXFSmallLan = 1;
+        });
     }
 
     void selectors()
     {
-        QFETCH(Change, record);
+        const auto [recorder, types, expectedSteps, record] = rowOf<QString, QString, QString, Change>();
         Desk desk;
         desk.use(Engine::Baidu);
-        desk.state.BaiDuCurrentVoiceType = QStringLiteral("1637");
-        desk.state.XunFeiWebApiCurrentVoiceType = QStringLiteral("en_us");
+        desk.state.BaiDuCurrentVoiceType = "1637"_s;
+        desk.state.XunFeiWebApiCurrentVoiceType = "en_us"_s;
         desk.recorder.BaiduTokenRefreshed = true;
         record(desk);
         const auto changes = mevo::applyRecordSelectors(desk.state, desk.recorder, desk.facts.xpClass, 0, 0);
@@ -465,10 +364,11 @@ private Q_SLOTS:
             QVERIFY(change.setupInputMethod == change.persistEngine);
             steps += change.persistEngine ? u'P' : change.rebuild ? u'R' : u'W';
         }
-        QTEST(steps, "steps");
-        QTEST(flags(desk.recorder), "recorder");
-        QTEST(desk.state.BaiDuCurrentVoiceType + QLatin1Char(' ') + desk.state.XunFeiWebApiCurrentVoiceType,
-              "types");
+        QCOMPARE(steps, expectedSteps);
+        QCOMPARE(flags(desk.recorder), recorder);
+        QCOMPARE(desk.state.BaiDuCurrentVoiceType + QLatin1Char(' ') +
+                     desk.state.XunFeiWebApiCurrentVoiceType,
+                 types);
         QCOMPARE(desk.recorder.EnableXunFeiWebApiDwa, desk.state.UseXFWPIDWAPara == 1);
         if (steps.contains(u'R') && desk.recorder.UseXunFeiWebApi) {
             QVERIFY(!desk.recorder.BaiduTokenRefreshed); // Baidu asks for a token when it comes back
@@ -478,22 +378,20 @@ private Q_SLOTS:
     /// The user has chosen meanwhile: engine and language stay, and what else the record says counts.
     void selectorsAfterAChoice_data()
     {
-        QTest::addColumn<int>("engine");
-        QTest::addColumn<QString>("types"); // of Baidu and of XunFei
-        QTest::addColumn<bool>("fast");
-        QTest::newRow("Baidu") << int(Engine::Baidu) << "1637 mandarin" << false;
-        QTest::newRow("Tencent") << int(Engine::Tencent) << "80001 mandarin" << true;
-        QTest::newRow("XunFei") << int(Engine::XunFei) << "80001 en_us" << true;
+        const Rows<Engine, QString, bool> row; // engine, types (of Baidu and of XunFei), fast
+        row("Baidu", Engine::Baidu, "1637 mandarin", false);
+        row("Tencent", Engine::Tencent, "80001 mandarin", true);
+        row("XunFei", Engine::XunFei, "80001 en_us", true);
     }
 
     void selectorsAfterAChoice()
     {
-        QFETCH(int, engine);
+        const auto [engine, types, fast] = rowOf<Engine, QString, bool>();
         Desk desk;
-        desk.use(Engine(engine));
+        desk.use(engine);
         const QString before = flags(desk.recorder);
-        desk.state.BaiDuCurrentVoiceType = QStringLiteral("1637");
-        desk.state.XunFeiWebApiCurrentVoiceType = QStringLiteral("en_us");
+        desk.state.BaiDuCurrentVoiceType = "1637"_s;
+        desk.state.XunFeiWebApiCurrentVoiceType = "en_us"_s;
         desk.state.UseBDAPIPara = desk.state.UseTXAPIPara = desk.state.UseXFWAPIPara = 1;
         desk.state.UseBDFstPara = desk.state.UseXFWPIDWAPara = desk.state.ShowXFDialect = 1;
         desk.recorder.EnableXunFeiWebApiDwa = false;
@@ -503,9 +401,10 @@ private Q_SLOTS:
             settings += written(change.writes) + u' ';
         }
         QCOMPARE(flags(desk.recorder), before);
-        QTEST(desk.state.BaiDuCurrentVoiceType + QLatin1Char(' ') + desk.state.XunFeiWebApiCurrentVoiceType,
-              "types");
-        QTEST(desk.state.BaiDuNoStreamApi_FastVersion, "fast");
+        QCOMPARE(desk.state.BaiDuCurrentVoiceType + QLatin1Char(' ') +
+                     desk.state.XunFeiWebApiCurrentVoiceType,
+                 types);
+        QCOMPARE(desk.state.BaiDuNoStreamApi_FastVersion, fast);
         QVERIFY(desk.recorder.EnableXunFeiWebApiDwa);
         QVERIFY2(settings.contains(QLatin1String("ShowXFDialect=1")), qPrintable(settings));
         QVERIFY2(!settings.contains(QLatin1String("UseTXASRApi")), qPrintable(settings));
@@ -518,13 +417,12 @@ private Q_SLOTS:
         desk.recorder.UseTXASRApi = true; // stands as it was
         desk.recorder.BaiduTokenRefreshed = desk.recorder.BaiduViaSettings = true;
         const mevo::EngineChange toXunFei = mevo::fallToXunFei(desk.recorder);
-        QCOMPARE(flags(desk.recorder), QStringLiteral("TX"));
+        QCOMPARE(flags(desk.recorder), "TX"_s);
         QVERIFY(!desk.recorder.BaiduTokenRefreshed && !desk.recorder.BaiduViaSettings);
-        QCOMPARE(written(toXunFei.writes), QStringLiteral("BaiDuNoStreamApi=0 UseXunFeiWebApi=1"));
+        QCOMPARE(written(toXunFei.writes), "BaiDuNoStreamApi=0 UseXunFeiWebApi=1"_s);
         const mevo::EngineChange toTencent = mevo::fallToTencent(desk.state, desk.recorder);
-        QCOMPARE(flags(desk.recorder), QStringLiteral("T"));
-        QCOMPARE(written(toTencent.writes),
-                 QStringLiteral("BaiDuNoStreamApi=0 UseTXASRApi=1 UseXunFeiWebApi=0"));
+        QCOMPARE(flags(desk.recorder), "T"_s);
+        QCOMPARE(written(toTencent.writes), "BaiDuNoStreamApi=0 UseTXASRApi=1 UseXunFeiWebApi=0"_s);
         for (const mevo::EngineChange &change : {toXunFei, toTencent}) {
             QVERIFY(change.rebuild && change.persistEngine && change.setupInputMethod);
         }
@@ -532,38 +430,28 @@ private Q_SLOTS:
 
     void whatTheRecordIsTold_data()
     {
-        QTest::addColumn<bool>("baidu");
-        QTest::addColumn<bool>("tencent");
-        QTest::addColumn<bool>("xunFei");
-        QTest::addColumn<QString>(
-            "columns"); // UseTXAPIPara, UseBDAPIPara, UseXFSDKPara; empty for no statement
-        QTest::newRow("none") << false << false << false << "";
-        QTest::newRow("Baidu") << true << false << false << "0 1 0";
-        QTest::newRow("Tencent") << false << true << false << "1 0 0";
-        QTest::newRow("XunFei") << false << false << true << "0 0 1";
-        QTest::newRow("Baidu and Tencent") << true << true << false << "1 0 0";
-        QTest::newRow("all") << true << true << true << "0 0 1";
+        const Rows<QString, QString> row; // engines, columns (UseTXAPIPara, UseBDAPIPara, UseXFSDKPara)
+        row("none: no statement", "", "");
+        row("Baidu", "B", "0 1 0");
+        row("Tencent", "T", "1 0 0");
+        row("XunFei", "X", "0 0 1");
+        row("Baidu and Tencent", "BT", "1 0 0");
+        row("all", "BTX", "0 0 1");
     }
 
     void whatTheRecordIsTold()
     {
-        QFETCH(QString, columns);
+        const auto [engines, columns] = rowOf<QString, QString>();
         RecorderState recorder;
-        QFETCH(bool, baidu);
-        QFETCH(bool, tencent);
-        QFETCH(bool, xunFei);
-        recorder.BaiDuNoStreamApi = baidu;
-        recorder.UseTXASRApi = tencent;
-        recorder.UseXunFeiWebApi = xunFei;
+        recorder.BaiDuNoStreamApi = engines.contains(u'B');
+        recorder.UseTXASRApi = engines.contains(u'T');
+        recorder.UseXunFeiWebApi = engines.contains(u'X');
         const QStringList on = columns.split(u' ');
-        QCOMPARE(
-            mevo::engineStatement(recorder, QStringLiteral("db"), QStringLiteral("02-01-7")),
-            columns.isEmpty()
-                ? QString()
-                : QStringLiteral("update db.device_serialid set DefaultRecEngine=10, UseTXAPIPara= '%1', "
-                                 "UseBDAPIPara ='%2', UseXFSDKPara = '%3', UseXFWAPIPara='0'  where "
-                                 "DongleID='02-01-7'")
-                      .arg(on[0], on[1], on[2]));
+        QCOMPARE(mevo::engineStatement(recorder, "db"_s, "02-01-7"_s),
+                 columns.isEmpty() ? QString()
+                                   : "update db.device_serialid set DefaultRecEngine=10, UseTXAPIPara= '%1', "
+                                     "UseBDAPIPara ='%2', UseXFSDKPara = '%3', UseXFWAPIPara='0'  where "
+                                     "DongleID='02-01-7'"_s.arg(on[0], on[1], on[2]));
     }
 
     void firstArrival()
@@ -571,26 +459,25 @@ private Q_SLOTS:
         Desk desk;
         desk.state.EnableASR3 = desk.state.LocalEnableASR3 = true;
         desk.state.LocalUseASR3Index = desk.state.UseASR3Index = 2;
-        desk.state.BaiDuCurrentVoiceType = QStringLiteral("1637");
+        desk.state.BaiDuCurrentVoiceType = "1637"_s;
         const mevo::EngineChange change = mevo::chooseAtFirstArrival(desk.state, desk.recorder);
-        QCOMPARE(flags(desk.recorder), QStringLiteral("B"));
+        QCOMPARE(flags(desk.recorder), "B"_s);
         QVERIFY(!desk.state.EnableASR3 && !desk.state.LocalEnableASR3);
         QCOMPARE(desk.state.UseASR3Index + desk.state.LocalUseASR3Index, -2);
-        QCOMPARE(
-            written(change.writes),
-            QStringLiteral("BaiDuCurrentVoiceType=1537 BaiDuNoStreamApi=1 BaiDuNoStreamApi_FastVersion=0 "
-                           "FirstRunApp=0 LocalEnableASR3=0 LocalUseASR3Index=-1 UseTXASRApi=0 "
-                           "UseXunFeiWebApi=0"));
+        QCOMPARE(written(change.writes),
+                 "BaiDuCurrentVoiceType=1537 BaiDuNoStreamApi=1 BaiDuNoStreamApi_FastVersion=0 "
+                 "FirstRunApp=0 LocalEnableASR3=0 LocalUseASR3Index=-1 UseTXASRApi=0 "
+                 "UseXunFeiWebApi=0"_s);
         QVERIFY(change.rebuild && !change.persistEngine);
     }
 
     void refusedLanguage()
     {
         for (const char *code : {"ja_jp", "ko_kr", "ru-ru", "fr_fr", "es_es"}) {
-            QCOMPARE(mevo::languageAfterXunFeiRefusal(QLatin1String(code)), QStringLiteral("en_us"));
+            QCOMPARE(mevo::languageAfterXunFeiRefusal(QLatin1String(code)), "en_us"_s);
         }
         for (const char *code : {"en_us", "mandarin", "lmz", "ru_ru", ""}) {
-            QCOMPARE(mevo::languageAfterXunFeiRefusal(QLatin1String(code)), QStringLiteral("mandarin"));
+            QCOMPARE(mevo::languageAfterXunFeiRefusal(QLatin1String(code)), "mandarin"_s);
         }
     }
 };

@@ -3,13 +3,13 @@
 #include "engines/TencentReply.h"
 #include "engines/TencentRequest.h"
 #include "engines/WavImage.h"
+#include "support/Rows.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QtTest>
 
 using Kind = mevo::TencentReply::Kind;
-Q_DECLARE_METATYPE(Kind)
 
 class TestTencent : public QObject
 {
@@ -48,23 +48,18 @@ private slots:
 
     void wav_data()
     {
-        QTest::addColumn<int>("length");
-        QTest::addColumn<QByteArray>("riffSize");
-        QTest::addColumn<QByteArray>("dataSize");
-        QTest::newRow("nothing") << 0 << QByteArray("20000000") << QByteArray("00000000");
-        QTest::newRow("half a sample") << 1 << QByteArray("21000000") << QByteArray("01000000");
-        QTest::newRow("a sample") << 2 << QByteArray("22000000") << QByteArray("02000000");
-        QTest::newRow("the longest with a right length")
-            << 65534 << QByteArray("1e000100") << QByteArray("feff0000");
-        QTest::newRow("16 bits are over") << 65536 << QByteArray("20000100") << QByteArray("00000000");
-        QTest::newRow("longer") << 70000 << QByteArray("90110100") << QByteArray("70110000");
+        const Rows<int, QByteArray, QByteArray> row; // length, riffSize, dataSize
+        row("nothing", 0, "20000000", "00000000");
+        row("half a sample", 1, "21000000", "01000000");
+        row("a sample", 2, "22000000", "02000000");
+        row("the longest with a right length", 65534, "1e000100", "feff0000");
+        row("16 bits are over", 65536, "20000100", "00000000");
+        row("longer", 70000, "90110100", "70110000");
     }
 
     void wav()
     {
-        QFETCH(int, length);
-        QFETCH(QByteArray, riffSize);
-        QFETCH(QByteArray, dataSize);
+        const auto [length, riffSize, dataSize] = rowOf<int, QByteArray, QByteArray>();
         QByteArray pcm(length, '\x7f');
         if (length > 0) {
             pcm[0] = '\0';
@@ -79,17 +74,15 @@ private slots:
 
     void payload_data()
     {
-        QTest::addColumn<bool>("plainNumbers");
-        QTest::addColumn<bool>("keepPunctuation");
-        QTest::newRow("as shipped") << false << false;
-        QTest::newRow("numbers stay words") << true << false;
-        QTest::newRow("with punctuation") << false << true;
+        const Rows<bool, bool> row; // plainNumbers, keepPunctuation
+        row("as shipped", false, false);
+        row("numbers stay words", true, false);
+        row("with punctuation", false, true);
     }
 
     void payload()
     {
-        QFETCH(bool, plainNumbers);
-        QFETCH(bool, keepPunctuation);
+        const auto [plainNumbers, keepPunctuation] = rowOf<bool, bool>();
         const QByteArray pcm("\x01\x02\xff", 3);
         const QByteArray data = mevo::wavImage(pcm).toBase64();
         // The service signs bytes, so that the form counts: indented by four, keys in order.
@@ -99,28 +92,20 @@ private slots:
             "\",\n    \"EngSerViceType\": \"16k_zh\",\n    \"FilterPunc\": " + (keepPunctuation ? "0" : "1") +
             ",\n    \"ProjectId\": 0,\n    \"SourceType\": 1,\n    \"SubServiceType\": 2,\n"
             "    \"UsrAudioKey\": \"test\",\n    \"VoiceFormat\": \"wav\"\n}\n";
-        QCOMPARE(mevo::tencentPayload({QStringLiteral("16k_zh"), plainNumbers, keepPunctuation, pcm}),
-                 expected);
+        QCOMPARE(mevo::tencentPayload({"16k_zh"_s, plainNumbers, keepPunctuation, pcm}), expected);
     }
 
     void request_data()
     {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<QByteArray>("url");
-        QTest::addColumn<QByteArray>("host");
-        QTest::newRow("host") << "asr.example.com" << QByteArray("https://asr.example.com")
-                              << QByteArray("asr.example.com");
-        QTest::newRow("port") << "127.0.0.1:7" << QByteArray("https://127.0.0.1:7")
-                              << QByteArray("127.0.0.1:7");
-        QTest::newRow("scheme") << "http://asr.example.com" << QByteArray("http://asr.example.com")
-                                << QByteArray("asr.example.com");
+        const Rows<QString, QByteArray, QByteArray> row; // address, url, host
+        row("host", "asr.example.com", "https://asr.example.com", "asr.example.com");
+        row("port", "127.0.0.1:7", "https://127.0.0.1:7", "127.0.0.1:7");
+        row("scheme", "http://asr.example.com", "http://asr.example.com", "asr.example.com");
     }
 
     void request()
     {
-        QFETCH(QString, address);
-        QFETCH(QByteArray, url);
-        QFETCH(QByteArray, host);
+        const auto [address, url, host] = rowOf<QString, QByteArray, QByteArray>();
         mevo::EngineEndpoints endpoints;
         endpoints.TencentHost = address;
         const mevo::TencentRequest request =
@@ -136,98 +121,54 @@ private slots:
                                     "X-TC-Version: 2019-06-14", "X-TC-Region: "}));
     }
 
-    void credentials_data()
+    /// Each list is drawn from on its own, and its last account is never drawn.
+    void credentialsOfLists()
     {
-        QTest::addColumn<QString>("recordIds");
-        QTest::addColumn<QString>("recordKeys");
-        QTest::addColumn<QString>("drawn");
-        QTest::addColumn<int>("firstBound");
-        QTest::newRow("the deployment's") << ""
-                                          << ""
-                                          << "id/key" << 0;
-        QTest::newRow("the record's") << "r1"
-                                      << "k1"
-                                      << "r1/k1" << 0;
-        QTest::newRow("half of each") << "r1"
-                                      << ""
-                                      << "r1/key" << 0;
-        QTest::newRow("a list's last is never drawn") << "r1;r2;r3"
-                                                      << "k1;k2"
-                                                      << "r2/k1" << 2;
-    }
-
-    void credentials()
-    {
-        QFETCH(QString, recordIds);
-        QFETCH(QString, recordKeys);
-        QFETCH(QString, drawn);
-        QFETCH(int, firstBound);
         EngineState state;
-        state.TXSCD = recordIds;
-        state.TXSCK = recordKeys;
-        mevo::EngineEndpoints endpoints;
-        endpoints.TencentSecretIds = QStringLiteral("id");
-        endpoints.TencentSecretKeys = QStringLiteral("key");
+        state.TXSCD = "r1;r2;r3"_s;
+        state.TXSCK = "k1;k2"_s;
         QList<int> bounds;
         const auto highest = [&bounds](int low, int high) {
             bounds.append(high);
             return qMax(low, high - 1);
         };
-        const mevo::Tc3Credential credential = mevo::drawTencentCredential(state, endpoints, highest);
-        QCOMPARE(QString::fromUtf8(credential.secretId + '/' + credential.secretKey), drawn);
-        QCOMPARE(bounds.size(), 2); // each list on its own
-        QCOMPARE(bounds.first(), firstBound);
-    }
-
-    void nobodyGaveCredentials()
-    {
-        const mevo::Tc3Credential credential = mevo::drawTencentCredential({}, {}, RandomInRange);
-        QVERIFY(credential.secretId.isEmpty() && credential.secretKey.isEmpty());
+        const mevo::Tc3Credential credential = mevo::drawTencentCredential(state, {}, highest);
+        QCOMPARE(credential.secretId + '/' + credential.secretKey, QByteArray("r2/k1"));
+        QCOMPARE(bounds, (QList<int>{2, 1}));
     }
 
     void replies_data()
     {
-        QTest::addColumn<QByteArray>("chunk");
-        QTest::addColumn<Kind>("kind");
-        QTest::addColumn<QString>("text"); ///< or code and message
-        QTest::newRow("text") << QByteArray(R"({"Response":{"RequestId":"1","Result":"今天。"}})")
-                              << Kind::Text << "今天。";
-        QTest::newRow("silence") << QByteArray(R"({"Response":{"Result":""}})") << Kind::Text << "";
-        QTest::newRow("no result") << QByteArray(R"({"Response":{"RequestId":"1"}})") << Kind::Text << "";
-        QTest::newRow("result is no text") << QByteArray(R"({"Response":{"Result":7}})") << Kind::Text << "";
-        QTest::newRow("error") << QByteArray(
-                                      R"({"Response":{"Error":{"Code":"A.B","Message":"m"},"Result":"x"}})")
-                               << Kind::Error << "A.B|m";
-        QTest::newRow("error without end")
-            << QByteArray(R"({"Response":{"Error":{"Code":")" + QByteArray(9999, 'c') + R"(","Message":")" +
-                          QByteArray(9999, 'm') + R"("}}})")
-            << Kind::Error << QString(100, u'c') + u'|' + QString(500, u'm');
-        QTest::newRow("error without a message")
-            << QByteArray(R"({"Response":{"Error":{"Code":"A.B"}}})") << Kind::Error << "A.B|";
-        QTest::newRow("error without a code")
-            << QByteArray(R"({"Response":{"Error":{"Code":"","Message":"m"},"Result":"x"}})") << Kind::Text
-            << "x";
-        QTest::newRow("error is no object")
-            << QByteArray(R"({"Response":{"Error":[1],"Result":"x"}})") << Kind::Text << "x";
-        QTest::newRow("NUL after it")
-            << QByteArray("{\"Response\":{\"Result\":\"x\"}}\0rubbish", 34) << Kind::Text << "x";
-        QTest::newRow("NUL in it") << QByteArray("{\"Response\":{\"Result\":\"x\0\"}}", 27)
-                                   << Kind::Unreadable << "";
-        QTest::newRow("NUL first") << QByteArray("\0{}", 3) << Kind::Unreadable << "";
-        QTest::newRow("array") << QByteArray(R"([{"Response":{"Result":"x"}}])") << Kind::Unreadable << "";
-        QTest::newRow("another object") << QByteArray("{}") << Kind::Unreadable << "";
-        QTest::newRow("response is no object") << QByteArray(R"({"Response":"x"})") << Kind::Unreadable << "";
-        QTest::newRow("half") << QByteArray("{\"Response\":{\"Result\":\"x") << Kind::Unreadable << "";
-        QTest::newRow("page") << QByteArray("<html>") << Kind::Unreadable << "";
-        QTest::newRow("nothing") << QByteArray() << Kind::Unreadable << "";
-        QTest::newRow("deep") << QByteArray(5000, '[') << Kind::Unreadable << "";
+        const Rows<QByteArray, Kind, QString> row; // chunk, kind, text (or code and message)
+        row("text", R"({"Response":{"RequestId":"1","Result":"今天。"}})", Kind::Text, "今天。");
+        row("silence", R"({"Response":{"Result":""}})", Kind::Text, "");
+        row("no result", R"({"Response":{"RequestId":"1"}})", Kind::Text, "");
+        row("result is no text", R"({"Response":{"Result":7}})", Kind::Text, "");
+        row("error", R"({"Response":{"Error":{"Code":"A.B","Message":"m"},"Result":"x"}})", Kind::Error,
+            "A.B|m");
+        row("error without end",
+            R"({"Response":{"Error":{"Code":")" + QByteArray(9999, 'c') + R"(","Message":")" +
+                QByteArray(9999, 'm') + R"("}}})",
+            Kind::Error, QString(100, u'c') + u'|' + QString(500, u'm'));
+        row("error without a message", R"({"Response":{"Error":{"Code":"A.B"}}})", Kind::Error, "A.B|");
+        row("error without a code", R"({"Response":{"Error":{"Code":"","Message":"m"},"Result":"x"}})",
+            Kind::Text, "x");
+        row("error is no object", R"({"Response":{"Error":[1],"Result":"x"}})", Kind::Text, "x");
+        row("NUL after it", QByteArray("{\"Response\":{\"Result\":\"x\"}}\0rubbish", 34), Kind::Text, "x");
+        row("NUL in it", QByteArray("{\"Response\":{\"Result\":\"x\0\"}}", 27), Kind::Unreadable, "");
+        row("NUL first", QByteArray("\0{}", 3), Kind::Unreadable, "");
+        row("array", R"([{"Response":{"Result":"x"}}])", Kind::Unreadable, "");
+        row("another object", "{}", Kind::Unreadable, "");
+        row("response is no object", R"({"Response":"x"})", Kind::Unreadable, "");
+        row("half", "{\"Response\":{\"Result\":\"x", Kind::Unreadable, "");
+        row("page", "<html>", Kind::Unreadable, "");
+        row("nothing", "", Kind::Unreadable, "");
+        row("deep", QByteArray(5000, '['), Kind::Unreadable, "");
     }
 
     void replies()
     {
-        QFETCH(QByteArray, chunk);
-        QFETCH(Kind, kind);
-        QFETCH(QString, text);
+        const auto [chunk, kind, text] = rowOf<QByteArray, Kind, QString>();
         const mevo::TencentReply reply = mevo::parseTencentReply(chunk);
         QCOMPARE(reply.kind, kind);
         QCOMPARE(kind == Kind::Error ? reply.code + QLatin1Char('|') + reply.message : reply.text, text);
@@ -236,14 +177,13 @@ private slots:
     void errorMessage()
     {
         mevo::TencentReply reply;
-        reply.code = QStringLiteral("AuthFailure.SignatureExpire");
-        reply.message = QStringLiteral("late");
+        reply.code = "AuthFailure.SignatureExpire"_s;
+        reply.message = "late"_s;
         const QString message = mevo::tencentErrorMessage(reply);
-        QCOMPARE(message,
-                 QStringLiteral("腾讯语音识别错误返回信息：(如无法解决，请与供货商联系，鼠标放在此窗口"
-                                "上，该窗口不会消失):\nAuthFailure.SignatureExpire\nlate"));
+        QCOMPARE(message, "腾讯语音识别错误返回信息：(如无法解决，请与供货商联系，鼠标放在此窗口"
+                          "上，该窗口不会消失):\nAuthFailure.SignatureExpire\nlate"_s);
         QVERIFY(mevo::saysClockIsWrong(message));
-        reply.code = QStringLiteral("AuthFailure.SignatureFailure");
+        reply.code = "AuthFailure.SignatureFailure"_s;
         QVERIFY(!mevo::saysClockIsWrong(mevo::tencentErrorMessage(reply)));
     }
 };

@@ -1,7 +1,10 @@
 #include "engines/CurlPost.h"
 #include "engines/TencentSpeech.h"
 #include "recognisers/TencentService.h"
+#include "support/FakeEngineHost.h"
 #include "support/FakePlatform.h"
+#include "support/Messages.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 
 #include <QFile>
@@ -29,7 +32,7 @@ public:
         in([this] {
             m_service = std::make_unique<lab::TencentService>(
                 "AKID-of-the-test", "key-of-the-test",
-                [](const QByteArray &, const auto &done) { done(QStringLiteral("hello")); },
+                [](const QByteArray &, const auto &done) { done("hello"_s); },
                 [this](const QJsonObject &note) { m_note = note; });
             m_server = std::make_unique<lab::LabHttpServer>(
                 [this](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
@@ -58,29 +61,26 @@ public:
             m_server->clearFaults();
             m_service->setError({}, 0);
             m_service->setClockOffset(0);
-            m_service->setTexts({QStringLiteral("今天")});
+            m_service->setTexts({"今天"_s});
         });
     }
     void change(const std::function<void(lab::TencentService &, lab::LabHttpServer &)> &how)
     {
         in([&] { how(*m_service, *m_server); });
     }
-    QString host() const { return QStringLiteral("127.0.0.1:%1").arg(m_server->serverPort()); }
+    QString host() const { return "127.0.0.1:%1"_s.arg(m_server->serverPort()); }
     bool ready() const { return m_ready; }
-    QList<lab::HttpRequest> requests()
-    {
-        QList<lab::HttpRequest> copy;
-        in([&] { copy = m_requests; });
-        return copy;
-    }
-    QJsonObject note()
-    {
-        QJsonObject copy;
-        in([&] { copy = m_note; });
-        return copy;
-    }
+    QList<lab::HttpRequest> requests() { return copyOf(m_requests); }
+    QJsonObject note() { return copyOf(m_note); }
 
 private:
+    template <class Value>
+    Value copyOf(const Value &value)
+    {
+        Value copy;
+        in([&] { copy = value; });
+        return copy;
+    }
     void in(const std::function<void()> &work)
     {
         QMetaObject::invokeMethod(&m_worker, work, Qt::BlockingQueuedConnection);
@@ -95,26 +95,16 @@ private:
     bool m_ready = false;
 };
 
-class FakeHost : public mevo::EngineHost
+/// Of a tip the error's code counts; whether there is a tip window is none of the service's business.
+class FakeHost : public FakeEngineHost
 {
 public:
-    explicit FakeHost(CallLog &log)
-        : m_log(log)
-    {
-    }
-    void loadCurrentBaiduCredentials() override { m_log.add(QStringLiteral("load account")); }
-    void fetchBaiduToken() override { m_log.add(QStringLiteral("fetch token")); }
-    void loadBaiduTranslateCredentials() override { m_log.add(QStringLiteral("load translation")); }
-    void buildAsrLanMenu(bool, bool) override { m_log.add(QStringLiteral("menu")); }
+    using FakeEngineHost::FakeEngineHost;
     void ensureEngineTip() override {}
     void showEngineTip(const QString &text, bool regardless) override
     {
-        m_log.add(QStringLiteral("tip %1 ").arg(regardless) + text.section(QLatin1Char('\n'), 1, 1));
+        FakeEngineHost::showEngineTip(text.section(u'\n', 1, 1), regardless);
     }
-    void channelCountChanged() override { m_log.add(QStringLiteral("channels")); }
-
-private:
-    CallLog &m_log;
 };
 
 /// What one of the standard streams is sent while this lives.
@@ -124,7 +114,7 @@ public:
     explicit Captured(int descriptor)
         : m_descriptor(descriptor)
         , m_kept(dup(descriptor))
-        , m_file(home.path(QStringLiteral("stream%1").arg(descriptor)))
+        , m_file(home.path("stream%1"_s.arg(descriptor)))
     {
         std::fflush(nullptr);
         m_file.open(QIODevice::ReadWrite | QIODevice::Truncate);
@@ -158,16 +148,7 @@ struct Case
 };
 using Setup = std::function<void(Case &)>;
 
-QStringList logged;
-
-void keepLog(QtMsgType, const QMessageLogContext &, const QString &text)
-{
-    logged.append(text);
-}
-
 } // namespace
-
-Q_DECLARE_METATYPE(Setup)
 
 class TestTencentSpeech : public QObject
 {
@@ -182,10 +163,10 @@ private slots:
         m_platform.log.clear();
         m_platform.time->start = QDateTime::currentDateTime();
         m_state = std::make_unique<MainState>();
-        m_state->TXCurrentVoiceType = QStringLiteral("16k_zh");
+        m_state->TXCurrentVoiceType = "16k_zh"_s;
         m_state->ShowTipsDlg = true;
-        m_state->TXSCD = QStringLiteral("AKID-of-the-test");
-        m_state->TXSCK = QStringLiteral("key-of-the-test");
+        m_state->TXSCD = "AKID-of-the-test"_s;
+        m_state->TXSCK = "key-of-the-test"_s;
         m_endpoints = {};
         m_endpoints.TencentHost = m_service.host();
         m_texts.clear();
@@ -194,12 +175,12 @@ private slots:
 
     void countsToTheReceiverOfThePress()
     {
-        m_state->DongleID = QStringLiteral("01-01-000001");
+        m_state->DongleID = "01-01-000001"_s;
         m_receiver = m_state->dayCounts.receiver();
-        m_state->DongleID = QStringLiteral("01-01-000002");
+        m_state->DongleID = "01-01-000002"_s;
         recognise("samples");
         QCOMPARE(m_state->dayCounts.used(mevo::CountColumn::Tencent), 0);
-        m_state->DongleID = QStringLiteral("01-01-000001");
+        m_state->DongleID = "01-01-000001"_s;
         QCOMPARE(m_state->dayCounts.used(mevo::CountColumn::Tencent), 1);
     }
 
@@ -207,11 +188,11 @@ private slots:
     {
         const QByteArray pcm("\x01\x02\x03", 3);
         m_state->AddPunctuationWhenEnd = true;
-        QCOMPARE(recognise(pcm), qMakePair(true, QStringLiteral("今天")));
-        QCOMPARE(m_texts, QStringList{QStringLiteral("今天__over__")});
+        QCOMPARE(recognise(pcm), qMakePair(true, "今天"_s));
+        QCOMPARE(m_texts, list({"今天__over__"}));
         QCOMPARE(m_state->TXSR1DUsedQuantity, 1);
         QVERIFY(m_platform.log.calls().isEmpty());
-        QCOMPARE(home.read(QStringLiteral("test.pcm")), QByteArray("\x03\x00\x00\x00", 4) + pcm);
+        QCOMPARE(home.read("test.pcm"_s), QByteArray("\x03\x00\x00\x00", 4) + pcm);
 
         QCOMPARE(m_service.requests().size(), 1);
         const lab::HttpRequest request = m_service.requests().first();
@@ -220,83 +201,67 @@ private slots:
             names.append(QString::fromLatin1(line.left(qMax(0, line.indexOf(':')))));
         }
         names.removeAll(QString());
-        QCOMPARE(names, QStringLiteral("Host Accept Authorization Content-Type X-TC-Action X-TC-Timestamp "
-                                       "X-TC-Version Content-Length")
-                            .split(QLatin1Char(' ')));
+        QCOMPARE(names, "Host Accept Authorization Content-Type X-TC-Action X-TC-Timestamp "
+                        "X-TC-Version Content-Length"_s.split(QLatin1Char(' ')));
         QCOMPARE(request.headers.value("host"), m_service.host().toLatin1());
         QCOMPARE(request.headers.value("content-type"), QByteArray("application/json; charset=utf-8"));
         const QJsonObject body = QJsonDocument::fromJson(request.body).object();
-        QCOMPARE(body.value(QStringLiteral("FilterPunc")).toInt(-1), 0);
-        QCOMPARE(QByteArray::fromBase64(body.value(QStringLiteral("Data")).toString().toLatin1()).mid(44),
-                 pcm);
-        QVERIFY(!body.contains(QStringLiteral("ConvertNumMode")));
+        QCOMPARE(body.value("FilterPunc"_s).toInt(-1), 0);
+        QCOMPARE(QByteArray::fromBase64(body.value("Data"_s).toString().toLatin1()).mid(44), pcm);
+        QVERIFY(!body.contains("ConvertNumMode"_s));
     }
 
     void longAudio()
     {
         const int length = 60 * 32000;
         QVERIFY(recognise(QByteArray(length, '\x11')).first);
-        QCOMPARE(m_service.note().value(QStringLiteral("pcmBytes")).toInt(), length);
+        QCOMPARE(m_service.note().value("pcmBytes"_s).toInt(), length);
     }
 
     void refusals_data()
     {
-        QTest::addColumn<Setup>("setup");
-        QTest::addColumn<QStringList>("calls");
-        const auto tip = [](const char *code) { return QStringLiteral("tip 0 ") + QLatin1String(code); };
+        const Rows<QStringList, Setup> row; // calls, setup
+        const auto tip = [](const char *code) { return "tip 0 "_s + QLatin1String(code); };
         const auto clock = [](int seconds) {
             return Setup([seconds](Case &c) { c.service.setClockOffset(seconds); });
         };
-        const auto accept = QStringList();
-        const QString tool = QStringLiteral("elevated \\校时助手.exe");
-        QTest::newRow("clock behind") << clock(330) << QStringList{tool, tip("AuthFailure.SignatureExpire")};
-        QTest::newRow("clock ahead") << clock(-330) << QStringList{tool, tip("AuthFailure.SignatureExpire")};
-        QTest::newRow("clock nearly right") << clock(250) << accept;
-        QTest::newRow("clock behind, no tips wanted") << Setup([](Case &c) {
+        const QString tool = "elevated \\校时助手.exe"_s;
+        row("clock behind", {tool, tip("AuthFailure.SignatureExpire")}, clock(330));
+        row("clock ahead", {tool, tip("AuthFailure.SignatureExpire")}, clock(-330));
+        row("clock nearly right", {}, clock(250));
+        row("clock behind, no tips wanted", {tip("AuthFailure.SignatureExpire")}, [](Case &c) {
             c.service.setClockOffset(330);
             c.state.ShowTipsDlg = false;
-        }) << QStringList{tip("AuthFailure.SignatureExpire")}; // which the host does not show
-        QTest::newRow("wrong key") << Setup([](Case &c) { c.state.TXSCK = QStringLiteral("k"); })
-                                   << QStringList{tip("AuthFailure.SignatureFailure")};
-        QTest::newRow("unknown id") << Setup([](Case &c) { c.state.TXSCD = QStringLiteral("i"); })
-                                    << QStringList{tip("AuthFailure.SecretIdNotFound")};
-        QTest::newRow("no credentials") << Setup([](Case &c) { c.state.TXSCD = c.state.TXSCK = QString(); })
-                                        << QStringList{tip("AuthFailure.SecretIdNotFound")};
-        QTest::newRow("unknown language")
-            << Setup([](Case &c) { c.state.TXCurrentVoiceType = QStringLiteral("16k_xx"); })
-            << QStringList{tip("InvalidParameterValue.ErrorInvalidEngservice")};
-        QTest::newRow("no money left") << Setup([](Case &c) {
-            c.service.setError({QStringLiteral("FailedOperation.UserHasNoAmount"), {}}, 1);
-        }) << QStringList{tip("FailedOperation.UserHasNoAmount")};
+        }); // which the host does not show
+        row("wrong key", {tip("AuthFailure.SignatureFailure")}, [](Case &c) { c.state.TXSCK = "k"_s; });
+        row("unknown id", {tip("AuthFailure.SecretIdNotFound")}, [](Case &c) { c.state.TXSCD = "i"_s; });
+        row("no credentials", {tip("AuthFailure.SecretIdNotFound")},
+            [](Case &c) { c.state.TXSCD = c.state.TXSCK = QString(); });
+        row("unknown language", {tip("InvalidParameterValue.ErrorInvalidEngservice")},
+            [](Case &c) { c.state.TXCurrentVoiceType = "16k_xx"_s; });
+        row("no money left", {tip("FailedOperation.UserHasNoAmount")}, [](Case &c) {
+            c.service.setError({"FailedOperation.UserHasNoAmount"_s, {}}, 1);
+        });
     }
 
     void refusals()
     {
-        QFETCH(Setup, setup);
-        QFETCH(QStringList, calls);
-        m_service.change([&](auto &service, auto &) {
+        const auto [calls, setup] = rowOf<QStringList, Setup>();
+        m_service.change([&, &set = setup](auto &service, auto &) {
             Case parties{*m_state, service};
-            setup(parties);
+            set(parties);
         });
         QCOMPARE(recognise("samples").first, calls.isEmpty()); // an error ends the transfer
         QCOMPARE(m_texts.isEmpty(), !calls.isEmpty());
         QCOMPARE(m_state->TXSR1DUsedQuantity, calls.isEmpty() ? 1 : 0);
         QCOMPARE(m_platform.log.calls(), calls);
         init(); // and once all is well again
-        QCOMPARE(recognise("samples"), qMakePair(true, QStringLiteral("今天")));
+        QCOMPARE(recognise("samples"), qMakePair(true, "今天"_s));
     }
 
     void faults_data()
     {
-        QTest::addColumn<QByteArray>("kind");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<bool>("done");
-        QTest::addColumn<int>("texts");
-        QTest::addColumn<QString>("line"); // in the log
-        const auto row = [](const char *name, const char *kind, int value, bool done, int texts,
-                            const char *line) {
-            QTest::newRow(name) << QByteArray(kind) << value << done << texts << QString::fromLatin1(line);
-        };
+        const Rows<QByteArray, int, bool, int, QString> row; // kind, value, done, texts, line (in the log)
         row("closed", "close", 0, false, 0, "the request failed");
         row("cut", "cut", 20, false, 0, "are no answer");
         row("cut in its head", "head", 30, true, 0, "the reply is empty");
@@ -311,19 +276,13 @@ private slots:
 
     void faults()
     {
-        QFETCH(QByteArray, kind);
-        QFETCH(int, value);
-        QFETCH(bool, done);
-        QFETCH(int, texts);
-        QFETCH(QString, line);
-        m_service.change([&](auto &, auto &server) { server.setFault("/", {kind, value, 1}); });
-        logged.clear();
-        const QtMessageHandler before = qInstallMessageHandler(keepLog);
-        const bool whole = recognise("samples").first;
-        qInstallMessageHandler(before);
-        QCOMPARE(whole, done);
-        QCOMPARE(logged.isEmpty(), line.isEmpty());
-        QVERIFY2(logged.join(u'\n').contains(line), qPrintable(logged.join(u'\n')));
+        const auto [kind, value, done, texts, line] = rowOf<QByteArray, int, bool, int, QString>();
+        const lab::Fault fault{kind, value, 1};
+        m_service.change([&fault](auto &, auto &server) { server.setFault("/", fault); });
+        const Messages logged;
+        QCOMPARE(recognise("samples").first, done);
+        QCOMPARE(logged.all.isEmpty(), line.isEmpty());
+        QVERIFY2(logged.all.join(u'\n').contains(line), qPrintable(logged.all.join(u'\n')));
         QCOMPARE(m_texts.size(), texts);
         QCOMPARE(m_state->TXSR1DUsedQuantity, texts);
         QVERIFY(m_platform.log.calls().isEmpty()); // nothing for the user to see
@@ -338,7 +297,7 @@ private slots:
 
     void nobodyThere()
     {
-        m_endpoints.TencentHost = QStringLiteral("127.0.0.1:9");
+        m_endpoints.TencentHost = "127.0.0.1:9"_s;
         QCOMPARE(recognise("samples"), qMakePair(false, QString()));
     }
 
@@ -351,16 +310,14 @@ private slots:
 
     void standardStreams()
     {
-        logged.clear();
-        const QtMessageHandler before = qInstallMessageHandler(keepLog);
+        const Messages logged;
         Captured out(STDOUT_FILENO);
         Captured err(STDERR_FILENO);
         recognise("samples");
-        m_state->TXSCK = QStringLiteral("wrong");
+        m_state->TXSCK = "wrong"_s;
         recognise("samples");
         const QByteArray output = out.end();
         const QByteArray errors = err.end();
-        qInstallMessageHandler(before);
         const QList<lab::HttpRequest> requests = m_service.requests();
         QCOMPARE(requests.size(), 2);
         for (const lab::HttpRequest &request : requests) {
@@ -371,7 +328,7 @@ private slots:
         QVERIFY(errors.contains("\nresult_code != CURLE_fail\n"));
         QVERIFY(errors.endsWith(
             "\ncurl_easy_perform() failed: Failed writing received data to disk/application\n"));
-        const QString log = logged.join(QLatin1Char('\n'));
+        const QString log = logged.all.join(u'\n');
         QVERIFY(log.contains(QLatin1String("AuthFailure.SignatureFailure")));
         QVERIFY(!log.contains(QLatin1String("AKID")) && !log.contains(QLatin1String("Signature=")));
     }

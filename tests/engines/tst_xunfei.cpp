@@ -1,6 +1,7 @@
 #include "engines/XunFeiFrames.h"
 #include "engines/XunFeiMessage.h"
 #include "engines/XunFeiSigning.h"
+#include "support/Rows.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -32,54 +33,40 @@ private Q_SLOTS:
     /// The worked example of the service's public documentation.
     void signature()
     {
-        QCOMPARE(mevo::xunFeiSignature(QStringLiteral("iat-api.xfyun.cn"),
-                                       QStringLiteral("Wed, 10 Jul 2019 07:35:43 GMT"),
-                                       QStringLiteral("secretxxxxxxxx2df7900c09xxxxxxxx")),
+        QCOMPARE(mevo::xunFeiSignature("iat-api.xfyun.cn"_s, "Wed, 10 Jul 2019 07:35:43 GMT"_s,
+                                       "secretxxxxxxxx2df7900c09xxxxxxxx"_s),
                  QByteArray("Hp3Ty4ZkSBmL8jKyOLpQiv9Sr5nvmeYEH7WsL/ZO2Jg="));
     }
 
     void date()
     {
         const QDateTime moment(QDate(2019, 7, 10), QTime(7, 35, 43), Qt::UTC);
-        const QString expected = QStringLiteral("Wed,10 Jul 2019 07:35:43 GMT");
+        const QString expected = "Wed,10 Jul 2019 07:35:43 GMT"_s;
         QCOMPARE(mevo::xunFeiDate(moment), expected);
         QCOMPARE(mevo::xunFeiDate(moment.toOffsetFromUtc(8 * 3600)), expected);
         QCOMPARE(mevo::xunFeiDate(QDateTime(QDate(2026, 1, 3), QTime(0, 0, 9), Qt::UTC)),
-                 QStringLiteral("Sat,03 Jan 2026 00:00:09 GMT"));
+                 "Sat,03 Jan 2026 00:00:09 GMT"_s);
     }
 
     void url_data()
     {
-        QTest::addColumn<QString>("signHost");
-        QTest::addColumn<QString>("socketHost");
-        QTest::addColumn<QByteArray>("start");
-        QTest::addColumn<QByteArray>("host");
-        QTest::newRow("as shipped") << mevo::EngineEndpoints().XunFeiSignHost
-                                    << mevo::EngineEndpoints().XunFeiSocketHost
-                                    << QByteArray("ws://iat-niche-api.xfyun.cn/v2/iat?")
-                                    << QByteArray("iat-api.xfyun.cn");
-        QTest::newRow("ports") << "localhost:80"
-                               << "127.0.0.1:8123" << QByteArray("ws://127.0.0.1:8123/v2/iat?")
-                               << QByteArray("localhost");
-        QTest::newRow("a scheme") << "wss://a.example"
-                                  << "wss://b.example" << QByteArray("wss://b.example/v2/iat?")
-                                  << QByteArray("a.example");
+        const Rows<QString, QString, QByteArray, QByteArray> row; // signHost, socketHost, start, host
+        row("as shipped", mevo::EngineEndpoints().XunFeiSignHost, mevo::EngineEndpoints().XunFeiSocketHost,
+            "ws://iat-niche-api.xfyun.cn/v2/iat?", "iat-api.xfyun.cn");
+        row("ports", "localhost:80", "127.0.0.1:8123", "ws://127.0.0.1:8123/v2/iat?", "localhost");
+        row("a scheme", "wss://a.example", "wss://b.example", "wss://b.example/v2/iat?", "a.example");
     }
     void url()
     {
-        QFETCH(QByteArray, start);
-        QFETCH(QByteArray, host);
-        QFETCH(QString, signHost);
-        QFETCH(QString, socketHost);
+        const auto [signHost, socketHost, start, host] = rowOf<QString, QString, QByteArray, QByteArray>();
         mevo::EngineEndpoints endpoints;
         endpoints.XunFeiSignHost = signHost;
         endpoints.XunFeiSocketHost = socketHost;
-        const QString date = QStringLiteral("Wed,10 Jul 2019 07:35:43 GMT");
+        const QString date = "Wed,10 Jul 2019 07:35:43 GMT"_s;
         // Its authorisation, in base64, ends in an equals sign, which stays as it is.
-        const mevo::XunFeiAccount account{QStringLiteral("1"), QStringLiteral("keyx"), QStringLiteral("s")};
+        const mevo::XunFeiAccount account{"1"_s, "keyx"_s, "s"_s};
         const QByteArray text =
-            mevo::xunFeiUrl(endpoints, account, date, QStringLiteral("Wed,10 Jul 2019 07:35:44 GMT"))
-                .toEncoded();
+            mevo::xunFeiUrl(endpoints, account, date, "Wed,10 Jul 2019 07:35:44 GMT"_s).toEncoded();
         const QByteArray authorization =
             ("api_key=\"keyx\", algorithm=\"hmac-sha256\", headers=\"host date request-line\", signature=\"" +
              mevo::xunFeiSignature(QString::fromLatin1(host), date, account.apiSecret) + '"')
@@ -91,33 +78,23 @@ private Q_SLOTS:
 
     void firstFrame_data()
     {
-        QTest::addColumn<QString>("voiceType");
-        QTest::addColumn<bool>("punctuation");
-        QTest::addColumn<bool>("correction");
-        QTest::addColumn<QByteArray>("business");
-        QTest::newRow("Mandarin") << "mandarin" << true << false
-                                  << QByteArray(R"("accent":"mandarin","language":"zh_cn","ptt":1)");
-        QTest::newRow("a dialect, corrected")
-            << "lmz" << false << true
-            << QByteArray(R"("accent":"lmz","dwa":"wpgs","language":"zh_cn","ptt":0)");
+        const Rows<QString, bool, bool, QByteArray> row; // voiceType, punctuation, correction, business
+        row("Mandarin", "mandarin", true, false, R"("accent":"mandarin","language":"zh_cn","ptt":1)");
+        row("a dialect, corrected", "lmz", false, true,
+            R"("accent":"lmz","dwa":"wpgs","language":"zh_cn","ptt":0)");
         for (const char *code : {"en_us", "ja_jp", "ko_kr", "ru-ru", "fr_fr", "es_es"}) {
-            QTest::newRow(code) << code << false << false
-                                << QByteArray("\"language\":\"") + code + "\",\"ptt\":0";
+            row(code, code, false, false, QByteArray("\"language\":\"") + code + "\",\"ptt\":0");
         }
-        QTest::newRow("no choice") << "" << false << false
-                                   << QByteArray(R"("accent":"","language":"zh_cn","ptt":0)");
+        row("no choice", "", false, false, R"("accent":"","language":"zh_cn","ptt":0)");
     }
     void firstFrame()
     {
-        QFETCH(QString, voiceType);
-        QFETCH(bool, punctuation);
-        QFETCH(bool, correction);
-        QFETCH(QByteArray, business);
+        const auto [voiceType, punctuation, correction, business] = rowOf<QString, bool, bool, QByteArray>();
         const QByteArray expected = R"({"common":{"app_id":"5f"},"business":{"domain":"iat",)" + business +
                                     R"(},"data":{"status":0,"format":"audio/L16;rate=16000",)"
                                     R"("encoding":"raw","audio":"AAH/fw=="}})";
         QVERIFY(!object(expected).isEmpty());
-        QCOMPARE(object(mevo::xunFeiFirstFrame({QStringLiteral("5f"), voiceType, punctuation, correction},
+        QCOMPARE(object(mevo::xunFeiFirstFrame({"5f"_s, voiceType, punctuation, correction},
                                                QByteArray::fromHex("0001ff7f"))),
                  object(expected));
     }
@@ -134,11 +111,8 @@ private Q_SLOTS:
 
     void message_data()
     {
-        QTest::addColumn<QString>("json");
-        QTest::addColumn<QString>("read"); // "code status replaces from-to text", or "-" when it is refused
-        const auto row = [](const char *name, const QString &json, const char *read) {
-            QTest::newRow(name) << json << QString::fromUtf8(read);
-        };
+        // json, read ("code status replaces from-to text", or "-" when it is refused)
+        const Rows<QString, QString> row;
         const auto result = [](const char *content) {
             return QString::fromUtf8("{\"code\":0,\"data\":{\"status\":1,\"result\":{%1}}}")
                 .arg(QString::fromUtf8(content));
@@ -147,79 +121,72 @@ private Q_SLOTS:
             "0 1 0 0--1 你好。");
         row("replaces", result(R"("pgs":"rpl","rg":[3,5],"ws":[{"cw":[{"w":"a"}]}])"), "0 1 1 3-5 a");
         row("appends", result(R"("pgs":"apd","rg":[1,2],"ws":[])"), "0 1 0 1-2 ");
-        row("an error", QStringLiteral(R"({"code":10105,"message":"illegal access"})"), "10105 0 0 0--1 ");
+        row("an error", R"({"code":10105,"message":"illegal access"})"_s, "10105 0 0 0--1 ");
         row("a range of one", result(R"("pgs":"rpl","rg":[3])"), "0 1 1 0--1 ");
         row("a range of texts", result(R"("pgs":"rpl","rg":["1","2"])"), "0 1 1 0--1 ");
         row("a range of fractions", result(R"("pgs":"rpl","rg":[1.5,2.5])"), "0 1 1 0--1 ");
         row("odd types",
             result(R"("pgs":7,"rg":"x","sn":[],"ls":"yes","ws":[1,{"cw":3},{"cw":[{"w":5},{}]}])"),
             "0 1 0 0--1 ");
-        row("a code as text", QStringLiteral(R"({"code":"10105","data":7})"), "10105 0 0 0--1 ");
+        row("a code as text", R"({"code":"10105","data":7})"_s, "10105 0 0 0--1 ");
         for (const char *code : {"1e10", "10105.5", "-0.5", "true", "[0]", "\"zero\"", "\"\"", "{}"}) {
-            row(code, QStringLiteral("{\"code\":%1}").arg(QLatin1String(code)), "-1 0 0 0--1 ");
+            row(code, "{\"code\":%1}"_s.arg(QLatin1String(code)), "-1 0 0 0--1 ");
         }
-        row("no code", QStringLiteral(R"({"code":null})"), "0 0 0 0--1 ");
+        row("no code", R"({"code":null})"_s, "0 0 0 0--1 ");
         row("a range that is half a fraction", result(R"("pgs":"rpl","rg":[1.5,2])"), "0 1 1 0--1 ");
         row("a range that ends nowhere", result(R"("pgs":"rpl","rg":[1,1e10])"), "0 1 1 0--1 ");
         row("a range of three", result(R"("pgs":"rpl","rg":[1,2,3])"), "0 1 1 0--1 ");
-        row("nothing in it", QStringLiteral("{}"), "0 0 0 0--1 ");
+        row("nothing in it", "{}"_s, "0 0 0 0--1 ");
         row("empty", QString(), "-");
-        row("no object", QStringLiteral("[{\"code\":0}]"), "-");
-        row("cut", QStringLiteral("{\"code\":0,\"da"), "-");
-        row("control characters", QStringLiteral("\u0001\u0000"), "-");
-        row("half a surrogate", QString(QChar(0xd800)) + QStringLiteral("{}"), "-");
+        row("no object", "[{\"code\":0}]"_s, "-");
+        row("cut", "{\"code\":0,\"da"_s, "-");
+        row("control characters", "\u0001\u0000"_s, "-");
+        row("half a surrogate", QString(QChar(0xd800)) + "{}"_s, "-");
         row("deep", QString(100000, QLatin1Char('[')), "-");
-        row("too long",
-            QStringLiteral("{\"code\":0}") + QString(mevo::longestXunFeiMessage, QLatin1Char(' ')), "-");
+        row("too long", "{\"code\":0}"_s + QString(mevo::longestXunFeiMessage, QLatin1Char(' ')), "-");
     }
     void message()
     {
-        QFETCH(QString, json);
+        const auto [json, expectedRead] = rowOf<QString, QString>();
         mevo::XunFeiMessage m;
         const bool read = mevo::parseXunFeiMessage(json, m);
-        QTEST(read ? QStringLiteral("%1 %2 %3 %4-%5 %6")
-                         .arg(m.code)
-                         .arg(m.status)
-                         .arg(int(m.replaces))
-                         .arg(m.from)
-                         .arg(m.to)
-                         .arg(m.text)
-                   : QStringLiteral("-"),
-              "read");
+        QCOMPARE(read ? "%1 %2 %3 %4-%5 %6"_s.arg(m.code)
+                            .arg(m.status)
+                            .arg(int(m.replaces))
+                            .arg(m.from)
+                            .arg(m.to)
+                            .arg(m.text)
+                      : "-"_s,
+                 expectedRead);
         QVERIFY(read || m.text.isEmpty());
     }
 
     void corrections_data()
     {
-        QTest::addColumn<bool>("replaces");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("to");
-        QTest::addColumn<QString>("joined"); // of "abcdef", with "X" appended
-        QTest::newRow("append") << false << 1 << 6 << "abcdefX";
-        QTest::newRow("three") << true << 3 << 5 << "abfX";
-        QTest::newRow("one") << true << 6 << 6 << "abcdeX";
-        QTest::newRow("all") << true << 1 << 6 << "X";
-        QTest::newRow("beyond the end") << true << 5 << 99 << "abcdX";
-        QTest::newRow("wholly beyond") << true << 7 << 9 << "abcdefX";
-        QTest::newRow("before the start") << true << -5 << 2 << "cdefX";
-        QTest::newRow("zero") << true << 0 << 0 << "abcdefX";
-        QTest::newRow("backwards") << true << 5 << 3 << "abcdefX";
-        QTest::newRow("extremes") << true << std::numeric_limits<int>::min()
-                                  << std::numeric_limits<int>::max() << "X";
+        // replaces, from, to, joined (of "abcdef", with "X" appended)
+        const Rows<bool, int, int, QString> row;
+        row("append", false, 1, 6, "abcdefX");
+        row("three", true, 3, 5, "abfX");
+        row("one", true, 6, 6, "abcdeX");
+        row("all", true, 1, 6, "X");
+        row("beyond the end", true, 5, 99, "abcdX");
+        row("wholly beyond", true, 7, 9, "abcdefX");
+        row("before the start", true, -5, 2, "cdefX");
+        row("zero", true, 0, 0, "abcdefX");
+        row("backwards", true, 5, 3, "abcdefX");
+        row("extremes", true, std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), "X");
     }
     void corrections()
     {
-        QFETCH(bool, replaces);
-        QFETCH(int, from);
-        QFETCH(int, to);
+        const auto [replaces, from, to, joined] = rowOf<bool, int, int, QString>();
         QStringList results = letters(6).split(QString(), Qt::SkipEmptyParts);
         mevo::XunFeiMessage message;
         message.replaces = replaces;
         message.from = from;
         message.to = to;
-        message.text = QStringLiteral("X");
+        message.text = "X"_s;
         mevo::applyXunFeiResult(results, message);
-        QTEST(results.join(QString()), "joined");
+        QCOMPARE(results.join(QString()), joined);
         QCOMPARE(results.size(), 7); // emptied entries stay, so that later numbers still fit
     }
 };

@@ -5,6 +5,7 @@
 #include "engines/XunFeiStream.h"
 #include "recognisers/XunFeiService.h"
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 
 #include <QUrlQuery>
 #include <QWebSocket>
@@ -24,41 +25,37 @@ constexpr int Last = AudioRecorder::STATUS_LAST;
 struct Desk : mevo::XunFeiHost
 {
     explicit Desk(std::optional<bool> whole = false)
-        : service({{QStringLiteral("app1"), QStringLiteral("key1"), QStringLiteral("secret1")},
-                   {QStringLiteral("app2"), QStringLiteral("key2"), QStringLiteral("secret2")}},
-                  {QStringLiteral("localhost")}, [this](const QJsonObject &note) { notes.append(note); })
+        : service({{"app1"_s, "key1"_s, "secret1"_s}, {"app2"_s, "key2"_s, "secret2"_s}}, {"localhost"_s},
+                  [this](const QJsonObject &note) { notes.append(note); })
     {
         fakes.time->start = QDateTime::currentDateTimeUtc();
         started = service.start(0);
-        state.XunFeiAppId = QStringLiteral("app1");
-        state.XunFeiApiKey = QStringLiteral("key1");
-        state.XunFeiApiSecret = QStringLiteral("secret1");
-        state.XunFeiMinorAppId = QStringLiteral("app2");
-        state.XunFeiMinorApiKey = QStringLiteral("key2");
-        state.XunFeiMinorApiSecret = QStringLiteral("secret2");
-        state.XunFeiWebApiCurrentVoiceType = QStringLiteral("mandarin");
+        state.XunFeiAppId = "app1"_s;
+        state.XunFeiApiKey = "key1"_s;
+        state.XunFeiApiSecret = "secret1"_s;
+        state.XunFeiMinorAppId = "app2"_s;
+        state.XunFeiMinorApiKey = "key2"_s;
+        state.XunFeiMinorApiSecret = "secret2"_s;
+        state.XunFeiWebApiCurrentVoiceType = "mandarin"_s;
         mevo::EngineEndpoints endpoints;
-        endpoints.XunFeiSignHost = QStringLiteral("localhost");
-        endpoints.XunFeiSocketHost = QStringLiteral("127.0.0.1:%1").arg(service.serverPort());
+        endpoints.XunFeiSignHost = "localhost"_s;
+        endpoints.XunFeiSocketHost = "127.0.0.1:%1"_s.arg(service.serverPort());
         endpoints.XunFeiWholeUtterance = whole;
         stream = std::make_unique<mevo::XunFeiStream>(state, *fakes.time, endpoints, *this);
-        control("texts", QStringLiteral("你好世界"));
+        control("texts", "你好世界"_s);
     }
 
     bool dynamicCorrection() const override { return correction; }
-    void handleXunFeiText(const QString &text) override { take(QStringLiteral("handle ") + text); }
-    void showXunFeiText(const QString &text) override { take(QStringLiteral("show ") + text); }
+    void handleXunFeiText(const QString &text) override { take("handle "_s + text); }
+    void showXunFeiText(const QString &text) override { take("show "_s + text); }
     void xunFeiAnswered() override { ++answers; }
-    void showPartialText(const QString &text) override { calls.append(QStringLiteral("partial ") + text); }
-    void hidePartialText() override { calls.append(QStringLiteral("hide")); }
-    void flushXunFeiCount() override { calls.append(QStringLiteral("flush")); }
-    void showXunFeiLanguage() override
-    {
-        calls.append(QStringLiteral("language ") + state.XunFeiWebApiCurrentVoiceType);
-    }
+    void showPartialText(const QString &text) override { calls.append("partial "_s + text); }
+    void hidePartialText() override { calls.append("hide"_s); }
+    void flushXunFeiCount() override { calls.append("flush"_s); }
+    void showXunFeiLanguage() override { calls.append("language "_s + state.XunFeiWebApiCurrentVoiceType); }
     void closeXunFeiRecording() override
     {
-        calls.append(QStringLiteral("end"));
+        calls.append("end"_s);
         stream->close();
     }
     void take(const QString &call)
@@ -98,7 +95,7 @@ struct Desk : mevo::XunFeiHost
     {
         QVariantList values;
         for (const QJsonObject &note : notes) {
-            if (note.value(QStringLiteral("event")) == QLatin1String(event)) {
+            if (note.value("event"_s) == QLatin1String(event)) {
                 values.append(note.value(QLatin1String(key)).toVariant());
             }
         }
@@ -126,15 +123,9 @@ class TestXunFeiStream : public QObject
 private Q_SLOTS:
     void session_data()
     {
-        QTest::addColumn<QVariant>("whole"); // as the file says it, invalid where it says nothing
-        QTest::addColumn<bool>("correction");
-        QTest::addColumn<int>("partialsMs"); // audio of a session: 120 ms
-        QTest::addColumn<QString>("calls");
-        QTest::addColumn<int>("count");
-        const auto row = [](const char *name, const QVariant &whole, bool correction, int partials,
-                            const char *calls, int count) {
-            QTest::newRow(name) << whole << correction << partials << QString::fromUtf8(calls) << count;
-        };
+        // whole (as the file says it, invalid where it says nothing), correction, partialsMs (audio of a
+        // session: 120 ms), calls, count
+        const Rows<QVariant, bool, int, QString, int> row;
         row("plain", false, false, 0, "handle 你好世界,flush,end", 1);
         row("corrected", false, true, 0, "hide,show 你好世界,flush,end", 1);
         row("the first partial text ends it", false, false, 40, "handle 你好,end", 1);
@@ -147,18 +138,16 @@ private Q_SLOTS:
     }
     void session()
     {
-        QFETCH(QVariant, whole);
-        QFETCH(bool, correction);
-        QFETCH(int, partialsMs);
+        const auto [whole, correction, partialsMs, calls, count] = rowOf<QVariant, bool, int, QString, int>();
         Desk desk(whole.isValid() ? std::optional<bool>(whole.toBool()) : std::nullopt);
         QVERIFY(desk.started);
         desk.correction = correction;
         QVERIFY(desk.control("partials", QString::number(partialsMs)));
         QVERIFY(desk.speak());
-        QVERIFY(desk.waitFor(QStringLiteral("end")));
+        QVERIFY(desk.waitFor("end"_s));
         QTRY_COMPARE(desk.noted("closed", "closeCode"), QVariantList{1000});
-        QTEST(desk.calls.join(QLatin1Char(',')), "calls");
-        QTEST(desk.state.XFSR1DUsedQuantity, "count");
+        QCOMPARE(desk.calls.join(QLatin1Char(',')), calls);
+        QCOMPARE(desk.state.XFSR1DUsedQuantity, count);
         QVERIFY(desk.state.XFWebSocket == nullptr && !desk.state.XFWebSocketConnected);
         for (const QVariant &code : desk.noted("frame", "code")) {
             QCOMPARE(code.toInt(), 0);
@@ -168,45 +157,39 @@ private Q_SLOTS:
 
     void accounts_data()
     {
-        QTest::addColumn<QString>("voiceType");
-        QTest::addColumn<QString>("appId");
-        QTest::newRow("Mandarin") << "mandarin"
-                                  << "app1";
-        QTest::newRow("a dialect") << "cantonese"
-                                   << "app2";
-        QTest::newRow("a language") << "ko_kr"
-                                    << "app2";
+        const Rows<QString, QString> row; // voiceType, appId
+        row("Mandarin", "mandarin", "app1");
+        row("a dialect", "cantonese", "app2");
+        row("a language", "ko_kr", "app2");
     }
     void accounts()
     {
         Desk desk;
-        QFETCH(QString, voiceType);
+        const auto [voiceType, appId] = rowOf<QString, QString>();
         desk.state.XunFeiWebApiCurrentVoiceType = voiceType;
         QVERIFY(desk.speak());
-        QVERIFY(desk.waitFor(QStringLiteral("handle 你好世界")));
-        QTEST(desk.state.XunFeiAppId, "appId");
+        QVERIFY(desk.waitFor("handle 你好世界"_s));
+        QCOMPARE(desk.state.XunFeiAppId, appId);
 
         Desk without;
         without.state.XunFeiWebApiCurrentVoiceType = voiceType;
         without.state.XunFeiMinorAppId.clear();
         QVERIFY(without.speak());
-        QCOMPARE(without.state.XunFeiAppId, QStringLiteral("app1"));
+        QCOMPARE(without.state.XunFeiAppId, "app1"_s);
     }
 
     void refusals_data()
     {
-        QTest::addColumn<QByteArray>("wrong");
-        QTest::addColumn<int>("status");
-        QTest::newRow("secret") << QByteArray("secret") << 401;
-        QTest::newRow("key") << QByteArray("key") << 401;
-        QTest::newRow("clock ahead") << QByteArray("ahead") << 403;
-        QTest::newRow("clock behind") << QByteArray("behind") << 403;
-        QTest::newRow("as ordered") << QByteArray("order") << 503;
+        const Rows<QByteArray, int> row; // wrong, status
+        row("secret", "secret", 401);
+        row("key", "key", 401);
+        row("clock ahead", "ahead", 403);
+        row("clock behind", "behind", 403);
+        row("as ordered", "order", 503);
     }
     void refusals()
     {
-        QFETCH(QByteArray, wrong);
-        QFETCH(int, status);
+        const auto [wrong, status] = rowOf<QByteArray, int>();
         Desk desk;
         if (wrong == "secret") {
             desk.state.XunFeiApiSecret += QLatin1Char('x');
@@ -234,9 +217,9 @@ private Q_SLOTS:
         desk.stream->ConnectXFWebApi();
         QTRY_VERIFY(desk.state.XFWebSocketConnected);
         desk.stream->sendFrame({}, Last); // a release before the connection
-        QVERIFY(desk.waitFor(QStringLiteral("end")));
+        QVERIFY(desk.waitFor("end"_s));
         QTRY_COMPARE(desk.noted("error", "code"), QVariantList{10165});
-        desk.state.XunFeiAppId = QStringLiteral("app2"); // not the key's
+        desk.state.XunFeiAppId = "app2"_s; // not the key's
         QVERIFY(desk.speak());
         QTRY_COMPARE(desk.noted("error", "code").size(), 2);
         QCOMPARE(desk.noted("error", "code").at(1).toInt(), 10313);
@@ -244,35 +227,25 @@ private Q_SLOTS:
 
     void errors_data()
     {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("voiceType");
-        QTest::addColumn<QString>("afterwards");
+        const Rows<int, QString, QString> row; // code, voiceType, afterwards
         for (int code : {10105, 10110, 10160, 10161, 10163, 10165, 10313, 10700, 10800, 11201}) {
-            QTest::addRow("%d", code) << code << "ko_kr"
-                                      << "ko_kr";
+            row(QByteArray::number(code), code, "ko_kr", "ko_kr");
         }
-        for (const char *minor : {"ja_jp", "ko_kr", "ru-ru", "fr_fr", "es_es"}) {
-            QTest::addRow("11200 %s", minor) << 11200 << minor << "en_us";
-        }
-        QTest::newRow("11200 English") << 11200 << "en_us"
-                                       << "mandarin";
-        QTest::newRow("11200 dialect") << 11200 << "lmz"
-                                       << "mandarin";
+        row("11200 in a language", 11200, "ru-ru", "en_us");
+        row("11200 in English", 11200, "en_us", "mandarin");
     }
     void errors()
     {
         Desk desk;
-        QFETCH(int, code);
-        QFETCH(QString, voiceType);
+        const auto [code, voiceType, afterwards] = rowOf<int, QString, QString>();
         desk.state.XunFeiWebApiCurrentVoiceType = voiceType;
         QVERIFY(desk.control("error", QString::number(code)));
         QVERIFY(desk.speak());
-        QVERIFY(desk.waitFor(QStringLiteral("end")));
-        QFETCH(QString, afterwards);
+        QVERIFY(desk.waitFor("end"_s));
         QCOMPARE(desk.state.XunFeiWebApiCurrentVoiceType, afterwards);
-        QStringList calls{QStringLiteral("end")};
+        QStringList calls{"end"_s};
         if (code == 11200) {
-            calls.prepend(QStringLiteral("language ") + afterwards);
+            calls.prepend("language "_s + afterwards);
         }
         QCOMPARE(desk.calls, calls);
         QCOMPARE(desk.state.XFSR1DUsedQuantity, 0);
@@ -280,48 +253,46 @@ private Q_SLOTS:
 
     void faults_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<bool>("ends"); // by itself; else with the next session
+        const Rows<QString, bool> row; // kind, ends (by itself; else with the next session)
         for (const char *kind : {"garbage", "after-end"}) {
-            QTest::newRow(kind) << kind << true;
+            row(kind, kind, true);
         }
         for (const char *kind :
              {"handshake-stall", "stall", "close", "cut", "binary", "huge", "protocol", "silence-end"}) {
-            QTest::newRow(kind) << kind << false;
+            row(kind, kind, false);
         }
     }
     void faults()
     {
-        QFETCH(QString, kind);
-        QFETCH(bool, ends);
+        const auto [kind, ends] = rowOf<QString, bool>();
         Desk desk;
         QVERIFY(desk.control("fault", kind));
-        if (kind == QLatin1String("binary")) {
-            QTest::ignoreMessage(QtWarningMsg,
-                                 QRegularExpression(QStringLiteral(
-                                     "^XunFei: a binary frame of \\d+ bytes is not understood$")));
+        if (kind == "binary"_s) {
+            QTest::ignoreMessage(
+                QtWarningMsg,
+                QRegularExpression("^XunFei: a binary frame of \\d+ bytes is not understood$"_s));
         }
-        if (kind == QLatin1String("handshake-stall")) {
+        if (kind == "handshake-stall"_s) {
             desk.stream->ConnectXFWebApi();
             QTRY_COMPARE(desk.noted("handshake stalled", "session").size(), 1);
         } else {
             QVERIFY(desk.speak());
             if (ends) {
-                QVERIFY(desk.waitFor(QStringLiteral("end")));
+                QVERIFY(desk.waitFor("end"_s));
                 QTRY_COMPARE(desk.noted("closed", "closeCode").size(), 1);
-            } else if (kind == QLatin1String("stall") || kind == QLatin1String("binary")) {
+            } else if (kind == "stall"_s || kind == "binary"_s) {
                 QTRY_VERIFY(desk.noted("frame", "status").contains(2));
             } else {
                 QTRY_VERIFY(!desk.state.XFWebSocketConnected); // closed by the one or the other side
             }
         }
-        QCOMPARE(desk.calls.count(QStringLiteral("end")), ends ? 1 : 0);
+        QCOMPARE(desk.calls.count("end"_s), ends ? 1 : 0);
         // The next press works, and is answered once.
         desk.calls.clear();
-        desk.control("texts", QStringLiteral("好"));
+        desk.control("texts", "好"_s);
         QVERIFY(desk.speak());
-        QVERIFY(desk.waitFor(QStringLiteral("end")));
-        QCOMPARE(desk.calls.join(QLatin1Char(',')), QStringLiteral("handle 好,flush,end"));
+        QVERIFY(desk.waitFor("end"_s));
+        QCOMPARE(desk.calls.join(QLatin1Char(',')), "handle 好,flush,end"_s);
     }
 
     void aMessageWithoutWordsIsSaid()
@@ -330,31 +301,31 @@ private Q_SLOTS:
         QVERIFY(desk.control("texts", QString()));
         QTest::ignoreMessage(QtInfoMsg, "XunFei: a message without words, status 2");
         QVERIFY(desk.speak());
-        QVERIFY(desk.waitFor(QStringLiteral("end")));
-        QCOMPARE(desk.calls.join(QLatin1Char(',')), QStringLiteral("flush,end"));
+        QVERIFY(desk.waitFor("end"_s));
+        QCOMPARE(desk.calls.join(QLatin1Char(',')), "flush,end"_s);
     }
 
     void aLateAnswerDoesNotEndTheNextSession()
     {
         Desk desk;
-        desk.control("texts", QStringLiteral("一|二"));
+        desk.control("texts", "一|二"_s);
         QVERIFY(desk.speak());
         QVERIFY(desk.speak()); // before the first one's answer is read
-        QVERIFY(desk.waitFor(QStringLiteral("end")));
+        QVERIFY(desk.waitFor("end"_s));
         QCOMPARE(desk.noted("open", "session").size(), 2);
-        QCOMPARE(desk.calls.join(QLatin1Char(',')), QStringLiteral("handle 二,flush,end"));
+        QCOMPARE(desk.calls.join(QLatin1Char(',')), "handle 二,flush,end"_s);
     }
 
     void theNextPressWhileATextIsHandled_data()
     {
-        QTest::addColumn<bool>("correction");
-        QTest::newRow("plain") << false;
-        QTest::newRow("corrected") << true;
+        const Rows<bool> row; // correction
+        row("plain", false);
+        row("corrected", true);
     }
     void theNextPressWhileATextIsHandled()
     {
         Desk desk;
-        QFETCH(bool, correction);
+        const auto [correction] = rowOf<bool>();
         desk.correction = correction;
         desk.whileTaking = [&desk] {
             desk.whileTaking = nullptr;
@@ -363,7 +334,7 @@ private Q_SLOTS:
         };
         QVERIFY(desk.speak());
         QTRY_VERIFY(desk.noted("open", "session").size() == 2 && desk.state.XFWebSocketConnected);
-        QVERIFY(!desk.calls.contains(QStringLiteral("end")));
+        QVERIFY(!desk.calls.contains("end"_s));
         QVERIFY(desk.state.XFWebSocket != nullptr);
     }
 
@@ -374,82 +345,69 @@ private Q_SLOTS:
         QVERIFY(desk.speak());
         QTRY_VERIFY(!desk.stream);
         QTRY_COMPARE(desk.noted("closed", "closeCode"), QVariantList{1000});
-        QCOMPARE(desk.calls, QStringList{QStringLiteral("handle 你好世界")});
+        QCOMPARE(desk.calls, list({"handle 你好世界"}));
         QVERIFY(desk.state.XFWebSocket == nullptr);
     }
 
     /// What was understood is handed on, whatever keeps the last result away, and once.
     void anUnfinishedUtteranceGivesWhatItHas_data()
     {
-        QTest::addColumn<QString>("end");
-        QTest::addColumn<bool>("correction");
-        QTest::addColumn<QString>("calls");
-        for (const bool correction : {false, true}) {
-            const QString partials = correction ? QStringLiteral("partial 你,partial 你好,hide,show 你好")
-                                                : QStringLiteral("handle 你好");
-            const auto row = [&](const char *end, const char *calls) {
-                QTest::addRow("%s, %s", end, correction ? "corrected" : "plain")
-                    << end << correction << partials + QLatin1String(calls);
-            };
-            row("cut", ",end");
-            row("error", ",end");
-            row("garbage", ",end");
-            row("next press", "");
-            row("silence", "");
+        const Rows<QByteArray, bool, bool> row; // end, ended, correction
+        for (const char *end : {"cut", "error", "garbage", "next press", "silence"}) {
+            const bool ended = qstrcmp(end, "next press") != 0 && qstrcmp(end, "silence") != 0;
+            row(end, end, ended, false);
+            row(end + QByteArray(", corrected"), end, ended, true);
         }
     }
     void anUnfinishedUtteranceGivesWhatItHas()
     {
-        QFETCH(QString, end);
-        QFETCH(bool, correction);
+        const auto [end, ended, correction] = rowOf<QByteArray, bool, bool>();
         Desk desk(true);
         desk.correction = correction;
         desk.stream->ConnectXFWebApi();
         QTRY_VERIFY(desk.state.XFWebSocketConnected);
         for (const char *text : {"你", "好"}) {
             desk.stream->onXFWebApiMessageReceived(
-                QStringLiteral(R"({"code":0,"data":{"status":1,"result":{"ws":[{"cw":[{"w":"%1"}]}]}}})")
-                    .arg(QString::fromUtf8(text)));
+                R"({"code":0,"data":{"status":1,"result":{"ws":[{"cw":[{"w":"%1"}]}]}}})"_s.arg(
+                    QString::fromUtf8(text)));
         }
-        if (end == QLatin1String("cut")) {
+        if (end == "cut") {
             desk.state.XFWebSocket->abort();
-        } else if (end == QLatin1String("error")) {
-            desk.stream->onXFWebApiMessageReceived(QStringLiteral(R"({"code":10700,"message":"engine"})"));
-        } else if (end == QLatin1String("garbage")) {
-            desk.stream->onXFWebApiMessageReceived(QStringLiteral("{"));
-        } else if (end == QLatin1String("next press")) {
+        } else if (end == "error") {
+            desk.stream->onXFWebApiMessageReceived(R"({"code":10700,"message":"engine"})"_s);
+        } else if (end == "garbage") {
+            desk.stream->onXFWebApiMessageReceived("{"_s);
+        } else if (end == "next press") {
             desk.stream->finishEarly();
         } else {
             desk.stream->giveUp();
         }
-        QTEST(desk.calls.join(QLatin1Char(',')), "calls");
+        const QString calls = (correction ? "partial 你,partial 你好,hide,show 你好"_s : "handle 你好"_s) +
+                              QLatin1String(ended ? ",end" : "");
+        QCOMPARE(desk.calls.join(u','), calls);
         QVERIFY(desk.state.XFWebSocket == nullptr);
         desk.stream->finishEarly();
         desk.stream->giveUp();
-        QTEST(desk.calls.join(QLatin1Char(',')), "calls");
+        QCOMPARE(desk.calls.join(u','), calls);
     }
 
     /// The next press comes before any result: both sentences are recognised, each once.
     void theNextPressLeavesTheAnswerItsTime_data()
     {
-        QTest::addColumn<bool>("correction");
-        QTest::addColumn<bool>("released"); // the last frame has gone already
+        const Rows<bool, bool> row; // correction, released (the last frame has gone already)
         for (const bool correction : {false, true}) {
-            for (const bool released : {false, true}) {
-                QTest::addRow("%s, %s", correction ? "corrected" : "plain",
-                              released ? "after the release" : "while the key is held")
-                    << correction << released;
-            }
+            const QByteArray kind = correction ? "corrected" : "plain";
+            row(kind + ", while the key is held", correction, false);
+            row(kind + ", after the release", correction, true);
         }
     }
     void theNextPressLeavesTheAnswerItsTime()
     {
-        QFETCH(bool, correction);
-        QFETCH(bool, released);
+        const auto [correction, released] = rowOf<bool, bool>();
         Desk desk(std::nullopt);
         desk.correction = correction;
-        desk.control("texts", QStringLiteral("一|二"));
-        desk.state.DongleID = QStringLiteral("01-01-000001");
+        desk.control("texts", "一|二"_s);
+        desk.state.DongleID = "01-01-000001"_s;
         desk.stream->ConnectXFWebApi();
         QTRY_VERIFY(desk.state.XFWebSocketConnected);
         for (const int status : {First, Middle, Middle}) {
@@ -459,16 +417,16 @@ private Q_SLOTS:
             desk.stream->sendFrame({}, Last);
         }
         QStringList late;
-        desk.stream->letGo([&](const QString &text, bool words) {
+        desk.stream->letGo([&late, plain = !correction](const QString &text, bool words) {
             late.append(text);
-            QCOMPARE(words, !correction);
+            QCOMPARE(words, plain);
         });
         QVERIFY(desk.state.XFWebSocket == nullptr && late.isEmpty());
-        desk.state.DongleID = QStringLiteral("01-01-000002"); // another receiver takes over
+        desk.state.DongleID = "01-01-000002"_s; // another receiver takes over
         QVERIFY(desk.speak());
-        QVERIFY(desk.waitFor(QStringLiteral("end")));
-        QTRY_COMPARE(late, QStringList{QStringLiteral("一")});
-        QVERIFY(desk.calls.contains(correction ? QStringLiteral("show 二") : QStringLiteral("handle 二")));
+        QVERIFY(desk.waitFor("end"_s));
+        QTRY_COMPARE(late, list({"一"}));
+        QVERIFY(desk.calls.contains(correction ? "show 二"_s : "handle 二"_s));
         QTRY_COMPARE(desk.noted("closed", "closeCode"), (QVariantList{1000, 1000}));
         QCOMPARE(desk.noted("frame", "status").count(2), 2);
         for (const char *receiver : {"01-01-000002", "01-01-000001"}) { // each counts its own
@@ -480,44 +438,35 @@ private Q_SLOTS:
     /// What is known at once is told at once, and a service that goes or fails keeps nobody waiting.
     void lettingGoIsAnsweredInAnyCase_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("no connection yet") << "connecting"
-                                           << "";
-        QTest::newRow("a result is there") << "result"
-                                           << "你";
-        QTest::newRow("nothing said") << "silent"
-                                      << "";
-        QTest::newRow("error") << "error"
-                               << "";
-        QTest::newRow("connection cut") << "cut"
-                                        << "";
-        QTest::newRow("garbage") << "garbage"
-                                 << "";
+        const Rows<QString, QString> row; // kind, told
+        for (const char *kind : {"connecting", "silent", "error", "cut", "garbage"}) {
+            row(kind, kind, "");
+        }
+        row("a result is there", "result", "你");
     }
     void lettingGoIsAnsweredInAnyCase()
     {
-        QFETCH(QString, kind);
+        const auto [kind, expectedTold] = rowOf<QString, QString>();
         Desk desk(true);
-        if (kind == QLatin1String("error")) {
-            desk.control("error", QStringLiteral("10700"));
-        } else if (kind == QLatin1String("cut") || kind == QLatin1String("garbage")) {
+        if (kind == "error"_s) {
+            desk.control("error", "10700"_s);
+        } else if (kind == "cut"_s || kind == "garbage"_s) {
             desk.control("fault", kind);
         }
         desk.stream->ConnectXFWebApi();
-        if (kind != QLatin1String("connecting")) {
+        if (kind != "connecting"_s) {
             QTRY_VERIFY(desk.state.XFWebSocketConnected);
         }
-        if (kind == QLatin1String("result")) {
+        if (kind == "result"_s) {
             desk.stream->onXFWebApiMessageReceived(
-                QStringLiteral(R"({"code":0,"data":{"status":1,"result":{"ws":[{"cw":[{"w":"你"}]}]}}})"));
-        } else if (kind != QLatin1String("silent") && kind != QLatin1String("connecting")) {
+                R"({"code":0,"data":{"status":1,"result":{"ws":[{"cw":[{"w":"你"}]}]}}})"_s);
+        } else if (kind != "silent"_s && kind != "connecting"_s) {
             desk.stream->sendFrame(QByteArray(640, '\x11'), First);
         }
         QStringList told;
         desk.stream->letGo([&](const QString &text, bool) { told.append(text); });
         QTRY_COMPARE(told.size(), 1);
-        QTEST(told.first(), "told");
+        QCOMPARE(told.first(), expectedTold);
         QVERIFY(desk.state.XFWebSocket == nullptr && desk.calls.isEmpty());
     }
 
@@ -535,11 +484,10 @@ private Q_SLOTS:
         Desk desk;
         desk.stream->ConnectXFWebApi();
         QTRY_VERIFY(desk.state.XFWebSocketConnected);
-        desk.state.XunFeiWebApiCurrentVoiceType = QStringLiteral("en_us");
+        desk.state.XunFeiWebApiCurrentVoiceType = "en_us"_s;
         desk.stream->sendFrame(QByteArray(640, '\x11'), First);
         QTRY_COMPARE(desk.noted("frame", "business").size(), 1);
-        QCOMPARE(desk.noted("frame", "business").first().toMap().value(QStringLiteral("language")).toString(),
-                 QStringLiteral("zh_cn"));
+        QCOMPARE(desk.noted("frame", "business").first().toMap().value("language"_s).toString(), "zh_cn"_s);
     }
 };
 

@@ -42,3 +42,17 @@ private:
     mutable std::mutex m_mutex;
     QStringList m_calls;
 };
+
+/// A fake of an interface, which writes its calls down.
+template <class Interface>
+class Logged : public Interface
+{
+public:
+    explicit Logged(CallLog &log)
+        : m_log(log)
+    {
+    }
+
+protected:
+    CallLog &m_log;
+};

@@ -17,13 +17,10 @@
 
 /// A clock that moves only by sleeping on it, by a test's hand, or to the next call that is due: callAfter()
 /// takes no real time, but keeps the order.
-class FakeTime : public mevo::Time
+class FakeTime : public Logged<mevo::Time>
 {
 public:
-    explicit FakeTime(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     QDateTime now() const override { return start.addMSecs(m_us.load() / 1000); }
     qint64 monotonicMs() const override { return m_us.load() / 1000; }
     void sleepMs(int milliseconds) override
@@ -51,7 +48,6 @@ private:
     };
     void callNext();
 
-    CallLog &m_log;
     std::atomic<qint64> m_us{0};
     QObject m_eventLoop;
     std::multimap<qint64, Call> m_pending; ///< by the time in microseconds at which it is due
@@ -59,13 +55,10 @@ private:
 
 /// A receiver that a test scripts: what is enumerated, what is read, what it was sent.
 /// Calls are logged as "hid init", "hid open PATH", "hid send 05 2c ...", "hid exit".
-class FakeHid : public mevo::Hid
+class FakeHid : public Logged<mevo::Hid>
 {
 public:
-    explicit FakeHid(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     int init() override;
     std::vector<mevo::HidEntry> enumerate(quint16 vendor, quint16 product) override;
     mevo::HidHandle openPath(const QByteArray &path) override;
@@ -114,7 +107,6 @@ public:
     std::atomic<int> reads{0}; ///< reads so far, with or without a report
 
 private:
-    CallLog &m_log;
     mutable std::mutex m_mutex;
     std::condition_variable m_pushed;
     std::deque<QByteArray> m_input;
@@ -146,13 +138,10 @@ private:
 };
 
 /// Windows by id; posting is logged as "post ID TEXT" and finishes at once unless `holdPosts`.
-class FakeWindowSystem : public mevo::WindowSystem
+class FakeWindowSystem : public Logged<mevo::WindowSystem>
 {
 public:
-    explicit FakeWindowSystem(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     mevo::WindowId foregroundWindow() override { return foreground; }
     mevo::WindowId focusedWindow() override { return focused; }
     bool isWindow(mevo::WindowId window) override { return window != 0 && !gone.contains(window); }
@@ -176,9 +165,6 @@ public:
     bool canPost = true;
     bool holdPosts = false; ///< what is posted never arrives
     int postLimit = -1;     ///< units that go before a post breaks off, -1 for all
-
-private:
-    CallLog &m_log;
 };
 
 /// Windows of ours: every place is where it was put, unless a test says otherwise.
@@ -210,27 +196,18 @@ public:
     std::vector<QRect> shape; ///< of the window that was shaped last
 };
 
-class FakeKeyboard : public mevo::Keyboard
+class FakeKeyboard : public Logged<mevo::Keyboard>
 {
 public:
-    explicit FakeKeyboard(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     void keyDown(int virtualKey) override { m_log.add(QStringLiteral("key down %1").arg(virtualKey, 0, 16)); }
     void keyUp(int virtualKey) override { m_log.add(QStringLiteral("key up %1").arg(virtualKey, 0, 16)); }
-
-private:
-    CallLog &m_log;
 };
 
-class FakeClipboard : public mevo::Clipboard
+class FakeClipboard : public Logged<mevo::Clipboard>
 {
 public:
-    explicit FakeClipboard(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     void setText(const QString &text) override
     {
         m_log.add(QStringLiteral("clipboard set ") + text);
@@ -270,18 +247,14 @@ public:
     mutable QString copiedNext; ///< comes from another program once somebody has begun to wait for a change
 
 private:
-    CallLog &m_log;
     std::atomic<bool> m_hasText{false};
     int m_changes = 0;
 };
 
-class FakeProcesses : public mevo::Processes
+class FakeProcesses : public Logged<mevo::Processes>
 {
 public:
-    explicit FakeProcesses(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     bool startDetached(const QString &program, const QStringList &arguments) override;
     bool startToType(const QString &program) override;
     bool startSibling(const QString &name, const QStringList &arguments, bool hidden) override;
@@ -298,9 +271,6 @@ public:
     QStringList broken;       ///< programs that cannot be started
     Captured captured;
     std::function<void(const QString &name)> onSibling; ///< runs while a sibling is started
-
-private:
-    CallLog &m_log;
 };
 
 class FakeSystemFacts : public mevo::SystemFacts
@@ -320,13 +290,10 @@ public:
     QStringList programs;
 };
 
-class FakeElevation : public mevo::Elevation
+class FakeElevation : public Logged<mevo::Elevation>
 {
 public:
-    explicit FakeElevation(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     bool isSet() const override { return marked; }
     bool set() override
     {
@@ -340,18 +307,12 @@ public:
         return true;
     }
     bool marked = false;
-
-private:
-    CallLog &m_log;
 };
 
-class FakeStartupEntry : public mevo::StartupEntry
+class FakeStartupEntry : public Logged<mevo::StartupEntry>
 {
 public:
-    explicit FakeStartupEntry(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     bool exists(const QString &name) const override { return names.contains(name); }
     bool set(const QString &name) override
     {
@@ -368,9 +329,6 @@ public:
     }
     QStringList names;
     bool refuses = false; ///< set() fails
-
-private:
-    CallLog &m_log;
 };
 
 class FakeRegistry : public mevo::Registry
@@ -384,13 +342,10 @@ public:
     QHash<QString, QString> values; ///< "PATH|NAME" to value
 };
 
-class FakeAudioRouter : public mevo::AudioRouter
+class FakeAudioRouter : public Logged<mevo::AudioRouter>
 {
 public:
-    explicit FakeAudioRouter(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     QStringList inputNames() override
     {
         if (slow && QThread::currentThread() != QCoreApplication::instance()->thread()) {
@@ -405,9 +360,6 @@ public:
     }
     QStringList names;
     std::function<void()> slow; ///< runs before an answer to another thread than the application's
-
-private:
-    CallLog &m_log;
 };
 
 class FakeNetworkState : public mevo::NetworkState
@@ -417,13 +369,10 @@ public:
     Connection kind = Connection::Lan;
 };
 
-class FakeSingleInstance : public mevo::SingleInstance
+class FakeSingleInstance : public Logged<mevo::SingleInstance>
 {
 public:
-    explicit FakeSingleInstance(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     bool acquire(const QString &) override { return free; }
     void release() override { m_log.add(QStringLiteral("lock released")); }
     void whenCalled(int, std::function<void(const QByteArray &, CallAnswer)> handler) override
@@ -447,37 +396,25 @@ public:
     CallResult reached{true, R"({"mevoinput":1,"answer":"done"})", false, true};
     std::function<void(const QByteArray &, CallAnswer)> called;
     QByteArrayList answers; ///< to startAgain()
-
-private:
-    CallLog &m_log;
 };
 
 /// Messages are logged as "message TEXT (MILLISECONDS)".
-class FakeNotifications : public mevo::Notifications
+class FakeNotifications : public Logged<mevo::Notifications>
 {
 public:
-    explicit FakeNotifications(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     void attach(QSystemTrayIcon *) override {}
     bool trayAvailable() const override { return true; }
     void message(const QString &title, const QString &text, mevo::MessageIcon icon,
                  int milliseconds) override;
-
-private:
-    CallLog &m_log;
 };
 
 /// A voice that a test ends by hand. Logged as "speak LANGUAGE TEXT", "speech rate 3", "speech volume 50",
 /// "speech stop".
-class FakeSpeech : public mevo::Speech
+class FakeSpeech : public Logged<mevo::Speech>
 {
 public:
-    explicit FakeSpeech(CallLog &log)
-        : m_log(log)
-    {
-    }
+    using Logged::Logged;
     bool open() override { return available; }
     bool speak(const QString &text, const QString &language) override
     {
@@ -506,7 +443,6 @@ public:
     int speaking = 0; ///< texts that have not ended
 
 private:
-    CallLog &m_log;
     Ended m_ended;
 };
 

@@ -1,4 +1,6 @@
 // Every picture that the program asks for is in the resources, in its size, drawn, and tells what it should.
+#include "support/Rows.h"
+
 #include <QDirIterator>
 #include <QFile>
 #include <QGuiApplication>
@@ -88,18 +90,25 @@ QString doubled(const QString &name)
     return result.insert(name.lastIndexOf(QLatin1String(".png")), QLatin1String("@2x"));
 }
 
+template <class Look>
+void forEachPixel(const QImage &image, const Look &look)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            look(x, y, image.pixel(x, y));
+        }
+    }
+}
+
 /// Opaque enough to be seen, and not of one colour all over.
 bool isDrawn(const QImage &image)
 {
     QSet<QRgb> colors;
     int seen = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb pixel = image.pixel(x, y);
-            colors.insert(pixel);
-            seen += qAlpha(pixel) > 40;
-        }
-    }
+    forEachPixel(image, [&](int, int, QRgb pixel) {
+        colors.insert(pixel);
+        seen += qAlpha(pixel) > 40;
+    });
     return colors.size() > 3 && seen * 10 > image.width() * image.height();
 }
 
@@ -112,29 +121,21 @@ double difference(const QString &one, const QString &other)
         return 1;
     }
     int different = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            const int distance = qAbs(qRed(p) - qRed(q)) + qAbs(qGreen(p) - qGreen(q)) +
-                                 qAbs(qBlue(p) - qBlue(q)) + qAbs(qAlpha(p) - qAlpha(q));
-            different += distance > 60;
-        }
-    }
+    forEachPixel(a, [&](int x, int y, QRgb p) {
+        const QRgb q = b.pixel(x, y);
+        const int distance = qAbs(qRed(p) - qRed(q)) + qAbs(qGreen(p) - qGreen(q)) +
+                             qAbs(qBlue(p) - qBlue(q)) + qAbs(qAlpha(p) - qAlpha(q));
+        different += distance > 60;
+    });
     return static_cast<double>(different) / (a.width() * a.height());
 }
 
 /// Mean lightness as seen on black.
 double lightness(const QString &name)
 {
-    const QImage image = QImage(name).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const QImage image(name);
     double sum = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            sum += qGray(line[x]);
-        }
-    }
+    forEachPixel(image, [&sum](int, int, QRgb pixel) { sum += qGray(qPremultiply(pixel)); });
     return sum / (image.width() * image.height());
 }
 
@@ -145,182 +146,155 @@ class TestArt : public QObject
     Q_OBJECT
 
 private slots:
-    void pictures_data();
-    void pictures();
-    void icons_data();
-    void icons();
-    void statesDiffer_data();
-    void statesDiffer();
-    void languagesDiffer();
-    void levelsRise();
-    void hoverIsBrighter();
-    void statusButtonsHaveRoom();
-    void sourcesNameOnlyWhatIsThere();
-};
-
-void TestArt::pictures_data()
-{
-    QTest::addColumn<QSize>("size");
-    for (const Family &family : families()) {
-        const QStringList words = family.words.isEmpty() ? QStringList(QString()) : family.words;
-        for (const QString &word : words) {
-            const QString name = QString::fromLatin1(family.pattern).replace(QLatin1Char('*'), word);
-            QTest::newRow(qPrintable(name)) << family.size;
+    void pictures_data()
+    {
+        const Rows<QSize> row; // size
+        for (const Family &family : families()) {
+            const QStringList words = family.words.isEmpty() ? QStringList(QString()) : family.words;
+            for (const QString &word : words) {
+                const QString name = QString::fromLatin1(family.pattern).replace(QLatin1Char('*'), word);
+                row(qPrintable(name), family.size);
+            }
         }
     }
-}
-
-void TestArt::pictures()
-{
-    QFETCH(QSize, size);
-    const QString name = path(QString::fromLatin1(QTest::currentDataTag()));
-    const QImage plain(name);
-    const QImage large(doubled(name));
-    QCOMPARE(plain.size(), size);
-    QCOMPARE(large.size(), size * 2);
-    QVERIFY(isDrawn(plain));
-    QVERIFY(isDrawn(large));
-}
-
-void TestArt::icons_data()
-{
-    QTest::addColumn<QSize>("least");
-    for (const QString &country :
-         split("CN UK JP KR FR RU ES PL PT DE TH CZ AE VN IT GR NL DK SE FI HU RO BG EE SI")) {
-        QTest::newRow(qPrintable(QStringLiteral("tans/%1.ico").arg(country))) << QSize(20, 14);
+    void pictures()
+    {
+        const auto [size] = rowOf<QSize>();
+        const QString name = path(QString::fromLatin1(QTest::currentDataTag()));
+        const QImage plain(name);
+        const QImage large(doubled(name));
+        QCOMPARE(plain.size(), size);
+        QCOMPARE(large.size(), size * 2);
+        QVERIFY(isDrawn(plain));
+        QVERIFY(isDrawn(large));
     }
-    QTest::newRow("logo.ico") << QSize(16, 16);
-}
 
-void TestArt::icons()
-{
-    QFETCH(QSize, least);
-    const QString name = path(QString::fromLatin1(QTest::currentDataTag()));
-    const QList<QSize> sizes = QIcon(name).availableSizes();
-    QVERIFY(sizes.contains(least));
-    QVERIFY(sizes.contains(least * 4));
-    QImageReader reader(name);
-    do {
-        const QImage image = reader.read();
-        QVERIFY(!image.isNull());
-        QVERIFY(isDrawn(image));
-    } while (reader.jumpToNextImage());
-}
+    void icons_data()
+    {
+        const Rows<QSize> row; // least
+        for (const QString &country :
+             split("CN UK JP KR FR RU ES PL PT DE TH CZ AE VN IT GR NL DK SE FI HU RO BG EE SI")) {
+            row(qPrintable("tans/%1.ico"_s.arg(country)), {20, 14});
+        }
+        row("logo.ico", {16, 16});
+    }
+    void icons()
+    {
+        const auto [least] = rowOf<QSize>();
+        const QString name = path(QString::fromLatin1(QTest::currentDataTag()));
+        const QList<QSize> sizes = QIcon(name).availableSizes();
+        QVERIFY(sizes.contains(least));
+        QVERIFY(sizes.contains(least * 4));
+        QImageReader reader(name);
+        do {
+            const QImage image = reader.read();
+            QVERIFY(!image.isNull());
+            QVERIFY(isDrawn(image));
+        } while (reader.jumpToNextImage());
+    }
 
-void TestArt::statesDiffer_data()
-{
-    QTest::addColumn<QStringList>("names");
-    QTest::newRow("tip") << split("MicLongPressSpeaking_NoActive MicLongPressSpeaking_Active MicSpeakPlease "
-                                  "Recorder0 Recorder3 Right_Recorder0 Right_Recorder3");
-    QTest::newRow("status buttons") << split(
-        "VoiceStatus CommandStatus SearchStatus DisableStatus StatusMouseHover");
-    QTest::newRow("tray") << split("ORDeviceConnect ORDeviceDisConnect ORNoNetwork ORLowPower NoORDevice");
-    QTest::newRow("battery") << split("PowerLevel0 PowerLevel1 PowerLevel2 PowerLevel3");
-    QTest::newRow("translation settings") << split("transbk_set transbk_set_delimit");
-    QTest::newRow("close") << split("close_normal close_press");
-    QTest::newRow("Mandarin by its engine") << split("ChineseLan/PuTongHua ChineseLan/PuTongHuaXF");
-}
-
-void TestArt::statesDiffer()
-{
-    QFETCH(QStringList, names);
-    for (int i = 0; i < names.size(); ++i) {
-        for (int j = 0; j < i; ++j) {
-            const double share =
-                difference(path(names[i] + QLatin1String(".png")), path(names[j] + QLatin1String(".png")));
-            QVERIFY2(share > 0.01, qPrintable(names[i] + QLatin1String(" looks like ") + names[j]));
+    void statesDiffer_data()
+    {
+        const Rows<QStringList> row; // names
+        row("tip", split("MicLongPressSpeaking_NoActive MicLongPressSpeaking_Active MicSpeakPlease "
+                         "Recorder0 Recorder3 Right_Recorder0 Right_Recorder3"));
+        row("status buttons", split("VoiceStatus CommandStatus SearchStatus DisableStatus StatusMouseHover"));
+        row("tray", split("ORDeviceConnect ORDeviceDisConnect ORNoNetwork ORLowPower NoORDevice"));
+        row("battery", split("PowerLevel0 PowerLevel1 PowerLevel2 PowerLevel3"));
+        row("translation settings", split("transbk_set transbk_set_delimit"));
+        row("close", split("close_normal close_press"));
+        row("Mandarin by its engine", split("ChineseLan/PuTongHua ChineseLan/PuTongHuaXF"));
+    }
+    void statesDiffer()
+    {
+        const auto [names] = rowOf<QStringList>();
+        for (int i = 0; i < names.size(); ++i) {
+            for (int j = 0; j < i; ++j) {
+                const double share = difference(path(names[i] + QLatin1String(".png")),
+                                                path(names[j] + QLatin1String(".png")));
+                QVERIFY2(share > 0.01, qPrintable(names[i] + QLatin1String(" looks like ") + names[j]));
+            }
         }
     }
-}
 
-/// A button with a neighbour's words on it would mislead; boxes of a missing font would all look the same.
-void TestArt::languagesDiffer()
-{
-    for (const QString &tail : {QStringLiteral(".png"), QStringLiteral("V.png")}) {
+    /// A button with a neighbour's words on it would mislead; boxes of a missing font would all look the
+    /// same.
+    void languagesDiffer()
+    {
         QVector<QImage> seen;
-        QStringList names;
-        QDirIterator files(path(QStringLiteral("ChineseLan")));
+        QDirIterator files(path("ChineseLan"_s));
         while (files.hasNext()) {
             const QString name = files.next();
-            const QSize size = QImageReader(name).size();
-            const bool wanted = size == (tail == QLatin1String(".png") ? QSize(36, 20) : QSize(20, 35));
+            const QImage image(name);
             const bool second = name.contains(QLatin1String("Yiliao.png.png")) ||
                                 name.contains(QLatin1String("PuTongHuaYiliaoV")) ||
                                 name.contains(QLatin1String("/jpV"));
-            if (!wanted || second) {
-                continue;
+            if (!second && (image.size() == QSize(36, 20) || image.size() == QSize(20, 35))) {
+                QVERIFY2(!seen.contains(image), qPrintable(name));
+                seen.append(image);
             }
-            const QImage image(name);
-            const int same = seen.indexOf(image);
-            QVERIFY2(same < 0, qPrintable(name + QLatin1String(" equals ") + names.value(same)));
-            seen.append(image);
-            names.append(name);
         }
-        QVERIFY(seen.size() > 30);
+        QVERIFY(seen.size() > 60);
     }
-}
 
-void TestArt::levelsRise()
-{
-    for (const char *set : {"Recorder%1.png", "Right_Recorder%1.png"}) {
-        for (int level = 1; level <= 6; ++level) {
-            QVERIFY(lightness(numbered(set, level)) > lightness(numbered(set, level - 1)));
-            QVERIFY(difference(numbered(set, level), numbered(set, level - 1)) > 0.005);
-        }
-    }
-}
-
-void TestArt::hoverIsBrighter()
-{
-    for (const QString &stem : split("Mic KeyPad HandWriter CommandWord Translate Setting")) {
-        QVERIFY(lightness(path(stem + QLatin1String("_Hover.png"))) >
-                lightness(path(stem + QLatin1String("_On.png"))));
-    }
-}
-
-/// Nothing is drawn where the window puts its three status buttons.
-void TestArt::statusButtonsHaveRoom()
-{
-    QStringList names = split("MicLongPressSpeaking_NoActive MicLongPressSpeaking_Active MicSpeakPlease");
-    for (const char *set : {"Recorder%1", "Right_Recorder%1"}) {
-        for (int level = 0; level <= 6; ++level) {
-            names << QString::fromLatin1(set).arg(level);
-        }
-    }
-    for (const QString &name : names) {
-        const QImage image(path(name + QLatin1String(".png")));
-        for (const int left : {3, 32, 62}) {
-            const QRect room(QPoint(left, 5), QPoint(left + 12, 17));
-            const QRgb ground = image.pixel(room.center());
-            for (int y = room.top(); y <= room.bottom(); ++y) {
-                for (int x = room.left(); x <= room.right(); ++x) {
-                    QVERIFY2(image.pixel(x, y) == ground, qPrintable(name));
-                }
+    void levelsRise()
+    {
+        for (const char *set : {"Recorder%1.png", "Right_Recorder%1.png"}) {
+            for (int level = 1; level <= 6; ++level) {
+                QVERIFY(lightness(numbered(set, level)) > lightness(numbered(set, level - 1)));
+                QVERIFY(difference(numbered(set, level), numbered(set, level - 1)) > 0.005);
             }
         }
     }
-}
 
-/// Whole names in the program's sources; names put together from parts are in the list above.
-void TestArt::sourcesNameOnlyWhatIsThere()
-{
-    const QRegularExpression literal(QStringLiteral(R"(:/rec/[A-Za-z0-9_/.]+\.(?:png|ico)\b)"));
-    int found = 0;
-    QDirIterator files(QStringLiteral(MEVO_SOURCES),
-                       {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.ui")}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        QFile file(files.next());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        auto matches = literal.globalMatch(QString::fromUtf8(file.readAll()));
-        while (matches.hasNext()) {
-            const QString name = matches.next().captured();
-            QVERIFY2(QFile::exists(name), qPrintable(file.fileName() + QLatin1String(": ") + name));
-            ++found;
+    void hoverIsBrighter()
+    {
+        for (const QString &stem : split("Mic KeyPad HandWriter CommandWord Translate Setting")) {
+            QVERIFY(lightness(path(stem + QLatin1String("_Hover.png"))) >
+                    lightness(path(stem + QLatin1String("_On.png"))));
         }
     }
-    QVERIFY(found > 0);
-}
+
+    /// Nothing is drawn where the window puts its three status buttons.
+    void statusButtonsHaveRoom()
+    {
+        QStringList names = split("MicLongPressSpeaking_NoActive MicLongPressSpeaking_Active MicSpeakPlease");
+        for (const char *set : {"Recorder%1", "Right_Recorder%1"}) {
+            for (int level = 0; level <= 6; ++level) {
+                names << QString::fromLatin1(set).arg(level);
+            }
+        }
+        for (const QString &name : names) {
+            const QImage image(path(name + QLatin1String(".png")));
+            for (const int left : {3, 32, 62}) {
+                const QRect room(QPoint(left, 5), QPoint(left + 12, 17));
+                forEachPixel(image.copy(room), [&](int, int, QRgb pixel) {
+                    QVERIFY2(pixel == image.pixel(room.center()), qPrintable(name));
+                });
+            }
+        }
+    }
+
+    /// Whole names in the program's sources; names put together from parts are in the list above.
+    void sourcesNameOnlyWhatIsThere()
+    {
+        const QRegularExpression literal(R"(:/rec/[A-Za-z0-9_/.]+\.(?:png|ico)\b)"_s);
+        int found = 0;
+        QDirIterator files(QStringLiteral(MEVO_SOURCES), {"*.cpp"_s, "*.h"_s, "*.ui"_s}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            auto matches = literal.globalMatch(QString::fromUtf8(file.readAll()));
+            while (matches.hasNext()) {
+                const QString name = matches.next().captured();
+                QVERIFY2(QFile::exists(name), qPrintable(file.fileName() + QLatin1String(": ") + name));
+                ++found;
+            }
+        }
+        QVERIFY(found > 0);
+    }
+};
 
 QTEST_MAIN(TestArt)
 #include "tst_art.moc"

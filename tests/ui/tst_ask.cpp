@@ -1,5 +1,6 @@
 // Questions and file dialogs whose parent goes while they stand, and how they are closed.
 
+#include "support/Rows.h"
 #include "ui/Ask.h"
 #include "ui/PickFile.h"
 
@@ -29,15 +30,16 @@ class tst_ask : public QObject
 private Q_SLOTS:
     void aParentThatGoesTakesItsDialogAlong_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::newRow("question") << 0;
-        QTest::newRow("file") << 1;
-        QTest::newRow("new file") << 2;
-        QTest::newRow("folder") << 3;
+        const Rows<std::function<bool(QWidget *)>> row; // opens it; whether it ends as if nobody had answered
+        const QString title = "title"_s;
+        row("question", [=](QWidget *parent) { return ask(parent, {title, title, {title}}) == -1; });
+        row("file", [=](QWidget *parent) { return pickFile(parent, title).isEmpty(); });
+        row("new file", [=](QWidget *parent) { return pickNewFile(parent, title, title, {}).isEmpty(); });
+        row("folder", [=](QWidget *parent) { return pickFolder(parent, title, QDir::tempPath()).isEmpty(); });
     }
     void aParentThatGoesTakesItsDialogAlong()
     {
-        QFETCH(int, kind);
+        const auto [opens] = rowOf<std::function<bool(QWidget *)>>();
         auto parent = std::make_unique<QWidget>();
         parent->show();
         bool stood = false;
@@ -45,20 +47,7 @@ private Q_SLOTS:
             stood = dialog != nullptr;
             parent.reset();
         });
-        const QString title = QStringLiteral("title");
-        switch (kind) {
-        case 0:
-            QCOMPARE(ask(parent.get(), {title, title, {title}}), -1);
-            break;
-        case 1:
-            QCOMPARE(pickFile(parent.get(), title), QString());
-            break;
-        case 2:
-            QCOMPARE(pickNewFile(parent.get(), title, title, QString()), QString());
-            break;
-        default:
-            QCOMPARE(pickFolder(parent.get(), title, QDir::tempPath()), QString());
-        }
+        QVERIFY(opens(parent.get()));
         QVERIFY(stood && parent == nullptr);
         closeQuestions(); // nothing that has gone is among them
     }
@@ -70,7 +59,7 @@ private Q_SLOTS:
         to.show();
         auto from = std::make_unique<QWidget>();
         from->show();
-        const QString text = QStringLiteral("text");
+        const QString text = "text"_s;
         QList<int> answers;
         askAside(from.get(), {text, text, {text}, false, {Answer::Accept}},
                  [&answers](int answer) { answers.append(answer); });
@@ -107,7 +96,7 @@ private Q_SLOTS:
             came = true;
             closeQuestions();
         });
-        const QString text = QStringLiteral("text");
+        const QString text = "text"_s;
         ask(&parent, {text, text, {text}});
         QVERIFY(came);
         raiseQuestions(); // there is none
@@ -115,30 +104,18 @@ private Q_SLOTS:
 
     void howAQuestionIsClosed_data()
     {
-        QTest::addColumn<int>("way");
-        QTest::newRow("Escape") << 0;
-        QTest::newRow("close box") << 1;
-        QTest::newRow("all at once") << 2;
+        const Rows<std::function<void(QWidget *)>> row;
+        row("Escape", [](QWidget *box) { QTest::keyClick(box, Qt::Key_Escape); });
+        row("close box", [](QWidget *box) { box->close(); });
+        row("all at once", [](QWidget *) { closeQuestions(); });
     }
     void howAQuestionIsClosed()
     {
-        QFETCH(int, way);
+        const auto [closes] = rowOf<std::function<void(QWidget *)>>();
         QWidget parent;
         parent.show();
-        whileItStands([way](QWidget *box) {
-            QVERIFY(box != nullptr);
-            switch (way) {
-            case 0:
-                QTest::keyClick(box, Qt::Key_Escape);
-                break;
-            case 1:
-                box->close();
-                break;
-            default:
-                closeQuestions();
-            }
-        });
-        const QString text = QStringLiteral("text");
+        whileItStands(closes);
+        const QString text = "text"_s;
         const Question question{text, text, {text, text}, false, {Answer::Yes, Answer::No}};
         QCOMPARE(ask(&parent, question), -1);
     }

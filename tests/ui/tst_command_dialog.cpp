@@ -2,6 +2,7 @@
 
 #include "commands/CommandTable.h"
 #include "state/SettingsState.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 #include "ui/Ask.h"
 #include "ui/commands/CommandRowsModel.h"
@@ -27,20 +28,17 @@ using namespace mevo;
 
 namespace {
 
-QString operator""_s(const char *text, std::size_t size)
-{
-    return QString::fromUtf8(text, int(size));
-}
-
 const ScratchHome home;
 
 constexpr int yes = 0;
 constexpr int no = 1;
 
-CommandRow row(const QString &words, const QString &contents, CommandType type, const QString &hide = "0"_s)
+struct Words
 {
-    return {hide, words, commandTypeLabel(type), contents, QString()};
-}
+    Utf8Text words;
+    Utf8Text contents;
+    Utf8Text hide = "0";
+};
 
 /// The dialog on tables of a folder of its own, with the questions it asks.
 struct Editor
@@ -69,6 +67,19 @@ struct Editor
     {
         dialog.reset();
         askHook = nullptr;
+    }
+    static CommandRows rowsOf(CommandType type, std::initializer_list<Words> rows)
+    {
+        CommandRows all;
+        for (const Words &row : rows) {
+            all.push_back({row.hide, row.words, commandTypeLabel(type), row.contents, QString()});
+        }
+        return all;
+    }
+    /// What was saved before the dialog is opened.
+    void has(CommandType type, std::initializer_list<Words> rows) const
+    {
+        QVERIFY(tables.writeTyped(type, rowsOf(type, rows)));
     }
     void open()
     {
@@ -100,11 +111,7 @@ struct Editor
     int rows() const { return table()->model()->rowCount(); }
     QStringList words(CommandType type) const
     {
-        QStringList all;
-        for (const CommandRow &saved : tables.readTyped(type)) {
-            all.append(saved.CommandWords);
-        }
-        return all;
+        return textsOf(tables.readTyped(type), &CommandRow::CommandWords);
     }
 };
 
@@ -154,7 +161,7 @@ private Q_SLOTS:
         QCOMPARE(editor.cell(0, 1), "baidu;search"_s);
         QVERIFY(editor.words(CommandType::Web).isEmpty());
         editor.click("pushButton_SaveCmdWord");
-        QCOMPARE(editor.words(CommandType::Web), QStringList{"baidu;search"_s});
+        QCOMPARE(editor.words(CommandType::Web), list({"baidu;search"}));
         QVERIFY(editor.tables.readMerged().empty());
         editor.click("pushButton_Close");
         QVERIFY(editor.closed);
@@ -166,9 +173,7 @@ private Q_SLOTS:
     {
         Editor editor;
         home.write("MEVKeysSetting.ini"_s, "[0]\nShowName=A\nVKCode=4\n[1]\nShowName=F5\nVKCode=3e\n");
-        QVERIFY(editor.tables.writeTyped(
-            CommandType::Shortcut,
-            {row("w"_s, "Alt"_s, CommandType::Shortcut), row("x"_s, "Control+F5"_s, CommandType::Shortcut)}));
+        editor.has(CommandType::Shortcut, {{"w", "Alt"}, {"x", "Control+F5"}});
         editor.open();
         editor.click("radioButton_OnlyShowShortcutType");
         QVERIFY(editor.at<QCheckBox>("checkBox_Alt")->isChecked());
@@ -189,21 +194,13 @@ private Q_SLOTS:
 
     void keyboardRowsTakeLettersOnly_data()
     {
-        QTest::addColumn<QString>("view");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("taken");
-        QTest::newRow("one letter or digit") << "radioButton_OnlyShowVoiceKeyboardType"_s
-                                             << "?a1b"_s
-                                             << "a"_s;
-        QTest::newRow("small letters") << "radioButton_OnlyShowPinyinKeyboardType"_s
-                                       << "aNg1g"_s
-                                       << "agg"_s;
+        const Rows<QString, QString, QString> row; // view, typed, taken
+        row("one letter or digit", "radioButton_OnlyShowVoiceKeyboardType", "?a1b", "a");
+        row("small letters", "radioButton_OnlyShowPinyinKeyboardType", "aNg1g", "agg");
     }
     void keyboardRowsTakeLettersOnly()
     {
-        QFETCH(QString, view);
-        QFETCH(QString, typed);
-        QFETCH(QString, taken);
+        const auto [view, typed, taken] = rowOf<QString, QString, QString>();
         Editor editor;
         editor.open();
         editor.click(view.toLatin1());
@@ -215,15 +212,15 @@ private Q_SLOTS:
     void leavingAViewAsksOnlyAboutAddedRows()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
+        editor.has(CommandType::Web, {{"old", "w"}});
         editor.open();
         editor.click("radioButton_OnlyShowPhraseType");
         QVERIFY(editor.asked.isEmpty());
         editor.click("pushButton_AddCmdWord");
         editor.asked.clear();
         editor.click("radioButton_OnlyShowFileType");
-        QCOMPARE(editor.asked, QStringList{"是否要保存前面设置？"_s});
-        QCOMPARE(editor.words(CommandType::Phrase), QStringList{"输入语音映射词"_s});
+        QCOMPARE(editor.asked, list({"是否要保存前面设置？"}));
+        QCOMPARE(editor.words(CommandType::Phrase), list({"输入语音映射词"}));
 
         editor.click("pushButton_AddCmdWord");
         editor.answer = no;
@@ -235,27 +232,26 @@ private Q_SLOTS:
         editor.type("lineEdit_CommandWord", "new"_s); // no row added: not asked, and not lost either
         editor.click("radioButton_ShowAll");
         QVERIFY(editor.asked.isEmpty());
-        QCOMPARE(editor.words(CommandType::Web), QStringList{"old"_s});
+        QCOMPARE(editor.words(CommandType::Web), list({"old"}));
         editor.answer = yes;
         editor.click("radioButton_OnlyShowWebype");
         QCOMPARE(editor.asked.size(), 1);
         QCOMPARE(editor.cell(0, 1), "new"_s);
         editor.click("pushButton_SaveCmdWord");
-        QCOMPARE(editor.words(CommandType::Web), QStringList{"new"_s});
+        QCOMPARE(editor.words(CommandType::Web), list({"new"}));
     }
 
     /// The rows of the voice keyboard go to the table of the pinyin keyboard; what they replace is kept.
     void rowsOfTheVoiceKeyboard()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::PinyinKeyboard,
-                                         {row("昂"_s, "ang"_s, CommandType::PinyinKeyboard)}));
+        editor.has(CommandType::PinyinKeyboard, {{"昂", "ang"}});
         editor.open();
         editor.click("radioButton_OnlyShowVoiceKeyboardType");
         editor.click("pushButton_AddCmdWord");
         editor.type("lineEdit_CommandWord", "ay"_s);
         editor.click("radioButton_OnlyShowWebype");
-        QCOMPARE(editor.words(CommandType::PinyinKeyboard), QStringList{"ay"_s});
+        QCOMPARE(editor.words(CommandType::PinyinKeyboard), list({"ay"}));
         QVERIFY(QFile::exists(editor.tables.typedPath(CommandType::PinyinKeyboard) + ".bak"_s));
         editor.click("radioButton_OnlyShowVoiceKeyboardType"); // offered: yes
         QCOMPARE(editor.cell(0, 1), "ay"_s);
@@ -264,10 +260,9 @@ private Q_SLOTS:
     void allRowsAreToLookAt()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("web"_s, "w"_s, CommandType::Web)}));
-        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("phrase"_s, "p"_s, CommandType::Phrase)}));
-        QVERIFY(editor.tables.writeTyped(CommandType::VoiceKeyboard,
-                                         {row("ay"_s, "a"_s, CommandType::VoiceKeyboard)}));
+        editor.has(CommandType::Web, {{"web", "w"}});
+        editor.has(CommandType::Phrase, {{"phrase", "p"}});
+        editor.has(CommandType::VoiceKeyboard, {{"ay", "a"}});
         QVERIFY(editor.tables.rebuildMerged());
         editor.open();
         editor.click("radioButton_ShowAll");
@@ -293,16 +288,15 @@ private Q_SLOTS:
     void deletingSavesAtOnce()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(
-            CommandType::Web, {row("a"_s, "1"_s, CommandType::Web), row("b"_s, "2"_s, CommandType::Web)}));
+        editor.has(CommandType::Web, {{"a", "1"}, {"b", "2"}});
         editor.open();
         editor.answer = no;
         editor.click("pushButton_DelCmdWord");
-        QCOMPARE(editor.asked, QStringList{"确认删除吗？"_s});
+        QCOMPARE(editor.asked, list({"确认删除吗？"}));
         QCOMPARE(editor.words(CommandType::Web).size(), 2);
         editor.answer = yes;
         editor.click("pushButton_DelCmdWord");
-        QCOMPARE(editor.words(CommandType::Web), QStringList{"b"_s});
+        QCOMPARE(editor.words(CommandType::Web), list({"b"}));
         QCOMPARE(editor.at<QLineEdit>("lineEdit_CommandWord")->text(), "b"_s);
         editor.click("pushButton_DelCmdWord");
         QCOMPARE(editor.rows(), 0);
@@ -314,10 +308,7 @@ private Q_SLOTS:
     void hiddenRowsAndSearch()
     {
         Editor editor;
-        QVERIFY(
-            editor.tables.writeTyped(CommandType::Web, {row("打开百度;百度搜索"_s, "1"_s, CommandType::Web),
-                                                        row("新浪"_s, "2"_s, CommandType::Web),
-                                                        row("百度图片"_s, "3"_s, CommandType::Web, "1"_s)}));
+        editor.has(CommandType::Web, {{"打开百度;百度搜索", "1"}, {"新浪", "2"}, {"百度图片", "3", "1"}});
         editor.open();
         QVERIFY(editor.table()->isRowHidden(2));
         editor.click("checkBox_ShowHideContents");
@@ -334,7 +325,7 @@ private Q_SLOTS:
         QCOMPARE(editor.table()->currentIndex().row(), 0);
         editor.at<QLineEdit>("lineEdit_SearchCmdWord")->setText("无"_s);
         editor.click("pushButton_SearchCmdWord");
-        QCOMPARE(editor.asked, QStringList{"没有发现匹配的语音映射词！"_s});
+        QCOMPARE(editor.asked, list({"没有发现匹配的语音映射词！"}));
         editor.table()->selectRow(1);
         editor.click("checkBox_Hide");
         editor.click("pushButton_SaveCmdWord");
@@ -345,10 +336,7 @@ private Q_SLOTS:
     void noHiddenRowIsCurrent()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("c"_s, "1"_s, CommandType::Web, "1"_s),
-                                                            row("b"_s, "2"_s, CommandType::Web),
-                                                            row("a"_s, "3"_s, CommandType::Web, "1"_s),
-                                                            row("d"_s, "4"_s, CommandType::Web)}));
+        editor.has(CommandType::Web, {{"c", "1", "1"}, {"b", "2"}, {"a", "3", "1"}, {"d", "4"}});
         editor.open();
         const auto current = [&editor] { return editor.at<QLineEdit>("lineEdit_CommandWord")->text(); };
         QCOMPARE(current(), "b"_s);
@@ -358,7 +346,7 @@ private Q_SLOTS:
         editor.click("pushButton_DelCmdWord");
         QCOMPARE(current(), "d"_s);
         editor.click("pushButton_DelCmdWord");
-        QCOMPARE(editor.words(CommandType::Web), (QStringList{"a"_s, "c"_s}));
+        QCOMPARE(editor.words(CommandType::Web), list({"a", "c"}));
         QCOMPARE(current(), QString());
         QVERIFY(!editor.at<QLineEdit>("lineEdit_CommandWord")->isEnabled());
         editor.asked.clear();
@@ -375,8 +363,7 @@ private Q_SLOTS:
     {
         Editor editor;
         home.write("MEVKeysSetting.ini"_s, "[0]\nShowName=A\nVKCode=4\n");
-        QVERIFY(editor.tables.writeTyped(CommandType::Shortcut,
-                                         {row("w"_s, "Control+Hyper"_s, CommandType::Shortcut)}));
+        editor.has(CommandType::Shortcut, {{"w", "Control+Hyper"}});
         editor.open();
         editor.click("radioButton_OnlyShowShortcutType");
         editor.click("checkBox_Alt");
@@ -392,7 +379,7 @@ private Q_SLOTS:
     {
         Editor editor;
         const QString poem(70000, QChar(0x8bd7));
-        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("poem"_s, poem, CommandType::Phrase)}));
+        editor.has(CommandType::Phrase, {{"poem", poem}});
         editor.open();
         editor.click("radioButton_OnlyShowPhraseType");
         QCOMPARE(editor.at<QLineEdit>("lineEdit_CmdWordContent")->text(), poem);
@@ -401,8 +388,7 @@ private Q_SLOTS:
     void aClickOnTheCurrentRowShowsIt()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::VoiceKeyboard,
-                                         {row("ay"_s, "a"_s, CommandType::VoiceKeyboard)}));
+        editor.has(CommandType::VoiceKeyboard, {{"ay", "a"}});
         editor.open();
         editor.click("radioButton_OnlyShowVoiceKeyboardType");
         QTest::mouseClick(editor.table()->viewport(), Qt::LeftButton, {},
@@ -421,34 +407,33 @@ private Q_SLOTS:
     {
         Editor editor;
         const QString file = editor.folder.filePath("bundle.ini"_s);
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("w"_s, "1"_s, CommandType::Web)}));
-        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("p"_s, "2"_s, CommandType::Phrase)}));
+        editor.has(CommandType::Web, {{"w", "1"}});
+        editor.has(CommandType::Phrase, {{"p", "2"}});
         editor.open();
         pickInTheDialog(file);
         editor.click("pushButton_Export");
         QCOMPARE(editor.asked, QStringList{"已导出到“%1”。"_s.arg(file)});
         for (const CommandType type : {CommandType::Web, CommandType::Phrase}) {
-            QVERIFY(editor.tables.writeTyped(type, {}));
+            editor.has(type, {});
         }
         editor.type("lineEdit_CommandWord", "unsaved"_s);
         block(editor.tables.typedPath(CommandType::Phrase));
         editor.asked.clear();
         pickInTheDialog(file);
         editor.click("pushButton_Import");
-        QCOMPARE(
-            editor.asked,
-            QStringList{"导入了1条，0条已经有了，0条不能识别。\n“常用短语”没有保存，原来的文件没有改动。"_s});
-        QCOMPARE(editor.words(CommandType::Web), QStringList{"w"_s});
+        QCOMPARE(editor.asked,
+                 list({"导入了1条，0条已经有了，0条不能识别。\n“常用短语”没有保存，原来的文件没有改动。"}));
+        QCOMPARE(editor.words(CommandType::Web), list({"w"}));
         QCOMPARE(editor.cell(0, 1), "unsaved"_s);
         QCOMPARE(editor.cell(1, 1), "w"_s);
         editor.click("pushButton_SaveCmdWord");
-        QCOMPARE(editor.words(CommandType::Web), (QStringList{"unsaved"_s, "w"_s}));
+        QCOMPARE(editor.words(CommandType::Web), list({"unsaved", "w"}));
     }
 
     void whatCannotBeSavedIsKept()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
+        editor.has(CommandType::Web, {{"old", "w"}});
         editor.open();
         editor.type("lineEdit_CommandWord", "new"_s);
         const QString path = editor.tables.typedPath(CommandType::Web);
@@ -480,7 +465,7 @@ private Q_SLOTS:
     void escapeBringsTheMergedTableUpToDate()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("word"_s, "w"_s, CommandType::Web)}));
+        editor.has(CommandType::Web, {{"word", "w"}});
         editor.open();
         QTest::keyClick(editor.dialog.get(), Qt::Key_Escape);
         QVERIFY(!editor.dialog->isVisible());
@@ -491,7 +476,7 @@ private Q_SLOTS:
     void whoTypesOnGetsADraft()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
+        editor.has(CommandType::Web, {{"old", "w"}});
         editor.open();
         QElapsedTimer typing;
         typing.start();
@@ -505,55 +490,50 @@ private Q_SLOTS:
     /// As a crash does: nothing of the dialog runs any more.
     void aDraftIsOfferedAtTheNextOpening_data()
     {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<QString>("word");
-        QTest::addColumn<bool>("kept");
-        QTest::newRow("wanted") << yes << "draft"_s << true;
-        QTest::newRow("not wanted") << no << "saved"_s << false;
-        QTest::newRow("question closed") << -1 << "draft"_s << true;
+        const Rows<int, QString, bool> row; // answer, word, kept
+        row("wanted", yes, "draft", true);
+        row("not wanted", no, "saved", false);
+        row("question closed", -1, "draft", true);
     }
     void aDraftIsOfferedAtTheNextOpening()
     {
-        QFETCH(int, answer);
-        QFETCH(QString, word);
-        QFETCH(bool, kept);
+        const auto [answer, word, kept] = rowOf<int, QString, bool>();
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("saved"_s, "w"_s, CommandType::Web)}));
-        editor.tables.writeDraft(CommandType::Web, {row("draft"_s, "w"_s, CommandType::Web)});
+        editor.has(CommandType::Web, {{"saved", "w"}});
+        editor.tables.writeDraft(CommandType::Web, Editor::rowsOf(CommandType::Web, {{"draft", "w"}}));
         editor.answer = answer;
         editor.open();
-        QCOMPARE(editor.asked, QStringList{"上次对“网页”的修改没有保存，要恢复吗？"_s});
+        QCOMPARE(editor.asked, list({"上次对“网页”的修改没有保存，要恢复吗？"}));
         QCOMPARE(editor.cell(0, 1), word);
         QCOMPARE(editor.tables.readDraft(CommandType::Web).has_value(), kept);
     }
 
     void aDialogThatGoesDuringAQuestion_data()
     {
-        QTest::addColumn<QString>("control");
-        QTest::newRow("add") << "pushButton_AddCmdWord"_s;
-        QTest::newRow("delete") << "pushButton_DelCmdWord"_s;
-        QTest::newRow("view") << "radioButton_OnlyShowFileType"_s;
+        const Rows<QString> row; // control
+        row("add", "pushButton_AddCmdWord");
+        row("delete", "pushButton_DelCmdWord");
+        row("view", "radioButton_OnlyShowFileType");
     }
     void aDialogThatGoesDuringAQuestion()
     {
-        QFETCH(QString, control);
+        const auto [control] = rowOf<QString>();
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("old"_s, "w"_s, CommandType::Web)}));
+        editor.has(CommandType::Web, {{"old", "w"}});
         editor.open();
         editor.type("lineEdit_CommandWord", "new"_s);
         editor.onQuestion = [&editor] { editor.dialog.reset(); };
         QPointer<QAbstractButton> button = editor.at<QAbstractButton>(control.toLatin1());
         QMetaObject::invokeMethod(button, "clicked", Q_ARG(bool, true));
         QVERIFY(editor.dialog == nullptr);
-        QCOMPARE(editor.words(CommandType::Web), QStringList{"old"_s});
+        QCOMPARE(editor.words(CommandType::Web), list({"old"}));
         QCOMPARE(editor.tables.readDraft(CommandType::Web)->at(0).CommandWords, "new"_s);
     }
 
     void sortingByAColumn()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(
-            CommandType::Web, {row("b"_s, "1"_s, CommandType::Web), row("a"_s, "2"_s, CommandType::Web)}));
+        editor.has(CommandType::Web, {{"b", "1"}, {"a", "2"}});
         editor.open();
         QCOMPARE(editor.cell(0, 1), "b"_s);
         QVERIFY(editor.table()->horizontalHeader()->isSortIndicatorShown());
@@ -567,9 +547,8 @@ private Q_SLOTS:
     void rowsThatCannotActAreMarked()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::Web, {row("a<b>"_s, "1"_s, CommandType::Web)}));
-        QVERIFY(editor.tables.writeTyped(CommandType::Phrase, {row("a<b>;"_s, "2"_s, CommandType::Phrase),
-                                                               row("b"_s, "3"_s, CommandType::Phrase)}));
+        editor.has(CommandType::Web, {{"a<b>", "1"}});
+        editor.has(CommandType::Phrase, {{"a<b>;", "2"}, {"b", "3"}});
         editor.open();
         const QString tip = "<qt>“a&lt;b&gt;”已经定义过，会执行“1”<br>有一个语音映射词是空的</qt>"_s;
         for (const char *view : {"radioButton_OnlyShowPhraseType", "radioButton_ShowAll"}) {
@@ -586,9 +565,7 @@ private Q_SLOTS:
     void filesThatAreNotThereAreMarked()
     {
         Editor editor;
-        QVERIFY(editor.tables.writeTyped(CommandType::File,
-                                         {row("a"_s, editor.folder.path(), CommandType::File),
-                                          row("b"_s, editor.folder.filePath("no"_s), CommandType::File)}));
+        editor.has(CommandType::File, {{"a", editor.folder.path()}, {"b", editor.folder.filePath("no"_s)}});
         editor.open();
         editor.click("radioButton_OnlyShowFileType");
         QTRY_COMPARE_WITH_TIMEOUT(editor.cell(1, 4), "不起作用"_s, 20000);
@@ -664,12 +641,9 @@ private Q_SLOTS:
         write(shared, "twice.desktop"_s, "[Desktop Entry]\nType=Application\nName=Shared\nExec=s\n");
         write(own, "twice.desktop"_s, "[Desktop Entry]\nType=Application\nName=Own\nExec=o\n");
         const auto entries = applicationEntries({own.path(), shared.path(), "/nowhere"_s}, "zh_CN"_s);
-        QStringList names;
-        for (const ApplicationEntry &entry : entries) {
-            names.append(entry.name);
-        }
+        QStringList names = textsOf(entries, &ApplicationEntry::name);
         names.sort();
-        QCOMPARE(names, (QStringList{"Own"_s, "编辑器"_s}));
+        QCOMPARE(names, list({"Own", "编辑器"}));
         QCOMPARE(applicationEntries({shared.path()}, "en_US"_s).front().name, "Editor"_s);
     }
 };

@@ -1,4 +1,5 @@
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 #include "ui/Ask.h"
 #include "ui/ClearPlace.h"
 #include "ui/CompanionWindow.h"
@@ -34,9 +35,6 @@ using Rectangles = std::vector<QRect>;
 
 } // namespace
 
-Q_DECLARE_METATYPE(mevo::PlaceStep)
-Q_DECLARE_METATYPE(Rectangles)
-
 class TestCompanion : public QObject
 {
     Q_OBJECT
@@ -44,43 +42,35 @@ class TestCompanion : public QObject
 private Q_SLOTS:
     void placeSteps_data()
     {
-        QTest::addColumn<QPoint>("believed");
-        QTest::addColumn<QPoint>("real");
-        QTest::addColumn<mevo::PlaceStep>("settling");
-        QTest::addColumn<mevo::PlaceStep>("settled");
+        const Rows<QPoint, QPoint, mevo::PlaceStep, mevo::PlaceStep> row; // believed, real, settling, settled
         using mevo::PlaceStep;
         const QPoint wanted(300, 200);
-        QTest::newRow("all agree") << wanted << wanted << PlaceStep::Nothing << PlaceStep::Nothing;
-        QTest::newRow("rounded") << wanted << QPoint(301, 199) << PlaceStep::Nothing << PlaceStep::Nothing;
-        QTest::newRow("asked too early")
-            << QPoint(0, 0) << wanted << PlaceStep::Believe << PlaceStep::Believe;
-        QTest::newRow("framed") << QPoint(302, 222) << QPoint(302, 222) << PlaceStep::Move
-                                << PlaceStep::Adopt;
-        QTest::newRow("framed, and not told")
-            << wanted << QPoint(302, 222) << PlaceStep::Move << PlaceStep::Adopt;
+        row("all agree", wanted, wanted, PlaceStep::Nothing, PlaceStep::Nothing);
+        row("rounded", wanted, {301, 199}, PlaceStep::Nothing, PlaceStep::Nothing);
+        row("asked too early", {0, 0}, wanted, PlaceStep::Believe, PlaceStep::Believe);
+        row("framed", {302, 222}, {302, 222}, PlaceStep::Move, PlaceStep::Adopt);
+        row("framed, and not told", wanted, {302, 222}, PlaceStep::Move, PlaceStep::Adopt);
     }
     void placeSteps()
     {
-        QFETCH(QPoint, believed);
-        QFETCH(QPoint, real);
-        QTEST(mevo::placeStep({300, 200}, believed, real, true), "settling");
-        QTEST(mevo::placeStep({300, 200}, believed, real, false), "settled");
+        const auto [believed, real, settling, settled] =
+            rowOf<QPoint, QPoint, mevo::PlaceStep, mevo::PlaceStep>();
+        QCOMPARE(mevo::placeStep({300, 200}, believed, real, true), settling);
+        QCOMPARE(mevo::placeStep({300, 200}, believed, real, false), settled);
     }
 
     void shapes_data()
     {
-        QTest::addColumn<QString>("picture"); // '#' opaque, '+' just so, '-' not quite, '.' nothing
-        QTest::addColumn<Rectangles>("shape");
-        QTest::newRow("whole") << QStringLiteral("## ##") << Rectangles{{0, 0, 2, 2}};
-        QTest::newRow("corners") << QStringLiteral(".##. #### #### -++-")
-                                 << Rectangles{{1, 0, 2, 1}, {0, 1, 4, 2}, {1, 3, 2, 1}};
-        QTest::newRow("parts") << QStringLiteral("#.# ... ..#")
-                               << Rectangles{{0, 0, 1, 1}, {2, 0, 1, 1}, {2, 2, 1, 1}};
-        QTest::newRow("nothing") << QStringLiteral(".. --") << Rectangles{QRect()};
+        // picture ('#' opaque, '+' just so, '-' not quite, '.' nothing), shape
+        const Rows<QString, Rectangles> row;
+        row("whole", "## ##", Rectangles{{0, 0, 2, 2}});
+        row("corners", ".##. #### #### -++-", Rectangles{{1, 0, 2, 1}, {0, 1, 4, 2}, {1, 3, 2, 1}});
+        row("parts", "#.# ... ..#", Rectangles{{0, 0, 1, 1}, {2, 0, 1, 1}, {2, 2, 1, 1}});
+        row("nothing", ".. --", Rectangles{QRect()});
     }
     void shapes()
     {
-        QFETCH(QString, picture);
+        const auto [picture, shape] = rowOf<QString, Rectangles>();
         const QStringList rows = picture.split(u' ');
         QImage image(rows.first().size(), rows.size(), QImage::Format_ARGB32_Premultiplied);
         const QHash<QChar, int> alpha{{u'#', 255}, {u'+', 128}, {u'-', 127}, {u'.', 0}};
@@ -89,48 +79,40 @@ private Q_SLOTS:
                 image.setPixelColor(x, y, QColor(10, 20, 30, alpha.value(rows[y][x])));
             }
         }
-        QTEST(mevo::opaqueShape(image), "shape");
+        QCOMPARE(mevo::opaqueShape(image), shape);
     }
 
     void uncoveredPlaces_data()
     {
-        QTest::addColumn<QRect>("screen");
-        QTest::addColumn<QRect>("taken");
-        QTest::addColumn<QRect>("place"); ///< of a window of 819 by 687
-        QTest::newRow("the middle is free")
-            << QRect(0, 0, 1920, 1080) << QRect(1471, 881, 435, 185) << QRect(550, 196, 819, 687);
-        QTest::newRow("left of it") << QRect(0, 0, 1280, 720) << QRect(831, 521, 435, 185)
-                                    << QRect(4, 16, 819, 687);
-        QTest::newRow("above it") << QRect(0, 0, 1024, 768) << QRect(575, 569, 435, 185)
-                                  << QRect(102, 48, 819, 513);
-        QTest::newRow("no room") << QRect(0, 0, 800, 500) << QRect(351, 301, 435, 185)
-                                 << QRect(0, 0, 800, 500);
+        const Rows<QRect, QRect, QRect> row; // screen, taken, place (of a window of 819 by 687)
+        row("the middle is free", {0, 0, 1920, 1080}, {1471, 881, 435, 185}, {550, 196, 819, 687});
+        row("left of it", {0, 0, 1280, 720}, {831, 521, 435, 185}, {4, 16, 819, 687});
+        row("above it", {0, 0, 1024, 768}, {575, 569, 435, 185}, {102, 48, 819, 513});
+        row("no room", {0, 0, 800, 500}, {351, 301, 435, 185}, {0, 0, 800, 500});
     }
     void uncoveredPlaces()
     {
-        QFETCH(QRect, screen);
-        QFETCH(QRect, taken);
-        QTEST(mevo::uncoveredPlace(screen, {819, 687}, taken), "place");
+        const auto [screen, taken, place] = rowOf<QRect, QRect, QRect>();
+        QCOMPARE(mevo::uncoveredPlace(screen, {819, 687}, taken), place);
     }
 
     void clearPlaces_data()
     {
-        QTest::addColumn<Rectangles>("taken");
-        QTest::addColumn<QPoint>("place"); // of a window of 200 by 100 on a screen of 1000 by 800
+        // taken, place (of a window of 200 by 100 on a screen of 1000 by 800)
+        const Rows<Rectangles, QPoint> row;
         const QPoint middle(400, 350);
-        QTest::newRow("free") << Rectangles{{700, 600, 260, 45}} << middle;
-        QTest::newRow("one in the middle") << Rectangles{{420, 360, 149, 170}} << QPoint(400, 48);
-        QTest::newRow("its title would be covered") << Rectangles{{420, 310, 149, 20}} << QPoint(400, 48);
-        QTest::newRow("middle and above") << Rectangles{{420, 0, 20, 450}} << QPoint(400, 652);
-        QTest::newRow("a column") << Rectangles{{420, 0, 20, 800}} << QPoint(48, 350);
-        QTest::newRow("only the right is free")
-            << Rectangles{{420, 0, 20, 800}, {0, 380, 90, 90}} << QPoint(752, 350);
-        QTest::newRow("all taken") << Rectangles{{0, 0, 1000, 800}} << middle;
+        row("free", Rectangles{{700, 600, 260, 45}}, middle);
+        row("one in the middle", Rectangles{{420, 360, 149, 170}}, {400, 48});
+        row("its title would be covered", Rectangles{{420, 310, 149, 20}}, {400, 48});
+        row("middle and above", Rectangles{{420, 0, 20, 450}}, {400, 652});
+        row("a column", Rectangles{{420, 0, 20, 800}}, {48, 350});
+        row("only the right is free", Rectangles{{420, 0, 20, 800}, {0, 380, 90, 90}}, {752, 350});
+        row("all taken", Rectangles{{0, 0, 1000, 800}}, middle);
     }
     void clearPlaces()
     {
-        QFETCH(Rectangles, taken);
-        QTEST(mevo::clearPlace({0, 0, 1000, 800}, {200, 100}, taken), "place");
+        const auto [taken, place] = rowOf<Rectangles, QPoint>();
+        QCOMPARE(mevo::clearPlace({0, 0, 1000, 800}, {200, 100}, taken), place);
     }
 
     /// Before each showing, since window managers forget it at each hiding.
@@ -213,34 +195,30 @@ private Q_SLOTS:
 
     void questions_data()
     {
-        QTest::addColumn<int>("key"); // 0 for the close box
-        QTest::addColumn<bool>("exit");
-        QTest::addColumn<int>("answer");
-        QTest::newRow("the exit's default") << int(Qt::Key_Return) << true << 0;
-        QTest::newRow("the exit's Escape") << int(Qt::Key_Escape) << true << 1;
-        QTest::newRow("the exit's close box") << 0 << true << 1;
-        QTest::newRow("a message") << int(Qt::Key_Return) << false << 0;
-        QTest::newRow("a message's Escape") << int(Qt::Key_Escape) << false << 0;
-        QTest::newRow("a message's close box") << 0 << false << 0;
+        const Rows<int, bool, int> row; // key (0 for the close box), exit, answer
+        row("the exit's default", int(Qt::Key_Return), true, 0);
+        row("the exit's Escape", int(Qt::Key_Escape), true, 1);
+        row("the exit's close box", 0, true, 1);
+        row("a message", int(Qt::Key_Return), false, 0);
+        row("a message's Escape", int(Qt::Key_Escape), false, 0);
+        row("a message's close box", 0, false, 0);
     }
     void questions()
     {
-        QFETCH(int, key);
-        QFETCH(bool, exit);
+        const auto [key, exit, answer] = rowOf<int, bool, int>();
         FakePlatform fake;
         mevo::questionWindows = fake.windowSystem;
         HalfWindow parent; // stands where a question would
         parent.move(QGuiApplication::primaryScreen()->availableGeometry().center());
         parent.show();
-        mevo::Question question{QStringLiteral("title"), QStringLiteral("text"), {QStringLiteral("ok")}};
+        mevo::Question question{"title"_s, "text"_s, {"ok"_s}};
         if (exit) {
-            question.buttons =
-                QStringList{QStringLiteral("yes"), QStringLiteral("back"), QStringLiteral("no")};
+            question.buttons = list({"yes", "back", "no"});
             question.meanings = {mevo::Answer::Yes, mevo::Answer::Back, mevo::Answer::No};
         }
         QRect place;
         QTimer answers;
-        answers.callOnTimeout([&] {
+        answers.callOnTimeout([&, key = key] {
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
             if (box == nullptr || !box->isVisible()) {
                 return;
@@ -254,9 +232,9 @@ private Q_SLOTS:
             }
         });
         answers.start(1);
-        QTEST(mevo::ask(&parent, question), "answer");
+        QCOMPARE(mevo::ask(&parent, question), answer);
         QVERIFY(!place.isEmpty() && !place.intersects(parent.geometry()));
-        QCOMPARE(fake.log.calls(QStringLiteral("activate")), QStringList{QStringLiteral("activate 10")});
+        QCOMPARE(fake.log.calls("activate"_s), list({"activate 10"}));
         mevo::questionWindows = nullptr;
     }
 };

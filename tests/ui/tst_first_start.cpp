@@ -1,5 +1,6 @@
 // The window that helps a new user, and what it decides.
 
+#include "support/Rows.h"
 #include "ui/FirstStartDialog.h"
 
 #include <QClipboard>
@@ -14,8 +15,6 @@
 using mevo::FirstStartFacts;
 using mevo::FirstStartHelp;
 
-Q_DECLARE_METATYPE(mevo::FirstStartFacts)
-
 class TestFirstStart : public QObject
 {
     Q_OBJECT
@@ -23,56 +22,47 @@ class TestFirstStart : public QObject
 private Q_SLOTS:
     void lines_data()
     {
-        QTest::addColumn<FirstStartFacts>("facts");
+        // facts, recognition, receiver, microphone, needed
+        const Rows<FirstStartFacts, QString, QString, QString, bool> row;
         // "+" for what works, "?" for what is not known, the text, the helps behind "|"
-        QTest::addColumn<QString>("recognition");
-        QTest::addColumn<QString>("receiver");
-        QTest::addColumn<QString>("microphone");
-        QTest::addColumn<bool>("needed");
-        const QString account = QStringLiteral("+语音识别：已有账号"),
-                      connected = QStringLiteral("+接收器：已连接"),
-                      found = QStringLiteral("+麦克风：已找到");
-        const auto row = [](const char *name, const FirstStartFacts &facts, const QString &recognition,
-                            const QString &receiver, const QString &microphone, bool needed) {
-            QTest::newRow(name) << facts << recognition << receiver << microphone << needed;
-        };
+        const QString account = "+语音识别：已有账号"_s, connected = "+接收器：已连接"_s,
+                      found = "+麦克风：已找到"_s;
         // account, accounts unread, input method, receiver, receiver refused, receiver needed, microphone
         row("all there", {true, false, false, true, false, true, true}, account, connected, found, false);
         row("nothing", {false, false, false, false, false, true, false},
-            QStringLiteral("-语音识别：没有账号|填写自有账号|使用电脑上的输入法"),
-            QStringLiteral("-接收器：没有找到，请插入电脑的USB接口"),
-            QStringLiteral("-麦克风：没有找到|选择麦克风"), true);
+            "-语音识别：没有账号|填写自有账号|使用电脑上的输入法"_s,
+            "-接收器：没有找到，请插入电脑的USB接口"_s, "-麦克风：没有找到|选择麦克风"_s, true);
         row("a locked keyring", {false, true, false, true, false, true, true},
-            QStringLiteral("?语音识别：保存的账号暂时无法读取|填写自有账号|使用电脑上的输入法"), connected,
-            found, false);
+            "?语音识别：保存的账号暂时无法读取|填写自有账号|使用电脑上的输入法"_s, connected, found, false);
         row("an input method", {false, false, true, true, false, true, true},
-            QStringLiteral("+语音识别：使用电脑上的语音输入法"), connected, found, false);
+            "+语音识别：使用电脑上的语音输入法"_s, connected, found, false);
         row("no rights", {true, false, false, false, true, true, true}, account,
-            QStringLiteral("-接收器：已插入，但没有使用权限|取得权限"), found, true);
+            "-接收器：已插入，但没有使用权限|取得权限"_s, found, true);
         row("no rights where it is not needed", {true, false, false, false, true, false, true}, account,
-            QStringLiteral("-接收器：已插入，但没有使用权限|取得权限"), found, true);
+            "-接收器：已插入，但没有使用权限|取得权限"_s, found, true);
         row("without a receiver", {true, false, false, false, false, false, true}, account,
-            QStringLiteral("+接收器：没有插入，可以用屏幕上的话筒"), found, false);
+            "+接收器：没有插入，可以用屏幕上的话筒"_s, found, false);
         row("no microphone", {true, false, false, true, false, true, false}, account, connected,
-            QStringLiteral("-麦克风：没有找到|选择麦克风"), true);
+            "-麦克风：没有找到|选择麦克风"_s, true);
     }
     void lines()
     {
-        QFETCH(FirstStartFacts, facts);
+        const auto [facts, recognition, receiver, microphone, needed] =
+            rowOf<FirstStartFacts, QString, QString, QString, bool>();
         const auto lines = mevo::firstStartLines(facts);
         QCOMPARE(lines.size(), std::size_t(3));
         QStringList texts;
         for (const mevo::FirstStartLine &line : lines) {
-            QString text = QStringLiteral("+-?").at(int(line.state)) + line.text;
+            QString text = "+-?"_s.at(int(line.state)) + line.text;
             for (const FirstStartHelp help : line.helps) {
                 text += QLatin1Char('|') + mevo::firstStartHelpText(help);
             }
             texts.append(text);
         }
-        QTEST(texts[0], "recognition");
-        QTEST(texts[1], "receiver");
-        QTEST(texts[2], "microphone");
-        QTEST(mevo::isFirstStartHelpNeeded(facts), "needed");
+        QCOMPARE(texts[0], recognition);
+        QCOMPARE(texts[1], receiver);
+        QCOMPARE(texts[2], microphone);
+        QCOMPARE(mevo::isFirstStartHelpNeeded(facts), needed);
     }
 
     void ruleIsTheInstalledOne()
@@ -96,7 +86,7 @@ private Q_SLOTS:
                 [&wanted](FirstStartHelp help) { wanted.append(help); });
         dialog.setFacts({false, false, false, false, true, true, false});
         dialog.show();
-        auto *trial = dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_Trial"));
+        auto *trial = dialog.findChild<QLineEdit *>("lineEdit_Trial"_s);
         QCOMPARE(dialog.focusWidget(), static_cast<QWidget *>(trial)); // a spoken blank presses no button
         const auto button = [&dialog](const char *name) {
             return dialog.findChild<QPushButton *>(QLatin1String(name));
@@ -108,7 +98,7 @@ private Q_SLOTS:
         }
         QCOMPARE(wanted, (QList<FirstStartHelp>{FirstStartHelp::OwnAccount, FirstStartHelp::InputMethod,
                                                 FirstStartHelp::Microphone}));
-        auto *rule = dialog.findChild<QPlainTextEdit *>(QStringLiteral("plainTextEdit_UdevRule"));
+        auto *rule = dialog.findChild<QPlainTextEdit *>("plainTextEdit_UdevRule"_s);
         QVERIFY(!rule->isVisible());
         QTest::mouseClick(button("pushButton_UdevRule"), Qt::LeftButton);
         QVERIFY(rule->isVisible());
@@ -144,11 +134,11 @@ private Q_SLOTS:
             lowest = at->mapTo(&dialog, QPoint()).y();
         }
 
-        trial->setText(QStringLiteral("你好"));
+        trial->setText("你好"_s);
         dialog.setFacts({true, false, false, true, false, true, true});
         QVERIFY(!rule->isVisible());
         QVERIFY(button("pushButton_OwnAccount") == nullptr);
-        QCOMPARE(trial->text(), QStringLiteral("你好"));
+        QCOMPARE(trial->text(), "你好"_s);
         QTest::mouseClick(button("pushButton_Close"), Qt::LeftButton);
         QVERIFY(!dialog.isVisible());
     }

@@ -1,6 +1,7 @@
 #include "base/SettingsFile.h"
 #include "service/NoticePictures.h"
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
 #include "ui/CADShowDlg.h"
@@ -15,8 +16,6 @@
 #include <QtTest>
 
 #include <utility>
-
-Q_DECLARE_METATYPE(ScriptedAnswer)
 
 namespace {
 
@@ -38,9 +37,9 @@ QByteArray picture(int width, int height, const char *format = "png")
     return buffer.data();
 }
 
-const QString keptName = QStringLiteral("notice.png");
-const QString settingsName = QStringLiteral("MEVOSetting.ini");
-const QString listKey = QStringLiteral("NoticePictures");
+const QString keptName = "notice.png"_s;
+const QString settingsName = "MEVOSetting.ini"_s;
+const QString listKey = "NoticePictures"_s;
 
 /// In place of the plug-in: a page that does what a test says.
 class FakePages : public mevo::NoticePageMaker
@@ -138,7 +137,7 @@ class TestNotice : public QObject
 private:
     static QString pictureFields(const QUrl &url, int size)
     {
-        return QStringLiteral("image;%1;2;%2;notice.png;https://a.cn/link").arg(url.toString()).arg(size);
+        return "image;%1;2;%2;notice.png;https://a.cn/link"_s.arg(url.toString()).arg(size);
     }
 
 private Q_SLOTS:
@@ -150,27 +149,22 @@ private Q_SLOTS:
 
     void goodPictures_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QString>("listed"); // what notices have left so far
-        QTest::addColumn<bool>("asked");
-        QTest::addColumn<bool>("kept");
+        // before, listed (what notices have left so far), asked, kept
+        const Rows<QByteArray, QString, bool, bool> row;
         const QByteArray good = picture(200, 101);
         const QByteArray other = picture(10, 10);
         const QByteArray rubbish(good.size(), 'x');
-        const QString list = QStringLiteral("a.png;notice.png;b.png");
-        QTest::newRow("not there") << QByteArray() << QString() << true << true;
-        QTest::newRow("there") << good << QString() << false << true;
-        QTest::newRow("another one is there") << other << list << true << true;
-        QTest::newRow("rubbish of its size is there") << rubbish << list << true << true;
-        QTest::newRow("a picture of the program's")
-            << other << QStringLiteral("a.png;b.png") << true << false;
-        QTest::newRow("a file of its size") << rubbish << QString() << true << false;
+        const QString list = "a.png;notice.png;b.png"_s;
+        row("not there", "", "", true, true);
+        row("there", good, "", false, true);
+        row("another one is there", other, list, true, true);
+        row("rubbish of its size is there", rubbish, list, true, true);
+        row("a picture of the program's", other, "a.png;b.png", true, false);
+        row("a file of its size", rubbish, "", true, false);
     }
     void goodPictures()
     {
-        QFETCH(QByteArray, before);
-        QFETCH(QString, listed);
-        QFETCH(bool, kept);
+        const auto [before, listed, asked, kept] = rowOf<QByteArray, QString, bool, bool>();
         mevo::SettingsFile().setValue(listKey, listed);
         const QByteArray good = picture(200, 101);
         if (!before.isEmpty()) {
@@ -181,11 +175,11 @@ private Q_SLOTS:
         Notice notice;
         notice.take(pictureFields(server.url(), good.size()));
         QTRY_VERIFY(notice.slides());
-        QTEST(server.requests.size() == 1, "asked");
+        QCOMPARE(server.requests.size() == 1, asked);
         QCOMPARE(home.read(keptName), kept ? good : before);
         if (!server.requests.isEmpty() && kept) { // the newest, and once
             QCOMPARE(mevo::SettingsFile().value(listKey).toString(),
-                     listed.isEmpty() ? keptName : QStringLiteral("a.png;b.png;notice.png"));
+                     listed.isEmpty() ? keptName : "a.png;b.png;notice.png"_s);
         }
         QCOMPARE(notice.dialog->size(), QSize(200, 101));
         QCOMPARE(notice.closed, 0);
@@ -193,12 +187,8 @@ private Q_SLOTS:
 
     void badPictures_data()
     {
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<int>("announced");
+        const Rows<ScriptedAnswer, int> row; // answer, announced
         const QByteArray good = picture(20, 20);
-        const auto row = [](const char *name, const ScriptedAnswer &answer, int announced) {
-            QTest::newRow(name) << answer << announced;
-        };
         row("a byte more", ScriptedAnswer::body(good), good.size() - 1);
         row("a byte less", ScriptedAnswer::body(good), good.size() + 1);
         row("cut", ScriptedAnswer::cut(good.chopped(5), good.size()), good.size());
@@ -213,8 +203,7 @@ private Q_SLOTS:
     }
     void badPictures()
     {
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(int, announced);
+        const auto [answer, announced] = rowOf<ScriptedAnswer, int>();
         ScriptedHttp server;
         server.fallback = answer;
         Notice notice;
@@ -227,7 +216,7 @@ private Q_SLOTS:
     /// A name that leads to another file neither writes it nor shows it.
     void nameOfALink()
     {
-        const QString other = home.path(QStringLiteral("elsewhere.png"));
+        const QString other = home.path("elsewhere.png"_s);
         QVERIFY(QFile::link(other, home.path(keptName)));
         mevo::SettingsFile().setValue(listKey, keptName);
         ScriptedHttp server;
@@ -242,16 +231,16 @@ private Q_SLOTS:
     /// The oldest go, and an edited list takes no other file with it.
     void fewPicturesAreKept()
     {
-        QStringList names{QStringLiteral("MEVOSetting.ini"), QStringLiteral("../x.png")};
+        QStringList names{"MEVOSetting.ini"_s, "../x.png"_s};
         for (int i = 0; i < 20; ++i) {
-            names.append(QStringLiteral("p%1.png").arg(i));
+            names.append("p%1.png"_s.arg(i));
             home.write(names.last(), "old");
         }
         mevo::SettingsFile().setValue(listKey, names.join(u';'));
         mevo::keepNoticePicture(keptName, "new");
         QCOMPARE(home.read(keptName), QByteArray("new"));
-        QVERIFY(!QFileInfo::exists(home.path(QStringLiteral("p0.png"))));
-        QVERIFY(QFileInfo::exists(home.path(QStringLiteral("p1.png"))));
+        QVERIFY(!QFileInfo::exists(home.path("p0.png"_s)));
+        QVERIFY(QFileInfo::exists(home.path("p1.png"_s)));
         const QStringList left = mevo::SettingsFile().value(listKey).toString().split(u';');
         QCOMPARE(left, names.mid(3) + QStringList{keptName});
         for (const QString &name : left) {
@@ -272,9 +261,9 @@ private Q_SLOTS:
                      .isNull());
         const qint64 decodingUs = timer.nsecsElapsed() / 1000;
         timer.restart();
-        notice.take(pictureFields(QUrl(QStringLiteral("http://127.0.0.1:9/")), large.size()));
+        notice.take(pictureFields(QUrl("http://127.0.0.1:9/"_s), large.size()));
         const qint64 heldUs = timer.nsecsElapsed() / 1000;
-        QVERIFY2(heldUs < decodingUs / 2, qPrintable(QStringLiteral("%1 of %2").arg(heldUs).arg(decodingUs)));
+        QVERIFY2(heldUs < decodingUs / 2, qPrintable("%1 of %2"_s.arg(heldUs).arg(decodingUs)));
         QTRY_VERIFY(notice.slides());
     }
 
@@ -296,7 +285,7 @@ private Q_SLOTS:
     {
         home.write(keptName, picture(300, 105));
         Notice notice;
-        notice.take(pictureFields(QUrl(QStringLiteral("http://127.0.0.1:9/")), picture(300, 105).size()));
+        notice.take(pictureFields(QUrl("http://127.0.0.1:9/"_s), picture(300, 105).size()));
         const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
         CADShowDlg &dialog = *notice.dialog;
         FirstSight first;
@@ -344,25 +333,19 @@ private Q_SLOTS:
 
     void press_data()
     {
-        QTest::addColumn<QString>("fields");
-        QTest::addColumn<QString>("beside"); ///< opened by a press beside the address
-        QTest::addColumn<QString>("onto");   ///< and by one on it
-        const QString page = QStringLiteral("http://127.0.0.1:9/page");
-        QTest::newRow("page") << QStringLiteral("url;%1;2;https://a.cn/link").arg(page)
-                              << QStringLiteral("https://a.cn/link") << page;
-        QTest::newRow("page without a link") << QStringLiteral("url;%1;2;").arg(page) << page << page;
+        // fields, beside (opened by a press beside the address), onto (and by one on it)
+        const Rows<QString, QString, QString> row;
+        const QString page = "http://127.0.0.1:9/page"_s;
+        row("page", "url;%1;2;https://a.cn/link"_s.arg(page), "https://a.cn/link", page);
+        row("page without a link", "url;%1;2;"_s.arg(page), page, page);
         const int size = picture(90, 90).size();
-        const QString fields = QStringLiteral("image;%1;2;%2;notice.png;").arg(page).arg(size);
-        QTest::newRow("picture") << fields + QStringLiteral("https://a.cn/link")
-                                 << QStringLiteral("https://a.cn/link") << QString();
-        QTest::newRow("picture with a file's link")
-            << fields + QStringLiteral("file:///bin/sh") << QString() << QString();
+        const QString fields = "image;%1;2;%2;notice.png;"_s.arg(page).arg(size);
+        row("picture", fields + "https://a.cn/link"_s, "https://a.cn/link", "");
+        row("picture with a file's link", fields + "file:///bin/sh"_s, "", "");
     }
     void press()
     {
-        QFETCH(QString, fields);
-        QFETCH(QString, beside);
-        QFETCH(QString, onto);
+        const auto [fields, beside, onto] = rowOf<QString, QString, QString>();
         home.write(keptName, picture(90, 90));
         Notice notice;
         notice.take(fields);
@@ -372,7 +355,7 @@ private Q_SLOTS:
         QTest::mouseDClick(notice.dialog, Qt::LeftButton, {}, QPoint(3, 3));
         QVERIFY(notice.links.size() <= 2); // its second press opens nothing
         notice.links.clear();
-        auto *const address = notice.dialog->findChild<QLabel *>(QStringLiteral("address"));
+        auto *const address = notice.dialog->findChild<QLabel *>("address"_s);
         QCOMPARE(address != nullptr, !onto.isEmpty());
         if (address != nullptr) {
             QTest::mousePress(address, Qt::LeftButton);
@@ -384,20 +367,19 @@ private Q_SLOTS:
     void page()
     {
         Notice notice(fakePages);
-        notice.take(QStringLiteral("url;http://a.cn/页;2;https://a.cn/link"));
-        QCOMPARE(pages()->shown, QUrl(QStringLiteral("http://a.cn/页")));
+        notice.take("url;http://a.cn/页;2;https://a.cn/link"_s);
+        QCOMPARE(pages()->shown, QUrl("http://a.cn/页"_s));
         QCOMPARE(notice.dialog->findChild<QLabel *>(), nullptr);
         pages()->calls.pressed();
-        pages()->calls.linkWanted(QUrl(QStringLiteral("http://b.cn/")));
-        pages()->calls.linkWanted(QUrl(QStringLiteral("file:///bin/sh")));
-        QCOMPARE(notice.links,
-                 (QStringList{QStringLiteral("https://a.cn/link"), QStringLiteral("http://b.cn/")}));
+        pages()->calls.linkWanted(QUrl("http://b.cn/"_s));
+        pages()->calls.linkWanted(QUrl("file:///bin/sh"_s));
+        QCOMPARE(notice.links, list({"https://a.cn/link", "http://b.cn/"}));
         QTRY_VERIFY_WITH_TIMEOUT(notice.slides(), 8000);
         notice.slideToEnd();
         pages()->calls.failed();
-        auto *const address = notice.dialog->findChild<QLabel *>(QStringLiteral("address"));
+        auto *const address = notice.dialog->findChild<QLabel *>("address"_s);
         QVERIFY(address != nullptr);
-        QVERIFY(address->text().contains(QStringLiteral("a.cn")));
+        QVERIFY(address->text().contains("a.cn"_s));
         QCOMPARE(notice.dialog->geometry().bottomRight(),
                  QGuiApplication::primaryScreen()->availableGeometry().bottomRight());
     }
@@ -405,24 +387,21 @@ private Q_SLOTS:
     /// Notices that come together don't cover each other.
     void places_data()
     {
-        QTest::addColumn<QVector<QRect>>("standing");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<int>("bottom"); // -1: none
+        const Rows<QVector<QRect>, int, int> row; // standing, height, bottom (-1: none)
         const auto at = [](int top, int height) { return QRect(700, top, 300, height); };
-        QTest::newRow("alone") << QVector<QRect>() << 200 << 768;
-        QTest::newRow("alone, and too high") << QVector<QRect>() << 900 << 768;
-        QTest::newRow("above another") << QVector<QRect>{at(568, 200)} << 300 << 568;
-        QTest::newRow("above two") << QVector<QRect>{at(268, 300), at(568, 200)} << 200 << 268;
-        QTest::newRow("below another") << QVector<QRect>{at(268, 300)} << 200 << 768;
-        QTest::newRow("between two") << QVector<QRect>{at(100, 100), at(568, 200)} << 368 << 568;
-        QTest::newRow("not between two") << QVector<QRect>{at(100, 100), at(568, 200)} << 369 << -1;
-        QTest::newRow("no room") << QVector<QRect>{at(200, 568)} << 201 << -1;
+        row("alone", {}, 200, 768);
+        row("alone, and too high", {}, 900, 768);
+        row("above another", {at(568, 200)}, 300, 568);
+        row("above two", {at(268, 300), at(568, 200)}, 200, 268);
+        row("below another", {at(268, 300)}, 200, 768);
+        row("between two", {at(100, 100), at(568, 200)}, 368, 568);
+        row("not between two", {at(100, 100), at(568, 200)}, 369, -1);
+        row("no room", {at(200, 568)}, 201, -1);
     }
     void places()
     {
-        QFETCH(QVector<QRect>, standing);
-        QFETCH(int, height);
-        QTEST(mevo::noticeBottom(QRect(0, 0, 1024, 768), height, standing).value_or(-1), "bottom");
+        const auto [standing, height, bottom] = rowOf<QVector<QRect>, int, int>();
+        QCOMPARE(mevo::noticeBottom(QRect(0, 0, 1024, 768), height, standing).value_or(-1), bottom);
     }
 
     /// While its picture was on its way things may have changed: it asks before it slides, and again.
@@ -453,7 +432,7 @@ private Q_SLOTS:
     void noFrame()
     {
         Notice notice;
-        notice.dialog->onTextMessageReceived(QStringLiteral("nonsense"));
+        notice.dialog->onTextMessageReceived("nonsense"_s);
         QCOMPARE(notice.closed, 1);
         QTRY_VERIFY(notice.dialog.isNull());
     }

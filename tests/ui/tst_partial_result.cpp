@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "ui/CPatialResultDialog.h"
 
 #include <QFontMetrics>
@@ -13,22 +14,21 @@ class TestPartialResult : public QObject
 private Q_SLOTS:
     void staysOnTheScreen_data()
     {
-        QTest::addColumn<QPoint>("place");
-        QTest::addColumn<QPoint>("seenAt"); // of a strip 310 wide
+        const Rows<QPoint, QPoint> row; // place, seenAt (of a strip 310 wide)
         const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
         const QPoint last = screen.bottomRight() - QPoint(309, 64);
-        QTest::newRow("free") << QPoint(40, 50) << QPoint(40, 50);
-        QTest::newRow("right edge") << QPoint(screen.right(), 50) << QPoint(last.x(), 50);
-        QTest::newRow("lower edge") << QPoint(40, screen.bottom() - 3) << QPoint(40, last.y());
-        QTest::newRow("outside") << QPoint(-500, -500) << screen.topLeft();
+        row("free", {40, 50}, {40, 50});
+        row("right edge", {screen.right(), 50}, {last.x(), 50});
+        row("lower edge", {40, screen.bottom() - 3}, {40, last.y()});
+        row("outside", {-500, -500}, screen.topLeft());
     }
     void staysOnTheScreen()
     {
-        QFETCH(QPoint, place);
+        const auto [place, seenAt] = rowOf<QPoint, QPoint>();
         CPatialResultDialog strip;
         strip.placeAt(place);
         QCOMPARE(strip.size(), QSize(310, 65));
-        QTEST(strip.pos(), "seenAt");
+        QCOMPARE(strip.pos(), seenAt);
     }
 
     void isAsWideAsItsText()
@@ -36,10 +36,10 @@ private Q_SLOTS:
         const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
         CPatialResultDialog strip;
         strip.placeAt(screen.topRight());
-        auto *line = strip.findChild<QLineEdit *>(QStringLiteral("lineEdit_PatialResult"));
+        auto *line = strip.findChild<QLineEdit *>("lineEdit_PatialResult"_s);
         QVERIFY(line != nullptr);
         const QFontMetrics metrics(line->font());
-        const QString text = QStringLiteral("今天天气");
+        const QString text = "今天天气"_s;
         strip.setText(text);
         QCOMPARE(strip.text(), text);
         QCOMPARE(strip.width(), metrics.horizontalAdvance(text) + metrics.lineSpacing());
@@ -61,7 +61,7 @@ private Q_SLOTS:
         other.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&other));
         CPatialResultDialog strip;
-        strip.setText(QStringLiteral("好"));
+        strip.setText("好"_s);
         strip.show();
         QVERIFY(QTest::qWaitForWindowExposed(&strip));
         QVERIFY(other.isActiveWindow() && !strip.isActiveWindow());

@@ -1,5 +1,6 @@
 // What the translation window decides: lists, delays, the order of texts, its place.
 
+#include "support/Rows.h"
 #include "ui/translation/SendChoices.h"
 #include "ui/translation/TransLists.h"
 #include "ui/translation/TransPlace.h"
@@ -8,18 +9,8 @@
 #include <QtTest>
 
 using Rectangles = std::vector<QRect>;
-Q_DECLARE_METATYPE(Rectangles)
 
 namespace {
-
-QStringList list(std::initializer_list<const char *> texts)
-{
-    QStringList strings;
-    for (const char *text : texts) {
-        strings.append(QLatin1String(text));
-    }
-    return strings;
-}
 
 } // namespace
 
@@ -32,32 +23,26 @@ private Q_SLOTS:
     {
         QStringList rows;
         for (const mevo::SendChoice &choice : mevo::sendChoices()) {
-            rows.append(QStringLiteral("%1 %2").arg(choice.seconds).arg(QString::fromUtf8(choice.text)));
+            rows.append("%1 %2"_s.arg(choice.seconds).arg(QString::fromUtf8(choice.text)));
         }
-        const QStringList expected{
-            QStringLiteral("0 隐藏窗口立即上屏"), QStringLiteral("1 1秒后自动上屏"),
-            QStringLiteral("2 2秒后自动上屏"),    QStringLiteral("3 3秒后自动上屏"),
-            QStringLiteral("4 4秒后自动上屏"),    QStringLiteral("5 5秒后自动上屏"),
-            QStringLiteral("10000 手动点击上屏"),
-        };
-        QCOMPARE(rows, expected);
+        QCOMPARE(rows, list({"0 隐藏窗口立即上屏", "1 1秒后自动上屏", "2 2秒后自动上屏", "3 3秒后自动上屏",
+                             "4 4秒后自动上屏", "5 5秒后自动上屏", "10000 手动点击上屏"}));
     }
 
     void storedDelays_data()
     {
-        QTest::addColumn<int>("stored");
-        QTest::addColumn<int>("used");
+        const Rows<int, int> row; // stored, used
         for (const int offered : {0, 1, 2, 3, 4, 5, 10000}) {
-            QTest::newRow(qPrintable(QString::number(offered))) << offered << offered;
+            row(qPrintable(QString::number(offered)), offered, offered);
         }
-        QTest::newRow("between") << 6 << 3;
-        QTest::newRow("beyond") << 10001 << 3;
-        QTest::newRow("negative") << -1 << 3;
+        row("between", 6, 3);
+        row("beyond", 10001, 3);
+        row("negative", -1, 3);
     }
     void storedDelays()
     {
-        QFETCH(int, stored);
-        QTEST(mevo::sendChoiceOf(stored).seconds, "used");
+        const auto [stored, used] = rowOf<int, int>();
+        QCOMPARE(mevo::sendChoiceOf(stored).seconds, used);
     }
 
     void afterTranslation()
@@ -73,36 +58,27 @@ private Q_SLOTS:
     /// auto.
     void swaps_data()
     {
-        QTest::addColumn<bool>("spoken");
-        QTest::addColumn<int>("source");
-        QTest::addColumn<int>("destination");
-        QTest::addColumn<QPoint>("swapped"); // (-1, -1): refused
+        const Rows<bool, int, int, QPoint> row; // spoken, source, destination, swapped ((-1, -1): refused)
         const QPoint refused(-1, -1);
-        QTest::newRow("zh and en") << true << 1 << 4 << QPoint(5, 0);
-        QTest::newRow("en and zh") << true << 5 << 0 << QPoint(1, 4);
-        QTest::newRow("zh and jp, which no recogniser hears") << true << 1 << 5 << refused;
-        QTest::newRow("zh and jp as texts") << false << 1 << 5 << QPoint(6, 0);
-        QTest::newRow("auto is no destination") << true << 0 << 4 << refused;
-        QTest::newRow("nor of texts") << false << 0 << 4 << refused;
-        QTest::newRow("the last of texts") << false << 5 << 27 << QPoint(28, 4);
-        QTest::newRow("nothing chosen") << false << -1 << -1 << refused;
+        row("zh and en", true, 1, 4, {5, 0});
+        row("en and zh", true, 5, 0, {1, 4});
+        row("zh and jp, which no recogniser hears", true, 1, 5, refused);
+        row("zh and jp as texts", false, 1, 5, {6, 0});
+        row("auto is no destination", true, 0, 4, refused);
+        row("nor of texts", false, 0, 4, refused);
+        row("the last of texts", false, 5, 27, {28, 4});
+        row("nothing chosen", false, -1, -1, refused);
     }
     void swaps()
     {
-        QFETCH(bool, spoken);
-        QFETCH(int, source);
-        QFETCH(int, destination);
+        const auto [spoken, source, destination, expectedSwapped] = rowOf<bool, int, int, QPoint>();
         const auto swapped = mevo::swappedLanguages({source, destination},
                                                     spoken ? mevo::spokenSources() : mevo::textSources());
-        QTEST(swapped ? QPoint(swapped->source, swapped->destination) : QPoint(-1, -1), "swapped");
+        QCOMPARE(swapped ? QPoint(swapped->source, swapped->destination) : QPoint(-1, -1), expectedSwapped);
     }
 
-    void lists()
+    void rowsOutOfRange()
     {
-        QCOMPARE(mevo::spokenSources().count, 6);
-        QCOMPARE(mevo::textSources().count, 29);
-        QCOMPARE(mevo::destinations().first, 1);
-        QCOMPARE(mevo::destinations().count, 28);
         QCOMPARE(mevo::rowInRange(28, 29), 28);
         QCOMPARE(mevo::rowInRange(29, 29), 0);
         QCOMPARE(mevo::rowInRange(-1, 29), 0);
@@ -110,117 +86,91 @@ private Q_SLOTS:
 
     void readers()
     {
-        QCOMPARE((QVector<int>{mevo::readerNumber(0), mevo::readerNumber(1), mevo::readerNumber(2),
-                               mevo::readerNumber(3)}),
-                 (QVector<int>{0, 1, 3, 4}));
-        QCOMPARE((QVector<int>{mevo::storedReaderNumber(0), mevo::storedReaderNumber(1),
-                               mevo::storedReaderNumber(2), mevo::storedReaderNumber(3)}),
-                 (QVector<int>{0, 1, 4, 4}));
+        const int read[] = {0, 1, 3, 4};
+        const int stored[] = {0, 1, 4, 4};
+        for (int row = 0; row < 4; ++row) {
+            QCOMPARE(mevo::readerNumber(row), read[row]);
+            QCOMPARE(mevo::storedReaderNumber(row), stored[row]);
+        }
     }
 
     /// Each letter is what happens, and what follows from it is told: S a sentence, C a change by hand, E the
     /// text is emptied, a the request begins, z the answer comes, n the next sentence is asked for.
     void turns_data()
     {
-        QTest::addColumn<QString>("happens");
-        QTest::addColumn<QStringList>("follows");
-        QTest::newRow("one sentence") << QStringLiteral("Sazn") << list({"show", "ask", "current", "none"});
-        QTest::newRow("the second waits for the answer")
-            << QStringLiteral("SaSzna") << list({"show", "ask", "wait", "current", "S2", "ask"});
-        QTest::newRow("three keep their order") << QStringLiteral("SaSSznaznaz")
-                                                << list({"show", "ask", "wait", "wait", "current", "S2",
-                                                         "ask", "current", "S3", "ask", "current"});
-        QTest::newRow("a second before the first was asked for")
-            << QStringLiteral("SSaz") << list({"show", "wait", "ask", "current"});
-        QTest::newRow("typed while the answer is awaited")
-            << QStringLiteral("CaCaznaz") << list({"ask", "no", "stale", "none", "ask", "current"});
-        QTest::newRow("emptied while the answer is awaited")
-            << QStringLiteral("CaEzna") << list({"ask", "stale", "none", "no"});
-        QTest::newRow("a typed text goes before the sentence that waits")
-            << QStringLiteral("CaSCznazn") << list({"ask", "wait", "stale", "none", "ask", "current", "S1"});
-        QTest::newRow("emptied before it was asked for, a sentence waits")
-            << QStringLiteral("SSEan") << list({"show", "wait", "no", "S2"});
+        const Rows<QString, QStringList> row; // happens, follows
+        row("one sentence", "Sazn", {"show", "ask", "current", "none"});
+        row("the second waits for the answer", "SaSzna", {"show", "ask", "wait", "current", "S2", "ask"});
+        row("three keep their order", "SaSSznaznaz",
+            {"show", "ask", "wait", "wait", "current", "S2", "ask", "current", "S3", "ask", "current"});
+        row("a second before the first was asked for", "SSaz", {"show", "wait", "ask", "current"});
+        row("typed while the answer is awaited", "CaCaznaz",
+            {"ask", "no", "stale", "none", "ask", "current"});
+        row("emptied while the answer is awaited", "CaEzna", {"ask", "stale", "none", "no"});
+        row("a typed text goes before the sentence that waits", "CaSCznazn",
+            {"ask", "wait", "stale", "none", "ask", "current", "S1"});
+        row("emptied before it was asked for, a sentence waits", "SSEan", {"show", "wait", "no", "S2"});
     }
     void turns()
     {
-        QFETCH(QString, happens);
+        const auto [happens, expectedFollows] = rowOf<QString, QStringList>();
         mevo::TransTurns turns;
         QStringList follows;
         int sentences = 0;
         for (const QChar step : happens) {
-            switch (step.toLatin1()) {
-            case 'S':
-                if (turns.takeSentence({QStringLiteral("S%1").arg(++sentences), {}})) {
-                    follows.append(QStringLiteral("show"));
+            if (step == u'S') {
+                const bool shown = turns.takeSentence({"S%1"_s.arg(++sentences), {}});
+                follows.append(shown ? "show"_s : "wait"_s);
+                if (shown) {
                     turns.textChanged(false);
-                } else {
-                    follows.append(QStringLiteral("wait"));
                 }
-                break;
-            case 'C':
+            } else if (step == u'C' || step == u'E') {
+                turns.textChanged(step == u'E');
+            } else if (step == u'a') {
+                follows.append(turns.beginRequest() ? "ask"_s : "no"_s);
+            } else if (step == u'z') {
+                follows.append(turns.endRequest() ? "current"_s : "stale"_s);
+            } else if (const auto next = turns.nextSentence()) {
+                follows.append(next->text);
                 turns.textChanged(false);
-                break;
-            case 'E':
-                turns.textChanged(true);
-                break;
-            case 'a':
-                follows.append(turns.beginRequest() ? QStringLiteral("ask") : QStringLiteral("no"));
-                break;
-            case 'z':
-                follows.append(turns.endRequest() ? QStringLiteral("current") : QStringLiteral("stale"));
-                break;
-            case 'n': {
-                const auto next = turns.nextSentence();
-                follows.append(next ? next->text : QStringLiteral("none"));
-                if (next) {
-                    turns.textChanged(false);
-                }
-                break;
-            }
+            } else {
+                follows.append("none"_s);
             }
         }
-        QTEST(follows, "follows");
+        QCOMPARE(follows, expectedFollows);
     }
 
     void places_data()
     {
-        QTest::addColumn<Rectangles>("screens");
-        QTest::addColumn<QRect>("bar");
-        QTest::addColumn<QPoint>("middle"); // of a window of 455 by 230
+        const Rows<Rectangles, QRect, QPoint> row; // screens, bar, middle (of a window of 455 by 230)
         const QRect first(0, 0, 1920, 1080);
         const QRect second(1920, 100, 1280, 1024);
         const QRect panelled(0, 30, 1920, 1050);
-        QTest::newRow("one screen") << Rectangles{first} << QRect(1600, 800, 260, 45) << QPoint(732, 425);
-        QTest::newRow("below a panel")
-            << Rectangles{panelled} << QRect(1600, 800, 260, 45) << QPoint(732, 440);
-        QTest::newRow("the bar's screen")
-            << Rectangles{first, second} << QRect(2000, 800, 260, 45) << QPoint(2332, 497);
-        QTest::newRow("no bar to be seen")
-            << Rectangles{first, second} << QRect(9000, 800, 260, 45) << QPoint(732, 425);
-        QTest::newRow("a screen too small")
-            << Rectangles{QRect(0, 0, 400, 200)} << QRect(0, 0, 260, 45) << QPoint(0, 0);
+        row("one screen", Rectangles{first}, {1600, 800, 260, 45}, {732, 425});
+        row("below a panel", Rectangles{panelled}, {1600, 800, 260, 45}, {732, 440});
+        row("the bar's screen", Rectangles{first, second}, {2000, 800, 260, 45}, {2332, 497});
+        row("no bar to be seen", Rectangles{first, second}, {9000, 800, 260, 45}, {732, 425});
+        row("a screen too small", Rectangles{QRect(0, 0, 400, 200)}, {0, 0, 260, 45}, {0, 0});
     }
     void places()
     {
-        QFETCH(Rectangles, screens);
-        QFETCH(QRect, bar);
-        QTEST(mevo::transWindowMiddle(screens, bar, {455, 230}), "middle");
+        const auto [screens, bar, middle] = rowOf<Rectangles, QRect, QPoint>();
+        QCOMPARE(mevo::transWindowMiddle(screens, bar, {455, 230}), middle);
     }
 
     void staysOnItsScreen_data()
     {
-        QTest::addColumn<QRect>("window");
-        QTest::addColumn<QPoint>("place"); // on screens of 1000 by 800 beside each other
-        QTest::newRow("all of it is there") << QRect(100, 100, 455, 555) << QPoint(100, 100);
-        QTest::newRow("opened at the bottom") << QRect(100, 560, 455, 555) << QPoint(100, 245);
-        QTest::newRow("between the two, more on the right") << QRect(900, 0, 455, 555) << QPoint(1000, 0);
-        QTest::newRow("its screen has gone") << QRect(2500, 300, 455, 230) << QPoint(545, 300);
-        QTest::newRow("higher than the screen") << QRect(100, -50, 455, 900) << QPoint(100, 0);
+        const Rows<QRect, QPoint> row; // window, place (on screens of 1000 by 800 beside each other)
+        row("all of it is there", {100, 100, 455, 555}, {100, 100});
+        row("opened at the bottom", {100, 560, 455, 555}, {100, 245});
+        row("between the two, more on the right", {900, 0, 455, 555}, {1000, 0});
+        row("its screen has gone", {2500, 300, 455, 230}, {545, 300});
+        row("higher than the screen", {100, -50, 455, 900}, {100, 0});
     }
     void staysOnItsScreen()
     {
-        QFETCH(QRect, window);
-        QTEST(mevo::transWindowInside({QRect(0, 0, 1000, 800), QRect(1000, 0, 1000, 800)}, window), "place");
+        const auto [window, place] = rowOf<QRect, QPoint>();
+        QCOMPARE(mevo::transWindowInside({QRect(0, 0, 1000, 800), QRect(1000, 0, 1000, 800)}, window), place);
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include "base/SettingsFile.h"
 #include "support/CallLog.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 #include "ui/translation/CTransTipDialog.h"
 #include "ui/translation/TransWindowHost.h"
@@ -32,7 +33,7 @@ struct FakeHost : mevo::TransWindowHost
 {
     QPair<bool, QString> translate(const QString &text, const QString &to, const QString &from) override
     {
-        log.add(QStringLiteral("translate %1 %2>%3").arg(text, from, to));
+        log.add("translate %1 %2>%3"_s.arg(text, from, to));
         if (duringTranslation) {
             std::exchange(duringTranslation, nullptr)();
         }
@@ -55,8 +56,8 @@ struct FakeHost : mevo::TransWindowHost
             QStringLiteral("type ") + translation.text +
             (translation.front != 0 ? QStringLiteral(" into %1").arg(translation.front, 0, 16) : QString()));
     }
-    void keepText(const QString &text) override { log.add(QStringLiteral("keep ") + text); }
-    void takeFocus() override { log.add(QStringLiteral("take focus")); }
+    void keepText(const QString &text) override { log.add("keep "_s + text); }
+    void takeFocus() override { log.add("take focus"_s); }
     void neverTakeFocus() override {}
     void giveFocusTo(mevo::WindowId window) override
     {
@@ -71,23 +72,20 @@ struct FakeHost : mevo::TransWindowHost
         log.add(emptied ? QStringLiteral("copy emptied") : QStringLiteral("copy"));
         onCopied = [this, copied](const QString &text) { copied(text, selectionWindow); };
     }
-    void clearClipboard() override { log.add(QStringLiteral("clear clipboard")); }
+    void clearClipboard() override { log.add("clear clipboard"_s); }
     void readAloud(mevo::Pane pane, const QString &text, const mevo::PaneReading &reading) override
     {
-        log.add(QStringLiteral("read %1 %2 %3 %4")
-                    .arg(pane == mevo::Pane::Source ? QStringLiteral("source") : QStringLiteral("dest"), text,
-                         reading.online ? QStringLiteral("online") : QStringLiteral("offline"),
-                         reading.language) +
-                QStringLiteral(" vol%1 spd%2 pit%3 per%4")
-                    .arg(reading.voice.volume)
+        log.add("read %1 %2 %3 %4"_s.arg(pane == mevo::Pane::Source ? "source"_s : "dest"_s, text,
+                                         reading.online ? "online"_s : "offline"_s, reading.language) +
+                " vol%1 spd%2 pit%3 per%4"_s.arg(reading.voice.volume)
                     .arg(reading.voice.speed)
                     .arg(reading.voice.tone)
                     .arg(reading.voice.reader));
     }
-    void stopReading() override { log.add(QStringLiteral("stop reading")); }
+    void stopReading() override { log.add("stop reading"_s); }
     void tell(const QString &title, const QString &text) override
     {
-        log.add(QStringLiteral("tell ") + title + QLatin1Char('|') + text);
+        log.add("tell "_s + title + QLatin1Char('|') + text);
     }
     void closing(const std::vector<mevo::SpokenText> &untold) override
     {
@@ -96,12 +94,11 @@ struct FakeHost : mevo::TransWindowHost
             texts.append(spoken.text);
             typedSessions.append(spoken.session.number);
         }
-        log.add(QStringLiteral("closing") +
-                (texts.isEmpty() ? QString() : QLatin1Char(' ') + texts.join(u'|')));
+        log.add("closing"_s + (texts.isEmpty() ? QString() : QLatin1Char(' ') + texts.join(u'|')));
     }
     void closed() override
     {
-        log.add(QStringLiteral("closed"));
+        log.add("closed"_s);
         if (onClosed) {
             onClosed();
         }
@@ -121,15 +118,6 @@ struct FakeHost : mevo::TransWindowHost
     std::function<void()> onClosed;
 };
 
-QStringList list(std::initializer_list<const char *> texts)
-{
-    QStringList strings;
-    for (const char *text : texts) {
-        strings.append(QString::fromUtf8(text));
-    }
-    return strings;
-}
-
 struct Window
 {
     FakeHost host;
@@ -138,7 +126,7 @@ struct Window
     /// With zh to en for sentences and en to zh for selections, typed after `delay` seconds.
     explicit Window(int delay = 10000, const QByteArray &settings = {})
     {
-        home.write(QStringLiteral("MEVOSetting.ini"),
+        home.write("MEVOSetting.ini"_s,
                    "[TransSetting]\nSendTransResult2ScreenMode=" + QByteArray::number(delay) +
                        "\nSourceLan_currentIndex=1\nDestLan_currentIndex=4\n"
                        "SourceLan_Delimit_currentIndex=5\nDestLan_Delimit_currentIndex=0\n" +
@@ -160,8 +148,7 @@ struct Window
     /// The calls that begin with that word.
     QStringList calls(const char *verb) const
     {
-        return host.log.calls().filter(
-            QRegularExpression(QLatin1Char('^') + QLatin1String(verb) + QStringLiteral("\\b")));
+        return host.log.calls().filter(QRegularExpression(QLatin1Char('^') + QLatin1String(verb) + "\\b"_s));
     }
     QString pair() const
     {
@@ -176,9 +163,21 @@ struct Window
         source()->setFocus();
         QVERIFY(dialog->sourceHasFocus());
     }
-    /// A voice key in the selection state, with that text selected.
-    void select(const QString &text)
+    void hears(const Utf8Text &sentence) const { dialog->showRecText(sentence); }
+    /// The lower pane comes to have that text.
+    void shows(const Utf8Text &text) const { QTRY_COMPARE(dest()->toPlainText(), QString(text)); }
+    void translates(const Utf8Text &sentence) const
     {
+        hears(sentence);
+        shows(u'[' + sentence + u']');
+    }
+    /// By a voice key in the selection state, or by the button, with that text selected.
+    void select(const Utf8Text &text, bool byKey = true)
+    {
+        if (!byKey) {
+            click("pushButton_SelectDelimit");
+            return host.onCopied(text);
+        }
         auto *box = find<QCheckBox>("checkBox_Delimit_Translation");
         if (!box->isChecked()) {
             box->click();
@@ -189,7 +188,7 @@ struct Window
     }
     static QString stored(const char *key)
     {
-        return mevo::SettingsFile(QStringLiteral("TransSetting")).value(QLatin1String(key)).toString();
+        return mevo::SettingsFile("TransSetting"_s).value(QLatin1String(key)).toString();
     }
 };
 
@@ -212,11 +211,11 @@ private Q_SLOTS:
     void lists()
     {
         const Window window;
-        const QString rows = QStringLiteral(
+        const QString rows =
             "自动(auto) 中文(zh) 文言文(wyw) 粤语(yue) 繁体(cht) 英语(en) 日语(jp) 韩语(kor) "
             "法语(fra) 俄语(ru) 西班牙语(spa) 波兰语(pl) 葡萄牙语(pt) 德语(de) 泰语(th) 捷克语(cs) "
             "阿拉伯语(ara) 越南语(vie) 意大利语(it) 希腊语(el) 荷兰语(nl) 丹麦语(dan) 瑞典语(swe) "
-            "芬兰语(fin) 匈牙利语(hu) 罗马尼亚语(rom) 保加利亚语(bul) 爱沙尼亚语(est) 斯洛文尼亚语(slo)");
+            "芬兰语(fin) 匈牙利语(hu) 罗马尼亚语(rom) 保加利亚语(bul) 爱沙尼亚语(est) 斯洛文尼亚语(slo)"_s;
         const QStringList all = rows.split(u' ');
         QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_SourceLan_Delimit")), all);
         QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_DestLan_Delimit")), all.mid(1));
@@ -227,111 +226,105 @@ private Q_SLOTS:
         QVERIFY(!box->itemIcon(5).pixmap(20, 14).isNull());
         QVERIFY(box->itemIcon(5).pixmap(20, 14).toImage() != box->itemIcon(6).pixmap(20, 14).toImage());
         QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_TTS_Volume")).join(u' '),
-                 QStringLiteral("0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15"));
+                 "0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15"_s);
         for (const char *name : {"comboBox_TTS_Speed", "comboBox_TTS_Tone"}) {
-            QCOMPARE(rowsOf(window.find<QComboBox>(name)).join(u' '), QStringLiteral("0 1 2 3 4 5 6 7 8 9"));
+            QCOMPARE(rowsOf(window.find<QComboBox>(name)).join(u' '), "0 1 2 3 4 5 6 7 8 9"_s);
         }
         QCOMPARE(rowsOf(window.find<QComboBox>("comboBox_TTS_Reader")).join(u' '),
-                 QStringLiteral("女声 男声 度逍遥 度丫丫"));
+                 "女声 男声 度逍遥 度丫丫"_s);
     }
 
     /// A window without settings, or with broken ones, has the first row of each list.
     void settingsThatAreNone_data()
     {
-        QTest::addColumn<QByteArray>("settings");
-        QTest::newRow("none") << QByteArray();
-        QTest::newRow("out of range")
-            << QByteArray("SourceLan_currentIndex=6\nDestLan_currentIndex=28\nTTS_Volume=16\nTTS_Reader=-1\n"
-                          "SourceLan_Delimit_currentIndex=x\n");
+        const Rows<QByteArray> row; // settings
+        row("none", "");
+        row("out of range",
+            "SourceLan_currentIndex=6\nDestLan_currentIndex=28\nTTS_Volume=16\nTTS_Reader=-1\n"
+            "SourceLan_Delimit_currentIndex=x\n");
     }
     void settingsThatAreNone()
     {
-        QFETCH(QByteArray, settings);
-        home.write(QStringLiteral("MEVOSetting.ini"), "[TransSetting]\n" + settings);
+        const auto [settings] = rowOf<QByteArray>();
+        home.write("MEVOSetting.ini"_s, "[TransSetting]\n" + settings);
         FakeHost host;
         CTransTipDialog dialog(host);
-        dialog.showRecText(QStringLiteral("甲"));
-        QTRY_COMPARE(host.log.calls().filter(QStringLiteral("type")),
-                     QStringList{QStringLiteral("type [甲]")});
-        QCOMPARE(host.log.calls().first(), QStringLiteral("translate 甲 auto>zh"));
+        dialog.showRecText("甲"_s);
+        QTRY_COMPARE(host.log.calls().filter("type"_s), list({"type [甲]"}));
+        QCOMPARE(host.log.calls().first(), "translate 甲 auto>zh"_s);
     }
 
     /// Each control writes its key at once, and a window made after it shows the same.
     void settingsAreKept()
     {
         Window window(3);
-        window.find<QComboBox>("comboBox_SourceLan")->setCurrentIndex(5);
-        window.find<QComboBox>("comboBox_DestLan")->setCurrentIndex(5);
-        window.find<QComboBox>("comboBox_SourceLan_Delimit")->setCurrentIndex(28);
-        window.find<QComboBox>("comboBox_DestLan_Delimit")->setCurrentIndex(27);
-        window.find<QComboBox>("comboBox_TTS_Volume")->setCurrentIndex(15);
-        window.find<QComboBox>("comboBox_TTS_Speed")->setCurrentIndex(9);
-        window.find<QComboBox>("comboBox_TTS_Tone")->setCurrentIndex(4);
-        window.find<QComboBox>("comboBox_TTS_Reader")->setCurrentIndex(2);
-        window.find<QCheckBox>("checkBox_OnlineTTSFirst")->click();
-        window.find<QCheckBox>("checkBox_AutoReadSourceResult")->click();
-        window.find<QCheckBox>("checkBox_AutoReadDestResult")->click(); // takes the other off
-        window.find<QMenu>("sendMenu")->actions().last()->trigger();
-        const std::pair<const char *, const char *> expected[] = {
-            {"SourceLan_currentIndex", "5"},
-            {"DestLan_currentIndex", "5"},
-            {"SourceLan_Delimit_currentIndex", "28"},
-            {"DestLan_Delimit_currentIndex", "27"},
-            {"TTS_Volume", "15"},
-            {"TTS_Speed", "9"},
-            {"TTS_Tone", "4"},
-            {"TTS_Reader", "2"},
-            {"OnlineTTSFirst", "true"},
-            {"AutoReadSourceResult", "false"},
-            {"AutoReadDestResult", "true"},
-            {"SendTransResult2ScreenMode", "10000"},
+        const struct
+        {
+            const char *box;
+            const char *key;
+            int row;
+        } boxes[] = {
+            {"comboBox_SourceLan", "SourceLan_currentIndex", 5},
+            {"comboBox_DestLan", "DestLan_currentIndex", 5},
+            {"comboBox_SourceLan_Delimit", "SourceLan_Delimit_currentIndex", 28},
+            {"comboBox_DestLan_Delimit", "DestLan_Delimit_currentIndex", 27},
+            {"comboBox_TTS_Volume", "TTS_Volume", 15},
+            {"comboBox_TTS_Speed", "TTS_Speed", 9},
+            {"comboBox_TTS_Tone", "TTS_Tone", 4},
+            {"comboBox_TTS_Reader", "TTS_Reader", 2},
         };
-        for (const auto &[key, value] : expected) {
-            QCOMPARE(Window::stored(key), QLatin1String(value));
+        for (const auto &[box, key, row] : boxes) {
+            window.find<QComboBox>(box)->setCurrentIndex(row);
+            QCOMPARE(Window::stored(key), QString::number(row));
         }
-        QCOMPARE(window.find<QPushButton>("pushButton_TransSendSet")->text(), QStringLiteral("手动点击上屏"));
-        window.dest()->setPlainText(QStringLiteral("x"));
+        for (const char *key : {"OnlineTTSFirst", "AutoReadSourceResult", "AutoReadDestResult"}) {
+            window.find<QCheckBox>((QByteArray("checkBox_") + key).constData())->click();
+            QCOMPARE(Window::stored(key), "true"_s);
+        }
+        QCOMPARE(Window::stored("AutoReadSourceResult"), "false"_s); // one takes the other off
+        window.find<QMenu>("sendMenu")->actions().last()->trigger();
+        QCOMPARE(Window::stored("SendTransResult2ScreenMode"), "10000"_s);
+        QCOMPARE(window.find<QPushButton>("pushButton_TransSendSet")->text(), "手动点击上屏"_s);
+        window.dest()->setPlainText("x"_s);
         window.click("pushButton_DestLan_tts");
         QCOMPARE(window.calls("read"), list({"read dest x online jp vol15 spd9 pit4 per3"}));
 
         FakeHost host;
         CTransTipDialog second(host);
-        second.findChild<QPushButton *>(QStringLiteral("pushButton_SourceLan_tts"))->click();
+        second.findChild<QPushButton *>("pushButton_SourceLan_tts"_s)->click();
         QCOMPARE(host.log.calls(), list({"read source  online en vol15 spd9 pit4 per4"}));
         second.show();
-        QVERIFY(second.findChild<QCheckBox *>(QStringLiteral("checkBox_AutoReadDestResult"))->isChecked());
-        QVERIFY(!second.findChild<QCheckBox *>(QStringLiteral("checkBox_AutoReadSourceResult"))->isChecked());
+        QVERIFY(second.findChild<QCheckBox *>("checkBox_AutoReadDestResult"_s)->isChecked());
+        QVERIFY(!second.findChild<QCheckBox *>("checkBox_AutoReadSourceResult"_s)->isChecked());
     }
 
     void sentenceIsTranslatedAndTyped_data()
     {
-        QTest::addColumn<int>("delay");
-        QTest::addColumn<bool>("visibleAfter");
-        QTest::newRow("at once") << 0 << false;
-        QTest::newRow("after a second") << 1 << true;
+        const Rows<int, bool> row; // delay, visibleAfter
+        row("at once", 0, false);
+        row("after a second", 1, true);
     }
     void sentenceIsTranslatedAndTyped()
     {
-        QFETCH(int, delay);
+        const auto [delay, visibleAfter] = rowOf<int, bool>();
         Window window(delay);
-        window.dialog->showRecText(QStringLiteral("你好"));
+        window.hears("你好");
         QElapsedTimer sinceThen;
         sinceThen.start();
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        window.shows("[你好]");
         QTRY_COMPARE(window.calls("type"), list({"type [你好]"}));
         QVERIFY(sinceThen.elapsed() >= delay * 1000 - 50);
         QCOMPARE(window.calls("translate"), list({"translate 你好 zh>en"}));
-        QTEST(window.dialog->isVisible(), "visibleAfter");
+        QCOMPARE(window.dialog->isVisible(), visibleAfter);
     }
 
     void byHand()
     {
         Window window;
-        window.dialog->showRecText(QStringLiteral("你好"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        window.translates("你好");
         window.dialog->onIntervelSendResultTimeout(); // of a delay of hours
         QVERIFY(window.calls("type").isEmpty());
-        window.dest()->setPlainText(QStringLiteral("Hello!")); // corrected
+        window.dest()->setPlainText("Hello!"_s); // corrected
         window.click("pushButton_TransSend");
         QCOMPARE(window.calls("type"), list({"type Hello!"}));
     }
@@ -339,13 +332,13 @@ private Q_SLOTS:
     void failureLeavesThePanes()
     {
         Window window(0);
-        window.dest()->setPlainText(QStringLiteral("before"));
+        window.dest()->setPlainText("before"_s);
         window.host.fails = true;
-        window.dialog->showRecText(QStringLiteral("你好"));
+        window.hears("你好");
         QTRY_COMPARE(window.calls("translate").size(), 1);
         QCoreApplication::processEvents();
-        QCOMPARE(window.source()->toPlainText(), QStringLiteral("你好"));
-        QCOMPARE(window.dest()->toPlainText(), QStringLiteral("before"));
+        QCOMPARE(window.source()->toPlainText(), "你好"_s);
+        QCOMPARE(window.dest()->toPlainText(), "before"_s);
         QVERIFY(window.calls("type").isEmpty());
         QCOMPARE(window.calls("keep"), list({"keep 你好"})); // what was spoken
         QVERIFY(window.dialog->isVisible());
@@ -354,20 +347,19 @@ private Q_SLOTS:
     /// A sentence that has no translation can be corrected until another text comes, then it is kept.
     void failedSentence_data()
     {
-        QTest::addColumn<QString>("then");
-        QTest::addColumn<QStringList>("kept");
-        QTest::newRow("the next sentence") << "spoken" << list({"keep 一"});
-        QTest::newRow("the next sentence, with the cursor here") << "spoken here" << list({"keep 一"});
-        QTest::newRow("a selection") << "selected" << list({"keep 一"});
-        QTest::newRow("corrected") << "typed" << QStringList();
-        QTest::newRow("cleared") << "cleared" << QStringList();
+        const Rows<QString, QStringList> row; // then, kept
+        row("the next sentence", "spoken", {"keep 一"});
+        row("the next sentence, with the cursor here", "spoken here", {"keep 一"});
+        row("a selection", "selected", {"keep 一"});
+        row("corrected", "typed", {});
+        row("cleared", "cleared", {});
     }
     void failedSentence()
     {
-        QFETCH(QString, then);
+        const auto [then, kept] = rowOf<QString, QStringList>();
         Window window(1);
         window.host.fails = true;
-        window.dialog->showRecText(QStringLiteral("一"));
+        window.hears("一");
         QTRY_COMPARE(window.calls("translate").size(), 1);
         QVERIFY(window.calls("keep").isEmpty());
         window.host.fails = false;
@@ -375,24 +367,24 @@ private Q_SLOTS:
             window.typeInSource();
         }
         if (then.startsWith(QLatin1String("spoken"))) {
-            window.dialog->showRecText(QStringLiteral("二"));
-        } else if (then == QLatin1String("selected")) {
-            window.select(QStringLiteral("二"));
-        } else if (then == QLatin1String("typed")) {
+            window.hears("二");
+        } else if (then == "selected"_s) {
+            window.select("二");
+        } else if (then == "typed"_s) {
             window.typeInSource();
             QTest::keyClick(window.source(), Qt::Key_A);
         } else {
             window.click("pushButton_ClearTransSource");
         }
-        QTEST(window.calls("keep"), "kept");
-        QVERIFY(!window.dialog->takeUnsent().contains(QStringLiteral("一")));
+        QCOMPARE(window.calls("keep"), kept);
+        QVERIFY(!window.dialog->takeUnsent().contains("一"_s));
     }
 
     void failedSentenceIsUnsent()
     {
         Window window(1);
         window.host.fails = true;
-        window.dialog->showRecText(QStringLiteral("一"));
+        window.hears("一");
         QTRY_COMPARE(window.calls("translate").size(), 1);
         QCOMPARE(window.dialog->takeUnsent(), list({"一"}));
     }
@@ -400,18 +392,16 @@ private Q_SLOTS:
     /// The delay has ended while the user typed here: the translation is not lost to the next one.
     void translationThatTheCursorHasHeldUp_data()
     {
-        QTest::addColumn<bool>("stillTyping");
-        QTest::addColumn<QStringList>("calls");
-        QTest::newRow("the cursor has left") << false << list({"type [一]"});
-        QTest::newRow("it is there still") << true << list({"keep [一]"});
+        const Rows<bool, QStringList> row; // stillTyping, calls
+        row("the cursor has left", false, {"type [一]"});
+        row("it is there still", true, {"keep [一]"});
     }
     void translationThatTheCursorHasHeldUp()
     {
-        QFETCH(bool, stillTyping);
+        const auto [stillTyping, calls] = rowOf<bool, QStringList>();
         Window window(1);
         window.typeInSource();
-        window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
+        window.translates("一");
         QTest::qWait(1200);
         QVERIFY(window.calls("type").isEmpty());
         window.find<QMenu>("sendMenu")->actions().at(5)->trigger(); // the next one waits for long
@@ -419,9 +409,8 @@ private Q_SLOTS:
             window.dialog->setFocus();
             QVERIFY(!window.dialog->sourceHasFocus());
         }
-        window.dialog->showRecText(QStringLiteral("二"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[二]"));
-        QTEST(window.calls("type") + window.calls("keep"), "calls");
+        window.translates("二");
+        QCOMPARE(window.calls("type") + window.calls("keep"), calls);
         QCOMPARE(window.dialog->takeUnsent(), list({"[二]"}));
     }
 
@@ -429,28 +418,19 @@ private Q_SLOTS:
     /// what is selected, so it is kept.
     void selectionWhileATranslationWaits_data()
     {
-        QTest::addColumn<int>("delay");
-        QTest::addColumn<bool>("byKey");
-        QTest::addColumn<QStringList>("kept");
-        QTest::newRow("by the key") << 5 << true << list({"keep [一]"});
-        QTest::newRow("by the button") << 5 << false << list({"keep [一]"});
-        QTest::newRow("one that is sent by hand") << 10000 << true << QStringList();
+        const Rows<int, bool, QStringList> row; // delay, byKey, kept
+        row("by the key", 5, true, {"keep [一]"});
+        row("by the button", 5, false, {"keep [一]"});
+        row("one that is sent by hand", 10000, true, {});
     }
     void selectionWhileATranslationWaits()
     {
-        QFETCH(int, delay);
-        QFETCH(bool, byKey);
+        const auto [delay, byKey, kept] = rowOf<int, bool, QStringList>();
         Window window(delay);
-        window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
-        if (byKey) {
-            window.select(QStringLiteral("word"));
-        } else {
-            window.click("pushButton_SelectDelimit");
-            window.host.onCopied(QStringLiteral("word"));
-        }
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[word]"));
-        QTEST(window.calls("keep"), "kept");
+        window.translates("一");
+        window.select("word", byKey);
+        window.shows("[word]");
+        QCOMPARE(window.calls("keep"), kept);
         QVERIFY(window.calls("type").isEmpty());
         QVERIFY(window.dialog->takeUnsent().isEmpty());
     }
@@ -458,24 +438,17 @@ private Q_SLOTS:
     /// A selection takes the place of a sentence whose translation is still awaited.
     void selectionWhileTheAnswerIsAwaited_data()
     {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("by the key") << true;
-        QTest::newRow("by the button") << false;
+        const Rows<bool> row; // byKey
+        row("by the key", true);
+        row("by the button", false);
     }
     void selectionWhileTheAnswerIsAwaited()
     {
-        QFETCH(bool, byKey);
+        const auto [byKey] = rowOf<bool>();
         Window window(5);
-        window.host.duringTranslation = [&window, byKey] {
-            if (byKey) {
-                window.select(QStringLiteral("word"));
-            } else {
-                window.click("pushButton_SelectDelimit");
-                window.host.onCopied(QStringLiteral("word"));
-            }
-        };
-        window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[word]"));
+        window.host.duringTranslation = [&window, byKey = byKey] { window.select("word", byKey); };
+        window.hears("一");
+        window.shows("[word]");
         QCOMPARE(window.calls("keep"), list({"keep 一"}));
         QVERIFY(window.dialog->takeUnsent().isEmpty());
     }
@@ -485,7 +458,7 @@ private Q_SLOTS:
     {
         Window window(0);
         window.host.idle = false;
-        window.dialog->showRecText(QStringLiteral("你好"));
+        window.hears("你好");
         QTRY_VERIFY(!window.dialog->isVisible());
         QVERIFY(window.calls("type").isEmpty());
         window.host.idle = true;
@@ -497,11 +470,11 @@ private Q_SLOTS:
     {
         Window window(1);
         window.host.duringTranslation = [&window] {
-            window.dialog->showRecText(QStringLiteral("二"));
+            window.hears("二");
             QCoreApplication::processEvents();
-            window.dialog->showRecText(QStringLiteral("三"));
+            window.hears("三");
         };
-        window.dialog->showRecText(QStringLiteral("一"));
+        window.hears("一");
         QTRY_COMPARE(window.calls("type"), (list({"type [一]", "type [二]", "type [三]"})));
         QCOMPARE(window.calls("translate").size(), 3);
         QCOMPARE(window.host.typedSessions, (QList<int>{1, 2, 3}));
@@ -513,18 +486,16 @@ private Q_SLOTS:
     void sessionsOfTheTexts()
     {
         Window window(5);
-        window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
+        window.translates("一");
         window.click("pushButton_TransSend");
         window.click("pushButton_TransSend"); // once more
-        window.select(QStringLiteral("word"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[word]"));
+        window.select("word");
+        window.shows("[word]");
         window.click("pushButton_TransSend");
         QCOMPARE(window.host.typedSessions, (QList<int>{1, 1, 0}));
-        window.dialog->showRecText(QStringLiteral("二"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[二]"));
-        window.dialog->showRecText(QStringLiteral("三"));
-        window.dialog->showRecText(QStringLiteral("四"));
+        window.translates("二");
+        window.hears("三");
+        window.hears("四");
         window.host.typedSessions.clear();
         window.click("pushButton_TransClose");
         QCOMPARE(window.calls("closing"), list({"closing [二]|三|四"}));
@@ -575,11 +546,9 @@ private Q_SLOTS:
     void theNextSentenceWhileAQuestionStands()
     {
         Window window(1);
-        window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
+        window.translates("一");
         window.host.idle = false;
-        window.dialog->showRecText(QStringLiteral("二"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[二]"));
+        window.translates("二");
         QCOMPARE(window.calls("keep"), list({"keep [一]"}));
         QVERIFY(window.calls("type").isEmpty());
         window.host.idle = true;
@@ -590,11 +559,11 @@ private Q_SLOTS:
     {
         Window window;
         window.host.duringTranslation = [&window] {
-            window.source()->setPlainText(QStringLiteral("ab"));
+            window.source()->setPlainText("ab"_s);
             QCoreApplication::processEvents();
         };
-        window.source()->setPlainText(QStringLiteral("a"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[ab]"));
+        window.source()->setPlainText("a"_s);
+        window.shows("[ab]");
         QCOMPARE(window.calls("translate"), (list({"translate a zh>en", "translate ab zh>en"})));
     }
 
@@ -602,8 +571,8 @@ private Q_SLOTS:
     {
         Window window(1);
         window.typeInSource();
-        window.source()->setPlainText(QStringLiteral("abc"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[abc]"));
+        window.source()->setPlainText("abc"_s);
+        window.shows("[abc]");
         window.click("pushButton_TransSend");
         QTest::qWait(1200);
         QVERIFY(window.calls("type").isEmpty());
@@ -632,7 +601,7 @@ private Q_SLOTS:
         Window window;
         window.dialog->HandleGetForeWin();
         window.host.foreground = window.dialog->winId();
-        window.dest()->setPlainText(QStringLiteral("x"));
+        window.dest()->setPlainText("x"_s);
         window.click("pushButton_TransSend");
         QCOMPARE(window.calls("type"), list({"type x into 70000077"}));
     }
@@ -640,24 +609,24 @@ private Q_SLOTS:
     void swapping()
     {
         Window window;
-        QCOMPARE(window.pair(), QStringLiteral("中文>英文"));
+        QCOMPARE(window.pair(), "中文>英文"_s);
         window.pressLabel("label_DestLan");
-        QCOMPARE(window.pair(), QStringLiteral("英文>中文"));
-        QCOMPARE(Window::stored("SourceLan_currentIndex"), QStringLiteral("5"));
-        QCOMPARE(Window::stored("DestLan_currentIndex"), QStringLiteral("0"));
-        window.dialog->showRecText(QStringLiteral("a"));
+        QCOMPARE(window.pair(), "英文>中文"_s);
+        QCOMPARE(Window::stored("SourceLan_currentIndex"), "5"_s);
+        QCOMPARE(Window::stored("DestLan_currentIndex"), "0"_s);
+        window.hears("a");
         QTRY_COMPARE(window.calls("translate"), list({"translate a en>zh"}));
         window.pressLabel("label_SourceLan");
         window.find<QComboBox>("comboBox_DestLan")->setCurrentIndex(5);
-        QCOMPARE(window.pair(), QStringLiteral("中文>日语"));
+        QCOMPARE(window.pair(), "中文>日语"_s);
         window.pressLabel("label_SourceLan"); // no recogniser hears Japanese
-        QCOMPARE(window.pair(), QStringLiteral("中文>日语"));
-        QCOMPARE(Window::stored("DestLan_currentIndex"), QStringLiteral("5"));
+        QCOMPARE(window.pair(), "中文>日语"_s);
+        QCOMPARE(Window::stored("DestLan_currentIndex"), "5"_s);
         window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
         window.find<QComboBox>("comboBox_SourceLan_Delimit")->setCurrentIndex(6);
         window.pressLabel("label_SourceLan");
-        QCOMPARE(window.pair(), QStringLiteral("中文>日语"));
-        QCOMPARE(Window::stored("DestLan_Delimit_currentIndex"), QStringLiteral("5"));
+        QCOMPARE(window.pair(), "中文>日语"_s);
+        QCOMPARE(Window::stored("DestLan_Delimit_currentIndex"), "5"_s);
     }
 
     void selectionState()
@@ -669,10 +638,10 @@ private Q_SLOTS:
         window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
         QCOMPARE(window.host.log.calls(),
                  (list({"delimit on", "tell 禁用语音|进入划词翻译状态下，语音输入将被禁止！"})));
-        QCOMPARE(window.pair(), QStringLiteral("英文>中文"));
+        QCOMPARE(window.pair(), "英文>中文"_s);
         window.dialog->ProcessResult(press);
-        window.host.onCopied(QStringLiteral("selected"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[selected]"));
+        window.host.onCopied(Utf8Text("selected"));
+        window.shows("[selected]");
         QCOMPARE(window.calls("translate"), list({"translate selected en>zh"}));
 
         window.host.log.clear();
@@ -680,8 +649,8 @@ private Q_SLOTS:
         window.host.onCopied(QString());
         QVERIFY(window.source()->toPlainText().isEmpty() && window.dest()->toPlainText().isEmpty());
         QCOMPARE(window.host.log.calls(), (list({"copy", "clear clipboard", "delimit on", "copy emptied"})));
-        window.host.onCopied(QStringLiteral("late"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[late]"));
+        window.host.onCopied(Utf8Text("late"));
+        window.shows("[late]");
 
         window.typeInSource();
         window.host.log.clear();
@@ -689,32 +658,32 @@ private Q_SLOTS:
         QCOMPARE(window.calls("copy"), list({"copy"}));
         window.find<QCheckBox>("checkBox_Delimit_Translation")->click();
         QCOMPARE(window.calls("delimit"), list({"delimit off"}));
-        QCOMPARE(window.pair(), QStringLiteral("中文>英文"));
+        QCOMPARE(window.pair(), "中文>英文"_s);
     }
 
     void wordsByTheButton()
     {
         Window window;
-        window.dest()->setPlainText(QStringLiteral("one two"));
+        window.dest()->setPlainText("one two"_s);
         window.dest()->selectAll();
         window.click("pushButton_SelectDelimit");
-        QCOMPARE(window.source()->toPlainText(), QStringLiteral("one two"));
+        QCOMPARE(window.source()->toPlainText(), "one two"_s);
         QVERIFY(!window.dialog->delimitMode());
         window.click("pushButton_SelectDelimit");
         QVERIFY(window.dialog->delimitMode());
         QVERIFY(window.find<QCheckBox>("checkBox_Delimit_Translation")->isChecked());
         QVERIFY(window.source()->toPlainText().isEmpty());
-        window.host.onCopied(QStringLiteral("word"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[word]"));
+        window.host.onCopied(Utf8Text("word"));
+        window.shows("[word]");
     }
 
     void readingAloud()
     {
         Window window(10000, "AutoReadDestResult=1\nTTS_Volume=5\n");
-        window.dialog->showRecText(QStringLiteral("你好 世界"));
+        window.hears("你好 世界");
         QTRY_COMPARE(window.calls("read"), list({"read dest [你好 世界] offline en vol5 spd0 pit0 per0"}));
         window.host.log.clear();
-        window.dest()->find(QStringLiteral("世界"), QTextDocument::FindBackward);
+        window.dest()->find("世界"_s, QTextDocument::FindBackward);
         QTextCursor cursor(window.dest()->document());
         cursor.setPosition(1);
         cursor.setPosition(3, QTextCursor::KeepAnchor);
@@ -733,34 +702,26 @@ private Q_SLOTS:
     /// The next sentence is shown before the first one's time to be read has come.
     void sentencesThatFollowAreAllRead_data()
     {
-        QTest::addColumn<QByteArray>("setting");
-        QTest::addColumn<QStringList>("read");
-        QTest::newRow("as they were spoken")
-            << QByteArray("AutoReadSourceResult=1\n")
-            << list({"read source 一 offline zh", "read source 二 offline zh"});
-        QTest::newRow("their translations")
-            << QByteArray("AutoReadDestResult=1\n")
-            << list({"read dest [一] offline en", "read dest [二] offline en"});
+        const Rows<QByteArray, QStringList> row; // setting, read
+        row("as they were spoken", "AutoReadSourceResult=1\n",
+            {"read source 一 offline zh", "read source 二 offline zh"});
+        row("their translations", "AutoReadDestResult=1\n",
+            {"read dest [一] offline en", "read dest [二] offline en"});
     }
     void sentencesThatFollowAreAllRead()
     {
-        QFETCH(QByteArray, setting);
-        QFETCH(QStringList, read);
+        const auto [setting, read] = rowOf<QByteArray, QStringList>();
         Window window(10000, setting);
-        window.host.duringTranslation = [&window] { window.dialog->showRecText(QStringLiteral("二")); };
-        window.dialog->showRecText(QStringLiteral("一"));
-        for (QString &call : read) {
-            call += QStringLiteral(" vol0 spd0 pit0 per0");
-        }
+        window.host.duringTranslation = [&window] { window.hears("二"); };
+        window.hears("一");
         QTRY_COMPARE(window.calls("read").size(), 2);
-        QCOMPARE(window.calls("read"), read);
+        QCOMPARE(window.calls("read").replaceInStrings(" vol0 spd0 pit0 per0"_s, QString()), read);
     }
 
     void delayIsChosenMeanwhile()
     {
         Window window(1);
-        window.dialog->showRecText(QStringLiteral("你好"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        window.translates("你好");
         window.find<QMenu>("sendMenu")->actions().last()->trigger(); // by hand
         QTest::qWait(1200);
         QVERIFY(window.calls("type").isEmpty());
@@ -772,24 +733,20 @@ private Q_SLOTS:
     /// What has been spoken and not typed is handed on; one that is sent by hand has been seen.
     void closing_data()
     {
-        QTest::addColumn<int>("delay");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("waits to be typed") << 1 << "closing [你好]";
-        QTest::newRow("by hand") << 10000 << "closing";
+        const Rows<int, QString> row; // delay, told
+        row("waits to be typed", 1, "closing [你好]");
+        row("by hand", 10000, "closing");
     }
     void closing()
     {
-        QFETCH(int, delay);
-        QFETCH(QString, told);
+        const auto [delay, told] = rowOf<int, QString>();
         Window window(delay);
-        window.dialog->showRecText(QStringLiteral("你好"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[你好]"));
+        window.translates("你好");
         window.host.log.clear();
         const QPointer<CTransTipDialog> dialog(window.dialog.get());
         window.click("pushButton_TransClose");
         QCOMPARE(window.host.log.calls(),
-                 (QStringList{QStringLiteral("clear clipboard"), told, QStringLiteral("stop reading"),
-                              QStringLiteral("closed")}));
+                 (QStringList{"clear clipboard"_s, told, "stop reading"_s, "closed"_s}));
         QTRY_VERIFY(dialog.isNull());
         QTest::qWait(1200);
         QVERIFY(window.calls("type").isEmpty());
@@ -798,22 +755,22 @@ private Q_SLOTS:
     /// The answer comes to a window that has gone; the sentences that it has not translated are told.
     void closesWhileTheAnswerIsAwaited_data()
     {
-        QTest::addColumn<bool>("atOnce"); // it is destroyed before the wait ends
-        QTest::newRow("gone by then") << true;
-        QTest::newRow("closed, not yet gone") << false;
+        const Rows<bool> row; // atOnce (it is destroyed before the wait ends)
+        row("gone by then", true);
+        row("closed, not yet gone", false);
     }
     void closesWhileTheAnswerIsAwaited()
     {
-        QFETCH(bool, atOnce);
+        const auto [atOnce] = rowOf<bool>();
         Window window(0);
         if (atOnce) {
             window.host.onClosed = [&window] { window.dialog.reset(); };
         }
         window.host.duringTranslation = [&window] {
-            window.dialog->showRecText(QStringLiteral("二"));
+            window.hears("二");
             window.dialog->close(); // as a window manager asks for it
         };
-        window.dialog->showRecText(QStringLiteral("一"));
+        window.hears("一");
         QTRY_COMPARE(window.calls("closing"), list({"closing 一|二"}));
         QTRY_VERIFY(window.dialog == nullptr);
         QVERIFY(window.calls("type").isEmpty());
@@ -824,10 +781,10 @@ private Q_SLOTS:
     {
         Window window;
         window.host.duringTranslation = [&window] {
-            window.dialog->showRecText(QStringLiteral("二"));
+            window.hears("二");
             window.dialog->close();
         };
-        window.dialog->showRecText(QStringLiteral("一"));
+        window.hears("一");
         QTRY_COMPARE(window.calls("closing"), list({"closing"}));
         QCOMPARE(window.calls("keep"), list({"keep 一", "keep 二"}));
     }
@@ -838,7 +795,7 @@ private Q_SLOTS:
         Window window(0);
         QStringList taken;
         window.host.duringTranslation = [&] { taken = window.dialog->takeUnsent(); };
-        window.dialog->showRecText(QStringLiteral("一"));
+        window.hears("一");
         QTRY_COMPARE(taken, list({"一"}));
         QCoreApplication::processEvents();
         QVERIFY(window.calls("type").isEmpty());
@@ -847,18 +804,17 @@ private Q_SLOTS:
 
     void unsentTexts_data()
     {
-        QTest::addColumn<int>("delay");
-        QTest::newRow("after a delay") << 5;
-        QTest::newRow("by hand") << 10000;
+        const Rows<int> row; // delay
+        row("after a delay", 5);
+        row("by hand", 10000);
     }
     void unsentTexts()
     {
-        QFETCH(int, delay);
+        const auto [delay] = rowOf<int>();
         Window window(delay);
-        window.dialog->showRecText(QStringLiteral("一"));
-        QTRY_COMPARE(window.dest()->toPlainText(), QStringLiteral("[一]"));
-        window.dialog->showRecText(QStringLiteral("二"));
-        window.dialog->showRecText(QStringLiteral("三"));
+        window.translates("一");
+        window.hears("二");
+        window.hears("三");
         QCOMPARE(window.dialog->takeUnsent(), (list({"[一]", "二", "三"})));
         QVERIFY(window.dialog->takeUnsent().isEmpty());
     }
@@ -962,21 +918,20 @@ private Q_SLOTS:
 
     void oddTexts_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("emoji") << QStringLiteral("😀👍🏽");
-        QTest::newRow("right to left") << QStringLiteral("مرحبا بالعالم");
-        QTest::newRow("lines") << QStringLiteral("一\n二\n三");
-        QTest::newRow("markup") << QStringLiteral("<b>&amp;</b>");
-        QTest::newRow("long") << QString(10000, QChar(u'长'));
+        const Rows<QString> row; // text
+        row("emoji", "😀👍🏽");
+        row("right to left", "مرحبا بالعالم");
+        row("lines", "一\n二\n三");
+        row("markup", "<b>&amp;</b>");
+        row("long", QString(10000, QChar(u'长')));
     }
     void oddTexts()
     {
-        QFETCH(QString, text);
+        const auto [text] = rowOf<QString>();
         Window window(0);
         window.dialog->showRecText(text);
-        QTRY_COMPARE(window.calls("type"), QStringList{QStringLiteral("type [") + text + QLatin1Char(']')});
-        QCOMPARE(window.calls("translate"),
-                 QStringList{QStringLiteral("translate ") + text + QStringLiteral(" zh>en")});
+        QTRY_COMPARE(window.calls("type"), QStringList{"type ["_s + text + QLatin1Char(']')});
+        QCOMPARE(window.calls("translate"), QStringList{"translate "_s + text + " zh>en"_s});
     }
 };
 

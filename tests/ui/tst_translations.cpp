@@ -1,3 +1,5 @@
+#include "support/Rows.h"
+
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTranslator>
@@ -43,11 +45,11 @@ QList<Message> messagesOf(const QString &path)
             continue;
         }
         const QString name = xml.name().toString();
-        if (name == QLatin1String("name")) {
+        if (name == "name"_s) {
             context = xml.readElementText();
-        } else if (name == QLatin1String("source")) {
+        } else if (name == "source"_s) {
             messages.append({context, contentWithBytes(xml), {}, {}});
-        } else if (name == QLatin1String("translation")) {
+        } else if (name == "translation"_s) {
             messages.last().state = xml.attributes().value(QLatin1String("type")).toString();
             messages.last().translation = contentWithBytes(xml);
         }
@@ -57,24 +59,21 @@ QList<Message> messagesOf(const QString &path)
 
 const QRegularExpression &chinese()
 {
-    static const QRegularExpression expression(QStringLiteral("[\\x{3400}-\\x{9fff}]"));
+    static const QRegularExpression expression("[\\x{3400}-\\x{9fff}]"_s);
     return expression;
 }
 
 /// Chinese words of the program that are no texts for the user to read.
 const QStringList &notForReading()
 {
-    static const QStringList words{QStringLiteral("讯飞语音悬浮窗"), // windows of other programs
-                                   QStringLiteral("语音悬浮窗"), QStringLiteral("搜狗输入法语音输入 "),
-                                   QStringLiteral("\\校时助手.exe"), // a sibling program
-                                   // Words to be spoken, whatever the interface's language.
-                                   QStringLiteral("天王盖地虎;执行命令词;"),
-                                   QStringLiteral("我要搜索;百度搜索;搜一搜;"),
-                                   QStringLiteral("切换到语音打字;使用语音打字"),
-                                   // Labels as they stand in the files of the command words.
-                                   QStringLiteral("语音键盘"), QStringLiteral("拼音键盘"),
-                                   QStringLiteral("网页"), QStringLiteral("文件"), QStringLiteral("文件夹"),
-                                   QStringLiteral("快捷键"), QStringLiteral("常用短语")};
+    static const QStringList words{
+        "讯飞语音悬浮窗"_s, // windows of other programs
+        "语音悬浮窗"_s, "搜狗输入法语音输入 "_s,
+        "\\校时助手.exe"_s, // a sibling program
+        // Words to be spoken, whatever the interface's language.
+        "天王盖地虎;执行命令词;"_s, "我要搜索;百度搜索;搜一搜;"_s, "切换到语音打字;使用语音打字"_s,
+        // Labels as they stand in the files of the command words.
+        "语音键盘"_s, "拼音键盘"_s, "网页"_s, "文件"_s, "文件夹"_s, "快捷键"_s, "常用短语"_s};
     return words;
 }
 
@@ -87,8 +86,8 @@ QString unescaped(const QString &literal)
             continue;
         }
         ++at;
-        const int control = QStringLiteral("nrt").indexOf(literal[at]);
-        text += control < 0 ? literal[at] : QStringLiteral("\n\r\t")[control];
+        const int control = "nrt"_s.indexOf(literal[at]);
+        text += control < 0 ? literal[at] : "\n\r\t"_s[control];
     }
     return text;
 }
@@ -96,11 +95,11 @@ QString unescaped(const QString &literal)
 /// The string literals of a source text, those that follow each other joined as the compiler does.
 QStringList literalsOf(QString code)
 {
-    static const QRegularExpression lineComment(QStringLiteral("^\\s*//[^\\n]*$|\\s//[/<!]? [^\"\\n]*$"),
+    static const QRegularExpression lineComment("^\\s*//[^\\n]*$|\\s//[/<!]? [^\"\\n]*$"_s,
                                                 QRegularExpression::MultilineOption);
     static const QRegularExpression run(
-        QStringLiteral("\"((?:[^\"\\\\\\n]|\\\\.)*)\"(?:\\s*\"((?:[^\"\\\\\\n]|\\\\.)*)\")*"));
-    static const QRegularExpression one(QStringLiteral("\"((?:[^\"\\\\\\n]|\\\\.)*)\""));
+        "\"((?:[^\"\\\\\\n]|\\\\.)*)\"(?:\\s*\"((?:[^\"\\\\\\n]|\\\\.)*)\")*"_s);
+    static const QRegularExpression one("\"((?:[^\"\\\\\\n]|\\\\.)*)\""_s);
     code.remove(lineComment);
     QStringList literals;
     for (auto runs = run.globalMatch(code); runs.hasNext();) {
@@ -113,6 +112,21 @@ QStringList literalsOf(QString code)
     return literals;
 }
 
+/// The program's source files, by name and content.
+QList<QPair<QString, QString>> sourcesIn(const QString &folder, const QStringList &names)
+{
+    QList<QPair<QString, QString>> sources;
+    QDirIterator files(folder, names, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        if (!file.open(QIODevice::ReadOnly)) {
+            qFatal("cannot read %s", qPrintable(file.fileName()));
+        }
+        sources.append({files.fileName(), QString::fromUtf8(file.readAll())});
+    }
+    return sources;
+}
+
 } // namespace
 
 class TestTranslations : public QObject
@@ -122,25 +136,24 @@ class TestTranslations : public QObject
 private Q_SLOTS:
     void languages_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::newRow("traditional Chinese") << "cht";
-        QTest::newRow("English") << "en";
+        const Rows<QString> row; // language
+        row("traditional Chinese", "cht");
+        row("English", "en");
     }
 
     /// What the sources hold today is what the file translates: nothing missing, nothing left over.
     void everyTextIsTranslated_data() { languages_data(); }
     void everyTextIsTranslated()
     {
-        QFETCH(QString, language);
+        const auto [language] = rowOf<QString>();
         QTemporaryDir folder;
         const QString shipped = QStringLiteral(MEVO_TRANSLATIONS "/%1.ts").arg(language);
-        const QString fresh = folder.filePath(language + QStringLiteral(".ts"));
+        const QString fresh = folder.filePath(language + ".ts"_s);
         QVERIFY(QFile::copy(shipped, fresh));
         QProcess lupdate;
         lupdate.start(QStringLiteral(MEVO_LUPDATE),
-                      {QStringLiteral("-silent"), QStringLiteral("-locations"), QStringLiteral("none"),
-                       QStringLiteral("-I"), QStringLiteral(MEVO_KEYPAD "/.."), QStringLiteral(MEVO_SOURCES),
-                       QStringLiteral(MEVO_KEYPAD), QStringLiteral("-ts"), fresh});
+                      {"-silent"_s, "-locations"_s, "none"_s, "-I"_s, QStringLiteral(MEVO_KEYPAD "/.."),
+                       QStringLiteral(MEVO_SOURCES), QStringLiteral(MEVO_KEYPAD), "-ts"_s, fresh});
         QVERIFY(lupdate.waitForFinished(60000) && lupdate.exitCode() == 0);
         // It refuses a file with no more than a warning.
         const QByteArray warnings = lupdate.readAllStandardError();
@@ -150,8 +163,7 @@ private Q_SLOTS:
         QStringList wrong;
         for (const Message &message : messages) {
             if (!message.state.isEmpty() || message.translation.isEmpty()) {
-                wrong.append(message.state + QStringLiteral(": ") + message.context + QStringLiteral(": ") +
-                             message.source);
+                wrong.append(message.state + ": "_s + message.context + ": "_s + message.source);
             }
         }
         QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char('\n'))));
@@ -160,15 +172,15 @@ private Q_SLOTS:
     void theProgramFindsThem_data() { languages_data(); }
     void theProgramFindsThem()
     {
-        QFETCH(QString, language);
+        const auto [language] = rowOf<QString>();
         QTranslator translator;
-        QVERIFY(translator.load(QStringLiteral(":/translations/%1.qm").arg(language)));
-        static const QRegularExpression place(QStringLiteral("%[0-9n]"));
+        QVERIFY(translator.load(":/translations/%1.qm"_s.arg(language)));
+        static const QRegularExpression place("%[0-9n]"_s);
         for (const Message &message : messagesOf(QStringLiteral(MEVO_TRANSLATIONS "/%1.ts").arg(language))) {
             const QString shown = translator.translate(message.context.toUtf8().constData(),
                                                        message.source.toUtf8().constData());
             QCOMPARE(shown, message.translation);
-            QVERIFY2(language != QLatin1String("en") || !shown.contains(chinese()), qPrintable(shown));
+            QVERIFY2(language != "en"_s || !shown.contains(chinese()), qPrintable(shown));
             QCOMPARE(shown.count(place), message.source.count(place));
         }
     }
@@ -178,26 +190,21 @@ private Q_SLOTS:
     void aTrOfOnesOwnNamesTheContextOfItsTexts()
     {
         static const QRegularExpression own(
-            QStringLiteral("\\btr\\(const char \\*\\w+\\)\\s*\\{[^}]*translate\\(\"([^\"]+)\""));
-        static const QRegularExpression call(QStringLiteral("\\btr\\((\"[^;]*?\")\\)"));
+            "\\btr\\(const char \\*\\w+\\)\\s*\\{[^}]*translate\\(\"([^\"]+)\""_s);
+        static const QRegularExpression call("\\btr\\((\"[^;]*?\")\\)"_s);
         QSet<QString> known;
         for (const Message &message : messagesOf(QStringLiteral(MEVO_TRANSLATIONS "/en.ts"))) {
             known.insert(message.context + QLatin1Char(':') + message.source);
         }
-        QDirIterator files(QStringLiteral(MEVO_SOURCES), {QStringLiteral("*.cpp")}, QDir::Files,
-                           QDirIterator::Subdirectories);
         QStringList wrong;
         int seen = 0;
-        while (files.hasNext()) {
-            QFile file(files.next());
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QString code = QString::fromUtf8(file.readAll());
+        for (const auto &[name, code] : sourcesIn(QStringLiteral(MEVO_SOURCES), {"*.cpp"_s})) {
             const QRegularExpressionMatch context = own.match(code);
             for (auto calls = call.globalMatch(code); context.hasMatch() && calls.hasNext();) {
                 for (const QString &literal : literalsOf(calls.next().captured(1))) {
                     ++seen;
-                    if (!known.contains(context.captured(1) + QLatin1Char(':') + literal)) {
-                        wrong.append(files.fileName() + QStringLiteral(": ") + literal);
+                    if (!known.contains(context.captured(1) + u':' + literal)) {
+                        wrong.append(name + ": "_s + literal);
                     }
                 }
             }
@@ -215,20 +222,13 @@ private Q_SLOTS:
         }
         QStringList wrong;
         int seen = 0;
-        for (const char *folder : {MEVO_SOURCES, MEVO_KEYPAD}) {
-            QDirIterator files(QString::fromUtf8(folder), {QStringLiteral("*.cpp"), QStringLiteral("*.h")},
-                               QDir::Files, QDirIterator::Subdirectories);
-            while (files.hasNext()) {
-                QFile file(files.next());
-                QVERIFY(file.open(QIODevice::ReadOnly));
-                for (const QString &literal : literalsOf(QString::fromUtf8(file.readAll()))) {
-                    if (!literal.contains(chinese())) {
-                        continue;
-                    }
-                    ++seen;
-                    if (!known.contains(literal) && !notForReading().contains(literal)) {
-                        wrong.append(files.fileName() + QStringLiteral(": ") + literal);
-                    }
+        for (const auto &[name, code] : sourcesIn(QStringLiteral(MEVO_SOURCES), {"*.cpp"_s, "*.h"_s}) +
+                                            sourcesIn(QStringLiteral(MEVO_KEYPAD), {"*.cpp"_s, "*.h"_s})) {
+            for (const QString &literal : literalsOf(code)) {
+                const bool read = literal.contains(chinese());
+                seen += read;
+                if (read && !known.contains(literal) && !notForReading().contains(literal)) {
+                    wrong.append(name + ": "_s + literal);
                 }
             }
         }

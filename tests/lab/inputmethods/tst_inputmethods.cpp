@@ -4,8 +4,9 @@
 #include "inputmethods/KeyPlan.h"
 #include "inputmethods/MethodFiles.h"
 #include "inputmethods/Recogniser.h"
+#include "support/Rows.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QDomDocument>
 #include <QFile>
 #include <QProcess>
@@ -37,7 +38,7 @@ const QByteArray program = QByteArray("#!/bin/sh\necho I am the program\n") + QB
 struct User
 {
     QTemporaryDir root;
-    QString home = root.filePath(QStringLiteral("Tom & \"J\" <x> 100% $HOME `id` \\n"));
+    QString home = root.filePath("Tom & \"J\" <x> 100% $HOME `id` \\n"_s);
 
     User() { QDir().mkpath(home); }
     QString at(const char *path) const { return home + QLatin1Char('/') + QLatin1String(path); }
@@ -47,25 +48,19 @@ struct User
         write(file, script);
         QProcess shell;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("HOME"), home);
-        environment.remove(QStringLiteral("XDG_DATA_HOME"));
+        environment.insert("HOME"_s, home);
+        environment.remove("XDG_DATA_HOME"_s);
         shell.setProcessEnvironment(environment);
-        shell.start(QStringLiteral("sh"), {file});
+        shell.start("sh"_s, {file});
         return shell.waitForFinished() ? shell.exitCode() : -1;
     }
-    /// All files, by their paths from the home on.
+    /// Paths of all files.
     QStringList files() const
     {
         QStringList found;
-        QProcess find;
-        find.setWorkingDirectory(home);
-        find.start(QStringLiteral("find"),
-                   {QStringLiteral("."), QStringLiteral("-type"), QStringLiteral("f")});
-        find.waitForFinished();
-        for (const QByteArray &line : find.readAllStandardOutput().split('\n')) {
-            if (!line.isEmpty()) {
-                found.append(QString::fromUtf8(line));
-            }
+        QDirIterator all(home, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (all.hasNext()) {
+            found.append(all.next());
         }
         found.sort();
         return found;
@@ -81,12 +76,7 @@ private slots:
     /// Keys as a line: "+100" down and "-300" up at a time, "x" another key; what each asks for.
     void keysBecomeDictations_data()
     {
-        QTest::addColumn<int>("use");
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("asked");
-        const auto row = [](const char *name, KeyUse use, const char *keys, const char *asked) {
-            QTest::newRow(name) << int(use) << QString::fromLatin1(keys) << QString::fromLatin1(asked);
-        };
+        const Rows<KeyUse, QString, QString> row; // use, keys, asked
         row("held", KeyUse::Hold, "+0 -2000", "begin end");
         row("held, with the presses that a keyboard repeats", KeyUse::Hold, "+0 +500 +530 -2000",
             "begin . . end");
@@ -105,14 +95,12 @@ private slots:
 
     void keysBecomeDictations()
     {
-        QFETCH(int, use);
-        QFETCH(QString, keys);
-        QFETCH(QString, asked);
+        const auto [use, keys, asked] = rowOf<KeyUse, QString, QString>();
         HotKey key{KeyUse(use)};
         const char *const names[] = {".", "begin", "end", "cancel"};
         QStringList got;
         for (const QString &word : keys.split(QLatin1Char(' '))) {
-            const Dictation step = word == QLatin1String("x")          ? key.otherKey()
+            const Dictation step = word == "x"_s                       ? key.otherKey()
                                    : word.startsWith(QLatin1Char('+')) ? key.down(word.mid(1).toInt())
                                                                        : key.up(word.mid(1).toInt());
             got.append(QLatin1String(names[int(step)]));
@@ -134,23 +122,19 @@ private slots:
         const KeyMap keys{{'h', {43, false}},  {'H', {43, true}},      {'i', {31, false}},
                           {'.', {60, false}},  {'!', {10, true}},      {0xff0d, {36, false}},
                           {0xe9, {99, false}}, {0x1004f60, {77, true}}};
-        const KeyPlan plan = planKeys(QStringLiteral("Hi!\né你好.𠀀"), keys);
+        const KeyPlan plan = planKeys("Hi!\né你好.𠀀"_s, keys);
         const std::vector<KeyStroke> expected = {{43, true},  {31, false}, {10, true}, {36, false},
                                                  {99, false}, {77, true},  {60, false}};
         QVERIFY(plan.strokes == expected);
         QCOMPARE(plan.untypable, 2);
-        QCOMPARE(asSentence(QStringLiteral(" hello  world ")), QStringLiteral("Hello world."));
+        QCOMPARE(asSentence(" hello  world "_s), "Hello world."_s);
         QCOMPARE(asSentence(QString()), QString());
     }
 
     void settingsNameTheKey_data()
     {
-        QTest::addColumn<QString>("kind"); // X: XunFei's, B: Baidu's, V: XunFei's version
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<unsigned>("expected");
-        const auto row = [](const char *name, const char *kind, const char *text, unsigned expected) {
-            QTest::newRow(name) << QString::fromLatin1(kind) << QByteArray(text) << expected;
-        };
+        // kind (X: XunFei's, B: Baidu's, V: XunFei's version), text, expected
+        const Rows<QString, QByteArray, unsigned> row;
         row("F6", "X", "<c><a>1</a><start_end>enable=1;keyStr=F6</start_end></c>", XK_F6);
         row("F12", "X", "<c><b><start_end>enable=1;keyStr=F12\n</start_end></b></c>", XK_F12);
         row("switched off", "X", "<c><start_end>enable=0;keyStr=F6</start_end></c>", 0);
@@ -169,73 +153,60 @@ private slots:
 
     void settingsNameTheKey()
     {
-        QFETCH(QString, kind);
-        QFETCH(QByteArray, text);
-        QFETCH(unsigned, expected);
-        QCOMPARE(kind == QLatin1String("X")   ? xunFeiKey(text)
-                 : kind == QLatin1String("B") ? baiduKey(text)
-                                              : unsigned(generationOf(text)),
+        const auto [kind, text, expected] = rowOf<QString, QByteArray, unsigned>();
+        QCOMPARE(kind == "X"_s   ? xunFeiKey(text)
+                 : kind == "B"_s ? baiduKey(text)
+                                 : unsigned(generationOf(text)),
                  expected);
-        QCOMPARE(xunFeiSettings(QStringLiteral("/home/a/.local/share")),
-                 QStringLiteral("/home/a/.local/localLow/iFly Info Tek/iFlyIME/"));
-        QCOMPARE(baiduSettings(QStringLiteral("/home/a/.local/share")),
-                 QStringLiteral("/home/a/.local/localLow/Baidu/BaiduPinyin/SpeechInput.ini"));
+        QCOMPARE(xunFeiSettings("/home/a/.local/share"_s),
+                 "/home/a/.local/localLow/iFly Info Tek/iFlyIME/"_s);
+        QCOMPARE(baiduSettings("/home/a/.local/share"_s),
+                 "/home/a/.local/localLow/Baidu/BaiduPinyin/SpeechInput.ini"_s);
     }
 
     void installersPutTheirProgramInPlace_data()
     {
-        QTest::addColumn<QString>("installer");
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QString>("settings");
-        QTest::addColumn<unsigned>("key"); // that they have then
-        QTest::newRow("XunFei's second") << QStringLiteral("iFlyIME_Setup.run")
-                                         << QStringLiteral("iFly Info Tek/iFlyIME/2.1.1708/iFlyVoice")
-                                         << QStringLiteral("iFly Info Tek/iFlyIME/config.xml") << 0U;
-        QTest::newRow("XunFei's third") << QStringLiteral("iFlyIME_Setup3.run")
-                                        << QStringLiteral("iFly Info Tek/iFlyIME/3.0.1725/iFlyVoice")
-                                        << QStringLiteral("iFly Info Tek/iFlyIME/config.xml") << 0U;
-        QTest::newRow("Sogou's") << QStringLiteral("SogouInput_Setup.run")
-                                 << QStringLiteral("SogouInput/Components/VoiceInput/1.0.0.170/VoiceInput")
-                                 << QString() << 0U;
-        QTest::newRow("Baidu's") << QStringLiteral("BaiduPinyin_Setup.run")
-                                 << QStringLiteral("Baidu/BaiduPinyin/SpeechInput")
-                                 << QStringLiteral("Baidu/BaiduPinyin/SpeechInput.ini") << unsigned(XK_F9);
+        // installer, program, settings, key (that they have then)
+        const Rows<QString, QString, QString, unsigned> row;
+        row("XunFei's second", "iFlyIME_Setup.run", "iFly Info Tek/iFlyIME/2.1.1708/iFlyVoice",
+            "iFly Info Tek/iFlyIME/config.xml", 0U);
+        row("XunFei's third", "iFlyIME_Setup3.run", "iFly Info Tek/iFlyIME/3.0.1725/iFlyVoice",
+            "iFly Info Tek/iFlyIME/config.xml", 0U);
+        row("Sogou's", "SogouInput_Setup.run", "SogouInput/Components/VoiceInput/1.0.0.170/VoiceInput", "",
+            0U);
+        row("Baidu's", "BaiduPinyin_Setup.run", "Baidu/BaiduPinyin/SpeechInput",
+            "Baidu/BaiduPinyin/SpeechInput.ini", unsigned(XK_F9));
     }
 
     void installersPutTheirProgramInPlace()
     {
-        QFETCH(QString, installer);
-        QFETCH(QString, program);
-        QFETCH(QString, settings);
-        QFETCH(unsigned, key);
+        const auto [installer, program, settings, key] = rowOf<QString, QString, QString, unsigned>();
         const Installer *row = installerNamed(installer);
         QVERIFY(row != nullptr);
         const User user;
         QCOMPARE(user.install(makeInstaller(*row, ::program)), 0);
-        const QString path = user.home + QStringLiteral("/.local/opt/") + program;
+        const QString path = user.home + "/.local/opt/"_s + program;
         QCOMPARE(contentOf(path), ::program);
         QVERIFY(QFileInfo(path).isExecutable());
 
         const QString name = QFileInfo(path).fileName();
         const auto entry = mevo::parseDesktopEntry(
-            contentOf(user.home + QStringLiteral("/.local/share/applications/%1.desktop").arg(name)));
+            contentOf(user.home + "/.local/share/applications/%1.desktop"_s.arg(name)));
         QCOMPARE(entry.words, QStringList{path});
         if (!settings.isEmpty()) {
             const QString file = user.at(".local/localLow/") + settings;
             QVERIFY(QFile::exists(file));
-            QCOMPARE(name == QLatin1String("iFlyVoice") ? xunFeiKey(contentOf(file))
-                                                        : baiduKey(contentOf(file)),
-                     key);
+            QCOMPARE(name == "iFlyVoice"_s ? xunFeiKey(contentOf(file)) : baiduKey(contentOf(file)), key);
             QVERIFY(write(file, "the user's own"));
             QCOMPARE(user.install(makeInstaller(*row, ::program)), 0); // once more, over what is there
             QCOMPARE(contentOf(file), QByteArray("the user's own"));
         }
-        if (name == QLatin1String("iFlyVoice")) {
+        if (name == "iFlyVoice"_s) {
             QDomDocument xml;
             const QByteArray told =
                 contentOf(user.at(".local/localLow/iFly Info Tek/iFlyIME/iflyImeCfg.xml"));
             QVERIFY(xml.setContent(told));
-            QCOMPARE(xml.documentElement().firstChildElement(QStringLiteral("installPath_ver2")).text(),
+            QCOMPARE(xml.documentElement().firstChildElement("installPath_ver2"_s).text(),
                      QFileInfo(path).path());
             QCOMPARE(generationOf(told), QByteArray(row->version).left(1).toInt());
         }
@@ -243,23 +214,23 @@ private slots:
 
     void aFailureLeavesNothing_data()
     {
-        QTest::addColumn<QString>("damage");
+        const Rows<QString> row; // damage
         for (const char *damage : {"program", "cut", "target", "settings"}) {
-            QTest::newRow(damage) << QString::fromLatin1(damage);
+            row(damage, QString::fromLatin1(damage));
         }
     }
 
     void aFailureLeavesNothing()
     {
-        QFETCH(QString, damage);
+        const auto [damage] = rowOf<QString>();
         const User user;
-        QByteArray script = makeInstaller(*installerNamed(QStringLiteral("iFlyIME_Setup.run")), ::program);
-        if (damage == QLatin1String("program")) {
+        QByteArray script = makeInstaller(*installerNamed("iFlyIME_Setup.run"_s), ::program);
+        if (damage == "program"_s) {
             script.replace(script.size() - 200, 4, "AAAA");
-        } else if (damage == QLatin1String("cut")) {
+        } else if (damage == "cut"_s) {
             script.truncate(script.size() - 400);
         } else { // a file stands where a folder is wanted
-            const bool target = damage == QLatin1String("target");
+            const bool target = damage == "target"_s;
             QVERIFY(write(user.at(target ? ".local/opt" : ".local/localLow/iFly Info Tek"), "in the way"));
         }
         QVERIFY(write(user.at("Downloads/setup.run"), script));

@@ -6,6 +6,7 @@
 #include "platform/linux/X11WindowSystem.h"
 #include "receiver/XTestKeyboard.h"
 #include "support/Ended.h"
+#include "support/Rows.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,20 +30,19 @@ constexpr quint8 ctrl = 1;
 class RunningMethod
 {
 public:
-    RunningMethod(const char *name, const char *settingsFile, const QByteArray &settings)
+    RunningMethod(const QByteArray &name, const QByteArray &settingsFile, const QByteArray &settings)
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), m_home.filePath(QStringLiteral("data")));
+        environment.insert("XDG_DATA_HOME"_s, m_home.filePath("data"_s));
         m_process.setProcessEnvironment(environment);
         m_process.setProcessChannelMode(QProcess::MergedChannels);
-        if (settingsFile != nullptr) {
-            const QString file = m_home.filePath(QStringLiteral("localLow/") + QLatin1String(settingsFile));
+        if (!settingsFile.isEmpty()) {
+            const QString file = m_home.filePath("localLow/"_s + QLatin1String(settingsFile));
             QDir().mkpath(QFileInfo(file).path());
             QFile out(file);
             m_written = out.open(QIODevice::WriteOnly) && out.write(settings) == settings.size();
         }
-        m_process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/inputmethods/") +
-                            QLatin1String(name),
+        m_process.start(QCoreApplication::applicationDirPath() + "/inputmethods/"_s + QLatin1String(name),
                         QStringList());
     }
     ~RunningMethod()
@@ -76,9 +76,9 @@ private:
 bool speak(const QString &words)
 {
     QTemporaryDir folder;
-    const QString clip = folder.filePath(QStringLiteral("clip.wav"));
+    const QString clip = folder.filePath("clip.wav"_s);
     QString reason;
-    return speakIntoFile(words, QStringLiteral("rms"), clip, &reason) && playIntoMicrophone(clip, &reason);
+    return speakIntoFile(words, "rms"_s, clip, &reason) && playIntoMicrophone(clip, &reason);
 }
 
 } // namespace
@@ -90,59 +90,41 @@ class MethodProgramsTest : public QObject
 private slots:
     void typistTypesShiftedCharacters()
     {
-        const auto target = TargetWindow::start(QStringLiteral("xterm"));
+        const auto target = TargetWindow::start("xterm"_s);
         QVERIFY(target);
         const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
         QVERIFY(display != nullptr);
         lab::Typist typist(display.get());
         const auto keyboard = XTestKeyboard::open();
         keyboard->apply({0x02, 0, 0}); // the user leans on Shift
-        const QString text = QStringLiteral("aB, c?! \"D\" (e) {F} ~G_ @h #i $j %k ^l &m *n +o |p :q <r>.");
-        QCOMPARE(typist.type(text + QStringLiteral("你")), int(text.size()));
+        const QString text = "aB, c?! \"D\" (e) {F} ~G_ @h #i $j %k ^l &m *n +o |p :q <r>."_s;
+        QCOMPARE(typist.type(text + "你"_s), int(text.size()));
         QCOMPARE(target->text(text.size(), patienceMs), text);
         keyboard->apply({});
     }
 
     void eachIsOperatedByItsKey_data()
     {
-        QTest::addColumn<QByteArray>("name");
-        QTest::addColumn<QByteArray>("settingsFile");
-        QTest::addColumn<QByteArray>("settings");
-        QTest::addColumn<QString>("window");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<int>("usage");
-        QTest::addColumn<bool>("held");
-        QTest::addColumn<bool>("begun"); // by itself
-        QTest::newRow("iFlyVoice") << QByteArray("iFlyVoice")
-                                   << QByteArray("iFly Info Tek/iFlyIME/config.xml")
-                                   << QByteArray("<c><start_end>enable=1;keyStr=F6</start_end></c>")
-                                   << QStringLiteral("UIIFlyVoiceFrame") << 0 << int(usageF6) << true
-                                   << false;
-        QTest::newRow("VoiceInput") << QByteArray("VoiceInput") << QByteArray() << QByteArray()
-                                    << QStringLiteral("CherryWindowClass") << 0 << int(usageF2) << false
-                                    << true;
-        QTest::newRow("SpeechInput") << QByteArray("SpeechInput")
-                                     << QByteArray("Baidu/BaiduPinyin/SpeechInput.ini")
-                                     << QByteArray("[Setting]\nHotKey=17\n")
-                                     << QStringLiteral("SpeechInputFrame") << int(ctrl) << 0 << true << false;
+        // name, settingsFile, settings, window, key, held, begun (by itself)
+        const Rows<QByteArray, QByteArray, QByteArray, QString, KeyboardReport, bool, bool> row;
+        row("iFlyVoice", "iFlyVoice", "iFly Info Tek/iFlyIME/config.xml",
+            "<c><start_end>enable=1;keyStr=F6</start_end></c>", "UIIFlyVoiceFrame", {0, usageF6, 0}, true,
+            false);
+        row("VoiceInput", "VoiceInput", "", "", "CherryWindowClass", {0, usageF2, 0}, false, true);
+        row("SpeechInput", "SpeechInput", "Baidu/BaiduPinyin/SpeechInput.ini", "[Setting]\nHotKey=17\n",
+            "SpeechInputFrame", {ctrl, 0, 0}, true, false);
     }
 
     void eachIsOperatedByItsKey()
     {
-        QFETCH(QByteArray, name);
-        QFETCH(QByteArray, settingsFile);
-        QFETCH(QByteArray, settings);
-        QFETCH(QString, window);
-        QFETCH(int, modifiers);
-        QFETCH(int, usage);
-        QFETCH(bool, held);
-        QFETCH(bool, begun);
-        const auto target = TargetWindow::start(QStringLiteral("xterm"));
+        const auto [name, settingsFile, settings, window, key, holds, begun] =
+            rowOf<QByteArray, QByteArray, QByteArray, QString, KeyboardReport, bool, bool>();
+        const bool held = holds;
+        const auto target = TargetWindow::start("xterm"_s);
         QVERIFY(target);
         const auto keyboard = XTestKeyboard::open();
         const auto desktop = Desktop::open();
-        RunningMethod method(name.constData(), settingsFile.isEmpty() ? nullptr : settingsFile.constData(),
-                             settings);
+        RunningMethod method(name, settingsFile, settings);
         if (begun) {
             QVERIFY(method.says("listening"));
         }
@@ -150,8 +132,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(desktop->findWindow(QRegularExpression(window)), patienceMs);
         QVERIFY(target->hasFocus()); // it takes none
 
-        const KeyboardReport key{quint8(modifiers), quint8(usage), 0};
-        const auto press = [&] {
+        const auto press = [&keyboard, held, key = key] {
             keyboard->apply(key);
             if (!held) {
                 keyboard->apply({});
@@ -161,7 +142,7 @@ private slots:
             press();
             QVERIFY(method.says("listening"));
         }
-        QVERIFY(speak(QStringLiteral("hello world this is a test")));
+        QVERIFY(speak("hello world this is a test"_s));
         held ? keyboard->apply({}) : press();
         QVERIFY2(method.says("typed "), method.rest().constData());
         const QString typed = target->text(5, patienceMs);
@@ -194,41 +175,30 @@ private slots:
                             "<c><start_end>enable=0;keyStr=F6</start_end></c>");
         QVERIFY(unset.says("has no hot key"));
         QVERIFY(unset.says("ready"));
-        const auto target = TargetWindow::start(QStringLiteral("xterm"));
+        const auto target = TargetWindow::start("xterm"_s);
         QVERIFY(target);
         keyboard->tap({0, usageF6, 0});
-        QCOMPARE(target->text(5, patienceMs), QStringLiteral("\x1b[17~")); // the terminal has it
+        QCOMPARE(target->text(5, patienceMs), "\x1b[17~"_s); // the terminal has it
         QVERIFY(!unset.rest().contains("listening"));
     }
 
     /// As the program finds and leaves them.
     void theirWindowsAreFoundAndClosed_data()
     {
-        QTest::addColumn<QByteArray>("name");
-        QTest::addColumn<QByteArray>("version");
-        QTest::addColumn<QString>("windowClass");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<bool>("closes");
-        QTest::newRow("XunFei's second")
-            << QByteArray("iFlyVoice") << QByteArray("2.1.1708") << QStringLiteral("UIIFlyVoiceFrame")
-            << QStringLiteral("讯飞语音悬浮窗") << true;
-        QTest::newRow("XunFei's third") << QByteArray("iFlyVoice") << QByteArray("3.0.1725")
-                                        << QStringLiteral("BaseGui") << QStringLiteral("语音悬浮窗") << false;
-        QTest::newRow("Sogou's") << QByteArray("VoiceInput") << QByteArray("3")
-                                 << QStringLiteral("CherryWindowClass")
-                                 << QStringLiteral("搜狗输入法语音输入 ") << true;
+        // name, version, windowClass, title, closes
+        const Rows<QByteArray, QByteArray, QString, QString, bool> row;
+        row("XunFei's second", "iFlyVoice", "2.1.1708", "UIIFlyVoiceFrame", "讯飞语音悬浮窗", true);
+        row("XunFei's third", "iFlyVoice", "3.0.1725", "BaseGui", "语音悬浮窗", false);
+        row("Sogou's", "VoiceInput", "3", "CherryWindowClass", "搜狗输入法语音输入 ", true);
     }
 
     void theirWindowsAreFoundAndClosed()
     {
-        QFETCH(QByteArray, name);
-        QFETCH(QByteArray, version);
-        QFETCH(QString, windowClass);
-        QFETCH(QString, title);
-        QFETCH(bool, closes);
+        const auto [name, version, windowClass, title, closes] =
+            rowOf<QByteArray, QByteArray, QString, QString, bool>();
         mevo::X11WindowSystem windows;
         QCOMPARE(windows.findWindow(windowClass, title), mevo::WindowId(0));
-        RunningMethod method(name.constData(), "iFly Info Tek/iFlyIME/iflyImeCfg.xml",
+        RunningMethod method(name, "iFly Info Tek/iFlyIME/iflyImeCfg.xml",
                              "<c><ver>" + version + "</ver></c>");
         mevo::WindowId window = 0;
         QTRY_VERIFY_WITH_TIMEOUT((window = windows.findWindow(windowClass, title)) != 0, patienceMs);
