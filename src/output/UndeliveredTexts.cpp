@@ -29,6 +29,13 @@ UndeliveredTexts::UndeliveredTexts(QString path)
     read();
 }
 
+UndeliveredTexts::~UndeliveredTexts()
+{
+    if (!m_stored) { // there may be room by now
+        write();
+    }
+}
+
 void UndeliveredTexts::read()
 {
     QFile file(m_path);
@@ -59,21 +66,25 @@ void UndeliveredTexts::read()
     }
 }
 
-bool UndeliveredTexts::write() const
+bool UndeliveredTexts::write()
 {
-    if (m_texts.empty()) {
-        return !QFile::exists(m_path) || QFile::remove(m_path);
-    }
+    m_stored = m_texts.empty() ? !QFile::exists(m_path) || QFile::remove(m_path) : replaceFile();
+    return m_stored;
+}
+
+bool UndeliveredTexts::replaceFile() const
+{
     QJsonArray entries;
     for (const UndeliveredText &entry : m_texts) {
         entries.append(QJsonObject{{textKey, entry.text}, {whenKey, entry.when.toString(Qt::ISODate)}});
     }
+    const QByteArray content = QJsonDocument(entries).toJson();
     QSaveFile file(m_path);
-    if (file.open(QIODevice::WriteOnly) && file.setPermissions(ownerOnly)) {
-        file.write(QJsonDocument(entries).toJson());
-        if (file.commit()) {
-            return true;
-        }
+    // Without flush() an empty file would take the place of the old one on a full disk: commit() does not
+    // notice.
+    if (file.open(QIODevice::WriteOnly) && file.setPermissions(ownerOnly) &&
+        file.write(content) == content.size() && file.flush() && file.commit()) {
+        return true;
     }
     qWarning().noquote() << "Undelivered texts: cannot be written:" << file.errorString();
     return false;

@@ -26,12 +26,16 @@ public:
     /// Reads what an earlier run has left in `path`. A file that cannot be understood is put aside under
     /// another name, with a log line.
     explicit UndeliveredTexts(QString path);
+    /// Tries once more to write what could not be written.
+    ~UndeliveredTexts();
+    UndeliveredTexts(const UndeliveredTexts &) = delete;
+    UndeliveredTexts &operator=(const UndeliveredTexts &) = delete;
 
     const std::vector<UndeliveredText> &texts() const { return m_texts; }
     int count() const { return static_cast<int>(m_texts.size()); }
 
     /// Adds a text at the end; an empty one is nothing. False when it could not be written: then it is kept
-    /// in memory alone.
+    /// in memory alone, and the file stays as it was.
     bool add(const QString &text, const QDateTime &when);
     /// Takes the text at `index` out, which must be one of texts(). False when that could not be written.
     bool remove(int index);
@@ -41,10 +45,12 @@ public:
 
 private:
     void read();
-    bool write() const;
+    bool write();
+    bool replaceFile() const;
 
     QString m_path;
     std::vector<UndeliveredText> m_texts;
+    bool m_stored = true; ///< the file holds m_texts
 };
 
 } // namespace mevo

@@ -4,6 +4,9 @@
 #include <QFileInfo>
 #include <QtTest>
 
+#include <csignal>
+#include <sys/resource.h>
+
 using mevo::UndeliveredTexts;
 
 namespace {
@@ -102,6 +105,27 @@ private Q_SLOTS:
         UndeliveredTexts store(home.path(QStringLiteral("no such folder/undelivered.json")));
         QVERIFY(!store.add(QStringLiteral("kept"), when));
         QCOMPARE(textsOf(store), QStringList{QStringLiteral("kept")});
+    }
+
+    void aFullDiskLosesNothing()
+    {
+        const QStringList both{QStringLiteral("一"), QStringLiteral("二")};
+        {
+            UndeliveredTexts store(home.path(name));
+            QVERIFY(store.add(both.at(0), when));
+            rlimit usual{};
+            getrlimit(RLIMIT_FSIZE, &usual);
+            rlimit full = usual;
+            full.rlim_cur = 8; // less than the file's own buffer takes
+            std::signal(SIGXFSZ, SIG_IGN);
+            setrlimit(RLIMIT_FSIZE, &full);
+            const bool written = store.add(both.at(1), when);
+            setrlimit(RLIMIT_FSIZE, &usual);
+            QVERIFY(!written);
+            QCOMPARE(textsOf(store), both);
+            QCOMPARE(textsOf(UndeliveredTexts(home.path(name))), both.mid(0, 1));
+        }
+        QCOMPARE(textsOf(UndeliveredTexts(home.path(name))), both); // there is room at the end
     }
 };
 
