@@ -6,6 +6,8 @@
 #include <QGroupBox>
 #include <QLabel>
 
+#include <utility>
+
 using mevo::AccountService;
 
 Q_DECLARE_METATYPE(mevo::AccountService)
@@ -204,14 +206,15 @@ private Q_SLOTS:
         QVERIFY(host.kept == of(R"({"Baidu":{"ApiKey":"id"}})"));
         auto *label = opened.find<QLabel>("label_OwnBaidu");
         QCOMPARE(label->text(), QStringLiteral("正在检查……"));
-        QVERIFY(!opened.find("pushButton_CheckOwnBaidu")->isEnabled());
-        QVERIFY(opened.find("pushButton_CheckOwnTencent")->isEnabled());
+        const auto first = std::exchange(host.checks, {});
+        opened.click("pushButton_CheckOwnBaidu"); // it is under way
+        QVERIFY(host.checks.empty());
+        host.checks = first;
         opened.dialog->updateUI();
         QCOMPARE(label->text(), QStringLiteral("正在检查……"));
         host.checks.at(AccountService::Baidu)(
             {mevo::AccountFault::WrongSecret, QStringLiteral("Client authentication failed")});
         QCOMPARE(label->text(), QStringLiteral("密钥不正确 (Client authentication failed)"));
-        QVERIFY(opened.find("pushButton_CheckOwnBaidu")->isEnabled());
         opened.click("pushButton_CheckOwnBaidu");
         host.checks.at(AccountService::Baidu)({});
         QCOMPARE(label->text(), QStringLiteral("账号可用"));
@@ -251,7 +254,6 @@ private Q_SLOTS:
         }
         const auto *label = opened.find<QLabel>("label_OwnBaidu");
         QCOMPARE(label->text(), now);
-        QVERIFY(opened.find("pushButton_CheckOwnBaidu")->isEnabled());
         late({mevo::AccountFault::WrongSecret, {}});
         QCOMPARE(label->text(), now);
         opened.click("pushButton_CheckOwnBaidu");
@@ -259,6 +261,24 @@ private Q_SLOTS:
         QCOMPARE(label->text(), QStringLiteral("正在检查……"));
         host.checks.at(AccountService::Baidu)({});
         QCOMPARE(label->text(), QStringLiteral("账号可用"));
+    }
+
+    /// The keyboard stays at the button, and does not go on to the one that takes the account away.
+    void checksByTheKeyboard()
+    {
+        Opened opened;
+        auto &host = opened.host.ownAccounts;
+        host.kept = of(R"({"Baidu":{"ApiKey":"id","SecretKey":"key"}})");
+        opened.dialog->updateUI();
+        opened.find<QWidget>("pushButton_CheckOwnBaidu")->setFocus();
+        for (int i = 0; i < 2; ++i) {
+            QTest::keyClick(opened.dialog->focusWidget(), Qt::Key_Space);
+            QVERIFY(!host.checks.empty());
+        }
+        host.checks.at(AccountService::Baidu)({});
+        QTest::keyClick(opened.dialog->focusWidget(), Qt::Key_Space);
+        QVERIFY(host.kept == of(R"({"Baidu":{"ApiKey":"id","SecretKey":"key"}})"));
+        QCOMPARE(opened.find<QLabel>(baiduText)->text(), QStringLiteral("正在检查……"));
     }
 
     /// A check ends with the dialog.
@@ -273,7 +293,8 @@ private Q_SLOTS:
         QCOMPARE(host.endings, 1);
         opened.dialog->present(nullptr);
         QCOMPARE(opened.find<QLabel>("label_OwnXunFei")->text(), QStringLiteral("没有账号"));
-        QVERIFY(opened.find("pushButton_CheckOwnXunFei")->isEnabled());
+        opened.click("pushButton_CheckOwnXunFei");
+        QCOMPARE(host.checks.size(), std::size_t(1));
         opened.dialog.reset();
         late({});
     }

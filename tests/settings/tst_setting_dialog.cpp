@@ -1,5 +1,7 @@
 #include "settings/DialogFixture.h"
 #include "settings/List.h"
+#include "state/SettingsTable.h"
+#include "ui/settings/ControlTable.h"
 
 #include <QAccessible>
 #include <QCheckBox>
@@ -211,6 +213,41 @@ const QStringList otherButtons = list(
      "pushButton_RemoveOwnTencent", "pushButton_CheckOwnXunFei", "pushButton_RemoveOwnXunFei",
      "pushButton_CheckOwnBaiduTranslate", "pushButton_RemoveOwnBaiduTranslate"});
 
+/// Settings that slots of the dialog, its choosers or the mouse write.
+const QStringList keysOfSlots =
+    list({"TXCurrentVoiceType", "UseTecentZhDialect", "AutoRunApp", "RunAsAdmin", "LocalEnableASR3",
+          "LocalUseASR3Index", "XFSelectDirlect", "XFSelectSmallLan", "MouseCurrentDPI",
+          "MouseCurrentDataRate", "MosueCurrentWheelSpeed", "MouseCurrentLeftkeyValue",
+          "MouseCurrentRightKeyValue", "MouseCurrentLeftKeyString", "MouseCurrentRightKeyString"});
+
+/// Settings without a control: what the bar, its menus and the record set, and what only the file does.
+const QStringList keysWithoutControl = list({"MainWinLeft",
+                                             "MainWinTop",
+                                             "ShowVerticalUI",
+                                             "FirstRunApp",
+                                             "BaiDuNoStreamApi_FastVersion",
+                                             "XunFeiWebApiCurrentVoiceType",
+                                             "ShowXFDialect",
+                                             "ShowXFSmallLan",
+                                             "DownloadDrvWeb",
+                                             "UserManual",
+                                             "Website",
+                                             "SupportContact",
+                                             "SupportEmail",
+                                             "XFPKGName",
+                                             "PureXunFeiOfflineVersion",
+                                             "ASR3CustomCtrlShortCutKey",
+                                             "ASR3CustomShortCutKey",
+                                             "Asr2ScreenIntervalTime",
+                                             "HW2ScreenIntervalTime",
+                                             "LocalXunFeiASR3CtrlKey",
+                                             "LocalXunFeiASR3AltKey",
+                                             "LocalXunFeiASR3ShiftKey",
+                                             "LocalXunFeiASR3ShortcutKey",
+                                             "LocalMustClickRunASR3",
+                                             "LocalEnableThirdpatyVoiceInput",
+                                             "RunThirdpartVoiceInputByORV"});
+
 /// An input method is in force, and everything that the record can hide is shown.
 void showAll(Opened &opened)
 {
@@ -279,6 +316,24 @@ private Q_SLOTS:
         QCOMPARE(namesOf<QLineEdit>(*opened.dialog, "lineEdit"), sorted(names));
         QCOMPARE(namesOf<QPushButton>(*opened.dialog, "pushButton"), sorted(buttons));
         QCOMPARE(namesOf<QComboBox>(*opened.dialog, "comboBox"), sorted(choices));
+    }
+
+    /// No setting is without a control unnoticed.
+    void everySettingHasItsControl()
+    {
+        QStringList without;
+        for (const mevo::SettingRow &row : mevo::settingRows()) {
+            without.append(QLatin1String(row.key));
+        }
+        for (const mevo::GroupRow &group : mevo::controlGroups()) {
+            for (const mevo::ControlRow &row : group.rows) {
+                without.removeAll(QLatin1String(row.key));
+                for (const char *key : row.keys) {
+                    without.removeAll(QLatin1String(key));
+                }
+            }
+        }
+        QCOMPARE(sorted(without), sorted(keysOfSlots + keysWithoutControl));
     }
 
     void titlesAndTips()
@@ -1111,7 +1166,7 @@ private Q_SLOTS:
     {
         const Opened opened(QByteArray(), showAll);
         const int objects = opened.dialog->findChildren<QObject *>().size();
-        for (int i = 0; i < 20; ++i) {
+        for (int i = 0; i < 200; ++i) {
             opened.dialog->close();
             opened.dialog->present(nullptr);
             QCoreApplication::processEvents();

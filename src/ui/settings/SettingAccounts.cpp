@@ -74,7 +74,7 @@ void SettingAccounts::add(AccountService id, const QHash<QString, QWidget *> &co
     };
     auto *told = static_cast<QLabel *>(controls.value(QStringLiteral("label_") + name));
     m_services.push_back(
-        {id, {}, button("pushButton_Check"), button("pushButton_Remove"), told, {}, {}, 0, {}});
+        {id, {}, button("pushButton_Check"), button("pushButton_Remove"), told, {}, false, {}, 0, {}});
     Service &service = m_services.back();
     for (const QString &field : fields) {
         auto *line = static_cast<QLineEdit *>(controls.value(QStringLiteral("lineEdit_") + name + field));
@@ -142,17 +142,18 @@ void SettingAccounts::keep(const OwnAccounts &accounts)
 void SettingAccounts::check(Service &service)
 {
     store(service);
-    if (!service.refusal.isEmpty()) {
+    if (!service.refusal.isEmpty() || service.checking) {
         return;
     }
+    // The button stays usable: else the keyboard would go on to the one that takes the account away.
+    service.checking = true;
     service.verdict = say(QT_TRANSLATE_NOOP("CSettingDialog", "正在检查……"));
     service.checked = m_host.ownAccounts().values(service.id);
-    service.check->setEnabled(false);
     const int number = ++service.checks;
     m_host.checkAccount(service.id, this, [this, &service, number](const AccountVerdict &verdict) {
         if (number == service.checks) {
             service.verdict = accountVerdictText(verdict);
-            service.check->setEnabled(true);
+            service.checking = false;
             fill(service);
         }
     });
@@ -164,7 +165,7 @@ void SettingAccounts::forgetCheck(Service &service)
 {
     service.verdict.clear();
     ++service.checks;
-    service.check->setEnabled(true);
+    service.checking = false;
 }
 
 void SettingAccounts::remove(Service &service)

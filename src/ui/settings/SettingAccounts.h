@@ -42,6 +42,7 @@ private:
         QPushButton *remove;
         QLabel *told;
         QString verdict;             ///< of the last check, empty for none
+        bool checking = false;       ///< it is under way
         OwnAccounts::Values checked; ///< what that was about
         int checks = 0;              ///< how many have been asked for, or are over
         QString refusal;             ///< why what stands in the fields has not been stored, empty for none
