@@ -13,6 +13,7 @@
 #include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 #include <xcb/xcbext.h>
@@ -51,6 +52,17 @@ class TestX11Typing : public QObject
     Display *display = XOpenDisplay(nullptr);
 
     static Target open(const char *kind) { return mevo::lab::TargetWindow::start(QLatin1String(kind)); }
+
+    int masterKeyboards()
+    {
+        int count = 0;
+        XIDeviceInfo *const devices = XIQueryDevice(display, XIAllMasterDevices, &count);
+        const auto keyboards = std::count_if(devices, devices + count, [](const XIDeviceInfo &device) {
+            return device.use == XIMasterKeyboard;
+        });
+        XIFreeDeviceInfo(devices);
+        return int(keyboards);
+    }
 
     /// The request of a pager.
     void toRoot(const char *message, Window window, long value)
@@ -184,6 +196,7 @@ private Q_SLOTS:
             XkbLockModifiers(display, XkbUseCoreKbd, LockMask, 0);
             XSync(display, False);
             QVERIFY2(unfocused.complete && second->hasFocus(), qPrintable(kind));
+            QCOMPARE(masterKeyboards(), 1); // beside another one Chromium takes no keys of the user's
             QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("第二个")).complete);
             QCOMPARE(second->text(3, readMs), QStringLiteral("第二个"));
             QCOMPARE(first->text(text.size(), readMs), text);

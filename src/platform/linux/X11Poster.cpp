@@ -113,6 +113,11 @@ PostResult X11Poster::post(WindowId window, const QString &text)
         result.stop = PostStop::Untypable;
     }
     m_waits.listen(false);
+    if (m_behind.isEmpty()) {
+        // Chromium and what is built on it heed only the keyboard that came last: while there is a second one
+        // they take none of the user's keys. Programs that may still have to take ours must know it.
+        m_second.reset();
+    }
     m_connection.discardEvents();
     result.complete = result.stop == PostStop::AtEnd;
     if (result.complete) {
@@ -156,9 +161,6 @@ PostStop X11Poster::typeInto(const X11Target &target, const QString &text, int &
         }
     }
     findFreeSlots();
-    if (!answered) {
-        m_waits.ask(target);
-    }
     return typeBatches(target, text, answered, taken);
 }
 
@@ -184,8 +186,10 @@ PostStop X11Poster::typeBatches(const X11Target &target, const QString &text, bo
             startSlots();
             return PostStop::NoKeys;
         }
-        if (!answered) {
-            answered = true;
+        if (first && (!answered || !batch.rebind.empty())) {
+            // The answer comes behind the change of the map: Chromium, which learns the whole map anew after
+            // a keyboard has gone, would read the first key by the old one otherwise.
+            m_waits.ask(target);
             const PostStop stop = m_waits.awaitAnswer(target);
             if (stop != PostStop::AtEnd) {
                 return stop;
