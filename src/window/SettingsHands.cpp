@@ -219,7 +219,7 @@ void SettingsHands::watchMicrophone(std::function<void(int)> heard)
 {
     m_meter.reset();
     if (heard) {
-        m_meter = std::make_unique<MicrophoneMeter>();
+        m_meter = std::make_unique<MicrophoneMeter>(*m_window.m_platform.soundInputs);
         QObject::connect(m_meter.get(), &MicrophoneMeter::heard, m_meter.get(), std::move(heard));
     }
 }

@@ -1,0 +1,137 @@
+#include "audio/MicrophoneMeter.h"
+#include "audio/RecorderFixture.h"
+#include "audio/SoundServer.h"
+#include "support/Rows.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+namespace {
+
+ScratchHome home;
+
+} // namespace
+
+/// The sound server comes late, goes, hangs and comes back, and the program stays.
+class SoundServerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { home.write("MEVOSetting.ini"_s, "[MainSetting]\nUseTXASRApi=1\n"); }
+
+    /// The first, while nothing of this process has seen the server.
+    void theServerComesAfterTheProgram()
+    {
+        m_server.die();
+        RecorderFixture f;
+        f.state.DeviceConnected = true;
+        f.recorder.InitMicDevice();
+        QCOMPARE(f.recorder.deviceName(), QString());
+        const int told = f.messages().size();
+        pressInVain(f);
+        QCOMPARE(f.messages().size(), told + 1);
+
+        m_server.startAgain();
+        f.press();
+        QVERIFY(hears(f));
+        f.recorder.InitMicDevice();
+        QTRY_VERIFY(!f.recorder.isOpen());
+        QCOMPARE(f.recorder.deviceName(), "vmic"_s);
+        QCOMPARE(f.messages().size(), told + 2); // that it is not the product's
+    }
+
+    void theServerDiesInASession()
+    {
+        RecorderFixture f;
+        f.recorder.UseXunFeiWebApi = true; // whose microphone stays open after the stop
+        f.press();
+        m_server.die();
+        QTRY_COMPARE(f.messages().size(), 1);
+        f.recorder.OnReadMore();
+        f.recorder.OnRecordStop();
+        QCOMPARE(f.host.sessions.size(), 1);
+        QCOMPARE(f.host.sessions.first().size(), f.bytes); // what was said before is not lost
+        f.recorder.DeleyCloseMicTimer();
+        pressInVain(f);
+        pressInVain(f);
+        QCOMPARE(f.messages().size(), 3);
+
+        m_server.startAgain();
+        f.press();
+        QVERIFY(hears(f));
+        QCOMPARE(f.messages().size(), 3);
+    }
+
+    void theMeterHearsTheNewServer()
+    {
+        mevo::PulseInputs inputs;
+        QCOMPARE(inputs.defaultName(), "vmic"_s);
+        m_server.die();
+        QTRY_COMPARE(inputs.defaultName(), QString());
+        m_server.startAgain();
+        mevo::MicrophoneMeter meter(inputs);
+        int heard = 0;
+        connect(&meter, &mevo::MicrophoneMeter::heard, this, [&heard] { ++heard; });
+        QTRY_VERIFY(heard > 0);
+    }
+
+    void aServerThatHangsHoldsNobodyUp_data()
+    {
+        const Rows<bool> row; // connected
+        row("while it was connected", true);
+        row("before it was connected", false);
+    }
+    void aServerThatHangsHoldsNobodyUp()
+    {
+        const auto [connected] = rowOf<bool>();
+        mevo::PulseInputs before;
+        QCOMPARE(before.defaultName(), "vmic"_s);
+        m_server.signal(SIGSTOP);
+        mevo::PulseInputs after;
+        mevo::PulseInputs &inputs = connected ? before : after;
+        QElapsedTimer timer;
+        timer.start();
+        for (int call = 0; call < 5; ++call) {
+            inputs.defaultName();
+        }
+        const std::unique_ptr<mevo::SoundInput> input = inputs.open({16000, 1, 640});
+        const qint64 taken = timer.elapsed();
+        m_server.signal(SIGCONT);
+        QVERIFY(input != nullptr);
+        QVERIFY2(taken < 1000, qPrintable(QString::number(taken)));
+        char sample = 0;
+        QTRY_COMPARE(input->read(&sample, 1), 1); // it begins when the server answers
+    }
+
+private:
+    /// A session that hears nothing, because nothing is there.
+    static void pressInVain(RecorderFixture &f)
+    {
+        const int told = f.messages().size();
+        f.recorder.OnRecordStart();
+        QCOMPARE(f.messages().size(), told + 1);
+        QVERIFY(f.messages().last().contains("打开麦克风设备失败"_s));
+        f.recorder.OnRecordStop();
+        f.recorder.DeleyCloseMicTimer();
+    }
+    /// The open session takes what is said, and ends.
+    static bool hears(RecorderFixture &f)
+    {
+        const QByteArray said(8000, '\x11');
+        Player player("vmic_in"_s, 1, said);
+        if (!QTest::qWaitFor([&] { return player.hasEnded(); }, 10000)) {
+            return false;
+        }
+        const int after = f.blocks + 5;
+        const bool comes = QTest::qWaitFor([&] { return f.blocks > after; });
+        f.recorder.OnRecordStop();
+        f.recorder.DeleyCloseMicTimer();
+        return comes && f.host.sessions.last().contains(said);
+    }
+
+    SoundServer m_server;
+};
+
+QTEST_GUILESS_MAIN(SoundServerTest)
+#include "tst_sound_server.moc"
