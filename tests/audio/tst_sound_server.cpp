@@ -41,6 +41,19 @@ private slots:
         QCOMPARE(f.messages().size(), told + 2); // that it is not the product's
     }
 
+    /// Whatever is asked for in whatever moment of the conversation is done.
+    void manyComeAndGo()
+    {
+        for (int turn = 0; turn < 300; ++turn) {
+            mevo::PulseInputs inputs;
+            const std::unique_ptr<mevo::SoundInput> input = inputs.open({16000, 1, 640});
+            if (turn % 20 == 0) {
+                char sample = 0;
+                QTRY_COMPARE(input->read(&sample, 1), 1);
+            }
+        }
+    }
+
     void theServerDiesInASession()
     {
         RecorderFixture f;

@@ -60,13 +60,23 @@ void PulseThread::run()
 {
     while (!m_leaving) {
         callPosted();
-        if (pa_mainloop_iterate(m_loop.get(), 1, nullptr) < 0) {
+        const bool prepared = pa_mainloop_prepare(m_loop.get(), -1) >= 0;
+        if (prepared && (m_leaving || hasPosted())) {
+            pa_mainloop_wakeup(m_loop.get()); // the preparation throws an earlier one away
+        }
+        if (!prepared || pa_mainloop_poll(m_loop.get()) < 0 || pa_mainloop_dispatch(m_loop.get()) < 0) {
             qWarning("Microphone: the loop that talks with the sound server has broken");
             break;
         }
     }
     m_running = false;
     callPosted();
+}
+
+bool PulseThread::hasPosted()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return !m_posted.empty();
 }
 
 void PulseThread::callPosted()

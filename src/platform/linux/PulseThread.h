@@ -31,6 +31,7 @@ public:
 
 private:
     void run();
+    bool hasPosted();
     void callPosted();
 
     std::unique_ptr<pa_mainloop, void (*)(pa_mainloop *)> m_loop;
