@@ -231,7 +231,8 @@ void AudioRecorder::dropInput()
 {
     if (m_input != nullptr) {
         m_input->disconnect(this);
-        m_input->stop();
+        m_input->stop(m_state.KeepMicrophoneReady ? mevo::SoundInput::Afterwards::KeepReady
+                                                  : mevo::SoundInput::Afterwards::LetGo);
         // Not deleted on the spot: one of its own signals may have brought us here.
         std::exchange(m_input, nullptr)->deleteLater();
     }

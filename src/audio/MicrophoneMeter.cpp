@@ -32,7 +32,7 @@ MicrophoneMeter::~MicrophoneMeter()
 {
     if (m_input) {
         // Later: what it has told may have brought its owner to this.
-        m_input->stop();
+        m_input->stop(SoundInput::Afterwards::LetGo);
         m_input.release()->deleteLater();
     }
 }

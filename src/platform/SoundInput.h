@@ -24,8 +24,12 @@ public:
     using QObject::QObject;
     /// Takes at most `most` bytes of what has come and was not read; how many. Does not wait.
     virtual int read(char *to, int most) = 0;
-    /// Hears nothing more, and tells nothing; what has come can still be read.
-    virtual void stop() = 0;
+    enum class Afterwards {
+        LetGo,
+        KeepReady ///< the microphone waits some minutes for the next recording, which begins sooner then
+    };
+    /// Hears nothing more, and tells nothing; what has come can still be read. Once; the end lets it go.
+    virtual void stop(Afterwards afterwards) = 0;
 
 Q_SIGNALS:
     void readyRead();
@@ -45,9 +49,8 @@ public:
     /// Begins to record; null when no server is there. A server that does not answer holds up nothing: the
     /// recording begins when it does. GUI thread only; the input must go before this does.
     virtual std::unique_ptr<SoundInput> open(const SoundFormat &format) = 0;
-    /// Whether the microphone stays ready for some minutes after a recording, so that the next one begins
-    /// sooner; some desktops show that as an open microphone. Off at first.
-    virtual void setKeptReady(bool kept) = 0;
+    /// A microphone that was kept ready waits no longer.
+    virtual void letGo() = 0;
 };
 
 } // namespace mevo

@@ -203,6 +203,11 @@ void SettingsHands::channelCountChanged()
     m_window.channelCountChanged();
 }
 
+void SettingsHands::letMicrophoneGo()
+{
+    m_window.m_platform.soundInputs->letGo();
+}
+
 void SettingsHands::openSoundSettings()
 {
     for (const SoundPanel &panel : soundPanels) {

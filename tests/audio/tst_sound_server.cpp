@@ -117,7 +117,82 @@ private slots:
         QTRY_COMPARE(input->read(&sample, 1), 1); // it begins when the server answers
     }
 
+    /// Between two sessions nothing is heard, and the second one goes on with the first one's stream.
+    void aMicrophoneIsKeptReady()
+    {
+        RecorderFixture f;
+        f.state.KeepMicrophoneReady = true;
+        f.press();
+        QTRY_COMPARE(outputs("Corked"_s), list({"no"}));
+        const QStringList stream = outputs("Source Output #"_s);
+        f.recorder.OnRecordStop();
+        QTRY_COMPARE(outputs("Corked"_s), list({"yes"}));
+
+        mevo::PulseInputs others;
+        const std::unique_ptr<mevo::SoundInput> witness = others.open({16000, 1, 640});
+        const QByteArray meanwhile(8000, '\x22');
+        Player player("vmic_in"_s, 1, meanwhile);
+        QByteArray witnessed;
+        QTRY_VERIFY_WITH_TIMEOUT((witnessed += allOf(*witness)).contains(meanwhile + QByteArray(2000, '\0')),
+                                 10000);
+        witness->stop(mevo::SoundInput::Afterwards::LetGo);
+
+        f.press();
+        QCOMPARE(outputs("Source Output #"_s), stream);
+        QVERIFY(hears(f));
+        QVERIFY(!f.host.sessions.last().contains('\x22'));
+        QTRY_COMPARE(outputs("Corked"_s), list({"yes"}));
+        f.state.KeepMicrophoneReady = false;
+        f.press();
+        f.recorder.OnRecordStop();
+        QTRY_COMPARE(outputs("Corked"_s), QStringList());
+    }
+
+    void aKeptMicrophoneIsLetGo_data()
+    {
+        const Rows<int, bool, QString> row; // milliseconds, let go, command
+        row("after its time", 100, false, "");
+        row("at once where that is asked for", 600000, true, "");
+        row("when another one is the default", 600000, false, "set-default-source vmic_in.monitor");
+    }
+    void aKeptMicrophoneIsLetGo()
+    {
+        const auto [keepMs, letGo, command] = rowOf<int, bool, QString>();
+        mevo::PulseInputs inputs(keepMs);
+        const std::unique_ptr<mevo::SoundInput> input = inputs.open({16000, 1, 640});
+        QTRY_VERIFY(!allOf(*input).isEmpty());
+        input->stop(mevo::SoundInput::Afterwards::KeepReady);
+        if (keepMs > 1000) {
+            QTRY_COMPARE(outputs("Corked"_s), list({"yes"}));
+        }
+        if (letGo) {
+            inputs.letGo();
+        }
+        if (!command.isEmpty()) {
+            pactl(command);
+        }
+        QTRY_COMPARE(outputs("Corked"_s), QStringList());
+        pactl("set-default-source vmic"_s);
+    }
+
 private:
+    /// What the server says of each recording under a name.
+    static QStringList outputs(const QString &name)
+    {
+        QStringList found;
+        for (const QString &line : QString::fromUtf8(pactl("list source-outputs"_s)).split(u'\n')) {
+            if (line.trimmed().startsWith(name)) {
+                found.append(line.section(name, 1).remove(u':').trimmed());
+            }
+        }
+        return found;
+    }
+    static QByteArray allOf(mevo::SoundInput &input)
+    {
+        QByteArray all(1 << 20, '\0');
+        all.truncate(input.read(all.data(), all.size()));
+        return all;
+    }
     /// A session that hears nothing, because nothing is there.
     static void pressInVain(RecorderFixture &f)
     {

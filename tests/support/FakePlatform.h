@@ -363,13 +363,13 @@ public:
 };
 
 /// A computer without a microphone.
-class FakeSoundInputs : public mevo::SoundInputs
+class FakeSoundInputs : public Logged<mevo::SoundInputs>
 {
 public:
+    using Logged::Logged;
     QString defaultName() override { return {}; }
     std::unique_ptr<mevo::SoundInput> open(const mevo::SoundFormat &) override { return nullptr; }
-    void setKeptReady(bool kept) override { keptReady = kept; }
-    bool keptReady = false;
+    void letGo() override { m_log.add(QStringLiteral("audio let go")); }
 };
 
 class FakeNetworkState : public mevo::NetworkState

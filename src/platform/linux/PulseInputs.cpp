@@ -41,16 +41,16 @@ public:
         , m_inlet(std::make_shared<SoundInlet>(this))
     {
     }
-    ~PulseInput() override { PulseInput::stop(); }
+    ~PulseInput() override { PulseInput::stop(Afterwards::LetGo); }
     PulseInput(const PulseInput &) = delete;
     PulseInput &operator=(const PulseInput &) = delete;
 
     int read(char *to, int most) override { return m_inlet->take(to, most); }
-    void stop() override
+    void stop(Afterwards afterwards) override
     {
         if (!std::exchange(m_stopped, true)) {
             m_inlet->leave();
-            m_inputs.close(m_inlet);
+            m_inputs.close(m_inlet, afterwards);
         }
     }
     const std::shared_ptr<SoundInlet> &inlet() const { return m_inlet; }
@@ -112,19 +112,14 @@ std::unique_ptr<SoundInput> PulseInputs::open(const SoundFormat &format)
     return input;
 }
 
-void PulseInputs::setKeptReady(bool kept)
+void PulseInputs::letGo()
 {
-    m_thread.post([this, kept] {
-        m_keepsReady = kept;
-        if (!kept) {
-            dropKept();
-        }
-    });
+    m_thread.post([this] { dropKept(); });
 }
 
-void PulseInputs::close(const std::shared_ptr<SoundInlet> &inlet)
+void PulseInputs::close(const std::shared_ptr<SoundInlet> &inlet, SoundInput::Afterwards afterwards)
 {
-    m_thread.post([this, inlet] { end(inlet); });
+    m_thread.post([this, inlet, afterwards] { end(inlet, afterwards); });
 }
 
 void PulseInputs::settle(Server server)
@@ -236,12 +231,13 @@ void PulseInputs::record(const Waiting &asked)
         dropKept();
         m_recordings.back()->resume(asked.inlet);
     } else {
+        dropKept();
         m_recordings.push_back(
             std::make_unique<PulseRecording>(m_context, m_microphone, asked.format, asked.inlet));
     }
 }
 
-void PulseInputs::end(const std::shared_ptr<SoundInlet> &inlet)
+void PulseInputs::end(const std::shared_ptr<SoundInlet> &inlet, SoundInput::Afterwards afterwards)
 {
     m_waiting.remove_if([&inlet](const Waiting &waiting) { return waiting.inlet == inlet; });
     const auto found = std::find_if(m_recordings.begin(), m_recordings.end(),
@@ -251,7 +247,7 @@ void PulseInputs::end(const std::shared_ptr<SoundInlet> &inlet)
     }
     std::unique_ptr<PulseRecording> recording = std::move(*found);
     m_recordings.erase(found);
-    if (m_keepsReady && m_ready && recording->isReady()) {
+    if (afterwards == SoundInput::Afterwards::KeepReady && m_ready && recording->isReady()) {
         keep(std::move(recording));
     }
 }

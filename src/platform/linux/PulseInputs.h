@@ -32,9 +32,9 @@ public:
 
     QString defaultName() override;
     std::unique_ptr<SoundInput> open(const SoundFormat &format) override;
-    void setKeptReady(bool kept) override;
+    void letGo() override;
     /// The recording of an inlet is over.
-    void close(const std::shared_ptr<SoundInlet> &inlet);
+    void close(const std::shared_ptr<SoundInlet> &inlet, SoundInput::Afterwards afterwards);
 
 private:
     enum class Server { Away, Connecting, Here };
@@ -54,7 +54,7 @@ private:
     void askForDefault();
     void takeDefault(const pa_server_info *info);
     void record(const Waiting &asked);
-    void end(const std::shared_ptr<SoundInlet> &inlet);
+    void end(const std::shared_ptr<SoundInlet> &inlet, SoundInput::Afterwards afterwards);
     void keep(std::unique_ptr<PulseRecording> recording);
     void dropKept();
 
@@ -72,7 +72,6 @@ private:
     QByteArray m_microphone;
     std::list<Waiting> m_waiting; ///< for the connection
     std::list<std::unique_ptr<PulseRecording>> m_recordings;
-    bool m_keepsReady = false;
     std::unique_ptr<PulseRecording> m_kept;
     pa_time_event *m_keptEnd = nullptr;
 
