@@ -166,12 +166,16 @@ void askAside(QWidget *parent, const Question &question, std::function<void(int)
     QObject::connect(box, &QMessageBox::finished, box, [box, buttons, answered = std::move(answered)] {
         answered(buttons.indexOf(box->clickedButton()));
     });
-    // Above its parent, which stays in reach while the box stands; below it where there is no room.
-    box->adjustSize();
-    const QRect bar = parent->frameGeometry();
-    const int above = bar.top() - box->height() - titleBarHeight;
-    box->move(bar.center().x() - box->width() / 2, above >= 0 ? above : bar.bottom() + 1);
+    placeBeside(*box, *parent);
     box->show();
+}
+
+void placeBeside(QWidget &window, const QWidget &parent)
+{
+    window.adjustSize();
+    const QRect bar = parent.frameGeometry();
+    const int above = bar.top() - window.height() - titleBarHeight;
+    window.move(bar.center().x() - window.width() / 2, above >= 0 ? above : bar.bottom() + 1);
 }
 
 void raiseAside(QWidget *parent, const QString &title)

@@ -1,5 +1,7 @@
 #include "ui/DownloadProgressDialog.h"
 
+#include "ui/Ask.h"
+
 namespace {
 
 constexpr int steps = 1000;
@@ -16,12 +18,16 @@ DownloadProgressDialog::DownloadProgressDialog(const QString &title, const QStri
     setAutoReset(false);
     setMinimumDuration(0);
     setWindowFlag(Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_ShowWithoutActivating); // an Escape that is typed elsewhere must not cancel it
     disconnect(this, &QProgressDialog::canceled, this, &QProgressDialog::cancel);
 }
 
 void DownloadProgressDialog::start(const QString &label)
 {
     setLabelText(label);
+    if (!isVisible() && parentWidget() != nullptr) {
+        mevo::placeBeside(*this, *parentWidget());
+    }
     show();
     raise();
 }

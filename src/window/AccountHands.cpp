@@ -63,7 +63,9 @@ void AccountHands::read(KeyringPrompt prompt)
 /// What the store has told, of a reading or behind a change.
 void AccountHands::found(const SecretStore::Found &found)
 {
-    m_keyringAbsent = found.keyringAbsent;
+    if (found.answered) {
+        m_keyringAbsent = found.keyringAbsent; // one that has come and stays locked is looked at again
+    }
     if (found.answered || !m_known) { // else there is nothing new in it
         take(found);
     }

@@ -81,6 +81,16 @@ bool recognised(const Program &)
     return window().BDSR1DUsedQuantity > 0;
 }
 
+/// A receiver that is pulled out takes its count with it: it is named, so that one sees the count.
+bool recognisedAfterRemoval(const Program &program)
+{
+    if (!window().DeviceConnected) {
+        window().DongleID = QStringLiteral("02-01-001357");
+        window().dayCounts.follow();
+    }
+    return recognised(program);
+}
+
 const Action actions[] = {
     {"the network comes", [](Program &) { window().TimeOutReadInitPara(); }},
     {"a language is chosen",
@@ -106,7 +116,7 @@ const Action actions[] = {
          key(true);
          program.change(Change::Removal);
      },
-     recognised},
+     recognisedAfterRemoval},
     {"the receiver comes back",
      [](Program &program) {
          program.change(Change::Removal);
