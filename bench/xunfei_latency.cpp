@@ -121,7 +121,7 @@ int main(int argc, char *argv[])
     while (service.port == 0) {
         QThread::yieldCurrentThread();
     }
-    FakePlatform fakes;
+    ListeningPlatform fakes;
     MainState state;
     StreamingHost host(fakes.log);
     fakes.time->start = QDateTime::currentDateTimeUtc();

@@ -2349,6 +2349,14 @@ the first definition is the one that runs!</translation>
         <translation>Prefer the product's own microphone</translation>
     </message>
     <message>
+        <source>录音后麦克风保持就绪</source>
+        <translation>Keep the microphone ready</translation>
+    </message>
+    <message>
+        <source>录音后几分钟内再次录音开始得更快，首字更完整；期间不录音，但系统可能显示麦克风在使用</source>
+        <translation>For some minutes after a recording the next one begins sooner, and its first word is more complete. Nothing is recorded meanwhile, but the system may show the microphone as in use</translation>
+    </message>
+    <message>
         <source>选择麦克风：</source>
         <translation>Microphone:</translation>
     </message>

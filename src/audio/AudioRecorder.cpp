@@ -1,6 +1,6 @@
 #include "audio/AudioRecorder.h"
 
-#include "audio/DefaultMicrophone.h"
+#include "audio/CaptureFormat.h"
 #include "audio/MicrophoneChoice.h"
 #include "audio/RecorderHost.h"
 #include "audio/Samples.h"
@@ -11,17 +11,16 @@
 #include "service/Statements.h"
 #include "state/MainState.h"
 
-#include <QAudioDeviceInfo>
-#include <QAudioInput>
 #include <QBuffer>
 #include <QDebug>
+#include <QPointer>
 
 #include <utility>
 
 namespace {
 
 constexpr int ReadBufferBytes = 4096;
-constexpr int PeriodBytes = 640; ///< 20 ms of mono; the sound server's own choice would be 50 ms
+constexpr int PeriodBytes = 640; ///< 20 ms of mono
 constexpr int CloseDelay = 1;    ///< milliseconds
 constexpr int DefaultSwitchWait = 300;
 
@@ -49,12 +48,6 @@ AudioRecorder::AudioRecorder(MainState &state, mevo::Platform &platform, Recorde
         closeInput();
         m_host.giveXunFeiUp();
     });
-
-    {
-        QAudioInput probe(mevo::defaultMicrophone(), m_format);
-        SavedInputVolume = probe.volume();
-        probe.setVolume(1.0);
-    }
 
     if (m_state.FirstRunApp && m_state.DeviceConnected && m_state.IsOnline) {
         applyFirstRun();
@@ -131,14 +124,15 @@ bool AudioRecorder::switchMicrophone(const QString &name)
 
 bool AudioRecorder::makeDefault(const QString &name)
 {
-    const QString before = mevo::defaultMicrophone().deviceName();
+    mevo::SoundInputs &inputs = *m_platform.soundInputs;
+    const QString before = inputs.defaultName();
     if (!m_platform.audioRouter->switchDefault(name)) {
         qWarning().noquote() << "Recorder: cannot make" << mevo::logText(name) << "the default microphone";
         return false;
     }
-    // The new default reaches Qt's device list on a thread of its own, a little later.
+    // The sound server tells of the new default a little later.
     for (int waited = 0; waited < DefaultSwitchWait; waited += 10) {
-        const QString now = mevo::defaultMicrophone().deviceName();
+        const QString now = inputs.defaultName();
         if (now != before || mevo::isProductMicrophone(now)) {
             break;
         }
@@ -149,31 +143,20 @@ bool AudioRecorder::makeDefault(const QString &name)
 
 void AudioRecorder::InitMicDevice()
 {
-    if (m_input != nullptr) {
+    if (m_open) {
         m_initAfterClose = true; // the session that runs goes on as it began
         return;
     }
-    const QAudioDeviceInfo device = mevo::defaultMicrophone();
     m_format = mevo::captureFormat(m_state.SimulateDoubleChannel);
-    if (!device.isFormatSupported(m_format)) {
-        const QAudioFormat nearest = device.nearestFormat(m_format);
-        if (nearest.isValid()) { // it is not when there is no device; the next one may be better
-            m_format = nearest;
-        }
+    if (!m_state.DeviceConnected) {
+        return;
     }
-    if (m_state.DeviceConnected) {
-        m_deviceName = device.deviceName();
-        if (!mevo::isProductMicrophone(m_deviceName)) {
-            m_platform.notifications->message(QString(),
-                                              tr("正在使用电脑自带麦克风,如不能正常语音识别,"
-                                                 "请尝试在设置中选择其它麦克风或启用/禁用立体声混音！"),
-                                              mevo::MessageIcon::Information, 2000);
-        }
-    }
-    if (m_device) {
-        m_device->disconnect();
-        m_device = nullptr;
-        m_silence.stop();
+    m_deviceName = m_platform.soundInputs->defaultName();
+    if (!mevo::isProductMicrophone(m_deviceName)) {
+        m_platform.notifications->message(QString(),
+                                          tr("正在使用电脑自带麦克风,如不能正常语音识别,"
+                                             "请尝试在设置中选择其它麦克风或启用/禁用立体声混音！"),
+                                          mevo::MessageIcon::Information, 2000);
     }
 }
 
@@ -203,10 +186,10 @@ void AudioRecorder::OnRecordStart()
         m_streaming = false;
         m_host.closeXunFeiSocket(); // a late answer to an earlier session must not end this one
     }
-    if (m_input && !m_device) {
-        closeInput(); // the sound server has taken it away; it would never give data again
+    if (m_open && m_input == nullptr) {
+        closeInput(); // the last session had none, or lost it
     }
-    if (!m_input) {
+    if (!m_open) {
         openInput();
     }
     if (BaiDuNoStreamApi && !BaiduTokenRefreshed) {
@@ -217,26 +200,20 @@ void AudioRecorder::OnRecordStart()
 
 void AudioRecorder::openInput()
 {
-    const QAudioDeviceInfo microphone = mevo::defaultMicrophone();
-    const int channels = m_state.SimulateDoubleChannel ? 2 : 1;
-    QAudioFormat asked = m_format;
-    asked.setChannelCount(channels); // an engine may have changed its mind since InitMicDevice()
-    if (microphone.isFormatSupported(asked)) {
-        m_format = asked;
-    }
-
+    // An engine may have changed its mind since InitMicDevice().
+    m_format = mevo::captureFormat(m_state.SimulateDoubleChannel);
+    const int channels = m_format.channelCount();
     m_deadReported = false;
-    m_input = new QAudioInput(microphone, m_format, this);
-    m_input->setBufferSize(PeriodBytes * m_format.channelCount());
-    m_device = m_input->start();
-    if (!m_device) {
+    m_open = true;
+    m_input = m_platform.soundInputs->open({mevo::CaptureRate, channels, PeriodBytes * channels}).release();
+    if (m_input == nullptr) {
         reportDeadMicrophone("cannot be opened");
         return;
     }
-    connect(m_input, &QAudioInput::stateChanged, this, &AudioRecorder::onInputStateChanged);
-    connect(m_device, &QIODevice::readyRead, this, &AudioRecorder::OnReadMore);
-    SavedInputVolume = m_input->volume();
-    m_input->setVolume(1.0);
+    m_input->setParent(this);
+    connect(m_input, &mevo::SoundInput::readyRead, this, &AudioRecorder::OnReadMore);
+    connect(m_input, &mevo::SoundInput::ended, this, &AudioRecorder::inputEnded);
+    SavedInputVolume = 1.0; // nothing of ours makes it softer
     m_silence.start();
 }
 
@@ -244,35 +221,34 @@ void AudioRecorder::closeInput()
 {
     m_silence.stop();
     m_answerTimer.stop();
-    if (m_device) {
-        m_device->disconnect(this);
-        m_device = nullptr;
-    }
-    if (!m_input) {
-        return;
-    }
-    m_input->disconnect(this);
-    m_input->stop();
-    // Not deleted on the spot: one of its own signals may have brought us here.
-    m_input->deleteLater();
-    m_input = nullptr;
-    if (std::exchange(m_initAfterClose, false)) {
+    dropInput();
+    if (std::exchange(m_open, false) && std::exchange(m_initAfterClose, false)) {
         InitMicDevice();
+    }
+}
+
+void AudioRecorder::dropInput()
+{
+    if (m_input != nullptr) {
+        m_input->disconnect(this);
+        m_input->stop(m_state.KeepMicrophoneReady ? mevo::SoundInput::Afterwards::KeepReady
+                                                  : mevo::SoundInput::Afterwards::LetGo);
+        // Not deleted on the spot: one of its own signals may have brought us here.
+        std::exchange(m_input, nullptr)->deleteLater();
     }
 }
 
 void AudioRecorder::OnReadMore()
 {
-    // Reading stops only when nothing comes: the sound server may have delivered several periods
-    // under one signal, and its count of ready bytes is 0 inside readyRead().
-    for (bool more = m_device != nullptr; more && m_device;) {
+    // Several periods may have come under one signal.
+    for (bool more = true; more && m_input != nullptr;) {
         // Written in place, though receivers of earlier blocks may share the buffer: they want the
         // latest level, and no block costs an allocation.
         char *const buffer = const_cast<char *>(m_readBuffer.constData());
-        const auto length = static_cast<int>(m_device->read(buffer, mevo::MaxBlockBytes));
+        const int length = m_input->read(buffer, mevo::MaxBlockBytes);
         more = length > 0;
         if (more || FrameStatus == STATUS_LAST) {
-            processBlock(qMax(0, length));
+            processBlock(length);
         }
     }
 }
@@ -372,14 +348,12 @@ void AudioRecorder::OnStateChange(QAudio::State s)
     }
 }
 
-void AudioRecorder::onInputStateChanged(QAudio::State state)
+void AudioRecorder::inputEnded()
 {
-    if (state == QAudio::StoppedState && m_input && m_input->error() == QAudio::FatalError) {
-        reportDeadMicrophone("was taken away by the sound server");
-        m_silence.stop();
-        return;
-    }
-    OnStateChange(state);
+    OnReadMore(); // what was said before
+    reportDeadMicrophone(m_blockCount > 0 ? "was taken away by the sound server" : "cannot be opened");
+    m_silence.stop();
+    dropInput();
 }
 
 void AudioRecorder::reportDeadMicrophone(const char *reason)

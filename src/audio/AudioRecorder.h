@@ -6,17 +6,15 @@
 #include <QAudioFormat>
 #include <QByteArray>
 #include <QObject>
-#include <QPointer>
 #include <QTimer>
 
 struct MainState;
-class QAudioInput;
-class QIODevice;
 class RecorderHost;
 
 namespace mevo {
 struct Platform;
-}
+class SoundInput;
+} // namespace mevo
 
 /// Records one voice session after the other: opens the microphone for the length of a session,
 /// collects 16 kHz 16-bit mono PCM, feeds the level meter and hands the audio to the engine in force,
@@ -63,8 +61,8 @@ public:
     void loadEngineFlags();
     /// XunFei has answered after the end of a session: its next answer is waited for anew.
     void expectMoreAnswers();
-    /// The microphone is open or waits for its close.
-    bool isOpen() const { return m_input != nullptr; }
+    /// The microphone is open, be it in vain, or waits for its close.
+    bool isOpen() const { return m_open; }
 
 public slots:
     void OnRecordStart();
@@ -88,7 +86,8 @@ private:
     void closeInput();
     void processBlock(int length);
     void streamBlock(const QByteArray &block);
-    void onInputStateChanged(QAudio::State state);
+    void dropInput();
+    void inputEnded();
     void reportDeadMicrophone(const char *reason);
     int unsentMs() const;
 
@@ -98,8 +97,8 @@ private:
 
     QAudioFormat m_format;
     QString m_deviceName;
-    QAudioInput *m_input = nullptr;
-    QPointer<QIODevice> m_device; ///< belongs to the input, which deletes it when the sound server dies
+    bool m_open = false;
+    mevo::SoundInput *m_input = nullptr; ///< null while open: it could not be opened, or has ended
     QByteArray mVoiceBuffer;
     QByteArray m_readBuffer;
     QTimer m_closeTimer;

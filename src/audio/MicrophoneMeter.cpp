@@ -1,13 +1,13 @@
 #include "audio/MicrophoneMeter.h"
 
-#include "audio/DefaultMicrophone.h"
 #include "audio/Samples.h"
+#include "platform/SoundInput.h"
 
-#include <QAudioInput>
 #include <QDebug>
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -17,31 +17,22 @@ namespace {
 constexpr int periodBytes = CaptureRate / 10 * 2; ///< a tenth of a second
 } // namespace
 
-MicrophoneMeter::MicrophoneMeter(QObject *parent)
+MicrophoneMeter::MicrophoneMeter(SoundInputs &inputs, QObject *parent)
     : QObject(parent)
+    , m_input(inputs.open({CaptureRate, 1, periodBytes}))
 {
-    const QAudioDeviceInfo microphone = defaultMicrophone();
-    if (microphone.isNull() || !microphone.isFormatSupported(captureFormat(false))) {
+    if (m_input) {
+        connect(m_input.get(), &SoundInput::readyRead, this, &MicrophoneMeter::read);
+    } else {
         qInfo("Microphone level: there is none to listen to");
-        return;
-    }
-    m_input = std::make_unique<QAudioInput>(microphone, captureFormat(false));
-    m_input->setBufferSize(periodBytes);
-    m_device = m_input->start();
-    if (m_device) {
-        connect(m_device, &QIODevice::readyRead, this, &MicrophoneMeter::read);
     }
 }
 
 MicrophoneMeter::~MicrophoneMeter()
 {
-    if (m_device) {
-        m_device->disconnect(this);
-    }
     if (m_input) {
-        // Stopped first: an input that goes while it is open asks a stream that it has closed already, which
-        // ends the program. And later: going, it handles events, whatever its owner is in the midst of.
-        m_input->stop();
+        // Later: what it has told may have brought its owner to this.
+        m_input->stop(SoundInput::Afterwards::LetGo);
         m_input.release()->deleteLater();
     }
 }
@@ -49,13 +40,10 @@ MicrophoneMeter::~MicrophoneMeter()
 void MicrophoneMeter::read()
 {
     int peak = 0;
-    while (m_device) {
-        const QByteArray block = m_device->read(MaxBlockBytes);
-        for (int i = 0; i + 1 < block.size(); i += 2) {
-            peak = std::max<int>(peak, std::abs(int(qFromLittleEndian<qint16>(block.constData() + i))));
-        }
-        if (block.isEmpty()) {
-            break;
+    std::array<char, MaxBlockBytes> block{};
+    for (int size = 0; (size = m_input->read(block.data(), MaxBlockBytes)) > 0;) {
+        for (int i = 0; i + 1 < size; i += 2) {
+            peak = std::max<int>(peak, std::abs(int(qFromLittleEndian<qint16>(block.data() + i))));
         }
     }
     // The root, so that quiet speech moves it as well.

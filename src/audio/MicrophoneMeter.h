@@ -1,14 +1,13 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 
 #include <memory>
 
-class QAudioInput;
-class QIODevice;
-
 namespace mevo {
+
+class SoundInput;
+class SoundInputs;
 
 /// Listens to the default microphone for its level alone: nothing is kept or sent. It listens while it lives;
 /// one that cannot be opened is silent.
@@ -20,7 +19,8 @@ public:
     /// Greatest level that is told.
     static constexpr int highestLevel = 24;
 
-    explicit MicrophoneMeter(QObject *parent = nullptr);
+    /// `inputs` must outlive it.
+    explicit MicrophoneMeter(SoundInputs &inputs, QObject *parent = nullptr);
     ~MicrophoneMeter() override;
 
 Q_SIGNALS:
@@ -30,8 +30,7 @@ Q_SIGNALS:
 private:
     void read();
 
-    std::unique_ptr<QAudioInput> m_input;
-    QPointer<QIODevice> m_device; ///< belongs to the input, which deletes it when the sound server dies
+    std::unique_ptr<SoundInput> m_input;
 };
 
 } // namespace mevo

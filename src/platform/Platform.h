@@ -8,6 +8,7 @@
 #include "platform/OwnWindows.h"
 #include "platform/Processes.h"
 #include "platform/SecretStore.h"
+#include "platform/SoundInput.h"
 #include "platform/Speech.h"
 #include "platform/SystemServices.h"
 #include "platform/WindowSystem.h"
@@ -33,6 +34,7 @@ struct Platform
     std::unique_ptr<StartupEntry> startupEntry;
     std::unique_ptr<Registry> registry;
     std::unique_ptr<AudioRouter> audioRouter;
+    std::unique_ptr<SoundInputs> soundInputs;
     std::unique_ptr<NetworkState> networkState;
     std::unique_ptr<SingleInstance> singleInstance;
     std::unique_ptr<Notifications> notifications;

@@ -20,6 +20,7 @@ struct SettingsState
     bool HidMainUIWhenASR = false;
     bool SimulateDoubleChannel = false;
     bool OnlyUseOurDeviceMic = false;
+    bool KeepMicrophoneReady = false; ///< for some minutes after a session
 
     bool TXASRConvertNum2CNMode = false;
     bool EnableXunFeiDialect = false;

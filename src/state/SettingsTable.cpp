@@ -88,6 +88,7 @@ const std::vector<SettingRow> &settingRows()
         {"ShowTipsDlg", &S::ShowTipsDlg, nonZero},
         {"SimulateDoubleChannel", &S::SimulateDoubleChannel},
         {"OnlyUseOurDeviceMic", &S::OnlyUseOurDeviceMic},
+        {"KeepMicrophoneReady", &S::KeepMicrophoneReady},
         {"XunFeiWebApiCurrentVoiceType", &S::XunFeiWebApiCurrentVoiceType},
         {"BaiDuNoStreamApi_FastVersion", &S::BaiDuNoStreamApi_FastVersion},
         {"EnableXunFeiDialect", &S::EnableXunFeiDialect},

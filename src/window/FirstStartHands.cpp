@@ -1,6 +1,5 @@
 #include "window/FirstStartHands.h"
 
-#include "audio/DefaultMicrophone.h"
 #include "base/RunAside.h"
 #include "base/SettingsFile.h"
 #include "device/ReceiverDiscovery.h"
@@ -117,7 +116,7 @@ void FirstStartHands::look(Wish wish)
     const auto found = std::make_shared<Hardware>();
     Hid *const hid = m_window.m_platform.hid.get();
     AudioRouter *const router = m_window.m_platform.audioRouter.get();
-    found->microphone = router == nullptr && !defaultMicrophone().isNull();
+    found->microphone = router == nullptr && !m_window.m_platform.soundInputs->defaultName().isEmpty();
     runAside(
         this,
         [found, hid, router] {

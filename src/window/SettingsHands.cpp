@@ -203,6 +203,11 @@ void SettingsHands::channelCountChanged()
     m_window.channelCountChanged();
 }
 
+void SettingsHands::letMicrophoneGo()
+{
+    m_window.m_platform.soundInputs->letGo();
+}
+
 void SettingsHands::openSoundSettings()
 {
     for (const SoundPanel &panel : soundPanels) {
@@ -219,7 +224,7 @@ void SettingsHands::watchMicrophone(std::function<void(int)> heard)
 {
     m_meter.reset();
     if (heard) {
-        m_meter = std::make_unique<MicrophoneMeter>();
+        m_meter = std::make_unique<MicrophoneMeter>(*m_window.m_platform.soundInputs);
         QObject::connect(m_meter.get(), &MicrophoneMeter::heard, m_meter.get(), std::move(heard));
     }
 }

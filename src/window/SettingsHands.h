@@ -52,6 +52,7 @@ public:
     QString currentMicrophone() override;
     bool switchMicrophone(const QString &name) override;
     void channelCountChanged() override;
+    void letMicrophoneGo() override;
     void openSoundSettings() override;
     void watchMicrophone(std::function<void(int level)> heard) override;
     void chooseMouse(const MouseGroup &group, int place) override;

@@ -3,7 +3,7 @@
 #include "audio/AudioRecorder.h"
 #include "audio/RecorderHost.h"
 #include "state/MainState.h"
-#include "support/FakePlatform.h"
+#include "support/ListeningPlatform.h"
 #include "support/ScratchHome.h"
 #include "support/Texts.h"
 
@@ -80,7 +80,7 @@ struct RecorderFixture
     /// The messages that the user has seen.
     QStringList messages() const { return fakes.log.calls("message "_s); }
 
-    FakePlatform fakes;
+    ListeningPlatform fakes;
     MainState state;
     FakeHost host{fakes.log};
     AudioRecorder recorder;

@@ -93,6 +93,7 @@ public:
         return !refuses;
     }
     void channelCountChanged() override { note("channels", QString::number(m_state.SimulateDoubleChannel)); }
+    void letMicrophoneGo() override { note("let go"); }
     void openSoundSettings() override { note("sound"); }
     void watchMicrophone(std::function<void(int)> to) override { heard = std::move(to); }
     void chooseMouse(const mevo::MouseGroup &group, int place) override

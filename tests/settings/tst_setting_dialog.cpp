@@ -39,6 +39,7 @@ const std::vector<Box> boxes{
      LIVE(DontSend2ScreenWhenCmdStatus)},
     {"checkBox_SimulateDoubleChannel", "SimulateDoubleChannel", LIVE(SimulateDoubleChannel)},
     {"checkBox_OnlyUseOurDeviceMic", "OnlyUseOurDeviceMic", LIVE(OnlyUseOurDeviceMic)},
+    {"checkBox_KeepMicrophoneReady", "KeepMicrophoneReady", LIVE(KeepMicrophoneReady)},
     {"checkBox_UseRightChannelVoice", "UseRightChannelVoice", nullptr},
     {"checkBox_TXASRConvertNum2CNMode", "TXASRConvertNum2CNMode", LIVE(TXASRConvertNum2CNMode)},
     {"checkBox_AddPunctuationWhenEnd", "AddPunctuationWhenEnd", LIVE(AddPunctuationWhenEnd), true},
@@ -967,6 +968,10 @@ private Q_SLOTS:
         QVERIFY(box->isEnabled() && opened.host.take().isEmpty());
         opened.click("checkBox_SimulateDoubleChannel");
         QCOMPARE(opened.host.take(), list({"channels 1"}));
+        opened.click("checkBox_KeepMicrophoneReady");
+        QVERIFY(opened.host.take().isEmpty());
+        opened.click("checkBox_KeepMicrophoneReady");
+        QCOMPARE(opened.host.take(), list({"let go"})); // at once
         box->setFocus();
         QTest::keyClick(box, Qt::Key_End);
         QCOMPARE(opened.host.take(), list({"sound"}));

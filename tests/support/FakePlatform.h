@@ -362,6 +362,16 @@ public:
     std::function<void()> slow; ///< runs before an answer to another thread than the application's
 };
 
+/// A computer without a microphone.
+class FakeSoundInputs : public Logged<mevo::SoundInputs>
+{
+public:
+    using Logged::Logged;
+    QString defaultName() override { return {}; }
+    std::unique_ptr<mevo::SoundInput> open(const mevo::SoundFormat &) override { return nullptr; }
+    void letGo() override { m_log.add(QStringLiteral("audio let go")); }
+};
+
 class FakeNetworkState : public mevo::NetworkState
 {
 public:
@@ -495,6 +505,7 @@ struct FakePlatform
     FakeStartupEntry *startupEntry;
     FakeRegistry *registry;
     FakeAudioRouter *audioRouter;
+    FakeSoundInputs *soundInputs;
     FakeNetworkState *networkState;
     FakeSingleInstance *singleInstance;
     FakeNotifications *notifications;

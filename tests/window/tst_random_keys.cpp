@@ -4,7 +4,7 @@
 // MEVO_SCRIPTS tells how many scripts are run (200), MEVO_SEED with which seed (1).
 
 #include "audio/AudioRecorder.h"
-#include "support/FakePlatform.h"
+#include "support/ListeningPlatform.h"
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
 #include "ui/Ask.h"
@@ -136,7 +136,7 @@ public:
         return false;
     }
 
-    FakePlatform fake;
+    ListeningPlatform fake;
     std::unique_ptr<MainWindow> window;
 
 private:

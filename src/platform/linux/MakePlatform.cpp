@@ -12,6 +12,7 @@
 #include "platform/linux/LinuxTime.h"
 #include "platform/linux/NoRegistry.h"
 #include "platform/linux/PulseAudioRouter.h"
+#include "platform/linux/PulseInputs.h"
 #include "platform/linux/QtClipboard.h"
 #include "platform/linux/RouteNetworkState.h"
 #include "platform/linux/UdevNotifier.h"
@@ -57,6 +58,7 @@ std::unique_ptr<Platform> makePlatform()
     platform->startupEntry = std::make_unique<XdgStartupEntry>();
     platform->registry = std::make_unique<NoRegistry>();
     platform->audioRouter = std::make_unique<PulseAudioRouter>();
+    platform->soundInputs = std::make_unique<PulseInputs>();
     platform->networkState = std::make_unique<RouteNetworkState>([] {
         static const bool local = [] {
             BackendEndpoints backend;

@@ -69,6 +69,7 @@ public Q_SLOTS:
     void on_checkBox_AsrOffline_clicked(bool on);
     void on_checkBox_SimulateDoubleChannel_clicked(bool on);
     void on_checkBox_OnlyUseOurDeviceMic_clicked(bool on);
+    void on_checkBox_KeepMicrophoneReady_clicked(bool on);
     void on_comboBox_MICDeviceList_activated(int index);
     void on_comboBox_SwitchVoiceMode_currentIndexChanged(int index);
     void on_checkBox_NetworkProxy_clicked(bool on);

@@ -154,6 +154,12 @@ std::vector<ControlRow> outputRows()
               QT_TRANSLATE_NOOP("CSettingDialog", "优先使用产品自带麦克风录音"), "OnlyUseOurDeviceMic")
             .line()
             .slot(),
+        check("checkBox_KeepMicrophoneReady", QT_TRANSLATE_NOOP("CSettingDialog", "录音后麦克风保持就绪"),
+              "KeepMicrophoneReady")
+            .tip(QT_TRANSLATE_NOOP(
+                "CSettingDialog",
+                "录音后几分钟内再次录音开始得更快，首字更完整；期间不录音，但系统可能显示麦克风在使用"))
+            .slot(),
         choice("comboBox_MICDeviceList", QT_TRANSLATE_NOOP("CSettingDialog", "选择麦克风："), nullptr, {})
             .line()
             .slot(),

@@ -62,6 +62,17 @@ void CSettingDialog::on_checkBox_OnlyUseOurDeviceMic_clicked(bool on)
     }
 }
 
+void CSettingDialog::on_checkBox_KeepMicrophoneReady_clicked(bool on)
+{
+    if (m_filling) {
+        return;
+    }
+    store("MainSetting", "KeepMicrophoneReady", on, on);
+    if (!on) {
+        m_host.letMicrophoneGo();
+    }
+}
+
 /// Later: opening a microphone takes the sound server a moment, which the window need not wait for.
 void CSettingDialog::watchMicrophone(bool on)
 {

@@ -64,6 +64,8 @@ public:
     virtual bool switchMicrophone(const QString &name) = 0;
     /// One channel or two are wanted now.
     virtual void channelCountChanged() = 0;
+    /// A microphone that was kept ready for the next session waits no longer.
+    virtual void letMicrophoneGo() = 0;
     virtual void openSoundSettings() = 0;
     /// Tells the microphone's level, 0 to MicrophoneMeter::highestLevel, until it is called with null.
     virtual void watchMicrophone(std::function<void(int level)> heard) = 0;
