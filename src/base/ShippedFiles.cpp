@@ -80,6 +80,8 @@ void bringShippedFiles(const QStringList &sources, const QString &target, int lo
     if (!lock.tryLock(lockWaitMs)) {
         if (lock.error() == QLockFile::LockFailedError) {
             qWarning("Shipped files: another program is bringing them, and does not come to an end");
+        } else { // a disk that is full, it may be
+            qWarning().noquote() << "Shipped files: nothing can be brought to" << target;
         }
         return;
     }

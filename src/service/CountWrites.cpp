@@ -5,13 +5,37 @@
 
 namespace mevo {
 
-CountWrite translationWrite(MainState &state)
+namespace {
+
+Statement statementOf(CountColumn column)
 {
-    const int count = state.dayCounts.used(CountColumn::Translation);
-    return {
-        state.dayCounts.receiver(), CountColumn::Translation, count,
-        deviceStatement(Statement::WriteDeviceColumns, state.SchemaName,
-                        {QStringLiteral("BDFY1MUsedQuantity=%1").arg(count), state.dayCounts.receiverId()})};
+    switch (column) {
+    case CountColumn::Baidu:
+        return Statement::CountBaidu;
+    case CountColumn::Tencent:
+        return Statement::CountTencent;
+    case CountColumn::XunFei:
+        return Statement::CountXunFei;
+    case CountColumn::Translation:
+        break;
+    }
+    return Statement::WriteDeviceColumns;
+}
+
+} // namespace
+
+CountWrite countWrite(CountColumn column, MainState &state, const QString &time, const QString &stamp)
+{
+    const int count = state.dayCounts.used(column);
+    QStringList values;
+    if (column == CountColumn::Translation) {
+        values.append(QStringLiteral("BDFY1MUsedQuantity=%1").arg(count));
+    } else {
+        values = QStringList{QString::number(count), time, QString::number(state.CurrentVersion), stamp};
+    }
+    values.append(state.dayCounts.receiverId());
+    return {state.dayCounts.receiver(), column, count,
+            deviceStatement(statementOf(column), state.SchemaName, values)};
 }
 
 void CountWrites::add(const CountWrite &write)

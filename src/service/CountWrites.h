@@ -22,8 +22,10 @@ struct CountWrite
     QString statement;
 };
 
-/// The write of the translations' count as it stands, for the receiver at hand.
-CountWrite translationWrite(MainState &state);
+/// The write of a column's count as it stands, for the receiver at hand. `time`, as the record has it, and
+/// `stamp`, of the build, are told along with the speech engines' counts.
+CountWrite countWrite(CountColumn column, MainState &state, const QString &time = {},
+                      const QString &stamp = {});
 
 /// Lets counts out so that an older one never comes after a newer one: of each receiver and column one is on
 /// its way, the next one waits for its end, and one that comes meanwhile takes the place of the one that

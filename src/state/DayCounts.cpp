@@ -78,9 +78,8 @@ void DayCounts::follow()
 void DayCounts::receiverLeft()
 {
     m_state.CountersLocked = true;
-    if (atHand().id.isEmpty() && !atHand().numberGiven) {
-        bringForward(m_atHand); // nobody knows it, and nobody counts for it
-        return;
+    if (atHand().id.isEmpty()) {
+        return; // what has been counted since the one before is of the one that comes
     }
     layAside();
     m_receivers.push_back(newcomer());
@@ -121,7 +120,6 @@ int DayCounts::indexOf(int receiver)
 int DayCounts::receiver()
 {
     follow();
-    atHand().numberGiven = true;
     return m_atHand + 1;
 }
 

@@ -88,7 +88,6 @@ private:
     {
         QString id;                  ///< empty while it has not been known yet
         bool read = false;           ///< its record, since it was plugged in
-        bool numberGiven = false;    ///< somebody may still count for it
         int same = -1;               ///< it has turned out to be this one
         std::array<Count, 4> kept{}; ///< while another one is at hand
         std::array<int, 4> sent{};   ///< whether it has been taken may not be known

@@ -53,7 +53,7 @@ void Parser::count(int receiver)
 {
     const mevo::TranslationCount count = mevo::countTranslation(m_state, receiver);
     if (count.written) {
-        m_api.WriteCount(mevo::translationWrite(m_state));
+        m_api.WriteCount(mevo::countWrite(mevo::CountColumn::Translation, m_state));
     }
     if (count.limitReached) {
         const QString text =

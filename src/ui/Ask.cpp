@@ -65,7 +65,6 @@ WindowId windowInUse()
 
 namespace {
 
-constexpr int titleBarHeight = 40; ///< about, whatever the window manager
 const QString asideName = QStringLiteral("QuestionAside");
 
 /// The buttons in their order.
@@ -173,9 +172,7 @@ void askAside(QWidget *parent, const Question &question, std::function<void(int)
 void placeBeside(QWidget &window, const QWidget &parent)
 {
     window.adjustSize();
-    const QRect bar = parent.frameGeometry();
-    const int above = bar.top() - window.height() - titleBarHeight;
-    window.move(bar.center().x() - window.width() / 2, above >= 0 ? above : bar.bottom() + 1);
+    window.move(besidePlace(parent.screen()->availableGeometry(), window.size(), parent.frameGeometry()));
 }
 
 void raiseAside(QWidget *parent, const QString &title)

@@ -42,8 +42,8 @@ void raiseQuestions();
 /// Asks without holding anything up, in a box that comes without the focus; `answered` is told what ask()
 /// would answer. Nothing is told when `parent` goes first.
 void askAside(QWidget *parent, const Question &question, std::function<void(int)> answered);
-/// Places a window that stands for a while above its parent, which stays in reach; below it where there is no
-/// room.
+/// Places a window that stands for a while above its parent, which stays in reach, or else beside it; on the
+/// parent's screen.
 void placeBeside(QWidget &window, const QWidget &parent);
 /// Brings the questions of askAside() with this title that stand over `parent` to the front and gives them
 /// the focus.

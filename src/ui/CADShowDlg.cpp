@@ -268,12 +268,11 @@ void CADShowDlg::startSlide()
     }
     // The picture may have taken a minute to come: what held for the notice then need not hold now.
     const std::optional<int> bottom =
-        m_place ? m_place(*this, m_waitedMs) : std::optional<int>(availableGeometry().bottom() + 1);
+        m_place ? m_place(*this) : std::optional<int>(availableGeometry().bottom() + 1);
     if (bottom) {
         slideTo(*bottom);
         return;
     }
-    m_waitedMs += askAgainMs;
     QTimer::singleShot(askAgainMs, this, &CADShowDlg::startSlide);
 }
 

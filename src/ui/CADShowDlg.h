@@ -35,13 +35,15 @@ public:
                         mevo::OwnWindows *desktop = nullptr);
 
     /// Says where a notice that is ready comes to stand, as the y behind its last row; nothing while it is
-    /// not its turn, and it asks again a little later. `waitedMs` is how long it has been ready.
-    using Place = std::function<std::optional<int>(const CADShowDlg &notice, int waitedMs)>;
+    /// not its turn, and it asks again a little later.
+    using Place = std::function<std::optional<int>(const CADShowDlg &notice)>;
     /// Without a place it stands at the bottom of the screen, at once. To be set before the notice is taken.
     void setPlace(Place place) { m_place = std::move(place); }
     /// Where it stands at the end of its slide; empty while it is not shown.
     QRect standing() const { return isVisible() ? QRect(x(), m_finalTop, width(), height()) : QRect(); }
     bool isPointerOver() const { return m_pointerIn; }
+    /// Seconds since the end of its slide; they end with its stay.
+    int stoodSeconds() const { return m_elapsed; }
 
     /// Between two questions for its place.
     static constexpr int askAgainMs = 500;
@@ -99,7 +101,6 @@ private:
     QWidget *m_page = nullptr;
     QLabel *m_address = nullptr;
     QTimer m_slide, m_stay, m_fade;
-    int m_waitedMs = 0; ///< for its turn
     int m_elapsed = 0;  ///< seconds of the stay
     int m_opacity = 10; ///< tenths
     int m_top = 0;      ///< of the window, as the slide has it

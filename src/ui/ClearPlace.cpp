@@ -48,4 +48,26 @@ QRect uncoveredPlace(const QRect &screen, const QSize &size, const QRect &taken)
     return above.height() >= leastHeight ? above : middle;
 }
 
+QPoint besidePlace(const QRect &screen, const QSize &size, const QRect &bar)
+{
+    const QSize framed(size.width(), size.height() + frame);
+    const int above = bar.top() - framed.height();
+    const int below = bar.bottom() + 1;
+    int x = bar.center().x() - framed.width() / 2;
+    int y = above;
+    if (above < screen.top()) {
+        y = below;
+        if (below + framed.height() > screen.bottom() + 1) { // beside it
+            x = bar.left() - framed.width();
+            x = x >= screen.left() ? x : bar.right() + 1;
+            y = bar.top();
+        }
+    }
+    const auto within = [](int place, int length, int from, int to) {
+        return std::max(from, std::min(place, to - length));
+    };
+    return {within(x, framed.width(), screen.left(), screen.right() + 1),
+            within(y, framed.height(), screen.top(), screen.bottom() + 1)};
+}
+
 } // namespace mevo

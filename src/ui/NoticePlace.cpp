@@ -28,4 +28,13 @@ std::optional<int> noticeBottom(const QRect &room, int height, const QVector<QRe
     return std::nullopt;
 }
 
+int noticeThatYields(const QVector<OpenNotice> &notices)
+{
+    constexpr int readSeconds = 60;
+    const auto found = std::find_if(notices.begin(), notices.end(), [](const OpenNotice &notice) {
+        return notice.shown && !notice.pointerOver && notice.stoodSeconds >= readSeconds;
+    });
+    return found == notices.end() ? -1 : int(found - notices.begin());
+}
+
 } // namespace mevo

@@ -12,4 +12,17 @@ namespace mevo {
 /// none; alone it is placed in any case.
 std::optional<int> noticeBottom(const QRect &room, int height, const QVector<QRect> &standing);
 
+/// A notice that is open, as the choice of the one that yields sees it.
+struct OpenNotice
+{
+    bool shown = false;
+    bool pointerOver = false;
+    int stoodSeconds = 0; ///< since the end of its slide
+};
+
+/// Which notice a newer one takes the place of, of all in the order in which they came: the oldest one that
+/// has stood for a minute, so that it can have been read, and is not under the pointer. -1 while there is
+/// none.
+int noticeThatYields(const QVector<OpenNotice> &notices);
+
 } // namespace mevo

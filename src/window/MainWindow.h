@@ -360,6 +360,7 @@ private:
     void writeSettings(const std::vector<mevo::SettingWrite> &writes);
     void carryOut(const mevo::EngineChange &change);
     bool tellBackend(const QString &statement);
+    bool tellKnownRecord(const QString &statement);
     bool tellUntoldChoice();
     bool isEngineUntold() const;
     void markChoiceUntold();
@@ -407,16 +408,20 @@ private:
     void unlockCounters();
     /// For counters that are locked because a reading has failed: one more, in a while.
     void readRecordLater();
+    void readRecordInQuiet();
     /// Connects the push socket once the backend is there; one that is connected stays so.
     void openPushSocket();
     void pushNetworkChanged();
     /// Shows the notices that wait, once nobody speaks and no text is on its way.
     void showNotices();
     void showNotice(const QString &frame);
+    bool hasRoomForNotice();
+    /// The notice that a newer one takes the place of; null while none does.
+    CADShowDlg *noticeThatYields() const;
     /// Nobody is to be disturbed just now.
     bool isNoTimeForNotices() const;
     /// Where a notice that is ready comes to stand, once it is its turn.
-    std::optional<int> placeOfNotice(const CADShowDlg &notice, int waitedMs);
+    std::optional<int> placeOfNotice(const CADShowDlg &notice);
     /// A notice must not cover the bar or the talk window, which stands above the bar.
     void keepNoticesBelow();
     /// Ends the push socket and the notices that are open.
@@ -431,13 +436,8 @@ private:
     /// The reading ends with its receiver, with the program, and where a later one has been answered.
     bool goesOn(const RecordReading &reading) const;
     bool readDeviceRecord(RecordReading &reading);
-    struct UntoldChoices
-    {
-        mevo::RecordChoices columns;
-        bool engine = false;
-    };
-    void createDeviceRecord(const RecordReading &reading, const UntoldChoices &before);
-    void tellNewRecord(const UntoldChoices &before);
+    void createDeviceRecord(const RecordReading &reading);
+    void tellAgain();
     bool moveToOtherServers(const QJsonObject &row);
     void applyDeviceRecord(const QJsonObject &row, bool choiceTold, const RecordReading &reading);
     void applyRecordVersion(const QJsonObject &row);

@@ -429,7 +429,7 @@ bool MainWindow::tellUntoldChoice()
 }
 
 /// One statement at a time, since two could reach the record in either order: an engine that is chosen during
-/// the wait is told by the next one. The mark of a choice goes when what is in force has been answered.
+/// the wait is told by the next one. The mark of a choice goes when the record has what is in force.
 void MainWindow::tellEngine()
 {
     if (m_tellingEngine) {
@@ -440,11 +440,11 @@ void MainWindow::tellEngine()
     do {
         m_engineWaiting = false;
         const QString statement = mevo::engineStatement(*m_recorder, SchemaName, DongleID);
-        const bool answered = tellBackend(statement);
+        const bool told = tellKnownRecord(statement);
         if (m_recorder == nullptr) {
             return; // an exit came through the wait
         }
-        if (answered && statement == mevo::engineStatement(*m_recorder, SchemaName, DongleID)) {
+        if (told && statement == mevo::engineStatement(*m_recorder, SchemaName, DongleID)) {
             forgetUntoldEngine();
         }
     } while (m_engineWaiting && !LocalEnableASR3 && !isLeaving());
@@ -465,6 +465,14 @@ void MainWindow::markChoiceUntold()
 void MainWindow::runBackendSql(const QString &statement)
 {
     tellBackend(statement);
+}
+
+/// Whether the record has what it is told. Before it has been read nobody knows that there is one, and the
+/// backend answers all the same.
+bool MainWindow::tellKnownRecord(const QString &statement)
+{
+    const bool known = dayCounts.isRead();
+    return tellBackend(statement) && known;
 }
 
 /// Whether the backend has answered. Without a receiver there is no record that could hear of it.

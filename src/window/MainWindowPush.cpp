@@ -19,11 +19,10 @@
 
 namespace {
 
-/// More notices than this are not open at once: a newer one closes the oldest.
+/// More notices than this are not open at once: a newer one waits until one goes or yields.
 constexpr int mostNotices = 5;
+constexpr int mostWaitingNotices = 50;
 constexpr int noticePauseMs = 500;
-/// For room on the screen; then the oldest one that stands gives way.
-constexpr int longestNoticeWaitMs = 60000;
 
 } // namespace
 
@@ -92,7 +91,8 @@ void MainWindow::onOrvWebSocketConnected()
 void MainWindow::onOrvWebSocketTextMessageReceived(QString message)
 {
     m_waitingNotices.append(message);
-    if (m_waitingNotices.size() > mostNotices) {
+    if (m_waitingNotices.size() > mostWaitingNotices) {
+        qWarning("Push: too many notices wait, the oldest one is dropped");
         m_waitingNotices.removeFirst();
     }
     showNotices();
@@ -105,13 +105,41 @@ void MainWindow::showNotices()
     }
     // A picture or the web engine may hold the program for a moment, and somebody is speaking or a text is on
     // its way.
-    if (isNoTimeForNotices()) {
-        m_noticesLater.start(noticePauseMs);
-        return;
+    while (!m_waitingNotices.isEmpty()) {
+        if (isNoTimeForNotices() || !hasRoomForNotice()) {
+            m_noticesLater.start(noticePauseMs);
+            return;
+        }
+        showNotice(m_waitingNotices.takeFirst());
     }
-    for (const QString &message : std::exchange(m_waitingNotices, {})) {
-        showNotice(message);
+}
+
+/// Not when so many are open that a newer one has to wait.
+bool MainWindow::hasRoomForNotice()
+{
+    m_openNotices.removeAll(QPointer<CADShowDlg>());
+    if (m_openNotices.size() < mostNotices) {
+        return true;
     }
+    CADShowDlg *const oldest = noticeThatYields();
+    if (oldest == nullptr) {
+        return false;
+    }
+    m_openNotices.removeAll(QPointer<CADShowDlg>(oldest));
+    oldest->close();
+    return true;
+}
+
+CADShowDlg *MainWindow::noticeThatYields() const
+{
+    QVector<mevo::OpenNotice> notices;
+    for (const QPointer<CADShowDlg> &notice : m_openNotices) {
+        notices.append(notice.isNull() ? mevo::OpenNotice()
+                                       : mevo::OpenNotice{!notice->standing().isEmpty(),
+                                                          notice->isPointerOver(), notice->stoodSeconds()});
+    }
+    const int index = mevo::noticeThatYields(notices);
+    return index < 0 ? nullptr : m_openNotices[index].data();
 }
 
 bool MainWindow::isNoTimeForNotices() const
@@ -119,25 +147,21 @@ bool MainWindow::isNoTimeForNotices() const
     return Recording || isTyping() || ExitInProgress || m_leaving;
 }
 
-std::optional<int> MainWindow::placeOfNotice(const CADShowDlg &notice, int waitedMs)
+std::optional<int> MainWindow::placeOfNotice(const CADShowDlg &notice)
 {
     if (isNoTimeForNotices() || isLeaving()) {
         return std::nullopt;
     }
     QVector<QRect> standing;
-    CADShowDlg *oldest = nullptr;
     for (const QPointer<CADShowDlg> &other : qAsConst(m_openNotices)) {
-        if (other.isNull() || other == &notice || other->standing().isEmpty()) {
-            continue;
-        }
-        standing.append(other->standing());
-        if (oldest == nullptr && !other->isPointerOver()) {
-            oldest = other;
+        if (!other.isNull() && other != &notice && !other->standing().isEmpty()) {
+            standing.append(other->standing());
         }
     }
     const auto bottom =
         mevo::noticeBottom(QGuiApplication::primaryScreen()->availableGeometry(), notice.height(), standing);
-    if (!bottom && waitedMs >= longestNoticeWaitMs && oldest != nullptr) {
+    CADShowDlg *const oldest = bottom ? nullptr : noticeThatYields();
+    if (oldest != nullptr) {
         oldest->close(); // and there may be room at the next look
     }
     return bottom;
@@ -145,17 +169,10 @@ std::optional<int> MainWindow::placeOfNotice(const CADShowDlg &notice, int waite
 
 void MainWindow::showNotice(const QString &frame)
 {
-    m_openNotices.removeAll(QPointer<CADShowDlg>());
-    while (m_openNotices.size() >= mostNotices) {
-        if (CADShowDlg *const oldest = m_openNotices.takeFirst()) {
-            oldest->close();
-        }
-    }
     auto *const notice = new CADShowDlg(*m_cipher, mevo::chosenProxy(*this), mevo::noticePageMaker, this,
                                         m_platform.ownWindows.get());
     m_openNotices.append(notice);
-    notice->setPlace(
-        [this](const CADShowDlg &ready, int waitedMs) { return placeOfNotice(ready, waitedMs); });
+    notice->setPlace([this](const CADShowDlg &ready) { return placeOfNotice(ready); });
     connect(notice, &CADShowDlg::linkWanted, this,
             [this](const QUrl &address) { openWebPage(QString::fromLatin1(address.toEncoded())); });
     notice->onTextMessageReceived(frame);

@@ -67,7 +67,6 @@ bool MainWindow::goesOn(const RecordReading &reading) const
 /// False when nothing more is to be done for this reading.
 bool MainWindow::readDeviceRecord(RecordReading &reading)
 {
-    const UntoldChoices before{mevo::untoldChoices(mevo::SettingsFile()), isEngineUntold()};
     tellUntoldColumns();
     const bool choiceTold = goesOn(reading) && tellUntoldChoice();
     if (!goesOn(reading)) {
@@ -94,7 +93,7 @@ bool MainWindow::readDeviceRecord(RecordReading &reading)
         return false;
     }
     if (content->items != 1) {
-        createDeviceRecord(reading, before);
+        createDeviceRecord(reading);
         return true;
     }
     if (content->rows.empty()) {
@@ -147,7 +146,7 @@ void MainWindow::tellRecordNow(const mevo::RecordChoices &choices, const QString
     m_columnsWaiting = false;
     {
         const QScopedValueRollback<bool> one(m_tellingColumns, true);
-        if (tellBackend(statement)) {
+        if (tellKnownRecord(statement)) {
             dropTold(choices);
         }
     }
@@ -185,16 +184,14 @@ void MainWindow::tellUntoldColumns()
             return;
         }
         tried = choices;
-        if (tellBackend(mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
-                                              {mevo::assignments(choices), DongleID}))) {
+        if (tellKnownRecord(mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
+                                                  {mevo::assignments(choices), DongleID}))) {
             dropTold(choices);
         }
     }
 }
 
-/// `before` is what the backend had not heard before the reading: told since, but there was no row to hold
-/// it.
-void MainWindow::createDeviceRecord(const RecordReading &reading, const UntoldChoices &before)
+void MainWindow::createDeviceRecord(const RecordReading &reading)
 {
     qInfo() << "Device record: the backend has none for this receiver, and is told to make one";
     const int cutOff = m_webApi->cutOffCount();
@@ -219,39 +216,33 @@ void MainWindow::createDeviceRecord(const RecordReading &reading, const UntoldCh
         return;
     }
     mevo::applyNewRecord(*this);
+    // What the user has chosen stands above the defaults of a new row.
+    QJsonObject chosen;
+    const mevo::RecordChoices untold = mevo::untoldChoices(mevo::SettingsFile());
+    for (auto each = untold.cbegin(); each != untold.cend(); ++each) {
+        chosen.insert(each.key(), QString::number(each.value()));
+    }
+    if (!chosen.isEmpty()) {
+        mevo::applyRecordColumns(*this, chosen, isXpClass());
+    }
     dayCounts.recordRead();
     mevo::unmarkAllowances(*this);
-    tellNewRecord(before);
+    tellAgain();
     unlockCounters();
     if (InitDone) {
         BuildAsrLanMenu(false, false);
     }
 }
 
-/// What the user has chosen is put above the defaults of a new row, and the row is told.
-void MainWindow::tellNewRecord(const UntoldChoices &before)
+/// What has been told before the record was known to be there is told once more.
+void MainWindow::tellAgain()
 {
-    mevo::RecordChoices choices = before.columns;
-    const mevo::RecordChoices later = mevo::untoldChoices(mevo::SettingsFile());
-    for (auto each = later.cbegin(); each != later.cend(); ++each) {
-        choices.insert(each.key(), each.value());
-    }
-    if (!choices.isEmpty()) {
-        QJsonObject row;
-        for (auto each = choices.cbegin(); each != choices.cend(); ++each) {
-            row.insert(each.key(), QString::number(each.value()));
+    QTimer::singleShot(0, this, [this] {
+        tellUntoldColumns();
+        if (isEngineUntold() && !isLeaving() && m_recorder != nullptr) {
+            tellEngine();
         }
-        mevo::applyRecordColumns(*this, row, isXpClass());
-        tellRecord(choices);
-    }
-    if (before.engine || isEngineUntold()) {
-        markChoiceUntold();
-        QTimer::singleShot(0, this, [this] {
-            if (!isLeaving() && m_recorder != nullptr) {
-                tellEngine();
-            }
-        });
-    }
+    });
 }
 
 /// The record names other servers: they are stored, and the program starts anew to use them. False when it
@@ -301,7 +292,10 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, cons
     const int storedSmallLan = ShowXFSmallLan;
     const bool inputMethod = LocalEnableASR3;
     const mevo::RecordEffects effects = mevo::applyRecordColumns(*this, row, isXpClass());
-    dayCounts.recordRead();
+    if (!dayCounts.isRead()) {
+        dayCounts.recordRead();
+        tellAgain();
+    }
     {
         mevo::SettingsFile settings;
         for (const mevo::RecordSetting &setting : effects.settings) {
@@ -386,6 +380,9 @@ void MainWindow::sayThatVersionIsOld(const QString &text, bool ends)
         qInfo("Device record: a newer version is %s", ends ? "demanded, and the program ends" : "offered");
         mevo::ask(this, {tr("版本更新"), text, {tr("确定")}, true});
         m_versionBoxOpen = false;
+        if (isLeaving()) {
+            return; // which has closed the box
+        }
         openWebPage(DownloadDrvWeb);
         if (ends) {
             exitByItself();

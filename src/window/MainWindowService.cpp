@@ -104,19 +104,7 @@ void MainWindow::updateRecCountsTimerOut()
 
 void MainWindow::flushCounter(mevo::CountColumn column)
 {
-    if (column == mevo::CountColumn::Translation) {
-        m_webApi->WriteCount(mevo::translationWrite(*this));
-        return;
-    }
-    const mevo::Statement statement = column == mevo::CountColumn::Baidu     ? mevo::Statement::CountBaidu
-                                      : column == mevo::CountColumn::Tencent ? mevo::Statement::CountTencent
-                                                                             : mevo::Statement::CountXunFei;
-    const int count = dayCounts.used(column);
-    m_webApi->WriteCount(
-        {dayCounts.receiver(), column, count,
-         mevo::deviceStatement(statement, SchemaName,
-                               {QString::number(count), recordTime(), QString::number(CurrentVersion),
-                                m_buildStamp, dayCounts.receiverId()})});
+    m_webApi->WriteCount(mevo::countWrite(column, *this, recordTime(), m_buildStamp));
 }
 
 void MainWindow::flushUntoldCounters()
@@ -143,13 +131,24 @@ void MainWindow::readRecordLater()
         return;
     }
     m_recordLater = true;
-    m_platform.time->callAfter(recordLaterMs, this, [this] {
+    m_platform.time->callAfter(recordLaterMs, this, [this] { readRecordInQuiet(); });
+}
+
+/// A record may show a box, change the engine and end the program: it waits until nobody speaks, however long
+/// that takes.
+void MainWindow::readRecordInQuiet()
+{
+    if (!CountersLocked || !BackendReachable || isLeaving()) {
         m_recordLater = false;
-        if (CountersLocked && BackendReachable && !isLeaving()) {
-            qInfo() << "Device record: it has not been read yet, once more";
-            ReadServerInfo();
-        }
-    });
+        return;
+    }
+    if (!isQuiet()) {
+        QTimer::singleShot(quietLookMs, this, &MainWindow::readRecordInQuiet);
+        return;
+    }
+    m_recordLater = false;
+    qInfo() << "Device record: it has not been read yet, once more";
+    ReadServerInfo();
 }
 
 void MainWindow::sendUsageOnExit(bool withTencent)

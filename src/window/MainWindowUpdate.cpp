@@ -45,14 +45,15 @@ void MainWindow::CheckUpdateFromSettings(bool noticeClicked)
     if (isLeaving() || ManualUpdateSwitch != 1) {
         return;
     }
+    if (noticeClicked) {
+        checkUpdateAtWish(); // it is answered, whatever is under way or comes of it
+        return;
+    }
     if (updateChecker().isBusy()) {
-        if (noticeClicked) {
-            checkUpdateAtWish(); // a click is answered, whatever is under way
-        }
         return;
     }
     ManualCheck = true;
-    UpdateNotified = noticeClicked;
+    UpdateNotified = false;
     updateChecker().check();
 }
 
@@ -80,8 +81,7 @@ void MainWindow::clearUpdateRest()
             : tr("上次的更新（%1）没有安装，程序没有更新。").arg(mevo::versionText(unfinished->version));
     whenStarted([this, text] {
         if (!isLeaving()) {
-            updateChecker();
-            m_updateHands->tellAboutUpdate(text);
+            mevo::askAside(this, {tr("提示!"), text, {tr("确定")}, true}, [](int) {});
         }
     });
 }

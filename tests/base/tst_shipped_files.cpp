@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QLockFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -127,6 +128,16 @@ private Q_SLOTS:
         QCOMPARE(read(copy), QByteArray("one"));
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
                  QStringList({"MEVOShipped.json"_s, "MEVOTable.ini"_s}));
+    }
+
+    /// A full disk, for one, takes no lock: a start without its tables has to leave a trace.
+    void aFolderThatTakesNothingIsTold()
+    {
+        const QTemporaryDir folder;
+        write(folder.filePath("share/MEVOTable.ini"_s), "one");
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression("^Shipped files: nothing can be brought to .*nowhere"_s));
+        mevo::bringShippedFiles({folder.filePath("share"_s)}, folder.filePath("nowhere"_s), 0);
     }
 
     void theFirstFolderCounts()

@@ -131,7 +131,10 @@ private Q_SLOTS:
         QTest::newRow("pressed before the receiver is known") << "pAaR" << 301;
         QTest::newRow("known again by then") << "AR-pAaR" << 301;
         QTest::newRow("counted before the receiver is known again") << "AR-psAaR" << 302;
-        QTest::newRow("never known") << "p-AaR" << 300;
+        QTest::newRow("never known") << "p-AaR" << 301;
+        QTest::newRow("between the removal and the arrival") << "ARs-s-sAR" << 303;
+        QTest::newRow("which is another receiver's") << "ARs-s-sBR" << 9;
+        QTest::newRow("pressed between them") << "AR-p-BaR" << 8;
         QTest::newRow("the name is emptied") << "ARessf" << 302;
         QTest::newRow("a new day") << "ARsfd" << 0;
         QTest::newRow("a new day and what was not told") << "AssRd" << 2;

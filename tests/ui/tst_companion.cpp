@@ -115,6 +115,30 @@ private Q_SLOTS:
         QCOMPARE(mevo::clearPlace({0, 0, 1000, 800}, {200, 100}, taken), place);
     }
 
+    void besidePlaces_data()
+    {
+        // screen, the bar, size, place
+        const Rows<QRect, QRect, QSize, QPoint> row;
+        const QRect screen(0, 0, 1920, 1080);
+        const QSize size(600, 150);
+        row("above the middle of the bar", screen, {800, 900, 260, 45}, size, {629, 702});
+        row("bar at the right edge", screen, {1621, 900, 260, 45}, size, {1320, 702});
+        row("bar at the left edge", screen, {0, 900, 260, 45}, size, {0, 702});
+        row("below a bar at the top", screen, {800, 10, 260, 45}, size, {629, 55});
+        row("vertical bar at the right edge", screen, {1821, 700, 45, 260}, size, {1320, 502});
+        row("left of a bar as high as the screen", screen, {1821, 0, 45, 1080}, size, {1221, 0});
+        row("right of it", screen, {20, 0, 45, 1080}, size, {65, 0});
+        row("below a panel", {0, 200, 1920, 880}, {800, 390, 260, 45}, size, {629, 435});
+        row("second screen below", {0, 1080, 1920, 1080}, {800, 1100, 260, 45}, size, {629, 1145});
+        row("second screen at the left", {-1280, 0, 1280, 1024}, {-299, 900, 260, 45}, size, {-600, 702});
+        row("larger than the screen", {0, 0, 500, 400}, {300, 300, 200, 45}, {600, 450}, {0, 0});
+    }
+    void besidePlaces()
+    {
+        const auto [screen, bar, size, place] = rowOf<QRect, QRect, QSize, QPoint>();
+        QCOMPARE(mevo::besidePlace(screen, size, bar), place);
+    }
+
     /// Before each showing, since window managers forget it at each hiding.
     void isNamedBeforeEachShowing()
     {

@@ -404,6 +404,23 @@ private Q_SLOTS:
         QCOMPARE(mevo::noticeBottom(QRect(0, 0, 1024, 768), height, standing).value_or(-1), bottom);
     }
 
+    /// A newer notice takes the place of one that can have been read, and of no other.
+    void yields_data()
+    {
+        using Notices = QVector<mevo::OpenNotice>;
+        const Rows<Notices, int> row;
+        row("none", Notices{}, -1);
+        row("just shown", Notices{{true, false, 0}, {true, false, 59}}, -1);
+        row("the oldest that has stood", Notices{{true, false, 3}, {true, false, 60}, {true, false, 90}}, 1);
+        row("not under the pointer", Notices{{true, true, 600}, {true, false, 60}}, 1);
+        row("not shown yet", Notices{{false, false, 0}, {false, false, 0}}, -1);
+    }
+    void yields()
+    {
+        const auto [notices, index] = rowOf<QVector<mevo::OpenNotice>, int>();
+        QCOMPARE(mevo::noticeThatYields(notices), index);
+    }
+
     /// While its picture was on its way things may have changed: it asks before it slides, and again.
     void asksForItsPlace()
     {
@@ -411,20 +428,20 @@ private Q_SLOTS:
         const QByteArray bytes = picture(200, 100);
         server.enqueue(ScriptedAnswer::late(ScriptedAnswer::body(bytes)));
         Notice notice;
-        QList<int> waited;
+        int asked = 0;
         std::optional<int> bottom;
-        notice.dialog->setPlace([&](const CADShowDlg &, int waitedMs) {
-            waited.append(waitedMs);
+        notice.dialog->setPlace([&](const CADShowDlg &) {
+            ++asked;
             return std::exchange(bottom, 300); // not at the first time
         });
         notice.take(pictureFields(server.url(), bytes.size()));
         QTRY_COMPARE(server.requests.size(), 1);
-        QVERIFY(waited.isEmpty());
+        QCOMPARE(asked, 0);
         server.answerHeld();
-        QTRY_COMPARE(waited, QList<int>{0});
+        QTRY_COMPARE(asked, 1);
         QVERIFY(!notice.slides() && notice.dialog->standing().isEmpty());
         notice.slideToEnd();
-        QCOMPARE(waited, QList<int>({0, CADShowDlg::askAgainMs}));
+        QCOMPARE(asked, 2);
         QCOMPARE(notice.dialog->y() + notice.dialog->height(), 300);
         QCOMPARE(notice.dialog->standing(), notice.dialog->geometry());
     }

@@ -6,6 +6,7 @@
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
 #include "ui/Ask.h"
+#include "ui/CADShowDlg.h"
 #include "ui/MicTipDialog.h"
 #include "window/MainWindow.h"
 
@@ -481,28 +482,58 @@ private Q_SLOTS:
         QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("0"));
     }
 
-    /// A record that is not there yet cannot hold what it is told: the choices are told the one that is made.
+    /// A record that is not there yet cannot hold what it is told, though the backend answers: the choices
+    /// are told the one that is made.
+    void choicesAreToldARecordThatHasJustBeenMade_data()
+    {
+        QTest::addColumn<QString>("when");
+        QTest::newRow("while the backend was away") << "offline";
+        QTest::newRow("and it has answered") << "before";
+        QTest::newRow("while the record was asked for") << "during";
+    }
     void choicesAreToldARecordThatHasJustBeenMade()
     {
+        QFETCH(QString, when);
         Program program;
+        program.backend.refused = QStringLiteral("select * from mevodb.device_serialid"); // it is read late
         MainWindow &window = program.startWith(QStringLiteral("T"));
-        window.LocalEnableASR3 = window.ForceUseASR3 = true;
-        window.pushBuutton_Setting_clicked();
-        window.IsOnline = false;
-        window.findChild<QAbstractButton *>(QStringLiteral("checkBox_ForceUseASR3"))->click();
-        program.choose(QStringLiteral("英语(讯飞版)"));
-        QTRY_COMPARE(Program::setting("RecordChoicesUntold"), QStringLiteral("ForceUseASR3=0"));
-        window.IsOnline = true;
+        program.backend.refused.clear();
         program.backend.recordCount = 0;
+        window.BackendReachable = true;
+        window.LocalEnableASR3 = window.ForceUseASR3 = true;
+        window.EnableASR3 = when != QLatin1String("offline");
+        window.pushBuutton_Setting_clicked();
+        const auto choose = [&] {
+            window.findChild<QAbstractButton *>(QStringLiteral("checkBox_ForceUseASR3"))->click();
+            program.choose(QStringLiteral("英语(讯飞版)"));
+        };
+        if (when == QLatin1String("during")) {
+            mevo::SettingsFile().setValue(QStringLiteral("RecordChoicesUntold"),
+                                          QStringLiteral("EnableASR3=1"));
+            program.backend.delayMs = 100;
+            program.backend.server.onRequest = [&](const ScriptedRequest &) {
+                if (!program.backend.askedLike(readRecord).isEmpty()) {
+                    program.backend.server.onRequest = nullptr;
+                    QTimer::singleShot(0, &window, choose);
+                }
+            };
+        } else {
+            window.IsOnline = when == QLatin1String("before");
+            choose();
+            QTRY_VERIFY(window.recorder()->UseXunFeiWebApi);
+            QTRY_VERIFY(Program::setting("RecordChoicesUntold").contains(QStringLiteral("ForceUseASR3=0")));
+            window.IsOnline = true;
+        }
         window.ReadServerInfo();
         QVERIFY(!window.ForceUseASR3 && window.recorder()->UseXunFeiWebApi);
+        QVERIFY(!window.EnableASR3 && !window.LocalEnableASR3);
         const auto toldAfterwards = [&program](const QString &part) {
             const QStringList told = program.backend.askedLike(part);
             const QStringList inserts = program.backend.askedLike(QStringLiteral("insert into"));
             return !told.isEmpty() && inserts.size() == 1 &&
                    program.backend.asked.lastIndexOf(told.last()) > program.backend.asked.indexOf(inserts[0]);
         };
-        QTRY_VERIFY(toldAfterwards(QStringLiteral("set ForceUseASR3=0")));
+        QTRY_VERIFY(toldAfterwards(QStringLiteral("ForceUseASR3=0")));
         QTRY_VERIFY(toldAfterwards(QStringLiteral("UseXFSDKPara = '1'")));
         QTRY_COMPARE(Program::setting("RecordChoicesUntold") + Program::setting("EngineChoiceUntold"),
                      QStringLiteral("0"));
@@ -998,6 +1029,49 @@ private Q_SLOTS:
             QTRY_COMPARE(window.recorder() == nullptr, leaves);
             QTEST(program.backend.askedLike(QStringLiteral("CurrentVersion=107 where")), "told");
         }
+    }
+
+    /// More notices than may be open at once: none is lost, whether they come while somebody speaks or not.
+    void noticesThatComeTogetherAreAllShown()
+    {
+        Program program;
+        MainWindow &window = program.start();
+        program.backend.delayMs = 3600000; // their pictures are on their way
+        window.Recording = true;
+        for (int seconds = 1; seconds <= 6; ++seconds) {
+            const QString hex = cipher.EncryptString(QStringLiteral("image;http://%1/a.png;%2;9;a.png;")
+                                                         .arg(program.backend.server.host())
+                                                         .arg(seconds));
+            window.onOrvWebSocketTextMessageReceived(
+                QStringLiteral("%1").arg(hex.size(), 5, 10, QLatin1Char('0')) + hex);
+        }
+        const auto open = [&window] {
+            QStringList found;
+            for (const CADShowDlg *notice : window.findChildren<CADShowDlg *>()) {
+                found.append(QString::number(notice->StaySeconds));
+            }
+            found.sort();
+            return found.join(u' ');
+        };
+        QCOMPARE(open(), QString());
+        window.Recording = false;
+        QTRY_COMPARE(open(), QStringLiteral("1 2 3 4 5"));
+        window.findChild<CADShowDlg *>()->close();
+        QTRY_COMPARE(open(), QStringLiteral("2 3 4 5 6"));
+    }
+
+    void aBoxThatAnExitClosesOpensNoPage()
+    {
+        Program program;
+        program.backend.product = {
+            {QStringLiteral("DownloadDrvWeb"), QStringLiteral("http://page.example/")}};
+        MainWindow &window = program.start();
+        program.onQuestion = [&] { window.exitByItself(); };
+        program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("0")}};
+        window.ReadServerInfo();
+        QTRY_VERIFY(window.recorder() == nullptr);
+        QCOMPARE(program.questions.size(), 1);
+        QVERIFY(program.pages.opened.isEmpty());
     }
 
     /// What was an offer may be a demand by the time the user answers.

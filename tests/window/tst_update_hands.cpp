@@ -153,6 +153,25 @@ private Q_SLOTS:
         QTRY_COMPARE(program.questions.size(), 1);
     }
 
+    /// What the program does by itself may fail in silence, a click may not.
+    void aClickOnTheNoticeIsAnswered()
+    {
+        Program program;
+        MainWindow &window = *program.window;
+        window.ManualUpdateSwitch = 1;
+        window.IsOnline = false;
+        const auto told = [&program] { return program.fake.log.calls(QStringLiteral("message ")); };
+        const int before = told().size();
+        window.CheckUpdateFromSettings(false);
+        QCOMPARE(told().size(), before);
+        window.CheckUpdateFromSettings(true);
+        QCOMPARE(program.fake.log.calls(QStringLiteral("message 没有网络连接")).size(), 1);
+        window.IsOnline = true;
+        program.server.answering = [](const ScriptedRequest &) { return ScriptedAnswer::body("nonsense"); };
+        window.CheckUpdateFromSettings(true);
+        QTRY_COMPARE(program.fake.log.calls(QStringLiteral("message 更新服务器没有给出")).size(), 1);
+    }
+
     /// The exit for an update waits for the end of what the user is saying, but not for ever.
     void handsOverBetweenSessions_data()
     {
