@@ -2354,8 +2354,8 @@
         <translation>錄音後麥克風保持就緒</translation>
     </message>
     <message>
-        <source>录音后几分钟内再次录音开始得更快，首字更完整；期间不录音，但系统可能显示麦克风在使用</source>
-        <translation>錄音後幾分鐘內再次錄音開始得更快，首字更完整；期間不錄音，但系統可能顯示麥克風在使用</translation>
+        <source>录音后几分钟内再次录音，部分电脑上开始得更快；期间不录音，但系统可能显示麦克风在使用</source>
+        <translation>錄音後幾分鐘內再次錄音，部分電腦上開始得更快；期間不錄音，但系統可能顯示麥克風在使用</translation>
     </message>
     <message>
         <source>选择麦克风：</source>

@@ -2353,8 +2353,8 @@ the first definition is the one that runs!</translation>
         <translation>Keep the microphone ready</translation>
     </message>
     <message>
-        <source>录音后几分钟内再次录音开始得更快，首字更完整；期间不录音，但系统可能显示麦克风在使用</source>
-        <translation>For some minutes after a recording the next one begins sooner, and its first word is more complete. Nothing is recorded meanwhile, but the system may show the microphone as in use</translation>
+        <source>录音后几分钟内再次录音，部分电脑上开始得更快；期间不录音，但系统可能显示麦克风在使用</source>
+        <translation>For some minutes after a recording the next one begins sooner on some computers. Nothing is recorded meanwhile, but the system may show the microphone as in use</translation>
     </message>
     <message>
         <source>选择麦克风：</source>

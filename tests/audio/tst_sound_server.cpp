@@ -124,7 +124,7 @@ private slots:
         f.state.KeepMicrophoneReady = true;
         f.press();
         QTRY_COMPARE(outputs("Corked"_s), list({"no"}));
-        const QStringList stream = outputs("Source Output #"_s);
+        const QStringList stream = outputs("#"_s);
         f.recorder.OnRecordStop();
         QTRY_COMPARE(outputs("Corked"_s), list({"yes"}));
 
@@ -138,7 +138,7 @@ private slots:
         witness->stop(mevo::SoundInput::Afterwards::LetGo);
 
         f.press();
-        QCOMPARE(outputs("Source Output #"_s), stream);
+        QCOMPARE(outputs("#"_s), stream);
         QVERIFY(hears(f));
         QVERIFY(!f.host.sessions.last().contains('\x22'));
         QTRY_COMPARE(outputs("Corked"_s), list({"yes"}));
@@ -160,7 +160,8 @@ private slots:
         const auto [keepMs, letGo, command] = rowOf<int, bool, QString>();
         mevo::PulseInputs inputs(keepMs);
         const std::unique_ptr<mevo::SoundInput> input = inputs.open({16000, 1, 640});
-        QTRY_VERIFY(!allOf(*input).isEmpty());
+        char sample = 0;
+        QTRY_COMPARE(input->read(&sample, 1), 1);
         input->stop(mevo::SoundInput::Afterwards::KeepReady);
         if (keepMs > 1000) {
             QTRY_COMPARE(outputs("Corked"_s), list({"yes"}));
@@ -176,13 +177,14 @@ private slots:
     }
 
 private:
-    /// What the server says of each recording under a name.
+    /// What the server says, under a name, of each recording of ours.
     static QStringList outputs(const QString &name)
     {
         QStringList found;
-        for (const QString &line : QString::fromUtf8(pactl("list source-outputs"_s)).split(u'\n')) {
-            if (line.trimmed().startsWith(name)) {
-                found.append(line.section(name, 1).remove(u':').trimmed());
+        const QString all = QString::fromUtf8(pactl("list source-outputs"_s));
+        for (const QString &output : all.split("Source Output "_s)) {
+            if (output.contains("\"MEVOInput\""_s)) {
+                found.append(output.section(name, 1).section(u'\n', 0, 0).remove(u':').trimmed());
             }
         }
         return found;

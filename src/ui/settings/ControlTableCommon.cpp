@@ -158,7 +158,7 @@ std::vector<ControlRow> outputRows()
               "KeepMicrophoneReady")
             .tip(QT_TRANSLATE_NOOP(
                 "CSettingDialog",
-                "录音后几分钟内再次录音开始得更快，首字更完整；期间不录音，但系统可能显示麦克风在使用"))
+                "录音后几分钟内再次录音，部分电脑上开始得更快；期间不录音，但系统可能显示麦克风在使用"))
             .slot(),
         choice("comboBox_MICDeviceList", QT_TRANSLATE_NOOP("CSettingDialog", "选择麦克风："), nullptr, {})
             .line()
