@@ -166,6 +166,11 @@ std::vector<KeySym> symbols(Display *display)
     return found;
 }
 
+bool setLayout(const char *layout)
+{
+    return QProcess::execute(QStringLiteral("setxkbmap"), {QString::fromLatin1(layout)}) == 0;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Program::Kind)
@@ -289,6 +294,62 @@ private Q_SLOTS:
         }
         QTRY_VERIFY_WITH_TIMEOUT(poster->rest(), 30000);
         QVERIFY(symbols(display.get()) == before);
+    }
+
+    /// A layout is set while keys are on their way to a program, or bound and yet to be sent. What is told to
+    /// have arrived has, and all the rest does when it is typed again.
+    void aLayoutIsSetMeanwhile_data()
+    {
+        QTest::addColumn<bool>("onTheirWay");
+        QTest::newRow("on their way") << true;
+        QTest::newRow("bound") << false;
+    }
+
+    void aLayoutIsSetMeanwhile()
+    {
+        QFETCH(bool, onTheirWay);
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        mevo::X11Poster poster(m_lock);
+        poster.waits().takenLimitMs = 30000;
+        Program program;
+        QVERIFY(program.window() != 0);
+        const QString text = distinct(500);
+        program.hangsAfterKeys = onTheirWay ? 200 : -1;
+        if (!onTheirWay) {
+            QCOMPARE(XGrabKeyboard(display.get(), DefaultRootWindow(display.get()), False, GrabModeAsync,
+                                   GrabModeAsync, CurrentTime),
+                     GrabSuccess);
+        }
+        std::atomic<bool> set{false};
+        std::thread sets([&] {
+            const auto isTime = [&] {
+                const std::vector<KeySym> all = symbols(display.get());
+                return onTheirWay ? program.hangs.load()
+                                  : std::find(all.begin(), all.end(), 0x1004e00) != all.end();
+            };
+            QElapsedTimer waiting;
+            waiting.start();
+            while (!isTime() && waiting.elapsed() < 30000) {
+                std::this_thread::yield();
+            }
+            set = setLayout("de");
+            program.hangsAfterKeys = -1;
+            program.hangs = false;
+            XUngrabKeyboard(display.get(), CurrentTime);
+            XFlush(display.get());
+        });
+        const mevo::PostResult result = poster.post(program.window(), text);
+        sets.join();
+        QVERIFY(set);
+        QCOMPARE(result.complete, !onTheirWay);
+        QVERIFY(result.stop == (onTheirWay ? mevo::PostStop::KeyboardChanged : mevo::PostStop::AtEnd));
+        const QString arrived = program.text();
+        QCOMPARE(arrived.left(result.posted), text.left(result.posted));
+        QVERIFY(result.posted > 0);
+        QVERIFY(poster.post(program.window(), text.mid(result.posted)).complete);
+        QCOMPARE(program.text().mid(arrived.size()), text.mid(result.posted));
+        QVERIFY(setLayout("us"));
+        QVERIFY(poster.rest());
     }
 
     /// A window that hung and is gone keeps nothing up.

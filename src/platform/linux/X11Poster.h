@@ -46,6 +46,9 @@ private:
     /// Sends the text, batch by batch, to a target that has been asked. `answered` is false while its answer
     /// is still to come.
     PostStop typeBatches(const X11Target &target, const QString &text, bool answered, int &taken);
+    /// Binds the batch's keys, and sends it once the target has answered and done what it had to. `answered`
+    /// is as above. KeyboardChanged when nothing has been sent because keys yield something else.
+    PostStop typeBatch(const X11Target &target, const PostBatch &batch, bool &answered);
     /// Waits until the target has translated what it was sent.
     PostStop awaitTaken(const X11Target &target, int drain);
     /// Holds the keys that programs have yet to take.
@@ -54,6 +57,8 @@ private:
     void lookBehind();
     /// Sees to it that some keys can be bound.
     void findFreeSlots();
+    /// Looks whether the keyboard map is still as we left it, and begins with no key bound when it is not.
+    void checkMap();
     /// None of the keys is bound any more.
     void startSlots();
     bool isFocused(const X11Target &target) const;
@@ -79,7 +84,7 @@ private:
     X11Connection m_connection;
     X11Waits m_waits;
     std::unique_ptr<X11ScratchKeys> m_keys;
-    std::unique_ptr<ScratchSlots> m_slots;
+    ScratchSlots m_slots{0};
     bool m_oneState = false;
     std::unique_ptr<X11SecondKeyboard> m_second;
     bool m_usable = false;
