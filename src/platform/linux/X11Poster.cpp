@@ -19,7 +19,8 @@ namespace {
 
 constexpr int grabTimeoutMs = 2000;
 constexpr int grabRetryMs = 10;
-constexpr int mostChanges = 5; // of the keyboard map, before one batch goes
+constexpr int lookAgainMs = 1000; // whether a program that hung is well, while few keys are left
+constexpr int mostChanges = 5;    // of the keyboard map, before one batch goes
 
 const char *nameOf(PostStop stop)
 {
@@ -146,7 +147,7 @@ PostStop X11Poster::typeInto(const X11Target &target, const QString &text, int &
             return stop;
         }
         answered = true;
-        if (target.answersPing || m_waits.hasCaughtUp(target)) {
+        if (target.answersPing) { // any other is sent the text in any case, and its keys are held
             m_behind.remove(target);
             holdSlots();
         }
@@ -245,17 +246,22 @@ void X11Poster::lookBehind()
 {
     if (!m_behind.isEmpty()) {
         m_waits.listen(true);
-        m_behind.removeIf([this](const X11Target &target) { return m_waits.hasCaughtUp(target); });
+        m_behind.removeIf(
+            [this](const X11Target &target, qint64 ms) { return m_waits.hasCaughtUp(target, ms); });
         m_waits.listen(false);
     }
 }
 
 void X11Poster::findFreeSlots()
 {
-    if (m_slots.freeCount() > 0) {
+    const int free = m_slots.freeCount();
+    const bool few =
+        free < m_slots.count() / 4 && (!m_lastLook.isValid() || m_lastLook.hasExpired(lookAgainMs));
+    if (free > 0 && !few) {
         return;
     }
     lookBehind();
+    m_lastLook.start();
     m_waits.listen(true);
     holdSlots();
     if (m_slots.freeCount() == 0) {

@@ -8,6 +8,8 @@
 #include "platform/linux/X11SecondKeyboard.h"
 #include "platform/linux/X11Waits.h"
 
+#include <QElapsedTimer>
+
 #include <memory>
 
 namespace mevo {
@@ -55,7 +57,7 @@ private:
     void holdSlots();
     /// Forgets the programs that have caught up.
     void lookBehind();
-    /// Sees to it that some keys can be bound.
+    /// Sees to it that some keys can be bound, and that more can when there are few.
     void findFreeSlots();
     /// Looks whether the keyboard map is still as we left it, and begins with no key bound when it is not.
     void checkMap();
@@ -89,6 +91,7 @@ private:
     std::unique_ptr<X11SecondKeyboard> m_second;
     bool m_usable = false;
     X11Behind m_behind;
+    QElapsedTimer m_lastLook;        ///< at it
     std::vector<int> m_underWay;     ///< slots that the target was sent keys of, and was not seen to take
     unsigned long m_neverShown = 0;  ///< a window that asks for the keyboard and can never get it
     unsigned long m_asideWindow = 0; ///< has the second keyboard's focus while nobody is typed to
