@@ -132,6 +132,16 @@ void ScratchSlots::clear()
     m_bySymbol.clear();
 }
 
+std::vector<int> PostBatch::struck() const
+{
+    std::vector<int> all;
+    all.reserve(strokes.size());
+    for (const PostStroke &stroke : strokes) {
+        all.push_back(stroke.slot);
+    }
+    return all;
+}
+
 PostingPlan::PostingPlan(const QString &text, ScratchSlots &scratch, const TypingHabits &habits)
     : m_units(postUnits(text))
     , m_scratch(scratch)
@@ -182,9 +192,9 @@ PostBatch PostingPlan::next()
     if (!batch.rebind.empty()) {
         batch.after = std::max(batch.after, PostBatch::After::Translated);
     }
-    const std::size_t start = m_next;
+    m_batchStart = m_next;
     for (; m_next < m_boundEnd; ++m_next) {
-        if (m_next > start && pauseBefore(m_next) != PostBatch::After::Nothing) {
+        if (m_next > m_batchStart && pauseBefore(m_next) != PostBatch::After::Nothing) {
             break;
         }
         const PostUnit &unit = m_units[m_next];

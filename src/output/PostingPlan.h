@@ -53,8 +53,6 @@ public:
     std::vector<Binding> assign(const std::vector<KeySymbol> &symbols);
     /// The slot that yields `symbol`, -1 when none does.
     int slotOf(KeySymbol symbol) const;
-    /// Whether any slot yields anything.
-    bool anyBound() const { return !m_bySymbol.empty(); }
     /// Forgets every binding, and holds nothing.
     void clear();
 
@@ -91,6 +89,8 @@ struct PostBatch
     After after = After::Nothing;
     std::vector<ScratchSlots::Binding> rebind; ///< to be bound first
     std::vector<PostStroke> strokes;
+    /// The slot of each stroke.
+    std::vector<int> struck() const;
     bool hasPairs = false; ///< characters outside the BMP; where pairs overtake it begins with them
 };
 
@@ -105,6 +105,8 @@ public:
     /// The next batch: at most as many characters as the slots can yield at one time. Empty at the end, and
     /// when a character needs a slot and there are none at all.
     PostBatch next();
+    /// The last batch has not been sent, and no slot yields anything any more: its characters come again.
+    void again() { m_next = m_boundEnd = m_batchStart; }
 
 private:
     /// Binds what as many units as possible need from m_next on, and sets m_boundEnd behind them.
@@ -115,6 +117,7 @@ private:
     std::vector<PostUnit> m_units;
     ScratchSlots &m_scratch;
     TypingHabits m_habits;
+    std::size_t m_batchStart = 0;
     std::size_t m_next = 0;
     std::size_t m_boundEnd = 0; ///< the units before it have their keys
 };

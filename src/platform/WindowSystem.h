@@ -22,7 +22,8 @@ enum class PostStop {
     FocusLeft,       ///< another window has the focus, and the text could only have gone where that is
     KeyboardGrabbed, ///< another program has taken the keyboard for itself: an open menu, a screen locker
     ScreenLocked,
-    Untypable, ///< the program is known to drop the next character when it comes from a keyboard
+    KeyboardChanged, ///< somebody has changed the keyboard map while the text was on its way
+    Untypable,       ///< the program is known to drop the next character when it comes from a keyboard
 };
 
 /// How a text went into a window.

@@ -39,6 +39,8 @@ const char *reasonText(mevo::PostStop stop)
         return "another program holds the keyboard";
     case mevo::PostStop::ScreenLocked:
         return "the screen is locked";
+    case mevo::PostStop::KeyboardChanged:
+        return "the keyboard map was changed while it was typed";
     case mevo::PostStop::Untypable:
         return "its program takes no such characters from keys";
     }

@@ -1,3 +1,4 @@
+mevo_test(tst_process_quiet SOURCES tst_process_quiet.cpp APP)
 mevo_test(tst_system_services SOURCES tst_system_services.cpp APP)
 mevo_test(tst_system_bus SOURCES tst_system_bus.cpp LIBS PkgConfig::X11 DESK --dbus)
 mevo_test(tst_secret_store SOURCES tst_secret_store.cpp APP)

@@ -54,6 +54,7 @@ public:
     }
 
     std::atomic<bool> hangs{false};
+    std::atomic<int> pings{0};           ///< answered
     std::atomic<int> hangsAfterKeys{-1}; ///< when the next one comes after that many; -1 for never
 
 private:
@@ -123,6 +124,7 @@ private:
             XSendEvent(display, event.xclient.window, False,
                        SubstructureNotifyMask | SubstructureRedirectMask, &event);
             XFlush(display);
+            ++pings;
         } else if (event.type == KeyPress) {
             hangs = hangs || m_text.size() == hangsAfterKeys;
             hang();
@@ -164,6 +166,11 @@ std::vector<KeySym> symbols(Display *display)
                  [](KeySym symbol) { return symbol != NoSymbol; });
     XFree(map);
     return found;
+}
+
+bool setLayout(const char *layout)
+{
+    return QProcess::execute(QStringLiteral("setxkbmap"), {QString::fromLatin1(layout)}) == 0;
 }
 
 } // namespace
@@ -288,6 +295,161 @@ private Q_SLOTS:
             poster = std::make_unique<mevo::X11Poster>(m_lock);
         }
         QTRY_VERIFY_WITH_TIMEOUT(poster->rest(), 30000);
+        QVERIFY(symbols(display.get()) == before);
+    }
+
+    /// A layout is set while keys are on their way to a program, or bound and yet to be sent. What is told to
+    /// have arrived has, and all the rest does when it is typed again.
+    void aLayoutIsSetMeanwhile_data()
+    {
+        QTest::addColumn<bool>("onTheirWay");
+        QTest::newRow("on their way") << true;
+        QTest::newRow("bound") << false;
+    }
+
+    void aLayoutIsSetMeanwhile()
+    {
+        QFETCH(bool, onTheirWay);
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        mevo::X11Poster poster(m_lock);
+        poster.waits().takenLimitMs = 30000;
+        Program program;
+        QVERIFY(program.window() != 0);
+        const QString text = distinct(500);
+        program.hangsAfterKeys = onTheirWay ? 200 : -1;
+        if (!onTheirWay) {
+            QCOMPARE(XGrabKeyboard(display.get(), DefaultRootWindow(display.get()), False, GrabModeAsync,
+                                   GrabModeAsync, CurrentTime),
+                     GrabSuccess);
+        }
+        std::atomic<bool> set{false};
+        std::thread sets([&] {
+            const auto isTime = [&] {
+                const std::vector<KeySym> all = symbols(display.get());
+                return onTheirWay ? program.hangs.load()
+                                  : std::find(all.begin(), all.end(), 0x1004e00) != all.end();
+            };
+            QElapsedTimer waiting;
+            waiting.start();
+            while (!isTime() && waiting.elapsed() < 30000) {
+                std::this_thread::yield();
+            }
+            set = setLayout("de");
+            program.hangsAfterKeys = -1;
+            program.hangs = false;
+            XUngrabKeyboard(display.get(), CurrentTime);
+            XFlush(display.get());
+        });
+        const mevo::PostResult result = poster.post(program.window(), text);
+        sets.join();
+        QVERIFY(set);
+        QCOMPARE(result.complete, !onTheirWay);
+        QVERIFY(result.stop == (onTheirWay ? mevo::PostStop::KeyboardChanged : mevo::PostStop::AtEnd));
+        const QString arrived = program.text();
+        QCOMPARE(arrived.left(result.posted), text.left(result.posted));
+        QVERIFY(result.posted > 0);
+        QVERIFY(poster.post(program.window(), text.mid(result.posted)).complete);
+        QCOMPARE(program.text().mid(arrived.size()), text.mid(result.posted));
+        QVERIFY(setLayout("us"));
+        QVERIFY(poster.rest());
+    }
+
+    /// A terminal that is printed to without a pause is typed into at once, and when it has been left alone
+    /// for long enough nothing is kept up for it.
+    void aTerminalThatIsPrintedToWithoutAPause()
+    {
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        const std::vector<KeySym> before = symbols(display.get());
+        mevo::X11Poster poster(m_lock);
+        Program program(Program::Kind::Busy);
+        QVERIFY(program.window() != 0);
+        program.hangs = true;
+        QVERIFY(poster.post(program.window(), distinct(12)).complete);
+        poster.waits().behindLookMs = 60000;
+        QElapsedTimer since;
+        since.start();
+        QVERIFY(poster.post(program.window(), distinct(12)).complete);
+        QVERIFY2(since.elapsed() < 30000, qPrintable(QString::number(since.elapsed())));
+        poster.waits().behindLookMs = 100;
+        QVERIFY(!poster.rest());
+        poster.waits().busyLimitMs = 1;
+        QVERIFY(poster.rest());
+        QVERIFY(symbols(display.get()) == before);
+    }
+
+    /// A program that hung with nearly all keys is well again: the next text goes with all of them, not one
+    /// after the other.
+    void keysOfAProgramThatIsWellAgain()
+    {
+        const int keys = [] {
+            mevo::X11Connection connection;
+            return mevo::X11ScratchKeys(connection).count();
+        }();
+        QVERIFY(keys > 60);
+        mevo::X11Poster poster(m_lock);
+        poster.waits().takenLimitMs = 300;
+        Program hung;
+        hung.hangsAfterKeys = 0;
+        QVERIFY(hung.window() != 0);
+        const QString first = distinct(keys - 1, 5000);
+        QVERIFY(!poster.post(hung.window(), first).complete);
+        QVERIFY(hung.hangs);
+        hung.hangsAfterKeys = -1;
+        hung.hangs = false;
+        QTRY_COMPARE_WITH_TIMEOUT(hung.text(), first, 30000);
+        Program other;
+        QVERIFY(other.window() != 0);
+        poster.waits().takenLimitMs = 30000;
+        QVERIFY(poster.post(other.window(), distinct(60)).complete);
+        QVERIFY2(other.pings < 10, qPrintable(QString::number(other.pings)));
+        QVERIFY(poster.rest());
+    }
+
+    /// A free key that somebody else binds while ours are bound, or left bound for a program that hangs,
+    /// stays his.
+    void keysOfOthersStay_data()
+    {
+        QTest::addColumn<bool>("atTheNextStart");
+        QTest::newRow("when ours are unbound") << false;
+        QTest::newRow("at the next start") << true;
+    }
+
+    void keysOfOthersStay()
+    {
+        QFETCH(bool, atTheNextStart);
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        const std::vector<KeySym> before = symbols(display.get());
+        const auto keyIs = [&](int keycode, KeySym symbol) {
+            XChangeKeyboardMapping(display.get(), keycode, 1, &symbol, 1);
+            XSync(display.get(), False);
+        };
+        constexpr KeySym ours = 0x1004e00;
+        int theirs = 0;
+        {
+            mevo::X11Connection connection;
+            mevo::X11ScratchKeys keys(connection);
+            theirs = keys.keycode(1);
+            QVERIFY(keys.bind({{0, ours}}));
+            if (atTheNextStart) {
+                keys.keepAtEnd({0});
+            } else {
+                QVERIFY(keys.bind({{1, ours + 1}}));
+                keyIs(theirs, XK_F30);
+            }
+        }
+        if (atTheNextStart) {
+            QVERIFY(symbols(display.get()) != before);
+            keyIs(theirs, XK_F30);
+            const auto isUnbound = [&] {
+                mevo::X11Connection connection;
+                const mevo::X11ScratchKeys next(connection);
+                const std::vector<KeySym> all = symbols(display.get());
+                return std::find(all.begin(), all.end(), ours) == all.end();
+            };
+            QTRY_VERIFY(isUnbound());
+        }
+        QCOMPARE(XkbKeycodeToKeysym(display.get(), KeyCode(theirs), 0, 0), KeySym(XK_F30));
+        keyIs(theirs, NoSymbol);
         QVERIFY(symbols(display.get()) == before);
     }
 

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -11,7 +12,9 @@ namespace mevo {
 
 namespace {
 
-constexpr int mostMs = 10000; // on a machine that gives it no processor
+// On a machine that gives it no processor.
+constexpr int mostTimes = 5;
+constexpr int mostMs = 10000;
 
 /// State letter, and how often the process has gone to sleep or been put aside.
 struct Sample
@@ -67,6 +70,7 @@ ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::f
     whole.start();
     quiet.start();
     QByteArray last;
+    const int most = std::min(mostMs, mostTimes * limitMs);
     const qint64 starvedBefore = starvedMs(processId);
     while (true) {
         if (goOn && !goOn()) {
@@ -87,7 +91,7 @@ ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::f
         }
         const qint64 elapsed = whole.elapsed();
         if (elapsed >= limitMs &&
-            (elapsed - (starvedMs(processId) - starvedBefore) >= limitMs || elapsed >= mostMs)) {
+            (elapsed - (starvedMs(processId) - starvedBefore) >= limitMs || elapsed >= most)) {
             return ProcessState::Busy;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));

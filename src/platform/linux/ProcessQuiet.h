@@ -15,8 +15,8 @@ enum class ProcessState {
 
 /// Waits until the main thread of a process has slept without a break for `quietMs`. A program that has input
 /// to read does not: it runs, or waits for the processor. Gives up after `limitMs` in which it had one to run
-/// on, or else after 10 s; an unknown process is not waited for. `goOn` is called before each look at it, and
-/// gives up at once with false.
+/// on, or else after five times that and 10 s at most; an unknown process is not waited for. `goOn` is called
+/// before each look at it, and gives up at once with false.
 ProcessState awaitQuiet(qint64 processId, int quietMs, int limitMs, const std::function<bool()> &goOn = {});
 
 /// Whether a process does not run at all; false when there is none, or none that may be looked at.

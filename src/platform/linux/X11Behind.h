@@ -2,6 +2,8 @@
 
 #include "platform/linux/X11Target.h"
 
+#include <QElapsedTimer>
+
 #include <map>
 #include <vector>
 
@@ -18,15 +20,18 @@ public:
     {
         Entry &entry = m_entries[target.topLevel];
         entry.target = target;
+        entry.since.start();
         entry.struck.insert(entry.struck.end(), struck.begin(), struck.end());
     }
     void remove(const X11Target &target) { m_entries.erase(target.topLevel); }
-    /// Removes those of whose targets `hasCaughtUp` is true.
+    /// Removes those of whose targets, and of the milliseconds since they were last sent anything,
+    /// `hasCaughtUp` is true.
     template <class HasCaughtUp>
     void removeIf(HasCaughtUp hasCaughtUp)
     {
         for (auto entry = m_entries.begin(); entry != m_entries.end();) {
-            entry = hasCaughtUp(entry->second.target) ? m_entries.erase(entry) : std::next(entry);
+            const bool has = hasCaughtUp(entry->second.target, entry->second.since.elapsed());
+            entry = has ? m_entries.erase(entry) : std::next(entry);
         }
     }
     /// All their slots, in no order.
@@ -50,6 +55,7 @@ private:
     struct Entry
     {
         X11Target target;
+        QElapsedTimer since;
         std::vector<int> struck;
     };
     std::map<unsigned long, Entry> m_entries; ///< by top-level window

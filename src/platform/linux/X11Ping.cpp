@@ -71,6 +71,9 @@ X11Ping::Answer X11Ping::await(int limitMs, const std::function<bool()> &givesUp
         if (last) {
             return Answer::Silence;
         }
+        if (XEventsQueued(m_connection.display(), QueuedAlready) > 0) {
+            continue; // the look at the window has read it
+        }
         pollfd wait{ConnectionNumber(m_connection.display()), POLLIN, 0};
         poll(&wait, 1, 5);
     }

@@ -19,6 +19,8 @@ namespace {
 
 constexpr int grabTimeoutMs = 2000;
 constexpr int grabRetryMs = 10;
+constexpr int lookAgainMs = 1000; // whether a program that hung is well, while few keys are left
+constexpr int mostChanges = 5;    // of the keyboard map, before one batch goes
 
 const char *nameOf(PostStop stop)
 {
@@ -39,6 +41,8 @@ const char *nameOf(PostStop stop)
         return "another window has the focus";
     case PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
+    case PostStop::KeyboardChanged:
+        return "the keyboard map was changed meanwhile";
     case PostStop::Untypable:
         return "the program drops the next character";
     case PostStop::ScreenLocked:
@@ -63,7 +67,7 @@ X11Poster::X11Poster(const ScreenLock &lock)
     XTestGrabControl(display, True);
     m_keys = std::make_unique<X11ScratchKeys>(m_connection);
     m_usable = m_keys->count() > 0;
-    m_slots = std::make_unique<ScratchSlots>(m_keys->count());
+    m_slots = ScratchSlots(m_keys->count());
     m_neverShown = XCreateSimpleWindow(display, m_connection.root(), -9, -9, 1, 1, 0, 0, 0);
     XSetWindowAttributes unmanaged{};
     unmanaged.override_redirect = True;
@@ -91,10 +95,7 @@ PostResult X11Poster::post(WindowId window, const QString &text)
         result.stop = PostStop::NoKeys;
         return result;
     }
-    if (!m_keys->checkMap()) {
-        m_oneState = false;
-        startSlots();
-    }
+    checkMap();
     if (m_keys->count() == 0) {
         result.stop = PostStop::NoKeys;
         return result;
@@ -103,11 +104,7 @@ PostResult X11Poster::post(WindowId window, const QString &text)
     const X11Target target = x11Target(m_connection, window);
     limitStates(target.habits.oneState);
     const int typable = typableLength(text, target.habits);
-    const int slotsBefore = m_keys->count();
     result.stop = typeInto(target, text.left(typable), result.posted);
-    if (result.stop == PostStop::NoKeys && result.posted == 0 && m_keys->count() < slotsBefore) {
-        result.stop = typeInto(target, text.left(typable), result.posted);
-    }
     if (result.stop == PostStop::AtEnd && typable < text.size()) {
         result.posted = typable;
         result.stop = PostStop::Untypable;
@@ -155,7 +152,7 @@ PostStop X11Poster::typeInto(const X11Target &target, const QString &text, int &
             return stop;
         }
         answered = true;
-        if (target.answersPing || m_waits.hasCaughtUp(target)) {
+        if (target.answersPing) { // any other is sent the text in any case, and its keys are held
             m_behind.remove(target);
             holdSlots();
         }
@@ -166,12 +163,11 @@ PostStop X11Poster::typeInto(const X11Target &target, const QString &text, int &
 
 PostStop X11Poster::typeBatches(const X11Target &target, const QString &text, bool answered, int &taken)
 {
-    bool first = true;
-    int sent = 0;
+    int sent = 0, changes = 0;
     m_underWay.clear();
-    PostingPlan plan(text, *m_slots, target.habits);
+    PostingPlan plan(text, m_slots, target.habits);
     while (!plan.atEnd()) {
-        if (!first) {
+        if (!m_underWay.empty()) {
             // Each batch but the first begins with a key that is bound anew, or with a pause.
             const PostStop stop = awaitTaken(target, X11Waits::drainMs);
             if (stop != PostStop::AtEnd) {
@@ -181,44 +177,55 @@ PostStop X11Poster::typeBatches(const X11Target &target, const QString &text, bo
             findFreeSlots();
         }
         const PostBatch batch = plan.next();
-        if (batch.strokes.empty() || !m_keys->bind(batch.rebind)) {
-            m_oneState = false;
-            startSlots();
+        if (batch.strokes.empty()) {
             return PostStop::NoKeys;
         }
-        if (first && (!answered || !batch.rebind.empty())) {
-            // The answer comes behind the change of the map: Chromium, which learns the whole map anew after
-            // a keyboard has gone, would read the first key by the old one otherwise.
-            m_waits.ask(target);
-            const PostStop stop = m_waits.awaitAnswer(target);
-            if (stop != PostStop::AtEnd) {
-                return stop;
-            }
-        }
-        PostStop stop =
-            batch.after == PostBatch::After::Settled ? m_waits.awaitSettled(target) : PostStop::AtEnd;
-        if (stop == PostStop::AtEnd) {
-            stop = send(target, batch);
+        const PostStop stop = typeBatch(target, batch, answered);
+        if (stop == PostStop::KeyboardChanged && ++changes <= mostChanges) {
+            m_keys->checkMap();
+            startSlots();
+            plan.again();
+            continue;
         }
         if (stop != PostStop::AtEnd) {
             return stop;
         }
-        first = false;
+        changes = 0;
         sent = batch.strokes.back().end;
-        for (const PostStroke &stroke : batch.strokes) {
-            m_underWay.push_back(stroke.slot);
-        }
+        m_underWay = batch.struck();
     }
-    const PostStop stop = first ? PostStop::AtEnd : awaitTaken(target, X11Waits::lastDrainMs);
+    const PostStop stop = m_underWay.empty() ? PostStop::AtEnd : awaitTaken(target, X11Waits::lastDrainMs);
     if (stop == PostStop::AtEnd) {
         taken = sent;
     }
     return stop;
 }
 
+PostStop X11Poster::typeBatch(const X11Target &target, const PostBatch &batch, bool &answered)
+{
+    if (!m_keys->bind(batch.rebind)) {
+        return PostStop::KeyboardChanged;
+    }
+    PostStop stop = PostStop::AtEnd;
+    if (!answered || (m_underWay.empty() && !batch.rebind.empty())) {
+        // The answer comes behind the change of the map: Chromium, which learns the whole map anew after a
+        // keyboard has gone, would read the first key by the old one otherwise.
+        answered = true;
+        m_waits.ask(target);
+        stop = m_waits.awaitAnswer(target);
+    }
+    if (stop == PostStop::AtEnd && batch.after == PostBatch::After::Settled) {
+        stop = m_waits.awaitSettled(target);
+    }
+    return stop == PostStop::AtEnd ? send(target, batch) : stop;
+}
+
 PostStop X11Poster::awaitTaken(const X11Target &target, int drain)
 {
-    const X11Waits::Taken taken = m_waits.awaitTaken(target, drain);
+    X11Waits::Taken taken = m_waits.awaitTaken(target, drain);
+    if (taken.stop == PostStop::AtEnd && !m_keys->yield(m_underWay)) {
+        taken.stop = PostStop::KeyboardChanged; // what it made of them, nobody knows
+    }
     if (taken.maybeBehind) {
         m_behind.add(target, m_underWay);
     } else {
@@ -237,37 +244,49 @@ void X11Poster::holdSlots()
             slot = slot < 0 ? slot : slot % m_keys->keyCount(); // no key of theirs gets another symbol
         }
     }
-    m_slots->hold(held);
+    m_slots.hold(held);
 }
 
 void X11Poster::lookBehind()
 {
     if (!m_behind.isEmpty()) {
         m_waits.listen(true);
-        m_behind.removeIf([this](const X11Target &target) { return m_waits.hasCaughtUp(target); });
+        m_behind.removeIf(
+            [this](const X11Target &target, qint64 ms) { return m_waits.hasCaughtUp(target, ms); });
         m_waits.listen(false);
     }
 }
 
 void X11Poster::findFreeSlots()
 {
-    if (m_slots->freeCount() > 0) {
+    const int free = m_slots.freeCount();
+    const bool few =
+        free < m_slots.count() / 4 && (!m_lastLook.isValid() || m_lastLook.hasExpired(lookAgainMs));
+    if (free > 0 && !few) {
         return;
     }
     lookBehind();
+    m_lastLook.start();
     m_waits.listen(true);
     holdSlots();
-    if (m_slots->freeCount() == 0) {
+    if (m_slots.freeCount() == 0) {
         qWarning() << "Typing: no key is left but those that a program which hangs has yet to take";
         m_behind.letSlotsGo();
         holdSlots();
     }
 }
 
+void X11Poster::checkMap()
+{
+    if (!m_keys->checkMap()) {
+        startSlots();
+    }
+}
+
 void X11Poster::startSlots()
 {
     m_behind.letSlotsGo();
-    m_slots = std::make_unique<ScratchSlots>(m_keys->count());
+    m_slots = ScratchSlots(m_oneState ? m_keys->keyCount() : m_keys->count());
 }
 
 bool X11Poster::isFocused(const X11Target &target) const
@@ -300,6 +319,8 @@ PostStop X11Poster::sendAtOnce(const X11Target &target, const PostBatch &batch)
         stop = m_connection.exists(target.window) ? PostStop::Hidden : PostStop::Gone;
     } else if (isKeyboardGrabbed()) {
         stop = PostStop::KeyboardGrabbed;
+    } else if (!m_keys->yield(batch.struck())) {
+        stop = PostStop::KeyboardChanged;
     } else if (isFocused(target)) {
         strike(batch, false);
     } else if (batch.hasPairs && target.habits.dropsPairsUnfocused) {
@@ -355,7 +376,7 @@ bool X11Poster::rest()
         return false;
     }
     m_second.reset();
-    m_slots->clear();
+    m_slots.clear();
     m_keys->release();
     m_connection.discardEvents();
     return true;
@@ -386,7 +407,7 @@ void X11Poster::limitStates(bool oneState)
     if (oneState != m_oneState) {
         m_oneState = oneState;
         m_keys->release(m_behind.struck());
-        m_slots = std::make_unique<ScratchSlots>(oneState ? m_keys->keyCount() : m_keys->count());
+        m_slots = ScratchSlots(oneState ? m_keys->keyCount() : m_keys->count());
         holdSlots();
     }
 }

@@ -8,6 +8,8 @@
 #include "platform/linux/X11SecondKeyboard.h"
 #include "platform/linux/X11Waits.h"
 
+#include <QElapsedTimer>
+
 #include <memory>
 
 namespace mevo {
@@ -46,14 +48,19 @@ private:
     /// Sends the text, batch by batch, to a target that has been asked. `answered` is false while its answer
     /// is still to come.
     PostStop typeBatches(const X11Target &target, const QString &text, bool answered, int &taken);
+    /// Binds the batch's keys, and sends it once the target has answered and done what it had to. `answered`
+    /// is as above. KeyboardChanged when nothing has been sent because keys yield something else.
+    PostStop typeBatch(const X11Target &target, const PostBatch &batch, bool &answered);
     /// Waits until the target has translated what it was sent.
     PostStop awaitTaken(const X11Target &target, int drain);
     /// Holds the keys that programs have yet to take.
     void holdSlots();
     /// Forgets the programs that have caught up.
     void lookBehind();
-    /// Sees to it that some keys can be bound.
+    /// Sees to it that some keys can be bound, and that more can when there are few.
     void findFreeSlots();
+    /// Looks whether the keyboard map is still as we left it, and begins with no key bound when it is not.
+    void checkMap();
     /// None of the keys is bound any more.
     void startSlots();
     bool isFocused(const X11Target &target) const;
@@ -79,11 +86,12 @@ private:
     X11Connection m_connection;
     X11Waits m_waits;
     std::unique_ptr<X11ScratchKeys> m_keys;
-    std::unique_ptr<ScratchSlots> m_slots;
+    ScratchSlots m_slots{0};
     bool m_oneState = false;
     std::unique_ptr<X11SecondKeyboard> m_second;
     bool m_usable = false;
     X11Behind m_behind;
+    QElapsedTimer m_lastLook;        ///< at it
     std::vector<int> m_underWay;     ///< slots that the target was sent keys of, and was not seen to take
     unsigned long m_neverShown = 0;  ///< a window that asks for the keyboard and can never get it
     unsigned long m_asideWindow = 0; ///< has the second keyboard's focus while nobody is typed to

@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <numeric>
 
 namespace mevo {
@@ -29,6 +30,39 @@ constexpr int lowestUsableKeycode = 9; // some programs drop 8, which no keyboar
 constexpr unsigned maxGroups = 4;
 
 constexpr int maxMarks = 8; // of programs at one time, and of those that have left keys bound
+
+/// Nobody else changes anything while it stands. Not to be nested: the inner one's end is the end of both.
+class ServerGrab
+{
+public:
+    explicit ServerGrab(Display *display)
+        : m_display(display)
+    {
+        XGrabServer(display);
+    }
+    ~ServerGrab()
+    {
+        XUngrabServer(m_display);
+        XFlush(m_display);
+    }
+    ServerGrab(const ServerGrab &) = delete;
+    ServerGrab &operator=(const ServerGrab &) = delete;
+
+private:
+    Display *m_display;
+};
+
+struct FreeMap
+{
+    void operator()(XkbDescPtr map) const { XkbFreeKeyboard(map, 0, True); }
+};
+using KeyMap = std::unique_ptr<XkbDescRec, FreeMap>;
+
+/// What its clients know of the user's keyboard; none when the server does not say.
+KeyMap readMap(Display *display)
+{
+    return KeyMap(XkbGetMap(display, XkbAllClientInfoMask, XkbUseCoreKbd));
+}
 
 /// Whether a modifier does nothing but choose among the symbols of keys.
 bool choosesSymbolsAlone(const XkbDescRec &map, unsigned modifier)
@@ -245,9 +279,8 @@ void X11ScratchKeys::recover()
     if (!left.empty()) {
         m_keycodes = left;
         m_symbols.assign(m_keycodes.size(), 0);
-        std::vector<int> all(m_keycodes.size());
-        std::iota(all.begin(), all.end(), 0);
-        setMap(all);
+        const ServerGrab grab(m_connection.display());
+        setMap(allKeys());
         qInfo() << "Typing: unbound" << left.size() << "keys that an earlier run had left bound";
     }
     for (const Mark &mark : marks) {
@@ -256,25 +289,34 @@ void X11ScratchKeys::recover()
     XSync(m_connection.display(), False);
 }
 
-void X11ScratchKeys::mark(bool on)
+void X11ScratchKeys::mark(const std::vector<int> &keycodes)
 {
-    if (on == m_marked) {
+    if (keycodes == m_marked) {
         return;
     }
-    m_marked = on;
     Display *display = m_connection.display();
-    if (on) {
-        const std::vector<unsigned long> keys(m_keycodes.begin(), m_keycodes.end());
-        XGrabServer(display); // so that no other one of us takes the same mark
-        m_mark = freeMark();
-        XSetSelectionOwner(display, m_mark.selection, m_owner, CurrentTime);
+    if (!keycodes.empty()) {
+        const std::vector<unsigned long> items(keycodes.begin(), keycodes.end());
+        const ServerGrab grab(display); // so that no other one of us takes the same mark
+        if (m_marked.empty()) {
+            m_mark = freeMark();
+            XSetSelectionOwner(display, m_mark.selection, m_owner, CurrentTime);
+        }
         XChangeProperty(display, m_connection.root(), m_mark.property, XA_CARDINAL, 32, PropModeReplace,
-                        reinterpret_cast<const unsigned char *>(keys.data()), static_cast<int>(keys.size()));
-        XUngrabServer(display);
+                        reinterpret_cast<const unsigned char *>(items.data()),
+                        static_cast<int>(items.size()));
     } else {
         XDeleteProperty(display, m_connection.root(), m_mark.property);
         XSetSelectionOwner(display, m_mark.selection, None, CurrentTime);
     }
+    m_marked = keycodes;
+}
+
+std::vector<int> X11ScratchKeys::allKeys() const
+{
+    std::vector<int> keys(m_keycodes.size());
+    std::iota(keys.begin(), keys.end(), 0);
+    return keys;
 }
 
 bool X11ScratchKeys::bind(const std::vector<ScratchSlots::Binding> &bindings)
@@ -282,68 +324,111 @@ bool X11ScratchKeys::bind(const std::vector<ScratchSlots::Binding> &bindings)
     if (bindings.empty()) {
         return true;
     }
-    mark(true);
+    mark(m_keycodes);
     std::vector<int> keys;
     for (const ScratchSlots::Binding &binding : bindings) {
         keys.push_back(binding.slot % keyCount());
-        m_symbols[static_cast<std::size_t>(binding.slot)] = binding.symbol;
     }
-    setMap(keys);
-    if (changedKeys(keys).empty()) {
-        return true;
+    bool asLeft = false;
+    {
+        const ServerGrab grab(m_connection.display());
+        asLeft = areAsLeft(keys);
+        if (asLeft && writeKeys(keys, bindings)) {
+            return true;
+        }
     }
-    qWarning() << "Typing: the server does not bind the free keys as it should";
-    m_useStates = false;
+    if (asLeft) {
+        qWarning() << "Typing: the server does not bind the free keys as it should";
+        m_useStates = false;
+    } else {
+        qInfo() << "Typing: the keyboard map has been changed";
+    }
     release();
     findFree();
     return false;
 }
 
-std::vector<std::size_t> X11ScratchKeys::changedKeys(const std::vector<int> &keys) const
+bool X11ScratchKeys::writeKeys(const std::vector<int> &keys,
+                               const std::vector<ScratchSlots::Binding> &bindings)
 {
-    std::vector<std::size_t> changed;
-    XkbDescPtr map = XkbGetMap(m_connection.display(), XkbAllClientInfoMask, XkbUseCoreKbd);
-    if (map == nullptr) {
-        return changed;
+    for (const ScratchSlots::Binding &binding : bindings) {
+        m_symbols[static_cast<std::size_t>(binding.slot)] = binding.symbol;
     }
+    setMap(keys);
+    if (areAsLeft(keys)) {
+        return true;
+    }
+    unbind(keys);
+    return false;
+}
+
+void X11ScratchKeys::unbind(const std::vector<int> &keys)
+{
     for (const int key : keys) {
-        std::vector<unsigned char> bound;
-        appendKey(bound, symbolsOf(static_cast<std::size_t>(key)));
-        std::vector<KeySymbol> expected((bound.size() - 8) / 4);
-        for (std::size_t i = 0; i < bound.size() - 8; ++i) {
-            expected[i / 4] |= KeySymbol(bound[8 + i]) << (8 * (i % 4));
-        }
-        std::vector<KeySymbol> found;
-        for (int i = 0; i < XkbKeyNumSyms(map, keycode(key)); ++i) {
-            found.push_back(static_cast<KeySymbol>(XkbKeySymsPtr(map, keycode(key))[i]));
-        }
-        if (std::all_of(found.begin(), found.end(), [](KeySymbol symbol) { return symbol == 0; })) {
-            found.clear(); // a map may give a free key places for symbols
-        }
-        if (found != expected) {
-            changed.push_back(static_cast<std::size_t>(key));
+        for (auto slot = static_cast<std::size_t>(key); slot < m_symbols.size(); slot += m_keycodes.size()) {
+            m_symbols[slot] = 0;
         }
     }
-    XkbFreeKeyboard(map, 0, True);
-    return changed;
+    setMap(keys);
+}
+
+std::vector<KeySymbol> X11ScratchKeys::expectedOn(int key) const
+{
+    std::vector<unsigned char> bound;
+    appendKey(bound, symbolsOf(static_cast<std::size_t>(key)));
+    std::vector<KeySymbol> expected((bound.size() - 8) / 4);
+    for (std::size_t i = 0; i < bound.size() - 8; ++i) {
+        expected[i / 4] |= KeySymbol(bound[8 + i]) << (8 * (i % 4));
+    }
+    return expected;
+}
+
+std::vector<KeySymbol> X11ScratchKeys::foundOn(const XkbDescRec &map, int key) const
+{
+    std::vector<KeySymbol> found;
+    for (int i = 0; i < XkbKeyNumSyms(&map, keycode(key)); ++i) {
+        found.push_back(static_cast<KeySymbol>(XkbKeySymsPtr(&map, keycode(key))[i]));
+    }
+    if (std::all_of(found.begin(), found.end(), [](KeySymbol symbol) { return symbol == 0; })) {
+        found.clear(); // a map may give a free key places for symbols
+    }
+    return found;
+}
+
+bool X11ScratchKeys::typeStands(const XkbDescRec &map) const
+{
+    return m_type.mask == 0 || (m_type.index < map.map->num_types && map.map->modmap != nullptr &&
+                                levelsChosenBy(map.map->types[m_type.index], m_type.mask) == m_type.second &&
+                                choosesSymbolsAlone(map, m_type.mask));
+}
+
+bool X11ScratchKeys::areAsLeft(const std::vector<int> &keys) const
+{
+    const KeyMap map = readMap(m_connection.display());
+    return !map || (typeStands(*map) && std::all_of(keys.begin(), keys.end(), [&](int key) {
+                        return foundOn(*map, key) == expectedOn(key);
+                    }));
+}
+
+bool X11ScratchKeys::yield(const std::vector<int> &some) const
+{
+    std::vector<int> keys;
+    for (const int slot : some) {
+        if (slot >= 0) {
+            keys.push_back(slot % keyCount());
+        }
+    }
+    return keys.empty() || areAsLeft(keys);
 }
 
 bool X11ScratchKeys::checkMap()
 {
-    if (!m_marked) {
+    if (m_marked.empty()) {
         findFree(); // layouts may have come or gone
         return false;
     }
-    std::vector<int> keys(m_keycodes.size());
-    std::iota(keys.begin(), keys.end(), 0);
-    const std::vector<std::size_t> changed = changedKeys(keys);
-    if (changed.empty()) {
+    if (areAsLeft(allKeys())) {
         return true;
-    }
-    for (const std::size_t key : changed) {
-        for (std::size_t slot = key; slot < m_symbols.size(); slot += m_keycodes.size()) {
-            m_symbols[slot] = 0; // somebody else's now
-        }
     }
     qInfo() << "Typing: the keyboard map has been changed";
     release();
@@ -353,30 +438,42 @@ bool X11ScratchKeys::checkMap()
 
 void X11ScratchKeys::release(const std::vector<int> &kept)
 {
-    std::vector<int> keys;
-    bool keepsAny = false;
-    for (std::size_t slot = 0; slot < m_symbols.size(); ++slot) {
-        if (m_symbols[slot] == 0) {
-            continue;
+    std::vector<int> keptKeycodes;
+    {
+        const ServerGrab grab(m_connection.display());
+        const KeyMap map = readMap(m_connection.display());
+        std::vector<int> ours;
+        for (const int key : allKeys()) {
+            const std::vector<KeySymbol> found = map ? foundOn(*map, key) : std::vector<KeySymbol>();
+            const bool others = !found.empty() && found != expectedOn(key);
+            bool keeps = false, unbinds = false;
+            for (auto slot = static_cast<std::size_t>(key); slot < m_symbols.size();
+                 slot += m_keycodes.size()) {
+                const bool keep =
+                    !others && std::find(kept.begin(), kept.end(), static_cast<int>(slot)) != kept.end();
+                keeps = keeps || (keep && m_symbols[slot] != 0);
+                unbinds = unbinds || (!keep && !others && m_symbols[slot] != 0);
+                m_symbols[slot] = keep ? m_symbols[slot] : 0;
+            }
+            if (keeps) {
+                keptKeycodes.push_back(keycode(key));
+            }
+            if (unbinds) {
+                ours.push_back(key);
+            }
         }
-        if (std::find(kept.begin(), kept.end(), static_cast<int>(slot)) != kept.end()) {
-            keepsAny = true;
-        } else {
-            keys.push_back(static_cast<int>(slot) % keyCount());
-            m_symbols[slot] = 0;
+        if (!ours.empty()) {
+            setMap(ours);
         }
     }
-    if (!keys.empty()) {
-        setMap(keys);
-    }
-    mark(keepsAny);
+    mark(keptKeycodes);
     XSync(m_connection.display(), False);
 }
 
 void X11ScratchKeys::setMap(const std::vector<int> &keys)
 {
-    // One request for the whole range: the keys between ours are written back as they were read, with the
-    // server grabbed so that no other change gets lost in between.
+    // One request for the whole range: the keys between ours are written back as they were read, under
+    // the grab so that no other change gets lost in between.
     std::map<int, std::vector<KeySymbol>> wanted;
     for (const int key : keys) {
         wanted[keycode(key)] = symbolsOf(static_cast<std::size_t>(key));
@@ -384,7 +481,6 @@ void X11ScratchKeys::setMap(const std::vector<int> &keys)
     const auto first = static_cast<xcb_keycode_t>(wanted.begin()->first);
     const auto last = static_cast<xcb_keycode_t>(wanted.rbegin()->first);
     Display *display = m_connection.display();
-    XGrabServer(display);
     XFlush(display);
     xcb_connection_t *xcb = XGetXCBConnection(display);
     const auto device = static_cast<xcb_xkb_device_spec_t>(XkbUseCoreKbd);
@@ -416,7 +512,6 @@ void X11ScratchKeys::setMap(const std::vector<int> &keys)
                         0, 0, 0, 0, 0, 0, 0, 0, 0, 0, out.data());
         free(reply);
     }
-    XUngrabServer(display);
     XSync(display, False);
 }
 

@@ -41,15 +41,19 @@ public:
     unsigned level3Mask() const { return m_type.mask; }
     /// Groups that the states use.
     int groupCount() const { return static_cast<int>(m_states.back().group) + 1; }
-    /// Binds slots to symbols in one request; symbol 0 unbinds. False when the server has not taken it, as
-    /// where some keyboard has a map without the type that states need: then there are fewer slots from now
-    /// on, and nothing is bound.
+    /// Binds slots to symbols in one request; symbol 0 unbinds. False when somebody else has changed the map,
+    /// and when the server has not taken it, as where some keyboard has a map without the type that states
+    /// need: then there are fewer slots from now on. Either way the free keys are looked for anew: count()
+    /// may change, and nothing is bound.
     bool bind(const std::vector<ScratchSlots::Binding> &bindings);
+    /// Whether these slots yield what they were bound to. What is no slot (below 0) is not looked at.
+    bool yield(const std::vector<int> &some) const;
     /// Whether the map is as bind() left it. When somebody has changed it, what is still ours is unbound.
     /// Then, and where nothing was bound, the free keys are looked for anew: count() may change, and nothing
     /// is bound.
     bool checkMap();
-    /// Unbinds every slot but those of `kept`, and takes the mark away unless one of them is bound.
+    /// Unbinds every slot but those of `kept`, and leaves the keys that somebody else has bound since. The
+    /// mark names the keys of `kept` from now on, and goes when there are none.
     void release(const std::vector<int> &kept = {});
     /// Slots that stay bound, and marked, when this ends: the next one of us unbinds them.
     void keepAtEnd(const std::vector<int> &kept) { m_keptAtEnd = kept; }
@@ -78,11 +82,23 @@ private:
     void recover();
     void findFree();
     void findStates(const _XkbDesc &map);
-    /// The keys whose symbols are not those that they were bound to.
-    std::vector<std::size_t> changedKeys(const std::vector<int> &keys) const;
-    void mark(bool on);
+    /// Whether the keys, and the type that states need, are as they were left.
+    bool areAsLeft(const std::vector<int> &keys) const;
+    bool typeStands(const _XkbDesc &map) const;
+    /// What a key should yield, as a map that it is in has it; nothing when it is not bound.
+    std::vector<KeySymbol> expectedOn(int key) const;
+    /// What it yields.
+    std::vector<KeySymbol> foundOn(const _XkbDesc &map, int key) const;
+    std::vector<int> allKeys() const;
+    /// Binds keys whose slots have new symbols. False when the server has not taken it; then they yield
+    /// nothing.
+    bool writeKeys(const std::vector<int> &keys, const std::vector<ScratchSlots::Binding> &bindings);
+    void unbind(const std::vector<int> &keys);
+    /// Writes down that these keycodes are bound; nothing is when there are none.
+    void mark(const std::vector<int> &keycodes);
     std::vector<KeySymbol> symbolsOf(std::size_t key) const;
     void appendKey(std::vector<unsigned char> &out, const std::vector<KeySymbol> &symbols) const;
+    /// To be called with the server grabbed.
     void setMap(const std::vector<int> &keys);
 
     X11Connection &m_connection;
@@ -94,7 +110,7 @@ private:
     std::vector<int> m_keptAtEnd;
     unsigned long m_owner = 0;
     Mark m_mark;
-    bool m_marked = false;
+    std::vector<int> m_marked; ///< keycodes
 };
 
 } // namespace mevo

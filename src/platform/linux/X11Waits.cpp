@@ -20,7 +20,6 @@ constexpr int quietLimitMs = 2000; // of its own time
 // An office keeps what it is typed for up to 20 ms before it goes into the text.
 constexpr int settledMs = 50;
 constexpr int settledLimitMs = 10000;
-constexpr int behindLookMs = 100;
 constexpr int stoppedLookMs = 10;
 
 } // namespace
@@ -129,7 +128,7 @@ PostStop X11Waits::awaitSettled(const X11Target &target)
     return PostStop::AtEnd;
 }
 
-bool X11Waits::hasCaughtUp(const X11Target &target)
+bool X11Waits::hasCaughtUp(const X11Target &target, qint64 behindMs)
 {
     if (!m_connection.exists(target.topLevel)) {
         return true;
@@ -142,7 +141,8 @@ bool X11Waits::hasCaughtUp(const X11Target &target)
         XSync(m_connection.display(), False);
         return !m_end.isOver();
     });
-    return state == ProcessState::Quiet || state == ProcessState::Unknown;
+    return state == ProcessState::Quiet || state == ProcessState::Unknown ||
+           (state == ProcessState::Busy && behindMs >= busyLimitMs);
 }
 
 } // namespace mevo

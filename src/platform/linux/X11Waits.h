@@ -35,8 +35,11 @@ public:
     int takenLimitMs = 10000;
     /// Waits until it also has nothing left to do with it.
     PostStop awaitSettled(const X11Target &target);
-    /// A short look whether a program that was behind has taken everything by now, or is gone.
-    bool hasCaughtUp(const X11Target &target);
+    /// A short look whether a program that was last sent something `behindMs` ago has taken everything by
+    /// now, or is gone. One that answers no ping and runs without a pause has after busyLimitMs.
+    bool hasCaughtUp(const X11Target &target, qint64 behindMs);
+    int behindLookMs = 100;
+    int busyLimitMs = 30000;
     /// Waits `milliseconds`.
     static void pause(int milliseconds);
 
