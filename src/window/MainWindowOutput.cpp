@@ -89,6 +89,10 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
 void MainWindow::post(mevo::WindowId window, const QString &text, Kept kept,
                       mevo::WindowSystem::PostDone done)
 {
+    if (mevo::isOwnWithoutField(window)) { // the keys would arrive, and be nowhere
+        done({0, text.isEmpty(), mevo::PostStop::NoField});
+        return;
+    }
     const int number = ++m_postNumber;
     m_postsUnderWay.emplace(number, kept == Kept::No ? text : QString());
     m_platform.windowSystem->postText(window, text,
@@ -138,6 +142,14 @@ void MainWindow::pasteNext()
     const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     if (paste.only != 0 && paste.only != window) {
         postInstead(paste);
+        return;
+    }
+    if (mevo::isOwnWithoutField(window)) {
+        keepUndelivered(paste.text, mevo::PostStop::NoField);
+        if (paste.done) {
+            paste.done(false);
+        }
+        pasteNext();
         return;
     }
     m_platform.clipboard->setText(paste.text);

@@ -35,6 +35,8 @@ const char *reasonText(mevo::PostStop stop)
         return "its window takes no focus";
     case mevo::PostStop::FocusLeft:
         return "another window has the focus";
+    case mevo::PostStop::NoField:
+        return "no text field of this program's window has the focus";
     case mevo::PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case mevo::PostStop::ScreenLocked:

@@ -19,6 +19,7 @@ namespace {
 constexpr int windowLookMs = 100;
 constexpr int windowComesMs = 10000;
 constexpr int tapDelayMs = 200;
+constexpr int pasteContentMs = 1000; ///< until the input method has copied its text
 } // namespace
 
 qint64 SessionHands::monotonicMs() const
@@ -203,7 +204,30 @@ void SessionHands::sendDeviceKey(int modifiers, int usage)
 void SessionHands::startPasteContentTimer()
 {
     m_window.PressWindow = m_window.focusedElsewhere(); // the input method does not tell of its press
-    QTimer::singleShot(1000, &m_window, &MainWindow::TimeOutGetPasteContent);
+    ++m_pasteContents;
+    QTimer::singleShot(pasteContentMs, &m_window, [this] { takePasteContent(); });
+}
+
+void SessionHands::takePasteContent()
+{
+    if (m_pasteContents > 0) {
+        --m_pasteContents;
+        m_window.TimeOutGetPasteContent();
+    }
+}
+
+bool SessionHands::awaitsPasteContent() const
+{
+    return m_pasteContents > 0 &&
+           (m_window.VoiceCommandWordMode || m_window.VoiceTranslateMode || m_window.VoiceSearchMode);
+}
+
+void SessionHands::finishPasteContent()
+{
+    if (m_pasteContents > 0) {
+        m_pasteContents = 1; // however many releases: it is one clipboard
+        takePasteContent();
+    }
 }
 
 void SessionHands::startTapTimer()

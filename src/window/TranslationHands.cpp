@@ -171,7 +171,8 @@ void TranslationHands::typeNext()
 
 void TranslationHands::deliver(const SentTranslation &translation, bool there)
 {
-    if (!there || !somebodyTakesKeys()) {
+    // One with a window of its own is posted there, whichever has the focus.
+    if (translation.own == 0 && (!there || !somebodyTakesKeys())) {
         m_window.keepUndelivered(translation.text, there ? PostStop::Gone : PostStop::FocusRefused);
         return;
     }
@@ -318,7 +319,7 @@ void TranslationHands::closing(const std::vector<SpokenText> &untold)
     if (m_window.m_micTip != nullptr) {
         m_window.m_micTip->UpdateStatusButtons();
     }
-    const WindowId front = untold.empty() ? 0 : m_dialog->windowToReturnTo();
+    const WindowId front = untold.empty() ? 0 : m_dialog->windowToReturnTo(CTransTipDialog::Sent::ByItself);
     for (const SpokenText &spoken : untold) {
         typeText({spoken.text, front, spoken.session.pressWindow, spoken.session, false});
     }
