@@ -86,7 +86,6 @@ private:
     MethodPress::Doing pressThirdParty(int key);
     MethodPress::Doing pressCustomMethod(int key);
     MethodPress::Doing typeCustomKey();
-    void tapCustomKey();
     bool listensToAnotherKey(int key) const;
     bool listensSinceClick();
     bool isInForce(const MethodPress &press) const;

@@ -175,18 +175,11 @@ void SessionMachine::inputMethodCame()
 SessionMachine::MethodPress::Doing SessionMachine::typeCustomKey()
 {
     if (!m_state.ASR3CustomHoldToTalk) {
-        tapCustomKey();
+        m_port.tapCustomKey();
         return MethodPress::Doing::Listens;
     }
     m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
     return MethodPress::Doing::Held;
-}
-
-void SessionMachine::tapCustomKey()
-{
-    m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
-    m_port.sleepMs(keyPauseMs);
-    m_port.sendDeviceKey(0, 0);
 }
 
 /// The method of the press is the one that a press would reach now.
@@ -209,7 +202,7 @@ void SessionMachine::releaseMethod(const MethodPress &press)
         if (held) {
             m_port.sendDeviceKey(0, 0);
         } else if (press.doing == MethodPress::Doing::Listens) { // what was not pressed is not released
-            tapCustomKey();
+            m_port.tapCustomKey();
         }
         return;
     }
@@ -241,7 +234,7 @@ void SessionMachine::leaveMethod(const MethodPress &press)
     }
     if (press.method == thirdPartyCustom) {
         if (m_port.isProgramRunning(customProgramName(m_state.LocalASR3CustomInstallPath))) {
-            tapCustomKey();
+            m_port.tapCustomKey();
         }
     } else if (m_port.findInputMethodWindow() != 0) {
         m_port.startTapTimer();

@@ -201,7 +201,7 @@ void MainWindow::keepForNextRun(const QString &text)
 {
     if (!text.isEmpty()) {
         qWarning("Exit: %d characters are kept as undelivered", text.size());
-        m_undelivered->add(text, m_platform.time->now());
+        storeUndelivered(text);
     }
 }
 

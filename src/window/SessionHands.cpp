@@ -3,6 +3,7 @@
 #include "audio/AudioRecorder.h"
 #include "base/SettingsFile.h"
 #include "device/DeviceCommands.h"
+#include "output/SendPlan.h"
 #include "ui/CPatialResultDialog.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
@@ -201,6 +202,11 @@ void SessionHands::sendDeviceKey(int modifiers, int usage)
     }
 }
 
+void SessionHands::tapCustomKey()
+{
+    m_window.TimeOutDelaySendCustom();
+}
+
 void SessionHands::startPasteContentTimer()
 {
     m_window.PressWindow = m_window.focusedElsewhere(); // the input method does not tell of its press
@@ -254,9 +260,8 @@ void SessionHands::finishTaps()
 
 void PipelineHands::sendToScreen(const QString &text, const SessionContext &session)
 {
-    // With the translation window there a text is pasted, and the paste key goes to whatever has the focus.
-    const bool pasted = m_window.m_translationHands.exists() && m_window.Send2ScreenMethod != 2;
-    m_window.sendToScreen(text, session, pasted ? session.pressWindow : 0);
+    m_window.sendToScreen(text, session,
+                          onlyWindowOf(m_window, session, m_window.m_translationHands.exists()));
 }
 
 void PipelineHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)

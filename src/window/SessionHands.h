@@ -40,6 +40,7 @@ public:
     void awaitInputMethodWindow(const QString &windowClass) override;
     void markInputMethodStarted() override;
     void sendDeviceKey(int modifiers, int usage) override;
+    void tapCustomKey() override;
     void startPasteContentTimer() override;
     void startTapTimer() override;
     /// Types the taps whose timers have not run out, each after its time.

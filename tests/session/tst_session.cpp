@@ -69,6 +69,13 @@ public:
     {
         log.add(QStringLiteral("key %1 %2").arg(modifiers).arg(usage, 0, 16));
     }
+    void tapCustomKey() override
+    {
+        sendDeviceKey(state->ASR3CustomCtrlShortCutKey, state->ASR3CustomShortCutKey);
+        sleepMs(100);
+        sendDeviceKey(0, 0);
+    }
+    const MainState *state = nullptr;
     void startPasteContentTimer() override { log.add(QStringLiteral("paste timer")); }
     void startTapTimer() override { log.add(QStringLiteral("tap timer")); }
 
@@ -83,6 +90,7 @@ struct Desk
 
     Desk()
     {
+        port.state = &state;
         state.VoiceTypeMode = true;
         state.DeviceConnected = true;
     }

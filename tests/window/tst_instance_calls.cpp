@@ -82,6 +82,24 @@ private Q_SLOTS:
         QTEST(keptTexts(), "kept");
     }
 
+    void theOldestOfTooManyIsMissed()
+    {
+        Program program;
+        program.start();
+        program.fake.windowSystem->focused = 0;
+        const auto told = [&program] {
+            return program.fake.log.calls(QStringLiteral("message 有文字未能输入"));
+        };
+        for (int text = 0; text <= mevo::UndeliveredTexts::most; ++text) {
+            QCOMPARE(told().filter(QStringLiteral("最早的一条已删除")).size(), 0);
+            program.window->instanceCalls().take({What::Type, QString::number(text)}, m_answers("a"));
+            QTRY_COMPARE(m_answers.told.size(), text + 1);
+        }
+        QCOMPARE(told().size(), mevo::UndeliveredTexts::most + 1);
+        QVERIFY(told().last().contains(QStringLiteral("最早的一条已删除")));
+        QCOMPARE(keptTexts().first(), QStringLiteral("1"));
+    }
+
     void aWindowOfOursTakesItInAFieldAlone_data()
     {
         QTest::addColumn<bool>("field");

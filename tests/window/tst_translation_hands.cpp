@@ -357,12 +357,40 @@ private Q_SLOTS:
         desk.program.fake.windowSystem->focused = elsewhere ? 0x22 : 0x11;
         const QString enter = QStringLiteral("hid send 05 81 04 00 28 00 00 00");
         if (elsewhere) {
-            QTRY_COMPARE(desk.calls("message 有文字未能输入").size(), 1);
+            QTRY_COMPARE(desk.calls("message 原来的窗口已失去焦点").size(), 1);
             QVERIFY(!desk.program.fake.log.has(enter));
+            QVERIFY(!QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))));
         } else {
             QTRY_VERIFY(desk.program.fake.log.has(enter));
         }
         QCOMPARE(desk.calls("clipboard set") + desk.calls("post"), QStringList());
+    }
+
+    void sendsOffWhatWasTypedBesideTheFocus_data()
+    {
+        QTest::addColumn<bool>("comesBack");
+        QTest::newRow("the focus has come back by then") << true;
+        QTest::newRow("it is still elsewhere") << false;
+    }
+    void sendsOffWhatWasTypedBesideTheFocus()
+    {
+        QFETCH(bool, comesBack);
+        Desk desk(1);
+        desk.window().VoiceImmediateSend = desk.window().VoiceImmediateSend_Enter = true;
+        desk.program.key(2, true);
+        QTRY_VERIFY(desk.dialog() != nullptr && desk.window().Recording);
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        auto *windows = desk.program.fake.windowSystem;
+        windows->focused = 0x22;
+        windows->onPost = [&] { windows->focused = comesBack ? 0x11 : 0x22; };
+        QTRY_COMPARE(desk.calls("post").size(), 1);
+        desk.program.settle();
+        const QString enter = QStringLiteral("hid send 05 81 04 00 28 00 00 00");
+        if (comesBack) {
+            QTRY_VERIFY(desk.program.fake.log.has(enter));
+        } else {
+            QVERIFY(!desk.program.fake.log.has(enter));
+        }
     }
 
     /// By the button into the window that has the focus at the click, also when that is left before the turn
