@@ -108,6 +108,14 @@
         <translation>有文字未能輸入，已保留在選單的「未送達的文字」中。</translation>
     </message>
     <message>
+        <source>原来的窗口已失去焦点，没有发送按键。</source>
+        <translation>原來的視窗已失去焦點，沒有傳送按鍵。</translation>
+    </message>
+    <message>
+        <source>有文字未能输入，已保留在菜单的“未送达的文字”中；已超过%1条，最早的一条已删除。</source>
+        <translation>有文字未能輸入，已保留在選單的「未送達的文字」中；已超過%1條，最早的一條已刪除。</translation>
+    </message>
+    <message>
         <source>未送达的文字(%1)</source>
         <translation>未送達的文字(%1)</translation>
     </message>

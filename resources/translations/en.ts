@@ -108,6 +108,14 @@
         <translation>Some text could not be typed; it waits in the menu under “Undelivered texts”.</translation>
     </message>
     <message>
+        <source>原来的窗口已失去焦点，没有发送按键。</source>
+        <translation>Another window has the focus; the keys of the word were not sent.</translation>
+    </message>
+    <message>
+        <source>有文字未能输入，已保留在菜单的“未送达的文字”中；已超过%1条，最早的一条已删除。</source>
+        <translation>Some text could not be typed; it waits in the menu under “Undelivered texts”. There were more than %1, and the oldest has been removed.</translation>
+    </message>
+    <message>
         <source>未送达的文字(%1)</source>
         <translation>Undelivered texts (%1)</translation>
     </message>

@@ -94,7 +94,7 @@ SendPlan::Way chooseWay(int method, WindowId window, bool translationDialogOpen,
 } // namespace
 
 SendPlan planSend(const QString &text, const MainState &state, const SessionContext &session,
-                  bool translationDialogOpen, bool canPost)
+                  bool translationDialogOpen, bool canPost, bool focusElsewhere)
 {
     SendPlan plan;
     if ((state.ThirdPartyActive && session.typeMode) ||
@@ -116,7 +116,28 @@ SendPlan planSend(const QString &text, const MainState &state, const SessionCont
         plan.way = chooseWay(state.Send2ScreenMethod, session.window, translationDialogOpen, canPost,
                              plan.lostFocus);
     }
+    if (focusElsewhere && !plan.keys.empty()) {
+        plan.keys.clear();
+        plan.keysDropped = true;
+    }
     return plan;
+}
+
+WindowId onlyWindowOf(const MainState &state, const SessionContext &session, bool translationDialogOpen)
+{
+    return translationDialogOpen && state.Send2ScreenMethod != 2 ? session.pressWindow : 0;
+}
+
+SessionContext translationContext(SessionContext session, bool spoken, bool byHand)
+{
+    if (!spoken || session.number != 0 || byHand) {
+        session.typeMode = false; // only what an input method has heard is typed by that
+    }
+    if (byHand) {
+        session.commandMode = false;
+    }
+    session.number = 0; // how long it took has been the user's choice
+    return session;
 }
 
 SendPlan::Way typingWay(const MainState &state, WindowId window, bool translationDialogOpen, bool canPost)

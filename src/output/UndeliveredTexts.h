@@ -20,7 +20,7 @@ struct UndeliveredText
 class UndeliveredTexts
 {
 public:
-    /// Of more texts than these the oldest goes, with a log line.
+    /// Of more texts than these the oldest goes, with a log line; whoever adds one tells the user.
     static constexpr int most = 100;
 
     /// Reads what an earlier run has left in `path`. A file that cannot be understood is put aside under

@@ -20,6 +20,7 @@ enum class PostStop {
     Hung,            ///< its program has not answered in time
     FocusRefused,    ///< it cannot be given the focus
     FocusLeft,       ///< another window has the focus, and the text could only have gone where that is
+    NoField,         ///< it is one of ours, and no field for text has the focus there
     KeyboardGrabbed, ///< another program has taken the keyboard for itself: an open menu, a screen locker
     ScreenLocked,
     KeyboardChanged, ///< somebody has changed the keyboard map while the text was on its way

@@ -109,7 +109,7 @@ void SessionMachine::press(const KeyReport &report)
     m_port.clearClipboard();
 
     const int key = keyOf(report);
-    if (const auto doing = pressInputMethod()) {
+    if (const auto doing = pressInputMethod(key)) {
         overtakeMethodPress(key);
         m_methodPress = MethodPress{key, m_state.LocalUseASR3Index, *doing};
         m_overtaken.erase(key);
@@ -141,7 +141,7 @@ void SessionMachine::overtakeMethodPress(int key)
 }
 
 /// What the press has begun when it was an input method's; one of an own engine leaves its window first.
-std::optional<SessionMachine::MethodPress::Doing> SessionMachine::pressInputMethod()
+std::optional<SessionMachine::MethodPress::Doing> SessionMachine::pressInputMethod(int key)
 {
     const int index = m_state.LocalUseASR3Index;
     const bool custom = m_state.ThirdPartyActive && index == thirdPartyCustom;
@@ -151,7 +151,7 @@ std::optional<SessionMachine::MethodPress::Doing> SessionMachine::pressInputMeth
         if (m_methodPress && m_methodPress->method != index) {
             leaveMethod(*m_methodPress); // its key is another one
         }
-        return custom ? pressCustomMethod() : pressThirdParty();
+        return custom ? pressCustomMethod(key) : pressThirdParty(key);
     }
     // Looked up only then: it asks every window of the desktop, and the first word waits. And not while a key
     // is held for it: what was said there would go with it. The next press finds it.

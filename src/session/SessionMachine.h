@@ -76,18 +76,17 @@ private:
     };
 
     void press(const KeyReport &report);
-    std::optional<MethodPress::Doing> pressInputMethod();
+    std::optional<MethodPress::Doing> pressInputMethod(int key);
     void release(const KeyReport &report);
     void startSession(const KeyReport &report);
     /// Ends the session under the lock; true when the recorder is to be stopped.
     bool closeSession(const KeyReport &report);
     void countQuickRelease();
 
-    MethodPress::Doing pressThirdParty();
-    MethodPress::Doing pressCustomMethod();
+    MethodPress::Doing pressThirdParty(int key);
+    MethodPress::Doing pressCustomMethod(int key);
     MethodPress::Doing typeCustomKey();
-    void tapCustomKey();
-    bool listensToAnotherKey() const;
+    bool listensToAnotherKey(int key) const;
     bool listensSinceClick();
     bool isInForce(const MethodPress &press) const;
     void endMethodPress();

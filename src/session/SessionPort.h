@@ -56,6 +56,8 @@ public:
     virtual void markInputMethodStarted() = 0;
     /// Types a key through the receiver's keyboard; nothing without a receiver.
     virtual void sendDeviceKey(int modifiers, int usage) = 0;
+    /// Types the custom input method's hot key, down and up.
+    virtual void tapCustomKey() = 0;
     /// Starts the timer after which a third-party result is looked for on the clipboard (1000 ms).
     virtual void startPasteContentTimer() = 0;
     /// Starts the timer after which the input method's hot key is tapped again (200 ms).

@@ -34,7 +34,7 @@ QString customProgramName(const QString &path)
 
 } // namespace
 
-SessionMachine::MethodPress::Doing SessionMachine::pressThirdParty()
+SessionMachine::MethodPress::Doing SessionMachine::pressThirdParty(int key)
 {
     const bool xunFei = m_state.LocalUseASR3Index == thirdPartyXunFei;
     const auto placeBar = [this, xunFei] { m_port.placeBar(299, xunFei ? 389 : 319); };
@@ -50,7 +50,7 @@ SessionMachine::MethodPress::Doing SessionMachine::pressThirdParty()
         m_port.sleepMs(keyPauseMs);
     };
 
-    const bool listens = listensSinceClick() || listensToAnotherKey();
+    const bool listens = listensSinceClick() || listensToAnotherKey(key);
     const bool found = m_port.findInputMethodWindow() != 0;
     if (!found) {
         placeBar();
@@ -99,7 +99,7 @@ SessionMachine::MethodPress::Doing SessionMachine::pressThirdParty()
     return MethodPress::Doing::Listens;
 }
 
-SessionMachine::MethodPress::Doing SessionMachine::pressCustomMethod()
+SessionMachine::MethodPress::Doing SessionMachine::pressCustomMethod(int key)
 {
     const QString path = m_state.LocalASR3CustomInstallPath;
     const QString name = customProgramName(path);
@@ -107,7 +107,7 @@ SessionMachine::MethodPress::Doing SessionMachine::pressCustomMethod()
     const bool suffixed = name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
     const QString image = suffixed ? name : name + QLatin1String(".exe");
     const bool byItself = image.contains(QLatin1String("VoiceInput.exe"));
-    const bool listens = (listensSinceClick() && byItself) || listensToAnotherKey();
+    const bool listens = (listensSinceClick() && byItself) || listensToAnotherKey(key);
     if (!name.isEmpty() && !m_state.LocalMustClickRunASR3 && !m_port.isProgramRunning(name)) {
         m_port.startProgram(path);
         if (!m_state.ASR3CustomWinClassName.isEmpty()) {
@@ -152,10 +152,11 @@ bool SessionMachine::listensSinceClick()
            m_port.monotonicMs() - clicked->ms < listensByItselfMs;
 }
 
-/// The press of a key that is held already has begun it.
-bool SessionMachine::listensToAnotherKey() const
+/// The press of a key that is held already has begun it. Not one of the same key, whose release has got lost:
+/// the method has most likely fallen silent since.
+bool SessionMachine::listensToAnotherKey(int key) const
 {
-    return m_methodPress && m_methodPress->method == m_state.LocalUseASR3Index &&
+    return m_methodPress && m_methodPress->key != key && m_methodPress->method == m_state.LocalUseASR3Index &&
            m_methodPress->doing == MethodPress::Doing::Listens;
 }
 
@@ -174,18 +175,11 @@ void SessionMachine::inputMethodCame()
 SessionMachine::MethodPress::Doing SessionMachine::typeCustomKey()
 {
     if (!m_state.ASR3CustomHoldToTalk) {
-        tapCustomKey();
+        m_port.tapCustomKey();
         return MethodPress::Doing::Listens;
     }
     m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
     return MethodPress::Doing::Held;
-}
-
-void SessionMachine::tapCustomKey()
-{
-    m_port.sendDeviceKey(m_state.ASR3CustomCtrlShortCutKey, m_state.ASR3CustomShortCutKey);
-    m_port.sleepMs(keyPauseMs);
-    m_port.sendDeviceKey(0, 0);
 }
 
 /// The method of the press is the one that a press would reach now.
@@ -208,7 +202,7 @@ void SessionMachine::releaseMethod(const MethodPress &press)
         if (held) {
             m_port.sendDeviceKey(0, 0);
         } else if (press.doing == MethodPress::Doing::Listens) { // what was not pressed is not released
-            tapCustomKey();
+            m_port.tapCustomKey();
         }
         return;
     }
@@ -240,7 +234,7 @@ void SessionMachine::leaveMethod(const MethodPress &press)
     }
     if (press.method == thirdPartyCustom) {
         if (m_port.isProgramRunning(customProgramName(m_state.LocalASR3CustomInstallPath))) {
-            tapCustomKey();
+            m_port.tapCustomKey();
         }
     } else if (m_port.findInputMethodWindow() != 0) {
         m_port.startTapTimer();

@@ -1,6 +1,7 @@
 #include "translation/OnlineReading.h"
 
 #include "base/ApplicationFiles.h"
+#include "base/WholeFile.h"
 #include "engines/BaiduRequest.h"
 #include "service/ProxyChoice.h"
 #include "service/QReplyTimeout.h"
@@ -10,7 +11,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QNetworkProxy>
-#include <QSaveFile>
 #include <QSslConfiguration>
 #include <QSslSocket>
 
@@ -26,12 +26,11 @@ constexpr int messageMs = 3000;
 bool keepSound(const QString &path, const QByteArray &sound)
 {
     QDir().mkpath(QFileInfo(path).path());
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(sound) == sound.size() && file.commit()) {
-        return true;
+    const QString failed = replaceWholeFile(path, sound);
+    if (!failed.isEmpty()) {
+        qWarning().noquote() << "Reading aloud:" << path << "cannot be written:" << failed;
     }
-    qWarning().noquote() << "Reading aloud:" << path << "cannot be written:" << file.errorString();
-    return false;
+    return failed.isEmpty();
 }
 
 } // namespace

@@ -460,8 +460,9 @@ private:
     /// Pastes into the window that has the focus when the turn of the text comes. Where `only` is given, into
     /// that one: when another has the focus by then the text is posted there, and kept as undelivered where
     /// that cannot be. `done` is called once the window has had the time to read the clipboard, or the text
-    /// has gone, or has been kept.
-    void pasteText(const QString &text, int holdMs, PasteDone done = {}, mevo::WindowId only = 0);
+    /// has gone, or has been kept. `session` is whose text it is, for the run's figures; 0 for nobody's.
+    void pasteText(const QString &text, int holdMs, PasteDone done = {}, mevo::WindowId only = 0,
+                   int session = 0);
     void pasteNext();
     void letPasteSettle();
     struct PendingPaste;
@@ -473,6 +474,9 @@ private:
     /// Keeps a text that no window has taken, and says so.
     void keepUndelivered(const QString &text, mevo::PostStop stop);
     void tellUndelivered(int characters, mevo::PostStop stop);
+    /// Adds it to the kept texts; tells when the oldest of too many has had to go for it, and is
+    /// true then.
+    bool storeUndelivered(const QString &text);
     void keepForNextRun(const QString &text);
     void showUndelivered();
     void closeTranslation();
@@ -480,6 +484,7 @@ private:
     void typeUndelivered(int index);
     bool isUndelivered(int index) const;
     void sendImmediateKeys();
+    void sendOffAfterPost(mevo::WindowId window);
 
     /// Made at the first check.
     MyUpdateChecker &updateChecker();
@@ -649,6 +654,7 @@ private:
         int holdMs = 0; ///< how long the paste key stays down
         PasteDone done;
         mevo::WindowId only = 0; ///< nowhere else; 0 for any window
+        int session = 0;
     };
     std::deque<PendingPaste> m_pendingPastes; ///< texts whose turn at the clipboard has not come
     std::map<int, QString> m_postsUnderWay;   ///< texts being posted
@@ -656,6 +662,7 @@ private:
     bool m_pasteSettles = false; ///< the window may still read the clipboard
     bool m_postsInstead = false; ///< a text that was to be pasted is posted; those behind it wait
     PasteDone m_pasteDone;       ///< of the text that it may still read
+    int m_pasteSession = 0;      ///< and whose that is
     void tellPasteDone();
     bool m_sessionsFinished = false;  ///< the exit has collected what was still on its way
     bool m_typingUndelivered = false; ///< a kept text is being typed

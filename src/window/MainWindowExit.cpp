@@ -134,7 +134,7 @@ bool MainWindow::askAboutStartup()
 bool MainWindow::isQuiet() const
 {
     return !Recording && !PressPending && ResultIdle && !m_results.isUnderWay() && !isTyping() &&
-           !ExitInProgress;
+           !m_sessionHands.awaitsPasteContent() && !ExitInProgress;
 }
 
 void MainWindow::whenQuiet(const char *what, const std::function<void()> &then, int waitedMs)
@@ -161,7 +161,9 @@ void MainWindow::finishSessions()
     if (!m_recorder->isOpen()) {
         finishXunFeiEarly(); // it has kept silent for long, and its session would never end
     }
-    const auto done = [this] { return !m_results.isUnderWay() && !isTyping(); };
+    const auto done = [this] {
+        return !m_results.isUnderWay() && !isTyping() && !m_sessionHands.awaitsPasteContent();
+    };
     if (!done()) {
         constexpr int lookAgainMs = 10;
         QEventLoop loop;
@@ -176,17 +178,19 @@ void MainWindow::finishSessions()
         loop.exec();
     }
     finishXunFeiEarly();
-    for (const mevo::SessionText &text : m_results.takeWaiting()) {
-        keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
-    }
-    for (const QString &text : m_translationHands.takeUnsent()) {
-        keepForNextRun(text);
+    m_sessionHands.finishPasteContent();
+    // In the order in which it was said: what has come farthest is the oldest.
+    for (const auto &post : std::exchange(m_postsUnderWay, {})) {
+        keepForNextRun(post.second); // whole: how much of it has gone is not known yet
     }
     for (const PendingPaste &paste : std::exchange(m_pendingPastes, {})) {
         keepForNextRun(paste.text);
     }
-    for (const auto &post : std::exchange(m_postsUnderWay, {})) {
-        keepForNextRun(post.second); // whole: how much of it has gone is not known yet
+    for (const QString &text : m_translationHands.takeUnsent()) {
+        keepForNextRun(text);
+    }
+    for (const mevo::SessionText &text : m_results.takeWaiting()) {
+        keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
     }
     m_sessionsFinished = true;
     tellPasteDone(); // the keys of that text have gone
@@ -197,7 +201,7 @@ void MainWindow::keepForNextRun(const QString &text)
 {
     if (!text.isEmpty()) {
         qWarning("Exit: %d characters are kept as undelivered", text.size());
-        m_undelivered->add(text, m_platform.time->now());
+        storeUndelivered(text);
     }
 }
 

@@ -39,30 +39,27 @@ void MainWindow::Send2Screen(const QString &text, int, int)
 
 void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &session, mevo::WindowId only)
 {
+    const bool focusElsewhere = only != 0 && m_platform.windowSystem->focusedWindow() != only;
     const mevo::SendPlan plan = mevo::planSend(text, *this, session, m_translationHands.exists(),
-                                               m_platform.windowSystem->canPostText());
-    const bool keysGoElsewhere = only != 0 && m_platform.windowSystem->focusedWindow() != only;
+                                               m_platform.windowSystem->canPostText(), focusElsewhere);
+    if (plan.keysDropped) {
+        qWarning() << "Send to screen: another window has the focus, the word's keys are not typed";
+        message(tr("原来的窗口已失去焦点，没有发送按键。"), mevo::MessageIcon::Warning, 3000);
+    }
     for (const mevo::KeyCombination &keys : plan.keys) {
-        if (keysGoElsewhere) {
-            qInfo() << "Send to screen: another window has the focus, the word's keys are not typed";
-            break;
-        }
         SendHWKey(keys.shift, keys.ctrl, keys.alt, keys.win, keys.consumerKey, keys.key);
     }
     switch (plan.way) {
     case mevo::SendPlan::Way::Nothing:
-        if (!plan.keys.empty() && keysGoElsewhere) {
-            keepUndelivered(plan.text, mevo::PostStop::FocusLeft);
-        } else if (plan.lostFocus) {
+        if (plan.lostFocus) {
             qWarning() << "Send to screen: no window had the focus";
             keepUndelivered(plan.text, mevo::PostStop::Gone);
-        } else if (plan.keys.empty() && !text.isEmpty()) {
+        } else if (plan.keys.empty() && !plan.keysDropped && !text.isEmpty()) {
             qInfo() << "Send to screen: nothing is typed in this mode";
         }
         break;
     case mevo::SendPlan::Way::Clipboard:
-        pasteText(plan.text, holdPasteKeyMs, {}, only);
-        m_figures.typed(session.number, m_platform.time->monotonicMs());
+        pasteText(plan.text, holdPasteKeyMs, {}, only, session.number);
         break;
     case mevo::SendPlan::Way::Post:
         post(session.window, plan.text, Kept::No,
@@ -74,14 +71,19 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
                  }
                  qInfo() << "Send to screen: typed" << result.posted << "characters";
                  m_figures.typed(number, m_platform.time->monotonicMs());
-                 // The receiver's keys go to the window that has the focus now.
-                 if (m_platform.windowSystem->focusedWindow() == window) {
-                     sendImmediateKeys();
-                 } else if (VoiceImmediateSend) {
-                     qInfo() << "Send to screen: another window has the focus, nothing is sent off";
-                 }
+                 sendOffAfterPost(window);
              });
         break;
+    }
+}
+
+/// The receiver's keys go to the window that has the focus now.
+void MainWindow::sendOffAfterPost(mevo::WindowId window)
+{
+    if (m_platform.windowSystem->focusedWindow() == window) {
+        sendImmediateKeys();
+    } else if (VoiceImmediateSend) {
+        qInfo() << "Send to screen: another window has the focus, nothing is sent off";
     }
 }
 
@@ -89,6 +91,10 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
 void MainWindow::post(mevo::WindowId window, const QString &text, Kept kept,
                       mevo::WindowSystem::PostDone done)
 {
+    if (mevo::isOwnWithoutField(window)) { // the keys would arrive, and be nowhere
+        done({0, text.isEmpty(), mevo::PostStop::NoField});
+        return;
+    }
     const int number = ++m_postNumber;
     m_postsUnderWay.emplace(number, kept == Kept::No ? text : QString());
     m_platform.windowSystem->postText(window, text,
@@ -114,9 +120,9 @@ QString MainWindow::runFigures() const
                      .arg(own.percentile(95));
 }
 
-void MainWindow::pasteText(const QString &text, int holdMs, PasteDone done, mevo::WindowId only)
+void MainWindow::pasteText(const QString &text, int holdMs, PasteDone done, mevo::WindowId only, int session)
 {
-    m_pendingPastes.push_back({text, holdMs, std::move(done), only});
+    m_pendingPastes.push_back({text, holdMs, std::move(done), only, session});
     pasteNext();
 }
 
@@ -140,8 +146,17 @@ void MainWindow::pasteNext()
         postInstead(paste);
         return;
     }
+    if (mevo::isOwnWithoutField(window)) {
+        keepUndelivered(paste.text, mevo::PostStop::NoField);
+        if (paste.done) {
+            paste.done(false);
+        }
+        pasteNext();
+        return;
+    }
     m_platform.clipboard->setText(paste.text);
     m_pasteDone = paste.done;
+    m_pasteSession = paste.session;
     m_pasteSettles = true; // the window reads the clipboard when it gets to the key
     const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
     if (deviceOpen()) {
@@ -182,15 +197,19 @@ void MainWindow::postInstead(const PendingPaste &paste)
         return;
     }
     m_postsInstead = true;
-    post(paste.only, paste.text, Kept::No, [this, text = paste.text, end](const mevo::PostResult &result) {
-        m_postsInstead = false;
-        if (result.complete) {
-            qInfo() << "Send to screen: typed" << result.posted << "characters beside the focus";
-        } else {
-            keepUndelivered(text.mid(result.posted), result.stop);
-        }
-        end(result.complete);
-    });
+    post(paste.only, paste.text, Kept::No,
+         [this, text = paste.text, window = paste.only, session = paste.session,
+          end](const mevo::PostResult &result) {
+             m_postsInstead = false;
+             if (result.complete) {
+                 qInfo() << "Send to screen: typed" << result.posted << "characters beside the focus";
+                 m_figures.typed(session, m_platform.time->monotonicMs());
+                 sendOffAfterPost(window);
+             } else {
+                 keepUndelivered(text.mid(result.posted), result.stop);
+             }
+             end(result.complete);
+         });
 }
 
 void MainWindow::letPasteSettle()
@@ -201,6 +220,7 @@ void MainWindow::letPasteSettle()
         QTimer::singleShot(lookAgainMs, this, &MainWindow::letPasteSettle);
         return;
     }
+    m_figures.typed(m_pasteSession, m_platform.time->monotonicMs());
     QTimer::singleShot(settleMs, this, [this] {
         m_pasteSettles = false;
         tellPasteDone();

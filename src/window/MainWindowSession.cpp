@@ -97,7 +97,7 @@ void MainWindow::TimeOutDelaySendCustom()
 
 void MainWindow::TimeOutGetPasteContent()
 {
-    if (!VoiceCommandWordMode && !VoiceTranslateMode && !VoiceSearchMode) {
+    if (m_sessionsFinished || (!VoiceCommandWordMode && !VoiceTranslateMode && !VoiceSearchMode)) {
         return; // in typing mode the input method has typed the text itself
     }
     const QString text = m_platform.clipboard->text();

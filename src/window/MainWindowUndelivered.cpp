@@ -35,6 +35,8 @@ const char *reasonText(mevo::PostStop stop)
         return "its window takes no focus";
     case mevo::PostStop::FocusLeft:
         return "another window has the focus";
+    case mevo::PostStop::NoField:
+        return "no text field of this program's window has the focus";
     case mevo::PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case mevo::PostStop::ScreenLocked:
@@ -47,6 +49,11 @@ const char *reasonText(mevo::PostStop stop)
     return "";
 }
 
+void logUndelivered(int characters, mevo::PostStop stop)
+{
+    qWarning("Send to screen: %d characters wait as undelivered: %s", characters, reasonText(stop));
+}
+
 } // namespace
 
 void MainWindow::loadUndelivered()
@@ -57,14 +64,29 @@ void MainWindow::loadUndelivered()
 
 void MainWindow::keepUndelivered(const QString &text, mevo::PostStop stop)
 {
-    m_undelivered->add(text, m_platform.time->now());
+    if (storeUndelivered(text)) {
+        logUndelivered(text.size(), stop);
+    } else {
+        tellUndelivered(text.size(), stop);
+    }
     showUndeliveredCount();
-    tellUndelivered(text.size(), stop);
+}
+
+bool MainWindow::storeUndelivered(const QString &text)
+{
+    const bool full = !text.isEmpty() && m_undelivered->count() == mevo::UndeliveredTexts::most;
+    m_undelivered->add(text, m_platform.time->now());
+    if (full) {
+        message(tr("有文字未能输入，已保留在菜单的“未送达的文字”中；已超过%1条，最早的一条已删除。")
+                    .arg(mevo::UndeliveredTexts::most),
+                mevo::MessageIcon::Warning, 5000);
+    }
+    return full;
 }
 
 void MainWindow::tellUndelivered(int characters, mevo::PostStop stop)
 {
-    qWarning("Send to screen: %d characters wait as undelivered: %s", characters, reasonText(stop));
+    logUndelivered(characters, stop);
     message(tr("有文字未能输入，已保留在菜单的“未送达的文字”中。"), mevo::MessageIcon::Warning, 5000);
 }
 

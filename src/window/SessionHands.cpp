@@ -3,6 +3,7 @@
 #include "audio/AudioRecorder.h"
 #include "base/SettingsFile.h"
 #include "device/DeviceCommands.h"
+#include "output/SendPlan.h"
 #include "ui/CPatialResultDialog.h"
 #include "ui/MicTipDialog.h"
 #include "ui/QToolTips.h"
@@ -19,6 +20,7 @@ namespace {
 constexpr int windowLookMs = 100;
 constexpr int windowComesMs = 10000;
 constexpr int tapDelayMs = 200;
+constexpr int pasteContentMs = 1000; ///< until the input method has copied its text
 } // namespace
 
 qint64 SessionHands::monotonicMs() const
@@ -200,10 +202,38 @@ void SessionHands::sendDeviceKey(int modifiers, int usage)
     }
 }
 
+void SessionHands::tapCustomKey()
+{
+    m_window.TimeOutDelaySendCustom();
+}
+
 void SessionHands::startPasteContentTimer()
 {
     m_window.PressWindow = m_window.focusedElsewhere(); // the input method does not tell of its press
-    QTimer::singleShot(1000, &m_window, &MainWindow::TimeOutGetPasteContent);
+    ++m_pasteContents;
+    QTimer::singleShot(pasteContentMs, &m_window, [this] { takePasteContent(); });
+}
+
+void SessionHands::takePasteContent()
+{
+    if (m_pasteContents > 0) {
+        --m_pasteContents;
+        m_window.TimeOutGetPasteContent();
+    }
+}
+
+bool SessionHands::awaitsPasteContent() const
+{
+    return m_pasteContents > 0 &&
+           (m_window.VoiceCommandWordMode || m_window.VoiceTranslateMode || m_window.VoiceSearchMode);
+}
+
+void SessionHands::finishPasteContent()
+{
+    if (m_pasteContents > 0) {
+        m_pasteContents = 1; // however many releases: it is one clipboard
+        takePasteContent();
+    }
 }
 
 void SessionHands::startTapTimer()
@@ -230,9 +260,8 @@ void SessionHands::finishTaps()
 
 void PipelineHands::sendToScreen(const QString &text, const SessionContext &session)
 {
-    // With the translation window there a text is pasted, and the paste key goes to whatever has the focus.
-    const bool pasted = m_window.m_translationHands.exists() && m_window.Send2ScreenMethod != 2;
-    m_window.sendToScreen(text, session, pasted ? session.pressWindow : 0);
+    m_window.sendToScreen(text, session,
+                          onlyWindowOf(m_window, session, m_window.m_translationHands.exists()));
 }
 
 void PipelineHands::trayMessage(const QString &text, MessageIcon icon, int milliseconds)

@@ -40,18 +40,25 @@ public:
     void awaitInputMethodWindow(const QString &windowClass) override;
     void markInputMethodStarted() override;
     void sendDeviceKey(int modifiers, int usage) override;
+    void tapCustomKey() override;
     void startPasteContentTimer() override;
     void startTapTimer() override;
     /// Types the taps whose timers have not run out, each after its time.
     void finishTaps();
+    /// An input method that was released may still copy a text that is to be dealt with here.
+    bool awaitsPasteContent() const;
+    /// Takes what it has copied so far, whose timer has not run out; nothing is awaited any more.
+    void finishPasteContent();
 
 private:
     void tapNow(int taps);
+    void takePasteContent();
     void lookForInputMethod(const QString &windowClass, int number, qint64 until);
 
     MainWindow &m_window;
-    int m_awaited = 0; ///< counts the windows that have been waited for
-    int m_taps = 0;    ///< of the input method's key that are still to come
+    int m_awaited = 0;       ///< counts the windows that have been waited for
+    int m_taps = 0;          ///< of the input method's key that are still to come
+    int m_pasteContents = 0; ///< releases whose text may still come by the clipboard
 };
 
 /// Carries out what becomes of a recognised text.

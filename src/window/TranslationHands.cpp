@@ -1,5 +1,6 @@
 #include "window/TranslationHands.h"
 
+#include "output/SendPlan.h"
 #include "translation/OnlineReading.h"
 #include "translation/Trans.h"
 #include "translation/WXTextSpeech.h"
@@ -171,22 +172,16 @@ void TranslationHands::typeNext()
 
 void TranslationHands::deliver(const SentTranslation &translation, bool there)
 {
-    if (!there || !somebodyTakesKeys()) {
+    // One with a window of its own is posted there, whichever has the focus.
+    if (translation.own == 0 && (!there || !somebodyTakesKeys())) {
         m_window.keepUndelivered(translation.text, there ? PostStop::Gone : PostStop::FocusRefused);
         return;
     }
-    SessionContext context = translation.session.value_or(m_window.contextNow());
-    if (!translation.session || context.number != 0 || translation.byHand) {
-        context.typeMode = false; // only what an input method has heard is typed by that
-    }
-    if (translation.byHand) {
-        context.commandMode = false;
-    }
-    context.number = 0; // how long it took has been the user's choice
+    SessionContext context = translationContext(translation.session.value_or(m_window.contextNow()),
+                                                translation.session.has_value(), translation.byHand);
     // The paste key waits until the receiver is free, and must find the same window then.
-    const WindowId target = translation.own != 0 ? translation.own : m_window.focusedElsewhere();
-    context.window = exists() && target == 0 ? m_window.FocusWindow : target;
-    m_window.sendToScreen(translation.text, context, target);
+    context.window = translation.own != 0 ? translation.own : m_window.focusedElsewhere();
+    m_window.sendToScreen(translation.text, context, context.window);
 }
 
 /// Not where a box of ours has come to the front, or no other program's window has ever been there, or none
@@ -318,7 +313,7 @@ void TranslationHands::closing(const std::vector<SpokenText> &untold)
     if (m_window.m_micTip != nullptr) {
         m_window.m_micTip->UpdateStatusButtons();
     }
-    const WindowId front = untold.empty() ? 0 : m_dialog->windowToReturnTo();
+    const WindowId front = untold.empty() ? 0 : m_dialog->windowToReturnTo(CTransTipDialog::Sent::ByItself);
     for (const SpokenText &spoken : untold) {
         typeText({spoken.text, front, spoken.session.pressWindow, spoken.session, false});
     }

@@ -159,6 +159,7 @@ private Q_SLOTS:
     {
         const Rows<QString, QString> row; // voiceType, appId
         row("Mandarin", "mandarin", "app1");
+        row("none chosen yet", "", "app1");
         row("a dialect", "cantonese", "app2");
         row("a language", "ko_kr", "app2");
     }

@@ -160,6 +160,79 @@ private Q_SLOTS:
         QCOMPARE(plan.way == SendPlan::Way::Post, typed);
     }
 
+    void keysGoIntoNoOtherWindow_data()
+    {
+        QTest::addColumn<bool>("typed"); // the word as well
+        QTest::addColumn<bool>("elsewhere");
+        QTest::newRow("the focus is there") << false << false;
+        QTest::newRow("it is elsewhere") << false << true;
+        QTest::newRow("it is elsewhere, and the word is typed") << true << true;
+    }
+    void keysGoIntoNoOtherWindow()
+    {
+        QFETCH(bool, typed);
+        QFETCH(bool, elsewhere);
+        MainState state;
+        state.VoiceSend = state.VoiceSend_Enter = true;
+        state.VoiceSend_Enter_MapWords = QStringLiteral("发送");
+        state.VoiceSend_MapWords2Screen = typed;
+        const SendPlan plan =
+            mevo::planSend(QStringLiteral("发送"), state, state.contextNow(), true, true, elsewhere);
+        QCOMPARE(plan.keys.empty(), elsewhere);
+        QCOMPARE(plan.keysDropped, elsewhere);
+        QCOMPARE(plan.way == SendPlan::Way::Clipboard, typed);
+        QVERIFY(!mevo::planSend(QStringLiteral("句"), state, state.contextNow(), true, true, elsewhere)
+                     .keysDropped);
+    }
+
+    void onlyIntoItsOwnWindow_data()
+    {
+        QTest::addColumn<bool>("dialog");
+        QTest::addColumn<int>("method");
+        QTest::addColumn<mevo::WindowId>("only");
+        QTest::newRow("posted") << false << 0 << mevo::WindowId(0);
+        QTest::newRow("pasted beside the dialog") << true << 0 << mevo::WindowId(7);
+        QTest::newRow("the same, posting asked for") << true << 1 << mevo::WindowId(7);
+        QTest::newRow("the clipboard as chosen") << true << 2 << mevo::WindowId(0);
+    }
+    void onlyIntoItsOwnWindow()
+    {
+        QFETCH(bool, dialog);
+        QFETCH(int, method);
+        MainState state;
+        state.Send2ScreenMethod = method;
+        mevo::SessionContext session;
+        session.window = 9;
+        session.pressWindow = 7;
+        QTEST(mevo::onlyWindowOf(state, session, dialog), "only");
+    }
+
+    void whatATranslationKeeps_data()
+    {
+        QTest::addColumn<int>("session"); // number, -1 for none
+        QTest::addColumn<bool>("byHand");
+        QTest::addColumn<bool>("typeMode");
+        QTest::addColumn<bool>("commandMode");
+        QTest::newRow("a sentence of ours") << 5 << false << false << true;
+        QTest::newRow("one that an input method has heard") << 0 << false << true << true;
+        QTest::newRow("a selection") << -1 << false << false << true;
+        QTest::newRow("a sentence, by hand") << 5 << true << false << false;
+        QTest::newRow("an input method's, by hand") << 0 << true << false << false;
+        QTest::newRow("a selection, by hand") << -1 << true << false << false;
+    }
+    void whatATranslationKeeps()
+    {
+        QFETCH(int, session);
+        QFETCH(bool, byHand);
+        mevo::SessionContext context;
+        context.number = qMax(0, session);
+        context.typeMode = context.commandMode = true;
+        const mevo::SessionContext kept = mevo::translationContext(context, session >= 0, byHand);
+        QTEST(kept.typeMode, "typeMode");
+        QTEST(kept.commandMode, "commandMode");
+        QCOMPARE(kept.number, 0);
+    }
+
     void terminalsPasteInTheirOwnWay_data()
     {
         QTest::addColumn<QString>("windowClass");

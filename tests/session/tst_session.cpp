@@ -69,6 +69,13 @@ public:
     {
         log.add(QStringLiteral("key %1 %2").arg(modifiers).arg(usage, 0, 16));
     }
+    void tapCustomKey() override
+    {
+        sendDeviceKey(state->ASR3CustomCtrlShortCutKey, state->ASR3CustomShortCutKey);
+        sleepMs(100);
+        sendDeviceKey(0, 0);
+    }
+    const MainState *state = nullptr;
     void startPasteContentTimer() override { log.add(QStringLiteral("paste timer")); }
     void startTapTimer() override { log.add(QStringLiteral("tap timer")); }
 
@@ -83,6 +90,7 @@ struct Desk
 
     Desk()
     {
+        port.state = &state;
         state.VoiceTypeMode = true;
         state.DeviceConnected = true;
     }
@@ -816,6 +824,30 @@ private Q_SLOTS:
         desk.calls();
         desk.key(3, 1);
         QVERIFY(desk.calls().contains(QStringLiteral("start /opt/VoiceInput")));
+    }
+
+    void aLostReleaseCostsNoPress_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::newRow("Sogou") << 2;
+        QTest::newRow("custom") << 3;
+    }
+    /// The method has fallen silent since: the next press of the same key begins it anew.
+    void aLostReleaseCostsNoPress()
+    {
+        QFETCH(int, index);
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
+        desk.state.LocalUseASR3Index = index;
+        desk.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/VoiceInput");
+        desk.state.ASR3CustomShortCutKey = 0x3b;
+        desk.port.running = QStringList{QStringLiteral("VoiceInput")};
+        desk.port.inputMethodWindow = 7;
+        for (int press = 0; press < 2; ++press) {
+            desk.key(1, 1);
+            QCOMPARE(desk.calls().filter(QStringLiteral("key ")),
+                     (QStringList{QStringLiteral("key 0 3b"), QStringLiteral("key 0 0")}));
+        }
     }
 
     /// While a result is being handled a second key is told to the session, but ends nothing.

@@ -153,6 +153,9 @@ void FakeWindowSystem::postText(WindowId window, const QString &text, PostDone d
 {
     const int units = postLimit < 0 ? text.size() : qMin(postLimit, text.size());
     m_log.add(QStringLiteral("post %1 %2").arg(window, 0, 16).arg(text.left(units)));
+    if (onPost) {
+        onPost();
+    }
     if (done && !holdPosts) {
         done({units, units == text.size()});
     }

@@ -1,4 +1,5 @@
 #include "support/FakePlatform.h"
+#include "support/FullDisk.h"
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
 #include "translation/OnlineReading.h"
@@ -82,6 +83,7 @@ private slots:
     void endsWhileItAsks();
     void folders();
     void workingFolderThatCannotBeWritten();
+    void aFullDiskGivesNoHalfOfASound();
     void mp3_data();
     void mp3();
 
@@ -311,6 +313,15 @@ void TestReading::workingFolderThatCannotBeWritten()
     reading->read(Pane::Destination, QStringLiteral("x"), m_voice);
     QTRY_COMPARE(FakePlayer::players.size(), 1);
     QCOMPARE(home.read(QStringLiteral("DestSynVoice/261124090507.mp3")), sound);
+}
+
+void TestReading::aFullDiskGivesNoHalfOfASound()
+{
+    const std::unique_ptr<OnlineReading> reading = makeReading();
+    const FullDisk full(8);
+    reading->read(Pane::Source, QStringLiteral("x"), m_voice);
+    QTRY_COMPARE(calls(), QStringList{failed});
+    QVERIFY(FakePlayer::players.isEmpty());
 }
 
 void TestReading::mp3_data()

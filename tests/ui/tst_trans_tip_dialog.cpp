@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QEventLoop>
 #include <QLabel>
 #include <QMenu>
@@ -595,15 +596,28 @@ private Q_SLOTS:
         QCOMPARE(window.calls("focus"), list({"focus to 70000077"}));
     }
 
-    /// Ours in front, its lower pane has the keyboard: the text goes to where the user was before.
+    void returnsToTheWindowBefore_data()
+    {
+        const Rows<bool, bool, QString> row; // by hand, another window of ours, typed
+        row("this window in front", true, false, "type [x] into 70000077");
+        row("another of ours", true, true, "type [x] into 70000077");
+        row("this window, by itself", false, false, "type [x] into 70000077");
+        row("another, where somebody may be typing", false, true, "type [x]");
+    }
+    /// Ours in front: the text goes to where the user was before, but takes the keyboard from nobody.
     void returnsToTheWindowBefore()
     {
-        Window window;
+        const auto [byHand, another, typed] = rowOf<bool, bool, QString>();
+        Window window(byHand ? 10000 : 0);
+        QDialog settings;
+        settings.show();
         window.dialog->HandleGetForeWin();
-        window.host.foreground = window.dialog->winId();
-        window.dest()->setPlainText("x"_s);
-        window.click("pushButton_TransSend");
-        QCOMPARE(window.calls("type"), list({"type x into 70000077"}));
+        window.host.foreground = another ? settings.winId() : window.dialog->winId();
+        window.translates("x");
+        if (byHand) {
+            window.click("pushButton_TransSend");
+        }
+        QCOMPARE(window.calls("type"), QStringList{typed});
     }
 
     void swapping()

@@ -4,7 +4,10 @@
 #include "window/InstanceCalls.h"
 #include "window/Program.h"
 
+#include <QDialog>
 #include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
 
 using mevo::InstanceAnswer;
 using mevo::InstanceCall;
@@ -77,6 +80,55 @@ private Q_SLOTS:
         QTRY_COMPARE(m_answers.told, QByteArrayList{answer});
         QTEST(program.fake.log.calls(QStringLiteral("post")), "posted");
         QTEST(keptTexts(), "kept");
+    }
+
+    void theOldestOfTooManyIsMissed()
+    {
+        Program program;
+        program.start();
+        program.fake.windowSystem->focused = 0;
+        const auto told = [&program] {
+            return program.fake.log.calls(QStringLiteral("message 有文字未能输入"));
+        };
+        for (int text = 0; text <= mevo::UndeliveredTexts::most; ++text) {
+            QCOMPARE(told().filter(QStringLiteral("最早的一条已删除")).size(), 0);
+            program.window->instanceCalls().take({What::Type, QString::number(text)}, m_answers("a"));
+            QTRY_COMPARE(m_answers.told.size(), text + 1);
+        }
+        QCOMPARE(told().size(), mevo::UndeliveredTexts::most + 1);
+        QVERIFY(told().last().contains(QStringLiteral("最早的一条已删除")));
+        QCOMPARE(keptTexts().first(), QStringLiteral("1"));
+    }
+
+    void aWindowOfOursTakesItInAFieldAlone_data()
+    {
+        QTest::addColumn<bool>("field");
+        QTest::addColumn<int>("method");
+        QTest::newRow("a field has the focus") << true << 0;
+        QTest::newRow("none has") << false << 0;
+        QTest::newRow("a field has it, by the clipboard") << true << 2;
+        QTest::newRow("none has, by the clipboard") << false << 2;
+    }
+    /// Such as the settings: what is typed to a button is nowhere.
+    void aWindowOfOursTakesItInAFieldAlone()
+    {
+        QFETCH(bool, field);
+        QFETCH(int, method);
+        Program program;
+        program.start();
+        program.window->Send2ScreenMethod = method;
+        QDialog settings;
+        QWidget *focused =
+            field ? static_cast<QWidget *>(new QLineEdit(&settings)) : new QPushButton(&settings);
+        settings.show();
+        focused->setFocus();
+        program.fake.windowSystem->focused = settings.winId();
+        program.window->instanceCalls().take({What::Type, QStringLiteral("一")}, m_answers("a"));
+        QTRY_COMPARE(m_answers.told, QByteArrayList{field ? "a done" : "a kept"});
+        QCOMPARE(keptTexts(), field ? QStringList() : QStringList{QStringLiteral("一")});
+        QCOMPARE(program.fake.log.calls(QStringLiteral("post")).size() +
+                     program.fake.log.calls(QStringLiteral("clipboard set")).size(),
+                 field ? 1 : 0);
     }
 
     void aTextGoesByTheClipboardWhereTheSettingsSaySo()

@@ -187,6 +187,73 @@ private Q_SLOTS:
         QCOMPARE(desk.calls("message 有文字未能输入").size(), obeys ? 0 : 1);
     }
 
+    void takesTheKeyboardFromNobody_data()
+    {
+        QTest::addColumn<bool>("ours");
+        QTest::newRow("somebody types in the settings") << false;
+        QTest::newRow("the translation window has it, and the window before does not come") << true;
+    }
+    /// A sentence has a window of its own, and is typed there beside whatever is in front.
+    void takesTheKeyboardFromNobody()
+    {
+        QFETCH(bool, ours);
+        Desk desk(1);
+        desk.program.key(2, true);
+        QTRY_VERIFY(desk.dialog() != nullptr && desk.window().Recording);
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        QDialog settings;
+        settings.show();
+        auto *windows = desk.program.fake.windowSystem;
+        windows->foreground = windows->focused = ours ? desk.dialog()->winId() : settings.winId();
+        QTRY_COMPARE(desk.calls("post"), QStringList{QStringLiteral("post 11 [你好]")});
+        QCOMPARE(desk.calls("activate").size(), ours ? 1 : 0);
+        QCOMPARE(desk.calls("message 有文字未能输入").size() + desk.calls("clipboard set").size(), 0);
+    }
+
+    /// What is still on its way at an exit is kept in the order in which it was said.
+    void anExitKeepsTheOrder()
+    {
+        Desk desk(5);
+        desk.program.fake.windowSystem->holdPosts = true;
+        desk.window().FocusWindow = 0x11;
+        desk.window().showRecText(QStringLiteral("一__over__"));
+        desk.window().pushBuutton_Translate_clicked();
+        desk.window().HidBusy = true; // the clipboard's turn does not come
+        desk.dialog()->showRecText(QStringLiteral("二"));
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[二]"));
+        desk.dialog()->on_pushButton_TransSend_clicked();
+        desk.dialog()->showRecText(QStringLiteral("三"));
+        QTRY_COMPARE(desk.translation(), QStringLiteral("[三]"));
+        desk.window().exitByItself();
+        desk.window().HidBusy = false;
+        QFile kept(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QStringList texts;
+        for (const QJsonValue &text : QJsonDocument::fromJson(kept.readAll()).array()) {
+            texts.append(text[QStringLiteral("text")].toString());
+        }
+        QCOMPARE(texts, (QStringList{QStringLiteral("一"), QStringLiteral("[二]"), QStringLiteral("[三]")}));
+    }
+
+    /// An input method copies what it has heard a moment after its key: an exit of that moment keeps it.
+    void anExitKeepsWhatAnInputMethodHasHeard()
+    {
+        Desk desk(5);
+        desk.window().pushBuutton_Translate_clicked();
+        desk.window().ThirdPartyActive = desk.window().VoiceTypeMode = true;
+        desk.window().LocalUseASR3Index = 2;
+        desk.program.fake.windowSystem->byTitle.insert(QString(), 7);
+        desk.window().ASR3WinClassName.clear();
+        desk.window().ASR3WindowName.clear();
+        char press[mevo::keyReportSize] = {1, 0x70, 3, 1};
+        desk.window().ProcessResult(press);
+        desk.program.fake.clipboard->setText(QStringLiteral("听到的"));
+        desk.window().exitByItself();
+        QFile kept(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll().count("听到的"), 1);
+    }
+
     /// The window of the first text comes late, the second one's is there: they keep their order.
     void textsKeepTheirOrder()
     {
@@ -290,12 +357,40 @@ private Q_SLOTS:
         desk.program.fake.windowSystem->focused = elsewhere ? 0x22 : 0x11;
         const QString enter = QStringLiteral("hid send 05 81 04 00 28 00 00 00");
         if (elsewhere) {
-            QTRY_COMPARE(desk.calls("message 有文字未能输入").size(), 1);
+            QTRY_COMPARE(desk.calls("message 原来的窗口已失去焦点").size(), 1);
             QVERIFY(!desk.program.fake.log.has(enter));
+            QVERIFY(!QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))));
         } else {
             QTRY_VERIFY(desk.program.fake.log.has(enter));
         }
         QCOMPARE(desk.calls("clipboard set") + desk.calls("post"), QStringList());
+    }
+
+    void sendsOffWhatWasTypedBesideTheFocus_data()
+    {
+        QTest::addColumn<bool>("comesBack");
+        QTest::newRow("the focus has come back by then") << true;
+        QTest::newRow("it is still elsewhere") << false;
+    }
+    void sendsOffWhatWasTypedBesideTheFocus()
+    {
+        QFETCH(bool, comesBack);
+        Desk desk(1);
+        desk.window().VoiceImmediateSend = desk.window().VoiceImmediateSend_Enter = true;
+        desk.program.key(2, true);
+        QTRY_VERIFY(desk.dialog() != nullptr && desk.window().Recording);
+        desk.window().showRecText(QStringLiteral("你好__over__"));
+        auto *windows = desk.program.fake.windowSystem;
+        windows->focused = 0x22;
+        windows->onPost = [&] { windows->focused = comesBack ? 0x11 : 0x22; };
+        QTRY_COMPARE(desk.calls("post").size(), 1);
+        desk.program.settle();
+        const QString enter = QStringLiteral("hid send 05 81 04 00 28 00 00 00");
+        if (comesBack) {
+            QTRY_VERIFY(desk.program.fake.log.has(enter));
+        } else {
+            QVERIFY(!desk.program.fake.log.has(enter));
+        }
     }
 
     /// By the button into the window that has the focus at the click, also when that is left before the turn

@@ -39,6 +39,8 @@ const char *nameOf(PostStop stop)
         return "the window does not take the focus";
     case PostStop::FocusLeft:
         return "another window has the focus";
+    case PostStop::NoField:
+        return "no text field has the focus";
     case PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case PostStop::KeyboardChanged:

@@ -251,7 +251,7 @@ void CTransTipDialog::sendTranslation(Sent how)
     m_sendLater.stop();
     m_spokenUnsent = false;
     setFocus(Qt::OtherFocusReason);
-    const mevo::WindowId front = windowToReturnTo();
+    const mevo::WindowId front = windowToReturnTo(how);
     m_host.neverTakeFocus();
     const bool atOnce = SendTransResult2ScreenMode == mevo::sendAtOnce;
     if (atOnce) {
@@ -323,10 +323,11 @@ void CTransTipDialog::HandleGetForeWin()
     }
 }
 
-mevo::WindowId CTransTipDialog::windowToReturnTo()
+mevo::WindowId CTransTipDialog::windowToReturnTo(Sent how)
 {
     HandleGetForeWin();
-    return mevo::isOwnWindow(LastForeground) ? LastOtherForeground : 0;
+    const bool leaves = how == Sent::ByHand ? mevo::isOwnWindow(LastForeground) : LastForeground == winId();
+    return leaves ? LastOtherForeground : 0;
 }
 
 // Selections in other windows.
@@ -336,13 +337,14 @@ void CTransTipDialog::ProcessResult(char *)
     if (!DelimitMode || DialogClosing) {
         return;
     }
-    m_host.copySelection(false, windowToReturnTo(), [this](const QString &text, mevo::WindowId from) {
-        if (text.isEmpty()) {
-            on_pushButton_SelectDelimit_clicked();
-        } else {
-            showSource(text, Origin::Copied, from);
-        }
-    });
+    m_host.copySelection(false, windowToReturnTo(Sent::ByHand),
+                         [this](const QString &text, mevo::WindowId from) {
+                             if (text.isEmpty()) {
+                                 on_pushButton_SelectDelimit_clicked();
+                             } else {
+                                 showSource(text, Origin::Copied, from);
+                             }
+                         });
 }
 
 void CTransTipDialog::on_pushButton_SelectDelimit_clicked()
@@ -362,7 +364,7 @@ void CTransTipDialog::on_pushButton_SelectDelimit_clicked()
         return; // a session that ended there was waited for
     }
     setFocus(Qt::OtherFocusReason);
-    const mevo::WindowId front = windowToReturnTo();
+    const mevo::WindowId front = windowToReturnTo(Sent::ByHand);
     m_host.neverTakeFocus();
     m_host.copySelection(true, front, [this](const QString &text, mevo::WindowId from) {
         m_copied = text;
@@ -511,7 +513,7 @@ void CTransTipDialog::reject()
         return;
     }
     // The escape key ends the typing in the source pane, no more.
-    const mevo::WindowId front = windowToReturnTo();
+    const mevo::WindowId front = windowToReturnTo(Sent::ByItself);
     setFocus(Qt::OtherFocusReason);
     if (front != 0) {
         m_host.giveFocusTo(front);

@@ -41,8 +41,10 @@ public:
     QStringList takeUnsent();
     /// Closes the window without the user's doing: nothing is sent or read any more, whatever arrives.
     void retire();
-    /// The last window of another program when one of ours is in front, else 0.
-    mevo::WindowId windowToReturnTo();
+    enum class Sent { ByHand, ByItself };
+    /// The last window of another program when this window is in front, else 0. By hand also when any other
+    /// of ours is: whoever asks for it there does not type just then.
+    mevo::WindowId windowToReturnTo(Sent how);
     /// Shows the window in the middle of the screen that `bar` stands on.
     void placeAt(const QRect &bar);
 
@@ -108,7 +110,6 @@ private:
     void translationFailed(const QString &sentence);
     void showTranslation(const QString &text, bool spoken);
     void keepUnsentTranslation();
-    enum class Sent { ByHand, ByItself };
     void sendTranslation(Sent how);
     void enterDelimitMode(bool on);
     void showPair();
