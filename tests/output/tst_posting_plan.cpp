@@ -54,6 +54,23 @@ private Q_SLOTS:
         QCOMPARE(batches(text, 4, mevo::typingHabits({programs})), cut);
     }
 
+    /// The keys are taken away before a batch is sent, and fewer of them are left.
+    void aBatchComesAgain()
+    {
+        mevo::ScratchSlots scratch(4);
+        mevo::PostingPlan plan(QStringLiteral("abcdefgh"), scratch);
+        QCOMPARE(plan.next().strokes.back().end, 4);
+        QCOMPARE(plan.next().strokes.back().end, 8);
+        scratch = mevo::ScratchSlots(3);
+        plan.again();
+        const PostBatch batch = plan.next();
+        QCOMPARE(batch.rebind.size(), std::size_t(3));
+        QCOMPARE(batch.struck(), (std::vector<int>{0, 1, 2}));
+        QCOMPARE(batch.strokes.back().end, 7);
+        QCOMPARE(plan.next().strokes.back().end, 8);
+        QVERIFY(plan.atEnd());
+    }
+
     void whatIsTyped()
     {
         const mevo::TypingHabits kate = mevo::typingHabits({QStringLiteral("kate"), QStringLiteral("Kate")});
