@@ -23,6 +23,9 @@ bool ProgramStart::start(const QString &program)
     }
     m_pid = fork();
     if (m_pid == 0) {
+        sigset_t none; // what is blocked here is no matter of the program's: it must hear that it is to end
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
         setsid();
         if (chdir(folder.constData()) == 0) {
             execv(path.constData(), arguments);

@@ -36,9 +36,13 @@ void onTerminationSignal(QObject *context, std::function<void()> handler)
     struct sigaction action = {};
     action.sa_handler = onSignal;
     action.sa_flags = SA_RESTART;
+    sigset_t heard;
+    sigemptyset(&heard);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         ::sigaction(signal, &action, nullptr);
+        sigaddset(&heard, signal);
     }
+    pthread_sigmask(SIG_UNBLOCK, &heard, nullptr); // whoever has started the program may have blocked them
 }
 
 } // namespace mevo
