@@ -2,7 +2,6 @@
 
 #include <QDebug>
 
-#include <csignal>
 #include <pulse/mainloop.h>
 #include <system_error>
 #include <utility>
@@ -16,10 +15,6 @@ PulseThread::PulseThread()
         qWarning("Microphone: the system gives no loop to talk with the sound server");
         return;
     }
-    // The program's signals are for its main thread.
-    sigset_t all, before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
     m_running = true;
     try {
         m_thread = std::thread(&PulseThread::run, this);
@@ -27,7 +22,6 @@ PulseThread::PulseThread()
         m_running = false;
         qWarning("Microphone: no thread: %s", error.what());
     }
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 PulseThread::~PulseThread()
