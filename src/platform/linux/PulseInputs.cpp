@@ -20,13 +20,6 @@ namespace {
 /// For which a press is held up at most by a server that does not answer.
 constexpr auto longestWait = std::chrono::milliseconds(300);
 
-void forget(pa_operation *operation)
-{
-    if (operation != nullptr) {
-        pa_operation_unref(operation);
-    }
-}
-
 bool isSame(const SoundFormat &one, const SoundFormat &other)
 {
     return one.rate == other.rate && one.channels == other.channels &&

@@ -13,17 +13,12 @@
 
 namespace mevo {
 
-namespace {
-
-/// The answer does not matter: a server that fails ends the stream as well.
 void forget(pa_operation *operation)
 {
     if (operation != nullptr) {
         pa_operation_unref(operation);
     }
 }
-
-} // namespace
 
 void SoundInlet::put(const void *data, std::size_t size)
 {

@@ -9,9 +9,14 @@
 #include <mutex>
 
 struct pa_context;
+struct pa_operation;
 struct pa_stream;
 
 namespace mevo {
+
+/// Lets a request to the server go, or none: its answer does not matter, as a server that fails ends the
+/// streams as well.
+void forget(pa_operation *operation);
 
 /// What a recording has brought, between the sound server's thread, which fills it, and its reader.
 class SoundInlet
