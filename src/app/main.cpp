@@ -5,11 +5,15 @@
 #include "engines/CurlPost.h"
 #include "platform/Platform.h"
 #include "platform/linux/FlockSingleInstance.h"
+#include "platform/linux/SilentBus.h"
 
 #include <QApplication>
+#include <QDebug>
 #include <QOpenGLContext>
+#include <QTimer>
 
 #include <cstdio>
+#include <optional>
 
 int main(int argc, char *argv[])
 {
@@ -40,6 +44,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    std::optional<mevo::SilentBus> silentBus(std::in_place);
     const QApplication application(argc, argv);
     if (!chosenByUser) {
         // It is read at the first question for OpenGL. The programs that we start may well draw with it.
@@ -53,5 +58,12 @@ int main(int argc, char *argv[])
     // it.
     QGuiApplication::setFallbackSessionManagementEnabled(false);
     const std::unique_ptr<mevo::Platform> platform = mevo::makePlatform();
+    if (silentBus->isHidden()) {
+        QTimer::singleShot(0, &application, [] { // when the log is there
+            qWarning("The session's bus does not answer: no messages of the desktop, no look at the screen's "
+                     "lock");
+        });
+    }
+    silentBus.reset();
     return mevo::runProgram(*platform, line.call);
 }

@@ -1,11 +1,14 @@
 #include "platform/linux/DesktopNotifications.h"
 #include "platform/linux/LinuxProcesses.h"
+#include "platform/linux/SilentBus.h"
 #include "platform/linux/StandingMessages.h"
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QLocalServer>
 #include <QPixmap>
 #include <QSystemTrayIcon>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 #include <QVariantMap>
@@ -78,6 +81,46 @@ private slots:
     {
         QApplication::setQuitOnLastWindowClosed(false);
         nextHandler = qInstallMessageHandler(collect);
+    }
+
+    void aBusThatHangs_data()
+    {
+        QTest::addColumn<QByteArray>("address"); // %1 is the folder of the test's sockets
+        QTest::addColumn<bool>("silent");
+        QTest::newRow("the session's") << qgetenv("DBUS_SESSION_BUS_ADDRESS") << false;
+        QTest::newRow("hangs") << QByteArray("unix:path=%1/hangs") << true;
+        QTest::newRow("hangs, escaped, behind another")
+            << QByteArray("tcp:host=x;unix:guid=12,path=%1/%68angs") << true;
+        QTest::newRow("nobody at the socket") << QByteArray("unix:path=%1/left") << false;
+        QTest::newRow("no socket") << QByteArray("unix:path=%1/none") << false;
+        QTest::newRow("abstract, nobody") << QByteArray("unix:abstract=%1/hangs") << false;
+        QTest::newRow("too long") << "unix:path=/" + QByteArray(200, 'x') << false;
+        QTest::newRow("a port") << QByteArray("tcp:host=localhost,port=1") << false;
+        QTest::newRow("nonsense") << QByteArray("path=%1/hangs;:;unix;unix:=") << false;
+    }
+    /// Qt would wait for it for 25 s before there is a window.
+    void aBusThatHangs()
+    {
+        QFETCH(QByteArray, address);
+        QFETCH(const bool, silent);
+        const QTemporaryDir folder;
+        QLocalServer hangs; // takes no connection: nothing here runs an event loop
+        QVERIFY(hangs.listen(folder.filePath(QStringLiteral("hangs"))));
+        {
+            QLocalServer left;
+            QVERIFY(left.listen(folder.filePath(QStringLiteral("other"))));
+            QVERIFY(QFile::rename(left.fullServerName(), folder.filePath(QStringLiteral("left"))));
+        }
+        const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+        address.replace("%1", folder.path().toUtf8());
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        {
+            const mevo::SilentBus bus(silent ? std::chrono::milliseconds(20) : std::chrono::minutes(1));
+            QCOMPARE(bus.isHidden(), silent);
+            QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), silent ? QByteArray("disabled:") : address);
+        }
+        QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), address);
+        qputenv("DBUS_SESSION_BUS_ADDRESS", before);
     }
 
     void messageWithoutAServiceIsLogged()
