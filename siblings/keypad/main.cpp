@@ -4,6 +4,7 @@
 #include "keypad/KeypadHost.h"
 #include "keypad/WordDoor.h"
 #include "platform/linux/LinuxSystemFacts.h"
+#include "platform/linux/SilentBus.h"
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/X11Keyboard.h"
 #include "platform/linux/X11OwnWindows.h"
@@ -75,6 +76,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, true);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    const mevo::SilentBus silentBus;
     const QApplication application(ownName, argv);
     QApplication::setApplicationName(QStringLiteral("mevoinput")); // whose tables it reads
     QApplication::setQuitOnLastWindowClosed(false);
