@@ -290,6 +290,7 @@ void MainWindow::finishStart()
     clearUpdateRest();
     followCommandTables();
     qInfo().noquote() << "Start: the bar comes;" << m_startClock.summary();
+    QTimer::singleShot(0, this, &MainWindow::setProgramIcon);
     if (m_lateSteps.empty()) {
         startIsOver();
     } else if (!m_exit.certain()) {

@@ -288,6 +288,8 @@ private:
     // Construction, in the order of the calls.
     void readEarlySettings();
     void installInterfaceLanguage();
+    /// Of all windows. Behind the bar: its seven pictures take longer than the bar itself.
+    void setProgramIcon();
     void createTrayIcon();
     void createMenu();
     void readServerAddresses();

@@ -51,16 +51,16 @@ QString wrapped(QString text)
     return Qt::convertFromPlainText(text.replace(u'\r', u'\n'), Qt::WhiteSpaceNormal);
 }
 
-QIcon programIcon()
+} // namespace
+
+void MainWindow::setProgramIcon()
 {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
         icon.addFile(QStringLiteral(":/rec/app/%1.png").arg(size));
     }
-    return icon;
+    QApplication::setWindowIcon(icon);
 }
-
-} // namespace
 
 void MainWindow::createTrayIcon()
 {
@@ -111,7 +111,6 @@ void MainWindow::createBar()
     setAccessibleName(tr("灵犀听写"));
     // Else one child that is asked for its native id makes a native window of every button.
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
-    QApplication::setWindowIcon(programIcon());
     new mevo::CompanionWindow(this, *m_platform.ownWindows);
     mevo::questionWindows = m_platform.windowSystem.get();
 
