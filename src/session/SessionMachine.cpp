@@ -97,8 +97,11 @@ void SessionMachine::endInputMethodPress()
 
 void SessionMachine::receiverGone()
 {
-    m_methodPress.reset();
+    const auto gone = std::exchange(m_methodPress, std::nullopt);
     m_clicked.reset();
+    if (gone && gone->doing == MethodPress::Doing::Listens) {
+        m_clicked = Click{gone->method, m_port.monotonicMs(), true};
+    }
 }
 
 void SessionMachine::press(const KeyReport &report)

@@ -52,7 +52,8 @@ public:
     /// Ends an input method's press whose release can no longer come, as the release would have.
     void endInputMethodPress();
 
-    /// The receiver has gone, and with it the keys that it held: nothing is left of an input method's press.
+    /// The receiver has gone, and with it the keys that it held. A method whose key was tapped listens on:
+    /// the next press goes on with that.
     void receiverGone();
 
 private:
@@ -68,11 +69,13 @@ private:
         int method = 0; ///< as LocalUseASR3Index
         Doing doing = Doing::Held;
     };
-    /// A click on the microphone button.
+    /// What has started an input method and has no release: a click on the microphone button, or the press of
+    /// a receiver that was pulled out.
     struct Click
     {
-        int method = 0; ///< as LocalUseASR3Index
-        qint64 ms = 0;  ///< when it was, or when the window that it brings up has come
+        int method = 0;      ///< as LocalUseASR3Index
+        qint64 ms = 0;       ///< when it was, or when the window that it brings up has come
+        bool tapped = false; ///< the method's key was tapped, so it listens
     };
 
     void press(const KeyReport &report);
@@ -87,7 +90,7 @@ private:
     MethodPress::Doing pressCustomMethod(int key);
     MethodPress::Doing typeCustomKey();
     bool listensToAnotherKey(int key) const;
-    bool listensSinceClick();
+    bool listensSinceClick(bool byItself);
     bool isInForce(const MethodPress &press) const;
     void endMethodPress();
     void releaseMethod(const MethodPress &press);

@@ -50,7 +50,7 @@ SessionMachine::MethodPress::Doing SessionMachine::pressThirdParty(int key)
         m_port.sleepMs(keyPauseMs);
     };
 
-    const bool listens = listensSinceClick() || listensToAnotherKey(key);
+    const bool listens = listensSinceClick(true) || listensToAnotherKey(key);
     const bool found = m_port.findInputMethodWindow() != 0;
     if (!found) {
         placeBar();
@@ -107,7 +107,7 @@ SessionMachine::MethodPress::Doing SessionMachine::pressCustomMethod(int key)
     const bool suffixed = name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
     const QString image = suffixed ? name : name + QLatin1String(".exe");
     const bool byItself = image.contains(QLatin1String("VoiceInput.exe"));
-    const bool listens = (listensSinceClick() && byItself) || listensToAnotherKey(key);
+    const bool listens = listensSinceClick(byItself) || listensToAnotherKey(key);
     if (!name.isEmpty() && !m_state.LocalMustClickRunASR3 && !m_port.isProgramRunning(name)) {
         m_port.startProgram(path);
         if (!m_state.ASR3CustomWinClassName.isEmpty()) {
@@ -144,11 +144,12 @@ void SessionMachine::inputMethodLeft()
     m_windowAwaited = false;
 }
 
-/// Only the first press of an input method after a click finds it so.
-bool SessionMachine::listensSinceClick()
+/// Only the first press of an input method after a click finds it so. `byItself`: its program does at a
+/// start.
+bool SessionMachine::listensSinceClick(bool byItself)
 {
     const auto clicked = std::exchange(m_clicked, std::nullopt);
-    return clicked && clicked->method == m_state.LocalUseASR3Index &&
+    return clicked && (byItself || clicked->tapped) && clicked->method == m_state.LocalUseASR3Index &&
            m_port.monotonicMs() - clicked->ms < listensByItselfMs;
 }
 

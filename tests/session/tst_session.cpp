@@ -697,6 +697,47 @@ private Q_SLOTS:
         QCOMPARE(desk.calls().filter(QStringLiteral("key ")).size(), 2);
     }
 
+    void aReceiverIsPulledOutOfAPress_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<bool>("hold");
+        QTest::addColumn<int>("away");   ///< ms
+        QTest::addColumn<bool>("typed"); ///< by the press after it
+        QTest::newRow("tapped") << int(mevo::thirdPartySogou) << false << 5000 << false;
+        QTest::newRow("tapped, custom") << int(mevo::thirdPartyCustom) << false << 5000 << false;
+        QTest::newRow("silent by now") << int(mevo::thirdPartySogou) << false << 60000 << true;
+        QTest::newRow("held") << int(mevo::thirdPartySogou) << true << 5000 << true;
+        QTest::newRow("held, custom") << int(mevo::thirdPartyCustom) << true << 5000 << true;
+    }
+    /// Nobody can tap the method's key again; the first tap after it would end what still listens.
+    void aReceiverIsPulledOutOfAPress()
+    {
+        QFETCH(const int, index);
+        QFETCH(const bool, hold);
+        QFETCH(const int, away);
+        QFETCH(const bool, typed);
+        Desk desk;
+        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
+        desk.state.LocalUseASR3Index = index;
+        desk.state.ASR3HoldToTalk = desk.state.ASR3CustomHoldToTalk = hold;
+        desk.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/talk");
+        desk.state.ASR3CustomShortCutKey = 0x3b;
+        desk.port.running = QStringList{QStringLiteral("talk")};
+        desk.port.inputMethodWindow = 7;
+        desk.key(1, 1);
+        QVERIFY(!desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        desk.session.receiverGone();
+        desk.port.clock += away;
+        desk.key(1, 1);
+        QCOMPARE(!desk.calls().filter(QStringLiteral("key ")).isEmpty(), typed);
+        desk.key(1, 0);
+        const QStringList release = desk.calls();
+        QVERIFY(release.contains(QStringLiteral("tap timer")) ||
+                !release.filter(QStringLiteral("key ")).isEmpty());
+        desk.key(1, 1); // from now on as ever
+        QVERIFY(!desk.calls().filter(QStringLiteral("key ")).isEmpty());
+    }
+
     /// The window that a click brings up is not there yet.
     void aPressComesBeforeTheClicksWindow()
     {
