@@ -385,7 +385,9 @@ private Q_SLOTS:
     {
         Installation installation;
         QList<Member> members = wholeVersion("new");
-        members[1] = program("new", "( flock 9; exec sleep 600 ) 9> \"$XDG_RUNTIME_DIR/mevoinput.lock\" &\n"
+        // Locked before it forks: a lock that came behind the end of the script could be looked for too
+        // early.
+        members[1] = program("new", "exec 9> \"$XDG_RUNTIME_DIR/mevoinput.lock\"\nflock 9\nsleep 600 &\n"
                                     "echo $! > ../pid\n");
         installation.offer(packed(members));
         const auto report = runUpdate(installation.base, {1000, 4000, 100});
