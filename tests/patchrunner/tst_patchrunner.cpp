@@ -1,4 +1,5 @@
 #include "base/RuntimeLock.h"
+#include "base/RuntimePath.h"
 #include "patchrunner/UpdateRun.h"
 
 #include <QProcess>
@@ -415,12 +416,20 @@ private Q_SLOTS:
         QCOMPARE(installation.left(), QStringList());
     }
 
+    void waitsForTheEnd_data()
+    {
+        QTest::addColumn<QString>("lock");
+        const QStringList paths = mevo::runtimePaths(mevo::programLockName, ".lock");
+        QTest::newRow("in the runtime folder") << paths.first();
+        QTest::newRow("in the common one, from before there was one") << paths.last();
+    }
+
     void waitsForTheEnd()
     {
+        QFETCH(QString, lock);
         Installation installation;
         installation.offer(packed(wholeVersion("new")));
-        const int held = open(m_runtime.filePath("mevoinput.lock").toLocal8Bit().constData(),
-                              O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        const int held = open(lock.toLocal8Bit().constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
         QVERIFY(flock(held, LOCK_EX) == 0);
         QVERIFY(runUpdate(installation.base, {50, 1000}).outcome == Outcome::StillRunning);
         QCOMPARE(installation.version(), "old");
@@ -447,7 +456,7 @@ private Q_SLOTS:
         QCOMPARE(installation.version(), "old");
         QVERIFY(installation.read("started").isEmpty());
         other.release();
-        QVERIFY(runUpdate(installation.base, times).outcome == Outcome::Done);
+        QVERIFY(runUpdate(installation.base).outcome == Outcome::Done);
     }
 
     void fullDisk()

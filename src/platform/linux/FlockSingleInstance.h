@@ -7,6 +7,7 @@
 namespace mevo {
 
 class InstanceDoor;
+class RuntimeLock;
 
 /// A locked file in the user's runtime folder. The lock goes with the process, however it ends, and
 /// programs that it starts do not inherit it.
@@ -28,7 +29,7 @@ public:
     CallResult call(const QString &name, const QByteArray &message, const CallWaits &waits) override;
 
 private:
-    int m_descriptor = -1;
+    std::unique_ptr<RuntimeLock> m_lock;
     QString m_name;
     std::unique_ptr<InstanceDoor> m_door;
 };
