@@ -10,6 +10,8 @@
 
 #include <QApplication>
 
+#include <memory>
+
 namespace mevo {
 
 namespace {
@@ -73,23 +75,28 @@ int runProgram(Platform &platform, const InstanceCall &call)
             }
             window->instanceCalls().take(*asked, [answer](InstanceAnswer done) { answer(toMessage(done)); });
         });
-    MainWindow window(platform);
+    auto window = std::make_unique<MainWindow>(platform);
     if (call.what != InstanceCall::What::Show) {
-        window.instanceCalls().take(call, [](InstanceAnswer) {});
+        window->instanceCalls().take(call, [](InstanceAnswer) {});
     }
     int result = 0;
-    if (!window.isLeaving()) { // else an event loop that begins now would never hear of the exit
-        window.setWindowTitle(QStringLiteral("aaaaaa"));
-        window.show();
+    if (!window->isLeaving()) { // else an event loop that begins now would never hear of the exit
+        window->setWindowTitle(QStringLiteral("aaaaaa"));
+        window->show();
         result = QApplication::exec();
     }
     // Who calls from now on would wait for an answer until the process ends; so it waits for the lock.
     platform.singleInstance->closeDoor();
-    if (window.isHandedOver() || (result != MainWindow::restartCode && !startAnew)) {
+    if (window->isHandedOver() || (result != MainWindow::restartCode && !startAnew)) {
         return result;
     }
+    // The new one reads accounts as soon as it runs: what is being kept of them comes before.
+    window.reset();
+    platform.secrets.reset();
     platform.singleInstance->release(); // else the new one would take itself for the second
-    platform.processes->startDetached(QCoreApplication::applicationFilePath(), argumentsOf(anew));
+    if (!platform.processes->startDetached(QCoreApplication::applicationFilePath(), argumentsOf(anew))) {
+        qWarning("Exit: the program could not be started anew");
+    }
     return 0;
 }
 

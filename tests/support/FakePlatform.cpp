@@ -327,6 +327,6 @@ FakePlatform::FakePlatform()
     , singleInstance(install<FakeSingleInstance>(platform.singleInstance, log))
     , notifications(install<FakeNotifications>(platform.notifications, log))
     , speech(install<FakeSpeech>(platform.speech, log))
-    , secrets(install<FakeSecretStore>(platform.secrets))
+    , secrets(install<FakeSecretStore>(platform.secrets, log))
 {
 }

@@ -457,10 +457,12 @@ private:
     Ended m_ended;
 };
 
-/// A secret store that answers from the event loop.
-class FakeSecretStore : public mevo::SecretStore
+/// A secret store that answers from the event loop. Its end is logged as "secrets kept".
+class FakeSecretStore : public Logged<mevo::SecretStore>
 {
 public:
+    using Logged::Logged;
+    ~FakeSecretStore() override { m_log.add(QStringLiteral("secrets kept")); }
     void read(mevo::KeyringPrompt prompt, QObject *context, Done done) override;
     void change(mevo::KeyringPrompt prompt, Edit edit, QObject *context, Done done) override;
 

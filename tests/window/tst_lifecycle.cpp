@@ -156,7 +156,7 @@ private Q_SLOTS:
         const int result = mevo::runProgram(program.fake.platform);
         QTEST(result, "result");
         const QString started = QStringLiteral("start ") + QCoreApplication::applicationFilePath();
-        const QStringList wanted{QStringLiteral("lock released"), started};
+        const QStringList wanted{QStringLiteral("secrets kept"), QStringLiteral("lock released"), started};
         QFETCH(bool, startsAnew);
         QCOMPARE(program.order(wanted), startsAnew ? wanted : QStringList());
     }
