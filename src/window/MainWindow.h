@@ -8,6 +8,7 @@
 #include "engines/XunFeiHost.h"
 #include "platform/Platform.h"
 #include "service/ChoiceMarks.h"
+#include "service/OneAtATime.h"
 #include "service/UntoldColumns.h"
 #include "session/ResultPipeline.h"
 #include "session/RunFigures.h"
@@ -333,6 +334,8 @@ private:
     void keepUntold(const mevo::RecordChoices &choices);
     void dropTold(const mevo::RecordChoices &choices);
     void tellUntoldColumns();
+    bool tellColumnsOnce();
+    void tellColumns(const mevo::RecordChoices &choices, const QString &statement);
     void restartForSettings();
     bool dontStartAtLogin();
     void checkUpdateAtWish();
@@ -628,12 +631,10 @@ private:
     bool m_moved = false;
     bool m_productRead = false;         ///< the product record has been applied in this run
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
-    bool m_tellingEngine = false;       ///< a statement of the engine in force waits for its answer
-    bool m_engineWaiting = false;       ///< another one has been put in force meanwhile
+    mevo::OneAtATime m_engineTold;      ///< the statement of the engine in force
+    mevo::OneAtATime m_columnsTold;     ///< those of the columns that the user has chosen
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
     mevo::ChoiceMarks m_choiceMarks;    ///< of the record's columns
-    bool m_tellingColumns = false;      ///< a statement of chosen columns waits for its answer
-    bool m_columnsWaiting = false;      ///< others have been chosen meanwhile
     bool m_countersKnown = true;        ///< false when the start ended before it had read them
     bool m_menuWanted = false;          ///< by a second start that came during the construction
     mevo::ExitWish m_exit;

@@ -417,7 +417,7 @@ bool MainWindow::refreshBaiduToken()
 bool MainWindow::tellUntoldChoice()
 {
     if (isEngineUntold()) {
-        if (m_recorder == nullptr || m_tellingEngine) {
+        if (m_recorder == nullptr || m_engineTold.isUnderWay()) {
             return false;
         }
         tellEngine();
@@ -428,26 +428,21 @@ bool MainWindow::tellUntoldChoice()
     return !mevo::untoldChoices(mevo::SettingsFile()).contains(QStringLiteral("EnableASR3"));
 }
 
-/// One statement at a time, since two could reach the record in either order: an engine that is chosen during
-/// the wait is told by the next one. The mark of a choice goes when the record has what is in force.
+/// An engine that is chosen during the wait is told by the next statement. The mark of a choice goes when the
+/// record has what is in force.
 void MainWindow::tellEngine()
 {
-    if (m_tellingEngine) {
-        m_engineWaiting = true;
-        return;
-    }
-    const QScopedValueRollback<bool> one(m_tellingEngine, true);
-    do {
-        m_engineWaiting = false;
+    m_engineTold.run([this] {
         const QString statement = mevo::engineStatement(*m_recorder, SchemaName, DongleID);
         const bool told = tellKnownRecord(statement);
         if (m_recorder == nullptr) {
-            return; // an exit came through the wait
+            return false; // an exit came through the wait
         }
         if (told && statement == mevo::engineStatement(*m_recorder, SchemaName, DongleID)) {
             forgetUntoldEngine();
         }
-    } while (m_engineWaiting && !LocalEnableASR3 && !isLeaving());
+        return !LocalEnableASR3 && !isLeaving();
+    });
 }
 
 bool MainWindow::isEngineUntold() const

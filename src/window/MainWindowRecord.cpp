@@ -23,11 +23,11 @@
 
 #include <QDebug>
 #include <QJsonObject>
-#include <QScopedValueRollback>
 #include <QTimer>
 #include <QtGlobal>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 constexpr int createTimeoutMs = 2000;
@@ -139,20 +139,14 @@ void MainWindow::tellRecord(const mevo::RecordChoices &choices)
 void MainWindow::tellRecordNow(const mevo::RecordChoices &choices, const QString &statement)
 {
     keepUntold(choices);
-    if (m_tellingColumns) {
-        m_columnsWaiting = true; // two at a time could reach the record in either order
-        return;
-    }
-    m_columnsWaiting = false;
-    {
-        const QScopedValueRollback<bool> one(m_tellingColumns, true);
-        if (tellKnownRecord(statement)) {
-            dropTold(choices);
+    bool asked = false;
+    m_columnsTold.run([&] {
+        if (std::exchange(asked, true)) {
+            return tellColumnsOnce();
         }
-    }
-    if (m_columnsWaiting && !isLeaving()) {
-        QTimer::singleShot(0, this, &MainWindow::tellUntoldColumns);
-    }
+        tellColumns(choices, statement);
+        return true;
+    });
 }
 
 void MainWindow::tellMethodChoice(mevo::Statement statement)
@@ -168,26 +162,28 @@ void MainWindow::tellMethodChoice(mevo::Statement statement)
                   mevo::deviceStatement(statement, SchemaName, values + QStringList(DongleID)));
 }
 
-/// One statement at a time; what is chosen during its wait is told by the next one. What fails is told before
-/// the next reading.
+/// What is chosen during its wait is told by the next statement, and what fails before the next reading.
 void MainWindow::tellUntoldColumns()
 {
-    if (m_tellingColumns) {
-        m_columnsWaiting = true;
-        return;
+    m_columnsTold.run([this] { return tellColumnsOnce(); });
+}
+
+/// False when there is nothing to tell.
+bool MainWindow::tellColumnsOnce()
+{
+    const mevo::RecordChoices choices = mevo::untoldChoices(mevo::SettingsFile());
+    if (choices.isEmpty() || isLeaving()) {
+        return false;
     }
-    const QScopedValueRollback<bool> one(m_tellingColumns, true);
-    mevo::RecordChoices tried;
-    for (;;) {
-        const mevo::RecordChoices choices = mevo::untoldChoices(mevo::SettingsFile());
-        if (choices.isEmpty() || choices == tried || isLeaving()) {
-            return;
-        }
-        tried = choices;
-        if (tellKnownRecord(mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
-                                                  {mevo::assignments(choices), DongleID}))) {
-            dropTold(choices);
-        }
+    tellColumns(choices, mevo::deviceStatement(mevo::Statement::WriteDeviceColumns, SchemaName,
+                                               {mevo::assignments(choices), DongleID}));
+    return true;
+}
+
+void MainWindow::tellColumns(const mevo::RecordChoices &choices, const QString &statement)
+{
+    if (tellKnownRecord(statement)) {
+        dropTold(choices);
     }
 }
 
