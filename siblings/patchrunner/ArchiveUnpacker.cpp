@@ -30,6 +30,14 @@ struct Link
     QString target;
 };
 
+/// A name of a member. They are in UTF-8, whatever the session's locale is; it is only where that is another
+/// one that the library may have taken a name into it, which it then gives back in UTF-8 as well.
+QString nameOf(const char *bytes, const char *utf8)
+{
+    const QString name = QString::fromUtf8(bytes);
+    return name.contains(QChar::ReplacementCharacter) && utf8 != nullptr ? QString::fromUtf8(utf8) : name;
+}
+
 /// The parts of a member's name; empty when it leads elsewhere. "./" at its beginning and "/" at its end,
 /// which tar likes, do no harm.
 QStringList partsOf(const QString &name)
@@ -94,7 +102,7 @@ public:
         archive_entry *entry = nullptr;
         int result = ARCHIVE_OK;
         while (m_result.error.isEmpty() &&
-               (result = archive_read_next_header(reader.get(), &entry)) == ARCHIVE_OK) {
+               isHeader(reader.get(), result = archive_read_next_header(reader.get(), &entry))) {
             take(reader.get(), entry);
         }
         if (m_result.error.isEmpty() && result != ARCHIVE_EOF) {
@@ -119,6 +127,11 @@ private:
         m_result.noSpace = errno == ENOSPC || errno == EDQUOT;
         fail(QStringLiteral("%1: %2").arg(name, QString::fromLocal8Bit(std::strerror(errno))));
     }
+    /// A name that the session's locale has no letters for is a warning, and the name is there all the same.
+    static bool isHeader(archive *reader, int result)
+    {
+        return result == ARCHIVE_OK || (result == ARCHIVE_WARN && archive_errno(reader) == EILSEQ);
+    }
     static QString archiveError(archive *reader)
     {
         const char *text = archive_error_string(reader);
@@ -127,8 +140,8 @@ private:
 
     void take(archive *reader, archive_entry *entry)
     {
-        // Names are bytes in UTF-8; what is none becomes a replacement character, and is refused.
-        const QString given = QString::fromUtf8(archive_entry_pathname(entry));
+        // What is no UTF-8 becomes a replacement character, and is refused.
+        const QString given = nameOf(archive_entry_pathname(entry), archive_entry_pathname_utf8(entry));
         const QStringList parts = partsOf(given);
         const auto type = archive_entry_filetype(entry);
         if (++m_members > m_limits.members) {
@@ -143,7 +156,8 @@ private:
             makeFolders(parts);
         } else if (type == AE_IFLNK) {
             makeFolders(parts.mid(0, parts.size() - 1));
-            takeLink({parts.join(QLatin1Char('/')), QString::fromUtf8(archive_entry_symlink(entry))});
+            takeLink({parts.join(QLatin1Char('/')),
+                      nameOf(archive_entry_symlink(entry), archive_entry_symlink_utf8(entry))});
         } else if (type == AE_IFREG) {
             makeFolders(parts.mid(0, parts.size() - 1));
             takeFile(reader, parts.join(QLatin1Char('/')),

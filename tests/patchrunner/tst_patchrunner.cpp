@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <cerrno>
+#include <clocale>
 #include <csignal>
 #include <cstring>
 #include <thread>
@@ -44,7 +45,7 @@ QByteArray packed(const QList<Member> &members, int filter = ARCHIVE_FILTER_XZ)
     archive_write_open_memory(writer, result.data(), std::size_t(result.size()), &used);
     for (const Member &member : members) {
         archive_entry *entry = archive_entry_new();
-        archive_entry_set_pathname(entry, member.name.constData());
+        archive_entry_set_pathname_utf8(entry, member.name.constData());
         archive_entry_set_filetype(entry, member.type);
         archive_entry_set_perm(entry, mode_t(member.mode));
         archive_entry_set_size(entry, member.content.size());
@@ -229,13 +230,26 @@ private Q_SLOTS:
         QCOMPARE(installation.started(3), QByteArray("new new new"));
     }
 
+    /// Also in a session whose locale has other letters than those of a name in the archive.
+    void part_data()
+    {
+        QTest::addColumn<QByteArray>("locale");
+        QTest::newRow("UTF-8") << QByteArray("C.UTF-8");
+        QTest::newRow("none") << QByteArray("C");
+    }
     void part()
     {
+        QFETCH(QByteArray, locale);
+        const QByteArray before = setlocale(LC_CTYPE, nullptr);
+        const auto restore = qScopeGuard([&] { setlocale(LC_CTYPE, before.constData()); });
+        setlocale(LC_CTYPE, "C.UTF-8");
         Installation installation;
-        installation.offer(packed({{"extra/tool", "x"}, offeredVersion}), {}, "Part");
-        QVERIFY(runUpdate(installation.base).outcome == Outcome::Done);
+        installation.offer(packed({{"extra/声音", "x"}, offeredVersion}), {}, "Part");
+        setlocale(LC_CTYPE, locale.constData());
+        const auto report = runUpdate(installation.base);
+        QVERIFY2(report.outcome == Outcome::Done, qPrintable(report.detail));
         QCOMPARE(installation.version(), "old");
-        QCOMPARE(installation.read("App/extra/tool"), QByteArray("x"));
+        QCOMPARE(installation.read("App/extra/声音"), QByteArray("x"));
         QCOMPARE(installation.started(1), QByteArray("old"));
     }
 
