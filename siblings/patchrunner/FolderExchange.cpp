@@ -21,7 +21,8 @@ bool swapNames(const QString &one, const QString &other)
                      QFile::encodeName(other).constData(), RENAME_EXCHANGE) == 0;
 }
 
-/// Everything written so far in the file system of this folder reaches the disk.
+} // namespace
+
 bool syncFileSystem(const QString &folder)
 {
     const int descriptor = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -32,8 +33,6 @@ bool syncFileSystem(const QString &folder)
     close(descriptor);
     return synced;
 }
-
-} // namespace
 
 QString exchangeFolders(const QString &one, const QString &other)
 {

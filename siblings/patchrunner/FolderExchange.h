@@ -4,6 +4,10 @@
 
 namespace mevo::patchrunner {
 
+/// Everything written so far in the file system of this folder reaches the disk. False when that is not
+/// known.
+bool syncFileSystem(const QString &folder);
+
 /// Exchanges two folders of one folder in one step: at every moment each name leads to one of them whole. The
 /// content of both is on the disk before, the exchange itself after. Gives what went wrong, empty when
 /// nothing did; then nothing has changed.

@@ -252,7 +252,7 @@ private:
             return;
         }
         QFile::remove(fresh);
-        if (!QFile::copy(brought, fresh) ||
+        if (!QFile::copy(brought, fresh) || !syncFileSystem(m_base) ||
             rename(QFile::encodeName(fresh).constData(), QFile::encodeName(own).constData()) != 0) {
             qWarning("The updater itself could not be renewed");
             QFile::remove(fresh);
