@@ -10,8 +10,14 @@ const QString updatePendingFile = QStringLiteral("UpdatePending");
 void reportStart(const QString &programFolder)
 {
     const QString pending = programFolder + QLatin1Char('/') + updatePendingFile;
-    if (QFile::exists(pending) && QFile::remove(pending)) {
+    QFile mark(pending);
+    if (!mark.exists()) {
+        return;
+    }
+    if (mark.remove()) {
         qInfo("Update: this version has come up");
+    } else { // the updater will take it for one that has not
+        qWarning().noquote() << "Update: that this version has come up cannot be told:" << mark.errorString();
     }
 }
 

@@ -279,6 +279,18 @@ private Q_SLOTS:
         QVERIFY(!mevo::clearUpdateRest(program, 107)); // it is told once
     }
 
+    void theStartIsReported()
+    {
+        const QTemporaryDir folder;
+        const QString pending = folder.filePath(mevo::updatePendingFile);
+        QVERIFY(QFile(pending).open(QIODevice::WriteOnly));
+        mevo::reportStart(folder.path());
+        QVERIFY(!QFile::exists(pending));
+        QVERIFY(QDir().mkdir(pending)); // which is no file to be removed
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("cannot be told: .+"));
+        mevo::reportStart(folder.path());
+    }
+
     /// Where a link stands in the place of the folder, what it leads to stays.
     void updateRestBehindALink()
     {
