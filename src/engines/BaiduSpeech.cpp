@@ -97,6 +97,8 @@ QPair<bool, QString> BaiduSpeech::takeReply(const QByteArray &raw, const mevo::S
     m_host.ensureEngineTip();
     if (raw.isEmpty()) {
         onEmptyReply(session.engine.baiduFast);
+        // Not when the wait for it ends: that of a later session may lie above, and its text would wait.
+        emit sessionEnded(session.number);
         return {false, QString()};
     }
 
