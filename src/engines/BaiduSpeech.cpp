@@ -13,6 +13,9 @@
 #include <QDebug>
 #include <QEventLoop>
 #include <QPointer>
+#include <QTimer>
+
+#include <utility>
 
 using mevo::BaiduRecovery;
 using mevo::SettingsFile;
@@ -39,6 +42,10 @@ QPair<bool, QString> BaiduSpeech::finish(QBuffer *RelayBuffer, const mevo::Sessi
     if (session.engine.tencent) {
         result = m_host.recogniseWithTencent(pcm, session);
     } else if (session.engine.baidu) {
+        if (m_fetchingToken) {
+            m_waiting.push_back({pcm, session});
+            return result;
+        }
         result = askBaidu(pcm, session);
     }
     if (!alive.isNull()) {
@@ -47,17 +54,35 @@ QPair<bool, QString> BaiduSpeech::finish(QBuffer *RelayBuffer, const mevo::Sessi
     return result;
 }
 
-QPair<bool, QString> BaiduSpeech::askBaidu(const QByteArray &pcm, const mevo::SessionContext &session)
+/// False when this object has gone in the wait. One token is for all: what is said meanwhile would draw
+/// another account, and be recognised above this wait, which ends no sooner than theirs.
+bool BaiduSpeech::fetchToken()
 {
     const QPointer<BaiduSpeech> alive(this);
-    if (m_state.BaiduAccessToken.isEmpty()) {
-        m_host.loadCurrentBaiduCredentials();
-        m_host.fetchBaiduToken();
-        if (alive.isNull()) {
-            return {false, QString()};
-        }
-        m_host.loadBaiduTranslateCredentials();
+    m_fetchingToken = true;
+    m_host.loadCurrentBaiduCredentials();
+    m_host.fetchBaiduToken();
+    if (alive.isNull()) {
+        return false;
     }
+    m_fetchingToken = false;
+    for (const Waiting &next : std::exchange(m_waiting, {})) { // none waits for the one before it
+        QTimer::singleShot(0, this, [this, next] { sendToBaidu(next.pcm, next.session); });
+    }
+    m_host.loadBaiduTranslateCredentials();
+    return true;
+}
+
+QPair<bool, QString> BaiduSpeech::askBaidu(const QByteArray &pcm, const mevo::SessionContext &session)
+{
+    if (m_state.BaiduAccessToken.isEmpty() && !fetchToken()) {
+        return {false, QString()};
+    }
+    return sendToBaidu(pcm, session);
+}
+
+QPair<bool, QString> BaiduSpeech::sendToBaidu(const QByteArray &pcm, const mevo::SessionContext &session)
+{
     const QUrl url = mevo::baiduSpeechUrl(m_endpoints, session.engine.baiduFast);
     const QByteArray body = mevo::baiduRequestBody({session.engine.baiduFast, session.engine.baiduLanguage,
                                                     m_state.BaiduAccessToken, m_facts.computerId(), pcm});

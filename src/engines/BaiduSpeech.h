@@ -13,6 +13,8 @@
 #include <QPair>
 #include <QString>
 
+#include <deque>
+
 namespace Relay_Speech {
 
 /// Turns a whole recording into text with Baidu's short speech service, or hands it to Tencent.
@@ -42,11 +44,14 @@ public slots:
 
     /// Recognises the samples in `RelayBuffer` with the engine of the session, and waits. True with the text
     /// when it was recognised, else false with the raw reply. The text also goes out by finishTrans(), as
-    /// soon as the reply is there; an error is shown, and what can be done about it is done.
+    /// soon as the reply is there; an error is shown, and what can be done about it is done. While an earlier
+    /// one waits for a token it only takes the samples: they are recognised once that token is there.
     QPair<bool, QString> finish(QBuffer *RelayBuffer, const mevo::SessionContext &session);
 
 private:
+    bool fetchToken();
     QPair<bool, QString> askBaidu(const QByteArray &pcm, const mevo::SessionContext &session);
+    QPair<bool, QString> sendToBaidu(const QByteArray &pcm, const mevo::SessionContext &session);
     QPair<bool, QString> takeReply(const QByteArray &raw, const mevo::SessionContext &session);
     void onEmptyReply(bool fast);
     void onError(const mevo::BaiduReply &reply);
@@ -58,6 +63,13 @@ private:
     const mevo::SystemFacts &m_facts;
     mevo::EngineHost &m_host;
     mevo::EngineEndpoints m_endpoints;
+    struct Waiting
+    {
+        QByteArray pcm;
+        mevo::SessionContext session;
+    };
+    bool m_fetchingToken = false;
+    std::deque<Waiting> m_waiting; ///< for the token that is being fetched, in the order of their presses
 };
 
 } // namespace Relay_Speech

@@ -372,6 +372,30 @@ private slots:
         QCOMPARE(sent().value("dev_pid"_s).toInt(), 1537);
     }
 
+    /// The token is there for all of them, or for none; each is sent all the same.
+    void sentencesWaitForOneToken()
+    {
+        m_state.BaiduAccessToken.clear();
+        m_server->fallback = ScriptedAnswer::body(goodReply);
+        QSignalSpy texts(m_speech.get(), &BaiduSpeech::finishTrans);
+        QSignalSpy ends(m_speech.get(), &BaiduSpeech::sessionEnded);
+        m_host.onFetch = [&] {
+            finish("later");
+            finish("last");
+            QVERIFY(ends.isEmpty());
+        };
+        finish("earlier");
+        QTRY_COMPARE(texts.size(), 3);
+        QCOMPARE(m_platform.log.calls().count("fetch token"_s), 1);
+        QStringList sounds;
+        for (const ScriptedRequest &request : m_server->requests) {
+            const QByteArray sound = QJsonDocument::fromJson(request.body)["speech"_s].toString().toLatin1();
+            sounds.append(QString::fromLatin1(QByteArray::fromBase64(sound)));
+        }
+        sounds.sort();
+        QCOMPARE(sounds, list({"earlier", "last", "later"}));
+    }
+
     void serviceDiesWhileAnswering()
     {
         m_server->fallback = ScriptedAnswer::cut(goodReply.left(30), goodReply.size());
