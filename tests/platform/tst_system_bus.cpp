@@ -5,7 +5,9 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QElapsedTimer>
 #include <QLocalServer>
+#include <QLocalSocket>
 #include <QPixmap>
 #include <QSystemTrayIcon>
 #include <QTemporaryDir>
@@ -16,6 +18,7 @@
 #include <cstdlib>
 #include <memory>
 #include <thread>
+#include <vector>
 
 #include <xcb/xcb.h>
 
@@ -121,6 +124,25 @@ private slots:
         }
         QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), address);
         qputenv("DBUS_SESSION_BUS_ADDRESS", before);
+    }
+
+    /// It may be busy with a session that begins.
+    void aBusWhoseQueueIsFull()
+    {
+        const QTemporaryDir folder;
+        QLocalServer server;
+        QVERIFY(server.listen(folder.filePath(QStringLiteral("full"))));
+        const QByteArray path = server.fullServerName().toUtf8();
+        constexpr std::chrono::milliseconds limit(20);
+        std::vector<std::unique_ptr<QLocalSocket>> queue;
+        do {
+            queue.push_back(std::make_unique<QLocalSocket>());
+            queue.back()->connectToServer(server.fullServerName());
+        } while (queue.back()->state() == QLocalSocket::ConnectedState);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QVERIFY(mevo::isSilentBus(path, limit));
+        QVERIFY(elapsed.elapsed() >= limit.count());
     }
 
     void messageWithoutAServiceIsLogged()

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <thread>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -90,9 +91,16 @@ bool isSilentBus(const QByteArray &socket, std::chrono::milliseconds limit)
     const auto length =
         socklen_t(offsetof(sockaddr_un, sun_path) + std::size_t(socket.size()) + (abstract ? 0 : 1));
     const auto end = Clock::now() + limit;
-    if (::connect(client.fd(), reinterpret_cast<const sockaddr *>(&place), length) !=
-        0) {                    // NOLINT: the call's form
-        return errno == EAGAIN; // nobody takes the connections that stand there
+    const auto *const address = reinterpret_cast<const sockaddr *>(&place); // NOLINT: the call's form
+    while (::connect(client.fd(), address, length) != 0) {
+        if (errno != EAGAIN) {
+            return false;
+        }
+        // Its queue of connections is full, as it may well be while a session begins.
+        if (Clock::now() >= end) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     // The first words of a client: the bus answers whatever they are worth (the D-Bus specification,
     // "Authentication Protocol"), with an error at the least.
