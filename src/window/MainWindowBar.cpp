@@ -12,6 +12,7 @@
 #include "ui/Picture.h"
 #include "ui/QToolTips.h"
 #include "ui/ScreenWatch.h"
+#include "ui/commands/CommandWordDialog.h"
 #include "window/SettingsHands.h"
 
 #include <QAction>
@@ -242,7 +243,8 @@ void MainWindow::setWndTopMostTimeout()
                           (m_languageMenu != nullptr && m_languageMenu->isVisible());
     // Raising the bar would lift it, and the talk window with it, over a question that stands.
     const bool settingsOpen = m_settingsHands && m_settingsHands->isOpen();
-    if (menuOpen || settingsOpen || m_translationHands.isVisible() || HidBusy ||
+    const bool editorOpen = m_commandWords != nullptr && m_commandWords->isVisible();
+    if (menuOpen || settingsOpen || editorOpen || m_translationHands.isVisible() || HidBusy ||
         QApplication::activeModalWidget() != nullptr) {
         return;
     }

@@ -46,11 +46,16 @@ private Q_SLOTS:
     {
         Program program;
         program.start();
+        program.window->show();
         QPushButton *open = button(program.window.get(), "pushBuutton_CommandWord");
         open->click();
         QCOMPARE(editors().size(), 1);
         const QPointer<CommandWordDialog> first = editors().first();
         QVERIFY(first->isVisible());
+        program.window->DeviceConnected = false;
+        program.window->setWndTopMostTimeout();
+        QVERIFY(program.window->isVisible()); // the bar is not touched meanwhile
+        program.window->DeviceConnected = true;
 
         open->click(); // one that is seen is made anew
         QCOMPARE(editors().size(), 1);
