@@ -58,8 +58,13 @@ void SessionMachine::process(const char *report)
 void SessionMachine::refuse(const char *report)
 {
     const auto key = parseKeyReport(report);
-    if (key && !key->pressed && m_methodPress && keyOf(*key) == m_methodPress->key) {
+    if (!key || key->pressed) {
+        return;
+    }
+    if (m_methodPress && keyOf(*key) == m_methodPress->key) {
         endMethodPress();
+    } else if (m_state.Recording && keyOf(*key) == m_sessionKey && closeSession(*key)) {
+        m_port.recordStop();
     }
 }
 

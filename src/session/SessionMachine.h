@@ -32,8 +32,9 @@ public:
     /// taken: see refuse().
     void reset();
 
-    /// A report that is not taken, such as one that the reader has not passed on. It does nothing but end an
-    /// input method's press whose release it is, since the method's key would stay down.
+    /// A report that is not taken, such as one that the reader has not passed on. It does nothing but end
+    /// what it is the release of, which has no other: an input method's key would stay down, and a session
+    /// would count as running.
     void refuse(const char *report);
 
     /// The window of an input method that was started has come, or will not.
