@@ -45,6 +45,7 @@ bool BaiduTokens::fetch(const Kind &kind)
     const QString cacheKey = QLatin1String(kind.cacheKey);
     const QString kept = SettingsFile().value(cacheKey).toString();
     const QString clientId = m_state.*kind.clientId;
+    const QString before = m_state.*kind.token;
     const QPointer<BaiduTokens> alive(this);
     QString reply;
     const int code = m_api.BackendPost(baiduTokenUrl(m_endpoints), requestTimeoutMs,
@@ -63,6 +64,9 @@ bool BaiduTokens::fetch(const Kind &kind)
         }
     } else {
         qWarning("Baidu: no token for %s (%d)", kind.cacheKey, code);
+        if (token != before && !token.isEmpty()) {
+            return true; // another fetch has got one during this wait
+        }
         if (!kept.isEmpty()) {
             fetched = decipherField(m_cipher, kept).value_or(QString());
         }

@@ -22,7 +22,8 @@ public:
                 QObject *parent = nullptr);
 
     /// Fetches a token for the account drawn last into `BaiduAccessToken`, or takes the kept one. False,
-    /// with the member empty, when there is neither. When another account is drawn during the wait, the
+    /// with the member empty, when there is neither. What another fetch has got during the wait stays where
+    /// this one gets none. When another account is drawn during the wait, the
     /// answer belongs to nobody any more and changes nothing; the result is whether the member has a token.
     bool FetchBaiduToken();
     /// The same for speech synthesis and `BaiduTtsAccessToken`.

@@ -433,19 +433,24 @@ private slots:
                  QByteArray("grant_type=client_credentials&client_id=id&client_secret=secret&"));
     }
 
-    void tokenOfAnAccountThatIsNoLongerInForce()
+    void aFetchBesideAnother_data()
     {
+        const Rows<QString, QByteArray> row; // account of the second, answer to the first
+        row("for an account that is no longer in force", "second", R"({"access_token":"old"})");
+        row("for the same account, without a token", "first", R"({"error":"x"})");
+    }
+    void aFetchBesideAnother()
+    {
+        const auto [account, reply] = rowOf<QString, QByteArray>();
+        mevo::SettingsFile().setValue("LastBDTK"_s, QString::fromLatin1(field("kept")));
         m_state.BaiduClientId = "first"_s;
-        m_server->answering = [](const ScriptedRequest &request) {
-            const bool first = request.body.contains("client_id=first&");
-            const ScriptedAnswer answer =
-                ScriptedAnswer::body(first ? R"({"access_token":"old"})" : R"({"access_token":"new"})");
-            return first ? ScriptedAnswer::late(answer) : answer;
-        };
+        m_state.BaiduAccessToken.clear();
+        m_server->enqueue(ScriptedAnswer::late(ScriptedAnswer::body(reply)));
+        m_server->fallback = ScriptedAnswer::body(R"({"access_token":"new"})");
         m_server->onRequest = [&](const ScriptedRequest &) {
             m_server->onRequest = nullptr;
-            QTimer::singleShot(0, this, [&] { // another language is chosen meanwhile
-                m_state.BaiduClientId = "second"_s;
+            QTimer::singleShot(0, this, [&, account = account] { // another language is chosen meanwhile
+                m_state.BaiduClientId = account;
                 QVERIFY(m_tokens->FetchBaiduToken());
                 m_server->answerHeld();
             });
