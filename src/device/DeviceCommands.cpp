@@ -186,7 +186,7 @@ bool DeviceCommands::beginIdentityRead()
     StopHeartbeat();
     m_identityRead = std::make_unique<mevo::IdentityRead>(
         *m_platform.hid, *m_platform.time, m_state,
-        [this](const mevo::FeatureReport &report) { return SendDeviceCommand(report); });
+        [this](const mevo::FeatureReport &report) { return SendDeviceCommand(report); }, m_hooks.otherReport);
     return true;
 }
 

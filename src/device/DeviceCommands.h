@@ -16,7 +16,7 @@ namespace mevo {
 
 class IdentityRead;
 
-/// What the device link needs of the main window. All are set.
+/// What the device link needs of the main window.
 struct DeviceLinkHooks
 {
     /// Starts a coarse repeating timer of so many milliseconds and answers its id.
@@ -26,6 +26,8 @@ struct DeviceLinkHooks
     std::function<void(const QString &text, MessageIcon icon, int milliseconds)> trayMessage;
     /// Leaves the program; asked for when a second receiver is found.
     std::function<void()> leaveProgram;
+    /// Takes a report that was not for the reading of the identity, during which the reader pauses.
+    std::function<void(const InputReport &report)> otherReport = [](const InputReport &) {};
 };
 
 } // namespace mevo

@@ -96,7 +96,7 @@ void GetHIDDataThread::run()
             continue;
         }
         mevo::InputReport report{};
-        switch (readReport(report)) {
+        switch (nextReport(report)) {
         case ReadResult::Report:
             dispatch(report, battery);
             break;
@@ -114,6 +114,25 @@ void GetHIDDataThread::run()
         }
     }
     m_state.ReaderInRead = false; // last of all: StopReader() takes it for the sign of the end
+}
+
+void GetHIDDataThread::takeOver(const mevo::InputReport &report)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_takenOver.push_back(report);
+}
+
+GetHIDDataThread::ReadResult GetHIDDataThread::nextReport(mevo::InputReport &report)
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (!m_takenOver.empty()) {
+            report = m_takenOver.front();
+            m_takenOver.pop_front();
+            return ReadResult::Report;
+        }
+    }
+    return readReport(report);
 }
 
 GetHIDDataThread::ReadResult GetHIDDataThread::readReport(mevo::InputReport &report)

@@ -10,6 +10,7 @@
 #include <QWaitCondition>
 
 #include <atomic>
+#include <deque>
 
 struct MainState;
 
@@ -43,6 +44,9 @@ public:
     /// even that helped; the object must then be left alone rather than deleted.
     bool StopReader(int milliseconds = 1000);
 
+    /// Deals with a report that somebody else has read in the reader's pause, before the next one of its own.
+    void takeOver(const mevo::InputReport &report);
+
     std::atomic<mevo::HidHandle> InputHandle{nullptr}; ///< set by the owner, after each opening too
     std::atomic<bool> StopRequested{false};            ///< counts together with requestInterruption()
 
@@ -67,6 +71,7 @@ protected:
 
 private:
     enum class ReadResult { Report, Nothing, Failed, Paused };
+    ReadResult nextReport(mevo::InputReport &report);
     ReadResult readReport(mevo::InputReport &report);
     void dispatch(const mevo::InputReport &report, mevo::BatteryCounter &battery);
     void pause(int milliseconds);
@@ -75,6 +80,8 @@ private:
     mevo::Time &m_time;
     MainState &m_state;
     const mevo::ReaderPacing m_pacing;
-    QMutex m_mutex; ///< of m_wake alone; never held during a read, so termination cannot leave it locked
+    std::deque<mevo::InputReport> m_takenOver;
+    QMutex m_mutex; ///< of m_wake and m_takenOver; never held during a read, so termination cannot leave it
+                    ///< locked
     QWaitCondition m_wake;
 };

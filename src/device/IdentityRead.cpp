@@ -15,11 +15,12 @@ constexpr int kReplyLookMs = 5;
 
 } // namespace
 
-IdentityRead::IdentityRead(Hid &hid, const Time &time, MainState &state, Send send)
+IdentityRead::IdentityRead(Hid &hid, const Time &time, MainState &state, Send send, Other other)
     : m_hid(hid)
     , m_time(time)
     , m_state(state)
     , m_send(std::move(send))
+    , m_other(std::move(other))
     , m_handle(state.HidInputHandle)
 {
     m_state.DeviceIDBusy = true;
@@ -83,9 +84,13 @@ void IdentityRead::take(const InputReport &first)
     m_cameFirst = m_identity.has_value();
     if (!m_identity) {
         // A report that was under way when the reader paused comes first; the reply is the next one.
+        m_other(first);
         InputReport second{};
         if (m_hid.read(m_handle, second.data(), second.size()) > 0) {
             m_identity = parseIdentity(second);
+            if (!m_identity) {
+                m_other(second);
+            }
         }
     }
 }

@@ -20,8 +20,11 @@ public:
     /// Sends one report; false when it did not go.
     using Send = std::function<bool(const FeatureReport &report)>;
 
+    /// Gets the reports that came instead of the answer, a key's for instance, in their order.
+    using Other = std::function<void(const InputReport &report)>;
+
     /// All must outlive this object.
-    IdentityRead(Hid &hid, const Time &time, MainState &state, Send send);
+    IdentityRead(Hid &hid, const Time &time, MainState &state, Send send, Other other);
     ~IdentityRead();
     IdentityRead(const IdentityRead &) = delete;
     IdentityRead &operator=(const IdentityRead &) = delete;
@@ -43,6 +46,7 @@ private:
     const Time &m_time;
     MainState &m_state;
     Send m_send;
+    Other m_other;
     HidHandle m_handle;
     Phase m_phase = Phase::ReaderPauses;
     int m_readerWaits = 0;

@@ -43,6 +43,11 @@ void MainWindow::openDeviceAtStart()
         m_exit.announce();
         QTimer::singleShot(0, this, &MainWindow::exitByItself);
     };
+    hooks.otherReport = [this](const mevo::InputReport &report) {
+        if (m_reader != nullptr) {
+            m_reader->takeOver(report);
+        }
+    };
     m_device = std::make_unique<DeviceCommands>(m_platform, *this, hooks);
 
     // Heard from before the opening on, so that no change falls between the two, and taken after the start.

@@ -28,7 +28,8 @@ struct Link
                         return ++lastTimer;
                     },
                     [this](int id) { fake.log.add("timer kill %1"_s.arg(id)); }, say(),
-                    [this] { fake.log.add("leave"_s); }})
+                    [this] { fake.log.add("leave"_s); },
+                    [this](const mevo::InputReport &) { fake.log.add("other report"_s); }})
     {
         fake.hid->entries = FakeHid::receiver();
     }
@@ -178,6 +179,7 @@ private slots:
         QCOMPARE(link.fake.time->monotonicMs(), took);
         QCOMPARE(link.fake.log.calls("timer"_s), list({"timer kill 1", "timer start 1000"}));
         QCOMPARE(link.fake.log.calls("tray"_s).join(QString()), told);
+        QCOMPARE(link.fake.log.calls("other report"_s).size(), (pending == kKey) + (reply == kKey));
     }
 
     /// Without blocking: attempts until there is an identity, or nobody wants it any more.

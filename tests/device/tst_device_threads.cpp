@@ -252,9 +252,10 @@ private slots:
     void identityIsNotReadAway()
     {
         Reading r;
-        DeviceCommands commands(
-            r.fake.platform, r.state,
-            {[](int) { return 1; }, [](int) {}, [](const QString &, mevo::MessageIcon, int) {}, [] {}});
+        DeviceCommands commands(r.fake.platform, r.state,
+                                {[](int) { return 1; }, [](int) {},
+                                 [](const QString &, mevo::MessageIcon, int) {}, [] {},
+                                 [&r](const mevo::InputReport &report) { r.reader.takeOver(report); }});
         r.fake.hid->entries = FakeHid::receiver();
         QCOMPARE(commands.OpenHidDevice(), 0);
         r.reader.InputHandle = r.state.HidInputHandle.load();
@@ -268,6 +269,9 @@ private slots:
         }
         r.fake.hid->push(keyReport(8, 1));
         QTRY_COMPARE(r.heard, list({"session 08 01"}));
+        r.fake.hid->identityReply = keyReport(8, 0); // nor is a key that goes up meanwhile
+        commands.ReadDeviceIdentity();
+        QTRY_COMPARE(r.heard, list({"session 08 01", "session 08 00"}));
     }
 
     void typedCombination_data()
