@@ -30,6 +30,9 @@ public:
 
     int requestTimeoutMs = 5000;
 
+    /// A sentence waits for a token, in an event loop: whoever waits above it keeps it from going on.
+    bool waitsForToken() const { return m_fetchingToken; }
+
 signals:
     /// A recognised text, ending in "__over__", of the session of this number.
     void finishTrans(QString text, int session);

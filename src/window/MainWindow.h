@@ -20,6 +20,7 @@
 #include "window/SessionHands.h"
 #include "window/TranslationHands.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QNetworkReply>
 #include <QPixmap>
@@ -497,6 +498,7 @@ private:
     // Exit.
     using ExitKind = mevo::ExitWish::Kind;
     void walkExit(ExitKind kind);
+    bool comesLater(ExitKind kind);
     bool askAboutStartup();
     bool startAtLogin();
     void tearDown();
@@ -639,8 +641,9 @@ private:
     bool m_menuWanted = false;          ///< by a second start that came during the construction
     mevo::ExitWish m_exit;
     mevo::DeviceChanges m_changes;
-    bool m_leaving = false; ///< the record has ended this run, and the exit follows the start
-    int m_exitCode = 0;     ///< of the exit that is walked next
+    bool m_leaving = false;    ///< the record has ended this run, and the exit follows the start
+    int m_exitCode = 0;        ///< of the exit that is walked next
+    QElapsedTimer m_exitWaits; ///< valid while an exit waits for a token
     bool m_handedOver = false;
     std::vector<std::function<void()>> m_onceStarted;
     bool m_versionBoxOpen = false;

@@ -4,6 +4,7 @@
 
 #include "audio/AudioRecorder.h"
 #include "device/DeviceCommands.h"
+#include "engines/BaiduSpeech.h"
 #include "output/UndeliveredTexts.h"
 #include "service/PushChannel.h"
 #include "service/isOnl.h"
@@ -24,6 +25,7 @@
 
 namespace {
 
+constexpr int sessionsLookMs = 10;
 const QString keypadSibling = QStringLiteral("\\KeypadHost.exe");
 const QString penPadSibling = QStringLiteral("\\..\\HW\\PenPadHost.exe");
 
@@ -45,8 +47,31 @@ void MainWindow::exitByItself()
     walkExit(ExitKind::ByItself);
 }
 
+/// A sentence that waits for a token goes on only when what has been called from its wait is over, and the
+/// exit would be that: it lets that wait end first, for as long as it would wait for the sentence itself.
+bool MainWindow::comesLater(ExitKind kind)
+{
+    if (!InitDone || isLeaving() || !m_baiduSpeech || !m_baiduSpeech->waitsForToken()) {
+        return false;
+    }
+    if (!m_exitWaits.isValid()) {
+        m_exitWaits.start();
+    } else if (m_exitWaits.hasExpired(exitWaitMs)) {
+        return false;
+    }
+    if (kind != ExitKind::Asked) {
+        m_exit.announce();
+    }
+    QTimer::singleShot(sessionsLookMs, this, [this, kind] { walkExit(kind); });
+    return true;
+}
+
 void MainWindow::walkExit(ExitKind kind)
 {
+    if (comesLater(kind)) {
+        return;
+    }
+    m_exitWaits.invalidate();
     switch (m_exit.want(kind)) {
     case mevo::ExitWish::Course::Wait:
         if (m_exit.certain()) {
@@ -165,7 +190,6 @@ void MainWindow::finishSessions()
         return !m_results.isUnderWay() && !isTyping() && !m_sessionHands.awaitsPasteContent();
     };
     if (!done()) {
-        constexpr int lookAgainMs = 10;
         QEventLoop loop;
         QTimer look;
         connect(&look, &QTimer::timeout, &loop, [&] {
@@ -173,8 +197,9 @@ void MainWindow::finishSessions()
                 loop.quit();
             }
         });
-        look.start(lookAgainMs);
-        QTimer::singleShot(exitWaitMs, &loop, &QEventLoop::quit);
+        look.start(sessionsLookMs);
+        // Whoever still waits for a token has had the time, see comesLater().
+        QTimer::singleShot(m_baiduSpeech->waitsForToken() ? 0 : exitWaitMs, &loop, &QEventLoop::quit);
         loop.exec();
     }
     finishXunFeiEarly();

@@ -19,7 +19,8 @@ class Services
 public:
     Services()
     {
-        m_server.onRequest = [this](const ScriptedRequest &) {
+        m_server.onRequest = [this](const ScriptedRequest &request) {
+            m_targets.append(request.target);
             if (++m_count == m_at) {
                 QTimer::singleShot(0, &m_server, [this] {
                     m_happening();
@@ -34,6 +35,7 @@ public:
     QString host() const { return m_server.host(); }
     /// Requests since at(), or since the beginning.
     int count() const { return m_count; }
+    bool wasAsked(const QByteArray &target) const { return m_targets.contains(target); }
     void at(int request, bool answers, std::function<void()> happening)
     {
         m_count = 0;
@@ -51,6 +53,7 @@ private:
     }
 
     ScriptedHttp m_server;
+    QByteArrayList m_targets;
     int m_count = 0;
     int m_at = 0;
     bool m_answers = true;
@@ -325,6 +328,32 @@ private Q_SLOTS:
             verifyGone(program, elapsed, 3000); // a statement of the exit's own is waited for 2 s
         }
         QVERIFY(waits >= 1);
+    }
+
+    /// It is sent once its token is there.
+    void exitWhileASentenceWaitsForItsToken_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("by itself") << QStringLiteral("by itself");
+        QTest::newRow("by the user") << QStringLiteral("by the user");
+    }
+    void exitWhileASentenceWaitsForItsToken()
+    {
+        QFETCH(QString, how);
+        Services services;
+        Program program(true, services.host());
+        MainWindow::exitWaitMs = 2000;
+        QElapsedTimer elapsed;
+        elapsed.start();
+        const auto sentence = [&] {
+            services.at(1, true, [&how] { leave(how); });
+            window().BaiduAccessToken.clear();
+            key(true);
+            key(false);
+        };
+        QCOMPARE(run(program, sentence, [] { return window().isGoingDown(); }), 0);
+        QVERIFY(services.wasAsked("/server_api"));
+        verifyGone(program, elapsed, 3000);
     }
 
     /// A receiver that answers nothing: the told attempts, and an exit or a removal at any moment of them.
