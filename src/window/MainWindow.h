@@ -635,6 +635,7 @@ private:
     std::vector<StartStep> m_lateSteps; ///< of the start, to be run again behind the bar
     mevo::OneAtATime m_engineTold;      ///< the statement of the engine in force
     mevo::OneAtATime m_columnsTold;     ///< those of the columns that the user has chosen
+    QString m_accountLanguage;          ///< whose account a choice has drawn that has not come into force
     int m_languageChoice = 0;           ///< counts the choices of a language; the last one holds
     mevo::ChoiceMarks m_choiceMarks;    ///< of the record's columns
     bool m_countersKnown = true;        ///< false when the start ended before it had read them

@@ -167,7 +167,12 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
         clearRunAsAdministrator();
     }
     const int choice = ++m_languageChoice;
-    if (const mevo::CredentialListRow *list = mevo::accountListFor(row, *this)) {
+    const mevo::CredentialListRow *list = mevo::accountListFor(row, *this);
+    if (list == nullptr && row.engine == mevo::Engine::Baidu && !m_accountLanguage.isEmpty()) {
+        list = mevo::baiduCredentialList(QLatin1String(row.code));
+    }
+    if (list != nullptr) {
+        m_accountLanguage = QLatin1String(row.code);
         m_credentials->LoadBaiduCredentials(QLatin1String(list->file));
         fetchBaiduToken();
         if (choice != m_languageChoice) {
@@ -184,6 +189,9 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
     leaveMethodOfRecord();
+    if (row.engine == mevo::Engine::Baidu) {
+        m_accountLanguage.clear();
+    }
     const mevo::EngineChange change = mevo::chooseLanguage(row, *this, *m_recorder);
     markChoiceUntold();
     carryOut(change);

@@ -776,6 +776,12 @@ private Q_SLOTS:
         } else {
             QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->BaiDuNoStreamApi);
             QCOMPARE(Program::setting("XunFeiWebApiCurrentVoiceType"), QStringLiteral("en_us"));
+            // The account that was drawn is not that of Baidu's language in force.
+            program.backend.server.onRequest = nullptr;
+            program.backend.holdToken = false;
+            program.backend.asked.clear();
+            program.choose(QStringLiteral("普通话(百度版)"));
+            QCOMPARE(program.backend.askedLike(QStringLiteral("token")), list({"token zbb"}));
         }
     }
 
