@@ -32,10 +32,10 @@ public:
     virtual bool hasSibling(const QString &name) = 0;
     /// Runs a program and waits at most `timeoutMs` for its end.
     virtual Captured capture(const QString &program, const QStringList &arguments, int timeoutMs) = 0;
-    /// Ends every process of that executable name by force, and waits at most 3 s for their end. False when
-    /// there was none.
+    /// Ends every process of that executable name on this desktop by force, and waits at most 3 s for their
+    /// end. False when there was none.
     virtual bool killByImageName(const QString &imageName) = 0;
-    /// Whether a process of that executable name runs.
+    /// Whether a process of that executable name runs on this desktop.
     virtual bool isRunning(const QString &imageName) = 0;
     /// Starts a program with the administrator's rights, asking the user as the system does. A name that
     /// begins with a backslash is a sibling's, as for startSibling(). False, with a log line, when there is

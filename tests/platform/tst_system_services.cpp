@@ -19,6 +19,7 @@
 #include <QLocalSocket>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -198,10 +199,18 @@ private slots:
         QVERIFY(!processes.isRunning(image));
         QVERIFY(!processes.killByImageName(image));
         writeScript(m_folder->filePath(file), "read line\n");
+        const auto restore = qScopeGuard([was = qgetenv("DISPLAY")] { qputenv("DISPLAY", was); });
+        qputenv("DISPLAY", ":6");
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":6.1"));
         QProcess process;
+        process.setProcessEnvironment(environment);
         process.start(m_folder->filePath(file), QStringList());
         QVERIFY(process.waitForStarted());
         QTRY_VERIFY(processes.isRunning(image));
+        qputenv("DISPLAY", ":61");
+        QVERIFY(!processes.isRunning(image) && !processes.killByImageName(image)); // it is another desktop's
+        qputenv("DISPLAY", ":6.0");
         QVERIFY(!processes.isRunning(image.left(5)));
         QVERIFY(processes.killByImageName(image));
         QVERIFY(!processes.isRunning(image)); // it waits for the end

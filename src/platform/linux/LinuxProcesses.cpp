@@ -27,7 +27,8 @@ namespace {
 constexpr int LogindTimeout = 2000;               ///< milliseconds
 constexpr int AuthenticationTimeout = 120 * 1000; ///< the user may be asked for a password
 constexpr int KillWait = 1000;
-constexpr int EndWait = 3000;  ///< milliseconds until killed programs have ended
+constexpr int EndWait = 3000; ///< milliseconds until killed programs have ended
+constexpr int largestProc = 1 << 20;
 constexpr int CommLength = 15; ///< the kernel keeps that much of a program's name
 
 QString withoutExe(const QString &name)
@@ -38,7 +39,26 @@ QString withoutExe(const QString &name)
 QByteArray readProc(int pid, const char *file)
 {
     QFile source(QStringLiteral("/proc/%1/%2").arg(pid).arg(QLatin1String(file)));
-    return source.open(QIODevice::ReadOnly) ? source.read(4096) : QByteArray();
+    return source.open(QIODevice::ReadOnly) ? source.read(largestProc) : QByteArray();
+}
+
+/// Without the number of its screen, which names the same desktop.
+QByteArray display(const QByteArray &name)
+{
+    const int screen = name.indexOf('.', name.lastIndexOf(':') + 1);
+    return screen < 0 ? name : name.left(screen);
+}
+
+/// A process of another desktop of this user, whose windows and keys are none of ours. One that does not tell
+/// its display counts as one of this.
+bool isElsewhere(int pid)
+{
+    const QByteArray ours = display(qgetenv("DISPLAY"));
+    const QByteArray name = QByteArrayLiteral("DISPLAY=");
+    const QList<QByteArray> environment = readProc(pid, "environ").split('\0');
+    const auto told = std::find_if(environment.begin(), environment.end(),
+                                   [&name](const QByteArray &each) { return each.startsWith(name); });
+    return !ours.isEmpty() && told != environment.end() && display(told->mid(name.size())) != ours;
 }
 
 /// Whether a process is known by the name, which a Windows program under Wine keeps with its suffix:
@@ -62,7 +82,7 @@ bool hasName(int pid, const QString &name)
                            QFile::encodeName(name).startsWith(QFile::encodeName(comm)));
 }
 
-/// This user's processes of that name, without this one and without those that have ended.
+/// This user's processes of that name on this desktop, without this one and without those that have ended.
 std::vector<int> processesNamed(const QString &imageName)
 {
     const QString name = withoutExe(imageName);
@@ -77,7 +97,9 @@ std::vector<int> processesNamed(const QString &imageName)
         if (status.mid(status.lastIndexOf(')')).startsWith(") Z")) {
             continue;
         }
-        found.push_back(pid);
+        if (!isElsewhere(pid)) {
+            found.push_back(pid);
+        }
     }
     return found;
 }
