@@ -99,6 +99,9 @@ EngineChange chooseLanguage(const LanguageRow &row, EngineState &state, Recorder
     case Engine::ThirdParty:
         state.LocalEnableASR3 = true;
         state.LocalUseASR3Index = QByteArray(row.code).toInt();
+        if (state.TXCurrentVoiceType.isEmpty()) { // its engine hears commands meanwhile
+            state.TXCurrentVoiceType = QStringLiteral("16k_zh");
+        }
         break;
     }
     setEngineFlags(recorder, row.engine);

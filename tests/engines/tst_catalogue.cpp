@@ -272,6 +272,7 @@ private Q_SLOTS:
         desk.state.UseTecentZhDialect = true;
         desk.state.LocalEnableASR3 = engine != Engine::ThirdParty;
         desk.state.LocalUseASR3Index = 1;
+        desk.state.TXCurrentVoiceType.clear(); // never used
         const mevo::CredentialListRow *list = mevo::accountListFor(row(engine, code.constData()), desk.state);
         QCOMPARE(QString::fromLatin1(list != nullptr ? list->file : ""), account);
         const mevo::EngineChange change =
@@ -282,6 +283,7 @@ private Q_SLOTS:
         QVERIFY(!desk.state.BaiDuNoStreamApi_FastVersion);
         QCOMPARE(desk.state.LocalEnableASR3, engine == Engine::ThirdParty);
         QCOMPARE(desk.state.LocalUseASR3Index, engine == Engine::ThirdParty ? code.toInt() : -1);
+        QCOMPARE(desk.state.TXCurrentVoiceType.isEmpty(), !desk.recorder.UseTXASRApi);
         QCOMPARE(desk.state.UseTecentZhDialect, engine != Engine::Tencent || code == "16k_zh_dialect");
         // what is chosen is what the next menu checks
         const QString shown = rendered(mevo::buildAsrMenu(desk.state, desk.recorder, desk.facts));
