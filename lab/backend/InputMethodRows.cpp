@@ -25,6 +25,16 @@ constexpr Row sogou{2,
                     "搜狗输入法语音输入 ",
                     "CherryWindowClass",
                     0x3b};
+constexpr Row baidu{3,
+                    "BaiduPinyin_Setup.run",
+                    "",
+                    "",
+                    "/Baidu/BaiduPinyin/SpeechInput.exe",
+                    "SpeechInput.exe",
+                    "百度输入法",
+                    "百度语音输入",
+                    "SpeechInputFrame",
+                    0}; // Ctrl alone
 constexpr Row older{1,
                     "iFlyIME_Setup.run",
                     xunFeiPath,
@@ -58,7 +68,7 @@ bool LabDatabase::offerInputMethods(const QString &schema, const QString &addres
                                " (ASR3Index primary key, ASR3DownWeb, ASR3DownWebXP, ASR3SetupPKGSize, "
                                "ASR3ShortCutKey, ASR3RegInstallPath, ASR3RegSearchValue, ASR3ExeInstallPath, "
                                "ASR3ExeFileName, ASR3Name, ASR3WindowName, ASR3WinClassName)");
-        for (const Row &row : {xunFei, sogou}) {
+        for (const Row &row : {xunFei, sogou, baidu}) {
             const QByteArray from = quoted(address.toUtf8() + row.installer);
             written = written &&
                       execute("insert into " + table + " values (" + QByteArray::number(row.index) + ", " +

@@ -68,6 +68,13 @@ Asr3Row builtInAsr3Row(int index, bool thirdGeneration)
     return row;
 }
 
+Asr3Row customAsr3Row(const QString &baseName)
+{
+    Asr3Row row;
+    row.ASR3Name = row.ASR3ExeFileName = baseName;
+    return row;
+}
+
 Asr3Row readAsr3Row(const QJsonObject &columns, const Asr3Row &builtIn)
 {
     Asr3Row row = builtIn;

@@ -28,6 +28,9 @@ QString asr3Table(bool thirdGeneration);
 /// What is known without the service, of method 1 (XunFei) or 2 (Sogou); `thirdGeneration` is XunFei's.
 Asr3Row builtInAsr3Row(int index, bool thirdGeneration);
 
+/// What is known without the service of a custom method, by the base name of its program.
+Asr3Row customAsr3Row(const QString &baseName);
+
 /// A row as the service has it. A column that is absent, empty, too long or no use (a file name with a
 /// path, a path that leaves its folder, a key that no keyboard has) is taken from the built-in row: a window
 /// without class and title would be anybody's.

@@ -17,7 +17,7 @@ struct CustomMethod
     int usage = 0;       ///< HID keyboard usage; 0 for the modifiers alone
     bool hold = false;   ///< the key is held while speaking; only of a program with a description
     QString windowClass; ///< of its window; empty when nobody has told
-    bool baidu = false;  ///< its own INI file has to name the key
+    bool baidu = false;  ///< its own INI file has to name the key; a service may have it
 };
 
 /// The user's description of a program that is not known by its name: the group `CustomInputMethod` of

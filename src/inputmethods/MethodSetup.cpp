@@ -31,7 +31,7 @@ SetupStep nextSetupStep(const SetupFacts &facts)
     if (facts.index == thirdPartyXunFei && facts.offlineWanted && facts.installerHere && !facts.mustClick) {
         return SetupStep::RunInstaller;
     }
-    if (facts.index == thirdPartyCustom || !facts.forced) {
+    if (!facts.forced) {
         return SetupStep::FallBack;
     }
     return facts.hasAddress ? SetupStep::OfferDownload : SetupStep::NothingToHave;

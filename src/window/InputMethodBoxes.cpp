@@ -134,17 +134,24 @@ void InputMethods::download(int index)
     if (m_window.isLeaving()) {
         return;
     }
-    if (index != thirdPartyXunFei && index != thirdPartySogou) {
-        m_window.message(MainWindow::tr("该语音输入法没有可下载的安装程序！"), MessageIcon::Information,
-                         messageMs);
-        return;
-    }
     const Asr3Row *known = knownRow(index);
     Asr3Row row = known != nullptr ? *known : Asr3Row();
     if (installerAddress(row).isEmpty()) { // from the settings, before it is set up
         row = askForRow(index);
         if (m_window.isLeaving()) {
             return;
+        }
+    }
+    if (index != thirdPartyXunFei && index != thirdPartySogou) {
+        if (installerAddress(row).isEmpty()) {
+            m_window.message(MainWindow::tr("该语音输入法没有可下载的安装程序！"), MessageIcon::Information,
+                             messageMs);
+            return;
+        }
+        if (m_state.LocalASR3CustomInstallPath.isEmpty()) { // the user has named none, and wants this one
+            m_state.LocalASR3CustomInstallPath = programBaseName(row.ASR3ExeFileName);
+            m_window.writeSettings({{"LocalASR3CustomInstallPath", m_state.LocalASR3CustomInstallPath}});
+            m_window.showLanguages(); // it has a row now
         }
     }
     if (m_installer && m_installer->isBusy()) {

@@ -114,7 +114,7 @@ void InputMethods::setUp()
         settleChoice();
         return;
     }
-    if (index != thirdPartyCustom) {
+    if (asksForRow(index)) {
         if (index == thirdPartyXunFei) {
             readXunFei();
             const auto config = readWholeFile(xunFeiFile("config.xml"));
@@ -130,8 +130,10 @@ void InputMethods::setUp()
         }
         m_row = row;
         m_rowIndex = index;
-        applyAsr3Row(m_state, index, row);
-        m_state.ASR3Name = nameToRead(row);
+        if (index != thirdPartyCustom) { // whose key and window are not the service's
+            applyAsr3Row(m_state, index, row);
+            m_state.ASR3Name = nameToRead(row);
+        }
     }
     continueSetUp();
 }
@@ -142,20 +144,29 @@ bool InputMethods::isSetUpFor(int setup, int index) const
            m_state.LocalUseASR3Index == index;
 }
 
+Asr3Row InputMethods::builtInRow(int index) const
+{
+    return index == thirdPartyCustom ? customAsr3Row(programBaseName(m_state.LocalASR3CustomInstallPath))
+                                     : builtInAsr3Row(index, wantsThirdGeneration(m_state));
+}
+
 Asr3Row InputMethods::askForRow(int index)
 {
-    const bool third = wantsThirdGeneration(m_state);
-    const Asr3Row builtIn = builtInAsr3Row(index, third);
-    const QString reply =
-        m_window.RunBackendSql(statementText(Statement::ReadInputMethod,
-                                             {m_state.SchemaName, asr3Table(third), QString::number(index)}),
-                               rowTimeoutMs);
+    const Asr3Row builtIn = builtInRow(index);
+    const QString table = asr3Table(wantsThirdGeneration(m_state));
+    const QString reply = m_window.RunBackendSql(
+        statementText(Statement::ReadInputMethod, {m_state.SchemaName, table, QString::number(index)}),
+        rowTimeoutMs);
     const auto content = reply.isEmpty() ? std::nullopt : unwrapReply(*m_window.m_cipher, reply);
     if (!content || content->rows.empty()) {
         qInfo("Input method: the service has no row for method %d, what is built in is used", index);
         return builtIn;
     }
-    return readAsr3Row(content->rows.front(), builtIn);
+    const Asr3Row row = readAsr3Row(content->rows.front(), builtIn);
+    const QString own = programBaseName(builtIn.ASR3ExeFileName);
+    const bool another =
+        index == thirdPartyCustom && !own.isEmpty() && programBaseName(row.ASR3ExeFileName) != own;
+    return another ? builtIn : row;
 }
 
 /// From the search for the program on; also with an answer of the user's.
@@ -219,56 +230,57 @@ void InputMethods::continueSetUp()
     }
 }
 
+std::optional<CustomMethod> InputMethods::customMethodOfSettings() const
+{
+    return customMethod(m_state.LocalASR3CustomInstallPath,
+                        readCustomDescription(SettingsFile(customMethodGroup)),
+                        {m_state.KeyShowNames, m_state.KeyCodes});
+}
+
 void InputMethods::setUpCustom()
 {
-    m_state.ASR3Name = programBaseName(m_state.LocalASR3CustomInstallPath);
-    const auto method = customMethod(m_state.LocalASR3CustomInstallPath,
-                                     readCustomDescription(SettingsFile(customMethodGroup)),
-                                     {m_state.KeyShowNames, m_state.KeyCodes});
-    if (!method) {
-        return;
-    }
-    m_window.writeSettings(applyCustomMethod(m_state, *method));
-    const bool asked = SettingsFile().value(QLatin1String(consentKey)).toBool();
-    if (method->baidu && asked && !m_state.LocalMustClickRunASR3) {
-        configureSpeechInput(speechInputIniPath(genericData(), m_window.isXpClass()));
+    const Asr3Row *row = knownRow(thirdPartyCustom);
+    m_state.ASR3Name = row != nullptr ? row->ASR3Name : programBaseName(m_state.LocalASR3CustomInstallPath);
+    if (const auto method = customMethodOfSettings()) {
+        m_window.writeSettings(applyCustomMethod(m_state, *method));
     }
 }
 
-/// The program of the custom method, empty when nothing says how it is operated.
-QString InputMethods::customProgram() const
+/// A custom method's row says no more than where a missing one can be had: of Baidu's, which has no place of
+/// its own in the menu.
+bool InputMethods::asksForRow(int index) const
 {
-    const bool known = customMethod(m_state.LocalASR3CustomInstallPath,
-                                    readCustomDescription(SettingsFile(customMethodGroup)),
-                                    {m_state.KeyShowNames, m_state.KeyCodes})
-                           .has_value();
-    if (!known || !m_state.ShowASR3Custom) {
-        return {};
+    if (index != thirdPartyCustom) {
+        return true;
     }
-    const bool isName = !m_state.LocalASR3CustomInstallPath.contains(QLatin1Char('/'));
-    return isName ? QStandardPaths::findExecutable(m_state.LocalASR3CustomInstallPath)
-                  : programAt(m_state.LocalASR3CustomInstallPath);
+    const auto method = customMethodOfSettings();
+    return method && method->baidu && m_state.ShowASR3Custom && m_state.ForceUseASR3 &&
+           findProgram(index).isEmpty();
 }
 
 /// The service's row of a method, where it has been asked for; XunFei's only for the generation that is
-/// wanted.
+/// wanted, a custom method's only for the program that is.
 const Asr3Row *InputMethods::knownRow(int index) const
 {
-    const bool current = index != thirdPartyXunFei || m_row.thirdGeneration == wantsThirdGeneration(m_state);
-    return index == m_rowIndex && current ? &m_row : nullptr;
+    const bool wanted = index == thirdPartyXunFei   ? m_row.thirdGeneration == wantsThirdGeneration(m_state)
+                        : index == thirdPartyCustom ? programBaseName(m_row.ASR3ExeFileName) ==
+                                                          programBaseName(m_state.LocalASR3CustomInstallPath)
+                                                    : true;
+    return index == m_rowIndex && wanted ? &m_row : nullptr;
 }
 
 QString InputMethods::findProgram(int index) const
 {
-    if (index == thirdPartyCustom) {
-        return customProgram();
+    const bool custom = index == thirdPartyCustom;
+    if (custom && (!m_state.ShowASR3Custom || !customMethodOfSettings())) {
+        return {}; // nothing says how it is operated
     }
-    const bool xunFei = index == thirdPartyXunFei;
+    const QString &ownPath = custom                      ? m_state.LocalASR3CustomInstallPath
+                             : index == thirdPartyXunFei ? m_state.LocalASR3XunFeiInstallPath
+                                                         : m_state.LocalASR3SougoInstallPath;
     const Asr3Row *row = knownRow(index);
-    return findInputMethod(row != nullptr ? *row : builtInAsr3Row(index, wantsThirdGeneration(m_state)),
-                           xunFei ? m_state.LocalASR3XunFeiInstallPath : m_state.LocalASR3SougoInstallPath,
-                           *m_window.m_platform.registry, programPlaces(*m_window.m_platform.systemFacts),
-                           m_entries);
+    return findInputMethod(row != nullptr ? *row : builtInRow(index), ownPath, *m_window.m_platform.registry,
+                           programPlaces(*m_window.m_platform.systemFacts), m_entries);
 }
 
 QString InputMethods::bundledInstaller() const
@@ -285,7 +297,7 @@ QString InputMethods::bundledInstaller() const
 QString InputMethods::missing(int index) const
 {
     const bool custom = index == thirdPartyCustom;
-    if (!custom && m_state.BackendReachable) {
+    if (m_state.BackendReachable && (!custom || asksForRow(index))) {
         return {}; // the service may have an installer; it is asked when the method is chosen
     }
     if (!findProgram(index).isEmpty()) {
@@ -438,6 +450,10 @@ void InputMethods::use(const QString &program)
         keep(m_state.LocalASR3SougoInstallPath, "LocalASR3SougoInstallPath");
     } else {
         m_state.LocalASR3CustomInstallPath = program;
+        const auto method = customMethodOfSettings();
+        if (method && method->baidu && !m_state.LocalMustClickRunASR3) {
+            configureSpeechInput(speechInputIniPath(genericData(), m_window.isXpClass()));
+        }
     }
     m_setUpIndex = index;
     m_state.ThirdPartyActive = true;

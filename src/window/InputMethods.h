@@ -2,6 +2,7 @@
 
 #include "engines/EngineCatalogue.h"
 #include "inputmethods/Asr3Row.h"
+#include "inputmethods/CustomMethod.h"
 #include "inputmethods/EntryPrograms.h"
 #include "platform/WindowSystem.h"
 #include "state/MainState.h"
@@ -10,6 +11,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class MainWindow;
 class ThirdPartyVoiceInput;
@@ -89,13 +91,15 @@ private:
     void settleChoice();
     bool restoreEngine();
 
+    Asr3Row builtInRow(int index) const;
     Asr3Row askForRow(int index);
     const Asr3Row *knownRow(int index) const;
     void askAgainAboutClosedConsent();
     bool isSetUpFor(int setup, int index) const;
     void continueSetUp();
+    std::optional<CustomMethod> customMethodOfSettings() const;
     void setUpCustom();
-    QString customProgram() const;
+    bool asksForRow(int index) const;
     QString findProgram(int index) const;
     QString bundledInstaller() const;
     QString installerAddress(const Asr3Row &row) const;

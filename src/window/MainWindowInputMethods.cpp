@@ -32,8 +32,8 @@ QString MainWindow::missingInputMethod(int index) const
 
 void MainWindow::DownloadInputMethod()
 {
-    m_inputMethods->download(LocalUseASR3Index == mevo::thirdPartySogou ? mevo::thirdPartySogou
-                                                                        : mevo::thirdPartyXunFei);
+    m_inputMethods->download(LocalUseASR3Index == mevo::thirdPartyNone ? mevo::thirdPartyXunFei
+                                                                       : LocalUseASR3Index);
 }
 
 void MainWindow::UseXunFeiOfflineOnly(bool always)

@@ -199,7 +199,7 @@ private Q_SLOTS:
         QTest::newRow("installer not needed")
             << F{1, true, false, true, false, true, true, false} << SetupStep::Ready;
         QTest::newRow("custom, not there")
-            << F{3, true, false, false, true, false, false, true} << SetupStep::FallBack;
+            << F{3, true, false, false, true, false, false, true} << SetupStep::OfferDownload;
     }
     void steps()
     {

@@ -468,6 +468,29 @@ private Q_SLOTS:
         QCOMPARE(window.ASR3Name, QStringLiteral("某某")); // of messages about the one that was set up
     }
 
+    /// The button of the settings, while no custom program is named.
+    void aCustomMethodIsFetchedWithoutAPath()
+    {
+        Program p("ThirdPartyConsentAsked=1\n");
+        p.installer = "#!/bin/sh\n";
+        MainWindow &window = p.start();
+        window.LocalUseASR3Index = 3;
+        window.DownloadInputMethod();
+        QCOMPARE(p.fake.log.calls(QStringLiteral("message 该语音输入法没有可下载的安装程序！")).size(), 1);
+        p.methodRow = {
+            {QStringLiteral("ASR3ExeFileName"), QStringLiteral("SpeechInput.exe")},
+            {QStringLiteral("ASR3DownWeb"), p.server.url(QStringLiteral("/files/setup.run")).toString()}};
+        window.DownloadInputMethod();
+        QTRY_VERIFY(p.fake.log.has(QStringLiteral("start ") + home.path(QStringLiteral("setup.run"))));
+        QCOMPARE(Program::setting("LocalASR3CustomInstallPath"), QStringLiteral("SpeechInput"));
+        const QString program = p.file(QStringLiteral("elsewhere/SpeechInput"));
+        p.file(QStringLiteral("share/applications/a.desktop"),
+               "[Desktop Entry]\nType=Application\nExec=" + program.toUtf8() + "\n");
+        p.choose(customRow);
+        QVERIFY(window.ThirdPartyActive);
+        QCOMPARE(window.LocalASR3CustomInstallPath, program);
+    }
+
     void consent_data()
     {
         QTest::addColumn<int>("answer"); ///< 0 yes, 1 no, -1 the box was closed, which is no yes
@@ -573,33 +596,42 @@ private Q_SLOTS:
 
     void aMethodThatIsMissing_data()
     {
+        QTest::addColumn<QString>("row");
         QTest::addColumn<bool>("forced");
         QTest::addColumn<bool>("address");
         QTest::addColumn<int>("answer"); ///< of the offer; -2 when there is none
         QTest::addColumn<QString>("message");
-        QTest::newRow("not forced") << false << true << -2
+        QTest::newRow("not forced") << sogouRow << false << true << -2
                                     << QStringLiteral("message 某某没有安装，因没有设置强制使用该语音输入，"
                                                       "将自动切换到其它语音识别接口！ (3000)");
         QTest::newRow("nowhere to be had")
-            << true << false << -2 << QStringLiteral("message 某某没有安装，服务器");
-        QTest::newRow("not now") << true << true << 1 << "";
-        QTest::newRow("the offer is closed") << true << true << -1 << "";
+            << sogouRow << true << false << -2 << QStringLiteral("message 某某没有安装，服务器");
+        QTest::newRow("not now") << sogouRow << true << true << 1 << "";
+        QTest::newRow("the offer is closed") << sogouRow << true << true << -1 << "";
+        QTest::newRow("custom, not now") << customRow << true << true << 1 << "";
+        QTest::newRow("custom, nowhere to be had")
+            << customRow << true << false << -2 << QStringLiteral("message 某某没有安装，服务器");
     }
     void aMethodThatIsMissing()
     {
+        QFETCH(QString, row);
         QFETCH(bool, forced);
         QFETCH(bool, address);
         QFETCH(int, answer);
         QFETCH(QString, message);
-        Program p(forced ? "ThirdPartyConsentAsked=1\nForceUseASR3=1\n" : "ThirdPartyConsentAsked=1\n");
+        Program p(QByteArray("LocalASR3CustomInstallPath=SpeechInput\nThirdPartyConsentAsked=1\n") +
+                  (forced ? "ForceUseASR3=1\n" : ""));
         p.methodRow = {{QStringLiteral("ASR3Name"), QStringLiteral("某某")}};
+        if (row == customRow) {
+            p.methodRow.insert(QStringLiteral("ASR3ExeFileName"), QStringLiteral("SpeechInput.exe"));
+        }
         if (address) {
             p.methodRow.insert(QStringLiteral("ASR3DownWeb"),
                                p.server.url(QStringLiteral("/files/setup.run")).toString());
         }
         p.answer(QStringLiteral("提示"), QStringLiteral("下载"), answer);
         MainWindow &window = p.start();
-        p.choose(sogouRow);
+        p.choose(row);
         QVERIFY(!window.ThirdPartyActive);
         QCOMPARE(p.questions.size(), answer == -2 ? 0 : 1);
         if (answer != -2) {
@@ -608,11 +640,11 @@ private Q_SLOTS:
                      (QStringList{QStringLiteral("下载"), QStringLiteral("暂不下载")}));
         }
         QCOMPARE(p.fake.log.calls(message).size() > 0, true);
-        QVERIFY(!window.LocalEnableASR3 && !p.isChecked(sogouRow));
+        QVERIFY(!window.LocalEnableASR3 && !p.isChecked(row));
         QCOMPARE(window.LocalUseASR3Index, -1);
         // A refusal holds for the next start; otherwise the method may be there by then.
         QCOMPARE(Program::setting("LocalEnableASR3") + Program::setting("LocalUseASR3Index"),
-                 answer == -2 ? QStringLiteral("12") : QStringLiteral("0-1"));
+                 answer == -2 ? QStringLiteral("1%1").arg(row == customRow ? 3 : 2) : QStringLiteral("0-1"));
         QCOMPARE(p.told(QStringLiteral("set EnableASR3=0,MustClickRunASR3=0,UseASR3Index=-1 where")).size(),
                  int(answer != -2));
         QVERIFY(window.recorder()->UseTXASRApi);
