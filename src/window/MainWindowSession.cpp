@@ -118,6 +118,7 @@ void MainWindow::pushButton_Mic_clicked()
     if (m_micTip != nullptr && m_micTip->isVisible()) {
         m_micTip->hide();
     }
+    MicWinShown = false;
     m_inputMethods->clickOnMicrophone();
 }
 

@@ -371,6 +371,7 @@ private slots:
         QFETCH(bool, open);
         Driven program;
         set(program);
+        program.window->MicWinShown = true; // by a click before a method was chosen
         program.window->pushButton_Mic_clicked();
         const QStringList said = program.fake.log.calls(QStringLiteral("message 正在首次启动讯飞麦克风窗口"));
         QCOMPARE(program.done(), done);
