@@ -589,6 +589,10 @@
         <translation>無法修改訊飛輸入法的配置：%1</translation>
     </message>
     <message>
+        <source>安装程序已下载，但没有程序能打开它：%1</source>
+        <translation>安裝程式已下載，但沒有程式能開啟它：%1</translation>
+    </message>
+    <message>
         <source>没有找到讯飞输入法的程序 %1！</source>
         <translation>沒有找到訊飛輸入法的程式 %1！</translation>
     </message>

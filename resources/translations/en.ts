@@ -588,6 +588,10 @@ Disagree: it is started by a click on the microphone button alone, and its setti
         <translation>The settings of XunFei&apos;s input method cannot be changed: %1</translation>
     </message>
     <message>
+        <source>安装程序已下载，但没有程序能打开它：%1</source>
+        <translation>The installer has been downloaded, but nothing here can open it: %1</translation>
+    </message>
+    <message>
         <source>没有找到讯飞输入法的程序 %1！</source>
         <translation>The program %1 of XunFei&apos;s input method is not there.</translation>
     </message>

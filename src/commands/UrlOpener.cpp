@@ -22,7 +22,7 @@ bool openWithGio(const QUrl &url, Processes &processes)
 
 } // namespace
 
-void openUrl(const QUrl &url, Processes &processes)
+bool openUrl(const QUrl &url, Processes &processes)
 {
     const QString name =
         logText(url.toDisplayString(QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::RemoveUserInfo));
@@ -30,14 +30,15 @@ void openUrl(const QUrl &url, Processes &processes)
         QStringList command = commandOfLocalFile(url.toLocalFile());
         if (!command.isEmpty() && processes.startDetached(command.takeFirst(), command)) {
             qInfo().noquote() << "Commands: started" << name;
-            return;
+            return true;
         }
     }
     if (QDesktopServices::openUrl(url) || openWithGio(url, processes)) {
         qInfo().noquote() << "Commands: handed to the desktop:" << name;
-    } else {
-        qWarning().noquote() << "Commands: nothing here opens" << name;
+        return true;
     }
+    qWarning().noquote() << "Commands: nothing here opens" << name;
+    return false;
 }
 
 } // namespace mevo

@@ -54,7 +54,9 @@ void InputMethodHands::tellAboutDownload(const QString &text)
 
 void InputMethodHands::openInstaller(const QString &path)
 {
-    openUrl(QUrl::fromLocalFile(path), *m_window.m_platform.processes);
+    if (!openUrl(QUrl::fromLocalFile(path), *m_window.m_platform.processes)) {
+        tellAboutDownload(MainWindow::tr("安装程序已下载，但没有程序能打开它：%1").arg(path));
+    }
 }
 
 void InputMethodHands::downloadCancelled()

@@ -786,12 +786,15 @@ private Q_SLOTS:
     void theDownload_data()
     {
         QTest::addColumn<bool>("comes");
-        QTest::newRow("comes, and installs it") << true;
-        QTest::newRow("is cancelled") << false;
+        QTest::addColumn<bool>("opens");
+        QTest::newRow("comes, and installs it") << true << true;
+        QTest::newRow("comes, and nothing opens it") << true << false;
+        QTest::newRow("is cancelled") << false << true;
     }
     void theDownload()
     {
         QFETCH(bool, comes);
+        QFETCH(bool, opens);
         Program p("ThirdPartyConsentAsked=1\nForceUseASR3=1\nLocalEnableThirdpatyVoiceInput=1\n");
         p.methodRow = {
             {QStringLiteral("ASR3DownWeb"), p.server.url(QStringLiteral("/files/setup.run")).toString()}};
@@ -799,8 +802,11 @@ private Q_SLOTS:
         p.installer = comes ? QByteArray("#!/bin/sh\n") : QByteArray();
         MainWindow &window = p.start();
         QVERIFY(window.LocalEnableThirdpatyVoiceInput);
-        p.choose(sogouRow);
         const QString target = home.path(QStringLiteral("setup.run"));
+        if (!opens) {
+            p.fake.processes->broken.append(target);
+        }
+        p.choose(sogouRow);
         if (!comes) {
             QTRY_VERIFY(window.findChild<QProgressDialog *>() != nullptr);
             auto *progress = window.findChild<QProgressDialog *>();
@@ -814,6 +820,11 @@ private Q_SLOTS:
                          .size(),
                      1);
             QVERIFY(!QFile::exists(target) && !QFile::exists(target + QStringLiteral(".part")));
+            return;
+        }
+        if (!opens) {
+            QTRY_COMPARE(p.questions.size(), 2);
+            QVERIFY(p.questions[1].text.endsWith(target));
             return;
         }
         QTRY_VERIFY(p.fake.log.has(QStringLiteral("start ") + target));
