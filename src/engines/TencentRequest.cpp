@@ -16,11 +16,13 @@ constexpr char scheme[] = "https://";
 
 QByteArray tencentPayload(const TencentUtterance &utterance)
 {
+    // None has been chosen where an input method of the computer was the first engine of all.
+    const QString language = utterance.voiceType.isEmpty() ? QStringLiteral("16k_zh") : utterance.voiceType;
     QJsonObject fields{
         {QStringLiteral("UsrAudioKey"), QStringLiteral("test")},
         {QStringLiteral("SubServiceType"), 2},
         {QStringLiteral("ProjectId"), 0},
-        {QStringLiteral("EngSerViceType"), utterance.voiceType},
+        {QStringLiteral("EngSerViceType"), language},
         {QStringLiteral("VoiceFormat"), QStringLiteral("wav")},
         {QStringLiteral("FilterPunc"), utterance.keepPunctuation ? 0 : 1},
         {QStringLiteral("Data"), QString()},

@@ -12,7 +12,7 @@ namespace mevo {
 /// One utterance on its way to Tencent's sentence recognition.
 struct TencentUtterance
 {
-    QString voiceType;            ///< `EngSerViceType`, such as "16k_zh"
+    QString voiceType;            ///< `EngSerViceType`; "16k_zh" when it is empty
     bool plainNumbers = false;    ///< numbers are to stay words: `ConvertNumMode` 0
     bool keepPunctuation = false; ///< `FilterPunc` 0
     QByteArray pcm;               ///< 16 kHz, 16 bit, mono, without a header

@@ -92,7 +92,9 @@ private slots:
             "\",\n    \"EngSerViceType\": \"16k_zh\",\n    \"FilterPunc\": " + (keepPunctuation ? "0" : "1") +
             ",\n    \"ProjectId\": 0,\n    \"SourceType\": 1,\n    \"SubServiceType\": 2,\n"
             "    \"UsrAudioKey\": \"test\",\n    \"VoiceFormat\": \"wav\"\n}\n";
-        QCOMPARE(mevo::tencentPayload({"16k_zh"_s, plainNumbers, keepPunctuation, pcm}), expected);
+        for (const QString &language : {"16k_zh"_s, QString()}) {
+            QCOMPARE(mevo::tencentPayload({language, plainNumbers, keepPunctuation, pcm}), expected);
+        }
     }
 
     void request_data()
