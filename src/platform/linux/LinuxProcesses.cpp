@@ -50,15 +50,19 @@ QByteArray display(const QByteArray &name)
 }
 
 /// A process of another desktop of this user, whose windows and keys are none of ours. One that does not tell
-/// its display counts as one of this.
+/// its display counts as one of this, and so does one in a container: Flatpak's know ours by another name.
 bool isElsewhere(int pid)
 {
-    const QByteArray ours = display(qgetenv("DISPLAY"));
-    const QByteArray name = QByteArrayLiteral("DISPLAY=");
     const QList<QByteArray> environment = readProc(pid, "environ").split('\0');
-    const auto told = std::find_if(environment.begin(), environment.end(),
-                                   [&name](const QByteArray &each) { return each.startsWith(name); });
-    return !ours.isEmpty() && told != environment.end() && display(told->mid(name.size())) != ours;
+    const auto told = [&environment](const QByteArray &name) {
+        const auto found =
+            std::find_if(environment.begin(), environment.end(),
+                         [&name](const QByteArray &each) { return each.startsWith(name + '='); });
+        return found == environment.end() ? QByteArray() : found->mid(name.size() + 1);
+    };
+    const QByteArray ours = display(qgetenv("DISPLAY"));
+    const QByteArray its = display(told("DISPLAY"));
+    return !ours.isEmpty() && !its.isEmpty() && its != ours && told("container").isEmpty();
 }
 
 /// Whether a process is known by the name, which a Windows program under Wine keeps with its suffix:
