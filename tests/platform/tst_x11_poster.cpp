@@ -405,18 +405,25 @@ private Q_SLOTS:
         QVERIFY(poster.rest());
     }
 
-    /// A free key that somebody else binds while ours are bound, or left bound for a program that hangs,
-    /// stays his.
+    /// A free key that somebody else binds while ours are bound, or left bound for a program that hangs or
+    /// by a crash, stays his; so does one of ours that is his by then.
     void keysOfOthersStay_data()
     {
         QTest::addColumn<bool>("atTheNextStart");
-        QTest::newRow("when ours are unbound") << false;
-        QTest::newRow("at the next start") << true;
+        QTest::addColumn<bool>("crash");
+        QTest::addColumn<int>("key");
+        QTest::newRow("when ours are unbound") << false << false << 1;
+        QTest::newRow("at the next start") << true << false << 2;
+        QTest::newRow("at the next start, one of ours") << true << false << 1;
+        QTest::newRow("after a crash") << true << true << 2;
+        QTest::newRow("after a crash, one of ours") << true << true << 1;
     }
 
     void keysOfOthersStay()
     {
         QFETCH(bool, atTheNextStart);
+        QFETCH(bool, crash);
+        QFETCH(int, key);
         const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
         const std::vector<KeySym> before = symbols(display.get());
         const auto keyIs = [&](int keycode, KeySym symbol) {
@@ -427,14 +434,17 @@ private Q_SLOTS:
         int theirs = 0;
         {
             mevo::X11Connection connection;
-            mevo::X11ScratchKeys keys(connection);
-            theirs = keys.keycode(1);
-            QVERIFY(keys.bind({{0, ours}}));
-            if (atTheNextStart) {
-                keys.keepAtEnd({0});
-            } else {
-                QVERIFY(keys.bind({{1, ours + 1}}));
+            auto keys = std::make_unique<mevo::X11ScratchKeys>(connection);
+            theirs = keys->keycode(key);
+            QVERIFY(keys->bind({{0, ours}, {1, ours + 1}}));
+            if (!atTheNextStart) {
                 keyIs(theirs, XK_F30);
+            }
+            keys->keepAtEnd(atTheNextStart ? std::vector<int>{0, 1} : std::vector<int>());
+            if (crash) {
+                static mevo::X11ScratchKeys *crashed; // cannot be deleted any more
+                crashed = keys.release();
+                QVERIFY(crashed != nullptr);
             }
         }
         if (atTheNextStart) {

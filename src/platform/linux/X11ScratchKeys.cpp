@@ -2,11 +2,9 @@
 
 #include "platform/linux/X11Connection.h"
 
-#include <QByteArray>
 #include <QDebug>
 
 #include <X11/XKBlib.h>
-#include <X11/Xatom.h>
 #include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
 #include <X11/keysym.h>
@@ -28,8 +26,6 @@ namespace {
 constexpr int lowestUsableKeycode = 9; // some programs drop 8, which no keyboard sends
 
 constexpr unsigned maxGroups = 4;
-
-constexpr int maxMarks = 8; // of programs at one time, and of those that have left keys bound
 
 /// Nobody else changes anything while it stands. Not to be nested: the inner one's end is the end of both.
 class ServerGrab
@@ -114,13 +110,25 @@ std::vector<bool> levelsChosenBy(const XkbKeyTypeRec &type, unsigned modifier)
     return with;
 }
 
+/// What a key yields; nothing when it is free.
+std::vector<KeySymbol> symbolsOn(const XkbDescRec &map, int keycode)
+{
+    std::vector<KeySymbol> symbols;
+    for (int i = 0; i < XkbKeyNumSyms(&map, keycode); ++i) {
+        symbols.push_back(static_cast<KeySymbol>(XkbKeySymsPtr(&map, keycode)[i]));
+    }
+    if (std::all_of(symbols.begin(), symbols.end(), [](KeySymbol symbol) { return symbol == 0; })) {
+        symbols.clear(); // a map may give a free key places for symbols
+    }
+    return symbols;
+}
+
 } // namespace
 
 X11ScratchKeys::X11ScratchKeys(X11Connection &connection)
     : m_connection(connection)
+    , m_mark(connection)
 {
-    Display *display = m_connection.display();
-    m_owner = XCreateSimpleWindow(display, m_connection.root(), -9, -9, 1, 1, 0, 0, 0);
     recover();
     findFree();
 }
@@ -128,7 +136,6 @@ X11ScratchKeys::X11ScratchKeys(X11Connection &connection)
 X11ScratchKeys::~X11ScratchKeys()
 {
     release(m_keptAtEnd);
-    XDestroyWindow(m_connection.display(), m_owner);
 }
 
 void X11ScratchKeys::findFree()
@@ -221,95 +228,26 @@ void X11ScratchKeys::appendKey(std::vector<unsigned char> &out, const std::vecto
     }
 }
 
-X11ScratchKeys::Mark X11ScratchKeys::markOf(int index) const
-{
-    const QByteArray end = index == 0 ? QByteArray() : '_' + QByteArray::number(index);
-    return {m_connection.atom(QByteArray("_MEVO_SCRATCH_KEYCODES" + end).constData()),
-            m_connection.atom(QByteArray("_MEVO_SCRATCH_OWNER" + end).constData())};
-}
-
-bool X11ScratchKeys::isOwned(const Mark &mark) const
-{
-    // The server drops the selection of a dead owner by itself.
-    return XGetSelectionOwner(m_connection.display(), mark.selection) != None;
-}
-
-std::vector<int> X11ScratchKeys::keysOf(const Mark &mark) const
-{
-    std::vector<int> keys;
-    Atom type = None;
-    int format = 0;
-    unsigned long count = 0, rest = 0;
-    unsigned char *data = nullptr;
-    if (XGetWindowProperty(m_connection.display(), m_connection.root(), mark.property, 0, 300, False,
-                           XA_CARDINAL, &type, &format, &count, &rest, &data) == Success &&
-        data != nullptr) {
-        const auto *items = reinterpret_cast<const unsigned long *>(data);
-        for (unsigned long i = 0; i < count && format == 32; ++i) {
-            keys.push_back(static_cast<int>(items[i] & 0xff));
-        }
-        XFree(data);
-    }
-    return keys;
-}
-
-X11ScratchKeys::Mark X11ScratchKeys::freeMark() const
-{
-    for (int i = 0; i < maxMarks; ++i) {
-        const Mark mark = markOf(i);
-        if (!isOwned(mark) && !m_connection.hasProperty(m_connection.root(), mark.property)) {
-            return mark;
-        }
-    }
-    return markOf(maxMarks - 1);
-}
-
 void X11ScratchKeys::recover()
 {
-    std::vector<int> left;
-    std::vector<Mark> marks;
-    for (int i = 0; i < maxMarks; ++i) {
-        const Mark mark = markOf(i);
-        if (!isOwned(mark)) {
-            const std::vector<int> keys = keysOf(mark);
-            left.insert(left.end(), keys.begin(), keys.end());
-            marks.push_back(mark);
-        }
-    }
-    if (!left.empty()) {
-        m_keycodes = left;
-        m_symbols.assign(m_keycodes.size(), 0);
-        const ServerGrab grab(m_connection.display());
-        setMap(allKeys());
-        qInfo() << "Typing: unbound" << left.size() << "keys that an earlier run had left bound";
-    }
-    for (const Mark &mark : marks) {
-        XDeleteProperty(m_connection.display(), m_connection.root(), mark.property);
-    }
-    XSync(m_connection.display(), False);
-}
-
-void X11ScratchKeys::mark(const std::vector<int> &keycodes)
-{
-    if (keycodes == m_marked) {
+    const ServerGrab grab(m_connection.display());
+    const KeyMap map = readMap(m_connection.display());
+    if (!map) {
         return;
     }
-    Display *display = m_connection.display();
-    if (!keycodes.empty()) {
-        const std::vector<unsigned long> items(keycodes.begin(), keycodes.end());
-        const ServerGrab grab(display); // so that no other one of us takes the same mark
-        if (m_marked.empty()) {
-            m_mark = freeMark();
-            XSetSelectionOwner(display, m_mark.selection, m_owner, CurrentTime);
+    m_keycodes.clear();
+    for (const X11ScratchMark::Key &key : m_mark.left()) {
+        if (key.keycode >= map->min_key_code && key.keycode <= map->max_key_code &&
+            symbolsOn(*map, key.keycode) == key.symbols) {
+            m_keycodes.push_back(key.keycode); // else somebody else has bound it since
         }
-        XChangeProperty(display, m_connection.root(), m_mark.property, XA_CARDINAL, 32, PropModeReplace,
-                        reinterpret_cast<const unsigned char *>(items.data()),
-                        static_cast<int>(items.size()));
-    } else {
-        XDeleteProperty(display, m_connection.root(), m_mark.property);
-        XSetSelectionOwner(display, m_mark.selection, None, CurrentTime);
     }
-    m_marked = keycodes;
+    if (!m_keycodes.empty()) {
+        m_symbols.assign(m_keycodes.size(), 0);
+        setMap(allKeys());
+        qInfo() << "Typing: unbound" << m_keycodes.size() << "keys that an earlier run had left bound";
+    }
+    m_mark.removeLeft();
 }
 
 std::vector<int> X11ScratchKeys::allKeys() const
@@ -324,7 +262,6 @@ bool X11ScratchKeys::bind(const std::vector<ScratchSlots::Binding> &bindings)
     if (bindings.empty()) {
         return true;
     }
-    mark(m_keycodes);
     std::vector<int> keys;
     for (const ScratchSlots::Binding &binding : bindings) {
         keys.push_back(binding.slot % keyCount());
@@ -351,25 +288,45 @@ bool X11ScratchKeys::bind(const std::vector<ScratchSlots::Binding> &bindings)
 bool X11ScratchKeys::writeKeys(const std::vector<int> &keys,
                                const std::vector<ScratchSlots::Binding> &bindings)
 {
+    std::vector<KeySymbol> symbols = m_symbols;
     for (const ScratchSlots::Binding &binding : bindings) {
-        m_symbols[static_cast<std::size_t>(binding.slot)] = binding.symbol;
+        symbols[static_cast<std::size_t>(binding.slot)] = binding.symbol;
     }
-    setMap(keys);
+    rebind(keys, symbols);
     if (areAsLeft(keys)) {
         return true;
     }
-    unbind(keys);
+    for (std::size_t slot = 0; slot < symbols.size(); ++slot) {
+        const int key = static_cast<int>(slot) % keyCount();
+        symbols[slot] = std::find(keys.begin(), keys.end(), key) != keys.end() ? 0 : symbols[slot];
+    }
+    rebind(keys, symbols);
     return false;
 }
 
-void X11ScratchKeys::unbind(const std::vector<int> &keys)
+void X11ScratchKeys::rebind(const std::vector<int> &keys, std::vector<KeySymbol> symbols)
 {
-    for (const int key : keys) {
-        for (auto slot = static_cast<std::size_t>(key); slot < m_symbols.size(); slot += m_keycodes.size()) {
-            m_symbols[slot] = 0;
+    std::vector<X11ScratchMark::Key> marked = boundKeys();
+    m_symbols = std::move(symbols);
+    for (X11ScratchMark::Key &key : boundKeys()) {
+        if (std::find(marked.begin(), marked.end(), key) == marked.end()) {
+            marked.push_back(std::move(key));
         }
     }
+    m_mark.write(marked); // whenever a crash comes, a key is as the mark has it
     setMap(keys);
+}
+
+std::vector<X11ScratchMark::Key> X11ScratchKeys::boundKeys() const
+{
+    std::vector<X11ScratchMark::Key> bound;
+    for (const int key : allKeys()) {
+        std::vector<KeySymbol> symbols = expectedOn(key);
+        if (!symbols.empty()) {
+            bound.push_back({keycode(key), std::move(symbols)});
+        }
+    }
+    return bound;
 }
 
 std::vector<KeySymbol> X11ScratchKeys::expectedOn(int key) const
@@ -383,18 +340,6 @@ std::vector<KeySymbol> X11ScratchKeys::expectedOn(int key) const
     return expected;
 }
 
-std::vector<KeySymbol> X11ScratchKeys::foundOn(const XkbDescRec &map, int key) const
-{
-    std::vector<KeySymbol> found;
-    for (int i = 0; i < XkbKeyNumSyms(&map, keycode(key)); ++i) {
-        found.push_back(static_cast<KeySymbol>(XkbKeySymsPtr(&map, keycode(key))[i]));
-    }
-    if (std::all_of(found.begin(), found.end(), [](KeySymbol symbol) { return symbol == 0; })) {
-        found.clear(); // a map may give a free key places for symbols
-    }
-    return found;
-}
-
 bool X11ScratchKeys::typeStands(const XkbDescRec &map) const
 {
     return m_type.mask == 0 || (m_type.index < map.map->num_types && map.map->modmap != nullptr &&
@@ -406,7 +351,7 @@ bool X11ScratchKeys::areAsLeft(const std::vector<int> &keys) const
 {
     const KeyMap map = readMap(m_connection.display());
     return !map || (typeStands(*map) && std::all_of(keys.begin(), keys.end(), [&](int key) {
-                        return foundOn(*map, key) == expectedOn(key);
+                        return symbolsOn(*map, keycode(key)) == expectedOn(key);
                     }));
 }
 
@@ -423,7 +368,7 @@ bool X11ScratchKeys::yield(const std::vector<int> &some) const
 
 bool X11ScratchKeys::checkMap()
 {
-    if (m_marked.empty()) {
+    if (boundKeys().empty()) {
         findFree(); // layouts may have come or gone
         return false;
     }
@@ -438,35 +383,29 @@ bool X11ScratchKeys::checkMap()
 
 void X11ScratchKeys::release(const std::vector<int> &kept)
 {
-    std::vector<int> keptKeycodes;
-    {
-        const ServerGrab grab(m_connection.display());
-        const KeyMap map = readMap(m_connection.display());
-        std::vector<int> ours;
-        for (const int key : allKeys()) {
-            const std::vector<KeySymbol> found = map ? foundOn(*map, key) : std::vector<KeySymbol>();
-            const bool others = !found.empty() && found != expectedOn(key);
-            bool keeps = false, unbinds = false;
-            for (auto slot = static_cast<std::size_t>(key); slot < m_symbols.size();
-                 slot += m_keycodes.size()) {
-                const bool keep =
-                    !others && std::find(kept.begin(), kept.end(), static_cast<int>(slot)) != kept.end();
-                keeps = keeps || (keep && m_symbols[slot] != 0);
-                unbinds = unbinds || (!keep && !others && m_symbols[slot] != 0);
-                m_symbols[slot] = keep ? m_symbols[slot] : 0;
-            }
-            if (keeps) {
-                keptKeycodes.push_back(keycode(key));
-            }
-            if (unbinds) {
-                ours.push_back(key);
-            }
-        }
-        if (!ours.empty()) {
-            setMap(ours);
+    const ServerGrab grab(m_connection.display());
+    const KeyMap map = readMap(m_connection.display());
+    std::vector<KeySymbol> symbols(m_symbols.size(), 0);
+    for (const int slot : kept) {
+        if (slot >= 0 && slot < count()) {
+            symbols[static_cast<std::size_t>(slot)] = m_symbols[static_cast<std::size_t>(slot)];
         }
     }
-    mark(keptKeycodes);
+    std::vector<int> ours;
+    for (const int key : allKeys()) {
+        const std::vector<KeySymbol> found = map ? symbolsOn(*map, keycode(key)) : std::vector<KeySymbol>();
+        const bool others = !found.empty() && found != expectedOn(key);
+        bool unbinds = false;
+        for (auto slot = static_cast<std::size_t>(key); slot < symbols.size(); slot += m_keycodes.size()) {
+            symbols[slot] = others ? 0 : symbols[slot];
+            unbinds = unbinds || (!others && symbols[slot] != m_symbols[slot]);
+        }
+        if (unbinds) {
+            ours.push_back(key);
+        }
+    }
+    rebind(ours, std::move(symbols));
+    m_mark.write(boundKeys());
     XSync(m_connection.display(), False);
 }
 
@@ -474,6 +413,9 @@ void X11ScratchKeys::setMap(const std::vector<int> &keys)
 {
     // One request for the whole range: the keys between ours are written back as they were read, under
     // the grab so that no other change gets lost in between.
+    if (keys.empty()) {
+        return;
+    }
     std::map<int, std::vector<KeySymbol>> wanted;
     for (const int key : keys) {
         wanted[keycode(key)] = symbolsOf(static_cast<std::size_t>(key));

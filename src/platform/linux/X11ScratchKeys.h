@@ -1,6 +1,7 @@
 #pragma once
 
 #include "output/PostingPlan.h"
+#include "platform/linux/X11ScratchMark.h"
 
 #include <vector>
 
@@ -20,9 +21,8 @@ struct X11KeyState
 };
 
 /// The keycodes that the keyboard map leaves free, bound to whatever symbols a text needs. A slot is a key
-/// in one state of the keyboard, so that a key has several of them. Which keys are bound is written on the
-/// root window beside a selection that dies with us, so that the next start can unbind what a crash has
-/// left. Several programs of ours may have keys bound at one time: each has a mark of its own.
+/// in one state of the keyboard, so that a key has several of them. Which keys are bound is marked, so that
+/// the next start can unbind what a crash has left.
 class X11ScratchKeys
 {
 public:
@@ -67,17 +67,6 @@ private:
         unsigned mask = 0;
         std::vector<bool> second; ///< by level
     };
-    /// Where bound keys are written down.
-    struct Mark
-    {
-        unsigned long property = 0; ///< on the root window
-        unsigned long selection = 0;
-    };
-    Mark markOf(int index) const;
-    bool isOwned(const Mark &mark) const;
-    std::vector<int> keysOf(const Mark &mark) const;
-    /// A mark that nobody has, and nobody has left.
-    Mark freeMark() const;
     /// Unbinds what programs of ours that are gone have left.
     void recover();
     void findFree();
@@ -87,15 +76,15 @@ private:
     bool typeStands(const _XkbDesc &map) const;
     /// What a key should yield, as a map that it is in has it; nothing when it is not bound.
     std::vector<KeySymbol> expectedOn(int key) const;
-    /// What it yields.
-    std::vector<KeySymbol> foundOn(const _XkbDesc &map, int key) const;
     std::vector<int> allKeys() const;
-    /// Binds keys whose slots have new symbols. False when the server has not taken it; then they yield
+    /// The keys that are bound, for the mark.
+    std::vector<X11ScratchMark::Key> boundKeys() const;
+    /// Binds the keys to what all slots are to yield, marked before and after. To be called with the server
+    /// grabbed.
+    void rebind(const std::vector<int> &keys, std::vector<KeySymbol> symbols);
+    /// The same, for slots with new symbols. False when the server has not taken it; then their keys yield
     /// nothing.
     bool writeKeys(const std::vector<int> &keys, const std::vector<ScratchSlots::Binding> &bindings);
-    void unbind(const std::vector<int> &keys);
-    /// Writes down that these keycodes are bound; nothing is when there are none.
-    void mark(const std::vector<int> &keycodes);
     std::vector<KeySymbol> symbolsOf(std::size_t key) const;
     void appendKey(std::vector<unsigned char> &out, const std::vector<KeySymbol> &symbols) const;
     /// To be called with the server grabbed.
@@ -108,9 +97,7 @@ private:
     TwoSets m_type;
     std::vector<KeySymbol> m_symbols; ///< by slot, 0 for none
     std::vector<int> m_keptAtEnd;
-    unsigned long m_owner = 0;
-    Mark m_mark;
-    std::vector<int> m_marked; ///< keycodes
+    X11ScratchMark m_mark;
 };
 
 } // namespace mevo
