@@ -354,6 +354,30 @@ private Q_SLOTS:
         QVERIFY(poster.rest());
     }
 
+    /// A line end goes by the key that the map has for it by then, and with none nothing is typed.
+    void lineEndsFollowTheMap()
+    {
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        const auto keyIs = [&](int keycode, KeySym symbol) {
+            XChangeKeyboardMapping(display.get(), keycode, 1, &symbol, 1);
+            XSync(display.get(), False);
+        };
+        constexpr int returnKey = 36, anotherKey = 95;
+        mevo::X11Poster poster(m_lock);
+        Program program;
+        QVERIFY(program.window() != 0);
+        QVERIFY(poster.post(program.window(), QStringLiteral("甲\n")).complete);
+        keyIs(returnKey, XK_F30);
+        const mevo::PostResult refused = poster.post(program.window(), QStringLiteral("乙\n"));
+        keyIs(anotherKey, XK_Return);
+        QVERIFY(poster.post(program.window(), QStringLiteral("丙\n")).complete);
+        QVERIFY(setLayout("us"));
+        QCOMPARE(refused.posted, 0);
+        QVERIFY(refused.stop == mevo::PostStop::NoKeys);
+        QCOMPARE(program.text(), QStringLiteral("甲\uff0d丙\uff0d"));
+        QVERIFY(poster.rest());
+    }
+
     /// A terminal that is printed to without a pause is typed into at once, and when it has been left alone
     /// for long enough nothing is kept up for it.
     void aTerminalThatIsPrintedToWithoutAPause()

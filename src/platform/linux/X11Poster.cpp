@@ -76,8 +76,6 @@ X11Poster::X11Poster(const ScreenLock &lock)
     m_asideWindow = XCreateWindow(display, m_connection.root(), -9, -9, 1, 1, 0, 0, InputOnly, CopyFromParent,
                                   CWOverrideRedirect, &unmanaged);
     XMapWindow(display, m_asideWindow);
-    m_returnKey = XKeysymToKeycode(display, XK_Return);
-    m_tabKey = XKeysymToKeycode(display, XK_Tab);
 }
 
 X11Poster::~X11Poster()
@@ -183,11 +181,13 @@ PostStop X11Poster::typeBatches(const X11Target &target, const QString &text, bo
             return PostStop::NoKeys;
         }
         const PostStop stop = typeBatch(target, batch, answered);
-        if (stop == PostStop::KeyboardChanged && ++changes <= mostChanges) {
+        if (stop == PostStop::KeyboardChanged) {
             m_keys->checkMap();
             startSlots();
-            plan.again();
-            continue;
+            if (++changes <= mostChanges) {
+                plan.again();
+                continue;
+            }
         }
         if (stop != PostStop::AtEnd) {
             return stop;
@@ -301,6 +301,9 @@ PostStop X11Poster::send(const X11Target &target, const PostBatch &batch)
     QElapsedTimer clock;
     clock.start();
     PostStop stop = sendAtOnce(target, batch);
+    if (stop == PostStop::FocusRefused && !m_second) {
+        stop = sendAtOnce(target, batch); // the focus left before the grab, and only now it gets one
+    }
     while (stop == PostStop::KeyboardGrabbed && clock.elapsed() < grabTimeoutMs && !m_waits.end().isOver()) {
         X11Waits::pause(grabRetryMs); // a window switcher, a menu that is about to close
         stop = sendAtOnce(target, batch);
@@ -323,6 +326,8 @@ PostStop X11Poster::sendAtOnce(const X11Target &target, const PostBatch &batch)
         stop = PostStop::KeyboardGrabbed;
     } else if (!m_keys->yield(batch.struck())) {
         stop = PostStop::KeyboardChanged;
+    } else if (!findOwnKeys(batch)) {
+        stop = PostStop::NoKeys;
     } else if (isFocused(target)) {
         strike(batch, false);
     } else if (batch.hasPairs && target.habits.dropsPairsUnfocused) {
@@ -390,6 +395,20 @@ bool X11Poster::isKeyboardGrabbed() const
     const int answer =
         XGrabKeyboard(m_connection.display(), m_neverShown, False, GrabModeAsync, GrabModeAsync, CurrentTime);
     return answer == AlreadyGrabbed || answer == GrabFrozen;
+}
+
+bool X11Poster::findOwnKeys(const PostBatch &batch)
+{
+    m_connection.discardEvents(); // Xlib knows of a change once it has taken its event
+    const auto find = [this, &batch](int slot, unsigned long symbol, int &keycode) {
+        const auto isStruck = [slot](const PostStroke &stroke) { return stroke.slot == slot; };
+        if (std::none_of(batch.strokes.begin(), batch.strokes.end(), isStruck)) {
+            return true;
+        }
+        keycode = XKeysymToKeycode(m_connection.display(), symbol);
+        return keycode != 0;
+    };
+    return find(PostStroke::Return, XK_Return, m_returnKey) && find(PostStroke::Tab, XK_Tab, m_tabKey);
 }
 
 int X11Poster::keycodeOf(const PostStroke &stroke) const

@@ -71,6 +71,9 @@ private:
     /// Takes the second keyboard's focus off the target, and has the window manager know again where the
     /// user's is.
     void giveFocusBack();
+    /// Finds the keys that the map has for line ends and tabs now; false when the batch has some and the map
+    /// has no key for them. To be called with the server grabbed.
+    bool findOwnKeys(const PostBatch &batch);
     int keycodeOf(const PostStroke &stroke) const;
     X11KeyState stateOf(const PostStroke &stroke) const;
     /// Locks the user's keyboard, and the second one too, to `state` when it was locked to `before`.
