@@ -273,6 +273,7 @@ private slots:
         QVERIFY(!facts.isXpClass());
         QVERIFY(facts.compilerRuntimeInstalled());
         QVERIFY(facts.freeSpaceMiB() > 0);
+        QVERIFY(mevo::LinuxSystemFacts::freeSpaceMiB(m_folder->filePath(QStringLiteral("not/made yet"))) > 0);
         QVERIFY(facts.localeId() > 0);
         QVERIFY(!mevo::NoRegistry().value(QStringLiteral("HKLM"), QStringLiteral("x")).has_value());
     }

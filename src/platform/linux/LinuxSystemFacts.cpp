@@ -51,7 +51,16 @@ int LinuxSystemFacts::localeId() const
 
 qint64 LinuxSystemFacts::freeSpaceMiB() const
 {
-    const QStorageInfo volume(appFolder());
+    return freeSpaceMiB(appFolder());
+}
+
+qint64 LinuxSystemFacts::freeSpaceMiB(const QString &folder)
+{
+    QString there = folder;
+    while (!QFileInfo::exists(there) && QFileInfo(there).path() != there) {
+        there = QFileInfo(there).path();
+    }
+    const QStorageInfo volume(there);
     return volume.isValid() && volume.isReady() ? volume.bytesAvailable() >> 20 : -1;
 }
 

@@ -18,6 +18,9 @@ public:
     bool isXpClass() const override { return false; }
     int localeId() const override;
     qint64 freeSpaceMiB() const override;
+    /// On the volume of a folder. One that is full lets no folder be made at the first start: then where it
+    /// would be.
+    static qint64 freeSpaceMiB(const QString &folder);
     /// The router speaks to the sound server itself and needs no runtime.
     bool compilerRuntimeInstalled() const override { return true; }
     /// 32 hex digits. The machine's own id is hashed, as it should not leave the machine.
