@@ -8,6 +8,7 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XInput2.h>
 
 #include <poll.h>
 #include <sys/syscall.h>
@@ -527,6 +528,35 @@ private Q_SLOTS:
             return symbols(display.get()) == before;
         };
         QTRY_VERIFY(isWholeAtTheNextStart());
+    }
+
+    /// The second keyboard that a crash has left goes at the next start; those of programs that run stay.
+    void aKeyboardThatACrashLeft()
+    {
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        const auto devices = [&] {
+            int count = 0;
+            XIFreeDeviceInfo(XIQueryDevice(display.get(), XIAllDevices, &count));
+            return count;
+        };
+        const int before = devices();
+        static mevo::X11SecondKeyboard *crashed; // cannot be deleted any more
+        mevo::X11Connection running;
+        auto other = std::make_unique<mevo::X11SecondKeyboard>(running.display());
+        const int one = devices() - before;
+        {
+            const mevo::X11Connection connection;
+            crashed = new mevo::X11SecondKeyboard(connection.display());
+            QVERIFY(crashed->isUsable());
+        }
+        QCOMPARE(devices() - before, 2 * one);
+        const auto isGoneAtTheNextStart = [&] {
+            const mevo::X11Poster next(m_lock);
+            return devices() - before == one;
+        };
+        QTRY_VERIFY(isGoneAtTheNextStart());
+        other.reset();
+        QCOMPARE(devices(), before);
     }
 
     /// The end of the program waits for nobody for long.

@@ -67,6 +67,7 @@ X11Poster::X11Poster(const ScreenLock &lock)
         return;
     }
     XTestGrabControl(display, True);
+    X11SecondKeyboard::removeLeft(display);
     m_keys = std::make_unique<X11ScratchKeys>(m_connection);
     m_usable = m_keys->count() > 0;
     m_slots = ScratchSlots(m_keys->count());

@@ -1,6 +1,7 @@
 #include "platform/linux/X11SecondKeyboard.h"
 
 #include <QByteArray>
+#include <QDebug>
 
 #include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
@@ -19,29 +20,83 @@ namespace mevo {
 
 namespace {
 
-const char keyboardName[] = "mevoinput";
+constexpr int places = 8; // for programs of ours at one time
+
+QByteArray nameOf(int place)
+{
+    return "mevoinput" + (place == 0 ? QByteArray() : ' ' + QByteArray::number(place));
+}
+
+/// Whoever has a keyboard owns this; the server drops what a program that is gone has owned.
+Atom selectionOf(Display *display, int place)
+{
+    return XInternAtom(display, ("_MEVO_KEYBOARD_" + QByteArray::number(place)).constData(), False);
+}
+
+bool isOwned(Display *display, int place)
+{
+    return XGetSelectionOwner(display, selectionOf(display, place)) != None;
+}
+
+bool hasExtension(Display *display)
+{
+    int major = 2, minor = 2;
+    return XIQueryVersion(display, &major, &minor) == Success;
+}
+
+/// The device of that name, 0 when there is none.
+int deviceCalled(Display *display, const QByteArray &name)
+{
+    int count = 0, found = 0;
+    XIDeviceInfo *devices = XIQueryDevice(display, XIAllDevices, &count);
+    for (int i = 0; i < count; ++i) {
+        found = name == devices[i].name ? devices[i].deviceid : found;
+    }
+    if (devices != nullptr) {
+        XIFreeDeviceInfo(devices);
+    }
+    return found;
+}
+
+void removeWithPointer(Display *display, int pointer)
+{
+    XIRemoveMasterInfo remove{};
+    remove.type = XIRemoveMaster;
+    remove.deviceid = pointer;
+    remove.return_mode = XIFloating;
+    XIChangeHierarchy(display, reinterpret_cast<XIAnyHierarchyChangeInfo *>(&remove), 1);
+    XSync(display, False);
+}
 
 } // namespace
 
 X11SecondKeyboard::X11SecondKeyboard(Display *display)
     : m_display(display)
 {
-    int major = 2, minor = 2;
-    if (XIQueryVersion(display, &major, &minor) != Success) {
+    if (!hasExtension(display)) {
         return;
     }
-    find();
-    if (m_master == 0) {
+    m_owner = XCreateSimpleWindow(display, DefaultRootWindow(display), -9, -9, 1, 1, 0, 0, 0);
+    XGrabServer(display); // so that no other one of us takes the same place
+    int place = 0;
+    while (place < places && isOwned(display, place)) {
+        ++place;
+    }
+    XSetSelectionOwner(display, selectionOf(display, place), m_owner, CurrentTime);
+    QByteArray name = nameOf(place);
+    if (deviceCalled(display, name + " pointer") == 0) {
         XIAddMasterInfo add{};
-        QByteArray name(keyboardName);
         add.type = XIAddMaster;
         add.name = name.data();
         add.send_core = True;
         add.enable = True;
         XIChangeHierarchy(display, reinterpret_cast<XIAnyHierarchyChangeInfo *>(&add), 1);
-        XSync(display, False);
-        find();
     }
+    XUngrabServer(display);
+    XSync(display, False);
+    m_master = deviceCalled(display, name + " keyboard");
+    m_xtest = deviceCalled(display, name + " XTEST keyboard");
+    m_pointer = deviceCalled(display, name + " pointer");
     if (m_xtest != 0) {
         m_device = XOpenDevice(display, static_cast<XID>(m_xtest));
     }
@@ -57,13 +112,28 @@ X11SecondKeyboard::~X11SecondKeyboard()
         XCloseDevice(m_display, static_cast<XDevice *>(m_device));
     }
     if (m_pointer != 0) {
-        XIRemoveMasterInfo remove{};
-        remove.type = XIRemoveMaster;
-        remove.deviceid = m_pointer;
-        remove.return_mode = XIFloating;
-        XIChangeHierarchy(m_display, reinterpret_cast<XIAnyHierarchyChangeInfo *>(&remove), 1);
-        XSync(m_display, False);
+        removeWithPointer(m_display, m_pointer);
     }
+    if (m_owner != 0) {
+        XDestroyWindow(m_display, m_owner);
+    }
+}
+
+void X11SecondKeyboard::removeLeft(Display *display)
+{
+    if (!hasExtension(display)) {
+        return;
+    }
+    XGrabServer(display);
+    for (int place = 0; place < places; ++place) {
+        const int pointer = isOwned(display, place) ? 0 : deviceCalled(display, nameOf(place) + " pointer");
+        if (pointer != 0) {
+            removeWithPointer(display, pointer);
+            qInfo() << "Typing: removed the second keyboard that an earlier run had left";
+        }
+    }
+    XUngrabServer(display);
+    XFlush(display);
 }
 
 bool X11SecondKeyboard::setFocus(unsigned long window)
@@ -99,26 +169,6 @@ void X11SecondKeyboard::setGroups(int count)
         xcb_xkb_set_map(xcb, static_cast<xcb_xkb_device_spec_t>(device), XCB_XKB_MAP_PART_KEY_SYMS, 0, 8,
                         keycode, 0, 0, keycode, 1, groups, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                         key.data());
-    }
-}
-
-void X11SecondKeyboard::find()
-{
-    int count = 0;
-    XIDeviceInfo *devices = XIQueryDevice(m_display, XIAllDevices, &count);
-    const QByteArray base(keyboardName);
-    for (int i = 0; i < count; ++i) {
-        const QByteArray name(devices[i].name);
-        if (name == base + " keyboard") {
-            m_master = devices[i].deviceid;
-        } else if (name == base + " XTEST keyboard") {
-            m_xtest = devices[i].deviceid;
-        } else if (name == base + " pointer") {
-            m_pointer = devices[i].deviceid;
-        }
-    }
-    if (devices != nullptr) {
-        XIFreeDeviceInfo(devices);
     }
 }
 

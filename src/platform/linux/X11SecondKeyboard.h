@@ -5,7 +5,7 @@ struct _XDisplay;
 namespace mevo {
 
 /// A second master keyboard, whose focus is ours to set: real key events reach a window that the user's own
-/// keyboard has left. It is there as long as the object.
+/// keyboard has left. It is there as long as the object. Each program of ours has one of its own.
 class X11SecondKeyboard
 {
 public:
@@ -13,6 +13,10 @@ public:
     ~X11SecondKeyboard();
     X11SecondKeyboard(const X11SecondKeyboard &) = delete;
     X11SecondKeyboard &operator=(const X11SecondKeyboard &) = delete;
+
+    /// Removes those of programs of ours that are gone. Chromium and its kin take none of the user's keys
+    /// while there is one.
+    static void removeLeft(_XDisplay *display);
 
     /// Whether the server has given us one.
     bool isUsable() const { return m_device != nullptr; }
@@ -26,10 +30,9 @@ public:
     void setGroups(int count);
 
 private:
-    void find();
-
     _XDisplay *m_display;
     int m_master = 0, m_xtest = 0, m_pointer = 0;
+    unsigned long m_owner = 0; ///< a window, for the server to know that we are there
     int m_groups = 1;
     void *m_device = nullptr; ///< the XDevice that strikes its keys
 };
