@@ -47,6 +47,8 @@ public:
     virtual WindowId foregroundWindow() = 0;
     /// The window that has the keyboard focus, which may be a child of the one in front; 0 if none.
     virtual WindowId focusedWindow() = 0;
+    /// Whether keys that are struck now surely go into no window. False where that cannot be told.
+    virtual bool keysGoNowhere() = 0;
     /// Whether the window still exists.
     virtual bool isWindow(WindowId window) = 0;
     /// Types `text` into `window` character by character, even when the focus has moved elsewhere.

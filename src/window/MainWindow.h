@@ -662,6 +662,7 @@ private:
         PasteDone done;
         mevo::WindowId only = 0; ///< nowhere else; 0 for any window
         int session = 0;
+        int looks = 0; ///< in which no window had the keyboard
     };
     std::deque<PendingPaste> m_pendingPastes; ///< texts whose turn at the clipboard has not come
     std::map<int, QString> m_postsUnderWay;   ///< texts being posted

@@ -122,13 +122,14 @@ QString MainWindow::runFigures() const
 
 void MainWindow::pasteText(const QString &text, int holdMs, PasteDone done, mevo::WindowId only, int session)
 {
-    m_pendingPastes.push_back({text, holdMs, std::move(done), only, session});
+    m_pendingPastes.push_back({text, holdMs, std::move(done), only, session, 0});
     pasteNext();
 }
 
 void MainWindow::pasteNext()
 {
     constexpr int lookAgainMs = 10;
+    constexpr int mostLooks = 50;
     if (m_pendingPastes.empty()) {
         return;
     }
@@ -139,15 +140,20 @@ void MainWindow::pasteNext()
         QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
         return;
     }
+    const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
+    const bool nowhere = window == 0 && m_platform.windowSystem->keysGoNowhere();
+    if (nowhere && m_pendingPastes.front().looks++ < mostLooks) { // it may be on its way to another window
+        QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
+        return;
+    }
     const PendingPaste paste = m_pendingPastes.front();
     m_pendingPastes.pop_front();
-    const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
     if (paste.only != 0 && paste.only != window) {
         postInstead(paste);
         return;
     }
-    if (mevo::isOwnWithoutField(window)) {
-        keepUndelivered(paste.text, mevo::PostStop::NoField);
+    if (nowhere || mevo::isOwnWithoutField(window)) { // the next press would take the clipboard's text
+        keepUndelivered(paste.text, nowhere ? mevo::PostStop::Gone : mevo::PostStop::NoField);
         if (paste.done) {
             paste.done(false);
         }

@@ -254,11 +254,15 @@ private Q_SLOTS:
         const Target target = open("xterm");
         QVERIFY(target);
         const mevo::WindowId window = windows.focusedWindow();
+        QVERIFY(!windows.keysGoNowhere());
         target->stop();
         QTRY_VERIFY(!windows.isWindow(window));
         const mevo::PostResult result = postText(windows, window, QStringLiteral("没有人"));
         QVERIFY(!result.complete);
         QCOMPARE(result.posted, 0);
+        // The window manager has given the focus to a window of its own.
+        QTRY_COMPARE(windows.focusedWindow(), mevo::WindowId(0));
+        QTRY_VERIFY(windows.keysGoNowhere());
     }
 
     /// What cannot be typed is said to be so, and does not go into the window that an earlier text went to

@@ -144,6 +144,7 @@ public:
     using Logged::Logged;
     mevo::WindowId foregroundWindow() override { return foreground; }
     mevo::WindowId focusedWindow() override { return focused; }
+    bool keysGoNowhere() override { return focused == 0 && !unseen; }
     bool isWindow(mevo::WindowId window) override { return window != 0 && !gone.contains(window); }
     void postText(mevo::WindowId window, const QString &text, PostDone done) override;
     bool canPostText() const override { return canPost; }
@@ -157,7 +158,8 @@ public:
 
     mevo::WindowId foreground = 0x10;
     mevo::WindowId focused = 0x11;
-    bool obeys = false; ///< a window that is activated comes to the front
+    bool unseen = false; ///< a window that cannot be seen may have the focus
+    bool obeys = false;  ///< a window that is activated comes to the front
     QString classOfAll;
     QList<mevo::WindowId> gone;
     QHash<QString, mevo::WindowId> byTitle; ///< what findWindow answers

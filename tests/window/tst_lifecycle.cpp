@@ -508,6 +508,38 @@ private Q_SLOTS:
         program.window->ProcessResult(release);
     }
 
+    /// A paste key that would go nowhere is not struck: the next press would take the text away.
+    void aPasteWaitsForAWindow_data()
+    {
+        QTest::addColumn<bool>("comes");
+        QTest::addColumn<bool>("unseen");
+        QTest::newRow("none has the keyboard") << false << false;
+        QTest::newRow("one gets it") << true << false;
+        QTest::newRow("one that cannot be seen may have it") << false << true;
+    }
+
+    void aPasteWaitsForAWindow()
+    {
+        QFETCH(bool, comes);
+        QFETCH(bool, unseen);
+        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        Program program;
+        program.start();
+        FakeWindowSystem &windows = *program.fake.windowSystem;
+        windows.focused = 0;
+        windows.unseen = unseen;
+        program.window->Send2ScreenMethod = 2;
+        program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
+        QCOMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), unseen);
+        windows.focused = comes ? 0x22 : 0;
+        QTRY_VERIFY(program.fake.log.has(
+            comes || unseen
+                ? QStringLiteral("clipboard set 甲")
+                : QStringLiteral("message 有文字未能输入，已保留在菜单的“未送达的文字”中。 (5000)")));
+        QCOMPARE(QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))), !comes && !unseen);
+        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+    }
+
     void pastedTextsWaitForEachOther()
     {
         Program program;

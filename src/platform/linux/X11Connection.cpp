@@ -147,6 +147,20 @@ unsigned long X11Connection::focus() const
     return window > 1 ? window : 0; // None and PointerRoot are no windows
 }
 
+bool X11Connection::isPlaceholder(unsigned long window) const
+{
+    const unsigned long top = topLevel(window);
+    XWindowAttributes attributes;
+    if (top == 0 || hasProperty(top, atom("WM_STATE")) ||
+        XGetWindowAttributes(m_display, top, &attributes) == 0) {
+        return false;
+    }
+    const int screen = DefaultScreen(m_display);
+    return attributes.x + attributes.width <= 0 || attributes.y + attributes.height <= 0 ||
+           attributes.x >= DisplayWidth(m_display, screen) ||
+           attributes.y >= DisplayHeight(m_display, screen);
+}
+
 unsigned long X11Connection::keyboardWindow() const
 {
     discardEvents();

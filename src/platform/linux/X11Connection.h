@@ -42,6 +42,9 @@ public:
     /// The top-level window that holds `window`, 0 when it is gone.
     unsigned long topLevel(unsigned long window) const;
     unsigned long focus() const;
+    /// Whether a window is none of a program's, but what a window manager gives the focus to when no window
+    /// has it: one that lies outside the screen and that nobody manages. Keys that it gets are nowhere.
+    bool isPlaceholder(unsigned long window) const;
 
 private:
     _XDisplay *m_display = nullptr;

@@ -112,7 +112,18 @@ WindowId X11WindowSystem::foregroundWindow()
 
 WindowId X11WindowSystem::focusedWindow()
 {
-    return m_connection ? m_connection.focus() : 0;
+    const WindowId focused = m_connection ? m_connection.focus() : 0;
+    return focused != 0 && m_connection.isPlaceholder(focused) ? 0 : focused;
+}
+
+bool X11WindowSystem::keysGoNowhere()
+{
+    // Windows that are not of X have the keyboard unseen.
+    if (!m_connection || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) {
+        return false;
+    }
+    const WindowId window = m_connection.keyboardWindow();
+    return window == 0 || m_connection.isPlaceholder(window);
 }
 
 bool X11WindowSystem::isWindow(WindowId window)

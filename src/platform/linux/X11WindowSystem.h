@@ -24,6 +24,7 @@ public:
 
     WindowId foregroundWindow() override;
     WindowId focusedWindow() override;
+    bool keysGoNowhere() override;
     bool isWindow(WindowId window) override;
     void postText(WindowId window, const QString &text, PostDone done) override;
     bool canPostText() const override { return m_canPost; }
