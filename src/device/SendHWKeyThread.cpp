@@ -2,6 +2,7 @@
 
 #include "state/MainState.h"
 
+#include <QDebug>
 #include <QRandomGenerator>
 
 namespace {
@@ -39,7 +40,10 @@ void SendHWKeyThread::run()
     m_queue->awaitTurn(m_ticket);
     if (m_combination) {
         awaitClipboard();
-        type(mevo::planCombination(*m_combination));
+        if (!type(mevo::planCombination(*m_combination))) {
+            ++m_state.HidKeysLost;
+            qWarning("Receiver: a key combination has not been taken");
+        }
     }
     const bool typedKey = m_combination && !m_combination->consumerKey && m_combination->key != 0;
     if (!m_combination || (typedKey && m_state.VoiceImmediateSend)) {
@@ -57,17 +61,19 @@ void SendHWKeyThread::awaitClipboard()
     }
 }
 
-void SendHWKeyThread::type(const std::vector<mevo::InjectionStep> &steps)
+bool SendHWKeyThread::type(const std::vector<mevo::InjectionStep> &steps)
 {
+    bool taken = true;
     for (const mevo::InjectionStep &step : steps) {
-        if (m_state.DeviceConnected) {
-            m_platform.hid->sendFeatureReport(m_state.HidCommandHandle, step.report.data(),
-                                              step.report.size());
-        }
+        taken = m_state.DeviceConnected &&
+                m_platform.hid->sendFeatureReport(m_state.HidCommandHandle, step.report.data(),
+                                                  step.report.size()) >= 0 &&
+                taken;
         if (step.wait) {
             m_platform.time->sleepMs(kPauseMs + QRandomGenerator::global()->bounded(kPauseSpreadMs));
         }
     }
+    return taken;
 }
 
 mevo::SendKeys SendHWKeyThread::selectedSendKeys() const

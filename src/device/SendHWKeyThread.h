@@ -32,7 +32,8 @@ protected:
 
 private:
     void awaitClipboard();
-    void type(const std::vector<mevo::InjectionStep> &steps);
+    /// False when the receiver has not taken all of them.
+    bool type(const std::vector<mevo::InjectionStep> &steps);
     mevo::SendKeys selectedSendKeys() const;
 
     mevo::Platform &m_platform;

@@ -21,6 +21,7 @@ enum class PostStop {
     FocusRefused,    ///< it cannot be given the focus
     FocusLeft,       ///< another window has the focus, and the text could only have gone where that is
     NoField,         ///< it is one of ours, and no field for text has the focus there
+    ReceiverGone,    ///< the receiver, which was to strike the keys, has not taken them
     KeyboardGrabbed, ///< another program has taken the keyboard for itself: an open menu, a screen locker
     ScreenLocked,
     KeyboardChanged, ///< somebody has changed the keyboard map while the text was on its way

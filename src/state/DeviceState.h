@@ -13,6 +13,7 @@ struct DeviceState
     std::atomic<bool> DeviceIDBusy{false};                  ///< the identity is being read; the reader pauses
     std::atomic<bool> ReaderInRead{false};                  ///< the reader is waiting on HidInputHandle
     std::atomic<bool> HidBusy{false};                       ///< a key is being typed through the receiver
+    std::atomic<int> HidKeysLost{0};                        ///< combinations that the receiver did not take
     std::atomic<bool> HeartbeatOK{false};                   ///< the last heartbeat went out
     std::atomic<mevo::HidHandle> HidInputHandle{nullptr};   ///< digitizer collection, non-blocking
     std::atomic<mevo::HidHandle> HidCommandHandle{nullptr}; ///< vendor collection, blocking

@@ -669,9 +669,11 @@ private:
     int m_postNumber = 0;
     bool m_pasteSettles = false; ///< the window may still read the clipboard
     bool m_postsInstead = false; ///< a text that was to be pasted is posted; those behind it wait
+    QString m_pasteText;         ///< which the receiver types the key of; empty for one that it does not
+    int m_keysLostBefore = 0;    ///< HidKeysLost at that time
     PasteDone m_pasteDone;       ///< of the text that it may still read
     int m_pasteSession = 0;      ///< and whose that is
-    void tellPasteDone();
+    void tellPasteDone(bool typed);
     bool m_sessionsFinished = false;  ///< the exit has collected what was still on its way
     bool m_typingUndelivered = false; ///< a kept text is being typed
     int m_xunFeiSession = 0;          ///< number of the session whose socket is open

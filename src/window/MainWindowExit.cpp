@@ -218,7 +218,7 @@ void MainWindow::finishSessions()
         keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
     }
     m_sessionsFinished = true;
-    tellPasteDone(); // the keys of that text have gone
+    tellPasteDone(true); // the keys of that text have gone
     m_instanceCalls->finish();
 }
 

@@ -165,7 +165,10 @@ void MainWindow::pasteNext()
     m_pasteSession = paste.session;
     m_pasteSettles = true; // the window reads the clipboard when it gets to the key
     const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
+    m_pasteText.clear();
     if (deviceOpen()) {
+        m_pasteText = paste.text;
+        m_keysLostBefore = HidKeysLost;
         SendHWKey(shortcut.shift, shortcut.ctrl, false, false, false, shortcut.usage);
         letPasteSettle();
         return;
@@ -226,18 +229,25 @@ void MainWindow::letPasteSettle()
         QTimer::singleShot(lookAgainMs, this, &MainWindow::letPasteSettle);
         return;
     }
+    if (!m_pasteText.isEmpty() && HidKeysLost != m_keysLostBefore) {
+        keepUndelivered(m_pasteText, mevo::PostStop::ReceiverGone);
+        m_pasteSettles = false;
+        tellPasteDone(false);
+        pasteNext();
+        return;
+    }
     m_figures.typed(m_pasteSession, m_platform.time->monotonicMs());
     QTimer::singleShot(settleMs, this, [this] {
         m_pasteSettles = false;
-        tellPasteDone();
+        tellPasteDone(true);
         pasteNext();
     });
 }
 
-void MainWindow::tellPasteDone()
+void MainWindow::tellPasteDone(bool typed)
 {
     if (const auto done = std::exchange(m_pasteDone, {})) {
-        done(true);
+        done(typed);
     }
 }
 

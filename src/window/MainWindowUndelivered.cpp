@@ -37,6 +37,8 @@ const char *reasonText(mevo::PostStop stop)
         return "another window has the focus";
     case mevo::PostStop::NoField:
         return "no text field of this program's window has the focus";
+    case mevo::PostStop::ReceiverGone:
+        return "the receiver has not taken the paste key";
     case mevo::PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case mevo::PostStop::ScreenLocked:

@@ -513,30 +513,36 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("comes");
         QTest::addColumn<bool>("unseen");
-        QTest::newRow("none has the keyboard") << false << false;
-        QTest::newRow("one gets it") << true << false;
-        QTest::newRow("one that cannot be seen may have it") << false << true;
+        QTest::addColumn<bool>("taken");
+        QTest::newRow("none has the keyboard") << false << false << true;
+        QTest::newRow("one gets it") << true << false << true;
+        QTest::newRow("one that cannot be seen may have it") << false << true << true;
+        QTest::newRow("the receiver does not take the key") << true << false << false;
     }
 
     void aPasteWaitsForAWindow()
     {
         QFETCH(bool, comes);
         QFETCH(bool, unseen);
+        QFETCH(bool, taken);
         QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
         Program program;
         program.start();
         FakeWindowSystem &windows = *program.fake.windowSystem;
         windows.focused = 0;
         windows.unseen = unseen;
+        program.fake.hid->sendResult = taken ? 8 : -1;
         program.window->Send2ScreenMethod = 2;
         program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
         QCOMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), unseen);
         windows.focused = comes ? 0x22 : 0;
-        QTRY_VERIFY(program.fake.log.has(
-            comes || unseen
-                ? QStringLiteral("clipboard set 甲")
-                : QStringLiteral("message 有文字未能输入，已保留在菜单的“未送达的文字”中。 (5000)")));
-        QCOMPARE(QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))), !comes && !unseen);
+        const bool pasted = comes || unseen;
+        QTRY_COMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), pasted);
+        const QString told =
+            QStringLiteral("message 有文字未能输入，已保留在菜单的“未送达的文字”中。 (5000)");
+        QTRY_COMPARE(program.fake.log.has(told), !pasted || !taken);
+        QTRY_VERIFY(!program.window->HidBusy);
+        QCOMPARE(QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))), !pasted || !taken);
         QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
     }
 

@@ -41,6 +41,8 @@ const char *nameOf(PostStop stop)
         return "another window has the focus";
     case PostStop::NoField:
         return "no text field has the focus";
+    case PostStop::ReceiverGone:
+        return "the receiver is gone";
     case PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case PostStop::KeyboardChanged:
