@@ -47,11 +47,13 @@ void UndeliveredTexts::read()
         document = QJsonDocument::fromJson(file.readAll());
     }
     if (!document.isArray()) {
-        const QString aside = m_path + QStringLiteral(".broken");
-        QFile::remove(aside);
+        QString aside = m_path + QStringLiteral(".broken");
+        for (int i = 2; QFile::exists(aside); ++i) { // texts may be found in that one, too
+            aside = m_path + QStringLiteral(".broken%1").arg(i);
+        }
         const bool kept = file.rename(aside);
-        qWarning("Undelivered texts: the file cannot be understood and is %s",
-                 kept ? "kept beside it as .broken" : "left as it is");
+        qWarning().noquote() << "Undelivered texts: the file cannot be understood and is"
+                             << (kept ? QStringLiteral("kept as ") + aside : QStringLiteral("left as it is"));
         return;
     }
     for (const QJsonValue &entry : document.array()) {

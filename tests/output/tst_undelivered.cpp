@@ -33,6 +33,7 @@ private Q_SLOTS:
     {
         home.remove(name);
         home.remove(name + QStringLiteral(".broken"));
+        home.remove(name + QStringLiteral(".broken2"));
     }
 
     void textsOutliveTheProgram()
@@ -98,6 +99,9 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo::exists(home.path(name + QStringLiteral(".broken"))), aside);
         QVERIFY(store.add(QStringLiteral("next"), when));
         QCOMPARE(home.read(name + QStringLiteral(".broken")), aside ? content : QByteArray());
+        home.write(name, "once more");
+        QCOMPARE(UndeliveredTexts(home.path(name)).count(), 0);
+        QCOMPARE(home.read(name + QStringLiteral(".broken")), aside ? content : QByteArray("once more"));
     }
 
     void whatCannotBeWrittenStaysInMemory()
