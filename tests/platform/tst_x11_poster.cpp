@@ -1,4 +1,5 @@
 #include "platform/linux/ScreenLock.h"
+#include "platform/linux/X11LiftedModifiers.h"
 #include "platform/linux/X11Ping.h"
 #include "platform/linux/X11Poster.h"
 
@@ -8,7 +9,9 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XInput.h>
 #include <X11/extensions/XInput2.h>
+#include <X11/extensions/XTest.h>
 
 #include <poll.h>
 #include <sys/syscall.h>
@@ -557,6 +560,54 @@ private Q_SLOTS:
         QTRY_VERIFY(isGoneAtTheNextStart());
         other.reset();
         QCOMPARE(devices(), before);
+    }
+
+    /// A modifier that the user lets go while it is lifted does not stay down.
+    void liftedModifiers_data()
+    {
+        QTest::addColumn<bool>("byHand");
+        QTest::addColumn<bool>("letGo");
+        QTest::newRow("held") << true << false;
+        QTest::newRow("let go meanwhile") << true << true;
+        QTest::newRow("held by a program") << false << false;
+    }
+
+    void liftedModifiers()
+    {
+        QFETCH(bool, byHand);
+        QFETCH(bool, letGo);
+        const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
+        int count = 0;
+        XIDeviceInfo *const devices = XIQueryDevice(display.get(), XIAllDevices, &count);
+        const auto *const keyboard = std::find_if(devices, devices + count, [](const XIDeviceInfo &device) {
+            return device.use == XISlaveKeyboard && !QByteArray(device.name).contains("XTEST");
+        });
+        QVERIFY(keyboard != devices + count);
+        XDevice *const hand = XOpenDevice(display.get(), XID(keyboard->deviceid));
+        XIFreeDeviceInfo(devices);
+        const unsigned shift = XKeysymToKeycode(display.get(), XK_Shift_L);
+        const auto press = [&](bool down) {
+            byHand ? XTestFakeDeviceKeyEvent(display.get(), hand, shift, down, nullptr, 0, CurrentTime)
+                   : XTestFakeKeyEvent(display.get(), shift, down, CurrentTime);
+        };
+        const auto modifiers = [&] {
+            XkbStateRec state{};
+            XkbGetState(display.get(), XkbUseCoreKbd, &state);
+            return int(state.base_mods);
+        };
+        press(true);
+        QCOMPARE(modifiers(), ShiftMask);
+        {
+            const mevo::X11LiftedModifiers lifted(display.get());
+            QCOMPARE(modifiers(), 0);
+            if (letGo) {
+                press(false);
+            }
+        }
+        QCOMPARE(modifiers(), letGo ? 0 : ShiftMask);
+        press(false);
+        QCOMPARE(modifiers(), 0);
+        XCloseDevice(display.get(), hand);
     }
 
     /// The end of the program waits for nobody for long.

@@ -1,6 +1,7 @@
 #include "platform/linux/X11Poster.h"
 
 #include "platform/linux/ScreenLock.h"
+#include "platform/linux/X11LiftedModifiers.h"
 
 #include <QDebug>
 #include <QElapsedTimer>
@@ -454,7 +455,7 @@ void X11Poster::lock(bool second, const X11KeyState &before, const X11KeyState &
 void X11Poster::strike(const PostBatch &batch, bool second)
 {
     Display *display = m_connection.display();
-    const std::vector<int> held = liftModifiers();
+    const X11LiftedModifiers lifted(display);
     XkbStateRec users{};
     XkbGetState(display, XkbUseCoreKbd, &users);
     // Programs make capitals of what a key yields while Caps Lock is on.
@@ -492,35 +493,6 @@ void X11Poster::strike(const PostBatch &batch, bool second)
     }
     if (unlocked != 0) {
         XkbLockModifiers(display, XkbUseCoreKbd, unlocked, unlocked);
-    }
-    putBackModifiers(held);
-}
-
-std::vector<int> X11Poster::liftModifiers()
-{
-    Display *display = m_connection.display();
-    char keys[32] = {};
-    XQueryKeymap(display, keys);
-    std::vector<int> held;
-    XModifierKeymap *map = XGetModifierMapping(display);
-    if (map == nullptr) {
-        return held;
-    }
-    for (int i = 0; i < 8 * map->max_keypermod; ++i) {
-        const int keycode = map->modifiermap[i];
-        if (keycode != 0 && (keys[keycode / 8] >> (keycode % 8) & 1) != 0) {
-            XTestFakeKeyEvent(display, static_cast<unsigned>(keycode), False, CurrentTime);
-            held.push_back(keycode);
-        }
-    }
-    XFreeModifiermap(map);
-    return held;
-}
-
-void X11Poster::putBackModifiers(const std::vector<int> &keycodes)
-{
-    for (const int keycode : keycodes) {
-        XTestFakeKeyEvent(m_connection.display(), static_cast<unsigned>(keycode), True, CurrentTime);
     }
 }
 

@@ -82,8 +82,6 @@ private:
     void strike(const PostBatch &batch, bool second);
     /// Uses those slots alone that need no state of the keyboard, or all again.
     void limitStates(bool oneState);
-    std::vector<int> liftModifiers();
-    void putBackModifiers(const std::vector<int> &keycodes);
 
     const ScreenLock &m_lock;
     X11Connection m_connection;
