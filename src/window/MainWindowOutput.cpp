@@ -141,12 +141,13 @@ void MainWindow::pasteNext()
         return;
     }
     const mevo::WindowId window = m_platform.windowSystem->focusedWindow();
-    const bool nowhere = window == 0 && m_platform.windowSystem->keysGoNowhere();
-    if (nowhere && m_pendingPastes.front().looks++ < mostLooks) { // it may be on its way to another window
+    PendingPaste &first = m_pendingPastes.front();
+    const bool nowhere = first.only == 0 && window == 0 && m_platform.windowSystem->keysGoNowhere();
+    if (nowhere && first.looks++ < mostLooks) { // it may be on its way to another window
         QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
         return;
     }
-    const PendingPaste paste = m_pendingPastes.front();
+    const PendingPaste paste = std::move(first);
     m_pendingPastes.pop_front();
     if (paste.only != 0 && paste.only != window) {
         postInstead(paste);
