@@ -166,6 +166,7 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     if (RunAsAdmin) {
         clearRunAsAdministrator();
     }
+    ThirdPartyActive = false; // before any wait: a press in it would open the window of the left method
     const int choice = ++m_languageChoice;
     const mevo::CredentialListRow *list = mevo::accountListFor(row, *this);
     if (list == nullptr && row.engine == mevo::Engine::Baidu && !m_accountLanguage.isEmpty()) {
@@ -186,7 +187,7 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
             return;
         }
     }
-    ThirdPartyActive = false;
+    ThirdPartyActive = false; // also where the record has set one up in that wait
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
     leaveMethodOfRecord();
     if (row.engine == mevo::Engine::Baidu) {

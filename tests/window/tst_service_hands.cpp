@@ -728,16 +728,20 @@ private Q_SLOTS:
         MainWindow &window = program.startWith(QStringLiteral("T"));
         window.BuildAsrLanMenu(false, false);
         program.backend.holdToken = true;
+        window.ThirdPartyActive = true; // an input method is left for the row
         QString codeAtTheToken;
+        bool methodAtTheToken = true;
         program.backend.server.onRequest = [&](const ScriptedRequest &request) {
             if (request.target.startsWith("/oauth")) {
                 codeAtTheToken = Program::setting("BaiDuCurrentVoiceType") + window.BaiDuCurrentVoiceType;
+                methodAtTheToken = window.ThirdPartyActive;
                 QTimer::singleShot(0, &window, [&] { program.backend.server.answerHeld(); });
             }
         };
         program.choose(QStringLiteral("粤语(百度版)"));
         QCOMPARE(program.backend.askedLike(QStringLiteral("token")), list({"token yby"}));
         QCOMPARE(codeAtTheToken, QStringLiteral("15371537"));
+        QVERIFY(!methodAtTheToken); // a press in that wait would open the method's window again
         QCOMPARE(Program::setting("BaiDuCurrentVoiceType"), QStringLiteral("1637"));
         QVERIFY(window.recorder()->BaiDuNoStreamApi && !window.recorder()->UseTXASRApi);
         QVERIFY(program.backend.asked.last().contains(QLatin1String("UseBDAPIPara ='1'")));
