@@ -639,11 +639,15 @@ private Q_SLOTS:
         write(shared, "link.desktop"_s, "[Desktop Entry]\nType=Link\nName=L\nURL=x\n");
         write(shared, "broken.desktop"_s, QByteArray("\xff\x00[[[=", 7));
         write(shared, "twice.desktop"_s, "[Desktop Entry]\nType=Application\nName=Shared\nExec=s\n");
+        QVERIFY(QDir(shared.path()).mkdir("kde"_s));
+        write(shared, "kde/notes.desktop"_s, "[Desktop Entry]\nType=Application\nName=K\\sNotes\nExec=k\n");
+        write(shared, "kde/own.desktop"_s, "[Desktop Entry]\nType=Application\nName=Hidden\nExec=k\n");
         write(own, "twice.desktop"_s, "[Desktop Entry]\nType=Application\nName=Own\nExec=o\n");
+        write(own, "kde-own.desktop"_s, "[Desktop Entry]\nType=Application\nName=Own too\nExec=o\n");
         const auto entries = applicationEntries({own.path(), shared.path(), "/nowhere"_s}, "zh_CN"_s);
         QStringList names = textsOf(entries, &ApplicationEntry::name);
         names.sort();
-        QCOMPARE(names, list({"Own", "编辑器"}));
+        QCOMPARE(names, list({"K Notes", "Own", "Own too", "编辑器"}));
         QCOMPARE(applicationEntries({shared.path()}, "en_US"_s).front().name, "Editor"_s);
     }
 };

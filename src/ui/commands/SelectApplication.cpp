@@ -3,6 +3,7 @@
 #include "base/WholeFile.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QHBoxLayout>
 #include <QHash>
 #include <QHeaderView>
@@ -22,6 +23,42 @@ namespace mevo {
 
 namespace {
 
+/// A value as it is meant: the format writes spaces, line ends, tabs and backslashes as escapes.
+QString unescaped(const QString &value)
+{
+    QString meant;
+    for (int i = 0; i < value.size(); ++i) {
+        if (value.at(i) != QLatin1Char('\\') || i + 1 == value.size()) {
+            meant += value.at(i);
+            continue;
+        }
+        switch (value.at(++i).unicode()) {
+        case 's':
+        case 'n': // a name stands in one line
+        case 't':
+        case 'r':
+            meant += QLatin1Char(' ');
+            break;
+        default:
+            meant += value.at(i);
+        }
+    }
+    return meant;
+}
+
+/// Paths of the desktop entries below a folder, relative to it, sorted.
+QStringList entriesBelow(const QDir &folder)
+{
+    QStringList entries;
+    QDirIterator files(folder.path(), {QStringLiteral("*.desktop")}, QDir::Files | QDir::Readable,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        entries.push_back(folder.relativeFilePath(files.next()));
+    }
+    entries.sort();
+    return entries;
+}
+
 /// The keys of an entry's main group.
 QHash<QString, QString> mainGroup(const QByteArray &text)
 {
@@ -33,7 +70,7 @@ QHash<QString, QString> mainGroup(const QByteArray &text)
             inside = line == "[Desktop Entry]";
         } else if (const int equals = line.indexOf('='); inside && equals > 0 && !line.startsWith('#')) {
             keys.insert(QString::fromUtf8(line.left(equals).trimmed()),
-                        QString::fromUtf8(line.mid(equals + 1).trimmed()));
+                        unescaped(QString::fromUtf8(line.mid(equals + 1).trimmed())));
         }
     }
     return keys;
@@ -63,12 +100,12 @@ std::vector<ApplicationEntry> applicationEntries(const QStringList &folders, con
     QSet<QString> seen;
     for (const QString &folder : folders) {
         const QDir dir(folder);
-        for (const QString &file :
-             dir.entryList({QStringLiteral("*.desktop")}, QDir::Files | QDir::Readable)) {
-            if (seen.contains(file)) {
+        for (const QString &file : entriesBelow(dir)) {
+            const QString id = QString(file).replace(QLatin1Char('/'), QLatin1Char('-'));
+            if (seen.contains(id)) {
                 continue;
             }
-            seen.insert(file);
+            seen.insert(id);
             const auto keys = mainGroup(readWholeFile(dir.filePath(file)).value_or(QByteArray()));
             const QString name = nameOf(keys, locale);
             if (keys.value(QStringLiteral("Type")) != QLatin1String("Application") || name.isEmpty() ||

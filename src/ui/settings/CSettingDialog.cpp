@@ -44,7 +44,9 @@ CSettingDialog::CSettingDialog(MainState &state, mevo::SettingsHost &host, QWidg
 
 CSettingDialog::~CSettingDialog()
 {
-    storeEdits();
+    if (!m_retired) { // else all has been stored, and those that it is stored with may have gone
+        storeEdits();
+    }
 }
 
 void CSettingDialog::present(const QWidget *nearTo)
