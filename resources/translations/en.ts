@@ -1388,8 +1388,8 @@ Update now?</translation>
     <message>
         <source>建议在增加前先查询有没有定义过，如重复定义语音映射词，
 将执行最初定义的功能！</source>
-        <translation>Better search first whether the words are taken already: of words defined twice
-the first definition is the one that runs!</translation>
+        <translation>Better search first whether the words are taken already:
+of words defined twice the first definition is the one that runs!</translation>
     </message>
     <message>
         <source>该类型状态下不能增加，将默认切换到网页类型下</source>
