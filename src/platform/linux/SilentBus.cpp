@@ -1,7 +1,10 @@
 #include "platform/linux/SilentBus.h"
 
+#include <QByteArrayList>
+
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <memory>
