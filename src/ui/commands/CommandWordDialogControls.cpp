@@ -24,7 +24,7 @@ namespace {
 
 constexpr QSize firstSize{819, 687}; ///< pixels
 constexpr int wordsWidth = 300;
-constexpr int typeWidth = 130; ///< the longest of the types' names in any language
+constexpr int typeWidth = 130;      ///< the longest of the types' names in any language
 constexpr int longestWords = 65535; ///< characters
 
 struct ViewButton
