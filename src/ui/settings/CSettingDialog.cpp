@@ -47,6 +47,10 @@ CSettingDialog::~CSettingDialog()
     if (!m_retired) { // else all has been stored, and those that it is stored with may have gone
         storeEdits();
     }
+    // A line that is deleted with the keyboard in it says that it has been edited, to a dialog that is gone.
+    for (QObject *child : findChildren<QObject *>()) {
+        child->disconnect(this);
+    }
 }
 
 void CSettingDialog::present(const QWidget *nearTo)
