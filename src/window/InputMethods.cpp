@@ -329,7 +329,7 @@ bool InputMethods::beginChoice(int index)
         m_window.clearRunAsAdministrator();
     }
     rememberEngine();
-    ++m_window.m_languageChoice;
+    m_window.noteUserChoice();
     m_state.ThirdPartyActive = false;
     m_setUpIndex = thirdPartyNone;
     m_state.BaiduQuotaHit = m_state.XunFeiQuotaHit = m_state.TencentQuotaHit = false; // they silence the keys

@@ -362,6 +362,9 @@ private:
     void enterModeOfKey(const char *report);
 
     // Engines and services.
+    /// The user chooses an engine, a language or an input method; the number of the choice. What the first
+    /// run would choose is settled by it.
+    int noteUserChoice();
     void chooseLanguageRow(const mevo::LanguageRow &row);
     void writeSettings(const std::vector<mevo::SettingWrite> &writes);
     void carryOut(const mevo::EngineChange &change);

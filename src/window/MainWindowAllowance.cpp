@@ -85,7 +85,7 @@ void MainWindow::chooseAtLimit(int answer)
     m_inputMethods->rememberEngine();
     m_inputMethods->choiceOvertaken();
     forgetUntoldEngine();
-    ++m_languageChoice;
+    noteUserChoice();
     m_sessionHands.hideTipWindow();
     MicWinShown = false;
     // kept: also for Sogou

@@ -167,7 +167,7 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
         clearRunAsAdministrator();
     }
     ThirdPartyActive = false; // before any wait: a press in it would open the window of the left method
-    const int choice = ++m_languageChoice;
+    const int choice = noteUserChoice();
     const mevo::CredentialListRow *list = mevo::accountListFor(row, *this);
     if (list == nullptr && row.engine == mevo::Engine::Baidu && !m_accountLanguage.isEmpty()) {
         list = mevo::baiduCredentialList(QLatin1String(row.code));
@@ -196,6 +196,15 @@ void MainWindow::chooseLanguageRow(const mevo::LanguageRow &row)
     const mevo::EngineChange change = mevo::chooseLanguage(row, *this, *m_recorder);
     markChoiceUntold();
     carryOut(change);
+}
+
+int MainWindow::noteUserChoice()
+{
+    if (FirstRunApp) {
+        FirstRunApp = false;
+        writeSettings({{"FirstRunApp", 0}});
+    }
+    return ++m_languageChoice;
 }
 
 void MainWindow::forgetUntoldEngine()
@@ -228,7 +237,7 @@ void MainWindow::chooseEngineOfSettings(mevo::Engine engine)
         clearRunAsAdministrator();
     }
     leaveMethodOfRecord();
-    const int choice = ++m_languageChoice;
+    const int choice = noteUserChoice();
     ThirdPartyActive = false;
     BaiduQuotaHit = XunFeiQuotaHit = TencentQuotaHit = false;
     const mevo::EngineChange change = mevo::chooseEngine(engine, *this, *m_recorder);

@@ -315,7 +315,7 @@ void MainWindow::applyDeviceRecord(const QJsonObject &row, bool choiceTold, cons
     }
     if (InitDone) {
         SetupAsr3();
-        if (isLeaving()) {
+        if (!goesOn(reading)) {
             return;
         }
         if (effects.menuChanged) {

@@ -579,7 +579,7 @@ private Q_SLOTS:
         QCOMPARE(p.asked(QStringLiteral("立即重启")), 1);
         QCOMPARE(p.told(QStringLiteral("asr3setting_usexunfeiinputmore30 where ASR3Index=1")).size(), 1);
         QTRY_COMPARE(p.fake.log.has(QStringLiteral("restart computer")), restart == 0);
-        QCOMPARE(Program::setting("FirstRunApp"), restart == 0 ? QStringLiteral("0") : QStringLiteral("1"));
+        QCOMPARE(Program::setting("FirstRunApp"), QStringLiteral("0")); // the next start leaves the choice
         QCOMPARE(p.asked(QStringLiteral("查看如何设置")), restart);
         QCOMPARE(
             p.fake.log.calls(QStringLiteral("message 初始化软件成功，如有问题，请尝试重新打开软件！")).size(),

@@ -1144,14 +1144,16 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("exit"); // or a removal of the receiver
         QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("request"); // that it comes at
+        QTest::addColumn<int>("request");    // that it comes at
+        QTest::addColumn<bool>("newMethod"); // the record would use an input method from now on
         for (const bool exit : {true, false}) {
             const char *const what = exit ? "exit" : "removal";
-            QTest::addRow("%s, record", what) << exit << 1 << 1;
-            QTest::addRow("%s, new record", what) << exit << 0 << 2;
-            QTest::addRow("%s, version", what) << exit << 1 << 2;
-            QTest::addRow("%s, day", what) << exit << 1 << 3;
-            QTest::addRow("%s, lists", what) << exit << 1 << 4;
+            QTest::addRow("%s, record", what) << exit << 1 << 1 << false;
+            QTest::addRow("%s, new record", what) << exit << 0 << 2 << false;
+            QTest::addRow("%s, input method", what) << exit << 1 << 2 << true;
+            QTest::addRow("%s, version", what) << exit << 1 << 2 << false;
+            QTest::addRow("%s, day", what) << exit << 1 << 3 << false;
+            QTest::addRow("%s, lists", what) << exit << 1 << 4 << false;
         }
     }
 
@@ -1160,11 +1162,15 @@ private Q_SLOTS:
         QFETCH(bool, exit);
         QFETCH(int, rows);
         QFETCH(int, request);
+        QFETCH(bool, newMethod);
         Program program;
         MainWindow &window = program.startWith(QString()); // no counter is written at the exit
         home.remove(QStringLiteral("bbzdsrbdssset.ini"));
         program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("106")},
                                   {QStringLiteral("LastLoginDateTime"), QStringLiteral("x")}};
+        if (newMethod) {
+            program.backend.record.insert(QStringLiteral("EnableASR3"), QStringLiteral("1"));
+        }
         program.backend.recordCount = rows;
         program.backend.refused = rows == 0 ? QStringLiteral("insert into") : QString();
         program.backend.delayMs = 30;
@@ -1186,7 +1192,9 @@ private Q_SLOTS:
         QTRY_VERIFY(!window.DeviceConnected);
         QTest::qWait(50); // what would come later
         QCOMPARE(window.recorder() == nullptr, exit);
-        QVERIFY(program.questions.isEmpty());
+        QVERIFY(std::none_of(program.questions.begin(), program.questions.end(), [](const auto &question) {
+            return question.text.contains(QStringLiteral("最新版本"));
+        }));
         QVERIFY2(program.backend.asked.size() == request,
                  qPrintable(program.backend.asked.join(QLatin1Char('\n'))));
         if (exit) { // without a receiver nobody's counts are at hand
@@ -1377,12 +1385,14 @@ private Q_SLOTS:
         QTest::addColumn<bool>("first");
         QTest::addColumn<bool>("inputMethod"); // the record would use one
         QTest::addColumn<bool>("fast");
+        QTest::addColumn<bool>("chosen"); // by the user, before it comes
         QTest::addColumn<bool>("settles");
         QTest::addColumn<bool>("told");
-        QTest::newRow("first") << true << true << false << true << true;
-        QTest::newRow("fast variant") << true << true << true << true << false;
-        QTest::newRow("not the first") << false << true << false << false << false;
-        QTest::newRow("no input method") << true << false << false << false << false;
+        QTest::newRow("first") << true << true << false << false << true << true;
+        QTest::newRow("fast variant") << true << true << true << false << true << false;
+        QTest::newRow("not the first") << false << true << false << false << false << false;
+        QTest::newRow("no input method") << true << false << false << false << false << false;
+        QTest::newRow("the user was first") << true << true << false << true << false << false;
     }
 
     void theFirstArrivalSettlesTheEngine()
@@ -1390,6 +1400,7 @@ private Q_SLOTS:
         QFETCH(bool, first);
         QFETCH(bool, inputMethod);
         QFETCH(bool, fast);
+        QFETCH(bool, chosen);
         QFETCH(bool, settles);
         Program program;
         MainWindow &window = program.startWith(QStringLiteral("T"));
@@ -1397,6 +1408,9 @@ private Q_SLOTS:
         program.fake.deviceNotifier->report(Change::Removal);
         QTRY_VERIFY(!window.DeviceConnected);
         window.FirstRunApp = first;
+        if (chosen) {
+            program.choose(QStringLiteral("英语(腾讯版)"));
+        }
         window.EnableASR3 = inputMethod;
         window.BaiDuNoStreamApi_FastVersion = fast;
         program.backend.asked.clear();
@@ -1405,8 +1419,9 @@ private Q_SLOTS:
         const QString lastStep = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppHide");
         QTRY_VERIFY(program.fake.log.has(lastStep));
         QCOMPARE(window.recorder()->BaiDuNoStreamApi, settles);
-        QCOMPARE(window.FirstRunApp, first && !settles);
-        QCOMPARE(Program::setting("LocalUseASR3Index"), settles ? QStringLiteral("-1") : QString());
+        QCOMPARE(window.FirstRunApp, first && !settles && !chosen);
+        QCOMPARE(Program::setting("FirstRunApp"), settles || chosen ? QStringLiteral("0") : QString());
+        QCOMPARE(Program::setting("LocalUseASR3Index"), settles || chosen ? QStringLiteral("-1") : QString());
         const QStringList told = program.backend.askedLike(QStringLiteral("UseBDFstPara"));
         QTEST(!told.isEmpty(), "told");
         if (!told.isEmpty()) {
