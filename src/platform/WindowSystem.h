@@ -57,6 +57,10 @@ public:
     /// GUI thread. A text that could not go whole is reported with what was seen to arrive; what was under
     /// way to a program that hangs may still arrive when it wakes.
     virtual void postText(WindowId window, const QString &text, PostDone done) = 0;
+    /// Asks whether the window's program takes what it has been sent so far. Returns at once; in turn with
+    /// the texts `done` is called on the GUI thread: AtEnd when it does or when that cannot be known, Hung
+    /// when it has given no sign for `limitMs`.
+    virtual void askWindow(WindowId window, int limitMs, std::function<void(PostStop)> done) = 0;
     /// Whether characters can be posted at all on this desktop.
     virtual bool canPostText() const = 0;
     /// Brings the window to the front and gives it the focus. False when it is gone.

@@ -665,18 +665,24 @@ private:
         PasteDone done;
         mevo::WindowId only = 0; ///< nowhere else; 0 for any window
         int session = 0;
-        int looks = 0; ///< in which no window had the keyboard
+        int looks = 0;            ///< in which no window had the keyboard
+        mevo::WindowId takes = 0; ///< a window that has answered: its program does not hang
     };
     std::deque<PendingPaste> m_pendingPastes; ///< texts whose turn at the clipboard has not come
     std::map<int, QString> m_postsUnderWay;   ///< texts being posted
     int m_postNumber = 0;
     bool m_pasteSettles = false; ///< the window may still read the clipboard
     bool m_postsInstead = false; ///< a text that was to be pasted is posted; those behind it wait
-    QString m_pasteText;         ///< which the receiver types the key of; empty for one that it does not
-    int m_keysLostBefore = 0;    ///< HidKeysLost at that time
-    PasteDone m_pasteDone;       ///< of the text that it may still read
-    int m_pasteSession = 0;      ///< and whose that is
+    bool m_pasteAsks = false;    ///< the window of the first one is asked whether its program hangs
+    QString m_pasteText;         ///< that it may still read
+    mevo::WindowId m_pasteWindow = 0;
+    bool m_pasteByReceiver = false; ///< which types the key
+    int m_keysLostBefore = 0;       ///< HidKeysLost at that time
+    PasteDone m_pasteDone;          ///< of the text that it may still read
+    int m_pasteSession = 0;         ///< and whose that is
     void tellPasteDone(bool typed);
+    void askBeforePaste(mevo::WindowId window);
+    void endPaste(mevo::PostStop stop);
     bool m_sessionsFinished = false;  ///< the exit has collected what was still on its way
     bool m_typingUndelivered = false; ///< a kept text is being typed
     int m_xunFeiSession = 0;          ///< number of the session whose socket is open

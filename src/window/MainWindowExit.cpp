@@ -208,6 +208,10 @@ void MainWindow::finishSessions()
     for (const auto &post : std::exchange(m_postsUnderWay, {})) {
         keepForNextRun(post.second); // whole: how much of it has gone is not known yet
     }
+    const bool pasteTaken = !std::exchange(m_pasteSettles, false);
+    if (!pasteTaken) {
+        keepForNextRun(m_pasteText); // its window has not come to reading the clipboard, which goes with us
+    }
     for (const PendingPaste &paste : std::exchange(m_pendingPastes, {})) {
         keepForNextRun(paste.text);
     }
@@ -218,7 +222,7 @@ void MainWindow::finishSessions()
         keepForNextRun(text.asItStands ? text.text : mevo::withoutOverMarker(text.text));
     }
     m_sessionsFinished = true;
-    tellPasteDone(true); // the keys of that text have gone
+    tellPasteDone(pasteTaken);
     m_instanceCalls->finish();
 }
 

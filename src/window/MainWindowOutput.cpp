@@ -133,7 +133,7 @@ void MainWindow::pasteNext()
     if (m_pendingPastes.empty()) {
         return;
     }
-    if (m_pasteSettles || m_postsInstead) {
+    if (m_pasteSettles || m_pasteAsks || m_postsInstead) {
         return; // the text before is still on its way, and its end brings us back here
     }
     if (HidBusy) { // the receiver is typing something else
@@ -145,6 +145,11 @@ void MainWindow::pasteNext()
     const bool nowhere = first.only == 0 && window == 0 && m_platform.windowSystem->keysGoNowhere();
     if (nowhere && first.looks++ < mostLooks) { // it may be on its way to another window
         QTimer::singleShot(lookAgainMs, this, &MainWindow::pasteNext);
+        return;
+    }
+    if (window != 0 && window != first.takes && (first.only == 0 || first.only == window) &&
+        !mevo::isOwnWindow(window)) {
+        askBeforePaste(window);
         return;
     }
     const PendingPaste paste = std::move(first);
@@ -166,9 +171,10 @@ void MainWindow::pasteNext()
     m_pasteSession = paste.session;
     m_pasteSettles = true; // the window reads the clipboard when it gets to the key
     const mevo::PasteShortcut shortcut = mevo::pasteShortcutFor(m_platform.windowSystem->windowClass(window));
-    m_pasteText.clear();
-    if (deviceOpen()) {
-        m_pasteText = paste.text;
+    m_pasteText = paste.text;
+    m_pasteWindow = window;
+    m_pasteByReceiver = deviceOpen();
+    if (m_pasteByReceiver) {
         m_keysLostBefore = HidKeysLost;
         SendHWKey(shortcut.shift, shortcut.ctrl, false, false, false, shortcut.usage);
         letPasteSettle();
@@ -230,17 +236,58 @@ void MainWindow::letPasteSettle()
         QTimer::singleShot(lookAgainMs, this, &MainWindow::letPasteSettle);
         return;
     }
-    if (!m_pasteText.isEmpty() && HidKeysLost != m_keysLostBefore) {
-        keepUndelivered(m_pasteText, mevo::PostStop::ReceiverGone);
-        m_pasteSettles = false;
-        tellPasteDone(false);
-        pasteNext();
+    if (m_pasteByReceiver && HidKeysLost != m_keysLostBefore) {
+        endPaste(mevo::PostStop::ReceiverGone);
         return;
     }
     m_figures.typed(m_pasteSession, m_platform.time->monotonicMs());
     QTimer::singleShot(settleMs, this, [this] {
-        m_pasteSettles = false;
-        tellPasteDone(true);
+        if (m_pasteWindow == 0 || mevo::isOwnWindow(m_pasteWindow)) {
+            endPaste(mevo::PostStop::AtEnd);
+            return;
+        }
+        // A program that is slow reads the clipboard when it gets to the key: the next text waits for that.
+        constexpr int takenLimitMs = 10000;
+        m_platform.windowSystem->askWindow(m_pasteWindow, takenLimitMs,
+                                           [this](mevo::PostStop stop) { endPaste(stop); });
+    });
+}
+
+void MainWindow::endPaste(mevo::PostStop stop)
+{
+    if (!m_pasteSettles) {
+        return; // the exit has taken it back
+    }
+    m_pasteSettles = false;
+    const bool typed = stop == mevo::PostStop::AtEnd;
+    if (!typed) {
+        keepUndelivered(m_pasteText, stop);
+    }
+    m_pasteText.clear();
+    tellPasteDone(typed);
+    pasteNext();
+}
+
+/// A program that hangs would take the key when it wakes, and paste what the clipboard holds by then.
+void MainWindow::askBeforePaste(mevo::WindowId window)
+{
+    constexpr int answerLimitMs = 2000;
+    m_pasteAsks = true;
+    m_platform.windowSystem->askWindow(window, answerLimitMs, [this, window](mevo::PostStop stop) {
+        m_pasteAsks = false;
+        if (m_pendingPastes.empty()) {
+            return; // the exit has taken it back
+        }
+        PendingPaste &first = m_pendingPastes.front();
+        first.takes = window;
+        if (stop != mevo::PostStop::AtEnd) {
+            const PendingPaste paste = std::move(first);
+            m_pendingPastes.pop_front();
+            keepUndelivered(paste.text, stop);
+            if (paste.done) {
+                paste.done(false);
+            }
+        }
         pasteNext();
     });
 }

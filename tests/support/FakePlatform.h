@@ -147,6 +147,10 @@ public:
     bool keysGoNowhere() override { return focused == 0 && !unseen; }
     bool isWindow(mevo::WindowId window) override { return window != 0 && !gone.contains(window); }
     void postText(mevo::WindowId window, const QString &text, PostDone done) override;
+    void askWindow(mevo::WindowId, int, std::function<void(mevo::PostStop)> done) override
+    {
+        done(answers-- > 0 ? mevo::PostStop::AtEnd : mevo::PostStop::Hung);
+    }
     bool canPostText() const override { return canPost; }
     bool activate(mevo::WindowId window) override;
     mevo::WindowId findWindow(const QString &windowClass, const QString &title) override;
@@ -162,6 +166,7 @@ public:
     bool obeys = false;  ///< a window that is activated comes to the front
     QString classOfAll;
     QList<mevo::WindowId> gone;
+    int answers = 1000;                     ///< that programs give before they hang
     QHash<QString, mevo::WindowId> byTitle; ///< what findWindow answers
     std::optional<QRect> caret;
     bool canPost = true;

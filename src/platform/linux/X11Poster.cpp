@@ -130,6 +130,20 @@ PostResult X11Poster::post(WindowId window, const QString &text)
     return result;
 }
 
+PostStop X11Poster::ask(WindowId window, int limitMs)
+{
+    if (!m_usable || !m_connection.exists(window)) {
+        return PostStop::AtEnd; // nobody is there who could be seen to hang
+    }
+    const X11Target target = x11Target(m_connection, window);
+    m_waits.listen(true);
+    m_waits.ask(target);
+    const PostStop stop = m_waits.awaitAnswer(target, limitMs);
+    m_waits.listen(false);
+    m_connection.discardEvents();
+    return stop == PostStop::Hung ? stop : PostStop::AtEnd;
+}
+
 PostStop X11Poster::refusal(const X11Target &target) const
 {
     if (!m_connection.exists(target.window)) {

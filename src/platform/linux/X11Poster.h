@@ -33,6 +33,8 @@ public:
     /// somebody else has grabbed, is waited for up to 2 s; what has been sent cannot be taken back, and is
     /// waited for up to 10 s (X11Waits::takenLimitMs).
     PostResult post(WindowId window, const QString &text);
+    /// Whether the window's program takes what it has been sent: AtEnd, or Hung after `limitMs`.
+    PostStop ask(WindowId window, int limitMs);
     /// Takes down what is kept up for the next text. To be called when none has come for restAfterMs. False
     /// when a window that hung may still take what it was sent, which needs it: to be called again.
     bool rest();

@@ -14,7 +14,6 @@ namespace mevo {
 
 namespace {
 
-constexpr int answerLimitMs = 2000;
 constexpr int quietMs = 20;
 constexpr int quietLimitMs = 2000; // of its own time
 // An office keeps what it is typed for up to 20 ms before it goes into the text.
@@ -42,12 +41,12 @@ void X11Waits::ask(const X11Target &target)
     }
 }
 
-PostStop X11Waits::awaitAnswer(const X11Target &target)
+PostStop X11Waits::awaitAnswer(const X11Target &target, int limitMs)
 {
     if (target.answersPing) {
-        return awaitPing(answerLimitMs);
+        return awaitPing(limitMs);
     }
-    return awaitRunning(target.processId, answerLimitMs) ? PostStop::AtEnd : PostStop::Hung;
+    return awaitRunning(target.processId, limitMs) ? PostStop::AtEnd : PostStop::Hung;
 }
 
 PostStop X11Waits::awaitPing(int limitMs)

@@ -21,8 +21,9 @@ public:
     /// Asks a program whether it takes what it is sent; awaitAnswer() gets to know. A question to another
     /// window, or a wait for anything else, takes its place.
     void ask(const X11Target &target);
-    /// AtEnd when it does; Gone, or Hung after 2 s.
-    PostStop awaitAnswer(const X11Target &target);
+    /// AtEnd when it does; Gone, or Hung after `limitMs`.
+    PostStop awaitAnswer(const X11Target &target, int limitMs = answerLimitMs);
+    static constexpr int answerLimitMs = 2000;
 
     struct Taken
     {

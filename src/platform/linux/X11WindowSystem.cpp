@@ -52,6 +52,8 @@ public:
         return result;
     }
 
+    PostStop ask(WindowId window, int limitMs) { return m_poster->ask(window, limitMs); }
+
 private:
     std::unique_ptr<QTimer> m_rest;
     std::unique_ptr<X11Poster> m_poster;
@@ -95,6 +97,25 @@ void X11WindowSystem::postText(WindowId window, const QString &text, PostDone do
                     },
                     Qt::QueuedConnection);
             }
+        },
+        Qt::QueuedConnection);
+}
+
+void X11WindowSystem::askWindow(WindowId window, int limitMs, std::function<void(PostStop)> done)
+{
+    QPointer<X11WindowSystem> self(this);
+    QMetaObject::invokeMethod(
+        m_worker,
+        [this, self, window, limitMs, done = std::move(done)] {
+            const PostStop stop = m_worker->ask(window, limitMs);
+            QMetaObject::invokeMethod(
+                this,
+                [self, done, stop] {
+                    if (!self.isNull()) {
+                        done(stop);
+                    }
+                },
+                Qt::QueuedConnection);
         },
         Qt::QueuedConnection);
 }

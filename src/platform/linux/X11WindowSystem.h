@@ -27,6 +27,7 @@ public:
     bool keysGoNowhere() override;
     bool isWindow(WindowId window) override;
     void postText(WindowId window, const QString &text, PostDone done) override;
+    void askWindow(WindowId window, int limitMs, std::function<void(PostStop)> done) override;
     bool canPostText() const override { return m_canPost; }
     bool activate(WindowId window) override;
     WindowId findWindow(const QString &windowClass, const QString &title) override;
