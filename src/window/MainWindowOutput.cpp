@@ -240,6 +240,12 @@ void MainWindow::letPasteSettle()
         endPaste(mevo::PostStop::ReceiverGone);
         return;
     }
+    if (m_pasteWindow != 0 && m_platform.windowSystem->focusedWindow() == 0 &&
+        m_platform.windowSystem->keysGoNowhere()) { // it lost the keyboard while the key was on its way
+        endPaste(m_platform.windowSystem->isWindow(m_pasteWindow) ? mevo::PostStop::FocusLeft
+                                                                  : mevo::PostStop::Gone);
+        return;
+    }
     m_figures.typed(m_pasteSession, m_platform.time->monotonicMs());
     QTimer::singleShot(settleMs, this, [this] {
         if (m_pasteWindow == 0 || mevo::isOwnWindow(m_pasteWindow)) {

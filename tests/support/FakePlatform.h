@@ -220,6 +220,9 @@ public:
     {
         m_log.add(QStringLiteral("clipboard set ") + text);
         putIn(text);
+        if (onSet) {
+            onSet();
+        }
     }
     void putBack(const QString &text) override
     {
@@ -233,6 +236,7 @@ public:
         m_hasText = !text.isEmpty();
         ++m_changes;
     }
+    std::function<void()> onSet; ///< runs when the program has put a text there
     QString text() const override { return content; }
     void clear() override
     {

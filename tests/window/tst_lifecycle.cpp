@@ -514,14 +514,16 @@ private Q_SLOTS:
         QTest::addColumn<bool>("comes");
         QTest::addColumn<bool>("unseen");
         QTest::addColumn<bool>("taken");
-        QTest::addColumn<int>("hangs"); // from this question on: before the key, behind it
+        QTest::addColumn<int>("hangs");  // from this question on: before the key, behind it
+        QTest::addColumn<bool>("stays"); // or loses the keyboard before the key comes
         constexpr int never = 9;
-        QTest::newRow("none has the keyboard") << false << false << true << never;
-        QTest::newRow("one gets it") << true << false << true << never;
-        QTest::newRow("one that cannot be seen may have it") << false << true << true << never;
-        QTest::newRow("the receiver does not take the key") << true << false << false << never;
-        QTest::newRow("its program hangs") << true << false << true << 0;
-        QTest::newRow("its program hangs behind the key") << true << false << true << 1;
+        QTest::newRow("none has the keyboard") << false << false << true << never << true;
+        QTest::newRow("one gets it") << true << false << true << never << true;
+        QTest::newRow("one that cannot be seen may have it") << false << true << true << never << true;
+        QTest::newRow("the receiver does not take the key") << true << false << false << never << true;
+        QTest::newRow("it loses the keyboard again") << true << false << true << never << false;
+        QTest::newRow("its program hangs") << true << false << true << 0 << true;
+        QTest::newRow("its program hangs behind the key") << true << false << true << 1 << true;
     }
 
     void aPasteWaitsForAWindow()
@@ -530,6 +532,7 @@ private Q_SLOTS:
         QFETCH(bool, unseen);
         QFETCH(bool, taken);
         QFETCH(int, hangs);
+        QFETCH(bool, stays);
         QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
         Program program;
         program.start();
@@ -538,12 +541,13 @@ private Q_SLOTS:
         windows.unseen = unseen;
         windows.answers = hangs;
         program.fake.hid->sendResult = taken ? 8 : -1;
+        program.fake.clipboard->onSet = [&] { windows.focused = stays ? windows.focused : 0; };
         program.window->Send2ScreenMethod = 2;
         program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
         QCOMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), unseen);
         windows.focused = comes ? 0x22 : 0;
         const bool pasted = (comes || unseen) && hangs > 0;
-        const bool kept = !pasted || !taken || hangs == 1;
+        const bool kept = !pasted || !taken || hangs == 1 || !stays;
         QTRY_COMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), pasted);
         const QString told =
             QStringLiteral("message 有文字未能输入，已保留在菜单的“未送达的文字”中。 (5000)");
