@@ -1,5 +1,6 @@
 #include "engines/AsrLanMenu.h"
 
+#include "engines/EngineSelection.h"
 #include "engines/LanguageImages.h"
 
 namespace mevo {
@@ -101,7 +102,7 @@ private:
         case Engine::Baidu:
             return m_recorder.BaiDuNoStreamApi && m_state.BaiDuCurrentVoiceType == code;
         default:
-            return m_recorder.UseXunFeiWebApi && m_state.XunFeiWebApiCurrentVoiceType == code;
+            return m_recorder.UseXunFeiWebApi && xunFeiLanguageInForce(m_state) == code;
         }
     }
 

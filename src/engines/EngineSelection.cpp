@@ -269,6 +269,12 @@ EngineChange chooseTencentDialect(bool on, EngineState &state)
     return change;
 }
 
+QString xunFeiLanguageInForce(const EngineState &state)
+{
+    return state.XunFeiWebApiCurrentVoiceType.isEmpty() ? QStringLiteral("mandarin")
+                                                        : state.XunFeiWebApiCurrentVoiceType;
+}
+
 QString languageAfterXunFeiRefusal(const QString &current)
 {
     static const char *const minor[] = {"ja_jp", "ko_kr", "ru-ru", "fr_fr", "es_es"};

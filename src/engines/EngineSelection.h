@@ -68,6 +68,10 @@ EngineChange chooseAtFirstArrival(EngineState &state, RecorderState &recorder);
 /// The day's quota of the engine is used up and Tencent's is not.
 EngineChange fallToTencent(EngineState &state, RecorderState &recorder);
 
+/// The language or accent of XunFei's sessions: Mandarin where the record has chosen XunFei and nobody a
+/// language.
+QString xunFeiLanguageInForce(const EngineState &state);
+
 /// XunFei has refused the language: what the next session uses.
 QString languageAfterXunFeiRefusal(const QString &current);
 

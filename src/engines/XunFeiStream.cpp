@@ -42,10 +42,7 @@ void XunFeiStream::ConnectXFWebApi()
     closeSocket();
     ++m_session;
     m_receiver = m_state.dayCounts.receiver();
-    m_voiceType =
-        m_state.XunFeiWebApiCurrentVoiceType.isEmpty() // the record has chosen XunFei, nobody a language
-            ? QStringLiteral("mandarin")
-            : m_state.XunFeiWebApiCurrentVoiceType;
+    m_voiceType = xunFeiLanguageInForce(m_state);
     m_dynamic = m_host.dynamicCorrection();
     m_whole = m_endpoints.XunFeiWholeUtterance.value_or(m_dynamic);
     m_punctuation = m_state.AddPunctuationWhenEnd;

@@ -161,6 +161,12 @@ private Q_SLOTS:
                 d.use(Engine::XunFei);
                 d.facts.vertical = true;
             });
+        add("XunFei of the record, nobody has chosen a language",
+            "16k_zh 16k_ca 16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | *mandarin en_us | 1 2 3",
+            "/PuTongHuaXF.png", [](Desk &d) {
+                d.use(Engine::XunFei);
+                d.state.XunFeiWebApiCurrentVoiceType.clear();
+            });
         add("Tencent's medical picture upright is spelt otherwise",
             "16k_zh 16k_ca *16k_zh_medical 16k_en 16k_ja | 1537 1637 1837 1737 | mandarin en_us | 1 2 3",
             "/PutongHuaYiliaoV.png", [](Desk &d) {
