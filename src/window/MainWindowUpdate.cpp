@@ -104,7 +104,9 @@ void UpdateHands::askForUpdate(const QString &text, bool forced, const std::func
     QWidget *settings = settingsDialog();
     askAside(settings != nullptr ? settings : &m_window,
              {MainWindow::tr("灵犀听写更新"), text, buttons, false, meanings},
-             [this, answer](int button) { answer(button == 0 && !m_window.isLeaving()); });
+             [this, answer, forced](int button) { // closing a box with one button presses that
+                 answer((forced || button == 0) && !m_window.isLeaving());
+             });
 }
 
 void UpdateHands::setUpdateNotice(bool shown)
