@@ -18,9 +18,9 @@ struct ApplicationEntry
 };
 
 /// The applications of folders of desktop entries and the folders below them, in freedesktop.org's format,
-/// sorted by their names. Entries that are hidden, say that they are not shown, or are no applications are left
-/// out; an entry of an earlier folder hides one of the same id in a later: the path below its folder, with '-'
-/// for '/'. `locale` is such as "zh_CN".
+/// sorted by their names. Entries that are hidden, say that they are not shown, or are no applications are
+/// left out; an entry of an earlier folder hides one of the same id in a later: the path below its folder,
+/// with '-' for '/'. `locale` is such as "zh_CN".
 std::vector<ApplicationEntry> applicationEntries(const QStringList &folders, const QString &locale);
 
 } // namespace mevo
