@@ -15,30 +15,61 @@ namespace mevo {
 
 namespace {
 constexpr int periodBytes = CaptureRate / 10 * 2; ///< a tenth of a second
+constexpr int lookAgainMs = 1000;
 } // namespace
 
 MicrophoneMeter::MicrophoneMeter(SoundInputs &inputs, QObject *parent)
     : QObject(parent)
-    , m_input(inputs.open({CaptureRate, 1, periodBytes}))
+    , m_inputs(inputs)
 {
-    if (m_input) {
-        connect(m_input.get(), &SoundInput::readyRead, this, &MicrophoneMeter::read);
-    } else {
-        qInfo("Microphone level: there is none to listen to");
-    }
+    m_again.setSingleShot(true);
+    m_again.setInterval(lookAgainMs);
+    connect(&m_again, &QTimer::timeout, this, &MicrophoneMeter::open);
+    open();
 }
 
 MicrophoneMeter::~MicrophoneMeter()
 {
+    close();
+}
+
+void MicrophoneMeter::open()
+{
+    m_input = m_inputs.open({CaptureRate, 1, periodBytes});
+    if (!m_input) {
+        lookAgain();
+        return;
+    }
+    connect(m_input.get(), &SoundInput::readyRead, this, &MicrophoneMeter::read);
+    connect(m_input.get(), &SoundInput::ended, this, [this] {
+        close();
+        Q_EMIT heard(0);
+        lookAgain();
+    });
+}
+
+void MicrophoneMeter::close()
+{
     if (m_input) {
-        // Later: what it has told may have brought its owner to this.
+        // Later: what it has told may have brought us, or our owner, to this.
+        m_input->disconnect(this);
         m_input->stop(SoundInput::Afterwards::LetGo);
         m_input.release()->deleteLater();
     }
 }
 
+void MicrophoneMeter::lookAgain()
+{
+    if (!m_told) {
+        qInfo("Microphone level: there is none to listen to");
+        m_told = true;
+    }
+    m_again.start();
+}
+
 void MicrophoneMeter::read()
 {
+    m_told = false;
     int peak = 0;
     std::array<char, MaxBlockBytes> block{};
     for (int size = 0; (size = m_input->read(block.data(), MaxBlockBytes)) > 0;) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 
@@ -10,7 +11,7 @@ class SoundInput;
 class SoundInputs;
 
 /// Listens to the default microphone for its level alone: nothing is kept or sent. It listens while it lives;
-/// one that cannot be opened is silent.
+/// where there is nothing to listen to, or no longer, it looks again each second.
 class MicrophoneMeter : public QObject
 {
     Q_OBJECT
@@ -28,9 +29,15 @@ Q_SIGNALS:
     void heard(int level);
 
 private:
+    void open();
     void read();
+    void close();
+    void lookAgain();
 
+    SoundInputs &m_inputs;
     std::unique_ptr<SoundInput> m_input;
+    QTimer m_again;
+    bool m_told = false; ///< that there is nothing to listen to
 };
 
 } // namespace mevo
