@@ -46,7 +46,8 @@ public:
 
     /// The top-level window in front, 0 if none.
     virtual WindowId foregroundWindow() = 0;
-    /// The window that has the keyboard focus, which may be a child of the one in front; 0 if none.
+    /// The window that has the keyboard focus, which may be a child of the one in front; 0 if none, or if it
+    /// is the desktop, where text would be nowhere.
     virtual WindowId focusedWindow() = 0;
     /// Whether keys that are struck now surely go into no window. False where that cannot be told.
     virtual bool keysGoNowhere() = 0;

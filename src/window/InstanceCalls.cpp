@@ -93,21 +93,21 @@ void InstanceCalls::typeInTurn(const QString &text, const SessionContext &sessio
     }
     const SendPlan::Way way = typingWay(m_window, session.window, m_window.m_translationHands.exists(),
                                         m_window.m_platform.windowSystem->canPostText());
+    const auto end = [this, number](bool typed) {
+        settle(number, typed ? InstanceAnswer::Done : InstanceAnswer::Kept);
+    };
     if (way == SendPlan::Way::Clipboard) {
-        m_window.pasteText(
-            text, MainWindow::holdPasteKeyMs,
-            [this, number](bool pasted) {
-                settle(number, pasted ? InstanceAnswer::Done : InstanceAnswer::Kept);
-            },
-            session.window);
+        m_window.pasteText(text, MainWindow::holdPasteKeyMs, end, session.window);
         return;
     }
-    m_window.post(session.window, text, MainWindow::Kept::No, [this, text, number](const PostResult &result) {
-        if (!result.complete) {
-            m_window.keepUndelivered(text.mid(result.posted), result.stop);
-        }
-        settle(number, result.complete ? InstanceAnswer::Done : InstanceAnswer::Kept);
-    });
+    m_window.post(session.window, text, MainWindow::Kept::No,
+                  [this, text, window = session.window, end](const PostResult &result) {
+                      if (result.complete) {
+                          end(true);
+                      } else {
+                          m_window.typeRest(window, text.mid(result.posted), result.stop, end);
+                      }
+                  });
 }
 
 void InstanceCalls::finish()

@@ -479,6 +479,14 @@ private:
     void postInstead(const PendingPaste &paste);
     enum class Kept { No, Already }; ///< whether the text stands among the undelivered ones while it is typed
     void post(mevo::WindowId window, const QString &text, Kept kept, mevo::WindowSystem::PostDone done);
+    /// What is left of a text whose posting has stopped: where keys cannot type it, it is pasted behind what
+    /// has gone, if its window still has the focus, nothing else is on its way and the settings allow it.
+    /// Otherwise it is kept as undelivered. `done` is called when the text is in its window, or kept.
+    void typeRest(mevo::WindowId window, const QString &rest, mevo::PostStop stop, PasteDone done = {},
+                  int session = 0);
+    /// The same, where that is possible; false, and nothing is done, where it is not.
+    bool pasteRest(mevo::WindowId window, const QString &rest, mevo::PostStop stop, PasteDone done,
+                   int session);
     void loadUndelivered();
     /// Keeps a text that no window has taken, and says so.
     void keepUndelivered(const QString &text, mevo::PostStop stop);

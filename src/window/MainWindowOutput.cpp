@@ -66,7 +66,7 @@ void MainWindow::sendToScreen(const QString &text, const mevo::SessionContext &s
              [this, typed = plan.text, window = session.window,
               number = session.number](const mevo::PostResult &result) {
                  if (!result.complete) {
-                     keepUndelivered(typed.mid(result.posted), result.stop);
+                     typeRest(window, typed.mid(result.posted), result.stop, {}, number);
                      return;
                  }
                  qInfo() << "Send to screen: typed" << result.posted << "characters";
@@ -103,6 +103,32 @@ void MainWindow::post(mevo::WindowId window, const QString &text, Kept kept,
                                               done(result);
                                           }
                                       });
+}
+
+void MainWindow::typeRest(mevo::WindowId window, const QString &rest, mevo::PostStop stop, PasteDone done,
+                          int session)
+{
+    if (pasteRest(window, rest, stop, done, session)) {
+        return;
+    }
+    keepUndelivered(rest, stop);
+    if (done) {
+        done(false);
+    }
+}
+
+bool MainWindow::pasteRest(mevo::WindowId window, const QString &rest, mevo::PostStop stop, PasteDone done,
+                           int session)
+{
+    constexpr int postsOnly = 1;
+    if (stop != mevo::PostStop::Untypable || Send2ScreenMethod == postsOnly || !m_postsUnderWay.empty() ||
+        isPasting() || m_platform.windowSystem->focusedWindow() != window) {
+        return false;
+    }
+    qInfo() << "Send to screen: the other" << rest.size() << "characters are pasted";
+    m_pendingPastes.push_back({rest, holdPasteKeyMs, std::move(done), window, session, 0, window});
+    pasteNext();
+    return true;
 }
 
 QString MainWindow::runFigures() const

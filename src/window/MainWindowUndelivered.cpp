@@ -159,7 +159,7 @@ void MainWindow::typeUndelivered(int index)
         return;
     }
     m_typingUndelivered = true;
-    post(window, kept.text, Kept::Already, [this, kept](const mevo::PostResult &result) {
+    post(window, kept.text, Kept::Already, [this, kept, window](const mevo::PostResult &result) {
         m_typingUndelivered = false;
         const auto &texts = m_undelivered->texts();
         const auto found =
@@ -168,11 +168,13 @@ void MainWindow::typeUndelivered(int index)
             });
         if (found != texts.end()) {
             const auto at = static_cast<int>(found - texts.begin());
-            result.complete ? m_undelivered->remove(at)
-                            : m_undelivered->replace(at, kept.text.mid(result.posted));
-        }
-        if (!result.complete) {
-            tellUndelivered(kept.text.size() - result.posted, result.stop);
+            const QString rest = kept.text.mid(result.posted);
+            if (result.complete || pasteRest(window, rest, result.stop, {}, 0)) {
+                m_undelivered->remove(at);
+            } else {
+                m_undelivered->replace(at, rest);
+                tellUndelivered(rest.size(), result.stop);
+            }
         }
         showUndeliveredCount();
     });

@@ -10,6 +10,7 @@
 #include <QtTest>
 
 #include <X11/XKBlib.h>
+#include <X11/Xatom.h>
 #include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -263,6 +264,20 @@ private Q_SLOTS:
         // The window manager has given the focus to a window of its own.
         QTRY_COMPARE(windows.focusedWindow(), mevo::WindowId(0));
         QTRY_VERIFY(windows.keysGoNowhere());
+    }
+
+    /// The desktop takes keys, and makes a search or nothing of them.
+    void theDesktopIsNoWindowToTypeInto()
+    {
+        const Target target = open("xterm");
+        QVERIFY(target);
+        QVERIFY(windows.focusedWindow() != 0 && !windows.keysGoNowhere());
+        const Atom desktop = XInternAtom(display, "_NET_WM_WINDOW_TYPE_DESKTOP", False);
+        XChangeProperty(display, target->windowId(), XInternAtom(display, "_NET_WM_WINDOW_TYPE", False),
+                        XA_ATOM, 32, PropModeReplace, reinterpret_cast<const unsigned char *>(&desktop), 1);
+        XSync(display, False);
+        QCOMPARE(windows.focusedWindow(), mevo::WindowId(0));
+        QVERIFY(windows.keysGoNowhere());
     }
 
     /// What cannot be typed is said to be so, and does not go into the window that an earlier text went to

@@ -157,7 +157,8 @@ void FakeWindowSystem::postText(WindowId window, const QString &text, PostDone d
         onPost();
     }
     if (done && !holdPosts) {
-        done({units, units == text.size()});
+        const bool whole = units == text.size();
+        done({units, whole, whole ? mevo::PostStop::AtEnd : postStop});
     }
 }
 

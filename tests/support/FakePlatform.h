@@ -170,9 +170,10 @@ public:
     QHash<QString, mevo::WindowId> byTitle; ///< what findWindow answers
     std::optional<QRect> caret;
     bool canPost = true;
-    bool holdPosts = false;       ///< what is posted never arrives
-    std::function<void()> onPost; ///< runs when a post has gone
-    int postLimit = -1;           ///< units that go before a post breaks off, -1 for all
+    bool holdPosts = false;                         ///< what is posted never arrives
+    std::function<void()> onPost;                   ///< runs when a post has gone
+    int postLimit = -1;                             ///< units that go before a post breaks off, -1 for all
+    mevo::PostStop postStop = mevo::PostStop::Hung; ///< why it does
 };
 
 /// Windows of ours: every place is where it was put, unless a test says otherwise.

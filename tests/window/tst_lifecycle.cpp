@@ -2,7 +2,9 @@
 #include "audio/AudioRecorder.h"
 #include "base/ApplicationFiles.h"
 #include "base/SettingsFile.h"
+#include "output/UndeliveredTexts.h"
 #include "session/KeyReport.h"
+#include "support/Rows.h"
 #include "ui/MicTipDialog.h"
 #include "window/Program.h"
 
@@ -455,6 +457,52 @@ private Q_SLOTS:
         QCOMPARE(row(program), QString());
         QVERIFY(!dialog->isVisible());
         QVERIFY(!QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))));
+    }
+
+    /// What a program takes from no key is pasted into it.
+    void charactersThatNoKeyTypesArePasted_data()
+    {
+        const Rows<mevo::PostStop, int, mevo::WindowId, bool> row; // stop, method, focused, pasted
+        using Stop = mevo::PostStop;
+        row("pasted", Stop::Untypable, 0, 0x11, true);
+        row("the program hangs", Stop::Hung, 0, 0x11, false);
+        row("without the clipboard", Stop::Untypable, 1, 0x11, false);
+        row("another window has the focus", Stop::Untypable, 0, 0x22, false);
+    }
+    void charactersThatNoKeyTypesArePasted()
+    {
+        const auto [stop, method, focused, pasted] = rowOf<mevo::PostStop, int, mevo::WindowId, bool>();
+        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        Program program;
+        program.start();
+        program.fake.windowSystem->postLimit = 1;
+        program.fake.windowSystem->postStop = stop;
+        program.fake.windowSystem->focused = focused;
+        program.window->Send2ScreenMethod = method;
+        program.window->FocusWindow = 0x11;
+        program.window->recorder()->showRecText(QStringLiteral("甲😀丙__over__"));
+        QVERIFY(program.fake.log.has(QStringLiteral("post 11 甲")));
+        const auto kept = [] {
+            const mevo::UndeliveredTexts file(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+            return file.count() == 1 ? file.texts()[0].text : QString();
+        };
+        const QString rest = QStringLiteral("😀丙");
+        QCOMPARE(program.fake.clipboard->content == rest, pasted);
+        QCOMPARE(kept(), pasted ? QString() : rest);
+        // And from the list of what was kept.
+        program.fake.windowSystem->postLimit = 0;
+        program.fake.windowSystem->postStop = mevo::PostStop::Untypable;
+        program.window->Send2ScreenMethod = 0;
+        QTRY_VERIFY(!program.window->HidBusy);
+        if (!pasted) {
+            program.window->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly)
+                ->actions()
+                .first()
+                ->trigger();
+            program.window->findChild<QPushButton *>(QStringLiteral("pushButton_Type"))->click();
+            QCOMPARE(program.fake.clipboard->content, rest);
+            QCOMPARE(kept(), QString());
+        }
     }
 
     /// The reader judges a key's mode by what it sees; keys that wait before it may change that.

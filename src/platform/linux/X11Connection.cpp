@@ -161,6 +161,12 @@ bool X11Connection::isPlaceholder(unsigned long window) const
            attributes.y >= DisplayHeight(m_display, screen);
 }
 
+bool X11Connection::isDesktop(unsigned long window) const
+{
+    const unsigned long top = topLevel(window);
+    return top != 0 && firstItem(top, atom("_NET_WM_WINDOW_TYPE")) == atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+}
+
 unsigned long X11Connection::keyboardWindow() const
 {
     discardEvents();

@@ -45,6 +45,8 @@ public:
     /// Whether a window is none of a program's, but what a window manager gives the focus to when no window
     /// has it: one that lies outside the screen and that nobody manages. Keys that it gets are nowhere.
     bool isPlaceholder(unsigned long window) const;
+    /// Whether it is the desktop itself, the one with the icons: a program's window, but none to type into.
+    bool isDesktop(unsigned long window) const;
 
 private:
     _XDisplay *m_display = nullptr;

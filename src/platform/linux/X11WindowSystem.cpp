@@ -134,7 +134,7 @@ WindowId X11WindowSystem::foregroundWindow()
 WindowId X11WindowSystem::focusedWindow()
 {
     const WindowId focused = m_connection ? m_connection.focus() : 0;
-    return focused != 0 && m_connection.isPlaceholder(focused) ? 0 : focused;
+    return takesNoText(focused) ? 0 : focused;
 }
 
 bool X11WindowSystem::keysGoNowhere()
@@ -144,7 +144,12 @@ bool X11WindowSystem::keysGoNowhere()
         return false;
     }
     const WindowId window = m_connection.keyboardWindow();
-    return window == 0 || m_connection.isPlaceholder(window);
+    return window == 0 || takesNoText(window);
+}
+
+bool X11WindowSystem::takesNoText(WindowId window) const
+{
+    return window != 0 && (m_connection.isPlaceholder(window) || m_connection.isDesktop(window));
 }
 
 bool X11WindowSystem::isWindow(WindowId window)

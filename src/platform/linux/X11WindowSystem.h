@@ -41,6 +41,7 @@ private:
     class Worker;
     bool sendToRoot(WindowId window, const char *message, long first, long second);
     bool hasWindowManager() const;
+    bool takesNoText(WindowId window) const;
     bool askToClose(WindowId window);
     std::vector<WindowId> topLevelWindows();
 
