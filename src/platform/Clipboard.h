@@ -18,6 +18,9 @@ public:
     virtual bool hasText() const = 0;
     /// How often something was put there or taken away so far, by whichever program.
     virtual int changes() const = 0;
+    /// Whether anybody may have read what setText() put there last. False only where it is sure that nobody
+    /// has.
+    virtual bool mayHaveBeenRead() const = 0;
     /// What another program holds as selected (the X11 primary selection); empty where there is no such thing
     /// or it is ours.
     virtual QString selection() const = 0;

@@ -25,6 +25,7 @@ enum class PostStop {
     KeyboardGrabbed, ///< another program has taken the keyboard for itself: an open menu, a screen locker
     ScreenLocked,
     KeyboardChanged, ///< somebody has changed the keyboard map while the text was on its way
+    NotRead,         ///< the paste key was struck, and nobody has read the clipboard
     Untypable,       ///< the program is known to drop the next character when it comes from a keyboard
 };
 

@@ -690,6 +690,7 @@ private:
     int m_pasteSession = 0;         ///< and whose that is
     void tellPasteDone(bool typed);
     void askBeforePaste(mevo::WindowId window);
+    void awaitPasteRead(qint64 sinceMs);
     void endPaste(mevo::PostStop stop);
     bool m_sessionsFinished = false;  ///< the exit has collected what was still on its way
     bool m_typingUndelivered = false; ///< a kept text is being typed

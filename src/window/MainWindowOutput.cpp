@@ -274,15 +274,42 @@ void MainWindow::letPasteSettle()
     }
     m_figures.typed(m_pasteSession, m_platform.time->monotonicMs());
     QTimer::singleShot(settleMs, this, [this] {
-        if (m_pasteWindow == 0 || mevo::isOwnWindow(m_pasteWindow)) {
+        if (mevo::isOwnWindow(m_pasteWindow)) {
             endPaste(mevo::PostStop::AtEnd);
+            return;
+        }
+        if (m_pasteWindow == 0) {
+            awaitPasteRead(m_platform.time->monotonicMs());
             return;
         }
         // A program that is slow reads the clipboard when it gets to the key: the next text waits for that.
         constexpr int takenLimitMs = 10000;
-        m_platform.windowSystem->askWindow(m_pasteWindow, takenLimitMs,
-                                           [this](mevo::PostStop stop) { endPaste(stop); });
+        m_platform.windowSystem->askWindow(m_pasteWindow, takenLimitMs, [this](mevo::PostStop stop) {
+            if (stop == mevo::PostStop::AtEnd) {
+                awaitPasteRead(m_platform.time->monotonicMs());
+            } else {
+                endPaste(stop);
+            }
+        });
     });
+}
+
+/// The program has had the key. Where it pastes by another one, or has no field with the focus, the text
+/// would be nowhere. Some read the clipboard a little later than they answer.
+void MainWindow::awaitPasteRead(qint64 sinceMs)
+{
+    constexpr int lookAgainMs = 10;
+    constexpr int readLimitMs = 2000;
+    if (!m_pasteSettles) {
+        return; // the exit has taken it back
+    }
+    if (m_platform.clipboard->mayHaveBeenRead()) {
+        endPaste(mevo::PostStop::AtEnd);
+    } else if (m_platform.time->monotonicMs() - sinceMs >= readLimitMs) {
+        endPaste(mevo::PostStop::NotRead);
+    } else {
+        m_platform.time->callAfter(lookAgainMs, this, [this, sinceMs] { awaitPasteRead(sinceMs); });
+    }
 }
 
 void MainWindow::endPaste(mevo::PostStop stop)

@@ -39,6 +39,8 @@ const char *reasonText(mevo::PostStop stop)
         return "no text field of this program's window has the focus";
     case mevo::PostStop::ReceiverGone:
         return "the receiver has not taken the paste key";
+    case mevo::PostStop::NotRead:
+        return "its window has not read the clipboard";
     case mevo::PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case mevo::PostStop::ScreenLocked:

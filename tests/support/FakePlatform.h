@@ -245,6 +245,8 @@ public:
         putIn(QString());
     }
     bool hasText() const override { return m_hasText; }
+    bool mayHaveBeenRead() const override { return isRead; }
+    bool isRead = true; ///< what is put there
     int changes() const override
     {
         const int count = m_changes;

@@ -564,14 +564,19 @@ private Q_SLOTS:
         QTest::addColumn<bool>("taken");
         QTest::addColumn<int>("hangs");  // from this question on: before the key, behind it
         QTest::addColumn<bool>("stays"); // or loses the keyboard before the key comes
+        QTest::addColumn<bool>("reads");
         constexpr int never = 9;
-        QTest::newRow("none has the keyboard") << false << false << true << never << true;
-        QTest::newRow("one gets it") << true << false << true << never << true;
-        QTest::newRow("one that cannot be seen may have it") << false << true << true << never << true;
-        QTest::newRow("the receiver does not take the key") << true << false << false << never << true;
-        QTest::newRow("it loses the keyboard again") << true << false << true << never << false;
-        QTest::newRow("its program hangs") << true << false << true << 0 << true;
-        QTest::newRow("its program hangs behind the key") << true << false << true << 1 << true;
+        QTest::newRow("none has the keyboard") << false << false << true << never << true << true;
+        QTest::newRow("one gets it") << true << false << true << never << true << true;
+        QTest::newRow("one that cannot be seen may have it")
+            << false << true << true << never << true << true;
+        QTest::newRow("the receiver does not take the key")
+            << true << false << false << never << true << true;
+        QTest::newRow("it loses the keyboard again") << true << false << true << never << false << true;
+        QTest::newRow("its program hangs") << true << false << true << 0 << true << true;
+        QTest::newRow("its program hangs behind the key") << true << false << true << 1 << true << true;
+        QTest::newRow("it pastes nothing") << true << false << true << never << true << false;
+        QTest::newRow("nor does one that cannot be seen") << false << true << true << never << true << false;
     }
 
     void aPasteWaitsForAWindow()
@@ -581,6 +586,7 @@ private Q_SLOTS:
         QFETCH(bool, taken);
         QFETCH(int, hangs);
         QFETCH(bool, stays);
+        QFETCH(bool, reads);
         QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
         Program program;
         program.start();
@@ -588,6 +594,7 @@ private Q_SLOTS:
         windows.focused = 0;
         windows.unseen = unseen;
         windows.answers = hangs;
+        program.fake.clipboard->isRead = reads;
         program.fake.hid->sendResult = taken ? 8 : -1;
         program.fake.clipboard->onSet = [&] { windows.focused = stays ? windows.focused : 0; };
         program.window->Send2ScreenMethod = 2;
@@ -595,7 +602,7 @@ private Q_SLOTS:
         QCOMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), unseen);
         windows.focused = comes ? 0x22 : 0;
         const bool pasted = (comes || unseen) && hangs > 0;
-        const bool kept = !pasted || !taken || hangs == 1 || !stays;
+        const bool kept = !pasted || !taken || hangs == 1 || !stays || !reads;
         QTRY_COMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), pasted);
         const QString told =
             QStringLiteral("message 有文字未能输入，已保留在菜单的“未送达的文字”中。 (5000)");

@@ -4,9 +4,37 @@
 #include <QGuiApplication>
 #include <QMimeData>
 
+#include <utility>
+
 namespace mevo {
 
+namespace {
+
+/// A text that notes when somebody asks for it. To hear which formats there are is no reading.
+class NotedText : public QMimeData
+{
+public:
+    NotedText(const QString &text, std::shared_ptr<bool> read)
+        : m_read(std::move(read))
+    {
+        setText(text);
+    }
+
+protected:
+    QVariant retrieveData(const QString &format, QVariant::Type type) const override
+    {
+        *m_read = true;
+        return QMimeData::retrieveData(format, type);
+    }
+
+private:
+    std::shared_ptr<bool> m_read;
+};
+
+} // namespace
+
 QtClipboard::QtClipboard()
+    : m_read(std::make_shared<bool>(false))
 {
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
         ++m_changes;
@@ -20,10 +48,12 @@ QtClipboard::QtClipboard()
 
 void QtClipboard::setText(const QString &text)
 {
-    QGuiApplication::clipboard()->setText(text);
+    m_read = std::make_shared<bool>(false);
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->setMimeData(new NotedText(text, m_read));
     // Terminals paste the selection by Shift+Insert.
-    if (QGuiApplication::clipboard()->supportsSelection()) {
-        QGuiApplication::clipboard()->setText(text, QClipboard::Selection);
+    if (clipboard->supportsSelection()) {
+        clipboard->setMimeData(new NotedText(text, m_read), QClipboard::Selection);
     }
     m_hasText = !text.isEmpty();
 }
@@ -37,6 +67,14 @@ void QtClipboard::putBack(const QString &text)
 QString QtClipboard::text() const
 {
     return QGuiApplication::clipboard()->text();
+}
+
+bool QtClipboard::mayHaveBeenRead() const
+{
+    // Another program that has taken it over, as some managers of clipboards do, answers in our place.
+    const QClipboard *clipboard = QGuiApplication::clipboard();
+    return *m_read || !clipboard->ownsClipboard() ||
+           (clipboard->supportsSelection() && !clipboard->ownsSelection());
 }
 
 QString QtClipboard::selection() const

@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <atomic>
+#include <memory>
 
 namespace mevo {
 
@@ -21,11 +22,13 @@ public:
     void clear() override;
     bool hasText() const override { return m_hasText; }
     int changes() const override { return m_changes; }
+    bool mayHaveBeenRead() const override;
     QString selection() const override;
 
 private:
     std::atomic<bool> m_hasText{false};
     int m_changes = 0;
+    std::shared_ptr<bool> m_read; ///< of the last text; shared with what is offered
 };
 
 } // namespace mevo

@@ -44,6 +44,8 @@ const char *nameOf(PostStop stop)
         return "no text field has the focus";
     case PostStop::ReceiverGone:
         return "the receiver is gone";
+    case PostStop::NotRead:
+        return "the clipboard is not read";
     case PostStop::KeyboardGrabbed:
         return "another program holds the keyboard";
     case PostStop::KeyboardChanged:
