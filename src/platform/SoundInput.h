@@ -38,7 +38,7 @@ Q_SIGNALS:
 };
 
 /// The microphone that the sound server has as its default. It comes and goes with the server: each opening
-/// looks for the server anew.
+/// looks for the server anew. The server is asked here, too, whether it has anything to play by.
 class SoundInputs
 {
 public:
@@ -46,6 +46,8 @@ public:
     /// The server's own name of the microphone; empty when there is none. Waits for a server that has not
     /// answered yet, some tenths of a second at most. GUI thread only.
     virtual QString defaultName() = 0;
+    /// Whether there is an output, which a server that does not answer may have. Waits as defaultName() does.
+    virtual bool hasOutput() = 0;
     /// Begins to record; null when no server is there. A server that does not answer holds up nothing: the
     /// recording begins when it does. GUI thread only; the input must go before this does.
     virtual std::unique_ptr<SoundInput> open(const SoundFormat &format) = 0;

@@ -36,7 +36,7 @@ bool keepSound(const QString &path, const QByteArray &sound)
 } // namespace
 
 OnlineReading::OnlineReading(const MainState &state, EngineEndpoints endpoints, const Time &time,
-                             Notifications &notifications, QObject *parent, MakePlayer makePlayer)
+                             Notifications &notifications, MakePlayer makePlayer, QObject *parent)
     : QObject(parent)
     , m_state(state)
     , m_endpoints(std::move(endpoints))

@@ -30,8 +30,7 @@ public:
     /// Empties the two folders of readings, which are made below the working folder, or below the
     /// application's where that one cannot be written. All but `endpoints` must outlive this object.
     OnlineReading(const MainState &state, EngineEndpoints endpoints, const Time &time,
-                  Notifications &notifications, QObject *parent = nullptr,
-                  MakePlayer makePlayer = makeSoundPlayer);
+                  Notifications &notifications, MakePlayer makePlayer, QObject *parent = nullptr);
     ~OnlineReading() override;
 
     /// Asks for the sound of a text, an empty one too, with the token of now, and plays it when it has come.

@@ -1,6 +1,7 @@
 #include "translation/SoundPlayer.h"
 
-#include <QAudioDeviceInfo>
+#include "platform/SoundInput.h"
+
 #include <QDebug>
 #include <QFile>
 #include <QMediaPlayer>
@@ -17,7 +18,8 @@ constexpr int stillstandMs = 10000;
 class MediaPlayer : public SoundPlayer
 {
 public:
-    MediaPlayer()
+    explicit MediaPlayer(SoundInputs &inputs)
+        : m_inputs(inputs)
     {
         m_stillstand.setSingleShot(true);
         m_stillstand.setInterval(stillstandMs);
@@ -49,8 +51,9 @@ public:
             end(SoundEnd::NoPlayer, "there is no media player");
             return;
         }
-        // Without a device the player would play the whole file into nothing, and be content.
-        if (QAudioDeviceInfo::defaultOutputDevice().isNull()) {
+        // Without a device the player would play the whole file into nothing, and be content. Qt's own list
+        // of devices stays empty when the sound server comes after the first look at it.
+        if (!m_inputs.hasOutput()) {
             end(SoundEnd::NoPlayer, "there is no sound device");
             return;
         }
@@ -79,6 +82,7 @@ private:
         QTimer::singleShot(0, this, [this, how] { emit ended(how); });
     }
 
+    SoundInputs &m_inputs;
     QMediaPlayer m_player;
     QTimer m_stillstand;
     qint64 m_position = 0; ///< milliseconds
@@ -98,9 +102,9 @@ bool beginsAsMp3(const QByteArray &bytes)
            (quint8(bytes[1]) & 0x18) != 0x08 && (quint8(bytes[1]) & 0x06) == 0x02;
 }
 
-std::unique_ptr<SoundPlayer> makeSoundPlayer()
+std::unique_ptr<SoundPlayer> makeSoundPlayer(SoundInputs &inputs)
 {
-    return std::make_unique<MediaPlayer>();
+    return std::make_unique<MediaPlayer>(inputs);
 }
 
 } // namespace mevo

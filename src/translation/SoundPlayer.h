@@ -32,7 +32,9 @@ signals:
 /// Whether these bytes begin as MP3 does: a tag (ID3) or a frame's header.
 bool beginsAsMp3(const QByteArray &bytes);
 
-/// The player of this system: QMediaPlayer.
-std::unique_ptr<SoundPlayer> makeSoundPlayer();
+class SoundInputs;
+
+/// The player of this system: QMediaPlayer. `inputs`, which outlive it, tell whether there is an output.
+std::unique_ptr<SoundPlayer> makeSoundPlayer(SoundInputs &inputs);
 
 } // namespace mevo

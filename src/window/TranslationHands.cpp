@@ -56,8 +56,9 @@ bool TranslationHands::create()
     Platform &platform = m_window.m_platform;
     const qint64 began = platform.time->monotonicMs();
     m_translator = std::make_shared<Trans>(m_window, *m_window.m_webApi, *this, m_window.m_endpoints);
-    m_onlineReading = std::make_unique<OnlineReading>(m_window, m_window.m_endpoints, *platform.time,
-                                                      *platform.notifications);
+    m_onlineReading = std::make_unique<OnlineReading>(
+        m_window, m_window.m_endpoints, *platform.time, *platform.notifications,
+        [&inputs = *platform.soundInputs] { return makeSoundPlayer(inputs); });
     m_systemVoice = std::make_unique<WXTextSpeech>(*platform.speech, *platform.notifications);
     m_selectionCopy =
         std::make_unique<SelectionCopy>(platform, [this] { return m_window.SendCopyCombination(); });

@@ -383,6 +383,7 @@ class FakeSoundInputs : public Logged<mevo::SoundInputs>
 public:
     using Logged::Logged;
     QString defaultName() override { return {}; }
+    bool hasOutput() override { return false; }
     std::unique_ptr<mevo::SoundInput> open(const mevo::SoundFormat &) override { return nullptr; }
     void letGo() override { m_log.add(QStringLiteral("audio let go")); }
 };

@@ -91,7 +91,7 @@ private:
     std::unique_ptr<OnlineReading> makeReading()
     {
         return std::make_unique<OnlineReading>(
-            m_state, m_endpoints, *m_platform->time, *m_platform->notifications, nullptr,
+            m_state, m_endpoints, *m_platform->time, *m_platform->notifications,
             [this] { return std::make_unique<FakePlayer>(m_platform->log); });
     }
     QStringList calls() const { return m_platform->log.calls(); }

@@ -1,6 +1,8 @@
 // What is read aloud really comes out of the speaker: it is recorded there and compared with what was to be
 // heard.
+#include "audio/SoundServer.h"
 #include "platform/linux/EspeakSpeech.h"
+#include "platform/linux/PulseInputs.h"
 #include "services/LabHttpServer.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
@@ -170,6 +172,8 @@ private slots:
 
 private:
     FakePlatform m_platform;
+    SoundServer m_server;
+    mevo::PulseInputs m_inputs;
 };
 
 void TestReadingHeard::online()
@@ -186,9 +190,16 @@ void TestReadingHeard::online()
     state.BaiduTtsAccessToken = QStringLiteral("known");
     mevo::EngineEndpoints endpoints;
     endpoints.BaiduTtsHost = QStringLiteral("127.0.0.1:%1").arg(server.serverPort());
+    mevo::OnlineReading reading(state, endpoints, *m_platform.time, *m_platform.notifications,
+                                [this] { return mevo::makeSoundPlayer(m_inputs); });
+    // The sound server comes after the first text: that one is said to be silent, the next one is heard.
+    m_server.die();
+    reading.read(mevo::Pane::Destination, another, {5, 5, 5, 0});
+    QTRY_COMPARE(m_platform.log.calls(QStringLiteral("message")).size(), 1);
+    m_platform.log.clear();
+    m_server.startAgain();
     Speaker speaker;
     QVERIFY(speaker.records());
-    mevo::OnlineReading reading(state, endpoints, *m_platform.time, *m_platform.notifications);
     reading.read(mevo::Pane::Source, sentence, {5, 5, 5, 0});
     QVERIFY(QTest::qWaitFor([&reading] { return reading.activeCount() == 0; }, 60000));
     QCOMPARE(m_platform.log.calls(QStringLiteral("message")), QStringList());
@@ -250,7 +261,7 @@ void TestReadingHeard::whatIsNoSound()
     QVERIFY(json.open(QIODevice::WriteOnly));
     json.write(R"({"err_no":502,"err_msg":"authentication failed."})");
     json.close();
-    const std::unique_ptr<mevo::SoundPlayer> player = mevo::makeSoundPlayer();
+    const std::unique_ptr<mevo::SoundPlayer> player = mevo::makeSoundPlayer(m_inputs);
     QList<int> sounds;
     connect(player.get(), &mevo::SoundPlayer::ended, this,
             [&sounds](mevo::SoundEnd end) { sounds.append(int(end)); });

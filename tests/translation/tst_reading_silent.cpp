@@ -1,5 +1,6 @@
 // A computer without sound: both ways of reading aloud say so, and nothing hangs.
 #include "platform/linux/EspeakSpeech.h"
+#include "platform/linux/PulseInputs.h"
 #include "translation/SoundPlayer.h"
 
 #include <QProcess>
@@ -35,7 +36,8 @@ void TestReadingSilent::online()
                       {QStringLiteral("-c"),
                        QStringLiteral("espeak-ng --stdout one two three | lame --quiet - \"$0\""), mp3});
     QVERIFY(QFile(mp3).size() > 1000);
-    const std::unique_ptr<mevo::SoundPlayer> player = mevo::makeSoundPlayer();
+    mevo::PulseInputs inputs;
+    const std::unique_ptr<mevo::SoundPlayer> player = mevo::makeSoundPlayer(inputs);
     QList<int> sounds;
     connect(player.get(), &mevo::SoundPlayer::ended, this,
             [&sounds](mevo::SoundEnd end) { sounds.append(int(end)); });

@@ -95,6 +95,13 @@ QString PulseInputs::defaultName()
     return QString::fromUtf8(m_default);
 }
 
+bool PulseInputs::hasOutput()
+{
+    const Server server = awaitServer();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return server == Server::Connecting || (server == Server::Here && m_hasOutput);
+}
+
 std::unique_ptr<SoundInput> PulseInputs::open(const SoundFormat &format)
 {
     if (awaitServer() == Server::Away) {
@@ -121,6 +128,7 @@ void PulseInputs::settle(Server server)
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_server = server;
         m_default = m_microphone;
+        m_hasOutput = m_hasSpeaker;
     }
     m_settled.notify_all();
 }
@@ -185,6 +193,7 @@ void PulseInputs::disconnect(const char *why)
         m_context = nullptr;
     }
     m_microphone.clear();
+    m_hasSpeaker = false;
     settle(Server::Away);
 }
 
@@ -203,6 +212,7 @@ void PulseInputs::takeDefault(const pa_server_info *info)
     const QByteArray before = m_microphone;
     if (info != nullptr) {
         m_microphone = info->default_source_name; // null makes it empty
+        m_hasSpeaker = info->default_sink_name != nullptr && *info->default_sink_name != 0;
     }
     if (m_microphone != before) {
         dropKept();

@@ -31,6 +31,7 @@ public:
     ~PulseInputs() override;
 
     QString defaultName() override;
+    bool hasOutput() override;
     std::unique_ptr<SoundInput> open(const SoundFormat &format) override;
     void letGo() override;
     /// The recording of an inlet is over.
@@ -65,11 +66,13 @@ private:
     Server m_server = Server::Away;
     bool m_waitedInVain = false; ///< for this connection: once is enough
     QByteArray m_default;
+    bool m_hasOutput = false;
 
     // Of the thread.
     pa_context *m_context = nullptr;
     bool m_ready = false; ///< the context
     QByteArray m_microphone;
+    bool m_hasSpeaker = false;
     std::list<Waiting> m_waiting; ///< for the connection
     std::list<std::unique_ptr<PulseRecording>> m_recordings;
     std::unique_ptr<PulseRecording> m_kept;
