@@ -26,6 +26,7 @@
 #include <QTextEdit>
 #include <QTimerEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -524,13 +525,18 @@ void CTransTipDialog::reject()
 
 void CTransTipDialog::showPair()
 {
-    const auto show = [](QLabel *label, const QString &code) {
-        label->ensurePolished(); // its letters are bold
-        label->setText(label->fontMetrics().elidedText(mevo::languageLabel(code), Qt::ElideRight,
-                                                       mevo::languageNameWidth));
+    QLabel *const labels[] = {m_face->label_SourceLan, m_face->label_DestLan};
+    const QString names[] = {mevo::languageLabel(DelimitMode ? SourceLan_Delimit : SourceLan),
+                             mevo::languageLabel(DelimitMode ? DestLan_Delimit : DestLan)};
+    const auto widthOf = [&](int one) {
+        labels[one]->ensurePolished(); // its letters are bold
+        return labels[one]->fontMetrics().horizontalAdvance(names[one]);
     };
-    show(m_face->label_SourceLan, DelimitMode ? SourceLan_Delimit : SourceLan);
-    show(m_face->label_DestLan, DelimitMode ? DestLan_Delimit : DestLan);
+    for (const int one : {0, 1}) {
+        // A long name has the room that the other one leaves.
+        const int room = std::max(mevo::languageNameWidth, 2 * mevo::languageNameWidth - widthOf(1 - one));
+        labels[one]->setText(labels[one]->fontMetrics().elidedText(names[one], Qt::ElideRight, room));
+    }
 }
 
 void CTransTipDialog::showBackground()
