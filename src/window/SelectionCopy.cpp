@@ -23,7 +23,8 @@ SelectionCopy::SelectionCopy(Platform &platform, std::function<bool()> pressKeys
 
 void SelectionCopy::begin(bool emptied, std::function<void(const QString &)> copied)
 {
-    if (isUnderWay()) {
+    const bool again = isUnderWay();
+    if (again && !emptied) {
         return;
     }
     m_copied = std::move(copied);
@@ -31,7 +32,15 @@ void SelectionCopy::begin(bool emptied, std::function<void(const QString &)> cop
     m_changesBefore = m_platform.clipboard->changes();
     m_waitMs = m_pressKeys() ? longestWaitMs : 0;
     m_pressedAt = m_platform.time->monotonicMs();
-    m_platform.time->callAfter(lookAgainMs, this, [this] { look(); });
+    if (!again) {
+        m_platform.time->callAfter(lookAgainMs, this, [this] { look(); });
+    }
+}
+
+void SelectionCopy::clipboardEmptied()
+{
+    m_before.clear();
+    m_changesBefore = m_platform.clipboard->changes();
 }
 
 void SelectionCopy::look()

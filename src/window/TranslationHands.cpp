@@ -261,8 +261,13 @@ void TranslationHands::setDelimitTranslation(bool on)
 void TranslationHands::copySelection(bool emptied, WindowId front, const Copied &copied)
 {
     whenInFront(front, [this, emptied, copied, dialog = m_dialog](bool there) {
-        if (there && !dialog.isNull() && dialog == m_dialog) {
+        if (dialog.isNull() || dialog != m_dialog) {
+            return;
+        }
+        if (there) {
             copyWhenFree(emptied, copied);
+        } else {
+            qWarning("Selection: the window in front before does not come back; nothing is copied");
         }
     });
 }
@@ -285,6 +290,9 @@ void TranslationHands::copyWhenFree(bool emptied, const Copied &copied)
 void TranslationHands::clearClipboard()
 {
     m_window.m_sessionHands.clearClipboard();
+    if (m_selectionCopy) {
+        m_selectionCopy->clipboardEmptied();
+    }
 }
 
 void TranslationHands::readAloud(Pane pane, const QString &text, const PaneReading &reading)

@@ -9,6 +9,7 @@
 #include "translation/TranslateService.h"
 #include "ui/translation/CTransTipDialog.h"
 #include "window/SelectionChoice.h"
+#include "window/SelectionCopy.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -590,6 +591,34 @@ private Q_SLOTS:
         QCOMPARE(desk.program.fake.clipboard->content, QStringLiteral("before"));
         QVERIFY(desk.program.fake.log.has(QStringLiteral("hid send 05 81 04 00 00 00 00 00")));
         QVERIFY(!desk.window().Recording);
+    }
+
+    /// Emptying the clipboard while a copy is awaited is not the copy, and nothing old comes back.
+    void theClipboardIsEmptiedMeanwhile_data()
+    {
+        QTest::addColumn<bool>("byCopyingAgain");
+        QTest::newRow("by a clear button") << false;
+        QTest::newRow("by copying again") << true;
+    }
+    void theClipboardIsEmptiedMeanwhile()
+    {
+        QFETCH(bool, byCopyingAgain);
+        FakePlatform fake;
+        int pressed = 0;
+        mevo::SelectionCopy copy(fake.platform, [&pressed] { return ++pressed > 0; });
+        fake.clipboard->putIn(QStringLiteral("old"));
+        QStringList first, second;
+        copy.begin(false, [&first](const QString &text) { first += text; });
+        fake.clipboard->clear();
+        copy.clipboardEmptied();
+        if (byCopyingAgain) {
+            copy.begin(true, [&second](const QString &text) { second += text; });
+        }
+        fake.clipboard->copiedNext = QStringLiteral("new");
+        QTRY_COMPARE(byCopyingAgain ? second : first, QStringList{QStringLiteral("new")});
+        QCOMPARE(first.size() + second.size(), 1);
+        QCOMPARE(pressed, byCopyingAgain ? 2 : 1);
+        QCOMPARE(fake.clipboard->content, QStringLiteral("new"));
     }
 
     /// A terminal that copies by no key gets none, least of all Ctrl+C.
