@@ -408,7 +408,7 @@ private slots:
         QCOMPARE(callFromElsewhere(QStringLiteral("hello"), 100), QByteArray("silent"));
         // A holder that is going: who is there already is told so at once, who comes finds nobody.
         lock.whenCalled(20, [&lock](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {
-            QTimer::singleShot(0, qApp, [&lock] { lock.closeDoor(); });
+            QTimer::singleShot(0, QCoreApplication::instance(), [&lock] { lock.closeDoor(); });
         });
         QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("closed"));
         QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("nobody"));

@@ -37,13 +37,7 @@ struct FakeHost : mevo::UpdateHost
     }
     void raiseUpdateQuestion() override { events.append("raise"); }
     void showDownload(const QString &fileName) override { events.append("show " + fileName); }
-    void moveDownload(qint64 received, qint64) override
-    {
-        lastReceived = received;
-        if (moved) {
-            moved();
-        }
-    }
+    void moveDownload(qint64 received, qint64) override { lastReceived = received; }
     void hideDownload() override { events.append("hide"); }
     bool confirmCancel() override
     {
@@ -67,7 +61,7 @@ struct FakeHost : mevo::UpdateHost
     QTemporaryDir folder;
     QStringList questions, events;
     std::function<void(bool)> later;
-    std::function<void()> duringQuestion, moved;
+    std::function<void()> duringQuestion;
     std::optional<bool> updateNow = true;
     std::optional<bool> started = true; ///< the updater; nothing while the program waits for a quiet moment
     bool lastForced = false, cancel = false, foreign = false;
@@ -479,30 +473,16 @@ private Q_SLOTS:
         const QByteArray archive(96 << 20, 'a');
         QTemporaryFile same;
         QVERIFY(same.open() && same.write(archive) == archive.size() && same.flush());
-        QElapsedTimer timer;
-        timer.start();
-        const QByteArray sha256 = mevo::fileSha256(same.fileName());
-        const qint64 hashingMs = timer.elapsed();
-        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz;;" + sha256));
+        update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz;;" + mevo::fileSha256(same.fileName())));
         update.http.enqueue(ScriptedAnswer::body(archive));
-        qint64 longest = -1;
-        QElapsedTimer last;
+        bool aside = false; // a thread was at it while the event loop ran
         QTimer ticks;
-        connect(&ticks, &QTimer::timeout, [&] {
-            if (last.isValid()) {
-                longest = std::max(longest, last.restart());
-            }
-        });
-        update.host.moved = [&] {
-            if (update.host.lastReceived == archive.size()) {
-                last.start();
-            }
-        };
+        connect(&ticks, &QTimer::timeout,
+                [&] { aside = aside || !update.checker->findChildren<QThread *>().isEmpty(); });
         ticks.start(0);
         update.checker->check();
         QTRY_VERIFY_WITH_TIMEOUT(update.host.events.contains("hand over"), 60000);
-        QVERIFY2(longest >= 0 && longest < hashingMs * 2 / 3,
-                 qPrintable(QString("%1 of %2 ms").arg(longest).arg(hashingMs)));
+        QVERIFY(aside);
     }
 
     void foreignInstallation()
