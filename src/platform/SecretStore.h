@@ -49,7 +49,8 @@ public:
     struct Edit
     {
         std::function<Change(const QList<QByteArray> &texts)> make;
-        /// Where it could not be done: the text that is to wait, of what waits already.
+        /// While it is done, and where it could not be: the text that is to wait, of what waits already.
+        /// Called again with its own outcome it changes nothing.
         std::function<QByteArray(const QByteArray &waiting)> postpone;
     };
     /// Reads what is kept and keeps what `edit` makes of it, which then waits no more. Where that is not

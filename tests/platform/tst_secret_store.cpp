@@ -18,7 +18,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
-
+#include <csignal>
 #include <sys/stat.h>
 
 using mevo::DesktopSecretStore;
@@ -77,7 +77,12 @@ SecretStore::Found change(SecretStore &store, const SecretStore::Change &change,
                           }
                           return change;
                       },
-                      [change](const QByteArray &waiting) { return waiting + change.text + ';'; }},
+                      [change](const QByteArray &waiting) {
+                          const QList<QByteArray> waits = waiting.split(';');
+                          return waits.value(waits.size() - 2, "none") == change.text
+                                     ? waiting
+                                     : waiting + change.text + ';';
+                      }},
                      context, done);
     });
 }
@@ -466,6 +471,41 @@ private Q_SLOTS:
             QVERIFY(change(store, {"joined", {"newer", "another one"}}).answered);
         }
         QCOMPARE(itemsInKeyring(), 3);
+    }
+
+    /// A run that ends between two places leaves no older change as the newest.
+    void aChangeWaitsWhileItIsDone_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QByteArray>("older");
+        QTest::newRow("an older one waits") << QByteArray() << QByteArray("older;");
+        QTest::newRow("there is a file as well") << QByteArray("of a time without it") << QByteArray();
+    }
+    void aChangeWaitsWhileItIsDone()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QByteArray, older);
+        if (m_keyring.state() != QProcess::Running) {
+            QSKIP("There is no keyring");
+        }
+        QVERIFY(mevo::writeSecretFile(path(), file) && mevo::writeSecretFile(waiting(), older));
+        DesktopSecretStore store(path(), false);
+        const auto keyring = static_cast<pid_t>(m_keyring.processId());
+        SecretStore::Found found;
+        QObject context;
+        store.change(KeyringPrompt::Allowed,
+                     {[keyring](const QList<QByteArray> &) {
+                          kill(keyring, SIGSTOP); // it takes the text later
+                          return SecretStore::Change{"new", {}};
+                      },
+                      [](const QByteArray &waits) { return waits + "new;"; }},
+                     &context, [&found](const SecretStore::Found &answer) { found = answer; });
+        QTRY_COMPARE(contentOf(waiting()), older + "new;");
+        QVERIFY(!found.answered);
+        kill(keyring, SIGCONT);
+        QTRY_VERIFY(found.answered);
+        QVERIFY(!QFile::exists(waiting()) && !QFile::exists(path()));
+        QCOMPARE(read(store).texts, QList<QByteArray>({"new"}));
     }
 
     /// What a keyring holds is neither forgotten nor written elsewhere while it is locked or away.

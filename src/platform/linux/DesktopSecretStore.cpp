@@ -2,6 +2,7 @@
 
 #include "platform/linux/SecretFile.h"
 
+#include <QFile>
 #include <QPointer>
 #include <QTimer>
 
@@ -150,7 +151,7 @@ SecretStore::Found DesktopSecretStore::exchangeIn(KeyringState keyring, const Ed
         return found;
     }
     const Change change = edit.make(found.texts);
-    found.answered = isDone(change, keyring, use);
+    found.answered = isDone(edit, change, keyring, use);
     found.place = desktop ? SecretPlace::Desktop : SecretPlace::File;
     if (found.answered) {
         found.waiting = false;
@@ -182,7 +183,16 @@ void DesktopSecretStore::postpone(const Edit &edit, Found &found)
     }
 }
 
-bool DesktopSecretStore::isDone(const Change &change, KeyringState keyring, const KeyringUse &use)
+/// Where there is more than one text the change waits, too, while it is done: a run that ends between the
+/// places would leave an older text behind that the next one takes for the newest.
+bool DesktopSecretStore::joinWaiting(const Edit &edit)
+{
+    const std::optional<QByteArray> before = readSecretFile(m_waiting);
+    return before && writeSecretFile(m_waiting, edit.postpone(*before));
+}
+
+bool DesktopSecretStore::isDone(const Edit &edit, const Change &change, KeyringState keyring,
+                                const KeyringUse &use)
 {
     const bool desktop = keyring == KeyringState::Present;
     // A file that stays would be taken for newer than what is kept now.
@@ -193,6 +203,9 @@ bool DesktopSecretStore::isDone(const Change &change, KeyringState keyring, cons
         if (desktop ? !m_keyring.setAside(text, use) : !setSecretFileAside(m_file, text)) {
             return false;
         }
+    }
+    if ((QFile::exists(m_waiting) || (desktop && QFile::exists(m_file))) && !joinWaiting(edit)) {
+        return false;
     }
     if (!desktop) {
         return writeSecretFile(m_file, change.text) && writeSecretFile(m_waiting, {});

@@ -43,7 +43,8 @@ private:
     Found exchange(const Edit &edit, const KeyringUse &use);
     Found exchangeIn(KeyringState keyring, const Edit &edit, const KeyringUse &use);
     void postpone(const Edit &edit, Found &found);
-    bool isDone(const Change &change, KeyringState keyring, const KeyringUse &use);
+    bool isDone(const Edit &edit, const Change &change, KeyringState keyring, const KeyringUse &use);
+    bool joinWaiting(const Edit &edit);
 
     const QString m_file;
     const QString m_waiting; ///< its file
