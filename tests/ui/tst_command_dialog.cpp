@@ -530,6 +530,20 @@ private Q_SLOTS:
         QCOMPARE(editor.tables.readDraft(CommandType::Web)->at(0).CommandWords, "new"_s);
     }
 
+    /// A screen of 1280 x 720 at twice the size.
+    void aSmallScreenHasTheButtons()
+    {
+        Editor editor;
+        editor.open();
+        editor.dialog->resize(616, 312);
+        QCoreApplication::processEvents();
+        QVERIFY(editor.dialog->width() <= 616 && editor.dialog->height() <= 312);
+        for (const char *name : {"pushButton_AddCmdWord", "pushButton_Close"}) {
+            QVERIFY(editor.dialog->rect().contains(
+                editor.at<QPushButton>(name)->mapTo(editor.dialog.get(), QPoint(1, 20))));
+        }
+    }
+
     void sortingByAColumn()
     {
         Editor editor;

@@ -16,13 +16,18 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 constexpr QSize firstSize{819, 687}; ///< pixels
+constexpr int frameAllowance = 48;   ///< about, for the frame that the window manager adds
+constexpr int lowestTable = 110;     ///< a head and two rows
 constexpr int wordsWidth = 300;
 constexpr int typeWidth = 130;      ///< the longest of the types' names in any language
 constexpr int longestWords = 65535; ///< characters
@@ -50,15 +55,29 @@ void CommandWordDialog::makeWindow()
     setWindowIcon(QIcon(QStringLiteral(":/rec/logo.ico")));
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
                    Qt::WindowStaysOnTopHint);
+    // On a screen that is too small for all of it the buttons stay in sight, and the rest scrolls.
+    auto *content = new QWidget;
+    auto *rows = new QVBoxLayout(content);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->addWidget(makeViews());
+    rows->addWidget(makeSearch());
+    rows->addWidget(m_table, 1);
+    rows->addWidget(makeFields());
+    m_table->setMinimumHeight(lowestTable);
+    auto *area = new QScrollArea(this);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidget(content);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(makeViews());
-    layout->addWidget(makeSearch());
-    layout->addWidget(m_table, 1);
-    layout->addWidget(makeFields());
+    layout->addWidget(area, 1);
     layout->addWidget(makeButtons());
     const QRect free = screen()->availableGeometry();
-    resize(firstSize.boundedTo(free.size()));
+    resize(firstSize.boundedTo(free.size() - QSize(frameAllowance / 2, frameAllowance)));
     move(free.center() - rect().center());
+    m_table->setColumnWidth(mevo::CommandRowsModel::Words, std::min(wordsWidth, width() / 3));
+    for (const int column : {mevo::CommandRowsModel::Type, mevo::CommandRowsModel::State}) {
+        m_table->setColumnWidth(column, std::min(typeWidth, width() / 6));
+    }
 }
 
 void CommandWordDialog::buildTable()
@@ -78,9 +97,6 @@ void CommandWordDialog::buildTable()
     header->setStyleSheet(QStringLiteral("QHeaderView::section{background:skyblue;}"));
     header->setSectionsClickable(true);
     m_table->setColumnHidden(mevo::CommandRowsModel::Hide, true);
-    m_table->setColumnWidth(mevo::CommandRowsModel::Words, wordsWidth);
-    m_table->setColumnWidth(mevo::CommandRowsModel::Type, typeWidth);
-    m_table->setColumnWidth(mevo::CommandRowsModel::State, typeWidth);
     header->setSectionResizeMode(mevo::CommandRowsModel::Contents, QHeaderView::Stretch);
     connect(header, &QHeaderView::sectionClicked, this, &CommandWordDialog::record_sortbyclounm);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
