@@ -535,9 +535,9 @@ private Q_SLOTS:
     {
         Editor editor;
         editor.open();
-        editor.dialog->resize(616, 312);
+        editor.dialog->resize(640, 312);
         QCoreApplication::processEvents();
-        QVERIFY(editor.dialog->width() <= 616 && editor.dialog->height() <= 312);
+        QVERIFY(editor.dialog->width() <= 640 && editor.dialog->height() <= 312);
         for (const char *name : {"pushButton_AddCmdWord", "pushButton_Close"}) {
             QVERIFY(editor.dialog->rect().contains(
                 editor.at<QPushButton>(name)->mapTo(editor.dialog.get(), QPoint(1, 20))));
