@@ -1,13 +1,12 @@
 #include "app/CallRunning.h"
 #include "app/CommandLine.h"
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
 using mevo::CommandLine;
 
-Q_DECLARE_METATYPE(CommandLine::Wish)
-Q_DECLARE_METATYPE(mevo::SingleInstance::CallResult)
 
 class TestCommandLine : public QObject
 {
@@ -16,43 +15,37 @@ class TestCommandLine : public QObject
 private Q_SLOTS:
     void argumentsAreRead_data()
     {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<CommandLine::Wish>("wish");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("said"); // a part of the text
+        // line, wish, exitCode, said (a part of the text)
+        const Rows<QString, CommandLine::Wish, int, QString> row;
 
         const auto run = CommandLine::Wish::Run;
         const auto print = CommandLine::Wish::Print;
         const auto refuse = CommandLine::Wish::Refuse;
-        QTest::newRow("none") << "" << run << 0 << "";
-        QTest::newRow("a file, as before") << "notes.txt -" << run << 0 << "";
-        QTest::newRow("help") << "--help" << print << 0 << "--version";
-        QTest::newRow("help, short") << "-h" << print << 0 << "Usage: mevoinput";
-        QTest::newRow("version") << "--version" << print << 0 << "mevoinput V1.07\n";
-        QTest::newRow("version, short") << "-v" << print << 0 << "mevoinput V1.07\n";
-        QTest::newRow("the first wish counts") << "--version --help" << print << 0 << "mevoinput V1.07\n";
-        QTest::newRow("unknown") << "--helpp" << refuse << 2 << "unknown option: --helpp";
-        QTest::newRow("unknown, one dash") << "-x" << refuse << 2 << "unknown option: -x";
-        QTest::newRow("unknown before a wish") << "--nothing --help" << refuse << 2 << "--nothing";
-        QTest::newRow("Qt's, with value") << "-platform offscreen --style fusion" << run << 0 << "";
-        QTest::newRow("Qt's, a value that looks like an option") << "-title --help" << run << 0 << "";
-        QTest::newRow("Qt's, value missing") << "-platform" << refuse << 2 << "without its value: -platform";
-        QTest::newRow("Qt's, in one word") << "-style=fusion" << run << 0 << "";
-        QTest::newRow("of the session") << "-session 10d1_1_0" << run << 0 << "";
-        QTest::newRow("two wishes for the one that runs")
-            << "--talk --settings" << refuse << 2 << "only one wish";
-        QTest::newRow("a wish, one dash") << "-talk" << refuse << 2 << "unknown option: -talk";
-        QTest::newRow("nothing to type") << "--type" << refuse << 2 << "without its value: --type";
-        QTest::newRow("help behind a wish") << "--talk --help" << print << 0 << "--type TEXT";
-        QTest::newRow("behind the end of options") << "-- --nothing" << run << 0 << "";
+        row("none", "", run, 0, "");
+        row("a file, as before", "notes.txt -", run, 0, "");
+        row("help", "--help", print, 0, "--version");
+        row("help, short", "-h", print, 0, "Usage: mevoinput");
+        row("version", "--version", print, 0, "mevoinput V1.07\n");
+        row("version, short", "-v", print, 0, "mevoinput V1.07\n");
+        row("the first wish counts", "--version --help", print, 0, "mevoinput V1.07\n");
+        row("unknown", "--helpp", refuse, 2, "unknown option: --helpp");
+        row("unknown, one dash", "-x", refuse, 2, "unknown option: -x");
+        row("unknown before a wish", "--nothing --help", refuse, 2, "--nothing");
+        row("Qt's, with value", "-platform offscreen --style fusion", run, 0, "");
+        row("Qt's, a value that looks like an option", "-title --help", run, 0, "");
+        row("Qt's, value missing", "-platform", refuse, 2, "without its value: -platform");
+        row("Qt's, in one word", "-style=fusion", run, 0, "");
+        row("of the session", "-session 10d1_1_0", run, 0, "");
+        row("two wishes for the one that runs", "--talk --settings", refuse, 2, "only one wish");
+        row("a wish, one dash", "-talk", refuse, 2, "unknown option: -talk");
+        row("nothing to type", "--type", refuse, 2, "without its value: --type");
+        row("help behind a wish", "--talk --help", print, 0, "--type TEXT");
+        row("behind the end of options", "-- --nothing", run, 0, "");
     }
 
     void argumentsAreRead()
     {
-        QFETCH(QString, line);
-        QFETCH(CommandLine::Wish, wish);
-        QFETCH(int, exitCode);
-        QFETCH(QString, said);
+        const auto [line, wish, exitCode, said] = rowOf<QString, CommandLine::Wish, int, QString>();
         const CommandLine read = mevo::readCommandLine(line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
         QCOMPARE(read.wish, wish);
         QCOMPARE(read.exitCode(), exitCode);
@@ -62,35 +55,32 @@ private Q_SLOTS:
 
     void whatIsAskedOfTheOneThatRuns_data()
     {
-        QTest::addColumn<QByteArrayList>("given");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("nothing") << QByteArrayList{"notes.txt"} << R"({"do":"show","mevoinput":1})";
-        QTest::newRow("talk") << QByteArrayList{"-style", "fusion", "--talk"}
-                              << R"({"do":"talk","mevoinput":1})";
-        QTest::newRow("settings") << QByteArrayList{"--settings"} << R"({"do":"settings","mevoinput":1})";
-        QTest::newRow("type") << QByteArrayList{"--type", "一\n\"二\""}
-                              << QStringLiteral(
-                                     "{\"do\":\"type\",\"mevoinput\":1,\"text\":\"一\\n\\\"二\\\"\"}");
-        QTest::newRow("a text that looks like an option")
-            << QByteArrayList{"--type", "--help"} << R"({"do":"type","mevoinput":1,"text":"--help"})";
+        const Rows<QByteArrayList, QString> row; // given, message
+        row("nothing", QByteArrayList{"notes.txt"}, R"({"do":"show","mevoinput":1})");
+        row("talk", QByteArrayList{"-style", "fusion", "--talk"}, R"({"do":"talk","mevoinput":1})");
+        row("settings", QByteArrayList{"--settings"}, R"({"do":"settings","mevoinput":1})");
+        row("type", QByteArrayList{"--type", "一\n\"二\""},
+            "{\"do\":\"type\",\"mevoinput\":1,\"text\":\"一\\n\\\"二\\\"\"}"_s);
+        row("a text that looks like an option", QByteArrayList{"--type", "--help"},
+            R"({"do":"type","mevoinput":1,"text":"--help"})");
     }
 
     void whatIsAskedOfTheOneThatRuns()
     {
-        QFETCH(QByteArrayList, given);
+        const auto [given, message] = rowOf<QByteArrayList, QString>();
         QStringList arguments;
         for (const QByteArray &argument : given) {
             arguments.append(QString::fromUtf8(argument));
         }
         const CommandLine read = mevo::readCommandLine(arguments);
         QCOMPARE(read.wish, CommandLine::Wish::Run);
-        QTEST(QString::fromUtf8(toMessage(read.call)), "message");
+        QCOMPARE(QString::fromUtf8(toMessage(read.call)), message);
     }
 
     void aTextMustFitIntoAMessage()
     {
         const auto read = [](int characters) {
-            return mevo::readCommandLine({QStringLiteral("--type"), QString(characters, QChar(u'字'))}).wish;
+            return mevo::readCommandLine({"--type"_s, QString(characters, QChar(u'字'))}).wish;
         };
         QCOMPARE(read(20000), CommandLine::Wish::Run);
         QCOMPARE(read(22000), CommandLine::Wish::Refuse); // of three bytes each
@@ -98,31 +88,27 @@ private Q_SLOTS:
 
     void whatTheSecondStartEndsWith_data()
     {
-        QTest::addColumn<mevo::SingleInstance::CallResult>("result");
-        QTest::addColumn<int>("code");
+        const Rows<mevo::SingleInstance::CallResult, int> row; // result, code
         const auto answered = [](const QByteArray &answer) {
             return mevo::SingleInstance::CallResult{true, answer, false, true};
         };
-        QTest::newRow("typed") << answered(R"({"mevoinput":1,"answer":"done"})") << 0;
-        QTest::newRow("kept") << answered(R"({"mevoinput":1,"answer":"kept"})") << 4;
-        QTest::newRow("refused") << answered(R"({"mevoinput":1,"answer":"refused"})") << 5;
-        QTest::newRow("another version") << answered(R"({"mevoinput":2,"answer":"done"})") << 5;
-        QTest::newRow("no answer") << answered({}) << 5;
-        QTest::newRow("garbage") << answered("\xff\xfe{") << 5;
-        QTest::newRow("nobody there") << mevo::SingleInstance::CallResult{} << 3;
-        QTest::newRow("stuck") << mevo::SingleInstance::CallResult{true, {}, false, false} << 5;
-        QTest::newRow("gone before it took the text")
-            << mevo::SingleInstance::CallResult{true, {}, true, false} << 3;
+        row("typed", answered(R"({"mevoinput":1,"answer":"done"})"), 0);
+        row("kept", answered(R"({"mevoinput":1,"answer":"kept"})"), 4);
+        row("refused", answered(R"({"mevoinput":1,"answer":"refused"})"), 5);
+        row("another version", answered(R"({"mevoinput":2,"answer":"done"})"), 5);
+        row("no answer", answered({}), 5);
+        row("garbage", answered("\xff\xfe{"), 5);
+        row("nobody there", mevo::SingleInstance::CallResult{}, 3);
+        row("stuck", mevo::SingleInstance::CallResult{true, {}, false, false}, 5);
+        row("gone before it took the text", mevo::SingleInstance::CallResult{true, {}, true, false}, 3);
     }
 
     void whatTheSecondStartEndsWith()
     {
-        QFETCH(mevo::SingleInstance::CallResult, result);
+        const auto [result, code] = rowOf<mevo::SingleInstance::CallResult, int>();
         FakePlatform fake;
         fake.singleInstance->reached = result;
-        QTEST(
-            mevo::typeByRunning(*fake.singleInstance, {mevo::InstanceCall::What::Type, QStringLiteral("a")}),
-            "code");
+        QCOMPARE(mevo::typeByRunning(*fake.singleInstance, {mevo::InstanceCall::What::Type, "a"_s}), code);
     }
 
     /// A start does not wait for a stuck one over and over.
@@ -132,7 +118,7 @@ private Q_SLOTS:
         fake.singleInstance->free = false;
         fake.singleInstance->reached = {true, QByteArray(), false, false};
         QCOMPARE(mevo::takeLockOrCall(*fake.singleInstance, *fake.time, {}), std::optional<int>(5));
-        QCOMPARE(fake.log.calls(QStringLiteral("call")).size(), 1);
+        QCOMPARE(fake.log.calls("call"_s).size(), 1);
     }
 
     void anInstanceThatComesOrGoesIsWaitedFor()
@@ -145,7 +131,7 @@ private Q_SLOTS:
                                         {mevo::InstanceCall::What::Talk, {}});
         };
         QCOMPARE(start(), std::optional<int>(5));
-        QVERIFY(fake.log.calls(QStringLiteral("call")).size() > 10);
+        QVERIFY(fake.log.calls("call"_s).size() > 10);
         fake.time->onSleep = [&fake] { fake.singleInstance->free = true; };
         QCOMPARE(start(), std::optional<int>());
         fake.singleInstance->free = false;
@@ -168,15 +154,13 @@ private Q_SLOTS:
                      std::optional<int>());
         }
         fake.log.clear();
-        QCOMPARE(
-            mevo::typeByRunning(*fake.singleInstance, {mevo::InstanceCall::What::Type, QStringLiteral("a")}),
-            5);
-        QCOMPARE(fake.log.calls(QStringLiteral("call")).size(), 1);
+        QCOMPARE(mevo::typeByRunning(*fake.singleInstance, {mevo::InstanceCall::What::Type, "a"_s}), 5);
+        QCOMPARE(fake.log.calls("call"_s).size(), 1);
     }
 
     void aRefusalIsOneLine()
     {
-        const QString text = mevo::readCommandLine({QStringLiteral("--a\nb\x1b[2J")}).text;
+        const QString text = mevo::readCommandLine({"--a\nb\x1b[2J"_s}).text;
         QCOMPARE(text.count(QLatin1Char('\n')), 1);
         QVERIFY(text.endsWith(QLatin1Char('\n')) && !text.contains(QChar(0x1b)));
     }

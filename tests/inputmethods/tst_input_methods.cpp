@@ -1,13 +1,12 @@
 #include "inputmethods/CustomMethod.h"
 #include "inputmethods/InstallerAddress.h"
 #include "inputmethods/MethodSetup.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
 using mevo::SetupStep;
 
-Q_DECLARE_METATYPE(mevo::SetupStep)
-Q_DECLARE_METATYPE(mevo::SetupFacts)
 
 /// What is decided about input methods, from a row, a path, flags and an address.
 class TestInputMethods : public QObject
@@ -17,49 +16,33 @@ class TestInputMethods : public QObject
 private Q_SLOTS:
     void builtInRows_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<bool>("third");
-        QTest::addColumn<QStringList>("texts"); ///< registry, value, path, window, class, file, name
-        QTest::addColumn<int>("key");
+        // index, third, texts (registry, value, path, window, class, file, name), key
+        const Rows<int, bool, QStringList, int> row;
         const QString xunFei = "HKEY_LOCAL_MACHINE\\SOFTWARE\\iFly Info Tek\\iFlyIME";
-        QTest::newRow("XunFei, older")
-            << 1 << false << QStringList{xunFei,
-                                         "Install_Dir_Ver2",
-                                         "/iFly Info Tek/iFlyIME/2.1.1708/iFlyVoice.exe",
-                                         "讯飞语音悬浮窗",
-                                         "UIIFlyVoiceFrame",
-                                         "iFlyVoice.exe",
-                                         "讯飞输入法"}
-            << 0x3f;
-        QTest::newRow("XunFei, third generation")
-            << 1 << true
-            << QStringList{xunFei,       "Install_Dir_Ver2", "/iFly Info Tek/iFlyIME/3.0.1725/iFlyVoice.exe",
-                           "语音悬浮窗", "BaseGui",          "iFlyVoice.exe",
-                           "讯飞输入法"}
-            << 0x3f;
+        row("XunFei, older", 1, false,
+            QStringList{xunFei, "Install_Dir_Ver2", "/iFly Info Tek/iFlyIME/2.1.1708/iFlyVoice.exe",
+                        "讯飞语音悬浮窗", "UIIFlyVoiceFrame", "iFlyVoice.exe", "讯飞输入法"},
+            0x3f);
+        row("XunFei, third generation", 1, true,
+            QStringList{xunFei, "Install_Dir_Ver2", "/iFly Info Tek/iFlyIME/3.0.1725/iFlyVoice.exe",
+                        "语音悬浮窗", "BaseGui", "iFlyVoice.exe", "讯飞输入法"},
+            0x3f);
         for (const bool third : {false, true}) {
-            QTest::addRow("Sogou, %d", int(third))
-                << 2 << third
-                << QStringList{"HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion"
-                               "\\Uninstall\\Sogou Input",
-                               "InstallLocation",
-                               "/SogouInput/Components/VoiceInput/1.0.0.170/VoiceInput.exe",
-                               "搜狗输入法语音输入 ",
-                               "CherryWindowClass",
-                               "VoiceInput.exe",
-                               "讯飞输入法"}
-                << 0x3b;
+            row(rowName("Sogou, %d", int(third)), 2, third,
+                QStringList{"HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion"
+                            "\\Uninstall\\Sogou Input",
+                            "InstallLocation", "/SogouInput/Components/VoiceInput/1.0.0.170/VoiceInput.exe",
+                            "搜狗输入法语音输入 ", "CherryWindowClass", "VoiceInput.exe", "讯飞输入法"},
+                0x3b);
         }
     }
     void builtInRows()
     {
-        QFETCH(int, index);
-        QFETCH(bool, third);
-        QFETCH(int, key);
+        const auto [index, third, texts, key] = rowOf<int, bool, QStringList, int>();
         const mevo::Asr3Row row = mevo::builtInAsr3Row(index, third);
-        QTEST((QStringList{row.ASR3RegInstallPath, row.ASR3RegSearchValue, row.ASR3ExeInstallPath,
-                           row.ASR3WindowName, row.ASR3WinClassName, row.ASR3ExeFileName, row.ASR3Name}),
-              "texts");
+        QCOMPARE((QStringList{row.ASR3RegInstallPath, row.ASR3RegSearchValue, row.ASR3ExeInstallPath,
+                              row.ASR3WindowName, row.ASR3WinClassName, row.ASR3ExeFileName, row.ASR3Name}),
+                 texts);
         QCOMPARE(row.ASR3ShortCutKey, key);
         QVERIFY(row.ASR3DownWeb.isEmpty());
     }
@@ -113,40 +96,38 @@ private Q_SLOTS:
 
     void customMethods_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QStringList>("description"); ///< key, modifiers, mode, window class
-        QTest::addColumn<QString>("expected");        ///< modifiers, usage, hold, class; empty for none
+        // path, description (key, modifiers, mode, window class), expected (modifiers, usage, hold, class;
+        // empty for none)
+        const Rows<QString, QStringList, QString> row;
         const QStringList none{"", "", "", ""};
-        QTest::newRow("Sogou's") << "C:\\x\\VoiceInput.exe" << none << "0 3b tap ";
-        QTest::newRow("XunFei's") << "/opt/iFlyVoice" << none << "0 3f tap ";
-        QTest::newRow("Baidu's") << "/opt/SpeechInput.exe" << none << "1 0 tap  baidu";
-        QTest::newRow("no path") << "" << QStringList{"F9", "", "", ""} << "";
-        QTest::newRow("a folder") << "/opt/" << QStringList{"F9", "", "", ""} << "";
-        QTest::newRow("another name") << "/opt/nerd-dictation" << none << "";
-        QTest::newRow("a name that only contains one") << "/opt/MySpeechInput" << none << "";
-        QTest::newRow("a known name keeps its rules")
-            << "/opt/VoiceInput" << QStringList{"F9", "Alt", "hold", "Own"} << "0 3b tap ";
-        QTest::newRow("described") << "/opt/talk" << QStringList{"F9", "", "", ""} << "0 42 hold ";
-        QTest::newRow("tapped, with a window")
-            << "/opt/talk" << QStringList{"f12", "ctrl + ALT", "Tap", " Talk "} << "5 45 tap Talk";
-        QTest::newRow("beyond F12") << "/opt/talk" << QStringList{"F13", "", "hold", ""} << "0 68 hold ";
-        QTest::newRow("F24") << "/opt/talk" << QStringList{"F24", "", "hold", ""} << "0 73 hold ";
-        QTest::newRow("F25") << "/opt/talk" << QStringList{"F25", "", "hold", ""} << "";
-        QTest::newRow("a usage") << "/opt/talk" << QStringList{"0x48", "Win,Shift", "tap", ""} << "a 48 tap ";
-        QTest::newRow("a key of the table")
-            << "/opt/talk" << QStringList{"pause", "", "tap", ""} << "0 48 tap ";
-        QTest::newRow("a media key") << "/opt/talk" << QStringList{"mute", "", "tap", ""} << "";
-        QTest::newRow("modifiers alone") << "/opt/talk" << QStringList{"", "Super", "", ""} << "8 0 hold ";
-        QTest::newRow("unknown modifier") << "/opt/talk" << QStringList{"F9", "Hyper", "", ""} << "";
-        QTest::newRow("unknown key") << "/opt/talk" << QStringList{"Any", "", "", ""} << "";
-        QTest::newRow("unknown mode") << "/opt/talk" << QStringList{"F9", "", "press", ""} << "";
-        QTest::newRow("no usage") << "/opt/talk" << QStringList{"0x0", "Ctrl", "", ""} << "";
-        QTest::newRow("a usage of no key") << "/opt/talk" << QStringList{"0x1e0", "", "", ""} << "";
+        row("Sogou's", "C:\\x\\VoiceInput.exe", none, "0 3b tap ");
+        row("XunFei's", "/opt/iFlyVoice", none, "0 3f tap ");
+        row("Baidu's", "/opt/SpeechInput.exe", none, "1 0 tap  baidu");
+        row("no path", "", QStringList{"F9", "", "", ""}, "");
+        row("a folder", "/opt/", QStringList{"F9", "", "", ""}, "");
+        row("another name", "/opt/nerd-dictation", none, "");
+        row("a name that only contains one", "/opt/MySpeechInput", none, "");
+        row("a known name keeps its rules", "/opt/VoiceInput", QStringList{"F9", "Alt", "hold", "Own"},
+            "0 3b tap ");
+        row("described", "/opt/talk", QStringList{"F9", "", "", ""}, "0 42 hold ");
+        row("tapped, with a window", "/opt/talk", QStringList{"f12", "ctrl + ALT", "Tap", " Talk "},
+            "5 45 tap Talk");
+        row("beyond F12", "/opt/talk", QStringList{"F13", "", "hold", ""}, "0 68 hold ");
+        row("F24", "/opt/talk", QStringList{"F24", "", "hold", ""}, "0 73 hold ");
+        row("F25", "/opt/talk", QStringList{"F25", "", "hold", ""}, "");
+        row("a usage", "/opt/talk", QStringList{"0x48", "Win,Shift", "tap", ""}, "a 48 tap ");
+        row("a key of the table", "/opt/talk", QStringList{"pause", "", "tap", ""}, "0 48 tap ");
+        row("a media key", "/opt/talk", QStringList{"mute", "", "tap", ""}, "");
+        row("modifiers alone", "/opt/talk", QStringList{"", "Super", "", ""}, "8 0 hold ");
+        row("unknown modifier", "/opt/talk", QStringList{"F9", "Hyper", "", ""}, "");
+        row("unknown key", "/opt/talk", QStringList{"Any", "", "", ""}, "");
+        row("unknown mode", "/opt/talk", QStringList{"F9", "", "press", ""}, "");
+        row("no usage", "/opt/talk", QStringList{"0x0", "Ctrl", "", ""}, "");
+        row("a usage of no key", "/opt/talk", QStringList{"0x1e0", "", "", ""}, "");
     }
     void customMethods()
     {
-        QFETCH(QString, path);
-        QFETCH(QStringList, description);
+        const auto [path, description, expected] = rowOf<QString, QStringList, QString>();
         mevo::KeyTable keys;
         for (int i = 0; i < 69; ++i) { // the keyboard's come first, media keys behind them
             keys.names.append(i == 40 ? QString("Pause") : QString("Key%1").arg(i));
@@ -164,90 +145,73 @@ private Q_SLOTS:
                        .arg(QString(method->hold ? "hold" : "tap"), method->windowClass,
                             QString(method->baidu ? " baidu" : ""));
         }
-        QTEST(text, "expected");
+        QCOMPARE(text, expected);
     }
 
     void steps_data()
     {
-        QTest::addColumn<mevo::SetupFacts>("facts");
-        QTest::addColumn<SetupStep>("step");
-        // index, consent asked, must click, found, forced, offline wanted, installer here, has address
+        // facts, step (index, consent asked, must click, found, forced, offline wanted, installer here, has
+        // address)
+        const Rows<mevo::SetupFacts, SetupStep> row;
         using F = mevo::SetupFacts;
-        QTest::newRow("never asked") << F{1, false, false, true, true, false, false, true}
-                                     << SetupStep::AskConsent;
-        QTest::newRow("refused before it could be asked")
-            << F{1, false, true, true, true, false, false, true} << SetupStep::Ready;
-        QTest::newRow("there") << F{2, true, false, true, false, false, false, false} << SetupStep::Ready;
-        QTest::newRow("there, on a click")
-            << F{2, true, true, true, false, false, false, false} << SetupStep::Ready;
-        QTest::newRow("not there, not forced")
-            << F{1, true, false, false, false, false, false, true} << SetupStep::FallBack;
-        QTest::newRow("not there, forced")
-            << F{1, true, false, false, true, false, false, true} << SetupStep::OfferDownload;
-        QTest::newRow("refused, forced")
-            << F{2, true, true, false, true, false, false, true} << SetupStep::OfferDownload;
-        QTest::newRow("nowhere to be had")
-            << F{2, true, false, false, true, false, false, false} << SetupStep::NothingToHave;
-        QTest::newRow("installer here")
-            << F{1, true, false, false, false, true, true, false} << SetupStep::RunInstaller;
-        QTest::newRow("installer here, online is enough")
-            << F{1, true, false, false, false, false, true, false} << SetupStep::FallBack;
-        QTest::newRow("installer here, refused")
-            << F{1, true, true, false, false, true, true, false} << SetupStep::FallBack;
-        QTest::newRow("installer of the other one")
-            << F{2, true, false, false, true, true, true, true} << SetupStep::OfferDownload;
-        QTest::newRow("installer not needed")
-            << F{1, true, false, true, false, true, true, false} << SetupStep::Ready;
-        QTest::newRow("custom, not there")
-            << F{3, true, false, false, true, false, false, true} << SetupStep::OfferDownload;
+        row("never asked", F{1, false, false, true, true, false, false, true}, SetupStep::AskConsent);
+        row("refused before it could be asked", F{1, false, true, true, true, false, false, true},
+            SetupStep::Ready);
+        row("there", F{2, true, false, true, false, false, false, false}, SetupStep::Ready);
+        row("there, on a click", F{2, true, true, true, false, false, false, false}, SetupStep::Ready);
+        row("not there, not forced", F{1, true, false, false, false, false, false, true},
+            SetupStep::FallBack);
+        row("not there, forced", F{1, true, false, false, true, false, false, true},
+            SetupStep::OfferDownload);
+        row("refused, forced", F{2, true, true, false, true, false, false, true}, SetupStep::OfferDownload);
+        row("nowhere to be had", F{2, true, false, false, true, false, false, false},
+            SetupStep::NothingToHave);
+        row("installer here", F{1, true, false, false, false, true, true, false}, SetupStep::RunInstaller);
+        row("installer here, online is enough", F{1, true, false, false, false, false, true, false},
+            SetupStep::FallBack);
+        row("installer here, refused", F{1, true, true, false, false, true, true, false},
+            SetupStep::FallBack);
+        row("installer of the other one", F{2, true, false, false, true, true, true, true},
+            SetupStep::OfferDownload);
+        row("installer not needed", F{1, true, false, true, false, true, true, false}, SetupStep::Ready);
+        row("custom, not there", F{3, true, false, false, true, false, false, true},
+            SetupStep::OfferDownload);
     }
     void steps()
     {
-        QFETCH(mevo::SetupFacts, facts);
-        QFETCH(SetupStep, step);
+        const auto [facts, step] = rowOf<mevo::SetupFacts, SetupStep>();
         QVERIFY(mevo::nextSetupStep(facts) == step);
     }
 
     void tables_data()
     {
-        QTest::addColumn<bool>("installed");
-        QTest::addColumn<bool>("forced");
-        QTest::addColumn<bool>("offline");
-        QTest::addColumn<QString>("table");
-        QTest::newRow("none") << false << false << false << "asr3setting";
-        QTest::newRow("installed") << true << false << false << "asr3setting_usexunfeiinputmore30";
-        QTest::newRow("forced") << false << true << false << "asr3setting_usexunfeiinputmore30";
-        QTest::newRow("offline") << false << false << true << "asr3setting_usexunfeiinputmore30";
+        const Rows<bool, bool, bool, QString> row; // installed, forced, offline, table
+        row("none", false, false, false, "asr3setting");
+        row("installed", true, false, false, "asr3setting_usexunfeiinputmore30");
+        row("forced", false, true, false, "asr3setting_usexunfeiinputmore30");
+        row("offline", false, false, true, "asr3setting_usexunfeiinputmore30");
     }
     void tables()
     {
-        QFETCH(bool, installed);
-        QFETCH(bool, forced);
-        QFETCH(bool, offline);
+        const auto [installed, forced, offline, table] = rowOf<bool, bool, bool, QString>();
         MainState state;
         state.XFVM3 = installed;
         state.ForceUseXFMore3V = forced;
         state.OnlyUseXunFeiOfflineASR = offline;
-        QTEST(mevo::asr3Table(mevo::wantsThirdGeneration(state)), "table");
+        QCOMPARE(mevo::asr3Table(mevo::wantsThirdGeneration(state)), table);
     }
 
     void rowInForce_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<bool>("third");
-        QTest::addColumn<bool>("online");
-        QTest::addColumn<bool>("hold");
-        QTest::addColumn<QString>("window");
-        QTest::newRow("XunFei") << 1 << false << true << true << "window";
-        QTest::newRow("third generation") << 1 << true << true << true << "window";
-        QTest::newRow("third generation, offline") << 1 << true << false << true << "语音悬浮窗";
-        QTest::newRow("Sogou, offline") << 2 << true << false << false << "window";
+        const Rows<int, bool, bool, bool, QString> row; // index, third, online, hold, window
+        row("XunFei", 1, false, true, true, "window");
+        row("third generation", 1, true, true, true, "window");
+        row("third generation, offline", 1, true, false, true, "语音悬浮窗");
+        row("Sogou, offline", 2, true, false, false, "window");
     }
     void rowInForce()
     {
-        QFETCH(int, index);
-        QFETCH(bool, third);
-        QFETCH(bool, online);
+        const auto [index, third, online, hold, window] = rowOf<int, bool, bool, bool, QString>();
         MainState state;
         state.XFVM3 = third;
         state.IsOnline = online;
@@ -257,41 +221,31 @@ private Q_SLOTS:
         row.ASR3WinClassName = "class";
         row.ASR3ShortCutKey = 7;
         mevo::applyAsr3Row(state, index, row);
-        QTEST(state.ASR3HoldToTalk, "hold");
-        QTEST(state.ASR3WindowName, "window");
+        QCOMPARE(state.ASR3HoldToTalk, hold);
+        QCOMPARE(state.ASR3WindowName, window);
         QCOMPARE(state.ASR3ShortCutKey, 7);
     }
 
     void xunFeiInstalled_data()
     {
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<int>("generation"); ///< negative where the row is of the other table
-        QTest::addColumn<bool>("there");
-        QTest::addColumn<bool>("online");
-        QTest::addColumn<bool>("third");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("window");
+        // folder, generation (negative where the row is of the other table), there, online, third, path,
+        // window
+        const Rows<QString, int, bool, bool, bool, QString, QString> add;
         const QString row = "行的窗口"; // the service's
         const QString offline = "语音悬浮窗";
-        QTest::newRow("second") << "/x" << 2 << true << true << false << "/x/iFlyVoice" << row;
-        QTest::newRow("third") << "/x" << 3 << true << true << true << "/x/iFlyVoice" << row;
-        QTest::newRow("third, offline") << "/x" << 3 << true << false << true << "/x/iFlyVoice" << offline;
-        QTest::newRow("second, offline") << "/x" << 2 << true << false << false << "/x/iFlyVoice" << row;
-        QTest::newRow("gone") << "/x" << 3 << false << true << false << "own" << row;
-        QTest::newRow("no folder told") << "" << 3 << false << true << true << "own" << row;
-        QTest::newRow("second, the row is of the third")
-            << "/x" << -2 << true << true << false << "/x/iFlyVoice"
-            << "讯飞语音悬浮窗";
-        QTest::newRow("third, the row is of the second")
-            << "/x" << -3 << true << true << true << "/x/iFlyVoice"
-            << "语音悬浮窗";
+        add("second", "/x", 2, true, true, false, "/x/iFlyVoice", row);
+        add("third", "/x", 3, true, true, true, "/x/iFlyVoice", row);
+        add("third, offline", "/x", 3, true, false, true, "/x/iFlyVoice", offline);
+        add("second, offline", "/x", 2, true, false, false, "/x/iFlyVoice", row);
+        add("gone", "/x", 3, false, true, false, "own", row);
+        add("no folder told", "", 3, false, true, true, "own", row);
+        add("second, the row is of the third", "/x", -2, true, true, false, "/x/iFlyVoice", "讯飞语音悬浮窗");
+        add("third, the row is of the second", "/x", -3, true, true, true, "/x/iFlyVoice", "语音悬浮窗");
     }
     void xunFeiInstalled()
     {
-        QFETCH(QString, folder);
-        QFETCH(int, generation);
-        QFETCH(bool, there);
-        QFETCH(bool, online);
+        auto [folder, generation, there, online, third, path, window] =
+            rowOf<QString, int, bool, bool, bool, QString, QString>();
         MainState state;
         state.XFVM3 = !there;
         state.LocalASR3XunFeiInstallPath = "own";
@@ -299,13 +253,12 @@ private Q_SLOTS:
         generation = qAbs(generation);
         mevo::Asr3Row row;
         row.ASR3WindowName = "行的窗口";
-        QFETCH(bool, third);
         row.thirdGeneration = third != otherRow;
         const QString program = there ? folder + "/iFlyVoice" : QString();
         mevo::applyXunFeiInstallation(state, {folder, generation}, program, online, &row);
-        QTEST(state.XFVM3, "third");
-        QTEST(state.LocalASR3XunFeiInstallPath, "path");
-        QTEST(state.ASR3WindowName, "window");
+        QCOMPARE(state.XFVM3, third);
+        QCOMPARE(state.LocalASR3XunFeiInstallPath, path);
+        QCOMPARE(state.ASR3WindowName, window);
         state.ASR3WindowName = "另一个窗口"; // of another method, or nobody knows a row
         state.LocalUseASR3Index = 2;
         mevo::applyXunFeiInstallation(state, {folder, generation}, program, online, &row);
@@ -317,41 +270,27 @@ private Q_SLOTS:
 
     void addresses_data()
     {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("plain") << "http://a.b/c/iFlyIME_Setup.exe"
-                               << "iFlyIME_Setup.exe";
-        QTest::newRow("query") << "https://a.b/c/x.run?file=/etc/y"
-                               << "x.run";
-        QTest::newRow("blanks and Chinese") << "http://a.b/%E8%AE%AF%E9%A3%9E%20voice.deb"
-                                            << "讯飞 voice.deb";
-        QTest::newRow("no name") << "http://a.b/c/"
-                                 << "";
-        QTest::newRow("no path") << "http://a.b"
-                                 << "";
-        QTest::newRow("up") << "http://a.b/c/%2E%2E"
-                            << "";
-        QTest::newRow("a folder in the name") << "http://a.b/c/..%2F..%2Fbin%2Fsh"
-                                              << "sh";
-        QTest::newRow("a Windows folder in the name") << "http://a.b/c/..%5Cx.exe"
-                                                      << "x.exe";
-        QTest::newRow("hidden") << "http://a.b/.bashrc"
-                                << "";
-        QTest::newRow("a line end in the name") << "http://a.b/x%0Ay"
-                                                << "";
-        QTest::newRow("too long") << "http://a.b/" + QString(300, 'x') << "";
-        QTest::newRow("a file") << "file:///etc/passwd"
-                                << "";
-        QTest::newRow("no address") << "setup.exe"
-                                    << "";
-        QTest::newRow("empty") << ""
-                               << "";
+        const Rows<QString, QString> row; // address, name
+        row("plain", "http://a.b/c/iFlyIME_Setup.exe", "iFlyIME_Setup.exe");
+        row("query", "https://a.b/c/x.run?file=/etc/y", "x.run");
+        row("blanks and Chinese", "http://a.b/%E8%AE%AF%E9%A3%9E%20voice.deb", "讯飞 voice.deb");
+        row("no name", "http://a.b/c/", "");
+        row("no path", "http://a.b", "");
+        row("up", "http://a.b/c/%2E%2E", "");
+        row("a folder in the name", "http://a.b/c/..%2F..%2Fbin%2Fsh", "sh");
+        row("a Windows folder in the name", "http://a.b/c/..%5Cx.exe", "x.exe");
+        row("hidden", "http://a.b/.bashrc", "");
+        row("a line end in the name", "http://a.b/x%0Ay", "");
+        row("too long", "http://a.b/" + QString(300, 'x'), "");
+        row("a file", "file:///etc/passwd", "");
+        row("no address", "setup.exe", "");
+        row("empty", "", "");
     }
     void addresses()
     {
-        QFETCH(QString, address);
+        const auto [address, name] = rowOf<QString, QString>();
         const QUrl url = mevo::installerUrl(address);
-        QTEST(mevo::installerFileName(url), "name");
+        QCOMPARE(mevo::installerFileName(url), name);
         QCOMPARE(url.isEmpty(), mevo::installerFileName(url).isEmpty());
     }
 };

@@ -1,5 +1,6 @@
 #include "base/SettingsFile.h"
 #include "inputmethods/ThirdPartyVoiceInput.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
 
@@ -84,22 +85,18 @@ class TestInstaller : public QObject
 private Q_SLOTS:
     void fetchesAndOpens_data()
     {
-        QTest::addColumn<bool>("tls");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("executable");
-        QTest::newRow("a script") << false << QByteArray("#!/bin/sh\nexit\n") << true;
-        QTest::newRow("a program") << false
-                                   << QByteArray("\x7f"
-                                                 "ELF and so on")
-                                   << true;
-        QTest::newRow("a package") << false << QByteArray("!<arch>\n") << false;
-        QTest::newRow("a certificate that nobody trusts") << true << QByteArray("!<arch>\n") << false;
+        const Rows<bool, QByteArray, bool> row; // tls, content, executable
+        row("a script", false, QByteArray("#!/bin/sh\nexit\n"), true);
+        row("a program", false,
+            QByteArray("\x7f"
+                       "ELF and so on"),
+            true);
+        row("a package", false, QByteArray("!<arch>\n"), false);
+        row("a certificate that nobody trusts", true, QByteArray("!<arch>\n"), false);
     }
     void fetchesAndOpens()
     {
-        QFETCH(bool, tls);
-        QFETCH(QByteArray, content);
-        QFETCH(bool, executable);
+        const auto [tls, content, executable] = rowOf<bool, QByteArray, bool>();
         Fixture f(tls ? ScriptedHttp::Security::Tls : ScriptedHttp::Security::Plain);
         f.server.enqueue(ScriptedAnswer::body(content));
         f.run("/dir/setup.run?x=1");
@@ -124,25 +121,23 @@ private Q_SLOTS:
 
     void faults_data()
     {
-        QTest::addColumn<QByteArray>("kind");
-        QTest::addColumn<QString>("told"); ///< begin of what the user is told
+        const Rows<QByteArray, QString> row; // kind, told (begin of what the user is told)
         const QString failed = "tell Download failed: ";
-        QTest::newRow("not there") << QByteArray("404") << failed;
-        QTest::newRow("server error") << QByteArray("500") << failed;
-        QTest::newRow("no content") << QByteArray("empty") << failed;
-        QTest::newRow("cut off") << QByteArray("cut") << failed;
-        QTest::newRow("no HTTP") << QByteArray("garbage") << failed;
-        QTest::newRow("nobody listens") << QByteArray("dead") << failed;
-        QTest::newRow("announced too large") << QByteArray("large") << "tell Impossible to save the file ";
-        QTest::newRow("too large unannounced") << QByteArray("flood") << "tell Impossible to save the file ";
-        QTest::newRow("for ever somewhere else") << QByteArray("loop") << failed;
-        QTest::newRow("to a file") << QByteArray("file:///etc/passwd") << failed;
-        QTest::newRow("to nowhere") << QByteArray("http:") << failed;
+        row("not there", QByteArray("404"), failed);
+        row("server error", QByteArray("500"), failed);
+        row("no content", QByteArray("empty"), failed);
+        row("cut off", QByteArray("cut"), failed);
+        row("no HTTP", QByteArray("garbage"), failed);
+        row("nobody listens", QByteArray("dead"), failed);
+        row("announced too large", QByteArray("large"), "tell Impossible to save the file ");
+        row("too large unannounced", QByteArray("flood"), "tell Impossible to save the file ");
+        row("for ever somewhere else", QByteArray("loop"), failed);
+        row("to a file", QByteArray("file:///etc/passwd"), failed);
+        row("to nowhere", QByteArray("http:"), failed);
     }
     void faults()
     {
-        QFETCH(QByteArray, kind);
-        QFETCH(QString, told);
+        const auto [kind, told] = rowOf<QByteArray, QString>();
         const QScopedValueRollback<qint64> bound(ThirdPartyVoiceInput::largestInstaller, 100000);
         Fixture f;
         f.write("setup.run", "of an earlier download");
@@ -176,44 +171,34 @@ private Q_SLOTS:
 
     void redirects_data()
     {
-        QTest::addColumn<QByteArray>("target");
-        QTest::addColumn<QByteArray>("asked");
-        QTest::newRow("relative") << QByteArray("other/x.bin") << QByteArray("/dir/other/x.bin");
-        QTest::newRow("absolute") << QByteArray("/y") << QByteArray("/y");
+        const Rows<QByteArray, QByteArray> row; // target, asked
+        row("relative", QByteArray("other/x.bin"), QByteArray("/dir/other/x.bin"));
+        row("absolute", QByteArray("/y"), QByteArray("/y"));
     }
     /// The name stays that of the row, and nothing of the first answer is left.
     void redirects()
     {
-        QFETCH(QByteArray, target);
+        const auto [target, asked] = rowOf<QByteArray, QByteArray>();
         Fixture f;
         f.server.enqueue(redirect(target));
         f.server.enqueue(ScriptedAnswer::body("ok"));
         f.run("/dir/setup.deb");
         QCOMPARE(f.files(), QStringList{"setup.deb=ok"});
-        QTEST(f.server.requests.last().target, "asked");
+        QCOMPARE(f.server.requests.last().target, asked);
     }
 
     void whatStandsThere_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("known"); ///< begun before
-        QTest::addColumn<bool>("fetched");
-        QTest::newRow("an earlier installer") << "setup.run"
-                                              << "setup.run" << true;
-        QTest::newRow("a rest of one") << "setup.run.part"
-                                       << "setup.run" << true;
-        QTest::newRow("somebody's file") << "setup.run"
-                                         << "" << false;
-        QTest::newRow("somebody's file, another installer") << "setup.run"
-                                                            << "other.run" << false;
-        QTest::newRow("somebody's part") << "setup.run.part"
-                                         << "" << false;
+        const Rows<QString, QString, bool> row; // name, known (begun before), fetched
+        row("an earlier installer", "setup.run", "setup.run", true);
+        row("a rest of one", "setup.run.part", "setup.run", true);
+        row("somebody's file", "setup.run", "", false);
+        row("somebody's file, another installer", "setup.run", "other.run", false);
+        row("somebody's part", "setup.run.part", "", false);
     }
     void whatStandsThere()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, known);
-        QFETCH(bool, fetched);
+        const auto [name, known, fetched] = rowOf<QString, QString, bool>();
         Fixture f;
         f.write(name, "before");
         mevo::SettingsFile().setValue("InstallerFile", known);

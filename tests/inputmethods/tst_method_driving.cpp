@@ -1,4 +1,5 @@
 #include "inputmethods/MethodDriving.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -30,10 +31,9 @@ class TestMethodDriving : public QObject
 private slots:
     void xunFeiWindowIsBroughtUp_data()
     {
-        QTest::addColumn<QString>("facts"); // F found, 3 third generation, X XP-class
-        QTest::addColumn<int>("expected");
-        const auto row = [](const char *facts, WindowStart expected) {
-            QTest::newRow(facts) << QString::fromLatin1(facts) << int(expected);
+        const Rows<QString, int> add; // facts (F found, 3 third generation, X XP-class), expected
+        const auto row = [&](const char *facts, WindowStart expected) {
+            add(facts, QString::fromLatin1(facts), int(expected));
         };
         row("", WindowStart::Nothing); // the older one comes up by itself
         row("F", WindowStart::Nothing);
@@ -47,21 +47,18 @@ private slots:
 
     void xunFeiWindowIsBroughtUp()
     {
-        QFETCH(QString, facts);
-        QFETCH(int, expected);
+        const auto [facts, expected] = rowOf<QString, int>();
         const Letters is(facts);
         QCOMPARE(int(mevo::startOfXunFeiWindow({is('F'), is('3'), is('X')})), expected);
     }
 
     void windowsAreLeft_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("facts"); // W there, S started by us, 3 third generation
-        QTest::addColumn<int>("atChoice");
-        QTest::addColumn<int>("withoutKeys");
-        const auto row = [](const char *name, int index, const char *facts, WindowLeave atChoice,
-                            WindowLeave withoutKeys) {
-            QTest::newRow(name) << index << QString::fromLatin1(facts) << int(atChoice) << int(withoutKeys);
+        // index, facts (W there, S started by us, 3 third generation), atChoice, withoutKeys
+        const Rows<int, QString, int, int> add;
+        const auto row = [&](const char *name, int index, const char *facts, WindowLeave atChoice,
+                             WindowLeave withoutKeys) {
+            add(name, index, QString::fromLatin1(facts), int(atChoice), int(withoutKeys));
         };
         row("XunFei", 1, "WS", WindowLeave::Close, WindowLeave::Close);
         row("XunFei, the user's own", 1, "W", WindowLeave::Nothing, WindowLeave::Nothing);
@@ -76,10 +73,7 @@ private slots:
 
     void windowsAreLeft()
     {
-        QFETCH(int, index);
-        QFETCH(QString, facts);
-        QFETCH(int, atChoice);
-        QFETCH(int, withoutKeys);
+        const auto [index, facts, atChoice, withoutKeys] = rowOf<int, QString, int, int>();
         const Letters is(facts);
         QCOMPARE(int(mevo::leaveAtChoice(index, is('W'), is('S'), is('3'))), atChoice);
         QCOMPARE(int(mevo::leaveWithoutKeys(is('W'), is('S'), is('3'))), withoutKeys);
@@ -87,12 +81,11 @@ private slots:
 
     void microphoneIsClicked_data()
     {
-        QTest::addColumn<int>("index");
-        // A set up, P path known, W window there, S started by us, R runs, 3 third generation
-        QTest::addColumn<QString>("facts");
-        QTest::addColumn<int>("expected");
-        const auto row = [](const char *name, int index, const char *facts, MicClick expected) {
-            QTest::newRow(name) << index << QString::fromLatin1(facts) << int(expected);
+        // index (A set up, P path known, W window there, S started by us, R runs, 3 third generation),
+        // facts, expected
+        const Rows<int, QString, int> add;
+        const auto row = [&](const char *name, int index, const char *facts, MicClick expected) {
+            add(name, index, QString::fromLatin1(facts), int(expected));
         };
         row("XunFei is started", 1, "AP", MicClick::StartXunFei);
         row("not before it is set up", 1, "P", MicClick::Nothing);
@@ -112,9 +105,7 @@ private slots:
 
     void microphoneIsClicked()
     {
-        QFETCH(int, index);
-        QFETCH(QString, facts);
-        QFETCH(int, expected);
+        const auto [index, facts, expected] = rowOf<int, QString, int>();
         const Letters is(facts);
         QCOMPARE(int(mevo::clickOnMicrophone({index, is('A'), is('P'), is('W'), is('S'), is('R'), is('3')})),
                  expected);

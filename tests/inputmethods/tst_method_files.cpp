@@ -2,12 +2,12 @@
 #include "inputmethods/MethodSearch.h"
 #include "inputmethods/SpeechInputIni.h"
 #include "inputmethods/XunFeiIme.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
 using mevo::XunFeiConfigured;
 
-Q_DECLARE_METATYPE(mevo::XunFeiConfigured)
 
 namespace {
 
@@ -70,10 +70,10 @@ private Q_SLOTS:
 
     void installedVersion_data()
     {
-        QTest::addColumn<QByteArray>("xml");
-        QTest::addColumn<QString>("expected"); ///< folder and generation; empty when it cannot be read
-        const auto row = [](const char *name, const char *xml, const char *expected) {
-            QTest::newRow(name) << QByteArray(xml) << QString(expected);
+        // xml, expected (folder and generation; empty when it cannot be read)
+        const Rows<QByteArray, QString> add;
+        const auto row = [&](const char *name, const char *xml, const char *expected) {
+            add(name, QByteArray(xml), QString(expected));
         };
         row("third", "<c><installPath_ver2>C:\\x y</installPath_ver2><ver>3.0.1727</ver></c>", "C:\\x y 3");
         row("version first", "<c><ver> 2.1 </ver><installPath_ver2>/o</installPath_ver2></c>", "/o 2");
@@ -93,62 +93,53 @@ private Q_SLOTS:
     }
     void installedVersion()
     {
-        QFETCH(QByteArray, xml);
+        const auto [xml, expected] = rowOf<QByteArray, QString>();
         const auto found = mevo::parseIflyImeCfg(xml);
-        QTEST(found ? found->folder + ' ' + QString::number(found->generation) : QString(), "expected");
+        QCOMPARE(found ? found->folder + ' ' + QString::number(found->generation) : QString(), expected);
     }
 
     void offlineMode_data()
     {
-        QTest::addColumn<QByteArray>("xml");
-        QTest::addColumn<int>("mode"); ///< -1 when it is not told
-        QTest::newRow("offline") << QByteArray(
-                                        "<c><a><offline_recognizer_mode>2</offline_recognizer_mode></a></c>")
-                                 << 1;
-        QTest::newRow("online") << QByteArray("<c><offline_recognizer_mode>1</offline_recognizer_mode></c>")
-                                << 0;
-        QTest::newRow("not there") << QByteArray("<c/>") << -1;
-        QTest::newRow("broken") << QByteArray("<c><offline_recognizer_mode>2") << -1;
+        const Rows<QByteArray, int> row; // xml, expected (-1 when it is not told)
+        row("offline", QByteArray("<c><a><offline_recognizer_mode>2</offline_recognizer_mode></a></c>"), 1);
+        row("online", QByteArray("<c><offline_recognizer_mode>1</offline_recognizer_mode></c>"), 0);
+        row("not there", QByteArray("<c/>"), -1);
+        row("broken", QByteArray("<c><offline_recognizer_mode>2"), -1);
     }
     void offlineMode()
     {
-        QFETCH(QByteArray, xml);
+        const auto [xml, expected] = rowOf<QByteArray, int>();
         const auto mode = mevo::xunFeiOfflineMode(xml);
-        QTEST(mode ? int(*mode) : -1, "mode");
+        QCOMPARE(mode ? int(*mode) : -1, expected);
     }
 
     void keyTexts_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("usage");
-        QTest::newRow("F1") << "enable=1;keyStr=F1" << 0x3a;
-        QTest::newRow("F2") << "enable=1;keyStr=F2" << 0x3b;
-        QTest::newRow("F6") << "enable=1;keyStr=F6" << 0x3f;
-        QTest::newRow("F9") << "enable=1;keyStr=F9" << 0x42;
-        QTest::newRow("F10") << "enable=1;keyStr=F10" << 0x43;
-        QTest::newRow("F11") << "enable=1;keyStr=F11;" << 0x44;
-        QTest::newRow("F12") << "enable=1;keyStr=F12;more=F1" << 0x45;
-        QTest::newRow("with a modifier") << "enable=1;keyStr=Ctrl+F7" << 0x40;
-        QTest::newRow("with two") << "enable=1;keyStr=Ctrl+Alt+F10" << 0x43;
-        QTest::newRow("a letter") << "enable=1;keyStr=Ctrl+A" << 0;
-        QTest::newRow("none") << "enable=1;keyStr=" << 0;
-        QTest::newRow("another part") << "enable=F6" << 0;
+        const Rows<QString, int> row; // text, usage
+        row("F1", "enable=1;keyStr=F1", 0x3a);
+        row("F2", "enable=1;keyStr=F2", 0x3b);
+        row("F6", "enable=1;keyStr=F6", 0x3f);
+        row("F9", "enable=1;keyStr=F9", 0x42);
+        row("F10", "enable=1;keyStr=F10", 0x43);
+        row("F11", "enable=1;keyStr=F11;", 0x44);
+        row("F12", "enable=1;keyStr=F12;more=F1", 0x45);
+        row("with a modifier", "enable=1;keyStr=Ctrl+F7", 0x40);
+        row("with two", "enable=1;keyStr=Ctrl+Alt+F10", 0x43);
+        row("a letter", "enable=1;keyStr=Ctrl+A", 0);
+        row("none", "enable=1;keyStr=", 0);
+        row("another part", "enable=F6", 0);
     }
     void keyTexts()
     {
-        QFETCH(QString, text);
-        QTEST(mevo::usageOfKeyText(text), "usage");
+        const auto [text, usage] = rowOf<QString, int>();
+        QCOMPARE(mevo::usageOfKeyText(text), usage);
     }
 
     void hotKey_data()
     {
-        QTest::addColumn<QByteArray>("before"); ///< null for no file
-        QTest::addColumn<int>("permissions");
-        QTest::addColumn<bool>("mayChange");
-        QTest::addColumn<XunFeiConfigured>("result");
-        QTest::addColumn<int>("usage");
-        QTest::addColumn<QByteArray>("after"); ///< null when it stays
-        QTest::addColumn<bool>("writable");
+        // before (null for no file), permissions, mayChange, result, usage, after (null when it stays),
+        // writable
+        const Rows<QByteArray, int, bool, XunFeiConfigured, int, QByteArray, bool> row;
         const QByteArray off = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<config>\n <name>讯飞</name>"
                                "<keys><start_end>enable=0;keyStr=F3</start_end></keys>\n</config>\n";
         const QByteArray set = "<?xml version='1.0' encoding='UTF-8'?>\n<config>\n    <name>讯飞</name>\n"
@@ -158,42 +149,32 @@ private Q_SLOTS:
         const QByteArray empty = "<c><start_end/></c>";
         const int rw = int(readWrite);
         const int ro = int(readOnly);
-        QTest::newRow("switched off")
-            << off << rw << true << XunFeiConfigured::Changed << 0x3f << set << false;
-        QTest::newRow("read-only") << off << ro << true << XunFeiConfigured::Changed << 0x3f << set << false;
-        QTest::newRow("made read-only by us")
-            << off << int(QFile::ReadOwner) << true << XunFeiConfigured::Changed << 0x3f << set << false;
-        QTest::newRow("empty") << empty << rw << true << XunFeiConfigured::Changed << 0x3f
-                               << QByteArray("<c>\n    <start_end>enable=1;keyStr=F6</start_end>\n</c>\n")
-                               << false;
-        QTest::newRow("a key of its own")
-            << f10 << rw << true << XunFeiConfigured::AsItStands << 0x43 << QByteArray() << true;
-        QTest::newRow("a key of its own, read-only")
-            << f10 << ro << true << XunFeiConfigured::AsItStands << 0x43 << QByteArray() << false;
-        QTest::newRow("not permitted")
-            << off << rw << false << XunFeiConfigured::AsItStands << 0 << QByteArray() << true;
-        QTest::newRow("not permitted, read-only")
-            << f10 << ro << false << XunFeiConfigured::AsItStands << 0x43 << QByteArray() << false;
-        QTest::newRow("no such element") << QByteArray("<c><start>1</start></c>") << rw << true
-                                         << XunFeiConfigured::Impossible << 0 << QByteArray() << true;
-        QTest::newRow("cut off") << off.chopped(12) << rw << true << XunFeiConfigured::Impossible << 0
-                                 << QByteArray() << true;
-        QTest::newRow("cut off, read-only")
-            << off.chopped(12) << ro << true << XunFeiConfigured::Impossible << 0 << QByteArray() << false;
-        QTest::newRow("binary") << QByteArray("\x00\xff\x01<", 4) << rw << true
-                                << XunFeiConfigured::Impossible << 0 << QByteArray() << true;
-        QTest::newRow("no content") << QByteArray("") << rw << true << XunFeiConfigured::Impossible << 0
-                                    << QByteArray() << true;
-        QTest::newRow("no file") << QByteArray() << rw << true << XunFeiConfigured::Impossible << 0
-                                 << QByteArray() << false;
+        row("switched off", off, rw, true, XunFeiConfigured::Changed, 0x3f, set, false);
+        row("read-only", off, ro, true, XunFeiConfigured::Changed, 0x3f, set, false);
+        row("made read-only by us", off, int(QFile::ReadOwner), true, XunFeiConfigured::Changed, 0x3f, set,
+            false);
+        row("empty", empty, rw, true, XunFeiConfigured::Changed, 0x3f,
+            QByteArray("<c>\n    <start_end>enable=1;keyStr=F6</start_end>\n</c>\n"), false);
+        row("a key of its own", f10, rw, true, XunFeiConfigured::AsItStands, 0x43, QByteArray(), true);
+        row("a key of its own, read-only", f10, ro, true, XunFeiConfigured::AsItStands, 0x43, QByteArray(),
+            false);
+        row("not permitted", off, rw, false, XunFeiConfigured::AsItStands, 0, QByteArray(), true);
+        row("not permitted, read-only", f10, ro, false, XunFeiConfigured::AsItStands, 0x43, QByteArray(),
+            false);
+        row("no such element", QByteArray("<c><start>1</start></c>"), rw, true, XunFeiConfigured::Impossible,
+            0, QByteArray(), true);
+        row("cut off", off.chopped(12), rw, true, XunFeiConfigured::Impossible, 0, QByteArray(), true);
+        row("cut off, read-only", off.chopped(12), ro, true, XunFeiConfigured::Impossible, 0, QByteArray(),
+            false);
+        row("binary", QByteArray("\x00\xff\x01<", 4), rw, true, XunFeiConfigured::Impossible, 0, QByteArray(),
+            true);
+        row("no content", QByteArray(""), rw, true, XunFeiConfigured::Impossible, 0, QByteArray(), true);
+        row("no file", QByteArray(), rw, true, XunFeiConfigured::Impossible, 0, QByteArray(), false);
     }
     void hotKey()
     {
-        QFETCH(QByteArray, before);
-        QFETCH(int, permissions);
-        QFETCH(bool, mayChange);
-        QFETCH(XunFeiConfigured, result);
-        QFETCH(QByteArray, after);
+        const auto [before, permissions, mayChange, result, usage, after, writable] =
+            rowOf<QByteArray, int, bool, XunFeiConfigured, int, QByteArray, bool>();
         const QTemporaryDir folder;
         const QString path = folder.filePath("config.xml");
         if (!before.isNull()) {
@@ -201,9 +182,9 @@ private Q_SLOTS:
         }
         const mevo::XunFeiConfiguration configured = mevo::configureXunFeiFile(path, mayChange);
         QVERIFY(configured.result == result);
-        QTEST(configured.usage, "usage");
+        QCOMPARE(configured.usage, usage);
         QCOMPARE(read(path), after.isNull() ? before : after);
-        QTEST(isWritable(path), "writable");
+        QCOMPARE(isWritable(path), writable);
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), before.isNull() ? 0 : 1);
         if (result == XunFeiConfigured::Changed) {
             QVERIFY(mevo::configureXunFeiFile(path, true).result == XunFeiConfigured::AsItStands);
@@ -212,19 +193,15 @@ private Q_SLOTS:
 
     void otherConfiguration_data()
     {
-        QTest::addColumn<QByteArray>("source"); ///< null for none
-        QTest::addColumn<bool>("there");
-        QTest::addColumn<bool>("done");
-        QTest::newRow("exchanged") << QByteArray("<c>new</c>") << true << true;
-        QTest::newRow("none yet") << QByteArray("<c>new</c>") << false << true;
-        QTest::newRow("nothing prepared") << QByteArray() << true << false;
-        QTest::newRow("broken") << QByteArray("<c>") << true << false;
+        const Rows<QByteArray, bool, bool> row; // source (null for none), there, done
+        row("exchanged", QByteArray("<c>new</c>"), true, true);
+        row("none yet", QByteArray("<c>new</c>"), false, true);
+        row("nothing prepared", QByteArray(), true, false);
+        row("broken", QByteArray("<c>"), true, false);
     }
     void otherConfiguration()
     {
-        QFETCH(QByteArray, source);
-        QFETCH(bool, there);
-        QFETCH(bool, done);
+        const auto [source, there, done] = rowOf<QByteArray, bool, bool>();
         const QTemporaryDir folder;
         const QString path = folder.filePath("config.xml");
         if (there) {
@@ -243,24 +220,20 @@ private Q_SLOTS:
 
     void baidu_data()
     {
-        QTest::addColumn<QByteArray>("before"); ///< null for no file
-        QTest::addColumn<bool>("done");
-        QTest::addColumn<QByteArray>("after"); ///< null when it stays
+        // before (null for no file), done, after (null when it stays)
+        const Rows<QByteArray, bool, QByteArray> row;
         const QByteArray whole = "[Setting]\nHotKey=17\nLastPage=0\nLaunchTime=1\n";
-        QTest::newRow("no file") << QByteArray() << true << whole;
-        QTest::newRow("as it should be") << whole << true << QByteArray();
-        QTest::newRow("another key, others' lines")
-            << QByteArray("; mine\r\n[Other]\r\nHotKey=3\r\n[Setting]\r\nSkin=\xc4\xe3\r\nHotKey=18\r\n")
-            << true
-            << QByteArray("; mine\r\n[Other]\r\nHotKey=3\r\n[Setting]\r\nSkin=\xc4\xe3\r\nHotKey=17\r\n"
-                          "LastPage=0\r\nLaunchTime=1\r\n");
-        QTest::newRow("UTF-16") << QByteArray("\xff\xfe[\0S\0", 6) << false << QByteArray();
+        row("no file", QByteArray(), true, whole);
+        row("as it should be", whole, true, QByteArray());
+        row("another key, others' lines",
+            QByteArray("; mine\r\n[Other]\r\nHotKey=3\r\n[Setting]\r\nSkin=\xc4\xe3\r\nHotKey=18\r\n"), true,
+            QByteArray("; mine\r\n[Other]\r\nHotKey=3\r\n[Setting]\r\nSkin=\xc4\xe3\r\nHotKey=17\r\n"
+                       "LastPage=0\r\nLaunchTime=1\r\n"));
+        row("UTF-16", QByteArray("\xff\xfe[\0S\0", 6), false, QByteArray());
     }
     void baidu()
     {
-        QFETCH(QByteArray, before);
-        QFETCH(bool, done);
-        QFETCH(QByteArray, after);
+        const auto [before, done, after] = rowOf<QByteArray, bool, QByteArray>();
         const QTemporaryDir folder;
         const QString path = folder.filePath("Baidu/BaiduPinyin/SpeechInput.ini");
         if (!before.isNull()) {
@@ -272,54 +245,28 @@ private Q_SLOTS:
 
     void search_data()
     {
-        QTest::addColumn<QStringList>("files");
-        QTest::addColumn<QString>("registry");
-        QTest::addColumn<QString>("own");
-        QTest::addColumn<QString>("found"); ///< below the folder of the test
+        // files, registry, own, found (below the folder of the test)
+        const Rows<QStringList, QString, QString, QString> row;
         const QString path = "opt/iFly Info Tek/iFlyIME/2.1.1708/iFlyVoice.exe";
-        QTest::newRow("nowhere") << QStringList{"bin/other"} << ""
-                                 << ""
-                                 << "";
-        QTest::newRow("registry first")
-            << QStringList{"reg/iFlyVoice.exe", "own/iFlyVoice.exe", path, "bin/iFlyVoice"} << "reg"
-            << "own/iFlyVoice.exe"
-            << "reg/iFlyVoice.exe";
-        QTest::newRow("below the registry's folder")
-            << QStringList{"reg/iFlyIME/2.1.1708/iFlyVoice.exe"} << "reg"
-            << ""
-            << "reg/iFlyIME/2.1.1708/iFlyVoice.exe";
-        QTest::newRow("then the own path") << QStringList{"own/voice", path} << "reg"
-                                           << "own/voice"
-                                           << "own/voice";
-        QTest::newRow("the own folder") << QStringList{"own/iFlyVoice"} << ""
-                                        << "own"
-                                        << "own/iFlyVoice";
-        QTest::newRow("the own path is gone") << QStringList{path, "bin/iFlyVoice"} << ""
-                                              << "own/iFlyVoice.exe" << path;
-        QTest::newRow("without the suffix") << QStringList{path.chopped(4)} << ""
-                                            << "" << path.chopped(4);
-        QTest::newRow("a command") << QStringList{"bin/iFlyVoice"} << ""
-                                   << ""
-                                   << "bin/iFlyVoice";
-        QTest::newRow("a desktop entry") << QStringList{"apps/x.desktop", "else/where/iFlyVoice"} << ""
-                                         << ""
-                                         << "else/where/iFlyVoice";
-        QTest::newRow("a desktop entry of what is gone") << QStringList{"apps/x.desktop"} << ""
-                                                         << ""
-                                                         << "";
-        QTest::newRow("no program") << QStringList{"bin/iFlyVoice.txt", "-bin/iFlyVoice"} << ""
-                                    << ""
-                                    << "";
-        QTest::newRow("a folder of that name") << QStringList{"bin/iFlyVoice/x"} << ""
-                                               << ""
-                                               << "";
+        row("nowhere", QStringList{"bin/other"}, "", "", "");
+        row("registry first", QStringList{"reg/iFlyVoice.exe", "own/iFlyVoice.exe", path, "bin/iFlyVoice"},
+            "reg", "own/iFlyVoice.exe", "reg/iFlyVoice.exe");
+        row("below the registry's folder", QStringList{"reg/iFlyIME/2.1.1708/iFlyVoice.exe"}, "reg", "",
+            "reg/iFlyIME/2.1.1708/iFlyVoice.exe");
+        row("then the own path", QStringList{"own/voice", path}, "reg", "own/voice", "own/voice");
+        row("the own folder", QStringList{"own/iFlyVoice"}, "", "own", "own/iFlyVoice");
+        row("the own path is gone", QStringList{path, "bin/iFlyVoice"}, "", "own/iFlyVoice.exe", path);
+        row("without the suffix", QStringList{path.chopped(4)}, "", "", path.chopped(4));
+        row("a command", QStringList{"bin/iFlyVoice"}, "", "", "bin/iFlyVoice");
+        row("a desktop entry", QStringList{"apps/x.desktop", "else/where/iFlyVoice"}, "", "",
+            "else/where/iFlyVoice");
+        row("a desktop entry of what is gone", QStringList{"apps/x.desktop"}, "", "", "");
+        row("no program", QStringList{"bin/iFlyVoice.txt", "-bin/iFlyVoice"}, "", "", "");
+        row("a folder of that name", QStringList{"bin/iFlyVoice/x"}, "", "", "");
     }
     void search()
     {
-        QFETCH(QStringList, files);
-        QFETCH(QString, registry);
-        QFETCH(QString, own);
-        QFETCH(QString, found);
+        const auto [files, registry, own, found] = rowOf<QStringList, QString, QString, QString>();
         const QTemporaryDir folder;
         const mevo::Asr3Row row = mevo::builtInAsr3Row(1, false);
         for (const QString &file : files) {
@@ -395,24 +342,23 @@ private Q_SLOTS:
 
     void programs_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<bool>("there");
-        QTest::newRow("as it is") << "%1/talk" << true;
-        QTest::newRow("suffix too many") << "%1/talk.exe" << true;
-        QTest::newRow("the other separator") << "%1\\sub\\..\\talk" << true;
-        QTest::newRow("a folder") << "%1" << false;
-        QTest::newRow("a text") << "%1/text" << false;
-        QTest::newRow("relative") << "talk" << false;
-        QTest::newRow("of Windows") << "C:\\x\\talk.exe" << false;
-        QTest::newRow("empty") << "" << false;
+        const Rows<QString, bool> row; // path, there
+        row("as it is", "%1/talk", true);
+        row("suffix too many", "%1/talk.exe", true);
+        row("the other separator", "%1\\sub\\..\\talk", true);
+        row("a folder", "%1", false);
+        row("a text", "%1/text", false);
+        row("relative", "talk", false);
+        row("of Windows", "C:\\x\\talk.exe", false);
+        row("empty", "", false);
     }
     void programs()
     {
-        QFETCH(QString, path);
+        const auto [path, there] = rowOf<QString, bool>();
         const QTemporaryDir folder;
         write(folder.filePath("talk"), "#!/bin/sh\n", program);
         write(folder.filePath("text"), "text", readWrite);
-        QTEST(!mevo::programAt(path.contains('%') ? path.arg(folder.path()) : path).isEmpty(), "there");
+        QCOMPARE(!mevo::programAt(path.contains('%') ? path.arg(folder.path()) : path).isEmpty(), there);
     }
 };
 

@@ -1,4 +1,5 @@
 #include "output/PostingPlan.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -18,8 +19,8 @@ class TestPostingPlan : public QObject
         int from = 0;
         while (!plan.atEnd()) {
             const PostBatch batch = plan.next();
-            seen += batch.after == PostBatch::After::Settled      ? QStringLiteral("‖")
-                    : batch.after == PostBatch::After::Translated ? QStringLiteral("|")
+            seen += batch.after == PostBatch::After::Settled      ? "‖"_s
+                    : batch.after == PostBatch::After::Translated ? "|"_s
                                                                   : QString();
             seen += QString(int(batch.rebind.size()), QLatin1Char('*'));
             seen += text.mid(from, batch.strokes.back().end - from);
@@ -31,11 +32,9 @@ class TestPostingPlan : public QObject
 private Q_SLOTS:
     void batchesAreCut_data()
     {
-        QTest::addColumn<QString>("programs");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("cut");
-        const auto row = [](const char *name, const char *programs, const char *text, const char *cut) {
-            QTest::newRow(name) << programs << QString::fromUtf8(text) << QString::fromUtf8(cut);
+        const Rows<QString, QString, QString> add; // programs, text, cut
+        const auto row = [&](const char *name, const char *programs, const char *text, const char *cut) {
+            add(name, programs, QString::fromUtf8(text), QString::fromUtf8(cut));
         };
         row("as many as there are keys", "XTerm", "abcdabef", "|****abcdab|**ef");
         row("any program takes all of them at once", "Mousepad", "1上上𠀀2", "|****1上上𠀀2");
@@ -48,9 +47,7 @@ private Q_SLOTS:
 
     void batchesAreCut()
     {
-        QFETCH(QString, programs);
-        QFETCH(QString, text);
-        QFETCH(QString, cut);
+        const auto [programs, text, cut] = rowOf<QString, QString, QString>();
         QCOMPARE(batches(text, 4, mevo::typingHabits({programs})), cut);
     }
 
@@ -58,7 +55,7 @@ private Q_SLOTS:
     void aBatchComesAgain()
     {
         mevo::ScratchSlots scratch(4);
-        mevo::PostingPlan plan(QStringLiteral("abcdefgh"), scratch);
+        mevo::PostingPlan plan("abcdefgh"_s, scratch);
         QCOMPARE(plan.next().strokes.back().end, 4);
         QCOMPARE(plan.next().strokes.back().end, 8);
         scratch = mevo::ScratchSlots(3);
@@ -73,14 +70,14 @@ private Q_SLOTS:
 
     void whatIsTyped()
     {
-        const mevo::TypingHabits kate = mevo::typingHabits({QStringLiteral("kate"), QStringLiteral("Kate")});
-        QCOMPARE(mevo::typableLength(QStringLiteral("ab😀c"), kate), 2);
-        QCOMPARE(mevo::typableLength(QStringLiteral("ab😀c"), {}), 5);
-        const QStringList java{QStringLiteral("sun-awt-X11-XFramePeer"), QStringLiteral("jetbrains-idea")};
+        const mevo::TypingHabits kate = mevo::typingHabits({"kate"_s, "Kate"_s});
+        QCOMPARE(mevo::typableLength("ab😀c"_s, kate), 2);
+        QCOMPARE(mevo::typableLength("ab😀c"_s, {}), 5);
+        const QStringList java{"sun-awt-X11-XFramePeer"_s, "jetbrains-idea"_s};
         QVERIFY(mevo::typingHabits(java).oneState && !kate.oneState);
-        QString broken = QStringLiteral("a\x01\r\nb");
+        QString broken = "a\x01\r\nb"_s;
         broken += QChar(0xd83d); // half of a pair
-        broken += QStringLiteral("é\t😀");
+        broken += "é\t😀"_s;
         std::vector<mevo::KeySymbol> symbols;
         for (const mevo::PostUnit &unit : mevo::postUnits(broken)) {
             symbols.push_back(unit.symbol);

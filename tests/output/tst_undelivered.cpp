@@ -1,4 +1,5 @@
 #include "output/UndeliveredTexts.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 
 #include <QFileInfo>
@@ -11,7 +12,7 @@ using mevo::UndeliveredTexts;
 
 namespace {
 const ScratchHome home;
-const QString name = QStringLiteral("undelivered.json");
+const QString name = "undelivered.json"_s;
 const QDateTime when(QDate(2026, 11, 24), QTime(9, 0), Qt::UTC);
 
 QStringList textsOf(const UndeliveredTexts &store)
@@ -32,14 +33,13 @@ private Q_SLOTS:
     void init()
     {
         home.remove(name);
-        home.remove(name + QStringLiteral(".broken"));
-        home.remove(name + QStringLiteral(".broken2"));
+        home.remove(name + ".broken"_s);
+        home.remove(name + ".broken2"_s);
     }
 
     void textsOutliveTheProgram()
     {
-        const QStringList texts{QStringLiteral("你好"), QStringLiteral("𠀀😀 \"quoted\"\n\t\\"),
-                                QStringLiteral("三")};
+        const QStringList texts{"你好"_s, "𠀀😀 \"quoted\"\n\t\\"_s, "三"_s};
         {
             UndeliveredTexts store(home.path(name));
             for (const QString &text : texts) {
@@ -55,9 +55,8 @@ private Q_SLOTS:
                  QFile::Permissions());
         QVERIFY(store.remove(1));
         QCOMPARE(textsOf(UndeliveredTexts(home.path(name))), (QStringList{texts.at(0), texts.at(2)}));
-        QVERIFY(store.replace(0, QStringLiteral("好")));
-        QCOMPARE(textsOf(UndeliveredTexts(home.path(name))),
-                 (QStringList{QStringLiteral("好"), texts.at(2)}));
+        QVERIFY(store.replace(0, "好"_s));
+        QCOMPARE(textsOf(UndeliveredTexts(home.path(name))), (QStringList{"好"_s, texts.at(2)}));
         QVERIFY(store.replace(0, QString()));
         QCOMPARE(store.count(), 1);
         QVERIFY(store.removeAll());
@@ -72,48 +71,45 @@ private Q_SLOTS:
             store.add(QString::number(i), when);
         }
         QCOMPARE(store.count(), 100);
-        QCOMPARE(store.texts().front().text, QStringLiteral("3"));
-        QCOMPARE(UndeliveredTexts(home.path(name)).texts().back().text, QStringLiteral("102"));
+        QCOMPARE(store.texts().front().text, "3"_s);
+        QCOMPARE(UndeliveredTexts(home.path(name)).texts().back().text, "102"_s);
     }
 
     void brokenFilesArePutAside_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QStringList>("texts");
-        QTest::addColumn<bool>("aside");
-        QTest::newRow("cut") << QByteArray("[{\"text\":\"a\"},{\"te") << QStringList() << true;
-        QTest::newRow("nothing") << QByteArray() << QStringList() << true;
-        QTest::newRow("an object") << QByteArray("{}") << QStringList() << true;
-        QTest::newRow("entries of other shapes")
-            << QByteArray(R"([1, null, [], {"text":5}, {"text":""}, {"text":"good","when":"never"}])")
-            << QStringList{QStringLiteral("good")} << false;
+        const Rows<QByteArray, QStringList, bool> row; // content, texts, aside
+        row("cut", QByteArray("[{\"text\":\"a\"},{\"te"), QStringList(), true);
+        row("nothing", QByteArray(), QStringList(), true);
+        row("an object", QByteArray("{}"), QStringList(), true);
+        row("entries of other shapes",
+            QByteArray(R"([1, null, [], {"text":5}, {"text":""}, {"text":"good","when":"never"}])"),
+            QStringList{"good"_s}, false);
     }
 
     void brokenFilesArePutAside()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(bool, aside);
+        const auto [content, texts, aside] = rowOf<QByteArray, QStringList, bool>();
         home.write(name, content);
         UndeliveredTexts store(home.path(name));
-        QTEST(textsOf(store), "texts");
-        QCOMPARE(QFileInfo::exists(home.path(name + QStringLiteral(".broken"))), aside);
-        QVERIFY(store.add(QStringLiteral("next"), when));
-        QCOMPARE(home.read(name + QStringLiteral(".broken")), aside ? content : QByteArray());
+        QCOMPARE(textsOf(store), texts);
+        QCOMPARE(QFileInfo::exists(home.path(name + ".broken"_s)), aside);
+        QVERIFY(store.add("next"_s, when));
+        QCOMPARE(home.read(name + ".broken"_s), aside ? content : QByteArray());
         home.write(name, "once more");
         QCOMPARE(UndeliveredTexts(home.path(name)).count(), 0);
-        QCOMPARE(home.read(name + QStringLiteral(".broken")), aside ? content : QByteArray("once more"));
+        QCOMPARE(home.read(name + ".broken"_s), aside ? content : QByteArray("once more"));
     }
 
     void whatCannotBeWrittenStaysInMemory()
     {
-        UndeliveredTexts store(home.path(QStringLiteral("no such folder/undelivered.json")));
-        QVERIFY(!store.add(QStringLiteral("kept"), when));
-        QCOMPARE(textsOf(store), QStringList{QStringLiteral("kept")});
+        UndeliveredTexts store(home.path("no such folder/undelivered.json"_s));
+        QVERIFY(!store.add("kept"_s, when));
+        QCOMPARE(textsOf(store), QStringList{"kept"_s});
     }
 
     void aFullDiskLosesNothing()
     {
-        const QStringList both{QStringLiteral("一"), QStringLiteral("二")};
+        const QStringList both{"一"_s, "二"_s};
         {
             UndeliveredTexts store(home.path(name));
             QVERIFY(store.add(both.at(0), when));

@@ -1,6 +1,7 @@
 #include "base/RuntimeLock.h"
 #include "base/RuntimePath.h"
 #include "patchrunner/UpdateRun.h"
+#include "support/Rows.h"
 
 #include <QProcess>
 #include <QRandomGenerator>
@@ -192,7 +193,6 @@ struct OwnDisk
 
 } // namespace
 
-Q_DECLARE_METATYPE(Member)
 
 class TestPatchRunner : public QObject
 {
@@ -255,15 +255,12 @@ private Q_SLOTS:
 
     void refused_data()
     {
-        QTest::addColumn<QByteArray>("archive");
-        QTest::addColumn<int>("outcome");
+        const Rows<QByteArray, int> add; // archive, outcome
         const auto with = [](const Member &member) {
             return packed(wholeVersion("new") + QList<Member>{member});
         };
-        const auto row = [](const char *name, const QByteArray &archive,
-                            Outcome outcome = Outcome::BadArchive) {
-            QTest::newRow(name) << archive << int(outcome);
-        };
+        const auto row = [&](const char *name, const QByteArray &archive,
+                             Outcome outcome = Outcome::BadArchive) { add(name, archive, int(outcome)); };
         row("a member above", with({"../evil", "x"}));
         row("a member above, through a folder", with({"data/../../evil", "x"}));
         row("an absolute member", with({"/tmp/mevo-evil", "x"}));
@@ -308,8 +305,7 @@ private Q_SLOTS:
     }
     void refused()
     {
-        QFETCH(QByteArray, archive);
-        QFETCH(int, outcome);
+        const auto [archive, outcome] = rowOf<QByteArray, int>();
         Installation installation;
         installation.offer(archive);
         const auto report = runUpdate(installation.base);
@@ -322,18 +318,16 @@ private Q_SLOTS:
 
     void checksumsAndSignatures_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<int>("outcome");
-        QTest::newRow("checksum") << "checksum" << int(Outcome::Done);
-        QTest::newRow("wrong checksum") << "wrong checksum" << int(Outcome::BadArchive);
-        QTest::newRow("signed") << "signed" << int(Outcome::Done);
-        QTest::newRow("not signed") << "not signed" << int(Outcome::BadSignature);
-        QTest::newRow("signed by another") << "another" << int(Outcome::BadSignature);
+        const Rows<QString, int> row; // kind, outcome
+        row("checksum", "checksum", int(Outcome::Done));
+        row("wrong checksum", "wrong checksum", int(Outcome::BadArchive));
+        row("signed", "signed", int(Outcome::Done));
+        row("not signed", "not signed", int(Outcome::BadSignature));
+        row("signed by another", "another", int(Outcome::BadSignature));
     }
     void checksumsAndSignatures()
     {
-        QFETCH(QString, kind);
-        QFETCH(int, outcome);
+        const auto [kind, outcome] = rowOf<QString, int>();
         Installation installation;
         const QByteArray archive = packed(wholeVersion("new"));
         QByteArray more;
@@ -370,19 +364,16 @@ private Q_SLOTS:
     /// A new version that does not come up: the old one is back, with everything that it had.
     void takenBack_data()
     {
-        QTest::addColumn<Member>("program");
-        QTest::addColumn<QByteArray>("started");
-        QTest::newRow("it ends") << program("new", "echo broken > MEVOSetting.ini; exit 0\n")
-                                 << QByteArray("new old");
-        QTest::newRow("it crashes") << program("new", "kill -SEGV $$\n") << QByteArray("new old");
-        QTest::newRow("it hangs") << program("new", "exec sleep 600\n") << QByteArray("new old");
-        QTest::newRow("it is none") << Member{"mevoinput", "\nnew, but no program", AE_IFREG, {}, 0755}
-                                    << QByteArray("old");
+        const Rows<Member, QByteArray> row; // program, started
+        row("it ends", program("new", "echo broken > MEVOSetting.ini; exit 0\n"), QByteArray("new old"));
+        row("it crashes", program("new", "kill -SEGV $$\n"), QByteArray("new old"));
+        row("it hangs", program("new", "exec sleep 600\n"), QByteArray("new old"));
+        row("it is none", Member{"mevoinput", "\nnew, but no program", AE_IFREG, {}, 0755},
+            QByteArray("old"));
     }
     void takenBack()
     {
-        QFETCH(Member, program);
-        QFETCH(QByteArray, started);
+        const auto [program, started] = rowOf<Member, QByteArray>();
         Installation installation;
         QList<Member> members = wholeVersion("new");
         members[1] = program;

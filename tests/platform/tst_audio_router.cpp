@@ -1,4 +1,5 @@
 #include "platform/linux/PulseAudioRouter.h"
+#include "support/Texts.h"
 
 #include <QElapsedTimer>
 #include <QProcess>
@@ -11,16 +12,15 @@ namespace {
 QString pactl(const QString &line)
 {
     QProcess process;
-    process.start(QStringLiteral("pactl"), line.split(QLatin1Char(' ')));
+    process.start("pactl"_s, line.split(QLatin1Char(' ')));
     process.waitForFinished(10000);
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
 void addMicrophone(const QString &name, const QString &description)
 {
-    pactl(QStringLiteral("load-module module-remap-source master=vmic_in.monitor source_name=%1 "
-                         "source_properties=device.description=%2")
-              .arg(name, description));
+    pactl("load-module module-remap-source master=vmic_in.monitor source_name=%1 "
+          "source_properties=device.description=%2"_s.arg(name, description));
 }
 
 } // namespace
@@ -33,7 +33,7 @@ private slots:
     void listsMicrophonesOnly()
     {
         mevo::PulseAudioRouter router;
-        QCOMPARE(router.inputNames(), QStringList{QStringLiteral("Virtual_Microphone")});
+        QCOMPARE(router.inputNames(), QStringList{"Virtual_Microphone"_s});
         QElapsedTimer timer;
         timer.start();
         for (int i = 0; i < 20; ++i) {
@@ -45,24 +45,24 @@ private slots:
     void switchesTheDefault()
     {
         mevo::PulseAudioRouter router;
-        addMicrophone(QStringLiteral("own"), QStringLiteral("QMZ_语音"));
-        QVERIFY(router.switchDefault(QStringLiteral("QMZ_语音")));
-        QCOMPARE(pactl(QStringLiteral("get-default-source")), QStringLiteral("own"));
-        QVERIFY(!router.switchDefault(QStringLiteral("missing")));
-        QVERIFY(!router.switchDefault(QStringLiteral("vmic_in.monitor")));
-        QCOMPARE(pactl(QStringLiteral("get-default-source")), QStringLiteral("own"));
-        QVERIFY(router.switchDefault(QStringLiteral("vmic")));
-        QCOMPARE(pactl(QStringLiteral("get-default-source")), QStringLiteral("vmic"));
+        addMicrophone("own"_s, "QMZ_语音"_s);
+        QVERIFY(router.switchDefault("QMZ_语音"_s));
+        QCOMPARE(pactl("get-default-source"_s), "own"_s);
+        QVERIFY(!router.switchDefault("missing"_s));
+        QVERIFY(!router.switchDefault("vmic_in.monitor"_s));
+        QCOMPARE(pactl("get-default-source"_s), "own"_s);
+        QVERIFY(router.switchDefault("vmic"_s));
+        QCOMPARE(pactl("get-default-source"_s), "vmic"_s);
     }
 
     void tellsTwinsApart()
     {
         mevo::PulseAudioRouter router;
-        addMicrophone(QStringLiteral("twin1"), QStringLiteral("Headset"));
-        addMicrophone(QStringLiteral("twin2"), QStringLiteral("Headset"));
-        QVERIFY(router.inputNames().contains(QStringLiteral("Headset (twin1)")));
-        QVERIFY(router.switchDefault(QStringLiteral("Headset (twin2)")));
-        QCOMPARE(pactl(QStringLiteral("get-default-source")), QStringLiteral("twin2"));
+        addMicrophone("twin1"_s, "Headset"_s);
+        addMicrophone("twin2"_s, "Headset"_s);
+        QVERIFY(router.inputNames().contains("Headset (twin1)"_s));
+        QVERIFY(router.switchDefault("Headset (twin2)"_s));
+        QCOMPARE(pactl("get-default-source"_s), "twin2"_s);
     }
 
     /// Last: it takes the sound server away.
@@ -74,7 +74,7 @@ private slots:
         timer.start();
         QCOMPARE(kill(server, SIGSTOP), 0);
         const QStringList names = router.inputNames();
-        const bool switched = router.switchDefault(QStringLiteral("vmic"));
+        const bool switched = router.switchDefault("vmic"_s);
         const qint64 waited = timer.elapsed();
         QCOMPARE(kill(server, SIGKILL), 0);
         QCOMPARE(names, QStringList());

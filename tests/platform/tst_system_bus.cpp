@@ -2,6 +2,7 @@
 #include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/SilentBus.h"
 #include "platform/linux/StandingMessages.h"
+#include "support/Rows.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -26,7 +27,7 @@ namespace {
 
 QDBusConnection serviceBus()
 {
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("services"));
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, "services"_s);
 }
 
 /// Lines of qInfo() and above, for the messages that end in the log.
@@ -53,7 +54,7 @@ public slots:
     uint Notify(const QString &, uint, const QString &icon, const QString &summary, const QString &body,
                 const QStringList &, const QVariantMap &, int timeout)
     {
-        shown.append(QStringLiteral("%1|%2|%3|%4").arg(icon, summary, body).arg(timeout));
+        shown.append("%1|%2|%3|%4"_s.arg(icon, summary, body).arg(timeout));
         return static_cast<uint>(shown.size());
     }
 };
@@ -65,14 +66,14 @@ class FakeLogind : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
 
 public:
-    QString may = QStringLiteral("yes");
+    QString may = "yes"_s;
     QStringList done;
 
 public slots:
     QString CanReboot() { return may; }
     QString CanPowerOff() { return may; }
-    void Reboot(bool interactive) { done.append(QStringLiteral("reboot %1").arg(interactive)); }
-    void PowerOff(bool interactive) { done.append(QStringLiteral("power off %1").arg(interactive)); }
+    void Reboot(bool interactive) { done.append("reboot %1"_s.arg(interactive)); }
+    void PowerOff(bool interactive) { done.append("power off %1"_s.arg(interactive)); }
 };
 
 class SystemBusTest : public QObject
@@ -88,31 +89,28 @@ private slots:
 
     void aBusThatHangs_data()
     {
-        QTest::addColumn<QByteArray>("address"); // %1 is the folder of the test's sockets
-        QTest::addColumn<bool>("silent");
-        QTest::newRow("the session's") << qgetenv("DBUS_SESSION_BUS_ADDRESS") << false;
-        QTest::newRow("hangs") << QByteArray("unix:path=%1/hangs") << true;
-        QTest::newRow("hangs, escaped, behind another")
-            << QByteArray("tcp:host=x;unix:guid=12,path=%1/%68angs") << true;
-        QTest::newRow("nobody at the socket") << QByteArray("unix:path=%1/left") << false;
-        QTest::newRow("no socket") << QByteArray("unix:path=%1/none") << false;
-        QTest::newRow("abstract, nobody") << QByteArray("unix:abstract=%1/hangs") << false;
-        QTest::newRow("too long") << "unix:path=/" + QByteArray(200, 'x') << false;
-        QTest::newRow("a port") << QByteArray("tcp:host=localhost,port=1") << false;
-        QTest::newRow("nonsense") << QByteArray("path=%1/hangs;:;unix;unix:=") << false;
+        const Rows<QByteArray, bool> row; // address (%1 is the folder of the test's sockets), silent
+        row("the session's", qgetenv("DBUS_SESSION_BUS_ADDRESS"), false);
+        row("hangs", QByteArray("unix:path=%1/hangs"), true);
+        row("hangs, escaped, behind another", QByteArray("tcp:host=x;unix:guid=12,path=%1/%68angs"), true);
+        row("nobody at the socket", QByteArray("unix:path=%1/left"), false);
+        row("no socket", QByteArray("unix:path=%1/none"), false);
+        row("abstract, nobody", QByteArray("unix:abstract=%1/hangs"), false);
+        row("too long", "unix:path=/" + QByteArray(200, 'x'), false);
+        row("a port", QByteArray("tcp:host=localhost,port=1"), false);
+        row("nonsense", QByteArray("path=%1/hangs;:;unix;unix:="), false);
     }
     /// Qt would wait for it for 25 s before there is a window.
     void aBusThatHangs()
     {
-        QFETCH(QByteArray, address);
-        QFETCH(const bool, silent);
+        auto [address, silent] = rowOf<QByteArray, bool>();
         const QTemporaryDir folder;
         QLocalServer hangs; // takes no connection: nothing here runs an event loop
-        QVERIFY(hangs.listen(folder.filePath(QStringLiteral("hangs"))));
+        QVERIFY(hangs.listen(folder.filePath("hangs"_s)));
         {
             QLocalServer left;
-            QVERIFY(left.listen(folder.filePath(QStringLiteral("other"))));
-            QVERIFY(QFile::rename(left.fullServerName(), folder.filePath(QStringLiteral("left"))));
+            QVERIFY(left.listen(folder.filePath("other"_s)));
+            QVERIFY(QFile::rename(left.fullServerName(), folder.filePath("left"_s)));
         }
         const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
         address.replace("%1", folder.path().toUtf8());
@@ -131,7 +129,7 @@ private slots:
     {
         const QTemporaryDir folder;
         QLocalServer server;
-        QVERIFY(server.listen(folder.filePath(QStringLiteral("full"))));
+        QVERIFY(server.listen(folder.filePath("full"_s)));
         const QByteArray path = server.fullServerName().toUtf8();
         constexpr std::chrono::milliseconds limit(20);
         std::vector<std::unique_ptr<QLocalSocket>> queue;
@@ -148,21 +146,21 @@ private slots:
     void messageWithoutAServiceIsLogged()
     {
         mevo::DesktopNotifications notifications;
-        notifications.message(QString(), QStringLiteral("nobody hears"), mevo::MessageIcon::Warning, 1000);
-        QTRY_VERIFY(loggedLines.join(QLatin1Char('\n')).contains(QStringLiteral("nobody hears")));
+        notifications.message(QString(), "nobody hears"_s, mevo::MessageIcon::Warning, 1000);
+        QTRY_VERIFY(loggedLines.join(QLatin1Char('\n')).contains("nobody hears"_s));
 
-        mevo::DesktopNotifications withoutBus(QDBusConnection(QStringLiteral("none")));
-        withoutBus.message(QString(), QStringLiteral("no bus"), mevo::MessageIcon::None, 1000);
-        QVERIFY(loggedLines.join(QLatin1Char('\n')).contains(QStringLiteral("no bus")));
+        mevo::DesktopNotifications withoutBus(QDBusConnection("none"_s));
+        withoutBus.message(QString(), "no bus"_s, mevo::MessageIcon::None, 1000);
+        QVERIFY(loggedLines.join(QLatin1Char('\n')).contains("no bus"_s));
     }
 
     void messageWithoutATray()
     {
         FakeNotificationService service;
         QDBusConnection bus = serviceBus();
-        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
+        QVERIFY(bus.registerObject("/org/freedesktop/Notifications"_s, &service,
                                    QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+        QVERIFY(bus.registerService("org.freedesktop.Notifications"_s));
 
         mevo::DesktopNotifications notifications;
         QSystemTrayIcon icon;
@@ -170,21 +168,18 @@ private slots:
         icon.show();
         notifications.attach(&icon);
         QVERIFY(!notifications.trayAvailable());
-        notifications.message(QString(), QStringLiteral("未连接 <外部> & 网络"), mevo::MessageIcon::Warning,
-                              3000);
-        notifications.message(QStringLiteral("标题"), QStringLiteral("text"), mevo::MessageIcon::None, 2000);
+        notifications.message(QString(), "未连接 <外部> & 网络"_s, mevo::MessageIcon::Warning, 3000);
+        notifications.message("标题"_s, "text"_s, mevo::MessageIcon::None, 2000);
         std::thread other([&] {
-            notifications.message(QString(), QStringLiteral("from a thread"), mevo::MessageIcon::Critical, 1);
+            notifications.message(QString(), "from a thread"_s, mevo::MessageIcon::Critical, 1);
             notifications.trayAvailable();
         });
         other.join();
-        QTRY_COMPARE(
-            service.shown,
-            QStringList({QStringLiteral("dialog-warning|灵犀听写|未连接 &lt;外部&gt; &amp; 网络|3000"),
-                         QStringLiteral("|标题|text|2000"),
-                         QStringLiteral("dialog-error|灵犀听写|from a thread|1")}));
-        bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
-        bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
+        QTRY_COMPARE(service.shown,
+                     QStringList({"dialog-warning|灵犀听写|未连接 &lt;外部&gt; &amp; 网络|3000"_s,
+                                  "|标题|text|2000"_s, "dialog-error|灵犀听写|from a thread|1"_s}));
+        bus.unregisterService("org.freedesktop.Notifications"_s);
+        bus.unregisterObject("/org/freedesktop/Notifications"_s);
     }
 
     /// What is told again while it stands is shown once; another one comes all the same.
@@ -192,9 +187,9 @@ private slots:
     {
         FakeNotificationService service;
         QDBusConnection bus = serviceBus();
-        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
+        QVERIFY(bus.registerObject("/org/freedesktop/Notifications"_s, &service,
                                    QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+        QVERIFY(bus.registerService("org.freedesktop.Notifications"_s));
         mevo::DesktopNotifications notifications;
         const auto say = [&notifications](const char *text, mevo::MessageIcon icon) {
             notifications.message(QString(), QString::fromLatin1(text), icon, 60000);
@@ -205,11 +200,11 @@ private slots:
         say("another", mevo::MessageIcon::Warning);
         say("again", mevo::MessageIcon::Warning);
         say("again", mevo::MessageIcon::Critical);
-        QTRY_COMPARE(service.shown, QStringList({QStringLiteral("dialog-warning|灵犀听写|again|60000"),
-                                                 QStringLiteral("dialog-warning|灵犀听写|another|60000"),
-                                                 QStringLiteral("dialog-error|灵犀听写|again|60000")}));
-        bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
-        bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
+        QTRY_COMPARE(service.shown, QStringList({"dialog-warning|灵犀听写|again|60000"_s,
+                                                 "dialog-warning|灵犀听写|another|60000"_s,
+                                                 "dialog-error|灵犀听写|again|60000"_s}));
+        bus.unregisterService("org.freedesktop.Notifications"_s);
+        bus.unregisterObject("/org/freedesktop/Notifications"_s);
     }
 
     /// How long a message stands: its time, or until it makes room; not when nobody could show it.
@@ -227,7 +222,7 @@ private slots:
         now += 1;
         QVERIFY(take("a", false) && take("b", true)); // of which only the last one stands
         QVERIFY(!take("b", true) && take("a", true));
-        standing.forget(QString(), QStringLiteral("a"), mevo::MessageIcon::None);
+        standing.forget(QString(), "a"_s, mevo::MessageIcon::None);
         QVERIFY(take("a", true));
         QVERIFY(take("short", false, 0) && take("short", false, 0));
     }
@@ -235,9 +230,8 @@ private slots:
     void waitingMessageDoesNotOutliveItsNotifications()
     {
         auto notifications = std::make_unique<mevo::DesktopNotifications>();
-        std::thread other([&] {
-            notifications->message(QString(), QStringLiteral("too late"), mevo::MessageIcon::None, 1);
-        });
+        std::thread other(
+            [&] { notifications->message(QString(), "too late"_s, mevo::MessageIcon::None, 1); });
         other.join();
         notifications.reset();
         QCoreApplication::processEvents();
@@ -262,21 +256,20 @@ private slots:
 
         FakeNotificationService service;
         QDBusConnection bus = serviceBus();
-        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
+        QVERIFY(bus.registerObject("/org/freedesktop/Notifications"_s, &service,
                                    QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+        QVERIFY(bus.registerService("org.freedesktop.Notifications"_s));
         {
             mevo::DesktopNotifications notifications;
             QSystemTrayIcon icon;
             icon.setIcon(QPixmap(16, 16));
             notifications.attach(&icon);
             QTRY_VERIFY(notifications.trayAvailable());
-            notifications.message(QString(), QStringLiteral("hidden icon"), mevo::MessageIcon::None, 1000);
+            notifications.message(QString(), "hidden icon"_s, mevo::MessageIcon::None, 1000);
             QTRY_COMPARE(service.shown.size(), 1);
 
             icon.show();
-            notifications.message(QStringLiteral("T"), QStringLiteral("tray"), mevo::MessageIcon::Information,
-                                  60000);
+            notifications.message("T"_s, "tray"_s, mevo::MessageIcon::Information, 60000);
             const auto balloon = [] {
                 for (const QWidget *widget : QApplication::topLevelWidgets()) {
                     if (QByteArray(widget->metaObject()->className()) == "QBalloonTip") {
@@ -290,24 +283,22 @@ private slots:
             notifications.attach(nullptr);
             QVERIFY(!notifications.trayAvailable());
         }
-        bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
-        bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
+        bus.unregisterService("org.freedesktop.Notifications"_s);
+        bus.unregisterObject("/org/freedesktop/Notifications"_s);
         xcb_disconnect(display);
     }
 
     void powerState_data()
     {
-        QTest::addColumn<QString>("may");
-        QTest::addColumn<bool>("goes");
-        QTest::newRow("yes") << QStringLiteral("yes") << true;
-        QTest::newRow("after a password") << QStringLiteral("challenge") << true;
-        QTest::newRow("no") << QStringLiteral("no") << false;
-        QTest::newRow("nonsense") << QString() << false;
+        const Rows<QString, bool> row; // may, goes
+        row("yes", "yes"_s, true);
+        row("after a password", "challenge"_s, true);
+        row("no", "no"_s, false);
+        row("nonsense", QString(), false);
     }
     void powerState()
     {
-        QFETCH(QString, may);
-        QFETCH(bool, goes);
+        const auto [may, goes] = rowOf<QString, bool>();
         // logind lives in a thread of its own: the question waits for its answer.
         FakeLogind logind;
         logind.may = may;
@@ -315,13 +306,12 @@ private slots:
         logind.moveToThread(&thread);
         thread.start();
         QDBusConnection bus = serviceBus();
-        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/login1"), &logind,
-                                   QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.login1")));
-        mevo::LinuxProcesses processes(QStringLiteral("/"), QDBusConnection::sessionBus());
+        QVERIFY(bus.registerObject("/org/freedesktop/login1"_s, &logind, QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService("org.freedesktop.login1"_s));
+        mevo::LinuxProcesses processes("/"_s, QDBusConnection::sessionBus());
         QCOMPARE(processes.restartComputer(), goes);
         QCOMPARE(processes.shutDownComputer(), goes);
-        const QStringList expected{QStringLiteral("reboot 1"), QStringLiteral("power off 1")};
+        const QStringList expected{"reboot 1"_s, "power off 1"_s};
         const auto done = [&] {
             QStringList copy;
             QMetaObject::invokeMethod(
@@ -329,8 +319,8 @@ private slots:
             return copy;
         };
         QTRY_COMPARE(done(), goes ? expected : QStringList());
-        bus.unregisterService(QStringLiteral("org.freedesktop.login1"));
-        bus.unregisterObject(QStringLiteral("/org/freedesktop/login1"));
+        bus.unregisterService("org.freedesktop.login1"_s);
+        bus.unregisterObject("/org/freedesktop/login1"_s);
         thread.quit();
         thread.wait();
         QVERIFY(!processes.restartComputer()); // without logind

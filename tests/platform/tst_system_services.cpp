@@ -8,6 +8,7 @@
 #include "platform/linux/RouteNetworkState.h"
 #include "platform/linux/WindowsLocaleId.h"
 #include "platform/linux/XdgStartupEntry.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 
 #include <QCoreApplication>
@@ -39,7 +40,7 @@ ScratchHome home;
 
 QString lockName()
 {
-    return QStringLiteral("mevoinput-test-%1").arg(qEnvironmentVariable("MEVO_TEST_LOCK"));
+    return "mevoinput-test-%1"_s.arg(qEnvironmentVariable("MEVO_TEST_LOCK"));
 }
 
 /// The other process of the lock's test: takes the lock, says so and waits to be ended.
@@ -70,15 +71,14 @@ int callHolder(const QByteArray &message, int answerMs)
 QByteArray callFromElsewhere(const QString &message, int answerMs = 20000)
 {
     QProcess caller;
-    caller.start(QCoreApplication::applicationFilePath(),
-                 {QStringLiteral("--call"), message, QString::number(answerMs)});
+    caller.start(QCoreApplication::applicationFilePath(), {"--call"_s, message, QString::number(answerMs)});
     [&caller] { QTRY_COMPARE_WITH_TIMEOUT(caller.state(), QProcess::NotRunning, 30000); }();
     return caller.readAllStandardOutput().trimmed();
 }
 
 QByteArray answer(QProcess &process)
 {
-    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--hold-lock")});
+    process.start(QCoreApplication::applicationFilePath(), {"--hold-lock"_s});
     while (!process.canReadLine() && process.waitForReadyRead(10000)) {
     }
     return process.readLine().trimmed();
@@ -119,31 +119,28 @@ private slots:
 
     void siblings_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("file");
-        QTest::newRow("beside") << QStringLiteral("\\KeypadHost.exe") << QStringLiteral("bin/KeypadHost");
-        QTest::newRow("above") << QStringLiteral("\\..\\HW\\PenPadHost.exe")
-                               << QStringLiteral("HW/PenPadHost");
-        QTest::newRow("not ASCII") << QStringLiteral("校时助手.exe") << QStringLiteral("bin/校时助手");
-        QTest::newRow("no suffix") << QStringLiteral("/Tool") << QStringLiteral("bin/Tool");
+        const Rows<QString, QString> row; // name, file
+        row("beside", "\\KeypadHost.exe"_s, "bin/KeypadHost"_s);
+        row("above", "\\..\\HW\\PenPadHost.exe"_s, "HW/PenPadHost"_s);
+        row("not ASCII", "校时助手.exe"_s, "bin/校时助手"_s);
+        row("no suffix", "/Tool"_s, "bin/Tool"_s);
     }
     void siblings()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, file);
+        const auto [name, file] = rowOf<QString, QString>();
         const QString path = m_folder->filePath(file);
-        const QString result = m_folder->filePath(QStringLiteral("result"));
-        mevo::LinuxProcesses processes(m_folder->filePath(QStringLiteral("bin")));
+        const QString result = m_folder->filePath("result"_s);
+        mevo::LinuxProcesses processes(m_folder->filePath("bin"_s));
         QVERIFY(!processes.startSibling(name, {}, false)); // not there
         if (name.startsWith(QLatin1Char('\\'))) {
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("is not installed$")));
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("is not installed$"_s));
             QVERIFY(!processes.openElevated(name, {})); // and nobody is asked for a password
         }
         write(path, "#!/bin/sh\n");
         QVERIFY(!processes.startSibling(name, {}, false)); // not a program
         writeScript(path, "printf '%s|' \"$@\" > '" + QFile::encodeName(result) + ".part'; mv '" +
                               QFile::encodeName(result) + ".part' '" + QFile::encodeName(result) + "'\n");
-        const QStringList arguments{QStringLiteral("ORVKBAppHide"), QStringLiteral("a b;$(touch x)")};
+        const QStringList arguments{"ORVKBAppHide"_s, "a b;$(touch x)"_s};
         QVERIFY(processes.startSibling(name, arguments, true));
         QTRY_COMPARE(read(result), QByteArray("ORVKBAppHide|a b;$(touch x)|"));
     }
@@ -151,21 +148,21 @@ private slots:
     void capture()
     {
         mevo::LinuxProcesses processes(m_folder->path());
-        const QString tool = m_folder->filePath(QStringLiteral("tool"));
+        const QString tool = m_folder->filePath("tool"_s);
         const auto run = [&](const QByteArray &body, int timeout) {
             writeScript(tool, body);
-            return processes.capture(tool, {QStringLiteral("$HOME")}, timeout);
+            return processes.capture(tool, {"$HOME"_s}, timeout);
         };
         auto result = run("echo out \"$1\"; echo err >&2; exit 3", 10000);
         QVERIFY(result.finished);
         QCOMPARE(result.exitCode, 3);
-        QCOMPARE(result.output, QStringLiteral("out $HOME\nerr\n"));
+        QCOMPARE(result.output, "out $HOME\nerr\n"_s);
 
         QElapsedTimer timer;
         timer.start();
         result = run("echo begun; exec sleep 100", 300);
         QVERIFY(!result.finished);
-        QCOMPARE(result.output, QStringLiteral("begun\n"));
+        QCOMPARE(result.output, "begun\n"_s);
         QVERIFY(timer.elapsed() < 5000);
 
         result = run("exec head -c 5000000 /dev/zero", 10000);
@@ -173,32 +170,24 @@ private slots:
         QCOMPARE(result.output.size(), mevo::LinuxProcesses::MaxCapturedBytes);
 
         result = run("read line; echo \"[$line]\"", 10000); // nobody is there to type
-        QCOMPARE(result.output, QStringLiteral("[]\n"));
+        QCOMPARE(result.output, "[]\n"_s);
 
         QVERIFY(!run("kill -9 $$", 10000).finished);
-        QVERIFY(!processes.capture(m_folder->filePath(QStringLiteral("missing")), {}, 1000).finished);
-        QVERIFY(!processes.startDetached(m_folder->filePath(QStringLiteral("missing")), {}));
+        QVERIFY(!processes.capture(m_folder->filePath("missing"_s), {}, 1000).finished);
+        QVERIFY(!processes.startDetached(m_folder->filePath("missing"_s), {}));
     }
 
     void killsByName_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("image");
-        QTest::addColumn<QString>("container");
-        QTest::newRow("script, as Windows names it")
-            << QStringLiteral("MevoVoice") << QStringLiteral("MevoVoice.exe") << QString();
-        QTest::newRow("name longer than the kernel keeps")
-            << QStringLiteral("MevoSpeechInputTool") << QStringLiteral("MevoSpeechInputTool") << QString();
-        QTest::newRow("with the suffix, other case")
-            << QStringLiteral("MevoOddCase.exe") << QStringLiteral("mevooddcase.EXE") << QString();
-        QTest::newRow("in a container")
-            << QStringLiteral("MevoInside") << QStringLiteral("MevoInside") << QStringLiteral("flatpak");
+        const Rows<QString, QString, QString> row; // file, image, container
+        row("script, as Windows names it", "MevoVoice"_s, "MevoVoice.exe"_s, QString());
+        row("name longer than the kernel keeps", "MevoSpeechInputTool"_s, "MevoSpeechInputTool"_s, QString());
+        row("with the suffix, other case", "MevoOddCase.exe"_s, "mevooddcase.EXE"_s, QString());
+        row("in a container", "MevoInside"_s, "MevoInside"_s, "flatpak"_s);
     }
     void killsByName()
     {
-        QFETCH(QString, file);
-        QFETCH(QString, image);
-        QFETCH(QString, container);
+        const auto [file, image, container] = rowOf<QString, QString, QString>();
         mevo::LinuxProcesses processes(m_folder->path());
         QVERIFY(!processes.isRunning(image));
         QVERIFY(!processes.killByImageName(image));
@@ -206,8 +195,8 @@ private slots:
         const auto restore = qScopeGuard([was = qgetenv("DISPLAY")] { qputenv("DISPLAY", was); });
         qputenv("DISPLAY", ":6");
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":6.1"));
-        environment.insert(QStringLiteral("container"), container);
+        environment.insert("DISPLAY"_s, ":6.1"_s);
+        environment.insert("container"_s, container);
         QProcess process;
         process.setProcessEnvironment(environment);
         process.start(m_folder->filePath(file), QStringList());
@@ -247,8 +236,8 @@ private slots:
 
     void computerIdIsStable()
     {
-        const QString machine = m_folder->filePath(QStringLiteral("machine-id"));
-        const QString own = m_folder->filePath(QStringLiteral("deep/own-id"));
+        const QString machine = m_folder->filePath("machine-id"_s);
+        const QString own = m_folder->filePath("deep/own-id"_s);
         const auto id = [&] { return mevo::LinuxSystemFacts({machine}, own).computerId(); };
         const QString random = id();
         QCOMPARE(random.size(), 32);
@@ -273,31 +262,30 @@ private slots:
         QVERIFY(!facts.isXpClass());
         QVERIFY(facts.compilerRuntimeInstalled());
         QVERIFY(facts.freeSpaceMiB() > 0);
-        QVERIFY(mevo::LinuxSystemFacts::freeSpaceMiB(m_folder->filePath(QStringLiteral("not/made yet"))) > 0);
+        QVERIFY(mevo::LinuxSystemFacts::freeSpaceMiB(m_folder->filePath("not/made yet"_s)) > 0);
         QVERIFY(facts.localeId() > 0);
-        QVERIFY(!mevo::NoRegistry().value(QStringLiteral("HKLM"), QStringLiteral("x")).has_value());
+        QVERIFY(!mevo::NoRegistry().value("HKLM"_s, "x"_s).has_value());
     }
 
     void elevationMark()
     {
-        const QString file = m_folder->filePath(QStringLiteral("conf/mevo.conf"));
-        mevo::LinuxElevation mark(file, QStringLiteral("/opt/语音 input"));
+        const QString file = m_folder->filePath("conf/mevo.conf"_s);
+        mevo::LinuxElevation mark(file, "/opt/语音 input"_s);
         QVERIFY(!mark.isSet());
         QVERIFY(mark.clear());
         QVERIFY(mark.set());
         QVERIFY(mark.isSet());
-        QVERIFY(!mevo::LinuxElevation(file, QStringLiteral("/elsewhere")).isSet());
+        QVERIFY(!mevo::LinuxElevation(file, "/elsewhere"_s).isSet());
         QVERIFY(mark.clear());
         QVERIFY(!mark.isSet());
-        QVERIFY(!mevo::LinuxElevation(QStringLiteral("/proc/none/mevo.conf"), QStringLiteral("/x")).set());
+        QVERIFY(!mevo::LinuxElevation("/proc/none/mevo.conf"_s, "/x"_s).set());
     }
 
     void startupEntry()
     {
-        const QString name = QStringLiteral("灵犀听写系统.lnk");
-        const QString path = m_folder->filePath(QStringLiteral("autostart/灵犀听写系统.desktop"));
-        mevo::XdgStartupEntry entry(m_folder->filePath(QStringLiteral("autostart")),
-                                    QStringLiteral("/opt/a \"b\" $c 100%/mevoinput"));
+        const QString name = "灵犀听写系统.lnk"_s;
+        const QString path = m_folder->filePath("autostart/灵犀听写系统.desktop"_s);
+        mevo::XdgStartupEntry entry(m_folder->filePath("autostart"_s), "/opt/a \"b\" $c 100%/mevoinput"_s);
         QVERIFY(!entry.exists(name));
         QVERIFY(entry.clear(name));
         QVERIFY(entry.set(name));
@@ -313,18 +301,15 @@ private slots:
         QVERIFY(!QFile::exists(path));
 
         QVERIFY(!entry.set(QString()));
-        QVERIFY(entry.set(QStringLiteral("../../x\ny")));
-        QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("autostart/.._.._x_y.desktop"))));
-        QVERIFY(!mevo::XdgStartupEntry(QStringLiteral("/proc/none"), QStringLiteral("/x")).set(name));
+        QVERIFY(entry.set("../../x\ny"_s));
+        QVERIFY(QFile::exists(m_folder->filePath("autostart/.._.._x_y.desktop"_s)));
+        QVERIFY(!mevo::XdgStartupEntry("/proc/none"_s, "/x"_s).set(name));
     }
 
     void network_data()
     {
         using Connection = mevo::NetworkState::Connection;
-        QTest::addColumn<QByteArray>("routes4");
-        QTest::addColumn<QByteArray>("routes6");
-        QTest::addColumn<QByteArray>("proxy");
-        QTest::addColumn<int>("connection");
+        const Rows<QByteArray, QByteArray, QByteArray, int> add; // routes4, routes6, proxy, connection
         const QByteArray head = "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\tMTU\n";
         const QByteArray lan = "eth0\t00000000\t0100A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0\n";
         const QByteArray near = "eth0\t0000A8C0\t00000000\t0001\t0\t0\t100\t00FFFFFF\t0\t0\t0\n";
@@ -334,9 +319,9 @@ private slots:
         const QByteArray refused = zero + " 00 " + zero + " 00 " + zero + " ffffffff 1 0 00200200 lo\n";
         const QByteArray lan6 =
             zero + " 00 " + zero + " 00 fe80" + QByteArray(28, '1') + " 00000400 1 0 00000003 eth0\n";
-        const auto row = [](const char *tag, const QByteArray &routes4, const QByteArray &routes6,
-                            const char *proxy, Connection connection) {
-            QTest::newRow(tag) << routes4 << routes6 << QByteArray(proxy) << static_cast<int>(connection);
+        const auto row = [&](const char *tag, const QByteArray &routes4, const QByteArray &routes6,
+                             const char *proxy, Connection connection) {
+            add(tag, routes4, routes6, QByteArray(proxy), static_cast<int>(connection));
         };
         row("lan", head + near + lan, refused, "", Connection::Lan);
         row("modem preferred by its metric", head + lan + modem, "", "", Connection::Modem);
@@ -352,18 +337,16 @@ private slots:
     }
     void network()
     {
-        QFETCH(QByteArray, routes4);
-        QFETCH(QByteArray, routes6);
-        QFETCH(QByteArray, proxy);
+        const auto [routes4, routes6, proxy, connection] = rowOf<QByteArray, QByteArray, QByteArray, int>();
         for (const char *name : {"HTTP_PROXY", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"}) {
             qunsetenv(name);
         }
         qputenv("http_proxy", proxy);
-        write(m_folder->filePath(QStringLiteral("proc/net/route")), routes4);
-        write(m_folder->filePath(QStringLiteral("proc/net/ipv6_route")), routes6);
-        write(m_folder->filePath(QStringLiteral("sys/class/net/down0/operstate")), "down\n");
-        write(m_folder->filePath(QStringLiteral("sys/class/net/eth0/operstate")), "up\n");
-        QTEST(static_cast<int>(mevo::RouteNetworkState({}, m_folder->path()).connection()), "connection");
+        write(m_folder->filePath("proc/net/route"_s), routes4);
+        write(m_folder->filePath("proc/net/ipv6_route"_s), routes6);
+        write(m_folder->filePath("sys/class/net/down0/operstate"_s), "down\n");
+        write(m_folder->filePath("sys/class/net/eth0/operstate"_s), "up\n");
+        QCOMPARE(static_cast<int>(mevo::RouteNetworkState({}, m_folder->path()).connection()), connection);
         QCOMPARE(mevo::RouteNetworkState([] { return true; }, m_folder->path()).connection(),
                  mevo::NetworkState::Connection::Lan);
     }
@@ -396,22 +379,22 @@ private slots:
 
         // A child does not keep the lock of the program that started it.
         QProcess child;
-        child.start(QStringLiteral("cat"), QStringList());
+        child.start("cat"_s, QStringList());
         QVERIFY(child.waitForStarted());
         QProcess second;
         QCOMPARE(answer(second), QByteArray("busy"));
         QVERIFY(second.state() == QProcess::NotRunning || second.waitForFinished());
-        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("answer to hello"));
-        QCOMPARE(callFromElsewhere(QStringLiteral("more than twenty bytes of it")), QByteArray("closed"));
+        QCOMPARE(callFromElsewhere("hello"_s), QByteArray("answer to hello"));
+        QCOMPARE(callFromElsewhere("more than twenty bytes of it"_s), QByteArray("closed"));
         QCOMPARE(heard, QList<QByteArray>{"hello"});
         lock.whenCalled(20, [](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {});
-        QCOMPARE(callFromElsewhere(QStringLiteral("hello"), 100), QByteArray("silent"));
+        QCOMPARE(callFromElsewhere("hello"_s, 100), QByteArray("silent"));
         // A holder that is going: who is there already is told so at once, who comes finds nobody.
         lock.whenCalled(20, [&lock](const QByteArray &, const mevo::SingleInstance::CallAnswer &) {
             QTimer::singleShot(0, QCoreApplication::instance(), [&lock] { lock.closeDoor(); });
         });
-        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("closed"));
-        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("nobody"));
+        QCOMPARE(callFromElsewhere("hello"_s), QByteArray("closed"));
+        QCOMPARE(callFromElsewhere("hello"_s), QByteArray("nobody"));
         {
             QProcess during;
             QCOMPARE(answer(during), QByteArray("busy")); // the lock is another matter
@@ -431,15 +414,15 @@ private slots:
     {
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder->path()));
         qputenv("MEVO_TEST_LOCK", QByteArray::number(QCoreApplication::applicationPid()) + "-older");
-        QFile file(mevo::runtimePaths(lockName(), QStringLiteral(".lock")).last());
+        QFile file(mevo::runtimePaths(lockName(), ".lock"_s).last());
         QVERIFY(file.open(QIODevice::ReadWrite));
         QCOMPARE(flock(file.handle(), LOCK_EX | LOCK_NB), 0);
         const mevo::InstanceDoor door(
-            mevo::runtimePaths(lockName(), QStringLiteral(".socket")).last(), 20,
+            mevo::runtimePaths(lockName(), ".socket"_s).last(), 20,
             [](const QByteArray &message, const auto &reply) { reply("older one: " + message); });
         mevo::FlockSingleInstance lock;
         QVERIFY(!lock.acquire(lockName()));
-        QCOMPARE(callFromElsewhere(QStringLiteral("hello")), QByteArray("older one: hello"));
+        QCOMPARE(callFromElsewhere("hello"_s), QByteArray("older one: hello"));
         file.close(); // it has ended, and its file stays
         QVERIFY(lock.acquire(lockName()));
         QVERIFY(file.remove());
@@ -447,31 +430,25 @@ private slots:
 
     void callersWhoSayTooMuchOrTooLittle_data()
     {
-        QTest::addColumn<QList<QByteArray>>("pieces");
-        QTest::addColumn<bool>("leaves"); // behind the last piece, without a line end
-        QTest::addColumn<QList<QByteArray>>("heard");
-        QTest::addColumn<QByteArray>("log");
+        // pieces, leaves (behind the last piece, without a line end), expected, log
+        const Rows<QList<QByteArray>, bool, QList<QByteArray>, QByteArray> row;
         using Pieces = QList<QByteArray>;
-        QTest::newRow("a line") << Pieces{"abc\n"} << false << Pieces{"abc"} << QByteArray();
-        QTest::newRow("in pieces") << Pieces{"a", "b", "c\n"} << false << Pieces{"abc"} << QByteArray();
-        QTest::newRow("the longest") << Pieces{"0123456789\n"} << false << Pieces{"0123456789"}
-                                     << QByteArray();
-        QTest::newRow("nothing in it") << Pieces{"\n"} << false << Pieces{""} << QByteArray();
-        QTest::newRow("two lines") << Pieces{"a\nb\n"} << false << Pieces{"a"} << QByteArray();
-        QTest::newRow("too long") << Pieces{"01234567890"} << false << Pieces{} << QByteArray("too long");
-        QTest::newRow("much too long")
-            << Pieces{QByteArray(200000, 'x') + '\n'} << false << Pieces{} << QByteArray("too long");
-        QTest::newRow("no line end") << Pieces{"abc"} << false << Pieces{}
-                                     << QByteArray("no message has come");
-        QTest::newRow("not a word") << Pieces{} << false << Pieces{} << QByteArray("no message has come");
-        QTest::newRow("gone at once") << Pieces{} << true << Pieces{} << QByteArray();
+        row("a line", Pieces{"abc\n"}, false, Pieces{"abc"}, QByteArray());
+        row("in pieces", Pieces{"a", "b", "c\n"}, false, Pieces{"abc"}, QByteArray());
+        row("the longest", Pieces{"0123456789\n"}, false, Pieces{"0123456789"}, QByteArray());
+        row("nothing in it", Pieces{"\n"}, false, Pieces{""}, QByteArray());
+        row("two lines", Pieces{"a\nb\n"}, false, Pieces{"a"}, QByteArray());
+        row("too long", Pieces{"01234567890"}, false, Pieces{}, QByteArray("too long"));
+        row("much too long", Pieces{QByteArray(200000, 'x') + '\n'}, false, Pieces{}, QByteArray("too long"));
+        row("no line end", Pieces{"abc"}, false, Pieces{}, QByteArray("no message has come"));
+        row("not a word", Pieces{}, false, Pieces{}, QByteArray("no message has come"));
+        row("gone at once", Pieces{}, true, Pieces{}, QByteArray());
     }
     void callersWhoSayTooMuchOrTooLittle()
     {
-        QFETCH(QList<QByteArray>, pieces);
-        QFETCH(bool, leaves);
-        QFETCH(QByteArray, log);
-        const QString path = m_folder->filePath(QStringLiteral("door"));
+        const auto [pieces, leaves, expected, log] =
+            rowOf<QList<QByteArray>, bool, QList<QByteArray>, QByteArray>();
+        const QString path = m_folder->filePath("door"_s);
         QList<QByteArray> heard;
         mevo::InstanceDoor::callerTimeMs = 200;
         mevo::InstanceDoor door(path, 10, [&heard](const QByteArray &message, const auto &reply) {
@@ -492,14 +469,14 @@ private slots:
             caller.disconnectFromServer();
         }
         QTRY_COMPARE(caller.state(), QLocalSocket::UnconnectedState);
-        QTEST(heard, "heard");
+        QCOMPARE(heard, expected);
         QCOMPARE(caller.readAll(), heard.isEmpty() ? QByteArray() : QByteArray("\nyes\n"));
     }
     /// One of an older version says nothing before its answer.
     void aHolderThatAnswersAtOnce()
     {
         QLocalServer server;
-        QVERIFY(server.listen(m_folder->filePath(QStringLiteral("door"))));
+        QVERIFY(server.listen(m_folder->filePath("door"_s)));
         mevo::SingleInstance::CallResult result;
         std::atomic<bool> done{false};
         std::thread caller([&] {
@@ -516,13 +493,13 @@ private slots:
     /// A holder that is stuck is given up, and does not act on it when it comes round.
     void aHolderThatIsStuck()
     {
-        const QString path = m_folder->filePath(QStringLiteral("door"));
+        const QString path = m_folder->filePath("door"_s);
         QList<QByteArray> heard;
         mevo::InstanceDoor door(path, 10,
                                 [&heard](const QByteArray &message, const auto &) { heard.append(message); });
         const auto result = mevo::callInstance(path, "abc", {50, 600000}); // no event loop turns meanwhile
         QVERIFY(result.reached && !result.taken && !result.closed && result.answer.isEmpty());
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("it has gone meanwhile")));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("it has gone meanwhile"_s));
         QLocalSocket next;
         next.connectToServer(path);
         next.write("next\n");
@@ -533,7 +510,7 @@ private slots:
         if (geteuid() != 0) {
             QSKIP("only root can act as another user");
         }
-        const QString path = m_folder->filePath(QStringLiteral("door"));
+        const QString path = m_folder->filePath("door"_s);
         mevo::InstanceDoor door(path, 10, [](const QByteArray &, const auto &) { QFAIL("heard"); });
         for (const QString &opened : {m_folder->path(), path}) {
             QCOMPARE(chmod(QFile::encodeName(opened).constData(), 0777), 0);
@@ -546,14 +523,14 @@ private slots:
         QCOMPARE(seteuid(0), 0);
         QVERIFY(connected);
         caller.write("abc\n");
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("another user")));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("another user"_s));
         QTRY_COMPARE(caller.state(), QLocalSocket::UnconnectedState);
     }
     void lockThatCannotBeMade()
     {
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder->path()));
-        QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("x.lock")));
-        QVERIFY(mevo::FlockSingleInstance().acquire(QStringLiteral("x")));
+        QVERIFY(QDir(m_folder->path()).mkdir("x.lock"_s));
+        QVERIFY(mevo::FlockSingleInstance().acquire("x"_s));
     }
 
 private:

@@ -1,5 +1,6 @@
 #include "service/CountWrites.h"
 #include "service/RecordColumns.h"
+#include "support/Rows.h"
 
 #include <QMap>
 #include <QtTest>
@@ -9,7 +10,7 @@ using mevo::CountWrites;
 
 namespace {
 
-const QString column = QStringLiteral("BDSR1DUsedQuantity");
+const QString column = "BDSR1DUsedQuantity"_s;
 
 /// A program that counts, and the backend's rows of two receivers. It is led by a text, a letter a step:
 ///   A B  the receiver of this name is known    -  it is pulled out    e  its name is emptied
@@ -20,7 +21,7 @@ const QString column = QStringLiteral("BDSR1DUsedQuantity");
 struct Run
 {
     MainState state;
-    QMap<QString, int> rows{{QStringLiteral("A"), 300}, {QStringLiteral("B"), 7}};
+    QMap<QString, int> rows{{"A"_s, 300}, {"B"_s, 7}};
     int asked = 0;
     int pressed = 0;
     std::unique_ptr<mevo::DayCounts::Reading> reading;
@@ -86,7 +87,7 @@ struct Run
             write(true, false);
             break;
         case 'o':
-            rows[QStringLiteral("A")] += 10;
+            rows["A"_s] += 10;
             break;
         case 'd':
             counts.beginDay();
@@ -107,53 +108,52 @@ class TestDayCounts : public QObject
 private Q_SLOTS:
     void whatIsCountedIsAdded_data()
     {
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<int>("used");
-        QTest::newRow("before the first reading") << "AssR" << 302;
-        QTest::newRow("offline, before a second reading") << "ARsslR" << 302;
-        QTest::newRow("while the record is read") << "AR[s]" << 301;
-        QTest::newRow("and written before the answer comes") << "AR[sf]" << 301;
-        QTest::newRow("which the next reading knows") << "AR[sf]R" << 301;
-        QTest::newRow("written before the reading is answered") << "ARst[]" << 301;
-        QTest::newRow("taken, and its answer lost") << "ARstR" << 301;
-        QTest::newRow("taken, its answer lost, and counted on") << "ARstsR" << 302;
-        QTest::newRow("written, and nothing more") << "ARsfR" << 301;
-        QTest::newRow("pulled out and put back") << "ARs-AR" << 301;
-        QTest::newRow("put back before it is read") << "As-AR" << 301;
-        QTest::newRow("used elsewhere meanwhile") << "ARsf-oAsR" << 312;
-        QTest::newRow("another receiver's row") << "ARss-BR" << 7;
-        QTest::newRow("another receiver's row, without its removal") << "ARssBR" << 7;
-        QTest::newRow("another one counts for itself") << "ARss-BsR" << 8;
-        QTest::newRow("the first one comes back") << "ARss-BsR-AR" << 302;
-        QTest::newRow("answered after the removal") << "ARp-aAR" << 301;
-        QTest::newRow("answered to another receiver") << "ARp-BRa" << 7;
-        QTest::newRow("whose press it was") << "ARp-BRa-AR" << 301;
-        QTest::newRow("pressed before the receiver is known") << "pAaR" << 301;
-        QTest::newRow("known again by then") << "AR-pAaR" << 301;
-        QTest::newRow("counted before the receiver is known again") << "AR-psAaR" << 302;
-        QTest::newRow("never known") << "p-AaR" << 301;
-        QTest::newRow("between the removal and the arrival") << "ARs-s-sAR" << 303;
-        QTest::newRow("which is another receiver's") << "ARs-s-sBR" << 9;
-        QTest::newRow("pressed between them") << "AR-p-BaR" << 8;
-        QTest::newRow("the name is emptied") << "ARessf" << 302;
-        QTest::newRow("a new day") << "ARsfd" << 0;
-        QTest::newRow("a new day and what was not told") << "AssRd" << 2;
-        QTest::newRow("a new day, counted on and read") << "AssRdsfR" << 3;
+        const Rows<QString, int> row; // steps, used
+        row("before the first reading", "AssR", 302);
+        row("offline, before a second reading", "ARsslR", 302);
+        row("while the record is read", "AR[s]", 301);
+        row("and written before the answer comes", "AR[sf]", 301);
+        row("which the next reading knows", "AR[sf]R", 301);
+        row("written before the reading is answered", "ARst[]", 301);
+        row("taken, and its answer lost", "ARstR", 301);
+        row("taken, its answer lost, and counted on", "ARstsR", 302);
+        row("written, and nothing more", "ARsfR", 301);
+        row("pulled out and put back", "ARs-AR", 301);
+        row("put back before it is read", "As-AR", 301);
+        row("used elsewhere meanwhile", "ARsf-oAsR", 312);
+        row("another receiver's row", "ARss-BR", 7);
+        row("another receiver's row, without its removal", "ARssBR", 7);
+        row("another one counts for itself", "ARss-BsR", 8);
+        row("the first one comes back", "ARss-BsR-AR", 302);
+        row("answered after the removal", "ARp-aAR", 301);
+        row("answered to another receiver", "ARp-BRa", 7);
+        row("whose press it was", "ARp-BRa-AR", 301);
+        row("pressed before the receiver is known", "pAaR", 301);
+        row("known again by then", "AR-pAaR", 301);
+        row("counted before the receiver is known again", "AR-psAaR", 302);
+        row("never known", "p-AaR", 301);
+        row("between the removal and the arrival", "ARs-s-sAR", 303);
+        row("which is another receiver's", "ARs-s-sBR", 9);
+        row("pressed between them", "AR-p-BaR", 8);
+        row("the name is emptied", "ARessf", 302);
+        row("a new day", "ARsfd", 0);
+        row("a new day and what was not told", "AssRd", 2);
+        row("a new day, counted on and read", "AssRdsfR", 3);
     }
 
     void whatIsCountedIsAdded()
     {
-        QFETCH(QString, steps);
+        const auto [steps, used] = rowOf<QString, int>();
         Run run;
         for (const QChar step : qAsConst(steps)) {
             run.step(step);
         }
-        QTEST(run.state.dayCounts.used(CountColumn::Baidu), "used");
+        QCOMPARE(run.state.dayCounts.used(CountColumn::Baidu), used);
         QCOMPARE(run.state.dayCounts.used(CountColumn::XunFei), 0);
         if (!run.state.CountersLocked) { // the rest goes into the row, which holds what has been used
             const QString id = run.state.dayCounts.receiverId();
             run.step(u'f');
-            QTEST(run.rows.value(id), "used");
+            QCOMPARE(run.rows.value(id), used);
             QVERIFY(!run.state.dayCounts.isUntold(CountColumn::Baidu));
         }
     }
@@ -167,7 +167,7 @@ private Q_SLOTS:
         run.step(u'R');
         run.state.BDFY1MMaxUsageQuantity = 3;
         QVERIFY(!run.state.CountersLocked && run.state.dayCounts.isRead());
-        for (const QChar step : QStringLiteral("-B")) {
+        for (const QChar step : "-B"_s) {
             run.step(step);
             run.state.dayCounts.follow();
             QVERIFY(run.state.CountersLocked && !run.state.dayCounts.isRead());
@@ -182,37 +182,25 @@ private Q_SLOTS:
 
     void anOlderCountNeverComesLast_data()
     {
-        QTest::addColumn<QString>("steps"); // letters: see below
-        QTest::addColumn<QString>("sent");  // "1 2" what went out, "x1" what was called off
-        QTest::newRow("one after the other") << "1e2e"
-                                             << "1 2";
-        QTest::newRow("the second waits for the first") << "12"
-                                                        << "1";
-        QTest::newRow("and goes then") << "12e"
-                                       << "1 2";
-        QTest::newRow("the third takes the place of the second") << "123e"
-                                                                 << "1 3";
-        QTest::newRow("another column and another receiver do not wait") << "1XB"
-                                                                         << "1 X B";
-        QTest::newRow("an exit passes what is stuck") << "12o"
-                                                      << "1 x1 2";
-        QTest::newRow("whose end changes nothing") << "12ol"
-                                                   << "1 x1 2";
-        QTest::newRow("an exit with nothing that waits") << "1o"
-                                                         << "1";
-        QTest::newRow("an exit's own write, nothing before it") << "2w"
-                                                                << "2";
-        QTest::newRow("an exit's own write, older ones before it") << "132w"
-                                                                   << "1 x1";
-        QTest::newRow("nothing of another column is called off") << "Xw"
-                                                                 << "X";
-        QTest::newRow("sent and ended at once") << "s123"
-                                                << "1 2 3";
+        // steps (letters: see below), expected ("1 2" what went out, "x1" what was called off)
+        const Rows<QString, QString> row;
+        row("one after the other", "1e2e", "1 2");
+        row("the second waits for the first", "12", "1");
+        row("and goes then", "12e", "1 2");
+        row("the third takes the place of the second", "123e", "1 3");
+        row("another column and another receiver do not wait", "1XB", "1 X B");
+        row("an exit passes what is stuck", "12o", "1 x1 2");
+        row("whose end changes nothing", "12ol", "1 x1 2");
+        row("an exit with nothing that waits", "1o", "1");
+        row("an exit's own write, nothing before it", "2w", "2");
+        row("an exit's own write, older ones before it", "132w", "1 x1");
+        row("nothing of another column is called off", "Xw", "X");
+        row("sent and ended at once", "s123", "1 2 3");
     }
 
     void anOlderCountNeverComesLast()
     {
-        QFETCH(QString, steps);
+        const auto [steps, expected] = rowOf<QString, QString>();
         QStringList sent;
         QList<CountWrites::Ended> ends;
         bool atOnce = false;
@@ -257,7 +245,7 @@ private Q_SLOTS:
                 break;
             }
         }
-        QTEST(sent.join(u' '), "sent");
+        QCOMPARE(sent.join(u' '), expected);
     }
 };
 

@@ -3,17 +3,12 @@
 #include "service/RecordColumns.h"
 #include "service/RecordVersion.h"
 #include "service/WebApiReply.h"
+#include "support/Rows.h"
 
 #include <QJsonArray>
 #include <QtTest>
 
 namespace {
-
-/// A text literal.
-QString operator""_s(const char *text, std::size_t size)
-{
-    return QString::fromUtf8(text, int(size));
-}
 
 /// Every column that is taken over, and where it lands, told apart from the program's own table.
 QMap<QString, int> numbersOf(const MainState &s)
@@ -155,8 +150,8 @@ private Q_SLOTS:
         QCOMPARE(state.BDSR1DReadQuantity * 1000 + state.TXSR1DReadQuantity * 100 +
                      state.XFSR1DReadQuantity * 10 + state.BDFY1MReadQuantity,
                  1234);
-        QCOMPARE(state.IPRecord, QStringLiteral("192.0.2.9"));
-        QCOMPARE(state.LastLoginDateTime, QStringLiteral("2026-11-24T08:00:00"));
+        QCOMPARE(state.IPRecord, "192.0.2.9"_s);
+        QCOMPARE(state.LastLoginDateTime, "2026-11-24T08:00:00"_s);
     }
 
     void nonsenseLeavesEverything_data()
@@ -165,16 +160,16 @@ private Q_SLOTS:
         QTest::newRow("absent") << QJsonValue(QJsonValue::Undefined);
         QTest::newRow("null") << QJsonValue(QJsonValue::Null);
         QTest::newRow("empty") << QJsonValue(QString());
-        QTest::newRow("a word") << QJsonValue(QStringLiteral("yes"));
+        QTest::newRow("a word") << QJsonValue("yes"_s);
         QTest::newRow("a fraction") << QJsonValue(0.5);
-        QTest::newRow("hexadecimal") << QJsonValue(QStringLiteral("0x10"));
+        QTest::newRow("hexadecimal") << QJsonValue("0x10"_s);
         QTest::newRow("a JSON flag") << QJsonValue(true);
         QTest::newRow("a list") << QJsonValue(QJsonArray{1});
         QTest::newRow("an object") << QJsonValue(QJsonObject{{"a"_s, 1}});
-        QTest::newRow("huge") << QJsonValue(QStringLiteral("99999999999"));
+        QTest::newRow("huge") << QJsonValue("99999999999"_s);
         QTest::newRow("very small") << QJsonValue(-1e300);
         QTest::newRow("1 MB") << QJsonValue(QString(1000000, QLatin1Char('7')));
-        QTest::newRow("a page") << QJsonValue(QStringLiteral("<!DOCTYPE html><html>"));
+        QTest::newRow("a page") << QJsonValue("<!DOCTYPE html><html>"_s);
         QTest::newRow("NUL") << QJsonValue(QString(QChar(0)));
     }
 
@@ -203,7 +198,7 @@ private Q_SLOTS:
         }
         MainState state;
         for (const mevo::AddressChange &change : mevo::changedAddresses(row, nothingStored)) {
-            QCOMPARE(change.key + change.text, QStringLiteral("ORVDByes")); // a schema may be called so
+            QCOMPARE(change.key + change.text, "ORVDByes"_s); // a schema may be called so
         }
         mevo::applyRecordColumns(state, {{"IPRecord"_s, QString(1000000, QLatin1Char('7'))}}, false);
         QVERIFY(state.IPRecord.isEmpty());
@@ -211,26 +206,22 @@ private Q_SLOTS:
 
     void numbersOutOfRangeAreLeft_data()
     {
-        QTest::addColumn<QString>("column");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<bool>("taken");
-        QTest::newRow("no delay") << "HW2ScreenIntervalTime"_s << 0 << true;
-        QTest::newRow("a negative delay") << "HW2ScreenIntervalTime"_s << -1 << false;
-        QTest::newRow("a negative delay of keys") << "Asr2ScreenIntervalTime"_s << -1 << false;
-        QTest::newRow("the longest delay") << "Asr2ScreenIntervalTime"_s << 60000 << true;
-        QTest::newRow("a delay without an end") << "Asr2ScreenIntervalTime"_s << 60001 << false;
-        QTest::newRow("a count that counting overflows") << "BDSR1DUsedQuantity"_s << 2147483647 << false;
-        QTest::newRow("a negative count") << "TXSR1DUsedQuantity"_s << -1 << false;
-        QTest::newRow("no input method") << "UseASR3Index"_s << -1 << true;
-        QTest::newRow("an unknown input method") << "UseASR3Index"_s << 4 << false;
-        QTest::newRow("a flag of two") << "HideXFSDK"_s << 2 << true;
+        const Rows<QString, int, bool> row; // column, value, taken
+        row("no delay", "HW2ScreenIntervalTime"_s, 0, true);
+        row("a negative delay", "HW2ScreenIntervalTime"_s, -1, false);
+        row("a negative delay of keys", "Asr2ScreenIntervalTime"_s, -1, false);
+        row("the longest delay", "Asr2ScreenIntervalTime"_s, 60000, true);
+        row("a delay without an end", "Asr2ScreenIntervalTime"_s, 60001, false);
+        row("a count that counting overflows", "BDSR1DUsedQuantity"_s, 2147483647, false);
+        row("a negative count", "TXSR1DUsedQuantity"_s, -1, false);
+        row("no input method", "UseASR3Index"_s, -1, true);
+        row("an unknown input method", "UseASR3Index"_s, 4, false);
+        row("a flag of two", "HideXFSDK"_s, 2, true);
     }
 
     void numbersOutOfRangeAreLeft()
     {
-        QFETCH(QString, column);
-        QFETCH(int, value);
-        QFETCH(bool, taken);
+        const auto [column, value, taken] = rowOf<QString, int, bool>();
         MainState state;
         state.HW2ScreenIntervalTime = state.Asr2ScreenIntervalTime = 30;
         const int before = numbersOf(state).value(column);
@@ -243,13 +234,11 @@ private Q_SLOTS:
 
     void inputMethods_data()
     {
-        QTest::addColumn<QJsonObject>("row");
-        QTest::addColumn<bool>("xpClass");
-        QTest::addColumn<QString>("expected"); // enabled, in force, must click, newer XunFei
-        const auto row = [](const char *name, std::initializer_list<QPair<QString, QJsonValue>> columns,
-                            const QString &expected, bool xpClass = false) {
-            QTest::newRow(name) << QJsonObject(columns) << xpClass << expected;
-        };
+        // row, xpClass, expected (enabled, in force, must click, newer XunFei)
+        const Rows<QJsonObject, bool, QString> add;
+        const auto row = [&](const char *name, std::initializer_list<QPair<QString, QJsonValue>> columns,
+                             const QString &expected,
+                             bool xpClass = false) { add(name, QJsonObject(columns), xpClass, expected); };
         row("on", {{"EnableASR3"_s, "1"_s}}, "1100"_s);
         row("off", {{"EnableASR3"_s, "0"_s}}, "0000"_s);
         row("custom and hidden",
@@ -266,16 +255,14 @@ private Q_SLOTS:
 
     void inputMethods()
     {
-        QFETCH(QJsonObject, row);
-        QFETCH(bool, xpClass);
+        const auto [row, xpClass, expected] = rowOf<QJsonObject, bool, QString>();
         MainState state;
         const auto effects = mevo::applyRecordColumns(state, row, xpClass);
-        QTEST(QStringLiteral("%1%2%3%4")
-                  .arg(state.EnableASR3)
-                  .arg(state.LocalEnableASR3)
-                  .arg(state.MustClickRunASR3)
-                  .arg(state.ForceUseXFMore3V),
-              "expected");
+        QCOMPARE("%1%2%3%4"_s.arg(state.EnableASR3)
+                     .arg(state.LocalEnableASR3)
+                     .arg(state.MustClickRunASR3)
+                     .arg(state.ForceUseXFMore3V),
+                 expected);
         if (row.contains("ForceUseXFMore3V"_s)) {
             QCOMPARE(effects.settings.value(0).value, int(state.ForceUseXFMore3V));
         }
@@ -286,7 +273,7 @@ private Q_SLOTS:
         MainState state;
         QJsonObject row;
         for (const QString &column : numbersOf({}).keys()) {
-            row.insert(column, QStringLiteral("1"));
+            row.insert(column, "1"_s);
         }
         mevo::applyRecordColumns(state, row, false);
         const QMap<QString, int> before = numbersOf(state);
@@ -324,50 +311,39 @@ private Q_SLOTS:
         QCOMPARE(texts(mevo::changedAddresses(row, nothingStored)), all);
         const auto lookUp = [&](const QString &key) { return stored.value(key); };
         QVERIFY(mevo::changedAddresses(row, lookUp).isEmpty());
-        stored.remove(QStringLiteral("DAD"));
+        stored.remove("DAD"_s);
         row.insert("TALKINSERVER"_s, "http://other.example/?"_s);
         QCOMPARE(texts(mevo::changedAddresses(row, lookUp)),
-                 QStringList({QStringLiteral("TKS=http://other.example/?"), all[6]}));
+                 QStringList({"TKS=http://other.example/?"_s, all[6]}));
     }
 
     void whatCanBeNoServerIsLeft_data()
     {
-        QTest::addColumn<QString>("column");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("a word") << "TALKINSERVER"_s
-                                << "nonsense"_s;
-        QTest::newRow("no host") << "TALKINSERVER"_s
-                                 << "http:///mevowebapi?"_s;
-        QTest::newRow("a file") << "TALKINSERVER_BK1"_s
-                                << "file:///etc/passwd"_s;
-        QTest::newRow("a socket for the web API") << "TALKINSERVER_BK2"_s
-                                                  << "ws://a.example"_s;
-        QTest::newRow("a page for the socket") << "ORVWSURL"_s
-                                               << "http://a.example"_s;
-        QTest::newRow("blanks in it") << "VERSIONCHECKURL"_s
-                                      << "http://a b.example/"_s;
-        QTest::newRow("longer than its field") << "VERSIONCHECKURL"_s
-                                               << "http://a.example/"_s + QString(1000, QLatin1Char('x'));
-        QTest::newRow("a statement for a schema") << "ORVSCHEMANAME"_s
-                                                  << "x; drop table y"_s;
-        QTest::newRow("a line end in the schema") << "ORVSCHEMANAME"_s
-                                                  << "db\n"_s;
+        const Rows<QString, QString> row; // column, text
+        row("a word", "TALKINSERVER"_s, "nonsense"_s);
+        row("no host", "TALKINSERVER"_s, "http:///mevowebapi?"_s);
+        row("a file", "TALKINSERVER_BK1"_s, "file:///etc/passwd"_s);
+        row("a socket for the web API", "TALKINSERVER_BK2"_s, "ws://a.example"_s);
+        row("a page for the socket", "ORVWSURL"_s, "http://a.example"_s);
+        row("blanks in it", "VERSIONCHECKURL"_s, "http://a b.example/"_s);
+        row("longer than its field", "VERSIONCHECKURL"_s,
+            "http://a.example/"_s + QString(1000, QLatin1Char('x')));
+        row("a statement for a schema", "ORVSCHEMANAME"_s, "x; drop table y"_s);
+        row("a line end in the schema", "ORVSCHEMANAME"_s, "db\n"_s);
     }
 
     void whatCanBeNoServerIsLeft()
     {
-        QFETCH(QString, column);
-        QFETCH(QString, text);
+        const auto [column, text] = rowOf<QString, QString>();
         QVERIFY(mevo::changedAddresses({{column, text}}, nothingStored).isEmpty());
     }
 
     void versions_data()
     {
-        QTest::addColumn<QJsonValue>("value");
-        QTest::addColumn<int>("expected");
+        const Rows<QJsonValue, int> add; // value, expected
         using V = mevo::RecordVersion;
-        const auto row = [](const char *name, const QJsonValue &value, V expected) {
-            QTest::newRow(name) << value << int(expected);
+        const auto row = [&](const char *name, const QJsonValue &value, V expected) {
+            add(name, value, int(expected));
         };
         row("own", "107"_s, V::Current);
         row("own as a number", 107, V::Current);
@@ -386,37 +362,36 @@ private Q_SLOTS:
 
     void versions()
     {
-        QFETCH(QJsonValue, value);
-        QTEST(int(mevo::recordVersion({{"CurrentVersion"_s, value}}, 107)), "expected");
+        const auto [value, expected] = rowOf<QJsonValue, int>();
+        QCOMPARE(int(mevo::recordVersion({{"CurrentVersion"_s, value}}, 107)), expected);
     }
 
     void theDay_data()
     {
-        QTest::addColumn<QString>("began");
-        QTest::addColumn<bool>("over");
-        QTest::newRow("this second") << "2026-11-24 09:00:00"_s << false;
-        QTest::newRow("an hour ago") << "2026-11-24 08:00:00"_s << false;
-        QTest::newRow("past midnight") << "2026-11-23 23:59:59"_s << false;
-        QTest::newRow("24 h less a second") << "2026-11-23 09:00:01"_s << false;
-        QTest::newRow("24 h exactly") << "2026-11-23 09:00:00"_s << false;
-        QTest::newRow("24 h and a second") << "2026-11-23 08:59:59"_s << true;
-        QTest::newRow("25 h") << "2026-11-23 08:00:00"_s << true;
-        QTest::newRow("years ago") << "1970-01-01 00:00:00"_s << true;
-        QTest::newRow("with a T") << "2026-11-23T09:00:00"_s << false;
-        QTest::newRow("with a T, over") << "2026-11-23T08:59:59"_s << true;
-        QTest::newRow("with a fraction and a zone") << "2026-11-24T08:59:59.123Z"_s << false;
-        QTest::newRow("a clock set back by a second") << "2026-11-24 09:00:01"_s << true;
-        QTest::newRow("a clock set back by years") << "2031-01-01 00:00:00"_s << true;
-        QTest::newRow("empty") << ""_s << true;
-        QTest::newRow("a word") << "yesterday"_s << true;
-        QTest::newRow("no such day") << "2026-02-30 10:00:00"_s << true;
-        QTest::newRow("1 MB") << QString(1000000, QLatin1Char('2')) << true;
+        const Rows<QString, bool> row; // began, over
+        row("this second", "2026-11-24 09:00:00"_s, false);
+        row("an hour ago", "2026-11-24 08:00:00"_s, false);
+        row("past midnight", "2026-11-23 23:59:59"_s, false);
+        row("24 h less a second", "2026-11-23 09:00:01"_s, false);
+        row("24 h exactly", "2026-11-23 09:00:00"_s, false);
+        row("24 h and a second", "2026-11-23 08:59:59"_s, true);
+        row("25 h", "2026-11-23 08:00:00"_s, true);
+        row("years ago", "1970-01-01 00:00:00"_s, true);
+        row("with a T", "2026-11-23T09:00:00"_s, false);
+        row("with a T, over", "2026-11-23T08:59:59"_s, true);
+        row("with a fraction and a zone", "2026-11-24T08:59:59.123Z"_s, false);
+        row("a clock set back by a second", "2026-11-24 09:00:01"_s, true);
+        row("a clock set back by years", "2031-01-01 00:00:00"_s, true);
+        row("empty", ""_s, true);
+        row("a word", "yesterday"_s, true);
+        row("no such day", "2026-02-30 10:00:00"_s, true);
+        row("1 MB", QString(1000000, QLatin1Char('2')), true);
     }
 
     void theDay()
     {
-        QFETCH(QString, began);
-        QTEST(mevo::isDayOver(began, QDateTime(QDate(2026, 11, 24), QTime(9, 0))), "over");
+        const auto [began, over] = rowOf<QString, bool>();
+        QCOMPARE(mevo::isDayOver(began, QDateTime(QDate(2026, 11, 24), QTime(9, 0))), over);
     }
 };
 

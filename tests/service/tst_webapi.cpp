@@ -6,6 +6,7 @@
 #include "service/isOnl.h"
 #include "support/FakePlatform.h"
 #include "support/ScriptedHttp.h"
+#include "support/Texts.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>
@@ -78,7 +79,7 @@ private slots:
     void onlineWatch();
 
 private:
-    QString base() const { return m_server->url(QStringLiteral("/mevowebapi?")).toString(); }
+    QString base() const { return m_server->url("/mevowebapi?"_s).toString(); }
     int get(int timeoutMs, QString &reply) { return m_api->BackendGet(m_server->url(), timeoutMs, reply); }
 
     FakePlatform m_platform;
@@ -94,8 +95,8 @@ void TestWebApi::init()
     m_state.BackendReachable = true;
     m_state.UseNetworkProxy = false;
     m_state.ServerVersion.clear();
-    m_state.SchemaName = QStringLiteral("db");
-    m_state.DongleID = QStringLiteral("01-02-030405");
+    m_state.SchemaName = "db"_s;
+    m_state.DongleID = "01-02-030405"_s;
     m_state.ServerUrl = m_state.ServerUrlBk1 = m_state.ServerUrlBk2 = base();
     m_api = std::make_unique<WebApi>(m_state, cipher);
 }
@@ -148,8 +149,8 @@ void TestWebApi::refusesEnormousReplies()
 void TestWebApi::requestBytes()
 {
     m_server->enqueue(ScriptedAnswer::body("raw reply"));
-    const QString sql = QStringLiteral("select * from db.device_serialid where DongleID='01-02-030405'");
-    QCOMPARE(m_api->RunBackendSql(nullptr, sql, base(), 2000), QStringLiteral("raw reply"));
+    const QString sql = "select * from db.device_serialid where DongleID='01-02-030405'"_s;
+    QCOMPARE(m_api->RunBackendSql(nullptr, sql, base(), 2000), "raw reply"_s);
     const ScriptedRequest &request = m_server->requests.first();
     QCOMPARE(statementOf(request, "newsql___"), sql);
     QCOMPARE(request.headers.value("content-type"), QByteArray("application/x-www-form-urlencoded"));
@@ -160,10 +161,9 @@ void TestWebApi::postBytes()
 {
     m_server->enqueue(ScriptedAnswer::body("posted"));
     QString reply;
-    QCOMPARE(m_api->BackendPost(m_server->url(QStringLiteral("/json")), 2000, R"({"a":"语"})", reply,
-                                "application/json"),
+    QCOMPARE(m_api->BackendPost(m_server->url("/json"_s), 2000, R"({"a":"语"})", reply, "application/json"),
              200);
-    QCOMPARE(reply, QStringLiteral("posted"));
+    QCOMPARE(reply, "posted"_s);
     const ScriptedRequest &request = m_server->requests.first();
     QCOMPARE(request.method, QByteArray("POST"));
     QCOMPARE(request.target, QByteArray("/json"));
@@ -193,7 +193,7 @@ void TestWebApi::timesOut()
     m_server->answerHeld(); // into a connection that is being torn down
     m_server->enqueue(ScriptedAnswer::body("in time"));
     QCOMPARE(get(5000, reply), 200);
-    QCOMPARE(reply, QStringLiteral("in time"));
+    QCOMPARE(reply, "in time"_s);
 }
 
 void TestWebApi::forgottenCallsLeaveAndAreCleanedUp()
@@ -201,7 +201,7 @@ void TestWebApi::forgottenCallsLeaveAndAreCleanedUp()
     m_server->fallback = ScriptedAnswer::late(ScriptedAnswer::body("seen"));
     QString reply;
     for (int i = 0; i < 20; ++i) {
-        QCOMPARE(m_api->BackendGet(m_server->url(QStringLiteral("/%1").arg(i)), 1, reply), 0);
+        QCOMPARE(m_api->BackendGet(m_server->url("/%1"_s.arg(i)), 1, reply), 0);
     }
     QVERIFY(!m_api->drain(11)); // nobody answers: the wait has an end
     QTRY_VERIFY(!m_server->requests.isEmpty());
@@ -228,8 +228,7 @@ void TestWebApi::countsGoOneAfterTheOther()
 {
     mevo::DayCounts &counts = m_state.dayCounts;
     const auto write = [&](int count) {
-        m_api->WriteCount(
-            {counts.receiver(), mevo::CountColumn::Baidu, count, QStringLiteral("count %1").arg(count)});
+        m_api->WriteCount({counts.receiver(), mevo::CountColumn::Baidu, count, "count %1"_s.arg(count)});
     };
     const auto asked = [&] {
         QStringList statements;
@@ -243,12 +242,12 @@ void TestWebApi::countsGoOneAfterTheOther()
     for (const int count : {1, 2, 3}) {
         write(count);
     }
-    QTRY_COMPARE(asked(), QStringLiteral("count 1"));
+    QTRY_COMPARE(asked(), "count 1"_s);
     QVERIFY(!m_api->drain(50));
-    QCOMPARE(asked(), QStringLiteral("count 1"));
+    QCOMPARE(asked(), "count 1"_s);
     m_server->answerHeld();
     QVERIFY(m_api->drain(10000)); // also for the one that has waited
-    QCOMPARE(asked(), QStringLiteral("count 1|count 3"));
+    QCOMPARE(asked(), "count 1|count 3"_s);
     QCOMPARE(m_state.BDSR1DReadQuantity, 3);
 
     m_server->enqueue(ScriptedAnswer::body({}, 503));
@@ -262,7 +261,7 @@ void TestWebApi::countsGoOneAfterTheOther()
     QTRY_COMPARE(m_server->requests.size(), 4);
     m_api->overtakeCounts();
     QVERIFY(m_api->drain(10000)); // nothing waits for the one that is stuck
-    QVERIFY(asked().endsWith(QStringLiteral("|count 5|count 6")));
+    QVERIFY(asked().endsWith("|count 5|count 6"_s));
 
     m_state.BackendReachable = false;
     write(7);
@@ -276,23 +275,23 @@ void TestWebApi::offline()
     QCOMPARE(get(5000, reply), -1);
     QCOMPARE(get(1, reply), -1);
     QCOMPARE(m_api->ProbeBackend(), -1);
-    QVERIFY(m_api->RunBackendSql(nullptr, QStringLiteral("x"), base(), 5000).isNull());
+    QVERIFY(m_api->RunBackendSql(nullptr, "x"_s, base(), 5000).isNull());
     QCOMPARE(m_server->connections, 0);
 }
 
 void TestWebApi::sqlNeedsTheBackend()
 {
     m_state.BackendReachable = false;
-    QVERIFY(m_api->RunBackendSql(nullptr, QStringLiteral("x"), base(), 5000).isNull());
+    QVERIFY(m_api->RunBackendSql(nullptr, "x"_s, base(), 5000).isNull());
     QCOMPARE(m_server->connections, 0);
     m_state.BackendReachable = true;
     m_server->enqueue(ScriptedAnswer::body("no", 500));
-    QVERIFY(m_api->RunBackendSql(nullptr, QStringLiteral("x"), base(), 5000).isNull());
+    QVERIFY(m_api->RunBackendSql(nullptr, "x"_s, base(), 5000).isNull());
     QVERIFY(m_state.BackendReachable); // only a probe takes the flag away
 
     auto owner = std::make_unique<QObject>();
     m_server->onRequest = [&owner](const ScriptedRequest &) { owner.reset(); };
-    QVERIFY(m_api->RunBackendSql(owner.get(), QStringLiteral("x"), base(), 5000).isNull());
+    QVERIFY(m_api->RunBackendSql(owner.get(), "x"_s, base(), 5000).isNull());
     QVERIFY(!owner);
 }
 
@@ -319,22 +318,21 @@ void TestWebApi::probe()
     QFETCH(bool, reachable);
     QFETCH(QString, version);
     m_state.BackendReachable = !reachable;
-    m_state.ServerVersion = QStringLiteral("kept");
+    m_state.ServerVersion = "kept"_s;
     m_server->enqueue(ScriptedAnswer::body(body, status));
     QCOMPARE(m_api->ProbeBackend(), result);
     QCOMPARE(m_state.BackendReachable.load(), reachable);
     QCOMPARE(m_state.ServerVersion, version);
-    QCOMPARE(statementOf(m_server->requests.first(), "newGetNewVer___"), QStringLiteral("newGetNewVer"));
+    QCOMPARE(statementOf(m_server->requests.first(), "newGetNewVer___"), "newGetNewVer"_s);
 }
 
 void TestWebApi::columnWrite()
 {
-    QCOMPARE(m_api->WriteDeviceColumn(QStringLiteral("IPRecord='10.0.0.2'")), 0);
-    QCOMPARE(
-        statementOf(m_server->requests.first(), "updateIP___"),
-        QStringLiteral("update db.device_serialid set IPRecord='10.0.0.2' where DongleID='01-02-030405'"));
+    QCOMPARE(m_api->WriteDeviceColumn("IPRecord='10.0.0.2'"_s), 0);
+    QCOMPARE(statementOf(m_server->requests.first(), "updateIP___"),
+             "update db.device_serialid set IPRecord='10.0.0.2' where DongleID='01-02-030405'"_s);
     m_server->fallback = ScriptedAnswer::body({}, 500);
-    QCOMPARE(m_api->WriteDeviceColumn(QStringLiteral("IPRecord='10.0.0.2'")), -1);
+    QCOMPARE(m_api->WriteDeviceColumn("IPRecord='10.0.0.2'"_s), -1);
 }
 
 void TestWebApi::failover_data()
@@ -358,12 +356,12 @@ void TestWebApi::failover()
             servers[i].fallback = i == 0 ? ScriptedAnswer::silence() : ScriptedAnswer::body({}, 500);
         }
     }
-    const QString query = QStringLiteral("/mevowebapi?");
+    const QString query = "/mevowebapi?"_s;
     m_state.ServerUrl = servers[0].url(query).toString();
     m_state.ServerUrlBk1 = servers[1].url(query).toString();
     m_state.ServerUrlBk2 = servers[2].url(query).toString();
     m_state.BackendReachable = false;
-    QCOMPARE(m_api->RunWithFailover(QStringLiteral("select"), {50, 5000, 5000}).value_or(QString()), reply);
+    QCOMPARE(m_api->RunWithFailover("select"_s, {50, 5000, 5000}).value_or(QString()), reply);
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(servers[i].requests.size(), i <= down ? 1 : 0);
     }
@@ -373,7 +371,7 @@ void TestWebApi::statementsSideBySide()
 {
     std::vector<QString> statements;
     for (int i = 0; i < 9; ++i) {
-        statements.push_back(QStringLiteral("list %1").arg(i));
+        statements.push_back("list %1"_s.arg(i));
     }
     m_server->answering = [](const ScriptedRequest &request) {
         const QString statement = statementOf(request, "newsql___");
@@ -390,7 +388,7 @@ void TestWebApi::statementsSideBySide()
     const std::vector<QString> answers = m_api->RunBackendSqls(nullptr, statements, base(), 20000);
     QCOMPARE(answers.size(), std::size_t(9));
     for (int i = 0; i < 9; ++i) {
-        QCOMPARE(answers[std::size_t(i)], i == 3 ? QString() : QStringLiteral("answer to list %1").arg(i));
+        QCOMPARE(answers[std::size_t(i)], i == 3 ? QString() : "answer to list %1"_s.arg(i));
     }
 
     m_server->onRequest = nullptr; // those that come are had, though one never does
@@ -400,7 +398,7 @@ void TestWebApi::statementsSideBySide()
     };
     const std::vector<QString> some = m_api->RunBackendSqls(nullptr, statements, base(), 500);
     QVERIFY(some[0].isNull());
-    QCOMPARE(std::count(some.begin(), some.end(), QStringLiteral("had")), 8);
+    QCOMPARE(std::count(some.begin(), some.end(), "had"_s), 8);
     m_state.BackendReachable = false;
     m_server->clear();
     QCOMPARE(m_api->RunBackendSqls(nullptr, statements, base(), 500), std::vector<QString>(9));
@@ -416,13 +414,12 @@ void TestWebApi::sharedWait()
     QString reply;
     QCOMPARE(get(50, reply), -1);
     QCOMPARE(m_api->cutOffCount(), 0); // it has had its whole time
-    QVERIFY(
-        m_api->RunBackendSqls(nullptr, {QStringLiteral("a"), QStringLiteral("b")}, base(), 5000)[0].isNull());
+    QVERIFY(m_api->RunBackendSqls(nullptr, {"a"_s, "b"_s}, base(), 5000)[0].isNull());
     QCOMPARE(m_api->cutOffCount(), 1);
     QVERIFY(m_api->sharedWaitUsedUp());
     QTRY_COMPARE(m_server->requests.size(), 3);
-    QVERIFY(!m_api->RunWithFailover(QStringLiteral("x"), {5000, 5000, 5000}).has_value());
-    QCOMPARE(m_api->WriteDeviceColumn(QStringLiteral("x")), -1);
+    QVERIFY(!m_api->RunWithFailover("x"_s, {5000, 5000, 5000}).has_value());
+    QCOMPARE(m_api->WriteDeviceColumn("x"_s), -1);
     QCOMPARE(m_api->cutOffCount(), 5);
     QCOMPARE(get(1, reply), 0); // what nobody waits for takes no time
     QVERIFY2(time.elapsed() < 4000, qPrintable(QString::number(time.elapsed())));
@@ -461,14 +458,14 @@ void TestWebApi::goesThroughTheProxy()
 {
     ScriptedHttp proxy;
     m_state.UseNetworkProxy = true;
-    m_state.NetworkProxy_IP = QStringLiteral("127.0.0.1");
+    m_state.NetworkProxy_IP = "127.0.0.1"_s;
     m_state.NetworkProxy_Port = proxy.serverPort();
     QString reply;
-    m_api->BackendGet(QUrl(QStringLiteral("http://backend.invalid:19004/x")), 5000, reply);
+    m_api->BackendGet(QUrl("http://backend.invalid:19004/x"_s), 5000, reply);
     QVERIFY(!proxy.requests.isEmpty());
     QVERIFY(proxy.requests.first().target.contains("backend.invalid:19004"));
     proxy.clear();
-    m_api->BackendGet(QUrl(QStringLiteral("http://backend.invalid:19004/x")), 1, reply);
+    m_api->BackendGet(QUrl("http://backend.invalid:19004/x"_s), 1, reply);
     QVERIFY(m_api->drain(10000));
     QVERIFY(!proxy.requests.isEmpty());
 }
@@ -515,7 +512,7 @@ void TestWebApi::surroundingsGoDuringAWait()
     if (what.startsWith(QLatin1String("nothing"))) {
         QCOMPARE(code, 0); // answered, with something that is no reply of the backend
         QCOMPARE(innerCode, 200);
-        QCOMPARE(inner, QStringLiteral("inner"));
+        QCOMPARE(inner, "inner"_s);
     } else {
         QCOMPARE(code, -1);
         QCOMPARE(m_state.BackendReachable.load(), what == QLatin1String("the object"));
@@ -554,7 +551,7 @@ void TestWebApi::httpEnds()
         QCOMPARE(failed.first().first().value<QNetworkReply::NetworkError>(), error);
     }
     QByteArray target("before");
-    QNetworkRequest request(m_server->url(QStringLiteral("/post")));
+    QNetworkRequest request(m_server->url("/post"_s));
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArray("application/json"));
     QCOMPARE(http.post(request, "sent", target, maxTime), error == 0);
     QCOMPARE(target, error == 0 ? QByteArray("data") : QByteArray("before"));

@@ -1,6 +1,7 @@
 #include "session/SessionMachine.h"
 #include "session/ThirdPartyKeys.h"
 #include "support/CallLog.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -19,32 +20,26 @@ public:
     QStringList running;
 
     qint64 monotonicMs() const override { return clock; }
-    void sleepMs(int milliseconds) override { log.add(QStringLiteral("sleep %1").arg(milliseconds)); }
+    void sleepMs(int milliseconds) override { log.add("sleep %1"_s.arg(milliseconds)); }
     void trayMessage(const QString &text, mevo::MessageIcon, int milliseconds) override
     {
-        log.add(QStringLiteral("message %1 %2").arg(text).arg(milliseconds));
+        log.add("message %1 %2"_s.arg(text).arg(milliseconds));
     }
     void logReport(const QString &line) override { lastReport = line; }
-    void clearClipboard() override { log.add(QStringLiteral("clear clipboard")); }
-    void saveFocusWindow() override { log.add(QStringLiteral("save focus")); }
-    void raiseBar() override { log.add(QStringLiteral("raise")); }
-    void hideBar() override { log.add(QStringLiteral("hide bar")); }
-    void placeBar(int right, int bottom) override
-    {
-        log.add(QStringLiteral("place %1 %2").arg(right).arg(bottom));
-    }
-    void showTipWindow(bool longPress) override
-    {
-        log.add(longPress ? QStringLiteral("tip long press") : QStringLiteral("tip show"));
-    }
-    void hideTipWindow() override { log.add(QStringLiteral("tip hide")); }
+    void clearClipboard() override { log.add("clear clipboard"_s); }
+    void saveFocusWindow() override { log.add("save focus"_s); }
+    void raiseBar() override { log.add("raise"_s); }
+    void hideBar() override { log.add("hide bar"_s); }
+    void placeBar(int right, int bottom) override { log.add("place %1 %2"_s.arg(right).arg(bottom)); }
+    void showTipWindow(bool longPress) override { log.add(longPress ? "tip long press"_s : "tip show"_s); }
+    void hideTipWindow() override { log.add("tip hide"_s); }
     void updateMicWin(const QString &picture) override { log.add(picture); }
-    void preparePartialResults() override { log.add(QStringLiteral("partial")); }
+    void preparePartialResults() override { log.add("partial"_s); }
     bool translationDialogTakesKeys() const override { return dialogTakesKeys; }
-    void recordStart() override { log.add(QStringLiteral("record start")); }
+    void recordStart() override { log.add("record start"_s); }
     void recordStop() override
     {
-        log.add(QStringLiteral("record stop"));
+        log.add("record stop"_s);
         if (duringStop) {
             std::exchange(duringStop, nullptr)();
         }
@@ -56,18 +51,15 @@ public:
         ++lookUps;
         return inputMethodWindow;
     }
-    void leaveInputMethod() override { log.add(QStringLiteral("leave")); }
-    void startXunFeiInputMethod() override { log.add(QStringLiteral("start xunfei")); }
-    void startProgram(const QString &path) override { log.add(QStringLiteral("start ") + path); }
+    void leaveInputMethod() override { log.add("leave"_s); }
+    void startXunFeiInputMethod() override { log.add("start xunfei"_s); }
+    void startProgram(const QString &path) override { log.add("start "_s + path); }
     bool isProgramRunning(const QString &name) override { return running.contains(name); }
-    void awaitInputMethodWindow(const QString &windowClass) override
-    {
-        log.add(QStringLiteral("await ") + windowClass);
-    }
-    void markInputMethodStarted() override { log.add(QStringLiteral("mark")); }
+    void awaitInputMethodWindow(const QString &windowClass) override { log.add("await "_s + windowClass); }
+    void markInputMethodStarted() override { log.add("mark"_s); }
     void sendDeviceKey(int modifiers, int usage) override
     {
-        log.add(QStringLiteral("key %1 %2").arg(modifiers).arg(usage, 0, 16));
+        log.add("key %1 %2"_s.arg(modifiers).arg(usage, 0, 16));
     }
     void tapCustomKey() override
     {
@@ -76,8 +68,8 @@ public:
         sendDeviceKey(0, 0);
     }
     const MainState *state = nullptr;
-    void startPasteContentTimer() override { log.add(QStringLiteral("paste timer")); }
-    void startTapTimer() override { log.add(QStringLiteral("tap timer")); }
+    void startPasteContentTimer() override { log.add("paste timer"_s); }
+    void startTapTimer() override { log.add("tap timer"_s); }
 
     QString lastReport;
 };
@@ -115,18 +107,15 @@ struct Desk
     }
 };
 
-const QStringList ownPress{QStringLiteral("clear clipboard"), QStringLiteral("partial"),
-                           QStringLiteral("save focus"),      QStringLiteral("raise"),
-                           QStringLiteral("tip show"),        QStringLiteral(":/rec/MicSpeakPlease.png"),
-                           QStringLiteral("record start")};
-const QStringList ownRelease{QStringLiteral(":/rec/MicLongPressSpeaking_NoActive.png"),
-                             QStringLiteral("tip hide"), QStringLiteral("record stop")};
-const QString tooQuick = QStringLiteral("message 松开按键太快！请长按松开后再正式语音输入！ 1000");
+const QStringList ownPress{"clear clipboard"_s, "partial"_s,  "save focus"_s,
+                           "raise"_s,           "tip show"_s, ":/rec/MicSpeakPlease.png"_s,
+                           "record start"_s};
+const QStringList ownRelease{":/rec/MicLongPressSpeaking_NoActive.png"_s, "tip hide"_s, "record stop"_s};
+const QString tooQuick = "message 松开按键太快！请长按松开后再正式语音输入！ 1000"_s;
 
 } // namespace
 
 using Set = std::function<void(Desk &)>;
-Q_DECLARE_METATYPE(Set)
 
 class TestSession : public QObject
 {
@@ -135,24 +124,22 @@ class TestSession : public QObject
 private Q_SLOTS:
     void pressIsTakenOrNot_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<Set>("set");
-        QTest::addColumn<QStringList>("calls");
+        const Rows<int, Set, QStringList> add; // key, set, calls
         const Set nothing = [](Desk &) {};
         for (int key : {1, 2, 3, 6, 8, 14, 16}) {
-            QTest::addRow("key %d", key) << key << nothing << ownPress;
+            add(rowName("key %d", key), key, nothing, ownPress);
         }
         for (int key : {0, 4, 5, 7, 15, 17, 255}) {
-            QTest::addRow("no voice key %d", key) << key << nothing << QStringList();
+            add(rowName("no voice key %d", key), key, nothing, QStringList());
         }
-        const auto row = [](const char *name, const Set &set, const QStringList &calls) {
-            QTest::newRow(name) << 1 << set << calls;
+        const auto row = [&](const char *name, const Set &set, const QStringList &calls) {
+            add(name, 1, set, calls);
         };
         row("quota of Baidu", [](Desk &d) { d.state.BaiduQuotaHit = true; }, {});
         row("quota of XunFei", [](Desk &d) { d.state.XunFeiQuotaHit = true; }, {});
         row("quota of Tencent", [](Desk &d) { d.state.TencentQuotaHit = true; }, {});
         row("closed recognition", [](Desk &d) { d.state.ASRFuncClosed = true; },
-            {QStringLiteral("message 已关闭语音识别功能！ 100")});
+            {"message 已关闭语音识别功能！ 100"_s});
         row("result under way", [](Desk &d) { d.state.ResultIdle = false; }, {});
         row(
             "press to be ignored", [](Desk &d) { d.state.QuickReleaseCount = 2; }, ownPress.mid(0, 1));
@@ -177,7 +164,7 @@ private Q_SLOTS:
                 d.port.inputMethodWindow = 7;
                 d.state.ThirdPartyWindowOpen = true;
             },
-            QStringList(ownPress.mid(0, 1)) + QStringList{QStringLiteral("leave")} + ownPress.mid(1));
+            QStringList(ownPress.mid(0, 1)) + QStringList{"leave"_s} + ownPress.mid(1));
         row(
             "the newer XunFei window is left open",
             [](Desk &d) {
@@ -208,14 +195,12 @@ private Q_SLOTS:
 
     void pressIsTakenOrNot()
     {
-        QFETCH(int, key);
-        QFETCH(Set, set);
-        QFETCH(QStringList, calls);
+        const auto [key, set, calls] = rowOf<int, Set, QStringList>();
         Desk desk;
         set(desk);
         desk.key(key, 1);
         QCOMPARE(desk.calls(), calls);
-        QCOMPARE(desk.state.Recording.load(), calls.contains(QStringLiteral("record start")));
+        QCOMPARE(desk.state.Recording.load(), calls.contains("record start"_s));
         QCOMPARE(desk.state.PressPending.load(), desk.state.Recording.load());
         QVERIFY(!desk.state.KeyDownBusy && !desk.state.KeyDownHeld);
     }
@@ -223,7 +208,7 @@ private Q_SLOTS:
     void pressAndReleaseWalkTheStates()
     {
         Desk desk;
-        desk.state.RecTextBuffer = QStringLiteral("left over");
+        desk.state.RecTextBuffer = "left over"_s;
         desk.state.PartialResultCount = 3;
         desk.key(1, 1);
         QCOMPARE(desk.calls(), ownPress);
@@ -238,17 +223,17 @@ private Q_SLOTS:
         QCOMPARE(desk.calls(), QStringList());
         desk.key(6, 1);
         QVERIFY(desk.state.OneShotCommandWord);
-        QCOMPARE(desk.port.lastReport, QStringLiteral("MEVOInput:GetHIDData :01 70 06 01 00\n"));
+        QCOMPARE(desk.port.lastReport, "MEVOInput:GetHIDData :01 70 06 01 00\n"_s);
     }
 
     void theTipWindowStaysWhenItTalksItself()
     {
         Desk desk;
         desk.key(3, 1, true);
-        QVERIFY(desk.calls().contains(QStringLiteral("tip long press")));
+        QVERIFY(desk.calls().contains("tip long press"_s));
         desk.port.clock += 1500;
         desk.key(1, 0, true);
-        QVERIFY(!desk.calls().contains(QStringLiteral("tip hide")));
+        QVERIFY(!desk.calls().contains("tip hide"_s));
         QVERIFY(desk.state.MicWinShown && desk.state.MouseSession);
         desk.key(1, 1);
         QVERIFY(!desk.state.MouseSession);
@@ -264,16 +249,16 @@ private Q_SLOTS:
             desk.key(1, 0);
             const QStringList calls = desk.calls();
             QCOMPARE(calls.contains(tooQuick), i == 4);
-            QVERIFY(calls.contains(QStringLiteral("record stop")));
+            QVERIFY(calls.contains("record stop"_s));
         }
         QCOMPARE(desk.state.QuickReleaseCount.load(), 1);
         desk.key(1, 1);
-        QVERIFY(!desk.calls().contains(QStringLiteral("record start")));
+        QVERIFY(!desk.calls().contains("record start"_s));
         desk.port.clock += 1000;
         desk.key(1, 0);
         QCOMPARE(desk.state.QuickReleaseRun.load(), 0);
         desk.key(1, 1);
-        QVERIFY(desk.calls().contains(QStringLiteral("record start")));
+        QVERIFY(desk.calls().contains("record start"_s));
     }
 
     void theNextPressMayComeDuringRecognition()
@@ -320,33 +305,32 @@ private Q_SLOTS:
     /// first does not end what is being said under the second.
     void aSecondKeyEndsTheFirstOnesSession_data()
     {
-        QTest::addColumn<bool>("firstGoesFirst");
-        QTest::addColumn<bool>("byTipWindow"); // the second press
+        const Rows<bool, bool> row; // firstGoesFirst, byTipWindow (the second press)
         for (const bool first : {true, false}) {
-            QTest::addRow("key, %s", first ? "the first goes first" : "the second goes first")
-                << first << false;
-            QTest::addRow("tip window, %s", first ? "the first goes first" : "the second goes first")
-                << first << true;
+            row(qPrintable(
+                    QString::asprintf("key, %s", first ? "the first goes first" : "the second goes first")),
+                first, false);
+            row(rowName("tip window, %s", first ? "the first goes first" : "the second goes first"), first,
+                true);
         }
     }
 
     void aSecondKeyEndsTheFirstOnesSession()
     {
-        QFETCH(bool, firstGoesFirst);
-        QFETCH(bool, byTipWindow);
+        const auto [firstGoesFirst, byTipWindow] = rowOf<bool, bool>();
         Desk desk;
         desk.key(1, 1);
         desk.calls();
         desk.port.clock += 1500;
         desk.key(byTipWindow ? 3 : 6, 1, byTipWindow);
         QStringList again(ownPress);
-        again.removeAll(QStringLiteral("tip show"));
-        again.insert(1, QStringLiteral("record stop")); // before anything of the first one is put away
+        again.removeAll("tip show"_s);
+        again.insert(1, "record stop"_s); // before anything of the first one is put away
         QCOMPARE(desk.calls(), again);
         desk.port.clock += 1500;
         const auto releaseSecond = [&] {
             desk.key(byTipWindow ? 1 : 6, 0, byTipWindow);
-            QCOMPARE(desk.calls().count(QStringLiteral("record stop")), 1);
+            QCOMPARE(desk.calls().count("record stop"_s), 1);
         };
         if (!firstGoesFirst) {
             releaseSecond();
@@ -395,7 +379,7 @@ private Q_SLOTS:
         desk.state.VoiceCommandWordMode = false;
         desk.calls();
         desk.key(6, 0);
-        QVERIFY(desk.calls().contains(QStringLiteral("record stop")));
+        QVERIFY(desk.calls().contains("record stop"_s));
         desk.state.VoiceTypeMode = false;
         desk.state.VoiceCommandWordMode = true;
         // A session that was reset and never released does not keep the input method's key down.
@@ -406,8 +390,7 @@ private Q_SLOTS:
         desk.key(1, 1);
         desk.calls();
         desk.key(1, 0);
-        QCOMPARE(desk.calls().mid(0, 2),
-                 (QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")}));
+        QCOMPARE(desk.calls().mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
         desk.state.Recording = false;
         // Without one of the two methods of a window there is no hot key to type.
         desk.state.LocalUseASR3Index = mevo::thirdPartyNone;
@@ -422,17 +405,17 @@ private Q_SLOTS:
     /// A method that has been left while its key was held does not leave the key down.
     void aHeldHotKeyIsLetGo_data()
     {
-        QTest::addColumn<Set>("meanwhile");
-        QTest::newRow("another engine") << Set([](Desk &d) { d.state.ThirdPartyActive = false; });
-        QTest::newRow("another mode") << Set([](Desk &d) {
+        const Rows<Set> row; // meanwhile
+        row("another engine", [](Desk &d) { d.state.ThirdPartyActive = false; });
+        row("another mode", [](Desk &d) {
             d.state.VoiceTypeMode = false;
             d.state.VoiceSearchMode = true;
         });
-        QTest::newRow("a method that is tapped") << Set([](Desk &d) {
+        row("a method that is tapped", [](Desk &d) {
             d.state.LocalUseASR3Index = mevo::thirdPartySogou;
             d.state.ASR3HoldToTalk = false;
         });
-        QTest::newRow("a custom one that the record has withdrawn") << Set([](Desk &d) {
+        row("a custom one that the record has withdrawn", [](Desk &d) {
             d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
             d.state.ShowASR3Custom = false;
         });
@@ -440,32 +423,32 @@ private Q_SLOTS:
 
     void aHeldHotKeyIsLetGo()
     {
-        QFETCH(Set, meanwhile);
+        const auto [meanwhile] = rowOf<Set>();
         Desk desk;
         desk.state.ThirdPartyActive = desk.state.ASR3HoldToTalk = true;
         desk.port.inputMethodWindow = 7;
         desk.key(1, 1);
-        QCOMPARE(desk.calls().last(), QStringLiteral("key 0 3f"));
+        QCOMPARE(desk.calls().last(), "key 0 3f"_s);
         meanwhile(desk);
         desk.key(1, 0);
-        QCOMPARE(desk.calls(), QStringList{QStringLiteral("key 0 0")}); // and another method is not begun
+        QCOMPARE(desk.calls(), QStringList{"key 0 0"_s}); // and another method is not begun
         QCOMPARE(desk.state.QuickReleaseRun.load(), 0);
         desk.key(1, 0); // once
-        QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(desk.calls().filter("key "_s).isEmpty());
     }
 
     /// Another key begins a session of an own engine while the input method's is held: that session ends with
     /// its own key.
     void aSessionBesideAHeldHotKeyIsItsOwn_data()
     {
-        QTest::addColumn<bool>("hold");
-        QTest::newRow("held") << true;
-        QTest::newRow("tapped") << false;
+        const Rows<bool> row; // hold
+        row("held", true);
+        row("tapped", false);
     }
 
     void aSessionBesideAHeldHotKeyIsItsOwn()
     {
-        QFETCH(bool, hold);
+        const auto [hold] = rowOf<bool>();
         Desk desk;
         desk.state.ThirdPartyActive = true;
         desk.state.ASR3HoldToTalk = hold;
@@ -475,8 +458,7 @@ private Q_SLOTS:
         desk.state.VoiceTypeMode = false;
         desk.state.VoiceCommandWordMode = true;
         desk.key(6, 1);
-        QCOMPARE(desk.calls().filter(QStringLiteral("key ")),
-                 hold ? QStringList{QStringLiteral("key 0 0")} : QStringList());
+        QCOMPARE(desk.calls().filter("key "_s), hold ? QStringList{"key 0 0"_s} : QStringList());
         desk.key(1, 0);
         QVERIFY(desk.state.Recording);
         QVERIFY(desk.calls().isEmpty());
@@ -499,13 +481,12 @@ private Q_SLOTS:
         desk.state.VoiceCommandWordMode = false;
         desk.key(1, 1);
         QVERIFY(!desk.state.Recording);
-        QCOMPARE(desk.calls(), (QStringList{QStringLiteral("clear clipboard"), QStringLiteral("key 0 3f"),
-                                            QStringLiteral("record stop"), QStringLiteral("tip hide")}));
+        QCOMPARE(desk.calls(),
+                 (QStringList{"clear clipboard"_s, "key 0 3f"_s, "record stop"_s, "tip hide"_s}));
         desk.key(6, 0);
         QVERIFY(desk.calls().isEmpty());
         desk.key(1, 0);
-        QCOMPARE(desk.calls().mid(0, 2),
-                 (QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")}));
+        QCOMPARE(desk.calls().mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
     }
 
     /// Begun while the source pane of the translation window had the keyboard, released when it has it no
@@ -526,25 +507,16 @@ private Q_SLOTS:
     /// The release can no longer come: the input method is told all the same, once.
     void anInputMethodsPressIsEnded_data()
     {
-        QTest::addColumn<bool>("pressed");
-        QTest::addColumn<bool>("hold");
-        QTest::addColumn<bool>("leftSince");
-        QTest::addColumn<QStringList>("first");
-        QTest::newRow("held") << true << true << false
-                              << QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")};
-        QTest::newRow("tapped") << true << false << false
-                                << QStringList{QStringLiteral("paste timer"), QStringLiteral("tap timer")};
-        QTest::newRow("held, and left since")
-            << true << true << true << QStringList{QStringLiteral("key 0 0")};
-        QTest::newRow("tapped, and left since")
-            << true << false << true << QStringList{QStringLiteral("tap timer")};
-        QTest::newRow("no press") << false << true << false << QStringList();
+        const Rows<bool, bool, bool, QStringList> row; // pressed, hold, leftSince, first
+        row("held", true, true, false, QStringList{"paste timer"_s, "key 0 0"_s});
+        row("tapped", true, false, false, QStringList{"paste timer"_s, "tap timer"_s});
+        row("held, and left since", true, true, true, QStringList{"key 0 0"_s});
+        row("tapped, and left since", true, false, true, QStringList{"tap timer"_s});
+        row("no press", false, true, false, QStringList());
     }
     void anInputMethodsPressIsEnded()
     {
-        QFETCH(bool, pressed);
-        QFETCH(bool, hold);
-        QFETCH(bool, leftSince);
+        const auto [pressed, hold, leftSince, first] = rowOf<bool, bool, bool, QStringList>();
         Desk desk;
         desk.state.ThirdPartyActive = true;
         desk.state.ASR3HoldToTalk = hold;
@@ -555,16 +527,14 @@ private Q_SLOTS:
         }
         desk.state.ThirdPartyActive = !leftSince;
         desk.session.endInputMethodPress();
-        QTEST(QStringList(desk.calls().mid(0, 2)), "first");
+        QCOMPARE(QStringList(desk.calls().mid(0, 2)), first);
         desk.session.endInputMethodPress();
         QVERIFY(desk.calls().isEmpty());
     }
 
     void aPressEndsWithoutItsRelease_data()
     {
-        QTest::addColumn<Set>("instead");
-        QTest::addColumn<bool>("hold");
-        QTest::addColumn<QStringList>("calls");
+        const Rows<Set, bool, QStringList> row; // instead, hold, calls
         const Set reset = [](Desk &d) { d.refused(1, 0); };
         const Set allowance = [](Desk &d) {
             d.state.TencentQuotaHit = true;
@@ -576,22 +546,20 @@ private Q_SLOTS:
             d.state.ASRFuncClosed = true;
             d.key(1, 0);
         };
-        const QString letGo = QStringLiteral("key 0 0");
-        const QStringList held{QStringLiteral("paste timer"), letGo};
-        const QStringList tapped{QStringLiteral("paste timer"), QStringLiteral("tap timer")};
-        QTest::newRow("reset, held") << reset << true << held;
-        QTest::newRow("reset, tapped") << reset << false << tapped;
-        QTest::newRow("allowance used up, held") << allowance << true << held;
-        QTest::newRow("allowance used up, tapped") << allowance << false << tapped;
-        QTest::newRow("left, and recognition closed")
-            << closed << true << QStringList{letGo, QStringLiteral("message 已关闭语音识别功能！ 100")};
+        const QString letGo = "key 0 0"_s;
+        const QStringList held{"paste timer"_s, letGo};
+        const QStringList tapped{"paste timer"_s, "tap timer"_s};
+        row("reset, held", reset, true, held);
+        row("reset, tapped", reset, false, tapped);
+        row("allowance used up, held", allowance, true, held);
+        row("allowance used up, tapped", allowance, false, tapped);
+        row("left, and recognition closed", closed, true,
+            QStringList{letGo, "message 已关闭语音识别功能！ 100"_s});
     }
     /// Something else comes, or the release is not taken: the input method hears of it all the same, once.
     void aPressEndsWithoutItsRelease()
     {
-        QFETCH(Set, instead);
-        QFETCH(bool, hold);
-        QFETCH(QStringList, calls);
+        const auto [instead, hold, calls] = rowOf<Set, bool, QStringList>();
         Desk desk;
         desk.state.ThirdPartyActive = true;
         desk.state.ASR3HoldToTalk = hold;
@@ -607,19 +575,19 @@ private Q_SLOTS:
         desk.key(1, 1);
         desk.calls();
         desk.key(1, 0);
-        QCOMPARE(desk.calls().mid(0, 1), QStringList{QStringLiteral("paste timer")});
+        QCOMPARE(desk.calls().mid(0, 1), QStringList{"paste timer"_s});
     }
 
     void aReleaseWithoutItsPressIsNoInputMethods_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::newRow("Sogou") << int(mevo::thirdPartySogou);
-        QTest::newRow("custom") << int(mevo::thirdPartyCustom);
+        const Rows<int> row; // index
+        row("Sogou", int(mevo::thirdPartySogou));
+        row("custom", int(mevo::thirdPartyCustom));
     }
     /// A press that came while a result was being handled has begun nothing that a tap could end.
     void aReleaseWithoutItsPressIsNoInputMethods()
     {
-        QFETCH(int, index);
+        const auto [index] = rowOf<int>();
         Desk desk;
         desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
         desk.state.LocalUseASR3Index = index;
@@ -634,64 +602,55 @@ private Q_SLOTS:
 
     void aClickHasStartedIt_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("program"); ///< of the custom method
-        QTest::addColumn<bool>("hold");
-        QTest::addColumn<int>("passed"); ///< since its window is there, ms
-        QTest::addColumn<bool>("typed"); ///< by the first press
-        QTest::newRow("Sogou") << 2 << "" << false << 9999 << false;
-        QTest::newRow("long ago") << 2 << "" << false << 10000 << true;
-        QTest::newRow("XunFei, which is held") << 1 << "" << true << 1000 << true;
-        QTest::newRow("custom") << 3 << "/opt/VoiceInput" << false << 1000 << false;
-        QTest::newRow("custom, which does not listen by itself")
-            << 3 << "/opt/SpeechInput" << false << 1000 << true;
+        // index, program (of the custom method), hold, passed (since its window is there, ms), typed (by
+        // the first press)
+        const Rows<int, QString, bool, int, bool> row;
+        row("Sogou", 2, "", false, 9999, false);
+        row("long ago", 2, "", false, 10000, true);
+        row("XunFei, which is held", 1, "", true, 1000, true);
+        row("custom", 3, "/opt/VoiceInput", false, 1000, false);
+        row("custom, which does not listen by itself", 3, "/opt/SpeechInput", false, 1000, true);
     }
     /// A fresh window of a tapped method listens: the first press goes on with that, as it does with a window
     /// that it starts itself.
     void aClickHasStartedIt()
     {
-        QFETCH(int, index);
-        QFETCH(QString, program);
-        QFETCH(bool, hold);
-        QFETCH(int, passed);
-        QFETCH(bool, typed);
+        const auto [index, program, hold, passed, typed] = rowOf<int, QString, bool, int, bool>();
         Desk desk;
         desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
         desk.state.LocalUseASR3Index = index;
         desk.state.ASR3HoldToTalk = hold;
         desk.state.LocalASR3CustomInstallPath = program;
         desk.state.ASR3CustomShortCutKey = 0x3b;
-        desk.port.running = QStringList{QStringLiteral("VoiceInput"), QStringLiteral("SpeechInput")};
+        desk.port.running = QStringList{"VoiceInput"_s, "SpeechInput"_s};
         desk.port.inputMethodWindow = 7;
         desk.session.inputMethodStartedByClick();
         desk.port.clock += 7000; // until its window is there
         if (index != mevo::thirdPartyCustom) {
-            QVERIFY(!desk.port.log.calls().filter(QStringLiteral("await ")).isEmpty());
+            QVERIFY(!desk.port.log.calls().filter("await "_s).isEmpty());
             desk.session.inputMethodCame();
         }
         desk.calls();
         desk.port.clock += passed;
         desk.key(1, 1);
-        QCOMPARE(!desk.calls().filter(QStringLiteral("key ")).isEmpty(), typed);
+        QCOMPARE(!desk.calls().filter("key "_s).isEmpty(), typed);
         desk.key(1, 0);
         const QStringList release = desk.calls();
-        QVERIFY(release.contains(QStringLiteral("tap timer")) ||
-                !release.filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(release.contains("tap timer"_s) || !release.filter("key "_s).isEmpty());
         desk.key(1, 1); // from now on as ever
-        QVERIFY(!desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(!desk.calls().filter("key "_s).isEmpty());
     }
 
     void aClickIsOver_data()
     {
-        QTest::addColumn<Set>("since");
-        QTest::newRow("another method")
-            << Set([](Desk &d) { d.state.LocalUseASR3Index = mevo::thirdPartyXunFei; });
-        QTest::newRow("its window has been closed") << Set([](Desk &d) { d.session.inputMethodLeft(); });
-        QTest::newRow("the receiver was pulled out") << Set([](Desk &d) { d.session.receiverGone(); });
+        const Rows<Set> row; // since
+        row("another method", [](Desk &d) { d.state.LocalUseASR3Index = mevo::thirdPartyXunFei; });
+        row("its window has been closed", [](Desk &d) { d.session.inputMethodLeft(); });
+        row("the receiver was pulled out", [](Desk &d) { d.session.receiverGone(); });
     }
     void aClickIsOver()
     {
-        QFETCH(Set, since);
+        const auto [since] = rowOf<Set>();
         Desk desk;
         desk.state.ThirdPartyActive = true;
         desk.state.LocalUseASR3Index = mevo::thirdPartySogou;
@@ -699,48 +658,41 @@ private Q_SLOTS:
         desk.session.inputMethodStartedByClick();
         since(desk);
         desk.key(1, 1);
-        QCOMPARE(desk.calls().filter(QStringLiteral("key ")).size(), 2);
+        QCOMPARE(desk.calls().filter("key "_s).size(), 2);
     }
 
     void aReceiverIsPulledOutOfAPress_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<bool>("hold");
-        QTest::addColumn<int>("away");   ///< ms
-        QTest::addColumn<bool>("typed"); ///< by the press after it
-        QTest::newRow("tapped") << int(mevo::thirdPartySogou) << false << 5000 << false;
-        QTest::newRow("tapped, custom") << int(mevo::thirdPartyCustom) << false << 5000 << false;
-        QTest::newRow("silent by now") << int(mevo::thirdPartySogou) << false << 60000 << true;
-        QTest::newRow("held") << int(mevo::thirdPartySogou) << true << 5000 << true;
-        QTest::newRow("held, custom") << int(mevo::thirdPartyCustom) << true << 5000 << true;
+        const Rows<int, bool, int, bool> row; // index, hold, away (ms), typed (by the press after it)
+        row("tapped", int(mevo::thirdPartySogou), false, 5000, false);
+        row("tapped, custom", int(mevo::thirdPartyCustom), false, 5000, false);
+        row("silent by now", int(mevo::thirdPartySogou), false, 60000, true);
+        row("held", int(mevo::thirdPartySogou), true, 5000, true);
+        row("held, custom", int(mevo::thirdPartyCustom), true, 5000, true);
     }
     /// Nobody can tap the method's key again; the first tap after it would end what still listens.
     void aReceiverIsPulledOutOfAPress()
     {
-        QFETCH(const int, index);
-        QFETCH(const bool, hold);
-        QFETCH(const int, away);
-        QFETCH(const bool, typed);
+        const auto [index, hold, away, typed] = rowOf<int, bool, int, bool>();
         Desk desk;
         desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
         desk.state.LocalUseASR3Index = index;
         desk.state.ASR3HoldToTalk = desk.state.ASR3CustomHoldToTalk = hold;
-        desk.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/talk");
+        desk.state.LocalASR3CustomInstallPath = "/opt/talk"_s;
         desk.state.ASR3CustomShortCutKey = 0x3b;
-        desk.port.running = QStringList{QStringLiteral("talk")};
+        desk.port.running = QStringList{"talk"_s};
         desk.port.inputMethodWindow = 7;
         desk.key(1, 1);
-        QVERIFY(!desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(!desk.calls().filter("key "_s).isEmpty());
         desk.session.receiverGone();
         desk.port.clock += away;
         desk.key(1, 1);
-        QCOMPARE(!desk.calls().filter(QStringLiteral("key ")).isEmpty(), typed);
+        QCOMPARE(!desk.calls().filter("key "_s).isEmpty(), typed);
         desk.key(1, 0);
         const QStringList release = desk.calls();
-        QVERIFY(release.contains(QStringLiteral("tap timer")) ||
-                !release.filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(release.contains("tap timer"_s) || !release.filter("key "_s).isEmpty());
         desk.key(1, 1); // from now on as ever
-        QVERIFY(!desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(!desk.calls().filter("key "_s).isEmpty());
     }
 
     /// The window that a click brings up is not there yet.
@@ -751,57 +703,60 @@ private Q_SLOTS:
         desk.state.LocalUseASR3Index = mevo::thirdPartySogou;
         desk.session.inputMethodStartedByClick();
         desk.key(1, 1);
-        QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(desk.calls().filter("key "_s).isEmpty());
         desk.key(1, 0);
-        QVERIFY(desk.calls().contains(QStringLiteral("tap timer")));
+        QVERIFY(desk.calls().contains("tap timer"_s));
     }
 
     void aTappedMethodIsEndedWhateverHasCome_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<Set>("meanwhile");
-        QTest::addColumn<QStringList>("calls"); ///< at the release
-        const QStringList timer{QStringLiteral("tap timer")};
-        const QStringList tap{QStringLiteral("key 0 3b"), QStringLiteral("sleep 100"),
-                              QStringLiteral("key 0 0")};
+        const Rows<int, Set, QStringList> row; // index, meanwhile, calls (at the release)
+        const QStringList timer{"tap timer"_s};
+        const QStringList tap{"key 0 3b"_s, "sleep 100"_s, "key 0 0"_s};
         const Set otherMode = [](Desk &d) {
             d.state.VoiceTypeMode = false;
             d.state.VoiceSearchMode = true;
         };
-        QTest::newRow("another mode") << 2 << otherMode << timer;
-        QTest::newRow("another engine")
-            << 2 << Set([](Desk &d) { d.state.ThirdPartyActive = false; }) << timer;
-        QTest::newRow("another mode, and its window has gone") << 2 << Set([otherMode](Desk &d) {
-            otherMode(d);
-            d.port.inputMethodWindow = 0;
-        }) << QStringList();
-        QTest::newRow("another method, which is not begun")
-            << 2 << Set([](Desk &d) { d.state.LocalUseASR3Index = mevo::thirdPartyCustom; }) << QStringList();
-        QTest::newRow("custom, which knows no modes") << 3 << otherMode << tap;
-        QTest::newRow("custom, withdrawn")
-            << 3 << Set([](Desk &d) { d.state.ShowASR3Custom = false; }) << tap;
-        QTest::newRow("custom, withdrawn and ended") << 3 << Set([](Desk &d) {
-            d.state.ShowASR3Custom = false;
-            d.port.running.clear();
-        }) << QStringList();
+        row("another mode", 2, otherMode, timer);
+        row(
+            "another engine", 2, [](Desk &d) { d.state.ThirdPartyActive = false; }, timer);
+        row(
+            "another mode, and its window has gone", 2,
+            [otherMode](Desk &d) {
+                otherMode(d);
+                d.port.inputMethodWindow = 0;
+            },
+            QStringList());
+        row(
+            "another method, which is not begun", 2,
+            [](Desk &d) { d.state.LocalUseASR3Index = mevo::thirdPartyCustom; }, QStringList());
+        row("custom, which knows no modes", 3, otherMode, tap);
+        row(
+            "custom, withdrawn", 3, [](Desk &d) { d.state.ShowASR3Custom = false; }, tap);
+        row(
+            "custom, withdrawn and ended", 3,
+            [](Desk &d) {
+                d.state.ShowASR3Custom = false;
+                d.port.running.clear();
+            },
+            QStringList());
     }
     /// It would go on listening, and its next press would end it instead of beginning.
     void aTappedMethodIsEndedWhateverHasCome()
     {
-        QFETCH(int, index);
-        QFETCH(Set, meanwhile);
+        const auto [index, meanwhile, calls] = rowOf<int, Set, QStringList>();
         Desk desk;
         desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
         desk.state.LocalUseASR3Index = index;
-        desk.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/VoiceInput");
+        desk.state.LocalASR3CustomInstallPath = "/opt/VoiceInput"_s;
         desk.state.ASR3CustomShortCutKey = 0x3b;
-        desk.port.running = QStringList{QStringLiteral("VoiceInput")};
+        desk.port.running = QStringList{"VoiceInput"_s};
         desk.port.inputMethodWindow = 7;
         desk.key(1, 1);
         desk.calls();
         meanwhile(desk);
         desk.key(1, 0);
-        QTEST(desk.calls(), "calls");
+        QCOMPARE(desk.calls(), calls);
         desk.session.endInputMethodPress(); // nothing is left of it
         QVERIFY(desk.calls().isEmpty());
     }
@@ -819,93 +774,89 @@ private Q_SLOTS:
         desk.state.VoiceTypeMode = false;
         desk.state.VoiceCommandWordMode = true;
         desk.key(6, 1);
-        QCOMPARE(desk.calls(), ownPress + QStringList{QStringLiteral("tap timer")});
+        QCOMPARE(desk.calls(), ownPress + QStringList{"tap timer"_s});
         desk.key(6, 0);
         desk.calls();
         desk.key(6, 1);
-        QCOMPARE(desk.calls().value(1), QStringLiteral("leave"));
+        QCOMPARE(desk.calls().value(1), "leave"_s);
     }
 
     void aSecondKeyWhileATappedMethodListens_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<bool>("running"); ///< at the first press
+        const Rows<int, bool> row; // index, running (at the first press)
         for (const int index : {2, 3}) {
             for (const bool running : {true, false}) {
-                QTest::addRow("method %d, %s", index, running ? "runs" : "is started") << index << running;
+                row(rowName("method %d, %s", index, running ? "runs" : "is started"), index, running);
             }
         }
     }
     /// A second tap would end it, and the release begin it anew.
     void aSecondKeyWhileATappedMethodListens()
     {
-        QFETCH(int, index);
-        QFETCH(bool, running);
+        const auto [index, running] = rowOf<int, bool>();
         Desk desk;
         desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
         desk.state.LocalUseASR3Index = index;
-        desk.state.LocalASR3SougoInstallPath = desk.state.LocalASR3CustomInstallPath =
-            QStringLiteral("/opt/VoiceInput");
+        desk.state.LocalASR3SougoInstallPath = desk.state.LocalASR3CustomInstallPath = "/opt/VoiceInput"_s;
         desk.state.ASR3CustomShortCutKey = 0x3b;
         const auto run = [&desk] {
-            desk.port.running = QStringList{QStringLiteral("VoiceInput")};
+            desk.port.running = QStringList{"VoiceInput"_s};
             desk.port.inputMethodWindow = 7;
         };
         if (running) {
             run();
         }
         desk.key(1, 1);
-        QCOMPARE(desk.calls().filter(QStringLiteral("key ")).size(), running ? 2 : 0);
+        QCOMPARE(desk.calls().filter("key "_s).size(), running ? 2 : 0);
         run();
         desk.key(3, 1);
-        QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(desk.calls().filter("key "_s).isEmpty());
         desk.key(1, 0);
         QVERIFY(desk.calls().isEmpty());
         desk.key(3, 0);
-        QVERIFY(desk.calls().contains(index == 2 ? QStringLiteral("tap timer") : QStringLiteral("key 0 3b")));
+        QVERIFY(desk.calls().contains(index == 2 ? "tap timer"_s : "key 0 3b"_s));
         // It has ended in between: then it is begun as ever.
         desk.key(1, 1);
         desk.port.running.clear();
         desk.port.inputMethodWindow = 0;
         desk.calls();
         desk.key(3, 1);
-        QVERIFY(desk.calls().contains(QStringLiteral("start /opt/VoiceInput")));
+        QVERIFY(desk.calls().contains("start /opt/VoiceInput"_s));
     }
 
     void aLostReleaseCostsNoPress_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::newRow("Sogou") << 2;
-        QTest::newRow("custom") << 3;
+        const Rows<int> row; // index
+        row("Sogou", 2);
+        row("custom", 3);
     }
     /// The method has fallen silent since: the next press of the same key begins it anew.
     void aLostReleaseCostsNoPress()
     {
-        QFETCH(int, index);
+        const auto [index] = rowOf<int>();
         Desk desk;
         desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
         desk.state.LocalUseASR3Index = index;
-        desk.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/VoiceInput");
+        desk.state.LocalASR3CustomInstallPath = "/opt/VoiceInput"_s;
         desk.state.ASR3CustomShortCutKey = 0x3b;
-        desk.port.running = QStringList{QStringLiteral("VoiceInput")};
+        desk.port.running = QStringList{"VoiceInput"_s};
         desk.port.inputMethodWindow = 7;
         for (int press = 0; press < 2; ++press) {
             desk.key(1, 1);
-            QCOMPARE(desk.calls().filter(QStringLiteral("key ")),
-                     (QStringList{QStringLiteral("key 0 3b"), QStringLiteral("key 0 0")}));
+            QCOMPARE(desk.calls().filter("key "_s), (QStringList{"key 0 3b"_s, "key 0 0"_s}));
         }
     }
 
     /// While a result is being handled a second key is told to the session, but ends nothing.
     void aKeyThatIsNotTakenEndsNoOther_data()
     {
-        QTest::addColumn<bool>("hold");
-        QTest::newRow("held") << true;
-        QTest::newRow("tapped") << false;
+        const Rows<bool> row; // hold
+        row("held", true);
+        row("tapped", false);
     }
     void aKeyThatIsNotTakenEndsNoOther()
     {
-        QFETCH(bool, hold);
+        const auto [hold] = rowOf<bool>();
         Desk desk;
         desk.state.ThirdPartyActive = true;
         desk.state.ASR3HoldToTalk = hold;
@@ -914,10 +865,10 @@ private Q_SLOTS:
         desk.calls();
         for (const int pressed : {1, 0}) {
             desk.refused(6, pressed);
-            QCOMPARE(desk.calls(), QStringList{QStringLiteral("record stop")});
+            QCOMPARE(desk.calls(), QStringList{"record stop"_s});
         }
         desk.key(1, 0);
-        QCOMPARE(desk.calls().value(1), hold ? QStringLiteral("key 0 0") : QStringLiteral("tap timer"));
+        QCOMPARE(desk.calls().value(1), hold ? "key 0 0"_s : "tap timer"_s);
     }
 
     /// While the input method's key is held no other key's release lets it go: neither of one whose press was
@@ -936,8 +887,7 @@ private Q_SLOTS:
         desk.key(1, 0);
         QVERIFY(desk.calls().isEmpty());
         desk.key(3, 0);
-        QCOMPARE(desk.calls().mid(0, 2),
-                 (QStringList{QStringLiteral("paste timer"), QStringLiteral("key 0 0")}));
+        QCOMPARE(desk.calls().mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
         desk.key(3, 1);
         desk.key(1, 1);
         desk.key(1, 0);
@@ -948,25 +898,23 @@ private Q_SLOTS:
 
     void aCustomMethodsKeyWaitsForItsWindow_data()
     {
-        QTest::addColumn<bool>("hold");
-        QTest::newRow("held") << true;
-        QTest::newRow("tapped") << false;
+        const Rows<bool> row; // hold
+        row("held", true);
+        row("tapped", false);
     }
     /// However long it takes to start: what is typed before its window is there is lost.
     void aCustomMethodsKeyWaitsForItsWindow()
     {
-        QFETCH(bool, hold);
+        const auto [hold] = rowOf<bool>();
         Desk desk;
         desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
         desk.state.LocalUseASR3Index = mevo::thirdPartyCustom;
-        desk.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/talk");
+        desk.state.LocalASR3CustomInstallPath = "/opt/talk"_s;
         desk.state.ASR3CustomShortCutKey = 0x42;
         desk.state.ASR3CustomHoldToTalk = hold;
-        desk.state.ASR3CustomWinClassName = QStringLiteral("Talk");
-        const QStringList start{QStringLiteral("clear clipboard"), QStringLiteral("start /opt/talk"),
-                                QStringLiteral("await Talk")};
-        const QStringList tap{QStringLiteral("key 0 42"), QStringLiteral("sleep 100"),
-                              QStringLiteral("key 0 0")};
+        desk.state.ASR3CustomWinClassName = "Talk"_s;
+        const QStringList start{"clear clipboard"_s, "start /opt/talk"_s, "await Talk"_s};
+        const QStringList tap{"key 0 42"_s, "sleep 100"_s, "key 0 0"_s};
         desk.key(1, 1);
         QCOMPARE(desk.calls(), start);
         desk.session.inputMethodCame();
@@ -984,7 +932,7 @@ private Q_SLOTS:
         // A second sentence before it is there waits as well.
         desk.key(1, 1);
         desk.key(1, 0);
-        desk.port.running = QStringList{QStringLiteral("talk")};
+        desk.port.running = QStringList{"talk"_s};
         desk.calls();
         desk.key(1, 1);
         QCOMPARE(desk.calls(), QStringList(start.mid(0, 1)));
@@ -1006,7 +954,7 @@ private Q_SLOTS:
         desk.state.ThirdPartyActive = false;
         desk.session.inputMethodCame();
         desk.key(1, 0);
-        QVERIFY(desk.calls().filter(QStringLiteral("key ")).isEmpty());
+        QVERIFY(desk.calls().filter("key "_s).isEmpty());
     }
 
     void aReleaseWithoutItsPressKeepsTheKeyBusy()
@@ -1021,16 +969,16 @@ private Q_SLOTS:
 
     void oddReportsAreIgnored_data()
     {
-        QTest::addColumn<QByteArray>("report");
-        QTest::newRow("other marker") << QByteArray("\x01\x20\x01\x01", 4);
-        QTest::newRow("neither press nor release") << QByteArray("\x01\x70\x01\x02", 4);
-        QTest::newRow("all ones") << QByteArray(16, '\xff');
-        QTest::newRow("zeros") << QByteArray();
+        const Rows<QByteArray> row; // report
+        row("other marker", QByteArray("\x01\x20\x01\x01", 4));
+        row("neither press nor release", QByteArray("\x01\x70\x01\x02", 4));
+        row("all ones", QByteArray(16, '\xff'));
+        row("zeros", QByteArray());
     }
 
     void oddReportsAreIgnored()
     {
-        QFETCH(QByteArray, report);
+        auto [report] = rowOf<QByteArray>();
         Desk desk;
         report.resize(mevo::keyReportSize);
         desk.session.process(report.constData());
@@ -1039,98 +987,115 @@ private Q_SLOTS:
 
     void inputMethodIsDrivenByItsHotKey_data()
     {
-        QTest::addColumn<Set>("set");
-        QTest::addColumn<QString>("press");
-        QTest::addColumn<QString>("release");
-        QTest::newRow("XunFei open, hold")
-            << Set([](Desk &d) {
-                   d.port.inputMethodWindow = 7;
-                   d.state.ASR3HoldToTalk = true;
-                   d.state.LocalXunFeiASR3CtrlKey = 1;
-                   d.state.LocalXunFeiASR3AltKey = 4;
-               })
-            << "clear clipboard|key 5 3f"
-            << "paste timer|key 0 0|sleep 100|key 5 3f|sleep 200|key 0 0|sleep 200|key 0 0";
-        QTest::newRow("XunFei not running, tap") << Set([](Desk &d) {
-            d.state.LocalASR3XunFeiInstallPath = QStringLiteral("/x/iFlyVoice");
-            d.state.HidMainUIWhenASR = true;
-        }) << "clear clipboard|place 299 389|tip hide|start xunfei|mark|hide bar|sleep 100"
-                                                 << "paste timer|tap timer";
-        QTest::newRow("XunFei not installed, tap")
-            << Set([](Desk &) {}) << "clear clipboard|place 299 389|key 0 3b|sleep 100|key 0 0"
-            << "paste timer|tap timer";
-        QTest::newRow("Sogou not running, hold")
-            << Set([](Desk &d) {
-                   d.state.LocalUseASR3Index = mevo::thirdPartySogou;
-                   d.state.LocalASR3SougoInstallPath = QStringLiteral("/s/sogou");
-                   d.state.ASR3HoldToTalk = true;
-                   d.state.ASR3ShortCutKey = 0x3b;
-               })
-            << "clear clipboard|place 299 319|start /s/sogou|mark|sleep 100|sleep 500|key 0 3b"
-            << "paste timer|key 0 0|sleep 100|key 0 3b|sleep 200|key 0 0|sleep 200|key 0 0";
-        QTest::newRow("Sogou open, tap with its own key") << Set([](Desk &d) {
-            d.state.LocalUseASR3Index = mevo::thirdPartySogou;
-            d.port.inputMethodWindow = 7;
-            d.state.LocalXunFeiASR3ShortcutKey = 0x40;
-        }) << "clear clipboard|place 299 319|key 0 40|sleep 100|key 0 0"
-                                                          << "paste timer|tap timer";
-        QTest::newRow("custom method, started first") << Set([](Desk &d) {
-            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
-            d.state.LocalASR3CustomInstallPath = QStringLiteral("C:\\x\\SpeechInput.exe");
-            d.state.ASR3CustomCtrlShortCutKey = 2;
-            d.state.ASR3CustomShortCutKey = 0x41;
-        }) << "clear clipboard|start C:\\x\\SpeechInput.exe|sleep 100|sleep 500|key 2 41|sleep 100|key 0 0"
-                                                      << "key 2 41|sleep 100|key 0 0";
-        QTest::newRow("XunFei not running, which only a click may start")
-            << Set([](Desk &d) {
-                   d.state.LocalASR3XunFeiInstallPath = QStringLiteral("/x/iFlyVoice");
-                   d.state.LocalMustClickRunASR3 = d.state.ASR3HoldToTalk = true;
-               })
-            << "clear clipboard|place 299 389|key 0 3f"
-            << "paste timer|key 0 0|sleep 100|key 0 3f|sleep 200|key 0 0|sleep 200|key 0 0";
-        QTest::newRow("Ctrl and Shift of the same bit")
-            << Set([](Desk &d) {
-                   d.port.inputMethodWindow = 7;
-                   d.state.ASR3HoldToTalk = true;
-                   d.state.LocalXunFeiASR3CtrlKey = d.state.LocalXunFeiASR3ShiftKey = 2;
-                   d.state.LocalXunFeiASR3ShortcutKey = 0x43;
-               })
-            << "clear clipboard|key 0 3f"
-            << "paste timer|key 0 0|sleep 100|key 0 43|sleep 200|key 0 0|sleep 200|key 0 0";
-        QTest::newRow("custom method without a suffix") << Set([](Desk &d) {
-            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
-            d.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/SpeechInput");
-            d.state.ASR3CustomCtrlShortCutKey = 1;
-            d.state.ASR3CustomShortCutKey = 0;
-        }) << "clear clipboard|start /opt/SpeechInput|sleep 100|sleep 500|key 1 0|sleep 100|key 0 0"
-                                                        << "key 1 0|sleep 100|key 0 0";
-        QTest::newRow("custom method that is held, started first") << Set([](Desk &d) {
-            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
-            d.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/dictate");
-            d.state.ASR3CustomHoldToTalk = true;
-            d.state.ASR3CustomCtrlShortCutKey = 5;
-            d.state.ASR3CustomShortCutKey = 0x45;
-        }) << "clear clipboard|start /opt/dictate|sleep 100|sleep 500|key 5 45"
-                                                                   << "key 0 0";
-        QTest::newRow("custom method that only a click may start") << Set([](Desk &d) {
-            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
-            d.state.LocalASR3CustomInstallPath = QStringLiteral("/opt/VoiceInput");
-            d.state.LocalMustClickRunASR3 = true;
-            d.state.ASR3CustomShortCutKey = 0x3b;
-        }) << "clear clipboard|key 0 3b|sleep 100|key 0 0"
-                                                                   << "key 0 3b|sleep 100|key 0 0";
-        QTest::newRow("custom method that listens by itself once started") << Set([](Desk &d) {
-            d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
-            d.state.LocalASR3CustomInstallPath = QStringLiteral("/x/VoiceInput.exe");
-        }) << "clear clipboard|start /x/VoiceInput.exe|sleep 100"
-                                                                           << "key 0 0|sleep 100|key 0 0";
+        const Rows<Set, QString, QString> row; // set, press, release
+        row(
+            "XunFei open, hold",
+            [](Desk &d) {
+                d.port.inputMethodWindow = 7;
+                d.state.ASR3HoldToTalk = true;
+                d.state.LocalXunFeiASR3CtrlKey = 1;
+                d.state.LocalXunFeiASR3AltKey = 4;
+            },
+            "clear clipboard|key 5 3f",
+            "paste timer|key 0 0|sleep 100|key 5 3f|sleep 200|key 0 0|sleep 200|key 0 0");
+        row(
+            "XunFei not running, tap",
+            [](Desk &d) {
+                d.state.LocalASR3XunFeiInstallPath = "/x/iFlyVoice"_s;
+                d.state.HidMainUIWhenASR = true;
+            },
+            "clear clipboard|place 299 389|tip hide|start xunfei|mark|hide bar|sleep 100",
+            "paste timer|tap timer");
+        row(
+            "XunFei not installed, tap", [](Desk &) {},
+            "clear clipboard|place 299 389|key 0 3b|sleep 100|key 0 0", "paste timer|tap timer");
+        row(
+            "Sogou not running, hold",
+            [](Desk &d) {
+                d.state.LocalUseASR3Index = mevo::thirdPartySogou;
+                d.state.LocalASR3SougoInstallPath = "/s/sogou"_s;
+                d.state.ASR3HoldToTalk = true;
+                d.state.ASR3ShortCutKey = 0x3b;
+            },
+            "clear clipboard|place 299 319|start /s/sogou|mark|sleep 100|sleep 500|key 0 3b",
+            "paste timer|key 0 0|sleep 100|key 0 3b|sleep 200|key 0 0|sleep 200|key 0 0");
+        row(
+            "Sogou open, tap with its own key",
+            [](Desk &d) {
+                d.state.LocalUseASR3Index = mevo::thirdPartySogou;
+                d.port.inputMethodWindow = 7;
+                d.state.LocalXunFeiASR3ShortcutKey = 0x40;
+            },
+            "clear clipboard|place 299 319|key 0 40|sleep 100|key 0 0", "paste timer|tap timer");
+        row(
+            "custom method, started first",
+            [](Desk &d) {
+                d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+                d.state.LocalASR3CustomInstallPath = "C:\\x\\SpeechInput.exe"_s;
+                d.state.ASR3CustomCtrlShortCutKey = 2;
+                d.state.ASR3CustomShortCutKey = 0x41;
+            },
+            "clear clipboard|start C:\\x\\SpeechInput.exe|sleep 100|sleep 500|key 2 41|sleep 100|key 0 0",
+            "key 2 41|sleep 100|key 0 0");
+        row(
+            "XunFei not running, which only a click may start",
+            [](Desk &d) {
+                d.state.LocalASR3XunFeiInstallPath = "/x/iFlyVoice"_s;
+                d.state.LocalMustClickRunASR3 = d.state.ASR3HoldToTalk = true;
+            },
+            "clear clipboard|place 299 389|key 0 3f",
+            "paste timer|key 0 0|sleep 100|key 0 3f|sleep 200|key 0 0|sleep 200|key 0 0");
+        row(
+            "Ctrl and Shift of the same bit",
+            [](Desk &d) {
+                d.port.inputMethodWindow = 7;
+                d.state.ASR3HoldToTalk = true;
+                d.state.LocalXunFeiASR3CtrlKey = d.state.LocalXunFeiASR3ShiftKey = 2;
+                d.state.LocalXunFeiASR3ShortcutKey = 0x43;
+            },
+            "clear clipboard|key 0 3f",
+            "paste timer|key 0 0|sleep 100|key 0 43|sleep 200|key 0 0|sleep 200|key 0 0");
+        row(
+            "custom method without a suffix",
+            [](Desk &d) {
+                d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+                d.state.LocalASR3CustomInstallPath = "/opt/SpeechInput"_s;
+                d.state.ASR3CustomCtrlShortCutKey = 1;
+                d.state.ASR3CustomShortCutKey = 0;
+            },
+            "clear clipboard|start /opt/SpeechInput|sleep 100|sleep 500|key 1 0|sleep 100|key 0 0",
+            "key 1 0|sleep 100|key 0 0");
+        row(
+            "custom method that is held, started first",
+            [](Desk &d) {
+                d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+                d.state.LocalASR3CustomInstallPath = "/opt/dictate"_s;
+                d.state.ASR3CustomHoldToTalk = true;
+                d.state.ASR3CustomCtrlShortCutKey = 5;
+                d.state.ASR3CustomShortCutKey = 0x45;
+            },
+            "clear clipboard|start /opt/dictate|sleep 100|sleep 500|key 5 45", "key 0 0");
+        row(
+            "custom method that only a click may start",
+            [](Desk &d) {
+                d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+                d.state.LocalASR3CustomInstallPath = "/opt/VoiceInput"_s;
+                d.state.LocalMustClickRunASR3 = true;
+                d.state.ASR3CustomShortCutKey = 0x3b;
+            },
+            "clear clipboard|key 0 3b|sleep 100|key 0 0", "key 0 3b|sleep 100|key 0 0");
+        row(
+            "custom method that listens by itself once started",
+            [](Desk &d) {
+                d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
+                d.state.LocalASR3CustomInstallPath = "/x/VoiceInput.exe"_s;
+            },
+            "clear clipboard|start /x/VoiceInput.exe|sleep 100", "key 0 0|sleep 100|key 0 0");
     }
 
     void inputMethodIsDrivenByItsHotKey()
     {
-        QFETCH(Set, set);
-        QFETCH(QString, press);
-        QFETCH(QString, release);
+        const auto [set, press, release] = rowOf<Set, QString, QString>();
         Desk desk;
         desk.state.ThirdPartyActive = true;
         set(desk);

@@ -3,6 +3,7 @@
 #include "session/TranslationPort.h"
 #include "session/VoiceModes.h"
 #include "support/CallLog.h"
+#include "support/Rows.h"
 #include "ui/MicTipDialog.h"
 #include "ui/TipWindowHost.h"
 
@@ -27,18 +28,18 @@ struct FakeTranslation : mevo::TranslationPort
     bool takesKeys() const override { return exists(); }
     bool create() override
     {
-        log.add(QStringLiteral("create"));
+        log.add("create"_s);
         dialog = dialog == Dialog::Missing ? Dialog::Hidden : dialog;
         return exists();
     }
     void show() override
     {
-        log.add(QStringLiteral("show"));
+        log.add("show"_s);
         dialog = Dialog::Visible;
     }
     void destroy() override
     {
-        log.add(QStringLiteral("destroy"));
+        log.add("destroy"_s);
         dialog = Dialog::Missing;
     }
     CallLog &log;
@@ -64,10 +65,10 @@ struct Desk : mevo::PipelinePort
         state.OneShotCommandWord = false;
         state.Enable_SwitchFunctionMode = true;
         state.Enable_SwitchModeFlagsWord2Screen = false;
-        state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{QStringLiteral("打字")};
-        state.SetEnterVoiceTranslateModeSwitchModeFlags = QStringList{QStringLiteral("翻译")};
-        state.SetEnterVoiceCommandWordModeSwitchModeFlags = QStringList{QStringLiteral("命令")};
-        state.SetEnterVoiceSearchModeSwitchModeFlags = QStringList{QStringLiteral("查找")};
+        state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{"打字"_s};
+        state.SetEnterVoiceTranslateModeSwitchModeFlags = QStringList{"翻译"_s};
+        state.SetEnterVoiceCommandWordModeSwitchModeFlags = QStringList{"命令"_s};
+        state.SetEnterVoiceSearchModeSwitchModeFlags = QStringList{"查找"_s};
     }
 
     void key(int number, bool pressed)
@@ -79,13 +80,13 @@ struct Desk : mevo::PipelinePort
             if (step.kind == mevo::DispatchStep::Kind::MicDialogCall) {
                 tip.CallMicDlgFunctionSlot(step.index);
             } else if (step.index == mevo::ReloadEngineChoice) {
-                log.add(QStringLiteral("reload"));
+                log.add("reload"_s);
             }
         }
     }
     void say(const char *word)
     {
-        pipeline.HandleRecResult(QString::fromUtf8(word) + QStringLiteral("。__over__"), session());
+        pipeline.HandleRecResult(QString::fromUtf8(word) + "。__over__"_s, session());
     }
     mevo::SessionContext session() const
     {
@@ -130,7 +131,7 @@ struct Desk : mevo::PipelinePort
 
     void sendToScreen(const QString &text, const mevo::SessionContext &) override
     {
-        log.add(QStringLiteral("screen ") + text);
+        log.add("screen "_s + text);
     }
     void trayMessage(const QString &, mevo::MessageIcon, int) override {}
     void restartAfterRecognition() override {}
@@ -143,7 +144,7 @@ struct Desk : mevo::PipelinePort
     bool translationDialogClosing() const override { return translation.isClosing(); }
     void showOnTranslationDialog(const QString &text, const mevo::SessionContext &) override
     {
-        log.add(QStringLiteral("dialog ") + text);
+        log.add("dialog "_s + text);
     }
     void showTranslationDialog() override { translation.show(); }
     void pressTranslateButton() override { mevo::toggleTranslation(state, translation); }
@@ -152,7 +153,7 @@ struct Desk : mevo::PipelinePort
     void reloadEngineChoice() override
     {
         // It may wait for the backend: the next press must not be refused meanwhile.
-        log.add(state.ResultIdle ? QStringLiteral("reload") : QStringLiteral("reload while busy"));
+        log.add(state.ResultIdle ? "reload"_s : "reload while busy"_s);
     }
 
     CallLog log;
@@ -187,12 +188,10 @@ Event button(const char *name)
 }
 const Event statusOfTranslation = [](Desk &desk) { desk.tip.pushButton_TransStatus_clicked(); };
 const Event translateButton = [](Desk &desk) { desk.pressTranslateButton(); };
-const QString open = QStringLiteral("create|show");
+const QString open = "create|show"_s;
 
 } // namespace
 
-Q_DECLARE_METATYPE(Event)
-Q_DECLARE_METATYPE(Dialog)
 
 class TestVoiceModes : public QObject
 {
@@ -201,29 +200,25 @@ class TestVoiceModes : public QObject
 private Q_SLOTS:
     void everyEventInEveryMode_data()
     {
-        QTest::addColumn<Event>("event");
-        QTest::addColumn<QChar>("from");
-        QTest::addColumn<bool>("translating");
-        QTest::addColumn<QChar>("to");
-        QTest::addColumn<bool>("translatingAfter");
-        QTest::addColumn<QChar>("lastMode"); ///< what the restoring routine would bring back
-        QTest::addColumn<QString>("calls");
+        // event, from, translating, to, translatingAfter, lastMode (what the restoring routine would bring
+        // back), calls
+        const Rows<Event, QChar, bool, QChar, bool, QChar, QString> add;
 
         /// `to`: the mode after it from T, C and S. `calls`: without and with translation, whose dialog is
         /// missing or visible then.
-        const auto row = [](const QByteArray &name, const Event &event, const char *to, bool saves,
-                            const char *translate, const QString &calls, const QString &callsTranslating) {
+        const auto row = [&](const QByteArray &name, const Event &event, const char *to, bool saves,
+                             const char *translate, const QString &calls, const QString &callsTranslating) {
             for (int mode = 0; mode < 3; ++mode) {
                 for (const bool translating : {false, true}) {
                     const QChar from = QLatin1Char("TCS"[mode]);
-                    QTest::addRow("%s from %c%s", name.constData(), from.toLatin1(), translating ? "+" : "")
-                        << event << from << translating << QChar(QLatin1Char(to[mode]))
-                        << (translate[translating ? 1 : 0] == '1') << (saves ? from : QChar(QLatin1Char('S')))
-                        << (translating ? callsTranslating : calls);
+                    add(rowName("%s from %c%s", name.constData(), from.toLatin1(), translating ? "+" : ""),
+                        event, from, translating, QChar(QLatin1Char(to[mode])),
+                        (translate[translating ? 1 : 0] == '1'), (saves ? from : QChar(QLatin1Char('S'))),
+                        (translating ? callsTranslating : calls));
                 }
             }
         };
-        const QString reload = QStringLiteral("reload");
+        const QString reload = "reload"_s;
         const QString none;
         for (const int voiceKey : {1, 3}) {
             for (const bool pressed : {true, false}) {
@@ -250,17 +245,17 @@ private Q_SLOTS:
         row("type button", button("pushButton_VoiceStatus"), "TTT", false, "01", none, none);
         row("command button", button("pushButton_CommandStatus"), "CCC", false, "01", none, none);
         row("search button", button("pushButton_SearchStatus"), "SSS", false, "01", none, none);
-        row("translation status", statusOfTranslation, "TCS", false, "11", open, QStringLiteral("show"));
-        row("translate button", translateButton, "TCS", false, "10", open, QStringLiteral("destroy"));
+        row("translation status", statusOfTranslation, "TCS", false, "11", open, "show"_s);
+        row("translate button", translateButton, "TCS", false, "10", open, "destroy"_s);
 
         row("type word", word("打字"), "TTT", false, "01", reload, reload);
         row("command word", word("命令"), "CCC", false, "01", reload, reload);
         row("search word", word("查找"), "SSS", false, "01", reload, reload);
-        row("translate word", word("翻译"), "TCT", false, "11", open, QStringLiteral("show"));
-        row("type word, typed", typedWord("打字"), "TTT", false, "01", QStringLiteral("screen 打字|reload"),
-            QStringLiteral("dialog 打字|reload"));
-        row("translate word, typed", typedWord("翻译"), "TCT", false, "11",
-            open + QStringLiteral("|dialog 翻译"), QStringLiteral("show|dialog 翻译"));
+        row("translate word", word("翻译"), "TCT", false, "11", open, "show"_s);
+        row("type word, typed", typedWord("打字"), "TTT", false, "01", "screen 打字|reload"_s,
+            "dialog 打字|reload"_s);
+        row("translate word, typed", typedWord("翻译"), "TCT", false, "11", open + "|dialog 翻译"_s,
+            "show|dialog 翻译"_s);
         row("search word beside an input method", typedWord("查找", true), "SSS", false, "01", reload,
             reload);
 
@@ -275,9 +270,8 @@ private Q_SLOTS:
 
     void everyEventInEveryMode()
     {
-        QFETCH(Event, event);
-        QFETCH(QChar, from);
-        QFETCH(bool, translating);
+        const auto [event, from, translating, to, translatingAfter, lastMode, calls] =
+            rowOf<Event, QChar, bool, QChar, bool, QChar, QString>();
         Desk desk;
         desk.enter(QLatin1Char('S'));
         mevo::saveLastModes(desk.state);
@@ -285,19 +279,17 @@ private Q_SLOTS:
         desk.state.VoiceTranslateMode = translating;
         desk.translation.dialog = translating ? Dialog::Visible : Dialog::Missing;
         event(desk);
-        QTEST(desk.mode(), "to");
-        QTEST(desk.state.VoiceTranslateMode.load(), "translatingAfter");
-        QTEST(desk.calls(), "calls");
+        QCOMPARE(desk.mode(), to);
+        QCOMPARE(desk.state.VoiceTranslateMode.load(), translatingAfter);
+        QCOMPARE(desk.calls(), calls);
         mevo::restoreLastModes(desk.state);
         desk.tip.UpdateStatusButtons();
-        QTEST(desk.mode(), "lastMode");
+        QCOMPARE(desk.mode(), lastMode);
     }
 
     void theDialogAndTheModeGoTogether_data()
     {
-        QTest::addColumn<Dialog>("dialog");
-        QTest::addColumn<Event>("event");
-        QTest::addColumn<QString>("calls"); ///< the event's, then those of a text
+        const Rows<Dialog, Event, QString> add; // dialog, event, calls (the event's, then those of a text)
         const struct
         {
             const char *name;
@@ -307,25 +299,23 @@ private Q_SLOTS:
                       {"button", translateButton},
                       {"word", word("翻译")}};
         for (const auto &row : events) {
-            QTest::addRow("%s shows a hidden one", row.name)
-                << Dialog::Hidden << row.event << QStringLiteral("show|dialog 好");
-            QTest::addRow("%s, and none can be made", row.name)
-                << Dialog::Impossible << row.event << QStringLiteral("create|screen 好");
+            add(rowName("%s shows a hidden one", row.name), Dialog::Hidden, row.event, "show|dialog 好"_s);
+            add(rowName("%s, and none can be made", row.name), Dialog::Impossible, row.event,
+                "create|screen 好"_s);
         }
     }
 
     /// No text gets lost in a translation that nobody shows.
     void theDialogAndTheModeGoTogether()
     {
-        QFETCH(Dialog, dialog);
-        QFETCH(Event, event);
+        const auto [dialog, event, calls] = rowOf<Dialog, Event, QString>();
         Desk desk;
         desk.enter(QLatin1Char('T'));
         desk.translation.dialog = dialog;
         event(desk);
         QCOMPARE(desk.state.VoiceTranslateMode.load(), dialog == Dialog::Hidden);
         desk.say("好");
-        QTEST(desk.calls(), "calls");
+        QCOMPARE(desk.calls(), calls);
     }
 };
 

@@ -1,4 +1,5 @@
 #include "state/AccountChanges.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -24,9 +25,9 @@ private Q_SLOTS:
     void accounts()
     {
         OwnAccounts accounts;
-        QVERIFY(accounts.set(AccountService::Baidu, 0, QStringLiteral("  client\n")));
-        QVERIFY(accounts.set(AccountService::Baidu, 1, QStringLiteral("密钥")));
-        QVERIFY(accounts.set(AccountService::XunFei, 2, QStringLiteral("secret")));
+        QVERIFY(accounts.set(AccountService::Baidu, 0, "  client\n"_s));
+        QVERIFY(accounts.set(AccountService::Baidu, 1, "密钥"_s));
+        QVERIFY(accounts.set(AccountService::XunFei, 2, "secret"_s));
         QVERIFY(accounts == of(R"({"Baidu":{"ApiKey":"client","SecretKey":"密钥"},)"
                                R"("XunFei":{"ApiSecret":"secret"}})"));
         QVERIFY(accounts.isComplete(AccountService::Baidu));
@@ -40,13 +41,9 @@ private Q_SLOTS:
 
     void strangeTexts_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<bool>("understood");
-        QTest::addColumn<QByteArray>("kept");
-        const auto row = [](const char *name, const QByteArray &text, bool understood,
-                            const char *kept = "") {
-            QTest::newRow(name) << text << understood << QByteArray(kept);
-        };
+        const Rows<QByteArray, bool, QByteArray> add; // text, understood, kept
+        const auto row = [&](const char *name, const QByteArray &text, bool understood,
+                             const char *kept = "") { add(name, text, understood, QByteArray(kept)); };
         row("nothing", "", true);
         row("no JSON", "Baidu=1", false);
         row("a list", "[1,2]", false);
@@ -59,9 +56,7 @@ private Q_SLOTS:
     }
     void strangeTexts()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(bool, understood);
-        QFETCH(QByteArray, kept);
+        const auto [text, understood, kept] = rowOf<QByteArray, bool, QByteArray>();
         const auto accounts = OwnAccounts::fromText(text);
         QCOMPARE(accounts.has_value(), understood);
         QVERIFY(accounts.value_or(OwnAccounts()) == of(kept));
@@ -72,54 +67,46 @@ private Q_SLOTS:
         OwnAccounts accounts;
         QVERIFY(accounts.set(AccountService::Tencent, 1, QString(200, QLatin1Char('k'))));
         QVERIFY(!accounts.set(AccountService::Tencent, 1, QString(201, QLatin1Char('k'))));
-        QVERIFY(!accounts.set(AccountService::Tencent, 2, QStringLiteral("there is no third")));
-        QVERIFY(!accounts.set(AccountService::XunFei, -1, QStringLiteral("x")));
+        QVERIFY(!accounts.set(AccountService::Tencent, 2, "there is no third"_s));
+        QVERIFY(!accounts.set(AccountService::XunFei, -1, "x"_s));
         QCOMPARE(accounts.values(AccountService::Tencent)[1].size(), 200);
         QVERIFY(!accounts.isComplete(AccountService::Tencent));
-        QVERIFY(accounts.set(AccountService::Tencent, 0, QStringLiteral("id")));
+        QVERIFY(accounts.set(AccountService::Tencent, 0, "id"_s));
         QVERIFY(accounts.isComplete(AccountService::Tencent));
     }
 
     void typed_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("fault");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char *name, const QString &typed, AccountValue::Fault fault,
-                            const QString &text) { QTest::newRow(name) << typed << int(fault) << text; };
+        const Rows<QString, int, QString> add; // typed, fault, text
+        const auto row = [&](const char *name, const QString &typed, AccountValue::Fault fault,
+                             const QString &text) { add(name, typed, int(fault), text); };
         const auto fine = AccountValue::Fault::None;
         row("nothing", {}, fine, {});
-        row("blanks alone", QStringLiteral(" \r\n\t"), fine, {});
-        row("a line end behind", QStringLiteral("key\r\n"), fine, QStringLiteral("key"));
-        row("marks around", QStringLiteral("\uFEFF\u00A0\u200Bkey\u200B\u2028"), fine, QStringLiteral("key"));
-        row("a blank within", QStringLiteral(" a key "), fine, QStringLiteral("a key"));
-        row("two lines", QStringLiteral("id\nkey\n"), AccountValue::Fault::Invisible,
-            QStringLiteral("id\nkey"));
-        row("a mark within", QStringLiteral("k\u200Bey"), AccountValue::Fault::Invisible,
-            QStringLiteral("k\u200Bey"));
-        row("the longest", QStringLiteral("\n") + QString(200, QLatin1Char('k')), fine,
-            QString(200, QLatin1Char('k')));
+        row("blanks alone", " \r\n\t"_s, fine, {});
+        row("a line end behind", "key\r\n"_s, fine, "key"_s);
+        row("marks around", "\uFEFF\u00A0\u200Bkey\u200B\u2028"_s, fine, "key"_s);
+        row("a blank within", " a key "_s, fine, "a key"_s);
+        row("two lines", "id\nkey\n"_s, AccountValue::Fault::Invisible, "id\nkey"_s);
+        row("a mark within", "k\u200Bey"_s, AccountValue::Fault::Invisible, "k\u200Bey"_s);
+        row("the longest", "\n"_s + QString(200, QLatin1Char('k')), fine, QString(200, QLatin1Char('k')));
         row("too long", QString(201, QLatin1Char('k')), AccountValue::Fault::TooLong,
             QString(201, QLatin1Char('k')));
     }
     void typed()
     {
-        QFETCH(QString, typed);
+        const auto [typed, fault, text] = rowOf<QString, int, QString>();
         const AccountValue value = mevo::accountValue(typed);
-        QTEST(int(value.fault), "fault");
-        QTEST(value.text, "text");
+        QCOMPARE(int(value.fault), fault);
+        QCOMPARE(value.text, text);
     }
 
     void changes_data()
     {
-        QTest::addColumn<QByteArray>("before"); // as the program knows it
-        QTest::addColumn<QByteArray>("after");
-        QTest::addColumn<QByteArray>("kept");
-        QTest::addColumn<QByteArray>("result");
-        const auto row = [](const char *name, const char *before, const char *after, const char *kept,
-                            const char *result) {
-            QTest::newRow(name) << QByteArray(before) << QByteArray(after) << QByteArray(kept)
-                                << QByteArray(result);
+        // before (as the program knows it), after, kept, result
+        const Rows<QByteArray, QByteArray, QByteArray, QByteArray> add;
+        const auto row = [&](const char *name, const char *before, const char *after, const char *kept,
+                             const char *result) {
+            add(name, QByteArray(before), QByteArray(after), QByteArray(kept), QByteArray(result));
         };
         const char *const both = R"({"Baidu":{"ApiKey":"i","SecretKey":"s"}})";
         row("the first", "", both, "", both);
@@ -137,10 +124,7 @@ private Q_SLOTS:
     }
     void changes()
     {
-        QFETCH(QByteArray, kept);
-        QFETCH(QByteArray, result);
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, after);
+        const auto [before, after, kept, result] = rowOf<QByteArray, QByteArray, QByteArray, QByteArray>();
         const AccountChanges changes(of(before), of(after));
         QCOMPARE(changes.isEmpty(), before == after);
         QCOMPARE(changes.appliedTo(kept), result);
@@ -159,12 +143,10 @@ private Q_SLOTS:
 
     void joins_data()
     {
-        QTest::addColumn<QList<QByteArray>>("texts");
-        QTest::addColumn<QByteArray>("joined");
-        QTest::addColumn<QList<QByteArray>>("aside");
-        const auto row = [](const char *name, const QList<QByteArray> &texts, const char *joined,
-                            const QList<QByteArray> &aside = {}) {
-            QTest::newRow(name) << texts << QByteArray(joined) << aside;
+        const Rows<QList<QByteArray>, QByteArray, QList<QByteArray>> add; // texts, wanted, aside
+        const auto row = [&](const char *name, const QList<QByteArray> &texts, const char *joined,
+                             const QList<QByteArray> &aside = {}) {
+            add(name, texts, QByteArray(joined), aside);
         };
         const char *const both = R"({"Baidu":{"ApiKey":"i","SecretKey":"s"}})";
         row("nothing", {}, "");
@@ -187,20 +169,17 @@ private Q_SLOTS:
     }
     void joins()
     {
-        QFETCH(QList<QByteArray>, texts);
+        const auto [texts, wanted, aside] = rowOf<QList<QByteArray>, QByteArray, QList<QByteArray>>();
         const mevo::JoinedAccounts joined = mevo::joinAccountTexts(texts);
-        QTEST(joined.text, "joined");
-        QTEST(joined.unreadable, "aside");
+        QCOMPARE(joined.text, wanted);
+        QCOMPARE(joined.unreadable, aside);
     }
 
     /// Changes that wait do to what is kept what they would have done at once.
     void waitingChanges_data() { changes_data(); }
     void waitingChanges()
     {
-        QFETCH(QByteArray, kept);
-        QFETCH(QByteArray, result);
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, after);
+        const auto [before, after, kept, result] = rowOf<QByteArray, QByteArray, QByteArray, QByteArray>();
         const QByteArray waiting = AccountChanges(of(before), of(after)).addedTo(QByteArray());
         QCOMPARE(waiting.isEmpty(), before == after);
         const QList<QByteArray> texts{kept, waiting};
@@ -221,17 +200,16 @@ private Q_SLOTS:
 
     void hints_data()
     {
-        QTest::addColumn<QString>("secret");
-        QTest::addColumn<QString>("hint");
-        QTest::newRow("long") << QStringLiteral("AKIDabcdefgh1234") << QStringLiteral("••••1234");
-        QTest::newRow("twelve") << QStringLiteral("abcdefgh5678") << QStringLiteral("••••5678");
-        QTest::newRow("eleven") << QStringLiteral("abcdefg5678") << QStringLiteral("••••");
-        QTest::newRow("short") << QStringLiteral("1234") << QStringLiteral("••••");
+        const Rows<QString, QString> row; // secret, hint
+        row("long", "AKIDabcdefgh1234"_s, "••••1234"_s);
+        row("twelve", "abcdefgh5678"_s, "••••5678"_s);
+        row("eleven", "abcdefg5678"_s, "••••"_s);
+        row("short", "1234"_s, "••••"_s);
     }
     void hints()
     {
-        QFETCH(QString, secret);
-        QTEST(mevo::secretHint(secret), "hint");
+        const auto [secret, hint] = rowOf<QString, QString>();
+        QCOMPARE(mevo::secretHint(secret), hint);
     }
 };
 

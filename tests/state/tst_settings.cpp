@@ -1,5 +1,6 @@
 #include "base/SettingsFile.h"
 #include "state/SettingsTable.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 
 #include <QtTest>
@@ -7,7 +8,7 @@
 namespace {
 
 const ScratchHome home;
-const QString fileName = QStringLiteral("MEVOSetting.ini");
+const QString fileName = "MEVOSetting.ini"_s;
 
 /// Every key of the full load, in the order of its reading: its type (nonzero is a number read as a flag,
 /// positive a number that counts above 0, stored one that counts when it is there), the value before a load
@@ -62,7 +63,7 @@ struct Key
         , mark(written.section(u':', 3, 3))
         , isText(type == QLatin1String("text") || type == QLatin1String("list"))
     {
-        before = before.isEmpty() && !isText ? QStringLiteral("0") : before;
+        before = before.isEmpty() && !isText ? "0"_s : before;
     }
     QString name, type, before, mark;
     bool isText;
@@ -159,11 +160,11 @@ private Q_SLOTS:
         QVERIFY(rule.size() > 1);
         for (int i = 0; i < rule.size(); i += 2) {
             const bool sticks = key.mark == QLatin1String("sticky");
-            QCOMPARE(loaded(row, QStringLiteral("1"), rule[i]), sticks ? QStringLiteral("1") : rule[i + 1]);
+            QCOMPARE(loaded(row, "1"_s, rule[i]), sticks ? "1"_s : rule[i + 1]);
         }
         if (key.mark == QLatin1String("sticky")) {
-            QCOMPARE(loaded(row, QStringLiteral("0"), QStringLiteral("true")), QStringLiteral("1"));
-            QCOMPARE(loaded(row, QStringLiteral("0"), QStringLiteral("false")), QStringLiteral("0"));
+            QCOMPARE(loaded(row, "0"_s, "true"_s), "1"_s);
+            QCOMPARE(loaded(row, "0"_s, "false"_s), "0"_s);
         }
         QCOMPARE(row.writeBack, key.mark == QLatin1String("kept"));
     }
@@ -188,7 +189,7 @@ private Q_SLOTS:
         QCOMPARE(state.MouseCurrentWheelSpeed.load(), 1); // read under its other spelling only
         QVERIFY(state.Output2Tranditional);
         QVERIFY(state.CmdFlags_Contents_Driect.isEmpty());
-        QCOMPARE(state.AutoRunApp, QStringLiteral("1"));
+        QCOMPARE(state.AutoRunApp, "1"_s);
         const QByteArray written = home.read(fileName);
         QVERIFY(written.contains("CurrentVersion=107") && written.contains("AutoRunApp=1"));
     }
@@ -199,17 +200,17 @@ private Q_SLOTS:
                    "[MainSetting]\nSearchFlags_Contents_Driect=搜索;查, 一下;;\nSupportContact=甲, 乙\n"
                    "UserManual=\"a,b;c\"\r\nWebsite=http://h/?a=1,2\r\nSupportEmail=\"c,d\\\\\"\n"
                    "Send2ScreenMethod=2 ; 0, 1 or 2\n; a remark, with = and ;\nSearchEngines_Bing=1");
-        mevo::SettingsFile().setValue(QStringLiteral("EnableP3Keyboard"), 1); // a write loses nothing either
+        mevo::SettingsFile().setValue("EnableP3Keyboard"_s, 1); // a write loses nothing either
         MainState state;
         const mevo::SettingsFile file;
         for (const mevo::SettingRow &row : mevo::settingRows()) {
             mevo::loadSetting(row, file, state);
         }
-        QCOMPARE(state.SearchFlags_Contents_Driect.join(u'|'), QStringLiteral("搜索|查, 一下||"));
-        QCOMPARE(state.SupportContact, QStringLiteral("甲, 乙"));
-        QCOMPARE(state.UserManual, QStringLiteral("a,b;c"));
-        QCOMPARE(state.Website, QStringLiteral("http://h/?a=1,2"));
-        QCOMPARE(state.SupportEmail, QStringLiteral("c,d\\"));
+        QCOMPARE(state.SearchFlags_Contents_Driect.join(u'|'), "搜索|查, 一下||"_s);
+        QCOMPARE(state.SupportContact, "甲, 乙"_s);
+        QCOMPARE(state.UserManual, "a,b;c"_s);
+        QCOMPARE(state.Website, "http://h/?a=1,2"_s);
+        QCOMPARE(state.SupportEmail, "c,d\\"_s);
         QCOMPARE(state.Send2ScreenMethod, 2);
         QCOMPARE(state.SearchEngines_Bing, true);
     }
@@ -233,47 +234,42 @@ private Q_SLOTS:
         MainState state;
         {
             mevo::SettingsFile file;
-            file.setValue(QStringLiteral("PureXunFeiOfflineVersion"), true);
-            mevo::loadEarlySettings(state, file, true, QStringLiteral("/opt/a\\b"));
+            file.setValue("PureXunFeiOfflineVersion"_s, true);
+            mevo::loadEarlySettings(state, file, true, "/opt/a\\b"_s);
         }
         QVERIFY(!state.PureXunFeiOfflineVersion);
-        QCOMPARE(state.XFPKGName, QStringLiteral("iFlyIME_Setup3.0.1727.exe"));
-        QCOMPARE(mevo::SettingsFile().value(QStringLiteral("EXEPath")).toString(),
-                 QStringLiteral("/opt/a\\\\b"));
+        QCOMPARE(state.XFPKGName, "iFlyIME_Setup3.0.1727.exe"_s);
+        QCOMPARE(mevo::SettingsFile().value("EXEPath"_s).toString(), "/opt/a\\\\b"_s);
     }
 
     void aListEndsAtItsFirstZero()
     {
-        mevo::SettingsFile().setValue(QStringLiteral("CmdFlags_Contents_Driect"),
-                                      QStringLiteral(";甲;") + QChar(0) + QStringLiteral("乙;丙"));
+        mevo::SettingsFile().setValue("CmdFlags_Contents_Driect"_s, ";甲;"_s + QChar(0) + "乙;丙"_s);
         MainState state;
         mevo::SettingsFile file;
         mevo::loadSettings(state, file, false);
-        QCOMPARE(state.CmdFlags_Contents_Driect.join(u'|'), QStringLiteral("|甲|"));
+        QCOMPARE(state.CmdFlags_Contents_Driect.join(u'|'), "|甲|"_s);
         QCOMPARE(state.AutoRunApp, QString());
     }
 
     void proxy_data()
     {
-        QTest::addColumn<QByteArray>("settings");
-        QTest::addColumn<bool>("used");
-        QTest::addColumn<int>("port");
-        QTest::newRow("nothing set") << QByteArray("UseNetworkProxy=true") << false << -1;
-        QTest::newRow("blanks") << QByteArray("UseNetworkProxy=true\nNetworkProxy_IP=\"  \"") << false << -1;
-        QTest::newRow("host") << QByteArray(
-                                     "UseNetworkProxy=true\nNetworkProxy_IP=\" h \"\nNetworkProxy_Port=80")
-                              << true << 80;
-        QTest::newRow("off") << QByteArray("NetworkProxy_IP=h") << false << -1;
+        const Rows<QByteArray, bool, int> row; // settings, used, port
+        row("nothing set", QByteArray("UseNetworkProxy=true"), false, -1);
+        row("blanks", QByteArray("UseNetworkProxy=true\nNetworkProxy_IP=\"  \""), false, -1);
+        row("host", QByteArray("UseNetworkProxy=true\nNetworkProxy_IP=\" h \"\nNetworkProxy_Port=80"), true,
+            80);
+        row("off", QByteArray("NetworkProxy_IP=h"), false, -1);
     }
 
     void proxy()
     {
-        QFETCH(QByteArray, settings);
+        const auto [settings, used, port] = rowOf<QByteArray, bool, int>();
         home.write(fileName, "[NetworkProxy]\n" + settings + '\n');
         MainState state;
-        mevo::loadProxySettings(state, mevo::SettingsFile(QStringLiteral("NetworkProxy")));
-        QTEST(state.UseNetworkProxy, "used");
-        QTEST(state.NetworkProxy_Port, "port");
+        mevo::loadProxySettings(state, mevo::SettingsFile("NetworkProxy"_s));
+        QCOMPARE(state.UseNetworkProxy, used);
+        QCOMPARE(state.NetworkProxy_Port, port);
         QVERIFY(state.NetworkProxy_IP == state.NetworkProxy_IP.trimmed());
     }
 };

@@ -23,6 +23,13 @@ public:
     }
 };
 
+/// A row's name, written as by printf.
+template <class... Arguments>
+QByteArray rowName(const char *format, Arguments... arguments)
+{
+    return QString::asprintf(format, arguments...).toUtf8();
+}
+
 /// The cells of one row, whatever their types.
 struct RowCells
 {

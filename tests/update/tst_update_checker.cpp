@@ -1,4 +1,5 @@
 #include "base/RuntimeLock.h"
+#include "support/Rows.h"
 #include "support/ScriptedHttp.h"
 #include "update/MyUpdateChecker.h"
 #include "update/UpdateSignature.h"
@@ -14,7 +15,7 @@
 
 namespace {
 
-const QString path = QStringLiteral("/Update/Z19/107/PenPad/");
+const QString path = "/Update/Z19/107/PenPad/"_s;
 
 /// Answers as a test says, and writes down what it was asked.
 struct FakeHost : mevo::UpdateHost
@@ -139,14 +140,11 @@ class TestUpdateChecker : public QObject
 private Q_SLOTS:
     void questions_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QByteArray>("mode");
-        QTest::addColumn<bool>("forced");
-        QTest::addColumn<QString>("text");
-        const QString simplified, traditional = QStringLiteral("cht");
-        const auto row = [](const QString &language, const char *mode, bool forced, const char *text) {
-            QTest::addRow("%s %s %d", qPrintable(language), mode, forced)
-                << language << QByteArray(mode) << forced << QString::fromUtf8(text);
+        const Rows<QString, QByteArray, bool, QString> add; // language, mode, forced, text
+        const QString simplified, traditional = "cht"_s;
+        const auto row = [&](const QString &language, const char *mode, bool forced, const char *text) {
+            add(rowName("%s %s %d", qPrintable(language), mode, forced), language, QByteArray(mode), forced,
+                QString::fromUtf8(text));
         };
         row(simplified, "All", true, "V1.08完整安装版已提供，须在线更新！\r\n请点击'立即更新'按钮");
         row(simplified, "All", false, "V1.08完整安装版已提供在线更新！\r\n是否要更新?");
@@ -159,25 +157,22 @@ private Q_SLOTS:
     }
     void questions()
     {
-        QFETCH(QString, language);
-        QFETCH(QByteArray, mode);
-        QFETCH(bool, forced);
-        QFETCH(QString, text);
+        const auto [language, mode, forced, text] = rowOf<QString, QByteArray, bool, QString>();
         QTranslator translator;
         if (!language.isEmpty()) {
-            QVERIFY(translator.load(QStringLiteral(":/translations/%1.qm").arg(language)));
+            QVERIFY(translator.load(":/translations/%1.qm"_s.arg(language)));
             QCoreApplication::installTranslator(&translator);
         }
         for (const bool isSigned : {true, false}) {
-            Update update(isSigned ? QStringLiteral("key") : QString());
-            update.service.SWName = QStringLiteral("灵犀");
+            Update update(isSigned ? "key"_s : QString());
+            update.service.SWName = "灵犀"_s;
             update.service.ForceUpdate = forced ? 1 : 0;
             update.host.updateNow = false;
             update.http.fallback = ScriptedAnswer::body("108;;" + mode + ";;a.tar.xz");
             update.run();
             QCOMPARE(update.host.questions.size(), 1);
             const QString asked = update.host.questions.first();
-            QCOMPARE(asked.left(text.size() + 2), QStringLiteral("灵犀") + text);
+            QCOMPARE(asked.left(text.size() + 2), "灵犀"_s + text);
             QCOMPARE(asked.size() > text.size() + 2, !isSigned); // says that nothing is signed
             QCOMPARE(update.host.lastForced, forced);
             QCOMPARE(update.host.events, QStringList());
@@ -188,36 +183,28 @@ private Q_SLOTS:
     /// What ends a check before its question: the version file's answers, and what follows.
     void checks_data()
     {
-        QTest::addColumn<QByteArrayList>("answers"); // "404" and the like are statuses
-        QTest::addColumn<bool>("manual");
-        QTest::addColumn<QStringList>("bases");
-        QTest::addColumn<int>("questions");
-        QTest::addColumn<QStringList>("events");
+        // answers ("404" and the like are statuses), manual, bases, questions, events
+        const Rows<QByteArrayList, bool, QStringList, int, QStringList> row;
         const QByteArray newer = "108;;All;;a.tar.xz";
-        QTest::newRow("equal") << QByteArrayList{"107;;All;;a.tar.xz"} << false << QStringList{"/v"} << 0
-                               << QStringList();
-        QTest::newRow("two fields") << QByteArrayList{"108;;All"} << false << QStringList{"/v"} << 0
-                                    << QStringList();
-        QTest::newRow("the second base")
-            << QByteArrayList{"404", newer} << false << QStringList{"/v", "/v1"} << 1 << QStringList();
-        QTest::newRow("a redirect is no file")
-            << QByteArrayList{"302", newer} << false << QStringList{"/v", "/v1"} << 1 << QStringList();
-        QTest::newRow("both fail") << QByteArrayList{"500", "404"} << false << QStringList{"/v", "/v1"} << 0
-                                   << QStringList();
-        QTest::newRow("both fail for the user") << QByteArrayList{"500", "404"} << true
-                                                << QStringList{"/m", "/m1"} << 0 << QStringList{"no server"};
-        QTest::newRow("equal for the user") << QByteArrayList{"107;;All;;a.tar.xz"} << true
-                                            << QStringList{"/m"} << 0 << QStringList{"no notice"};
-        QTest::newRow("newer for the user")
-            << QByteArrayList{newer} << true << QStringList{"/m"} << 0 << QStringList{"notice"};
-        QTest::newRow("a megabyte") << QByteArrayList{newer + ";;" + QByteArray(1 << 20, ' '), newer} << false
-                                    << QStringList{"/v", "/v1"} << 1 << QStringList();
+        row("equal", QByteArrayList{"107;;All;;a.tar.xz"}, false, QStringList{"/v"}, 0, QStringList());
+        row("two fields", QByteArrayList{"108;;All"}, false, QStringList{"/v"}, 0, QStringList());
+        row("the second base", QByteArrayList{"404", newer}, false, QStringList{"/v", "/v1"}, 1,
+            QStringList());
+        row("a redirect is no file", QByteArrayList{"302", newer}, false, QStringList{"/v", "/v1"}, 1,
+            QStringList());
+        row("both fail", QByteArrayList{"500", "404"}, false, QStringList{"/v", "/v1"}, 0, QStringList());
+        row("both fail for the user", QByteArrayList{"500", "404"}, true, QStringList{"/m", "/m1"}, 0,
+            QStringList{"no server"});
+        row("equal for the user", QByteArrayList{"107;;All;;a.tar.xz"}, true, QStringList{"/m"}, 0,
+            QStringList{"no notice"});
+        row("newer for the user", QByteArrayList{newer}, true, QStringList{"/m"}, 0, QStringList{"notice"});
+        row("a megabyte", QByteArrayList{newer + ";;" + QByteArray(1 << 20, ' '), newer}, false,
+            QStringList{"/v", "/v1"}, 1, QStringList());
     }
     void checks()
     {
-        QFETCH(QByteArrayList, answers);
-        QFETCH(bool, manual);
-        QFETCH(QStringList, bases);
+        auto [answers, manual, bases, questions, events] =
+            rowOf<QByteArrayList, bool, QStringList, int, QStringList>();
         Update update;
         update.state.ManualCheck = manual;
         update.host.updateNow = false;
@@ -227,11 +214,11 @@ private Q_SLOTS:
         }
         update.run();
         for (QString &base : bases) {
-            base += path + QStringLiteral("ORVAppVer.txt");
+            base += path + "ORVAppVer.txt"_s;
         }
         QCOMPARE(update.targets(), bases);
-        QTEST(update.host.questions.size(), "questions");
-        QTEST(update.host.events, "events");
+        QCOMPARE(update.host.questions.size(), questions);
+        QCOMPARE(update.host.events, events);
         QCOMPARE(update.state.UpdateNotified, update.host.events == QStringList{"notice"});
     }
 
@@ -258,26 +245,21 @@ private Q_SLOTS:
     /// A user who asks gets an answer, whatever comes.
     void wishes_data()
     {
-        QTest::addColumn<QByteArray>("content"); // of the version file; empty for none
-        QTest::addColumn<bool>("online");
-        QTest::addColumn<bool>("running"); // a check of the program's own, when the user asks
-        QTest::addColumn<QStringList>("events");
+        // content (of the version file; empty for none), online, running (a check of the program's own,
+        // when the user asks), events
+        const Rows<QByteArray, bool, bool, QStringList> row;
         const QByteArray equal = "107;;All;;a.tar.xz";
-        QTest::newRow("up to date") << equal << true << false << QStringList{"no notice", "up to date"};
-        QTest::newRow("no server") << QByteArray() << true << false << QStringList{"no server"};
-        QTest::newRow("nonsense") << QByteArray("<html>") << true << false << QStringList{"no version"};
-        QTest::newRow("offline") << equal << false << false << QStringList{"offline"};
-        QTest::newRow("during a check")
-            << equal << true << true << QStringList{"checking", "no notice", "up to date"};
-        QTest::newRow("during a check in vain")
-            << QByteArray() << true << true << QStringList{"checking", "no server"};
-        QTest::newRow("newer") << QByteArray("108;;All;;a.tar.xz") << true << true << QStringList{"checking"};
+        row("up to date", equal, true, false, QStringList{"no notice", "up to date"});
+        row("no server", QByteArray(), true, false, QStringList{"no server"});
+        row("nonsense", QByteArray("<html>"), true, false, QStringList{"no version"});
+        row("offline", equal, false, false, QStringList{"offline"});
+        row("during a check", equal, true, true, QStringList{"checking", "no notice", "up to date"});
+        row("during a check in vain", QByteArray(), true, true, QStringList{"checking", "no server"});
+        row("newer", QByteArray("108;;All;;a.tar.xz"), true, true, QStringList{"checking"});
     }
     void wishes()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(bool, online);
-        QFETCH(bool, running);
+        const auto [content, online, running, events] = rowOf<QByteArray, bool, bool, QStringList>();
         Update update;
         update.service.IsOnline = online;
         update.host.updateNow = false;
@@ -288,7 +270,7 @@ private Q_SLOTS:
         }
         update.checker->checkAtWish();
         QTRY_VERIFY(!update.checker->isBusy());
-        QTEST(update.host.events, "events");
+        QCOMPARE(update.host.events, events);
         QCOMPARE(update.host.questions.size(), int(content.startsWith("108")));
         update.host.events.clear();
         update.state = UpdateState();
@@ -396,14 +378,12 @@ private Q_SLOTS:
     /// what an earlier download has left is replaced, or goes.
     void filesOfTheUsersStay_data()
     {
-        QTest::addColumn<QByteArray>("earlier"); // archive that DownloadSetting.ini names
-        QTest::addColumn<QString>("there");
-        QTest::addColumn<bool>("comesLater"); // while the archive is on its way
-        QTest::addColumn<bool>("refused");
-        QTest::addColumn<QStringList>("left");
-        const auto row = [](const char *name, const char *earlier, const char *there, bool comesLater,
-                            bool refused, const QStringList &left) {
-            QTest::newRow(name) << QByteArray(earlier) << QString(there) << comesLater << refused << left;
+        // earlier (archive that DownloadSetting.ini names), there, comesLater (while the archive is on its
+        // way), refused, left
+        const Rows<QByteArray, QString, bool, bool, QStringList> add;
+        const auto row = [&](const char *name, const char *earlier, const char *there, bool comesLater,
+                             bool refused, const QStringList &left) {
+            add(name, QByteArray(earlier), QString(there), comesLater, refused, left);
         };
         const QStringList done{"a.tar.xz", "DownloadSetting.ini"};
         row("the user's", "", "a.tar.xz", false, true, {"a.tar.xz"});
@@ -419,10 +399,8 @@ private Q_SLOTS:
     }
     void filesOfTheUsersStay()
     {
-        QFETCH(QByteArray, earlier);
-        QFETCH(QString, there);
-        QFETCH(bool, comesLater);
-        QFETCH(bool, refused);
+        const auto [earlier, there, comesLater, refused, left] =
+            rowOf<QByteArray, QString, bool, bool, QStringList>();
         Update update;
         const auto write = [&update](const QString &name, const QByteArray &content) {
             QFile file(update.host.folder.filePath(name));
@@ -445,7 +423,7 @@ private Q_SLOTS:
         update.http.answerHeld();
         QTRY_VERIFY(!update.checker->isBusy());
         QCOMPARE(update.host.events.last() == "hand over", !refused);
-        QTEST(update.files(), "left");
+        QCOMPARE(update.files(), left);
         if (QFile::exists(update.host.folder.filePath(there))) {
             QCOMPARE(update.content(there),
                      QByteArray(earlier == "a.tar.xz" ? "archive" : "what stands there"));
@@ -498,31 +476,20 @@ private Q_SLOTS:
     /// Every download that fails says so in its own words, and leaves nothing.
     void failures_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("missing") << "missing"
-                                 << "tell 文件  a.tar.xz 不存在.";
-        QTest::newRow("server's fault") << "status"
-                                        << "tell 下载错误: ";
-        QTest::newRow("redirect") << "redirect"
-                                  << "tell 下载错误: HTTP 302.";
-        QTest::newRow("broken off") << "cut"
-                                    << "tell 下载错误: ";
-        QTest::newRow("wrong checksum") << "checksum"
-                                        << "tell 下载错误: 校验和不符.";
-        QTest::newRow("no place") << "place"
-                                  << "tell 不能保存文件 ";
-        QTest::newRow("no signature") << "unsigned"
-                                      << "tell 更新文件没有有效的数字签名，已拒绝安装。";
-        QTest::newRow("wrong signature") << "signature"
-                                         << "tell 更新文件没有有效的数字签名，已拒绝安装。";
-        QTest::newRow("a key that is none") << "key"
-                                            << "tell 更新文件没有有效的数字签名，已拒绝安装。";
+        const Rows<QString, QString> row; // kind, told
+        row("missing", "missing", "tell 文件  a.tar.xz 不存在.");
+        row("server's fault", "status", "tell 下载错误: ");
+        row("redirect", "redirect", "tell 下载错误: HTTP 302.");
+        row("broken off", "cut", "tell 下载错误: ");
+        row("wrong checksum", "checksum", "tell 下载错误: 校验和不符.");
+        row("no place", "place", "tell 不能保存文件 ");
+        row("no signature", "unsigned", "tell 更新文件没有有效的数字签名，已拒绝安装。");
+        row("wrong signature", "signature", "tell 更新文件没有有效的数字签名，已拒绝安装。");
+        row("a key that is none", "key", "tell 更新文件没有有效的数字签名，已拒绝安装。");
     }
     void failures()
     {
-        QFETCH(QString, kind);
-        QFETCH(QString, told);
+        const auto [kind, told] = rowOf<QString, QString>();
         const QString key = kind == "key" ? "none" : QString::fromLatin1(QByteArray(32, 'k').toBase64());
         const bool isSigned = kind == "unsigned" || kind == "signature" || kind == "key";
         Update update(isSigned ? key : QString());
@@ -546,20 +513,15 @@ private Q_SLOTS:
 
     void cancelled_data()
     {
-        QTest::addColumn<bool>("yes");
-        QTest::addColumn<bool>("comesDuringQuestion");
-        QTest::addColumn<QStringList>("events");
-        QTest::newRow("yes") << true << false << QStringList({"show a.tar.xz", "hide"});
-        QTest::newRow("yes, it came meanwhile") << true << true << QStringList({"show a.tar.xz", "hide"});
-        QTest::newRow("no") << false << false
-                            << QStringList({"show a.tar.xz", "show a.tar.xz", "hide", "hand over"});
-        QTest::newRow("no, it came meanwhile")
-            << false << true << QStringList({"show a.tar.xz", "hide", "hand over"});
+        const Rows<bool, bool, QStringList> row; // yes, comesDuringQuestion, events
+        row("yes", true, false, QStringList({"show a.tar.xz", "hide"}));
+        row("yes, it came meanwhile", true, true, QStringList({"show a.tar.xz", "hide"}));
+        row("no", false, false, QStringList({"show a.tar.xz", "show a.tar.xz", "hide", "hand over"}));
+        row("no, it came meanwhile", false, true, QStringList({"show a.tar.xz", "hide", "hand over"}));
     }
     void cancelled()
     {
-        QFETCH(bool, yes);
-        QFETCH(bool, comesDuringQuestion);
+        const auto [yes, comesDuringQuestion, events] = rowOf<bool, bool, QStringList>();
         Update update;
         update.http.enqueue(ScriptedAnswer::body("108;;All;;a.tar.xz"));
         update.http.enqueue(ScriptedAnswer::late(ScriptedAnswer::body(QByteArray(5000, 'a'))));
@@ -578,7 +540,7 @@ private Q_SLOTS:
         update.checker->on_CancelDownload();
         update.http.answerHeld();
         QTRY_VERIFY(!update.checker->isBusy());
-        QTEST(update.host.events, "events");
+        QCOMPARE(update.host.events, events);
         QCOMPARE(update.files().isEmpty(), yes);
     }
 

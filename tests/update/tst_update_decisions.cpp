@@ -1,4 +1,5 @@
 #include "base/RuntimeLock.h"
+#include "support/Rows.h"
 #include "update/DownloadSetting.h"
 #include "update/StartReport.h"
 #include "update/UnfinishedUpdate.h"
@@ -22,20 +23,17 @@ class TestUpdateDecisions : public QObject
 private Q_SLOTS:
     void versionFile_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<int>("version"); // 0: refused
-        QTest::addColumn<bool>("all");
-        QTest::addColumn<QString>("name");
-        const auto good = [](const char *title, const QByteArray &content, int version, bool all,
-                             const char *name) {
-            QTest::newRow(title) << content << version << all << QString::fromUtf8(name);
+        const Rows<QByteArray, int, bool, QString> row; // content, version (0: refused), all, name
+        const auto good = [&](const char *title, const QByteArray &content, int version, bool all,
+                              const char *name) {
+            row(title, content, version, all, QString::fromUtf8(name));
         };
         good("whole", "108;;All;;MEVO-1.08.tar.xz", 108, true, "MEVO-1.08.tar.xz");
         good("patch with line end", "207;;Part;;p.tar.xz\r\n", 207, false, "p.tar.xz");
         good("more fields", "108;;All;;a.tar.xz;;;;future", 108, true, "a.tar.xz");
         good("a name in Chinese", "108;;All;;灵犀听写.tar.xz", 108, true, "灵犀听写.tar.xz");
-        const auto bad = [](const char *title, const QByteArray &content) {
-            QTest::newRow(title) << content << 0 << false << QString();
+        const auto bad = [&](const char *title, const QByteArray &content) {
+            row(title, content, 0, false, QString());
         };
         bad("empty", "");
         bad("two fields", "108;;All");
@@ -63,14 +61,13 @@ private Q_SLOTS:
     }
     void versionFile()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(int, version);
+        const auto [content, version, all, name] = rowOf<QByteArray, int, bool, QString>();
         const auto file = mevo::parseVersionFile(content);
         QCOMPARE(file.has_value(), version != 0);
         if (file) {
             QCOMPARE(file->version, version);
-            QTEST(file->mode == UpdateMode::All, "all");
-            QTEST(file->fileName, "name");
+            QCOMPARE(file->mode == UpdateMode::All, all);
+            QCOMPARE(file->fileName, name);
             QVERIFY(file->sha256.isEmpty());
         }
     }
@@ -83,110 +80,93 @@ private Q_SLOTS:
 
     void archiveVersion_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<int>("version"); // 0: none
-        QTest::newRow("with a line end") << QByteArray("108\n") << 108;
-        QTest::newRow("bare") << QByteArray("999") << 999;
-        QTest::newRow("empty") << QByteArray() << 0;
-        QTest::newRow("two") << QByteArray("108\n109\n") << 0;
-        QTest::newRow("four digits") << QByteArray("1080") << 0;
-        QTest::newRow("a sign") << QByteArray("+18") << 0;
-        QTest::newRow("a megabyte") << QByteArray(1 << 20, ' ') + "108" << 0;
+        const Rows<QByteArray, int> row; // content, version (0: none)
+        row("with a line end", QByteArray("108\n"), 108);
+        row("bare", QByteArray("999"), 999);
+        row("empty", QByteArray(), 0);
+        row("two", QByteArray("108\n109\n"), 0);
+        row("four digits", QByteArray("1080"), 0);
+        row("a sign", QByteArray("+18"), 0);
+        row("a megabyte", QByteArray(1 << 20, ' ') + "108", 0);
     }
     void archiveVersion()
     {
-        QFETCH(QByteArray, content);
-        QTEST(mevo::parseArchiveVersion(content).value_or(0), "version");
+        const auto [content, version] = rowOf<QByteArray, int>();
+        QCOMPARE(mevo::parseArchiveVersion(content).value_or(0), version);
     }
 
     void steps_data()
     {
-        QTest::addColumn<int>("offered");
-        QTest::addColumn<bool>("manual");
-        QTest::addColumn<bool>("notified");
-        QTest::addColumn<int>("step");
-        QTest::newRow("newer") << 108 << false << false << int(UpdateStep::Ask);
-        QTest::newRow("newer, a notice stands") << 108 << false << true << int(UpdateStep::Ask);
-        QTest::newRow("equal") << 107 << false << false << int(UpdateStep::Nothing);
-        QTest::newRow("older") << 99 << false << true << int(UpdateStep::Nothing);
-        QTest::newRow("settings, equal") << 107 << true << true << int(UpdateStep::ClearNotice);
-        QTest::newRow("settings, newer") << 108 << true << false << int(UpdateStep::ShowNotice);
-        QTest::newRow("the notice clicked") << 200 << true << true << int(UpdateStep::Ask);
+        const Rows<int, bool, bool, int> row; // offered, manual, notified, step
+        row("newer", 108, false, false, int(UpdateStep::Ask));
+        row("newer, a notice stands", 108, false, true, int(UpdateStep::Ask));
+        row("equal", 107, false, false, int(UpdateStep::Nothing));
+        row("older", 99, false, true, int(UpdateStep::Nothing));
+        row("settings, equal", 107, true, true, int(UpdateStep::ClearNotice));
+        row("settings, newer", 108, true, false, int(UpdateStep::ShowNotice));
+        row("the notice clicked", 200, true, true, int(UpdateStep::Ask));
     }
     void steps()
     {
-        QFETCH(int, offered);
-        QFETCH(bool, manual);
-        QFETCH(bool, notified);
+        const auto [offered, manual, notified, step] = rowOf<int, bool, bool, int>();
         mevo::VersionFile file;
         file.version = offered;
-        QTEST(int(mevo::updateStep(file, 107, manual, notified)), "step");
+        QCOMPARE(int(mevo::updateStep(file, 107, manual, notified)), step);
     }
 
     void addresses_data()
     {
-        QTest::addColumn<QString>("serverVersion");
-        QTest::addColumn<bool>("manual");
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("second");
-        const QString path = QStringLiteral("/Update/Z19/107/PenPad/ORVAppVer.txt");
-        const QString own = QStringLiteral("https://down.example");
-        QTest::newRow("automatic") << QString() << false << "http://v/NewVersion" + path
-                                   << "http://v1/NewVersion" + path;
-        QTest::newRow("manual") << QString() << true << "http://m/NewVersion_Manual" + path
-                                << "http://m1/NewVersion_Manual" + path;
-        QTest::newRow("automatic, the server's")
-            << own << false << own + "/NewVersion" + path << "http://v1/NewVersion" + path;
-        QTest::newRow("manual, the server's")
-            << own << true << own + "/NewVersion_Manual" + path << "http://m1/NewVersion_Manual" + path;
-        QTest::newRow("no address") << "107" << false << QString() << "http://v1/NewVersion" + path;
-        QTest::newRow("a file") << "file:///etc" << false << QString() << "http://v1/NewVersion" + path;
+        const Rows<QString, bool, QString, QString> row; // serverVersion, manual, first, second
+        const QString path = "/Update/Z19/107/PenPad/ORVAppVer.txt"_s;
+        const QString own = "https://down.example"_s;
+        row("automatic", QString(), false, "http://v/NewVersion" + path, "http://v1/NewVersion" + path);
+        row("manual", QString(), true, "http://m/NewVersion_Manual" + path,
+            "http://m1/NewVersion_Manual" + path);
+        row("automatic, the server's", own, false, own + "/NewVersion" + path, "http://v1/NewVersion" + path);
+        row("manual, the server's", own, true, own + "/NewVersion_Manual" + path,
+            "http://m1/NewVersion_Manual" + path);
+        row("no address", "107", false, QString(), "http://v1/NewVersion" + path);
+        row("a file", "file:///etc", false, QString(), "http://v1/NewVersion" + path);
     }
     void addresses()
     {
-        QFETCH(QString, serverVersion);
-        QFETCH(bool, manual);
+        const auto [serverVersion, manual, first, second] = rowOf<QString, bool, QString, QString>();
         mevo::BackendEndpoints endpoints;
-        endpoints.VersionCheckUrl = QStringLiteral("http://v/NewVersion");
-        endpoints.VersionCheckUrl1 = QStringLiteral("http://v1/NewVersion");
-        endpoints.ManualDownloadUrl = QStringLiteral("http://m/NewVersion_Manual");
-        endpoints.ManualDownloadUrl1 = QStringLiteral("http://m1/NewVersion_Manual");
+        endpoints.VersionCheckUrl = "http://v/NewVersion"_s;
+        endpoints.VersionCheckUrl1 = "http://v1/NewVersion"_s;
+        endpoints.ManualDownloadUrl = "http://m/NewVersion_Manual"_s;
+        endpoints.ManualDownloadUrl1 = "http://m1/NewVersion_Manual"_s;
         const auto bases = mevo::updateBases(serverVersion, manual, endpoints);
-        const QString file = QStringLiteral("ORVAppVer.txt");
-        QTEST(mevo::updateUrl(bases.first, 107, file).toString(), "first");
-        QTEST(mevo::updateUrl(bases.second, 107, file).toString(), "second");
+        const QString file = "ORVAppVer.txt"_s;
+        QCOMPARE(mevo::updateUrl(bases.first, 107, file).toString(), first);
+        QCOMPARE(mevo::updateUrl(bases.second, 107, file).toString(), second);
     }
 
     void downloadSetting_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("good");
+        const Rows<QByteArray, bool> row; // content, good
         const QByteArray rest = "UpdaterName=a.tar.xz\nMode=Part\nVersion=108\n";
-        QTest::newRow("all keys") << "[Set]\nExeName=App/mevoinput\nSha256=ab\nUpdateKey=k=\n" + rest << true;
-        QTest::newRow("order and line ends")
-            << QByteArray("[Other]\r\nMode=x\r\n[Set]\r\nMode = Part\r\nExeName="
-                          "App/mevoinput\r\nUpdaterName=a.tar.xz\r\nVersion=108\r\nSha256=ab\r\n"
-                          "UpdateKey=k=\r\n")
-            << true;
-        QTest::newRow("no program") << "[Set]\n" + rest << false;
-        QTest::newRow("program elsewhere") << "[Set]\nExeName=../mevoinput\n" + rest << false;
-        QTest::newRow("program at the root") << "[Set]\nExeName=/mevoinput\n" + rest << false;
-        QTest::newRow("program too deep") << "[Set]\nExeName=a/b/mevoinput\n" + rest << false;
-        QTest::newRow("no mode") << QByteArray("[Set]\nExeName=A/m\nVersion=108\nUpdaterName=a.tar.xz\n")
-                                 << false;
-        QTest::newRow("no version") << QByteArray("[Set]\nExeName=A/m\nMode=All\nUpdaterName=a.tar.xz\n")
-                                    << false;
-        QTest::newRow("a version that is none")
-            << "[Set]\nExeName=A/m\n" + QByteArray(rest).replace("108", "new") << false;
-        QTest::newRow("archive elsewhere")
-            << QByteArray("[Set]\nExeName=A/m\nMode=All\nVersion=108\nUpdaterName=../a.tar.xz\n") << false;
-        QTest::newRow("another group") << "[Sets]\nExeName=A/m\n" + rest << false;
-        QTest::newRow("garbage") << QByteArray::fromHex("00ff5b5365745d0aff") << false;
+        row("all keys", "[Set]\nExeName=App/mevoinput\nSha256=ab\nUpdateKey=k=\n" + rest, true);
+        row("order and line ends",
+            QByteArray("[Other]\r\nMode=x\r\n[Set]\r\nMode = Part\r\nExeName="
+                       "App/mevoinput\r\nUpdaterName=a.tar.xz\r\nVersion=108\r\nSha256=ab\r\n"
+                       "UpdateKey=k=\r\n"),
+            true);
+        row("no program", "[Set]\n" + rest, false);
+        row("program elsewhere", "[Set]\nExeName=../mevoinput\n" + rest, false);
+        row("program at the root", "[Set]\nExeName=/mevoinput\n" + rest, false);
+        row("program too deep", "[Set]\nExeName=a/b/mevoinput\n" + rest, false);
+        row("no mode", QByteArray("[Set]\nExeName=A/m\nVersion=108\nUpdaterName=a.tar.xz\n"), false);
+        row("no version", QByteArray("[Set]\nExeName=A/m\nMode=All\nUpdaterName=a.tar.xz\n"), false);
+        row("a version that is none", "[Set]\nExeName=A/m\n" + QByteArray(rest).replace("108", "new"), false);
+        row("archive elsewhere",
+            QByteArray("[Set]\nExeName=A/m\nMode=All\nVersion=108\nUpdaterName=../a.tar.xz\n"), false);
+        row("another group", "[Sets]\nExeName=A/m\n" + rest, false);
+        row("garbage", QByteArray::fromHex("00ff5b5365745d0aff"), false);
     }
     void downloadSetting()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(bool, good);
+        const auto [content, good] = rowOf<QByteArray, bool>();
         const auto setting = mevo::parseDownloadSetting(content);
         QCOMPARE(setting.has_value(), good);
         if (setting) {
@@ -201,10 +181,9 @@ private Q_SLOTS:
     /// What an update has left at a start, and what becomes of it.
     void updateRest_data()
     {
-        QTest::addColumn<QByteArray>("setting");
-        QTest::addColumn<QString>("also"); // "pending", "part", "folder" in the place of the part, "updater"
-        QTest::addColumn<int>("told");     // version, 0 for half a download, -1 for nothing
-        QTest::addColumn<QStringList>("gone");
+        // setting, also ("pending", "part", "folder" in the place of the part, "updater"), told (version, 0
+        // for half a download, -1 for nothing), expected
+        const Rows<QByteArray, QString, int, QStringList> row;
         const QByteArray setting =
             "[Set]\nUpdaterName=a.tar.xz\nMode=All\nExeName=App/mevoinput\nVersion=108\n";
         QByteArray equal = setting, another = setting;
@@ -213,27 +192,22 @@ private Q_SLOTS:
         const QStringList rest{".update-new", "DownloadSetting.ini", "a.tar.xz"};
         const QStringList nothing;
         const QString alone;
-        QTest::newRow("none") << QByteArray() << alone << -1 << nothing;
-        QTest::newRow("newer") << setting << alone << 108 << rest;
-        QTest::newRow("signed") << setting + "UpdateKey=key\n"
-                                << alone << 108 << rest + QStringList{"a.tar.xz.sig"};
-        QTest::newRow("installed, its updater killed") << equal << alone << -1 << rest;
-        QTest::newRow("the updater looks at this start")
-            << setting << QStringLiteral("pending") << -1 << nothing;
-        QTest::newRow("an updater is at work") << setting << QStringLiteral("updater part") << -1 << nothing;
-        QTest::newRow("of another program") << another << alone << -1 << nothing;
-        QTest::newRow("unusable") << QByteArray("[Set]\nVersion=108\n") << alone << -1 << nothing;
-        QTest::newRow("half a download")
-            << QByteArray() << QStringLiteral("part") << 0 << QStringList{".update-part"};
-        QTest::newRow("half a download of the next")
-            << setting << QStringLiteral("part") << 108
-            << QStringList{".update-new", ".update-part"} + rest.mid(1);
-        QTest::newRow("a folder of the user's") << QByteArray() << QStringLiteral("folder") << -1 << nothing;
+        row("none", QByteArray(), alone, -1, nothing);
+        row("newer", setting, alone, 108, rest);
+        row("signed", setting + "UpdateKey=key\n", alone, 108, rest + QStringList{"a.tar.xz.sig"});
+        row("installed, its updater killed", equal, alone, -1, rest);
+        row("the updater looks at this start", setting, "pending"_s, -1, nothing);
+        row("an updater is at work", setting, "updater part"_s, -1, nothing);
+        row("of another program", another, alone, -1, nothing);
+        row("unusable", QByteArray("[Set]\nVersion=108\n"), alone, -1, nothing);
+        row("half a download", QByteArray(), "part"_s, 0, QStringList{".update-part"});
+        row("half a download of the next", setting, "part"_s, 108,
+            QStringList{".update-new", ".update-part"} + rest.mid(1));
+        row("a folder of the user's", QByteArray(), "folder"_s, -1, nothing);
     }
     void updateRest()
     {
-        QFETCH(QByteArray, setting);
-        QFETCH(QString, also);
+        const auto [setting, also, told, expected] = rowOf<QByteArray, QString, int, QStringList>();
         const QTemporaryDir base, runtime;
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
         const auto write = [&base](const QString &name, const QByteArray &content) {
@@ -270,11 +244,11 @@ private Q_SLOTS:
         const QSet<QString> before = files();
         const QString program = base.filePath("App/mevoinput");
         const auto unfinished = mevo::clearUpdateRest(program, 107);
-        QTEST(unfinished ? unfinished->version : -1, "told");
+        QCOMPARE(unfinished ? unfinished->version : -1, told);
         QSet<QString> gone = before - files();
         QStringList goneNames(gone.begin(), gone.end());
         goneNames.sort();
-        QTEST(goneNames, "gone");
+        QCOMPARE(goneNames, expected);
         QVERIFY(QFile::exists(base.filePath("outside/kept")) && QFile::exists(program));
         QVERIFY(!mevo::clearUpdateRest(program, 107)); // it is told once
     }
@@ -309,7 +283,7 @@ private Q_SLOTS:
     void signatures()
     {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("a.tar.xz"));
+        const QString path = folder.filePath("a.tar.xz"_s);
         const QByteArray content(100000, 'u');
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
@@ -340,7 +314,7 @@ private Q_SLOTS:
         for (const char *noKey : {"", "no key", "AAAA"}) {
             QVERIFY(!mevo::isSignedBy(path, signature, QLatin1String(noKey)));
         }
-        QVERIFY(!mevo::isSignedBy(folder.filePath(QStringLiteral("none")), signature, base64));
+        QVERIFY(!mevo::isSignedBy(folder.filePath("none"_s), signature, base64));
         QVERIFY(file.open(QIODevice::Append));
         file.write("x");
         file.close();

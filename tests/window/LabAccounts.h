@@ -5,6 +5,7 @@
 #include "recognisers/TencentService.h"
 #include "recognisers/XunFeiService.h"
 #include "services/LabHttpServer.h"
+#include "support/Texts.h"
 #include "translation/TranslateService.h"
 
 #include <QUrlQuery>
@@ -13,12 +14,11 @@
 struct LabAccounts
 {
     LabAccounts()
-        : baidu(QStringLiteral("client-id-1234"), QStringLiteral("client-secret"), note)
+        : baidu("client-id-1234"_s, "client-secret"_s, note)
         , tencent(
               "AKID-of-the-test", "key-of-the-test",
               [](const QByteArray &, const auto &done) { done(QString()); }, note)
-        , xunFei({{QStringLiteral("app1"), QStringLiteral("api-key-of-the-test"), QStringLiteral("secret1")}},
-                 {QStringLiteral("localhost")}, note)
+        , xunFei({{"app1"_s, "api-key-of-the-test"_s, "secret1"_s}}, {"localhost"_s}, note)
         , translate("appid", "translation-key", note)
         , baiduHttp([this](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
             request.path().startsWith("/oauth") ? baidu.handleToken(request, reply)
@@ -33,11 +33,11 @@ struct LabAccounts
     {
         ready = baiduHttp.start(0) && tencentHttps.useTls() && tencentHttps.start(0) &&
                 translateHttp.start(0) && xunFei.start(0);
-        const auto at = [](quint16 port) { return QStringLiteral("127.0.0.1:%1").arg(port); };
+        const auto at = [](quint16 port) { return "127.0.0.1:%1"_s.arg(port); };
         endpoints.BaiduTokenHost = endpoints.BaiduSpeechHost = at(baiduHttp.serverPort());
         endpoints.TencentHost = at(tencentHttps.serverPort());
         endpoints.TranslateHost = at(translateHttp.serverPort());
-        endpoints.XunFeiSignHost = QStringLiteral("localhost");
+        endpoints.XunFeiSignHost = "localhost"_s;
         endpoints.XunFeiSocketHost = at(xunFei.serverPort());
     }
     Q_DISABLE_COPY(LabAccounts)

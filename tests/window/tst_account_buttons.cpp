@@ -2,6 +2,7 @@
 // verify what they are sent.
 
 #include "base/SettingsFile.h"
+#include "support/Rows.h"
 #include "ui/settings/CSettingDialog.h"
 #include "window/LabAccounts.h"
 #include "window/Program.h"
@@ -17,7 +18,7 @@ struct OpenSettings : LabAccounts, Program
 {
     explicit OpenSettings(bool reachable)
     {
-        QFile file(qEnvironmentVariable("MEVO_HOME") + QStringLiteral("/MEVOEndpoints.ini"));
+        QFile file(qEnvironmentVariable("MEVO_HOME") + "/MEVOEndpoints.ini"_s);
         if (!ready || !file.open(QIODevice::WriteOnly | QIODevice::Append)) {
             qFatal("The services do not start");
         }
@@ -25,12 +26,12 @@ struct OpenSettings : LabAccounts, Program
             for (QString mevo::EngineEndpoints::*host :
                  {&mevo::EngineEndpoints::BaiduTokenHost, &mevo::EngineEndpoints::TencentHost,
                   &mevo::EngineEndpoints::XunFeiSocketHost, &mevo::EngineEndpoints::TranslateHost}) {
-                endpoints.*host = QStringLiteral("127.0.0.1:9"); // nobody's
+                endpoints.*host = "127.0.0.1:9"_s; // nobody's
             }
         }
-        file.write(QStringLiteral("BaiduTokenHost=http://%1\nBaiduSpeechHost=http://%2\nTencentHost=%3\n"
-                                  "XunFeiSignHost=localhost\nXunFeiSocketHost=%4\nTranslateHost=http://%5\n"
-                                  "VerifyCertificates=0\n")
+        file.write("BaiduTokenHost=http://%1\nBaiduSpeechHost=http://%2\nTencentHost=%3\n"
+                   "XunFeiSignHost=localhost\nXunFeiSocketHost=%4\nTranslateHost=http://%5\n"
+                   "VerifyCertificates=0\n"_s
                        .arg(endpoints.BaiduTokenHost, endpoints.BaiduSpeechHost, endpoints.TencentHost,
                             endpoints.XunFeiSocketHost, endpoints.TranslateHost)
                        .toLatin1());
@@ -53,19 +54,16 @@ struct OpenSettings : LabAccounts, Program
     void type(const QString &service, const QStringList &fields, const QStringList &values) const
     {
         for (int i = 0; i < fields.size(); ++i) {
-            auto *line = find<QLineEdit>(QStringLiteral("lineEdit_Own%1%2").arg(service, fields[i]));
+            auto *line = find<QLineEdit>("lineEdit_Own%1%2"_s.arg(service, fields[i]));
             line->setFocus();
             QTest::keyClicks(line, values[i]);
         }
     }
     void press(const char *what, const QString &service) const
     {
-        find<QPushButton>(QStringLiteral("pushButton_%1Own%2").arg(QLatin1String(what), service))->click();
+        find<QPushButton>("pushButton_%1Own%2"_s.arg(QLatin1String(what), service))->click();
     }
-    QString told(const QString &service) const
-    {
-        return find<QLabel>(QStringLiteral("label_Own") + service)->text();
-    }
+    QString told(const QString &service) const { return find<QLabel>("label_Own"_s + service)->text(); }
 
     CSettingDialog *dialog = nullptr;
 };
@@ -79,13 +77,10 @@ class TestAccountButtons : public QObject
 private Q_SLOTS:
     void buttons_data()
     {
-        QTest::addColumn<QString>("service");
-        QTest::addColumn<QStringList>("fields");
-        QTest::addColumn<QStringList>("right");
-        const auto row = [](const char *service, const char *fields, const char *right) {
-            QTest::newRow(service) << QString::fromLatin1(service)
-                                   << QString::fromLatin1(fields).split(QLatin1Char(' '))
-                                   << QString::fromLatin1(right).split(QLatin1Char(' '));
+        const Rows<QString, QStringList, QStringList> add; // service, fields, right
+        const auto row = [&](const char *service, const char *fields, const char *right) {
+            add(service, QString::fromLatin1(service), QString::fromLatin1(fields).split(QLatin1Char(' ')),
+                QString::fromLatin1(right).split(QLatin1Char(' ')));
         };
         row("Baidu", "ApiKey SecretKey", "client-id-1234 client-secret");
         row("Tencent", "SecretId SecretKey", "AKID-of-the-test key-of-the-test");
@@ -94,41 +89,35 @@ private Q_SLOTS:
     }
     void buttons()
     {
-        QFETCH(QString, service);
-        QFETCH(QStringList, fields);
-        QFETCH(QStringList, right);
+        const auto [service, fields, right] = rowOf<QString, QStringList, QStringList>();
         const OpenSettings settings(true);
         QStringList wrong = right;
-        wrong.last() = QStringLiteral("something-else");
+        wrong.last() = "something-else"_s;
         settings.type(service, fields, wrong);
         settings.press("Check", service);
-        QTRY_VERIFY2_WITH_TIMEOUT(settings.told(service).startsWith(QStringLiteral("密钥不正确")),
+        QTRY_VERIFY2_WITH_TIMEOUT(settings.told(service).startsWith("密钥不正确"_s),
                                   qPrintable(settings.told(service)), 20000);
 
         settings.type(service, {fields.last()}, {right.last()});
         settings.press("Check", service);
-        QTRY_COMPARE_WITH_TIMEOUT(settings.told(service), QStringLiteral("账号可用"), 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(settings.told(service), "账号可用"_s, 20000);
         QTRY_VERIFY(settings.fake.secrets->kept.contains(right.last().toLatin1()));
-        QCOMPARE(settings.find<QLabel>(QStringLiteral("label_OwnAccountsKept"))->text(),
-                 QStringLiteral("账号保存在系统的密钥环中。"));
+        QCOMPARE(settings.find<QLabel>("label_OwnAccountsKept"_s)->text(), "账号保存在系统的密钥环中。"_s);
 
         settings.press("Remove", service);
         QTRY_COMPARE(settings.fake.secrets->kept, QByteArray());
-        QCOMPARE(settings.told(service), QStringLiteral("没有账号"));
+        QCOMPARE(settings.told(service), "没有账号"_s);
         settings.press("Check", service);
-        QTRY_COMPARE_WITH_TIMEOUT(settings.told(service), QStringLiteral("请先填写全部内容"), 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(settings.told(service), "请先填写全部内容"_s, 20000);
     }
 
     void noNetwork()
     {
         const OpenSettings settings(false);
-        settings.type(
-            QStringLiteral("XunFei"),
-            {QStringLiteral("AppId"), QStringLiteral("ApiKey"), QStringLiteral("ApiSecret")},
-            {QStringLiteral("app1"), QStringLiteral("api-key-of-the-test"), QStringLiteral("secret1")});
-        settings.press("Check", QStringLiteral("XunFei"));
-        QTRY_COMPARE_WITH_TIMEOUT(settings.told(QStringLiteral("XunFei")),
-                                  QStringLiteral("连接不上服务，请检查网络"), 20000);
+        settings.type("XunFei"_s, {"AppId"_s, "ApiKey"_s, "ApiSecret"_s},
+                      {"app1"_s, "api-key-of-the-test"_s, "secret1"_s});
+        settings.press("Check", "XunFei"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(settings.told("XunFei"_s), "连接不上服务，请检查网络"_s, 20000);
     }
 };
 

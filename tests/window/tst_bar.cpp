@@ -2,6 +2,7 @@
 
 #include "engines/EngineCatalogue.h"
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 #include "ui/MicTipDialog.h"
 #include "window/MainWindow.h"
@@ -23,12 +24,12 @@ struct Bar
 
     explicit Bar(const QByteArray &settings = {})
     {
-        home.write(QStringLiteral("MEVOEndpoints.ini"),
+        home.write("MEVOEndpoints.ini"_s,
                    "[Endpoints]\nBackendUrl=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BackendUrlBk1=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BackendUrlBk2=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BaiduSpeechHost=127.0.0.1:9\nBaiduTokenHost=127.0.0.1:9\nTranslateHost=127.0.0.1:9\n");
-        home.write(QStringLiteral("MEVOSetting.ini"),
+        home.write("MEVOSetting.ini"_s,
                    "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n" +
                        settings);
         fake.hid->entries = FakeHid::receiver();
@@ -38,7 +39,7 @@ struct Bar
     }
     QStringList latchOffs()
     {
-        const QStringList sent = fake.log.calls(QStringLiteral("hid send 05 20 08 00 00 00 00 00"));
+        const QStringList sent = fake.log.calls("hid send 05 20 08 00 00 00 00 00"_s);
         fake.log.clear();
         return sent;
     }
@@ -75,18 +76,15 @@ private Q_SLOTS:
         window.ShowTXI = window.ShowBaiduI = window.ShowXFWebApi = window.ShowASR3UI = true;
         window.ShowBdSdPTHI = window.ShowBdYYI = window.ShowBdSCHI = window.ShowBdEnI = true;
         window.ShowXunFeiInputMethod = window.ShowSogouInputMethod = window.ShowASR3Custom = true;
-        window.LocalASR3CustomInstallPath = QStringLiteral("SpeechInput.exe");
+        window.LocalASR3CustomInstallPath = "SpeechInput.exe"_s;
         window.UseTecentZhDialect = true;
-        home.write(QStringLiteral("MEVOSetting.ini"), "[MainSetting]\nTXCurrentVoiceType=16k_zh_dialect\n");
+        home.write("MEVOSetting.ini"_s, "[MainSetting]\nTXCurrentVoiceType=16k_zh_dialect\n");
         window.BuildAsrLanMenu(false, false);
-        const QStringList cloud{QStringLiteral("普通话(腾讯版)"),      QStringLiteral("粤语(腾讯版)"),
-                                QStringLiteral("普通话+医疗(腾讯版)"), QStringLiteral("自识别方言(腾讯版)"),
-                                QStringLiteral("英语(腾讯版)"),        QStringLiteral("日语(腾讯版)"),
-                                QStringLiteral("普通话(百度版)"),      QStringLiteral("粤语(百度版)"),
-                                QStringLiteral("四川话(百度版)"),      QStringLiteral("英语(百度版)"),
-                                QStringLiteral("普通话(讯飞版)"),      QStringLiteral("英语(讯飞版)")};
-        const QStringList methods{QStringLiteral("使用讯飞语音输入法"), QStringLiteral("使用搜狗语音输入法"),
-                                  QStringLiteral("使用自定义语音输入法")};
+        const QStringList cloud{"普通话(腾讯版)"_s,     "粤语(腾讯版)"_s,   "普通话+医疗(腾讯版)"_s,
+                                "自识别方言(腾讯版)"_s, "英语(腾讯版)"_s,   "日语(腾讯版)"_s,
+                                "普通话(百度版)"_s,     "粤语(百度版)"_s,   "四川话(百度版)"_s,
+                                "英语(百度版)"_s,       "普通话(讯飞版)"_s, "英语(讯飞版)"_s};
+        const QStringList methods{"使用讯飞语音输入法"_s, "使用搜狗语音输入法"_s, "使用自定义语音输入法"_s};
         const QStringList labels = labelsOf(window.languageMenu());
         QCOMPARE(labels.mid(0, cloud.size()), cloud);
         QCOMPARE(labels.size(), cloud.size() + methods.size());
@@ -105,44 +103,39 @@ private Q_SLOTS:
                 menu = candidate;
             }
         }
-        QStringList expected{QStringLiteral("隐藏此菜单"),   QStringLiteral("显示垂直界面"),
-                             QStringLiteral("隐藏主界面"),   QStringLiteral("默认窗口显示位置"),
-                             QStringLiteral("关闭语音识别"), QStringLiteral("使用说明"),
-                             QStringLiteral("退出软件")};
+        QStringList expected{"隐藏此菜单"_s,   "显示垂直界面"_s, "隐藏主界面"_s, "默认窗口显示位置"_s,
+                             "关闭语音识别"_s, "使用说明"_s,     "退出软件"_s};
         QCOMPARE(labelsOf(menu), expected);
         bar.window->show();
         bar.window->on_ShowHorizontalOrVertical();
         bar.window->on_showMainAction();
-        expected[1] = QStringLiteral("显示水平界面");
-        expected[2] = QStringLiteral("显示界面");
+        expected[1] = "显示水平界面"_s;
+        expected[2] = "显示界面"_s;
         QCOMPARE(labelsOf(menu), expected);
         bar.window->on_ShowHorizontalOrVertical();
         bar.window->on_showMainAction();
-        expected[1] = QStringLiteral("显示垂直界面");
-        expected[2] = QStringLiteral("隐藏界面");
+        expected[1] = "显示垂直界面"_s;
+        expected[2] = "隐藏界面"_s;
         QCOMPARE(labelsOf(menu), expected);
     }
 
     void dialects()
     {
         const QStringList expected =
-            QStringLiteral(
-                "长沙话 changshanese ChangShaHua;东北话 dongbeiese DongBeiHua;甘肃话 gansunese GanSuHua;"
-                "广东话 cantonese YueYu;杭州话 hangzhounese HangZhouHua;河北话 hebeinese HeBeiHua;"
-                "合肥话 hefeinese HeiFeiHua;河南话 henanese HeNanHua;客家话 hakkanese KeJiaHua;"
-                "闽南话 minnanese MinNanHua;南昌话 nanchangnese NanChangHua;南京话 nankinese NanJingHua;"
-                "山东话 shandongnese ShanDongHua;上海话 shanghainese ShangHaiHua;陕西话 shanxinese ShanXiHua;"
-                "四川话 lmz SiChuanHua;台湾话 taiwanese TaiWanHua;太原话 taiyuanese TaiYuanHua;"
-                "天津话 tianjinese TianJinHua;武汉话 wuhanese WuHanHua;云南话 yunnanese YunNanHua;"
-                "宁夏话 ningxianese NingXiaHua;贵州话 guizhounese GuiZhouHua;皖北话 wanbeinese WanBeiHua;"
-                "普通话 mandarin PuTongHuaXF;英语 en_us English;日语 ja_jp jp;韩语 ko_kr kr;俄语 ru-ru ru;"
-                "法语 fr_fr fr;西班牙语 es_es es")
-                .split(u';');
+            "长沙话 changshanese ChangShaHua;东北话 dongbeiese DongBeiHua;甘肃话 gansunese GanSuHua;"
+            "广东话 cantonese YueYu;杭州话 hangzhounese HangZhouHua;河北话 hebeinese HeBeiHua;"
+            "合肥话 hefeinese HeiFeiHua;河南话 henanese HeNanHua;客家话 hakkanese KeJiaHua;"
+            "闽南话 minnanese MinNanHua;南昌话 nanchangnese NanChangHua;南京话 nankinese NanJingHua;"
+            "山东话 shandongnese ShanDongHua;上海话 shanghainese ShangHaiHua;陕西话 shanxinese ShanXiHua;"
+            "四川话 lmz SiChuanHua;台湾话 taiwanese TaiWanHua;太原话 taiyuanese TaiYuanHua;"
+            "天津话 tianjinese TianJinHua;武汉话 wuhanese WuHanHua;云南话 yunnanese YunNanHua;"
+            "宁夏话 ningxianese NingXiaHua;贵州话 guizhounese GuiZhouHua;皖北话 wanbeinese WanBeiHua;"
+            "普通话 mandarin PuTongHuaXF;英语 en_us English;日语 ja_jp jp;韩语 ko_kr kr;俄语 ru-ru ru;"
+            "法语 fr_fr fr;西班牙语 es_es es"_s.split(u';');
         QStringList rows;
         for (const mevo::XunFeiLanguage &language : mevo::xunFeiLanguages()) {
-            rows.append(QStringLiteral("%1 %2 %3")
-                            .arg(QString::fromUtf8(language.label), QLatin1String(language.code),
-                                 QLatin1String(language.image)));
+            rows.append("%1 %2 %3"_s.arg(QString::fromUtf8(language.label), QLatin1String(language.code),
+                                         QLatin1String(language.image)));
         }
         QCOMPARE(rows, expected);
     }
@@ -150,16 +143,14 @@ private Q_SLOTS:
     /// Turned upright and back, the bar goes to its default place only when the user has not given it one.
     void orientation_data()
     {
-        QTest::addColumn<QByteArray>("saved");
-        QTest::addColumn<bool>("moves");
-        QTest::newRow("no place") << QByteArray() << true;
-        QTest::newRow("half a place") << QByteArray("MainWinLeft=60\n") << true;
-        QTest::newRow("a place") << QByteArray("MainWinLeft=60\nMainWinTop=70\n") << false;
+        const Rows<QByteArray, bool> row; // saved, moves
+        row("no place", QByteArray(), true);
+        row("half a place", QByteArray("MainWinLeft=60\n"), true);
+        row("a place", QByteArray("MainWinLeft=60\nMainWinTop=70\n"), false);
     }
     void orientation()
     {
-        QFETCH(QByteArray, saved);
-        QFETCH(bool, moves);
+        const auto [saved, moves] = rowOf<QByteArray, bool>();
         Bar bar(saved);
         MainWindow &window = *bar.window;
         const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
@@ -202,9 +193,9 @@ private Q_SLOTS:
             }
             return tip.picture();
         };
-        const QString active = QStringLiteral(":/rec/MicLongPressSpeaking_Active.png");
-        const QString idle = QStringLiteral(":/rec/MicLongPressSpeaking_NoActive.png");
-        const QString speak = QStringLiteral(":/rec/MicSpeakPlease.png");
+        const QString active = ":/rec/MicLongPressSpeaking_Active.png"_s;
+        const QString idle = ":/rec/MicLongPressSpeaking_NoActive.png"_s;
+        const QString speak = ":/rec/MicSpeakPlease.png"_s;
         for (const bool recording : {false, true}) {
             bar.window->Recording = recording;
             QCOMPARE(hover(QEvent::Enter), active);
@@ -220,18 +211,14 @@ private Q_SLOTS:
     /// Any move of a latched window ends its session; the trembling of the click that latched it is no move.
     void aMoveEndsALatchedSession_data()
     {
-        QTest::addColumn<int>("distance");
-        QTest::addColumn<bool>("right"); // the right button is still down
-        QTest::addColumn<bool>("ends");
-        QTest::newRow("the click trembles") << 3 << true << false;
-        QTest::newRow("the click drags") << 9 << true << true;
-        QTest::newRow("one pixel, later") << 1 << false << true;
+        const Rows<int, bool, bool> row; // distance, right (the right button is still down), ends
+        row("the click trembles", 3, true, false);
+        row("the click drags", 9, true, true);
+        row("one pixel, later", 1, false, true);
     }
     void aMoveEndsALatchedSession()
     {
-        QFETCH(int, distance);
-        QFETCH(bool, right);
-        QFETCH(bool, ends);
+        const auto [distance, right, ends] = rowOf<int, bool, bool>();
         Bar bar;
         MainWindow &window = *bar.window;
         MicTipDialog &tip = *window.micTip();

@@ -2,6 +2,7 @@
 
 #include "base/ApplicationFiles.h"
 #include "commands/CommandTable.h"
+#include "support/Texts.h"
 #include "ui/MicTipDialog.h"
 #include "ui/commands/CommandWordDialog.h"
 #include "window/Program.h"
@@ -83,8 +84,7 @@ private Q_SLOTS:
         button(program.window.get(), "pushBuutton_CommandWord")->click();
         const QRect editor = editors().first()->geometry();
         QVERIFY2(!editor.intersects(talk->geometry()),
-                 qPrintable(QStringLiteral("editor at %1, %2, %3 x %4, talk window at %5, %6")
-                                .arg(editor.x())
+                 qPrintable("editor at %1, %2, %3 x %4, talk window at %5, %6"_s.arg(editor.x())
                                 .arg(editor.y())
                                 .arg(editor.width())
                                 .arg(editor.height())
@@ -102,11 +102,11 @@ private Q_SLOTS:
         const QPointer<CommandWordDialog> editor = editors().first();
         QCoreApplication::processEvents();
         button(editor, "pushButton_AddCmdWord")->click();
-        editor->findChild<QLineEdit *>(QStringLiteral("lineEdit_CommandWord"))->setText(QStringLiteral("w"));
+        editor->findChild<QLineEdit *>("lineEdit_CommandWord"_s)->setText("w"_s);
         const mevo::CommandTable tables;
-        const QString draft = tables.typedPath(mevo::CommandType::Web) + QStringLiteral(".draft");
+        const QString draft = tables.typedPath(mevo::CommandType::Web) + ".draft"_s;
         QFile::remove(draft);
-        QVERIFY(QDir().mkpath(draft + QStringLiteral("/full")));
+        QVERIFY(QDir().mkpath(draft + "/full"_s));
         open->click();
         QCOMPARE(editors(), QList<CommandWordDialog *>{editor.data()});
         QVERIFY(editor->isVisible());

@@ -5,6 +5,7 @@
 #include "backend/LabDatabase.h"
 #include "service/WebCipher.h"
 #include "support/ScriptedHttp.h"
+#include "support/Texts.h"
 #include "window/Program.h"
 
 #include <QElapsedTimer>
@@ -19,10 +20,10 @@ using Change = mevo::DeviceNotifier::Change;
 namespace {
 
 const WebCipher cipher;
-const QString first = QStringLiteral("02-01-001357");
-const QString second = QStringLiteral("02-01-001358");
-const QString baidu = QStringLiteral("BDSR1DUsedQuantity");
-const QString readsRecord = QStringLiteral("select * from mevodb.device_serialid");
+const QString first = "02-01-001357"_s;
+const QString second = "02-01-001358"_s;
+const QString baidu = "BDSR1DUsedQuantity"_s;
+const QString readsRecord = "select * from mevodb.device_serialid"_s;
 
 /// The backend: statements are run as they arrive. Some are answered with an error, or wait for their answer.
 class Backend
@@ -30,14 +31,13 @@ class Backend
 public:
     Backend()
     {
-        ready = m_database.open(m_folder.filePath(QStringLiteral("rows.sqlite")), QStringLiteral("mevodb"),
-                                lab::LabCipher());
+        ready = m_database.open(m_folder.filePath("rows.sqlite"_s), "mevodb"_s, lab::LabCipher());
         server.answering = [this](const ScriptedRequest &request) { return answer(request); };
         row(first, baidu, 300);
-        run(QStringLiteral("insert into mevodb.device_serialid (DongleID) values ('%1')").arg(second));
+        run("insert into mevodb.device_serialid (DongleID) values ('%1')"_s.arg(second));
         row(second, baidu, 7);
         for (const QString &id : {first, second}) {
-            set(id, QStringLiteral("LastLoginDateTime='2026-11-24T08:00:00'"));
+            set(id, "LastLoginDateTime='2026-11-24T08:00:00'"_s);
         }
     }
 
@@ -49,17 +49,17 @@ public:
 
     void set(const QString &id, const QString &assignments)
     {
-        run(QStringLiteral("update mevodb.device_serialid set %1 where DongleID='%2'").arg(assignments, id));
+        run("update mevodb.device_serialid set %1 where DongleID='%2'"_s.arg(assignments, id));
     }
     void row(const QString &id, const QString &column, int count)
     {
-        set(id, QStringLiteral("%1=%2").arg(column).arg(count));
+        set(id, "%1=%2"_s.arg(column).arg(count));
     }
     int row(const QString &id, const QString &column)
     {
         const QJsonObject found =
-            run(QStringLiteral("select %1 from mevodb.device_serialid where DongleID='%2'").arg(column, id));
-        return found.value(QStringLiteral("result0")).toObject().value(column).toString().toInt();
+            run("select %1 from mevodb.device_serialid where DongleID='%2'"_s.arg(column, id));
+        return found.value("result0"_s).toObject().value(column).toString().toInt();
     }
 
 private:
@@ -75,15 +75,14 @@ private:
         if (!refused.isEmpty() && statement.startsWith(refused)) {
             return ScriptedAnswer::body({}, 503);
         }
-        static const QRegularExpression count(QStringLiteral("set (\\w+UsedQuantity=\\d+)(, )?"));
+        static const QRegularExpression count("set (\\w+UsedQuantity=\\d+)(, )?"_s);
         const QRegularExpressionMatch match = count.match(statement);
         if (match.hasMatch()) {
-            counted.append(match.captured(2).isEmpty() ? match.captured(1) : QStringLiteral("day"));
+            counted.append(match.captured(2).isEmpty() ? match.captured(1) : "day"_s);
         }
-        const QJsonObject reply =
-            statement == QLatin1String("newGetNewVer")
-                ? QJsonObject{{QStringLiteral("items"), 1}, {QStringLiteral("result"), QStringLiteral("107")}}
-                : run(statement);
+        const QJsonObject reply = statement == QLatin1String("newGetNewVer")
+                                      ? QJsonObject{{"items"_s, 1}, {"result"_s, "107"_s}}
+                                      : run(statement);
         const QString json = QString::fromUtf8(QJsonDocument(reply).toJson(QJsonDocument::Compact));
         const QByteArray hex = cipher.EncryptString(json).toLatin1();
         const ScriptedAnswer whole =
@@ -160,7 +159,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!desk.window().CountersLocked);
         QVERIFY(desk.program.fake.time->monotonicMs() - before >= 30000);
         QTRY_COMPARE(desk.backend.row(first, baidu), 301);
-        QTRY_COMPARE(desk.backend.row(first, QStringLiteral("BDFY1MUsedQuantity")), 1);
+        QTRY_COMPARE(desk.backend.row(first, "BDFY1MUsedQuantity"_s), 1);
         QCOMPARE(desk.backend.counted.size(), 2);
         QCOMPARE(desk.window().BDSR1DUsedQuantity, 301);
     }
@@ -184,7 +183,7 @@ private Q_SLOTS:
         };
         window.ReadServerInfo();
         QTRY_COMPARE(desk.backend.row(first, baidu), 301);
-        QTRY_COMPARE(desk.backend.row(first, QStringLiteral("XFSR1DUsedQuantity")), 1);
+        QTRY_COMPARE(desk.backend.row(first, "XFSR1DUsedQuantity"_s), 1);
         desk.program.settle();
         QCOMPARE(desk.backend.counted.size(), 2); // each once
     }
@@ -214,7 +213,7 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.start();
-        desk.backend.refused = QStringLiteral("update"); // what is said cannot be told
+        desk.backend.refused = "update"_s; // what is said cannot be told
         desk.speak();
         desk.flush();
         QTRY_VERIFY(!desk.backend.server.requests.isEmpty());
@@ -254,8 +253,7 @@ private Q_SLOTS:
     void theDayChangesWhileTheCountersAreLocked()
     {
         Desk desk;
-        desk.backend.set(first,
-                         QStringLiteral("LastLoginDateTime='2026-11-22T08:00:00',TXSR1DUsedQuantity=500"));
+        desk.backend.set(first, "LastLoginDateTime='2026-11-22T08:00:00',TXSR1DUsedQuantity=500"_s);
         desk.backend.refused = readsRecord;
         MainWindow &window = desk.start();
         desk.speak();
@@ -265,12 +263,11 @@ private Q_SLOTS:
         desk.flush();
         desk.program.settle();
         QTRY_COMPARE(desk.backend.counted.size(), 3);
-        QCOMPARE(desk.backend.counted.takeFirst(), QStringLiteral("day"));
+        QCOMPARE(desk.backend.counted.takeFirst(), "day"_s);
         desk.backend.counted.sort();
-        QCOMPARE(desk.backend.counted.join(u' '),
-                 QStringLiteral("BDFY1MUsedQuantity=1 BDSR1DUsedQuantity=1"));
+        QCOMPARE(desk.backend.counted.join(u' '), "BDFY1MUsedQuantity=1 BDSR1DUsedQuantity=1"_s);
         QCOMPARE(desk.backend.row(first, baidu), 1);
-        QCOMPARE(desk.backend.row(first, QStringLiteral("TXSR1DUsedQuantity")), 0);
+        QCOMPARE(desk.backend.row(first, "TXSR1DUsedQuantity"_s), 0);
         QVERIFY(window.BDSR1DUsedQuantity == 1 && window.TXSR1DUsedQuantity == 0);
     }
 
@@ -279,7 +276,7 @@ private Q_SLOTS:
     {
         Desk desk;
         MainWindow &window = desk.start();
-        desk.backend.held = QStringLiteral("UsedQuantity=301,");
+        desk.backend.held = "UsedQuantity=301,"_s;
         desk.speak();
         desk.flush();
         QTRY_COMPARE(desk.backend.counted.size(), 1);
@@ -293,9 +290,8 @@ private Q_SLOTS:
         time.start();
         window.exitByItself();
         QVERIFY(time.elapsed() < 1900); // less than one write may wait
-        QCOMPARE(desk.backend.counted, (QStringList{QStringLiteral("BDSR1DUsedQuantity=301"),
-                                                    QStringLiteral("BDSR1DUsedQuantity=303"),
-                                                    QStringLiteral("BDSR1DUsedQuantity=303")}));
+        QCOMPARE(desk.backend.counted, (QStringList{"BDSR1DUsedQuantity=301"_s, "BDSR1DUsedQuantity=303"_s,
+                                                    "BDSR1DUsedQuantity=303"_s}));
     }
 };
 

@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "window/ExitWish.h"
 
 #include <QtTest>
@@ -14,28 +15,25 @@ private slots:
     /// The exit that the construction ends with: one that cannot be called back goes before one that can.
     void duringTheConstruction_data()
     {
-        QTest::addColumn<QList<int>>("wanted");
-        QTest::addColumn<bool>("certain");
-        QTest::addColumn<int>("walked"); ///< -1 for none
+        const Rows<QList<int>, bool, int> row; // wanted, certain, walked (-1 for none)
         const int asked = int(Kind::Asked);
         const int unasked = int(Kind::Unasked);
         const int byItself = int(Kind::ByItself);
-        QTest::newRow("nobody") << QList<int>{} << false << -1;
-        QTest::newRow("the user") << QList<int>{asked} << false << asked;
-        QTest::newRow("the system") << QList<int>{byItself} << true << byItself;
-        QTest::newRow("the user first") << QList<int>{asked, byItself} << true << byItself;
-        QTest::newRow("the user second") << QList<int>{byItself, asked} << true << byItself;
-        QTest::newRow("twice") << QList<int>{unasked, byItself} << true << unasked;
+        row("nobody", QList<int>{}, false, -1);
+        row("the user", QList<int>{asked}, false, asked);
+        row("the system", QList<int>{byItself}, true, byItself);
+        row("the user first", QList<int>{asked, byItself}, true, byItself);
+        row("the user second", QList<int>{byItself, asked}, true, byItself);
+        row("twice", QList<int>{unasked, byItself}, true, unasked);
     }
     void duringTheConstruction()
     {
-        QFETCH(QList<int>, wanted);
-        QFETCH(int, walked);
+        const auto [wanted, certain, walked] = rowOf<QList<int>, bool, int>();
         ExitWish wish;
         for (const int kind : wanted) {
             QVERIFY(wish.want(static_cast<Kind>(kind)) == Course::Wait);
         }
-        QTEST(wish.certain(), "certain");
+        QCOMPARE(wish.certain(), certain);
         QVERIFY(!wish.underWay());
         const auto kind = wish.constructionEnded();
         QCOMPARE(kind ? int(*kind) : -1, walked);
@@ -61,18 +59,15 @@ private slots:
 
     void whileTheUserIsAsked_data()
     {
-        QTest::addColumn<bool>("systemEnds");
-        QTest::addColumn<bool>("leaves");
-        QTest::addColumn<int>("walked");
-        QTest::newRow("back") << false << false << -1;
-        QTest::newRow("yes") << false << true << int(Kind::Asked);
-        QTest::newRow("the system closes the question") << true << false << int(Kind::ByItself);
-        QTest::newRow("the system comes with the answer") << true << true << int(Kind::ByItself);
+        const Rows<bool, bool, int> row; // systemEnds, leaves, walked
+        row("back", false, false, -1);
+        row("yes", false, true, int(Kind::Asked));
+        row("the system closes the question", true, false, int(Kind::ByItself));
+        row("the system comes with the answer", true, true, int(Kind::ByItself));
     }
     void whileTheUserIsAsked()
     {
-        QFETCH(bool, systemEnds);
-        QFETCH(bool, leaves);
+        const auto [systemEnds, leaves, walked] = rowOf<bool, bool, int>();
         ExitWish wish;
         wish.constructionEnded();
         QVERIFY(wish.want(Kind::Asked) == Course::Walk);
@@ -84,7 +79,7 @@ private slots:
             QVERIFY(wish.want(Kind::Unasked) == Course::Ignore);
         }
         const auto kind = wish.questionAnswered(leaves);
-        QTEST(kind ? int(*kind) : -1, "walked");
+        QCOMPARE(kind ? int(*kind) : -1, walked);
         QCOMPARE(wish.underWay(), kind.has_value());
         QVERIFY(wish.want(Kind::Asked) == (kind ? Course::Ignore : Course::Walk));
     }

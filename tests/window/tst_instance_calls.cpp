@@ -1,5 +1,6 @@
 #include "base/ApplicationFiles.h"
 #include "output/UndeliveredTexts.h"
+#include "support/Rows.h"
 #include "ui/MicTipDialog.h"
 #include "window/InstanceCalls.h"
 #include "window/Program.h"
@@ -31,7 +32,7 @@ struct Answers
 QStringList keptTexts()
 {
     QStringList texts;
-    const mevo::UndeliveredTexts file(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+    const mevo::UndeliveredTexts file(mevo::appFile("MEVOUndelivered.json"_s));
     for (const mevo::UndeliveredText &kept : file.texts()) {
         texts.append(kept.text);
     }
@@ -46,40 +47,34 @@ class TestInstanceCalls : public QObject
 
 private Q_SLOTS:
     void init() { m_answers = {}; }
-    void cleanup() { QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))); }
+    void cleanup() { QFile::remove(mevo::appFile("MEVOUndelivered.json"_s)); }
 
     void aTextIsTypedOrKept_data()
     {
-        QTest::addColumn<bool>("focused");
-        QTest::addColumn<int>("limit");
-        QTest::addColumn<QStringList>("posted");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QStringList>("kept");
-        const QString text = QStringLiteral("换行。__over__");
-        QTest::newRow("typed") << true << -1 << QStringList{QStringLiteral("post 11 ") + text}
-                               << QByteArray("a done") << QStringList{};
-        QTest::newRow("in part") << true << 2 << QStringList{QStringLiteral("post 11 换行")}
-                                 << QByteArray("a kept") << QStringList{QStringLiteral("。__over__")};
-        QTest::newRow("no window") << false << -1 << QStringList{} << QByteArray("a kept")
-                                   << QStringList{text};
+        // focused, limit, posted, answer, kept
+        const Rows<bool, int, QStringList, QByteArray, QStringList> row;
+        const QString text = "换行。__over__"_s;
+        row("typed", true, -1, QStringList{"post 11 "_s + text}, QByteArray("a done"), QStringList{});
+        row("in part", true, 2, QStringList{"post 11 换行"_s}, QByteArray("a kept"),
+            QStringList{"。__over__"_s});
+        row("no window", false, -1, QStringList{}, QByteArray("a kept"), QStringList{text});
     }
 
     /// Unchanged, whatever it says, and whichever mode is in force.
     void aTextIsTypedOrKept()
     {
-        QFETCH(bool, focused);
-        QFETCH(int, limit);
-        QFETCH(QByteArray, answer);
+        const auto [focused, limit, posted, answer, kept] =
+            rowOf<bool, int, QStringList, QByteArray, QStringList>();
         Program program;
         program.start();
         program.window->VoiceTypeMode = false;
         program.window->VoiceCommandWordMode = true;
         program.fake.windowSystem->focused = focused ? 0x11 : 0;
         program.fake.windowSystem->postLimit = limit;
-        program.window->instanceCalls().take({What::Type, QStringLiteral("换行。__over__")}, m_answers("a"));
+        program.window->instanceCalls().take({What::Type, "换行。__over__"_s}, m_answers("a"));
         QTRY_COMPARE(m_answers.told, QByteArrayList{answer});
-        QTEST(program.fake.log.calls(QStringLiteral("post")), "posted");
-        QTEST(keptTexts(), "kept");
+        QCOMPARE(program.fake.log.calls("post"_s), posted);
+        QCOMPARE(keptTexts(), kept);
     }
 
     void theOldestOfTooManyIsMissed()
@@ -87,33 +82,29 @@ private Q_SLOTS:
         Program program;
         program.start();
         program.fake.windowSystem->focused = 0;
-        const auto told = [&program] {
-            return program.fake.log.calls(QStringLiteral("message 有文字未能输入"));
-        };
+        const auto told = [&program] { return program.fake.log.calls("message 有文字未能输入"_s); };
         for (int text = 0; text <= mevo::UndeliveredTexts::most; ++text) {
-            QCOMPARE(told().filter(QStringLiteral("最早的一条已删除")).size(), 0);
+            QCOMPARE(told().filter("最早的一条已删除"_s).size(), 0);
             program.window->instanceCalls().take({What::Type, QString::number(text)}, m_answers("a"));
             QTRY_COMPARE(m_answers.told.size(), text + 1);
         }
         QCOMPARE(told().size(), mevo::UndeliveredTexts::most + 1);
-        QVERIFY(told().last().contains(QStringLiteral("最早的一条已删除")));
-        QCOMPARE(keptTexts().first(), QStringLiteral("1"));
+        QVERIFY(told().last().contains("最早的一条已删除"_s));
+        QCOMPARE(keptTexts().first(), "1"_s);
     }
 
     void aWindowOfOursTakesItInAFieldAlone_data()
     {
-        QTest::addColumn<bool>("field");
-        QTest::addColumn<int>("method");
-        QTest::newRow("a field has the focus") << true << 0;
-        QTest::newRow("none has") << false << 0;
-        QTest::newRow("a field has it, by the clipboard") << true << 2;
-        QTest::newRow("none has, by the clipboard") << false << 2;
+        const Rows<bool, int> row; // field, method
+        row("a field has the focus", true, 0);
+        row("none has", false, 0);
+        row("a field has it, by the clipboard", true, 2);
+        row("none has, by the clipboard", false, 2);
     }
     /// Such as the settings: what is typed to a button is nowhere.
     void aWindowOfOursTakesItInAFieldAlone()
     {
-        QFETCH(bool, field);
-        QFETCH(int, method);
+        const auto [field, method] = rowOf<bool, int>();
         Program program;
         program.start();
         program.window->Send2ScreenMethod = method;
@@ -123,11 +114,10 @@ private Q_SLOTS:
         settings.show();
         focused->setFocus();
         program.fake.windowSystem->focused = settings.winId();
-        program.window->instanceCalls().take({What::Type, QStringLiteral("一")}, m_answers("a"));
+        program.window->instanceCalls().take({What::Type, "一"_s}, m_answers("a"));
         QTRY_COMPARE(m_answers.told, QByteArrayList{field ? "a done" : "a kept"});
-        QCOMPARE(keptTexts(), field ? QStringList() : QStringList{QStringLiteral("一")});
-        QCOMPARE(program.fake.log.calls(QStringLiteral("post")).size() +
-                     program.fake.log.calls(QStringLiteral("clipboard set")).size(),
+        QCOMPARE(keptTexts(), field ? QStringList() : QStringList{"一"_s});
+        QCOMPARE(program.fake.log.calls("post"_s).size() + program.fake.log.calls("clipboard set"_s).size(),
                  field ? 1 : 0);
     }
 
@@ -136,11 +126,11 @@ private Q_SLOTS:
         Program program;
         program.start();
         program.window->Send2ScreenMethod = 2;
-        program.window->instanceCalls().take({What::Type, QStringLiteral("一")}, m_answers("a"));
+        program.window->instanceCalls().take({What::Type, "一"_s}, m_answers("a"));
         QVERIFY(m_answers.told.isEmpty()); // the window has not read it yet
         QTRY_COMPARE(m_answers.told, QByteArrayList{"a done"});
-        QCOMPARE(program.fake.clipboard->text(), QStringLiteral("一"));
-        QVERIFY(program.fake.log.calls(QStringLiteral("post")).isEmpty());
+        QCOMPARE(program.fake.clipboard->text(), "一"_s);
+        QVERIFY(program.fake.log.calls("post"_s).isEmpty());
     }
 
     void aTextIsPastedIntoItsOwnWindowOnly_data()
@@ -158,21 +148,21 @@ private Q_SLOTS:
         program.window->Send2ScreenMethod = 2;
         auto &calls = program.window->instanceCalls();
         if (waits) {
-            calls.take({What::Type, QStringLiteral("一")}, m_answers("a"));
-            QVERIFY(program.fake.clipboard->text() == QStringLiteral("一"));
+            calls.take({What::Type, "一"_s}, m_answers("a"));
+            QVERIFY(program.fake.clipboard->text() == "一"_s);
         } else {
             program.key(1, true);
             QTRY_VERIFY(program.window->Recording);
         }
-        calls.take({What::Type, QStringLiteral("二")}, m_answers("b"));
+        calls.take({What::Type, "二"_s}, m_answers("b"));
         program.fake.windowSystem->focused = 0x22;
         if (!waits) {
             program.key(1, false);
         }
         QTRY_VERIFY_WITH_TIMEOUT(m_answers.told.contains("b kept"), 20000);
         QCOMPARE(m_answers.told, waits ? (QByteArrayList{"a done", "b kept"}) : QByteArrayList{"b kept"});
-        QVERIFY(!program.fake.log.has(QStringLiteral("clipboard set 二")));
-        QCOMPARE(keptTexts(), QStringList{QStringLiteral("二")});
+        QVERIFY(!program.fake.log.has("clipboard set 二"_s));
+        QCOMPARE(keptTexts(), QStringList{"二"_s});
     }
 
     /// What has come during the start is done first.
@@ -188,11 +178,10 @@ private Q_SLOTS:
             }
         };
         program.start();
-        program.window->instanceCalls().take({What::Type, QStringLiteral("c")}, m_answers("c"));
+        program.window->instanceCalls().take({What::Type, "c"_s}, m_answers("c"));
         QTRY_COMPARE(m_answers.told, (QByteArrayList{"a done", "b done", "c done"}));
-        QCOMPARE(program.fake.log.calls(QStringLiteral("post")),
-                 (QStringList{QStringLiteral("post 11 a"), QStringLiteral("post 11 b"),
-                              QStringLiteral("post 11 c")}));
+        QCOMPARE(program.fake.log.calls("post"_s),
+                 (QStringList{"post 11 a"_s, "post 11 b"_s, "post 11 c"_s}));
     }
 
     /// It waits for the sentence that is being spoken, goes to the window of its own moment, and an exit
@@ -205,9 +194,9 @@ private Q_SLOTS:
         program.window->ProcessResult(press);
         QVERIFY(program.window->Recording);
         const int spoken = program.window->NewestSession;
-        program.window->instanceCalls().take({What::Type, QStringLiteral("一")}, m_answers("a"));
+        program.window->instanceCalls().take({What::Type, "一"_s}, m_answers("a"));
         program.fake.windowSystem->focused = 0x22;
-        program.window->instanceCalls().take({What::Type, QStringLiteral("二__over__")}, m_answers("b"));
+        program.window->instanceCalls().take({What::Type, "二__over__"_s}, m_answers("b"));
         program.settle();
         QVERIFY(m_answers.told.isEmpty());
         QCOMPARE(program.window->NewestSession, spoken); // the talk window belongs to the speaker
@@ -215,8 +204,7 @@ private Q_SLOTS:
         char release[mevo::keyReportSize] = {1, 0x70, 1, 0};
         program.window->ProcessResult(release);
         QTRY_COMPARE_WITH_TIMEOUT(m_answers.told, (QByteArrayList{"a done", "b done"}), 20000);
-        QCOMPARE(program.fake.log.calls(QStringLiteral("post")),
-                 (QStringList{QStringLiteral("post 11 一"), QStringLiteral("post 22 二__over__")}));
+        QCOMPARE(program.fake.log.calls("post"_s), (QStringList{"post 11 一"_s, "post 22 二__over__"_s}));
     }
 
     void anExitKeepsWhatHasNotBeenTyped()
@@ -224,20 +212,19 @@ private Q_SLOTS:
         Program program;
         program.start();
         program.fake.windowSystem->holdPosts = true;
-        program.window->instanceCalls().take({What::Type, QStringLiteral("一")}, m_answers("a"));
-        program.window->instanceCalls().take({What::Type, QStringLiteral("二__over__")}, m_answers("b"));
+        program.window->instanceCalls().take({What::Type, "一"_s}, m_answers("a"));
+        program.window->instanceCalls().take({What::Type, "二__over__"_s}, m_answers("b"));
         program.settle();
         QVERIFY(m_answers.told.isEmpty());
         program.window->exitByItself();
         QCOMPARE(m_answers.told, (QByteArrayList{"a kept", "b kept"}));
-        program.window->instanceCalls().take({What::Type, QStringLiteral("三")}, m_answers("c"));
+        program.window->instanceCalls().take({What::Type, "三"_s}, m_answers("c"));
         QCOMPARE(m_answers.told.last(), QByteArray("c kept"));
         program.window->instanceCalls().take({What::Settings, {}}, m_answers("d"));
         QCOMPARE(m_answers.told.last(), QByteArray("d refused"));
         QStringList kept = keptTexts();
         kept.sort();
-        QCOMPARE(kept,
-                 (QStringList{QStringLiteral("一"), QStringLiteral("三"), QStringLiteral("二__over__")}));
+        QCOMPARE(kept, (QStringList{"一"_s, "三"_s, "二__over__"_s}));
     }
 
     void windowsAreShown()

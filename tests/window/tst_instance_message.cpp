@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "window/InstanceMessage.h"
 
 #include <QtTest>
@@ -5,7 +6,6 @@
 using mevo::InstanceCall;
 using What = InstanceCall::What;
 
-Q_DECLARE_METATYPE(What)
 
 namespace {
 
@@ -23,56 +23,49 @@ class TestInstanceMessage : public QObject
 private Q_SLOTS:
     void callsAreRead_data()
     {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<What>("what");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("show") << json("{'mevoinput':1,'do':'show'}") << What::Show << QString();
-        QTest::newRow("talk") << json("{'mevoinput':1,'do':'talk'}") << What::Talk << QString();
-        QTest::newRow("settings") << json("{'do':'settings','mevoinput':1}") << What::Settings << QString();
-        QTest::newRow("type") << json("{'mevoinput':1,'do':'type','text':'a\\nb'}") << What::Type
-                              << QStringLiteral("a\nb");
-        QTest::newRow("with more than is known")
-            << json("{'mevoinput':1,'do':'talk','loud':true}") << What::Talk << QString();
+        const Rows<QByteArray, What, QString> row; // message, what, text
+        row("show", json("{'mevoinput':1,'do':'show'}"), What::Show, QString());
+        row("talk", json("{'mevoinput':1,'do':'talk'}"), What::Talk, QString());
+        row("settings", json("{'do':'settings','mevoinput':1}"), What::Settings, QString());
+        row("type", json("{'mevoinput':1,'do':'type','text':'a\\nb'}"), What::Type, "a\nb"_s);
+        row("with more than is known", json("{'mevoinput':1,'do':'talk','loud':true}"), What::Talk,
+            QString());
     }
 
     void callsAreRead()
     {
-        QFETCH(QByteArray, message);
-        QFETCH(What, what);
+        const auto [message, what, text] = rowOf<QByteArray, What, QString>();
         QString fault;
         const auto call = mevo::readInstanceCall(message, &fault);
         QVERIFY2(call.has_value(), qPrintable(fault));
         QCOMPARE(call->what, what);
-        QTEST(call->text, "text");
+        QCOMPARE(call->text, text);
     }
 
     void whatIsNoCallIsRefused_data()
     {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<QString>("fault");
-        QTest::newRow("empty") << QByteArray() << "no message";
-        QTest::newRow("bytes") << QByteArray("\x00\xff\xfe", 3) << "no message";
-        QTest::newRow("a word") << QByteArray("show") << "no message";
-        QTest::newRow("cut off") << json("{'mevoinput':1,'do':'sh") << "no message";
-        QTest::newRow("a list") << json("['mevoinput',1]") << "no message";
-        QTest::newRow("no UTF-8") << QByteArray("{\"mevoinput\":1,\"do\":\"type\",\"text\":\"\xc3\"}")
-                                  << "no message";
-        QTest::newRow("nested deeply") << QByteArray(60000, '[') << "no message";
-        QTest::newRow("no version") << json("{'do':'show'}") << "another version";
-        QTest::newRow("a later version") << json("{'mevoinput':2,'do':'show'}") << "another version";
-        QTest::newRow("a version in words") << json("{'mevoinput':'1','do':'show'}") << "another version";
-        QTest::newRow("nothing to do") << json("{'mevoinput':1}") << "not known";
-        QTest::newRow("unknown") << json("{'mevoinput':1,'do':'quit'}") << "not known";
-        QTest::newRow("no text") << json("{'mevoinput':1,'do':'type'}") << "no text";
-        QTest::newRow("a number for a text") << json("{'mevoinput':1,'do':'type','text':5}") << "no text";
-        QTest::newRow("too long") << json("{'mevoinput':1,'do':'show','x':'") + QByteArray(65536, 'x') + "\"}"
-                                  << "too long";
+        const Rows<QByteArray, QString> row; // message, fault
+        row("empty", QByteArray(), "no message");
+        row("bytes", QByteArray("\x00\xff\xfe", 3), "no message");
+        row("a word", QByteArray("show"), "no message");
+        row("cut off", json("{'mevoinput':1,'do':'sh"), "no message");
+        row("a list", json("['mevoinput',1]"), "no message");
+        row("no UTF-8", QByteArray("{\"mevoinput\":1,\"do\":\"type\",\"text\":\"\xc3\"}"), "no message");
+        row("nested deeply", QByteArray(60000, '['), "no message");
+        row("no version", json("{'do':'show'}"), "another version");
+        row("a later version", json("{'mevoinput':2,'do':'show'}"), "another version");
+        row("a version in words", json("{'mevoinput':'1','do':'show'}"), "another version");
+        row("nothing to do", json("{'mevoinput':1}"), "not known");
+        row("unknown", json("{'mevoinput':1,'do':'quit'}"), "not known");
+        row("no text", json("{'mevoinput':1,'do':'type'}"), "no text");
+        row("a number for a text", json("{'mevoinput':1,'do':'type','text':5}"), "no text");
+        row("too long", json("{'mevoinput':1,'do':'show','x':'") + QByteArray(65536, 'x') + "\"}",
+            "too long");
     }
 
     void whatIsNoCallIsRefused()
     {
-        QFETCH(QByteArray, message);
-        QFETCH(QString, fault);
+        const auto [message, fault] = rowOf<QByteArray, QString>();
         QString told;
         QVERIFY(!mevo::readInstanceCall(message, &told));
         QVERIFY2(told.contains(fault), qPrintable(told));
@@ -80,7 +73,7 @@ private Q_SLOTS:
 
     void messagesStayOnOneLine()
     {
-        const QString text = QStringLiteral("一行\n两行\r\t\"\\\u2028\U0001F600");
+        const QString text = "一行\n两行\r\t\"\\\u2028\U0001F600"_s;
         const QByteArray message = mevo::toMessage(InstanceCall{What::Type, text});
         QVERIFY(!message.contains('\n') && !message.contains('\r'));
         QString fault;

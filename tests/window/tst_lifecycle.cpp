@@ -24,12 +24,12 @@ private Q_SLOTS:
     {
         Program program;
         program.start();
-        const QStringList wanted{QStringLiteral("hid init"), identity, penPad, keypadHide, resetKeys};
+        const QStringList wanted{"hid init"_s, identity, penPad, keypadHide, resetKeys};
         QCOMPARE(program.order(wanted), wanted);
         QCOMPARE(MainWindow::instance(), program.window.get());
         QVERIFY(program.window->InitDone && program.window->DeviceConnected);
-        QCOMPARE(program.window->DongleID, QStringLiteral("02-01-001357"));
-        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORDeviceConnect.png"));
+        QCOMPARE(program.window->DongleID, "02-01-001357"_s);
+        QCOMPARE(program.window->trayPicture(), ":/rec/ORDeviceConnect.png"_s);
         QVERIFY(program.window->VoiceTypeMode && !program.window->VoiceCommandWordMode);
         QVERIFY(!program.window->micTip()->isVisible());
         QCOMPARE(program.fake.hid->openHandles.load(), 2);
@@ -51,14 +51,14 @@ private Q_SLOTS:
         program.fake.networkState->kind = mevo::NetworkState::Connection::None;
         program.start();
         QVERIFY(!program.window->IsOnline);
-        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORNoNetwork.png"));
-        QVERIFY(program.fake.log.has(QStringLiteral("message 未连接外部网络 (3000)")));
+        QCOMPARE(program.window->trayPicture(), ":/rec/ORNoNetwork.png"_s);
+        QVERIFY(program.fake.log.has("message 未连接外部网络 (3000)"_s));
         program.fake.networkState->kind = mevo::NetworkState::Connection::Lan;
         program.window->showOnline(2);
         QVERIFY(program.window->IsOnline && program.window->isVisible());
         program.fake.log.clear();
         program.window->showOnline(2);
-        QVERIFY(program.fake.log.calls(QStringLiteral("message")).isEmpty());
+        QVERIFY(program.fake.log.calls("message"_s).isEmpty());
         program.window->showOnline(-1);
         QVERIFY(!program.window->IsOnline && !program.window->isVisible());
     }
@@ -68,34 +68,27 @@ private Q_SLOTS:
         Program program;
         program.fake.systemFacts->freeMiB = 99;
         program.start();
-        QVERIFY(
-            program.fake.log.has(QStringLiteral("message C盘空间太小，如不清理可能影响软件运行！ (2000)")));
+        QVERIFY(program.fake.log.has("message C盘空间太小，如不清理可能影响软件运行！ (2000)"_s));
     }
 
     void exitRunsInItsOrder_data()
     {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("refused");     ///< the system makes no entry
-        QTest::addColumn<bool>("needsRights"); ///< an input method that runs with the administrator's mark
-        QTest::addColumn<bool>("leaves");
-        QTest::addColumn<QStringList>("startup"); ///< what is done about the start at login
-        const QStringList made{QStringLiteral("elevation clear"),
-                               QStringLiteral("startup set 灵犀听写系统.lnk")};
-        QTest::newRow("yes") << 0 << false << false << true << made;
-        QTest::newRow("yes, but the entry cannot be made") << 0 << true << false << true << made;
-        QTest::newRow("yes, the mark stays") << 0 << false << true << true << QStringList(made.mid(1));
-        QTest::newRow("back") << 1 << false << false << false << QStringList();
-        QTest::newRow("no") << 2 << false << false << true << QStringList();
-        QTest::newRow("question closed") << -1 << false << false << false << QStringList();
+        // answer, refused (the system makes no entry), needsRights (an input method that runs with the
+        // administrator's mark), leaves, startup (what is done about the start at login)
+        const Rows<int, bool, bool, bool, QStringList> row;
+        const QStringList made{"elevation clear"_s, "startup set 灵犀听写系统.lnk"_s};
+        row("yes", 0, false, false, true, made);
+        row("yes, but the entry cannot be made", 0, true, false, true, made);
+        row("yes, the mark stays", 0, false, true, true, QStringList(made.mid(1)));
+        row("back", 1, false, false, false, QStringList());
+        row("no", 2, false, false, true, QStringList());
+        row("question closed", -1, false, false, false, QStringList());
     }
 
     void exitRunsInItsOrder()
     {
-        QFETCH(int, answer);
-        QFETCH(bool, refused);
-        QFETCH(bool, needsRights);
-        QFETCH(bool, leaves);
-        QFETCH(QStringList, startup);
+        const auto [answer, refused, needsRights, leaves, startup] =
+            rowOf<int, bool, bool, bool, QStringList>();
         Program program;
         program.answer = answer;
         program.start();
@@ -104,13 +97,11 @@ private Q_SLOTS:
         program.window->LocalUseASR3Index = 1;
         program.fake.log.clear();
         program.window->on_exitAppAction();
-        QCOMPARE(program.questions, QStringList{QStringLiteral("自动启动软件")});
+        QCOMPARE(program.questions, QStringList{"自动启动软件"_s});
         QVERIFY(!program.window->ExitInProgress);
-        QCOMPARE(program.order(
-                     {QStringLiteral("elevation clear"), QStringLiteral("startup set 灵犀听写系统.lnk")}),
-                 startup);
-        const QString stored = mevo::SettingsFile().value(QStringLiteral("AutoRunApp")).toString();
-        QCOMPARE(stored, startup.isEmpty() || refused ? QString() : QStringLiteral("1"));
+        QCOMPARE(program.order({"elevation clear"_s, "startup set 灵犀听写系统.lnk"_s}), startup);
+        const QString stored = mevo::SettingsFile().value("AutoRunApp"_s).toString();
+        QCOMPARE(stored, startup.isEmpty() || refused ? QString() : "1"_s);
         const QStringList wanted{keypadExit, latchOff, goodbye, hidExit};
         QCOMPARE(program.order(wanted), leaves ? wanted : QStringList());
         QCOMPARE(program.window->recorder() == nullptr, leaves);
@@ -126,40 +117,34 @@ private Q_SLOTS:
         for (const auto leave : {&MainWindow::RebootAppDelayTimeout, &MainWindow::exitByItself}) {
             Program program;
             program.start();
-            program.fake.windowSystem->byTitle[QStringLiteral("ORVQuillary")] = 5;
+            program.fake.windowSystem->byTitle["ORVQuillary"_s] = 5;
             program.fake.log.clear();
             (program.window.get()->*leave)();
             QVERIFY(program.questions.isEmpty());
-            QVERIFY(program.fake.log.has(QStringLiteral("hid exit")));
-            QCOMPARE(program.fake.log.has(penPad + QStringLiteral(" /close")),
-                     leave == &MainWindow::exitByItself);
+            QVERIFY(program.fake.log.has("hid exit"_s));
+            QCOMPARE(program.fake.log.has(penPad + " /close"_s), leave == &MainWindow::exitByItself);
         }
     }
 
     void whatTheEventLoopIsLeftWith_data()
     {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<bool>("free");
-        QTest::addColumn<int>("result");
-        QTest::addColumn<bool>("startsAnew");
-        QTest::newRow("end") << 0 << true << 0 << false;
-        QTest::newRow("failure") << 3 << true << 3 << false;
-        QTest::newRow("restart") << 888 << true << 0 << true;
-        QTest::newRow("second instance") << 888 << false << 0 << false;
+        const Rows<int, bool, int, bool> row; // code, free, expected, startsAnew
+        row("end", 0, true, 0, false);
+        row("failure", 3, true, 3, false);
+        row("restart", 888, true, 0, true);
+        row("second instance", 888, false, 0, false);
     }
 
     void whatTheEventLoopIsLeftWith()
     {
-        QFETCH(int, code);
-        QFETCH(bool, free);
+        const auto [code, free, expected, startsAnew] = rowOf<int, bool, int, bool>();
         Program program;
         program.fake.singleInstance->free = free;
         const WhenRunning leave([code] { QApplication::exit(code); });
         const int result = mevo::runProgram(program.fake.platform);
-        QTEST(result, "result");
-        const QString started = QStringLiteral("start ") + QCoreApplication::applicationFilePath();
-        const QStringList wanted{QStringLiteral("secrets kept"), QStringLiteral("lock released"), started};
-        QFETCH(bool, startsAnew);
+        QCOMPARE(result, expected);
+        const QString started = "start "_s + QCoreApplication::applicationFilePath();
+        const QStringList wanted{"secrets kept"_s, "lock released"_s, started};
         QCOMPARE(program.order(wanted), startsAnew ? wanted : QStringList());
     }
 
@@ -196,7 +181,7 @@ private Q_SLOTS:
         const WhenRunning leave([] { MainWindow::instance()->on_exitAppAction(); });
         QCOMPARE(mevo::runProgram(program.fake.platform), 0);
         QCOMPARE(program.questions.size(), 1);
-        QVERIFY(program.fake.log.calls(QStringLiteral("start ")).isEmpty());
+        QVERIFY(program.fake.log.calls("start "_s).isEmpty());
         QVERIFY(!program.fake.singleInstance->called); // the door is closed with the event loop
     }
 
@@ -205,9 +190,9 @@ private Q_SLOTS:
         Program program;
         program.start();
         program.window->CallMainFunctionSlot(17);
-        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORLowPower.png"));
+        QCOMPARE(program.window->trayPicture(), ":/rec/ORLowPower.png"_s);
         program.window->CallMainFunctionSlot(18);
-        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORDeviceConnect.png"));
+        QCOMPARE(program.window->trayPicture(), ":/rec/ORDeviceConnect.png"_s);
         program.window->ResultIdle = false;
         program.window->QuickReleaseCount = program.window->QuickReleaseRun = 4;
         program.window->CallMainFunctionSlot(22);
@@ -217,7 +202,7 @@ private Q_SLOTS:
         program.window->ProcessResult(press);
         QVERIFY(program.window->Recording);
         program.window->CallMainFunctionSlot(16);
-        QVERIFY(program.fake.log.has(QStringLiteral("sleep 500")));
+        QVERIFY(program.fake.log.has("sleep 500"_s));
         QVERIFY(!program.window->Recording);
         const QMenu *menu = program.window->languageMenu();
         program.window->recorder()->BaiDuNoStreamApi = false;
@@ -257,33 +242,33 @@ private Q_SLOTS:
         program.start();
         program.fake.log.clear();
         program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal,
-                                            QStringLiteral("HID#VID_258A&PID_1016&MI_01&Col01"));
+                                            "HID#VID_258A&PID_1016&MI_01&Col01"_s);
         QVERIFY(program.window->DeviceConnected);
         program.change(mevo::DeviceNotifier::Change::Removal);
         program.settle();
-        QCOMPARE(program.order({keypadHide, goodbye, QStringLiteral("hid exit")}),
-                 QStringList({keypadHide, goodbye, QStringLiteral("hid exit")}));
+        QCOMPARE(program.order({keypadHide, goodbye, "hid exit"_s}),
+                 QStringList({keypadHide, goodbye, "hid exit"_s}));
         QVERIFY(!program.window->DeviceConnected && program.window->DongleID.isEmpty());
         QVERIFY(program.window->HidInputHandle == nullptr && program.window->HeartbeatTimerId == 0);
-        QCOMPARE(program.window->trayPicture(), QStringLiteral(":/rec/ORDeviceDisConnect.png"));
+        QCOMPARE(program.window->trayPicture(), ":/rec/ORDeviceDisConnect.png"_s);
 
         program.fake.log.clear();
         program.fake.hid->plug();
         program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival,
-                                            QStringLiteral("hid#vid_258a&pid_1016&mi_01&col02"));
+                                            "hid#vid_258a&pid_1016&mi_01&col02"_s);
         const qint64 before = program.fake.time->monotonicMs();
         program.settle();
         QVERIFY(program.fake.time->monotonicMs() - before >= 1000); // the keyboard's second is always waited
-        QCOMPARE(program.fake.log.calls(QStringLiteral("sleep")), QStringList()); // and blocks nothing
-        const QStringList wanted{QStringLiteral("hid init"), identity, keypadExit, keypadHide, resetKeys};
+        QCOMPARE(program.fake.log.calls("sleep"_s), QStringList()); // and blocks nothing
+        const QStringList wanted{"hid init"_s, identity, keypadExit, keypadHide, resetKeys};
         QCOMPARE(program.order(wanted), wanted);
         QVERIFY(program.window->DeviceConnected && program.window->HeartbeatTimerId != 0);
-        QCOMPARE(program.window->DongleID, QStringLiteral("02-01-001357"));
+        QCOMPARE(program.window->DongleID, "02-01-001357"_s);
 
         program.fake.log.clear();
         program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Arrival);
         program.settle();
-        QCOMPARE(program.fake.log.calls(QStringLiteral("hid")), QStringList{resetKeys});
+        QCOMPARE(program.fake.log.calls("hid"_s), QStringList{resetKeys});
     }
 
     void arrivalWithoutAnIdentityEndsTheProgram()
@@ -293,7 +278,7 @@ private Q_SLOTS:
         program.change(mevo::DeviceNotifier::Change::Arrival);
         program.settle();
         QCOMPARE(program.fake.log.calls(identity).size(), 1 + 51);
-        QCOMPARE(program.questions, QStringList{QStringLiteral("错误")});
+        QCOMPARE(program.questions, QStringList{"错误"_s});
         QVERIFY(program.window->isLeaving() && program.window->recorder() == nullptr);
     }
 
@@ -316,14 +301,14 @@ private Q_SLOTS:
         MainWindow &window = *program.window;
         const QAction *action = nullptr;
         for (const QAction *each : window.findChildren<QAction *>()) {
-            action = each->text() == QStringLiteral("关闭语音识别") ? each : action;
+            action = each->text() == "关闭语音识别"_s ? each : action;
         }
         QVERIFY(action != nullptr);
         const auto take = [&program](const std::function<void()> &step) {
             program.fake.log.clear();
             step();
-            QStringList calls = program.fake.log.calls(QStringLiteral("hid send"));
-            return calls + program.fake.log.calls(QStringLiteral("message"));
+            QStringList calls = program.fake.log.calls("hid send"_s);
+            return calls + program.fake.log.calls("message"_s);
         };
         const auto click = [&window] { window.on_closeASRFuncAction(); };
         char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
@@ -334,15 +319,15 @@ private Q_SLOTS:
         program.fake.hid->sendResult = 8;
         window.ProcessResult(press);
         QVERIFY(window.Recording);
-        QCOMPARE(take(click), (QStringList{latchOff, goodbye,
-                                           QStringLiteral("message 3秒后会关闭语音输入识别功能！ (100)")}));
+        QCOMPARE(take(click),
+                 (QStringList{latchOff, goodbye, "message 3秒后会关闭语音输入识别功能！ (100)"_s}));
         QVERIFY(!window.Recording && !window.micTip()->isVisible()); // the microphone does not stay open
-        QCOMPARE(action->text(), QStringLiteral("打开语音输入识别"));
+        QCOMPARE(action->text(), "打开语音输入识别"_s);
         QCOMPARE(take([&] { window.ProcessResult(press); }),
-                 QStringList{QStringLiteral("message 已关闭语音识别功能！ (100)")});
-        QCOMPARE(take(click), (QStringList{QStringLiteral("hid send 05 81 01 00 00 00 00 00"),
-                                           QStringLiteral("message 已打开语音输入识别功能！ (100)")}));
-        QCOMPARE(action->text(), QStringLiteral("关闭语音输入识别"));
+                 QStringList{"message 已关闭语音识别功能！ (100)"_s});
+        QCOMPARE(take(click), (QStringList{"hid send 05 81 01 00 00 00 00 00"_s,
+                                           "message 已打开语音输入识别功能！ (100)"_s}));
+        QCOMPARE(action->text(), "关闭语音输入识别"_s);
         window.DeviceConnected = false;
         QCOMPARE(take(click), QStringList());
         QVERIFY(!window.ASRFuncClosed);
@@ -350,31 +335,26 @@ private Q_SLOTS:
 
     void tipWindowLatchesTheMicrophone_data()
     {
-        QTest::addColumn<bool>("plugged");
-        QTest::addColumn<int>("sendResult");
-        QTest::addColumn<bool>("records");
-        QTest::newRow("with a receiver") << true << 8 << true;
-        QTest::newRow("the receiver refuses") << true << -1 << false;
-        QTest::newRow("without a receiver") << false << -1 << true;
+        const Rows<bool, int, bool> row; // plugged, sendResult, records
+        row("with a receiver", true, 8, true);
+        row("the receiver refuses", true, -1, false);
+        row("without a receiver", false, -1, true);
     }
 
     void tipWindowLatchesTheMicrophone()
     {
-        QFETCH(bool, plugged);
-        QFETCH(int, sendResult);
-        QFETCH(bool, records);
+        const auto [plugged, sendResult, records] = rowOf<bool, int, bool>();
         Program program(plugged);
         program.start();
         MainWindow &window = *program.window;
         window.ClickCanASR = true;
         window.micTip()->show();
         const auto reports = [&] {
-            const QStringList sent = program.fake.log.calls(QStringLiteral("hid send 05 20"));
+            const QStringList sent = program.fake.log.calls("hid send 05 20"_s);
             program.fake.log.clear();
             return sent;
         };
-        const QStringList on =
-            plugged ? QStringList{QStringLiteral("hid send 05 20 0c 00 00 00 00 00")} : QStringList();
+        const QStringList on = plugged ? QStringList{"hid send 05 20 0c 00 00 00 00 00"_s} : QStringList();
         const auto off = [&](int times) {
             QStringList list;
             for (int i = 0; plugged && i < times; ++i) {
@@ -394,7 +374,7 @@ private Q_SLOTS:
             QVERIFY(!window.Recording && !window.MicLatched);
         }
         QTest::mousePress(window.micTip(), Qt::LeftButton);
-        QTRY_COMPARE(program.fake.log.calls(QStringLiteral("hid send 05 20")), on);
+        QTRY_COMPARE(program.fake.log.calls("hid send 05 20"_s), on);
         QTRY_COMPARE(window.Recording.load(), records);
         reports();
         QTest::mouseRelease(window.micTip(), Qt::LeftButton);
@@ -406,36 +386,36 @@ private Q_SLOTS:
     /// that has the focus then.
     void textIsPostedAndWhatDoesNotGoIsKept()
     {
-        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        QFile::remove(mevo::appFile("MEVOUndelivered.json"_s));
         const auto row = [](const Program &program) {
             const auto *menu = program.window->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
             const QString first = menu->actions().first()->text();
-            return first.startsWith(QStringLiteral("未送达")) ? first : QString();
+            return first.startsWith("未送达"_s) ? first : QString();
         };
         {
             Program program;
             program.start();
             program.window->FocusWindow = 0x11;
-            program.window->recorder()->showRecText(QStringLiteral("甲乙丙丁__over__"));
-            QVERIFY(program.fake.log.has(QStringLiteral("post 11 甲乙丙丁")));
+            program.window->recorder()->showRecText("甲乙丙丁__over__"_s);
+            QVERIFY(program.fake.log.has("post 11 甲乙丙丁"_s));
             QCOMPARE(row(program), QString());
             program.fake.windowSystem->postLimit = 1;
-            program.window->recorder()->showRecText(QStringLiteral("甲乙丙丁__over__"));
+            program.window->recorder()->showRecText("甲乙丙丁__over__"_s);
             program.fake.windowSystem->postLimit = 0;
-            program.window->recorder()->showRecText(QStringLiteral("戊__over__"));
+            program.window->recorder()->showRecText("戊__over__"_s);
             program.window->Send2ScreenMethod = 1;
             program.window->FocusWindow = 0;
-            program.window->recorder()->showRecText(QStringLiteral("己__over__"));
-            QCOMPARE(row(program), QStringLiteral("未送达的文字(3)"));
+            program.window->recorder()->showRecText("己__over__"_s);
+            QCOMPARE(row(program), "未送达的文字(3)"_s);
         }
         Program program;
         program.start();
-        QCOMPARE(row(program), QStringLiteral("未送达的文字(3)"));
+        QCOMPARE(row(program), "未送达的文字(3)"_s);
         program.window->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly)
             ->actions()
             .first()
             ->trigger();
-        auto *dialog = program.window->findChild<QDialog *>(QStringLiteral("UndeliveredDialog"));
+        auto *dialog = program.window->findChild<QDialog *>("UndeliveredDialog"_s);
         QVERIFY(dialog->isVisible() && dialog->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
         const auto click = [dialog](const char *button) {
             dialog->findChild<QPushButton *>(QLatin1String(button))->click();
@@ -443,20 +423,20 @@ private Q_SLOTS:
         program.fake.windowSystem->focused = 0x22;
         program.fake.windowSystem->postLimit = 2;
         click("pushButton_Type"); // the rest of the rest keeps its place in the list
-        QVERIFY(program.fake.log.has(QStringLiteral("post 22 乙丙")));
-        QCOMPARE(row(program), QStringLiteral("未送达的文字(3)"));
+        QVERIFY(program.fake.log.has("post 22 乙丙"_s));
+        QCOMPARE(row(program), "未送达的文字(3)"_s);
         program.fake.windowSystem->postLimit = -1;
         click("pushButton_Type");
-        QVERIFY(program.fake.log.has(QStringLiteral("post 22 丁")));
-        QCOMPARE(row(program), QStringLiteral("未送达的文字(2)"));
+        QVERIFY(program.fake.log.has("post 22 丁"_s));
+        QCOMPARE(row(program), "未送达的文字(2)"_s);
         click("pushButton_Copy");
-        QCOMPARE(program.fake.clipboard->content, QStringLiteral("戊"));
+        QCOMPARE(program.fake.clipboard->content, "戊"_s);
         click("pushButton_Remove");
-        QCOMPARE(row(program), QStringLiteral("未送达的文字(1)"));
+        QCOMPARE(row(program), "未送达的文字(1)"_s);
         click("pushButton_RemoveAll");
         QCOMPARE(row(program), QString());
         QVERIFY(!dialog->isVisible());
-        QVERIFY(!QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))));
+        QVERIFY(!QFile::exists(mevo::appFile("MEVOUndelivered.json"_s)));
     }
 
     /// What a program takes from no key is pasted into it.
@@ -472,7 +452,7 @@ private Q_SLOTS:
     void charactersThatNoKeyTypesArePasted()
     {
         const auto [stop, method, focused, pasted] = rowOf<mevo::PostStop, int, mevo::WindowId, bool>();
-        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        QFile::remove(mevo::appFile("MEVOUndelivered.json"_s));
         Program program;
         program.start();
         program.fake.windowSystem->postLimit = 1;
@@ -480,13 +460,13 @@ private Q_SLOTS:
         program.fake.windowSystem->focused = focused;
         program.window->Send2ScreenMethod = method;
         program.window->FocusWindow = 0x11;
-        program.window->recorder()->showRecText(QStringLiteral("甲😀丙__over__"));
-        QVERIFY(program.fake.log.has(QStringLiteral("post 11 甲")));
+        program.window->recorder()->showRecText("甲😀丙__over__"_s);
+        QVERIFY(program.fake.log.has("post 11 甲"_s));
         const auto kept = [] {
-            const mevo::UndeliveredTexts file(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+            const mevo::UndeliveredTexts file(mevo::appFile("MEVOUndelivered.json"_s));
             return file.count() == 1 ? file.texts()[0].text : QString();
         };
-        const QString rest = QStringLiteral("😀丙");
+        const QString rest = "😀丙"_s;
         QCOMPARE(program.fake.clipboard->content == rest, pasted);
         QCOMPARE(kept(), pasted ? QString() : rest);
         // And from the list of what was kept.
@@ -499,7 +479,7 @@ private Q_SLOTS:
                 ->actions()
                 .first()
                 ->trigger();
-            program.window->findChild<QPushButton *>(QStringLiteral("pushButton_Type"))->click();
+            program.window->findChild<QPushButton *>("pushButton_Type"_s)->click();
             QCOMPARE(program.fake.clipboard->content, rest);
             QCOMPARE(kept(), QString());
         }
@@ -548,10 +528,10 @@ private Q_SLOTS:
         Program program;
         program.start();
         program.window->Send2ScreenMethod = 2;
-        program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
+        program.window->Send2Screen("甲"_s, 0, 100);
         char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
         program.window->ProcessResult(press);
-        QCOMPARE(program.fake.clipboard->content, QStringLiteral("甲"));
+        QCOMPARE(program.fake.clipboard->content, "甲"_s);
         char release[mevo::keyReportSize] = {1, 0x70, 1, 0};
         program.window->ProcessResult(release);
     }
@@ -559,35 +539,25 @@ private Q_SLOTS:
     /// A paste key that would go nowhere is not struck: the next press would take the text away.
     void aPasteWaitsForAWindow_data()
     {
-        QTest::addColumn<bool>("comes");
-        QTest::addColumn<bool>("unseen");
-        QTest::addColumn<bool>("taken");
-        QTest::addColumn<int>("hangs");  // from this question on: before the key, behind it
-        QTest::addColumn<bool>("stays"); // or loses the keyboard before the key comes
-        QTest::addColumn<bool>("reads");
+        // comes, unseen, taken, hangs (from this question on: before the key, behind it), stays (or loses
+        // the keyboard before the key comes), reads
+        const Rows<bool, bool, bool, int, bool, bool> row;
         constexpr int never = 9;
-        QTest::newRow("none has the keyboard") << false << false << true << never << true << true;
-        QTest::newRow("one gets it") << true << false << true << never << true << true;
-        QTest::newRow("one that cannot be seen may have it")
-            << false << true << true << never << true << true;
-        QTest::newRow("the receiver does not take the key")
-            << true << false << false << never << true << true;
-        QTest::newRow("it loses the keyboard again") << true << false << true << never << false << true;
-        QTest::newRow("its program hangs") << true << false << true << 0 << true << true;
-        QTest::newRow("its program hangs behind the key") << true << false << true << 1 << true << true;
-        QTest::newRow("it pastes nothing") << true << false << true << never << true << false;
-        QTest::newRow("nor does one that cannot be seen") << false << true << true << never << true << false;
+        row("none has the keyboard", false, false, true, never, true, true);
+        row("one gets it", true, false, true, never, true, true);
+        row("one that cannot be seen may have it", false, true, true, never, true, true);
+        row("the receiver does not take the key", true, false, false, never, true, true);
+        row("it loses the keyboard again", true, false, true, never, false, true);
+        row("its program hangs", true, false, true, 0, true, true);
+        row("its program hangs behind the key", true, false, true, 1, true, true);
+        row("it pastes nothing", true, false, true, never, true, false);
+        row("nor does one that cannot be seen", false, true, true, never, true, false);
     }
 
     void aPasteWaitsForAWindow()
     {
-        QFETCH(bool, comes);
-        QFETCH(bool, unseen);
-        QFETCH(bool, taken);
-        QFETCH(int, hangs);
-        QFETCH(bool, stays);
-        QFETCH(bool, reads);
-        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        const auto [comes, unseen, taken, hangs, stays, reads] = rowOf<bool, bool, bool, int, bool, bool>();
+        QFile::remove(mevo::appFile("MEVOUndelivered.json"_s));
         Program program;
         program.start();
         FakeWindowSystem &windows = *program.fake.windowSystem;
@@ -598,18 +568,17 @@ private Q_SLOTS:
         program.fake.hid->sendResult = taken ? 8 : -1;
         program.fake.clipboard->onSet = [&] { windows.focused = stays ? windows.focused : 0; };
         program.window->Send2ScreenMethod = 2;
-        program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
-        QCOMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), unseen);
+        program.window->Send2Screen("甲"_s, 0, 100);
+        QCOMPARE(program.fake.log.has("clipboard set 甲"_s), unseen);
         windows.focused = comes ? 0x22 : 0;
         const bool pasted = (comes || unseen) && hangs > 0;
         const bool kept = !pasted || !taken || hangs == 1 || !stays || !reads;
-        QTRY_COMPARE(program.fake.log.has(QStringLiteral("clipboard set 甲")), pasted);
-        const QString told =
-            QStringLiteral("message 有文字未能输入，已保留在菜单的“未送达的文字”中。 (5000)");
+        QTRY_COMPARE(program.fake.log.has("clipboard set 甲"_s), pasted);
+        const QString told = "message 有文字未能输入，已保留在菜单的“未送达的文字”中。 (5000)"_s;
         QTRY_COMPARE(program.fake.log.has(told), kept);
         QTRY_VERIFY(!program.window->HidBusy);
-        QCOMPARE(QFile::exists(mevo::appFile(QStringLiteral("MEVOUndelivered.json"))), kept);
-        QFile::remove(mevo::appFile(QStringLiteral("MEVOUndelivered.json")));
+        QCOMPARE(QFile::exists(mevo::appFile("MEVOUndelivered.json"_s)), kept);
+        QFile::remove(mevo::appFile("MEVOUndelivered.json"_s));
     }
 
     void pastedTextsWaitForEachOther()
@@ -618,9 +587,9 @@ private Q_SLOTS:
         program.start();
         program.window->Send2ScreenMethod = 2;
         program.fake.log.clear();
-        program.window->Send2Screen(QStringLiteral("甲"), 0, 100);
-        program.window->Send2Screen(QStringLiteral("乙"), 0, 100);
-        const QString second = QStringLiteral("clipboard set 乙");
+        program.window->Send2Screen("甲"_s, 0, 100);
+        program.window->Send2Screen("乙"_s, 0, 100);
+        const QString second = "clipboard set 乙"_s;
         QTRY_VERIFY(program.fake.log.has(second));
         QTRY_VERIFY(!program.window->HidBusy);
         QStringList seen;
@@ -630,8 +599,8 @@ private Q_SLOTS:
                 seen.append(call);
             }
         }
-        const QString paste = QStringLiteral("hid send 05 81 04 01 19 00 00 00");
-        QCOMPARE(seen, QStringList({QStringLiteral("clipboard set 甲"), paste, second, paste}));
+        const QString paste = "hid send 05 81 04 01 19 00 00 00"_s;
+        QCOMPARE(seen, QStringList({"clipboard set 甲"_s, paste, second, paste}));
     }
 
     void theBarsButtonsNeverTakeTheFocus()

@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "window/Program.h"
 
 #include <QAction>
@@ -5,9 +6,9 @@
 
 namespace {
 
-const QString hotKey = QStringLiteral("hid send 05 81 04 ");
-const QString xunFei = QStringLiteral("/opt/iFly/iFlyVoice");
-const QString sogou = QStringLiteral("/opt/Sogou/VoiceInput");
+const QString hotKey = "hid send 05 81 04 "_s;
+const QString xunFei = "/opt/iFly/iFlyVoice"_s;
+const QString sogou = "/opt/Sogou/VoiceInput"_s;
 
 /// A program whose input method is set up and ready.
 struct Driven : Program
@@ -31,12 +32,12 @@ struct Driven : Program
         window->LocalUseASR3Index = index;
         window->ASR3HoldToTalk = index == 1;
         window->ASR3ShortCutKey = index == 1 ? 0x3f : 0x3b;
-        window->ASR3WinClassName = QStringLiteral("Class");
-        window->ASR3WindowName = QStringLiteral("Title");
+        window->ASR3WinClassName = "Class"_s;
+        window->ASR3WindowName = "Title"_s;
     }
     void showWindow(bool there) const
     {
-        there ? void(fake.windowSystem->byTitle.insert(QStringLiteral("Title"), 7))
+        there ? void(fake.windowSystem->byTitle.insert("Title"_s, 7))
               : void(fake.windowSystem->byTitle.clear());
     }
     void report(bool pressed) const
@@ -77,7 +78,6 @@ struct Driven : Program
 } // namespace
 
 using Set = std::function<void(Driven &)>;
-Q_DECLARE_METATYPE(Set)
 
 class TestMethodHands : public QObject
 {
@@ -86,50 +86,49 @@ class TestMethodHands : public QObject
 private slots:
     void theReceiverTypesTheKeys_data()
     {
-        QTest::addColumn<Set>("set");
-        QTest::addColumn<QString>("press");
-        QTest::addColumn<QString>("release");
-        QTest::newRow("held")
-            << Set([](Driven &d) {
-                   d.window->LocalXunFeiASR3CtrlKey = 1;
-                   d.window->LocalXunFeiASR3AltKey = 4;
-                   d.window->LocalXunFeiASR3ShortcutKey = 0x41;
-               })
-            << "05 3f 00 00 00"
-            << "00 00 00 00 00 | sleep 100 | 05 41 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
-               "00 00 00 00 00";
-        QTest::newRow("tapped") << Set([](Driven &d) { d.use(2); })
-                                << "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"
-                                << "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00";
-        QTest::newRow("custom, tapped") << Set([](Driven &d) {
-            d.use(3);
-            d.window->ShowASR3Custom = true;
-            d.window->LocalASR3CustomInstallPath = QStringLiteral("/opt/SpeechInput");
-            d.fake.processes->running = QStringList{QStringLiteral("SpeechInput")};
-            d.window->ASR3CustomCtrlShortCutKey = 1;
-            d.window->ASR3CustomShortCutKey = 0;
-        }) << "01 00 00 00 00 | sleep 100 | 00 00 00 00 00"
-                                        << "01 00 00 00 00 | sleep 100 | 00 00 00 00 00";
-        QTest::newRow("held, the window not there")
-            << Set([](Driven &d) { d.showWindow(false); })
-            << "start /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00"
-            << "00 00 00 00 00 | sleep 100 | 00 3f 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
-               "00 00 00 00 00";
+        const Rows<Set, QString, QString> row; // set, press, release
+        row(
+            "held",
+            [](Driven &d) {
+                d.window->LocalXunFeiASR3CtrlKey = 1;
+                d.window->LocalXunFeiASR3AltKey = 4;
+                d.window->LocalXunFeiASR3ShortcutKey = 0x41;
+            },
+            "05 3f 00 00 00",
+            "00 00 00 00 00 | sleep 100 | 05 41 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
+            "00 00 00 00 00");
+        row(
+            "tapped", [](Driven &d) { d.use(2); }, "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00",
+            "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00");
+        row(
+            "custom, tapped",
+            [](Driven &d) {
+                d.use(3);
+                d.window->ShowASR3Custom = true;
+                d.window->LocalASR3CustomInstallPath = "/opt/SpeechInput"_s;
+                d.fake.processes->running = QStringList{"SpeechInput"_s};
+                d.window->ASR3CustomCtrlShortCutKey = 1;
+                d.window->ASR3CustomShortCutKey = 0;
+            },
+            "01 00 00 00 00 | sleep 100 | 00 00 00 00 00", "01 00 00 00 00 | sleep 100 | 00 00 00 00 00");
+        row(
+            "held, the window not there", [](Driven &d) { d.showWindow(false); },
+            "start /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00",
+            "00 00 00 00 00 | sleep 100 | 00 3f 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
+            "00 00 00 00 00");
     }
 
     void theReceiverTypesTheKeys()
     {
-        QFETCH(Set, set);
-        QFETCH(QString, press);
-        QFETCH(QString, release);
+        const auto [set, press, release] = rowOf<Set, QString, QString>();
         Driven program;
         program.showWindow(true);
         set(program);
         program.report(true);
         QCOMPARE(program.done(), press);
         program.report(false);
-        const QStringList steps = release.split(QStringLiteral(" | "));
-        const int keys = steps.size() - steps.filter(QStringLiteral("sleep")).size();
+        const QStringList steps = release.split(" | "_s);
+        const int keys = steps.size() - steps.filter("sleep"_s).size();
         QTRY_COMPARE(program.fake.log.calls(hotKey).size(), keys); // a tap comes by a timer
         QCOMPARE(program.done(), release);
         QVERIFY(!program.window->Recording);
@@ -141,7 +140,7 @@ private slots:
         program.showWindow(true);
         program.report(true);
         program.report(false);
-        QCOMPARE(program.done(), QStringLiteral("sleep 100 | sleep 200 | sleep 200"));
+        QCOMPARE(program.done(), "sleep 100 | sleep 200 | sleep 200"_s);
     }
 
     void theCustomKeyIsTypedOnce()
@@ -150,7 +149,7 @@ private slots:
         program.window->ASR3CustomCtrlShortCutKey = 3;
         program.window->ASR3CustomShortCutKey = 0x6a;
         program.window->TimeOutDelaySendCustom();
-        QCOMPARE(program.done(), QStringLiteral("03 6a 00 00 00 | sleep 100 | 00 00 00 00 00"));
+        QCOMPARE(program.done(), "03 6a 00 00 00 | sleep 100 | 00 00 00 00 00"_s);
     }
 
     void theThirdXunFeiIsStartedToType()
@@ -160,56 +159,52 @@ private slots:
         window.XFVM3 = true;
         program.fake.processes->broken.append(xunFei);
         window.StartXunFeiWindow();
-        QCOMPARE(program.done(), QStringLiteral("open to type /opt/iFly/iFlyVoice"));
+        QCOMPARE(program.done(), "open to type /opt/iFly/iFlyVoice"_s);
         QVERIFY(!window.Asr3WindowFound && !window.ThirdPartyWindowOpen);
         program.fake.processes->broken.clear();
         window.StartXunFeiWindow(); // the next one tries again
         QVERIFY(window.Asr3WindowFound && window.ThirdPartyWindowOpen);
         window.RunThirdpartVoiceInputByORV = 0;
-        QCOMPARE(program.fake.log.calls(QStringLiteral("message 正在启动讯飞麦克风窗口")).size(), 1);
-        QCOMPARE(program.done(), QStringLiteral("open to type /opt/iFly/iFlyVoice"));
+        QCOMPARE(program.fake.log.calls("message 正在启动讯飞麦克风窗口"_s).size(), 1);
+        QCOMPARE(program.done(), "open to type /opt/iFly/iFlyVoice"_s);
         program.showWindow(true);
         window.StartXunFeiWindow();
         QCOMPARE(program.done(), QString());
         QVERIFY(window.Asr3WindowFound);
         program.showWindow(false);
         window.StartXunFeiWindow(); // what was found once may have gone
-        QCOMPARE(program.done(), QStringLiteral("open to type /opt/iFly/iFlyVoice"));
+        QCOMPARE(program.done(), "open to type /opt/iFly/iFlyVoice"_s);
 
         // It has been killed: the press looks, and starts it.
         window.Asr3WindowFound = true;
         program.report(true);
         QCOMPARE(program.done(),
-                 QStringLiteral("open to type /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00"));
+                 "open to type /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00"_s);
         QCOMPARE(window.RunThirdpartVoiceInputByORV, 1);
         program.report(false);
         window.XFOfflineMode = true;
         window.Asr3WindowFound = false;
         program.fake.log.clear();
         window.StartXunFeiWindow();
-        QVERIFY(program.fake.log.calls(QStringLiteral("message")).isEmpty());
+        QVERIFY(program.fake.log.calls("message"_s).isEmpty());
     }
 
     void anExitLetsTheKeyGo_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<bool>("released"); ///< its tap is still to come
-        QTest::addColumn<QString>("done");
-        QTest::newRow("held") << 1 << false
-                              << "00 00 00 00 00 | sleep 100 | 00 3f 00 00 00 | sleep 200 | "
-                                 "00 00 00 00 00 | sleep 200 | 00 00 00 00 00 | close window 7";
-        QTest::newRow("tapped") << 2 << false
-                                << "sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00 | close window 7";
-        QTest::newRow("tapped, just released")
-            << 2 << true << "sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00 | close window 7";
+        const Rows<int, bool, QString> row; // index, released (its tap is still to come), done
+        row("held", 1, false,
+            "00 00 00 00 00 | sleep 100 | 00 3f 00 00 00 | sleep 200 | "
+            "00 00 00 00 00 | sleep 200 | 00 00 00 00 00 | close window 7");
+        row("tapped", 2, false, "sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00 | close window 7");
+        row("tapped, just released", 2, true,
+            "sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00 | close window 7");
     }
 
     /// The receiver outlives the program, and would go on holding the key. The method hears the end of what
     /// was said while its window is there; afterwards the key would be anybody's.
     void anExitLetsTheKeyGo()
     {
-        QFETCH(int, index);
-        QFETCH(bool, released);
+        const auto [index, released, done] = rowOf<int, bool, QString>();
         Driven program;
         program.use(index);
         program.showWindow(true);
@@ -220,7 +215,6 @@ private slots:
         }
         program.done();
         program.window->exitByItself();
-        QFETCH(QString, done);
         QCOMPARE(program.done().left(done.size()), done);
         program.settle();
         QVERIFY(program.fake.log.calls(hotKey).isEmpty());
@@ -231,27 +225,25 @@ private slots:
         Driven program;
         program.use(2);
         program.window->pushButton_Mic_clicked();
-        QCOMPARE(program.done(), QStringLiteral("start /opt/Sogou/VoiceInput"));
+        QCOMPARE(program.done(), "start /opt/Sogou/VoiceInput"_s);
         program.showWindow(true);
         program.report(true);
         QCOMPARE(program.done(), QString());
         program.report(false);
         QTRY_COMPARE(program.fake.log.calls(hotKey).size(), 2);
-        QCOMPARE(program.done(), QStringLiteral("00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"));
+        QCOMPARE(program.done(), "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"_s);
     }
 
     /// The same when another engine is chosen, with a window of the user's own, too.
     void aChoiceLetsTheKeyGo_data()
     {
-        QTest::addColumn<bool>("ours");
-        QTest::addColumn<QString>("done");
-        QTest::newRow("ours") << true
-                              << "sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00 | close window 7";
-        QTest::newRow("the user's own") << false << "sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00";
+        const Rows<bool, QString> row; // ours, done
+        row("ours", true, "sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00 | close window 7");
+        row("the user's own", false, "sleep 200 | 00 3b 00 00 00 | sleep 100 | 00 00 00 00 00");
     }
     void aChoiceLetsTheKeyGo()
     {
-        QFETCH(bool, ours);
+        const auto [ours, done] = rowOf<bool, QString>();
         Driven program;
         program.use(2);
         program.showWindow(true);
@@ -259,7 +251,7 @@ private slots:
         program.report(true);
         program.done();
         program.choose("普通话(腾讯版)");
-        QTEST(program.done(), "done");
+        QCOMPARE(program.done(), done);
         program.report(false);
         program.settle();
         QCOMPARE(program.done(), QString());
@@ -284,9 +276,9 @@ private slots:
         program.report(false);
         QCOMPARE(program.done(), QString());
         QTRY_COMPARE(program.fake.log.calls(hotKey).size(), 2);
-        QCOMPARE(program.done(), QStringLiteral("00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"));
+        QCOMPARE(program.done(), "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00"_s);
         program.report(true);
-        QCOMPARE(program.done(), QStringLiteral("close window 7"));
+        QCOMPARE(program.done(), "close window 7"_s);
         QVERIFY(!window.ThirdPartyWindowOpen && !window.Asr3WindowFound);
         program.report(false);
     }
@@ -311,24 +303,27 @@ private slots:
 
     void aCloudEngineLeavesTheWindow_data()
     {
-        QTest::addColumn<Set>("set");
-        QTest::addColumn<QString>("done");
-        QTest::newRow("XunFei") << Set([](Driven &) {}) << "close window 7";
-        QTest::newRow("XunFei's third")
-            << Set([](Driven &d) { d.window->XFVM3 = true; }) << "kill iFlyVoice.exe";
-        QTest::newRow("Sogou beside it") << Set([](Driven &d) {
-            d.window->XFVM3 = true;
-            d.use(2);
-        }) << "close window 7";
-        QTest::newRow("the user's own")
-            << Set([](Driven &d) { d.window->ThirdPartyWindowOpen = false; }) << "";
-        QTest::newRow("gone") << Set([](Driven &d) { d.showWindow(false); }) << "";
+        const Rows<Set, QString> row; // set, done
+        row(
+            "XunFei", [](Driven &) {}, "close window 7");
+        row(
+            "XunFei's third", [](Driven &d) { d.window->XFVM3 = true; }, "kill iFlyVoice.exe");
+        row(
+            "Sogou beside it",
+            [](Driven &d) {
+                d.window->XFVM3 = true;
+                d.use(2);
+            },
+            "close window 7");
+        row(
+            "the user's own", [](Driven &d) { d.window->ThirdPartyWindowOpen = false; }, "");
+        row(
+            "gone", [](Driven &d) { d.showWindow(false); }, "");
     }
 
     void aCloudEngineLeavesTheWindow()
     {
-        QFETCH(Set, set);
-        QFETCH(QString, done);
+        const auto [set, done] = rowOf<Set, QString>();
         Driven program;
         program.showWindow(true);
         program.window->ThirdPartyWindowOpen = true;
@@ -342,42 +337,48 @@ private slots:
 
     void theMicrophoneButtonIsClicked_data()
     {
-        QTest::addColumn<Set>("set");
-        QTest::addColumn<QString>("done");
-        QTest::addColumn<bool>("open"); // afterwards
-        QTest::newRow("nothing open") << Set([](Driven &) {}) << "start /opt/iFly/iFlyVoice" << true;
-        QTest::newRow("Sogou") << Set([](Driven &d) { d.use(2); }) << "start /opt/Sogou/VoiceInput" << true;
-        QTest::newRow("refused to be started unasked")
-            << Set([](Driven &d) { d.window->LocalMustClickRunASR3 = true; }) << "start /opt/iFly/iFlyVoice"
-            << true;
-        QTest::newRow("open") << Set([](Driven &d) {
-            d.window->ThirdPartyWindowOpen = true;
-            d.showWindow(true);
-        }) << "close window 7" << false;
-        QTest::newRow("the third, open") << Set([](Driven &d) {
-            d.window->ThirdPartyWindowOpen = d.window->XFVM3 = true;
-            d.showWindow(true);
-        }) << "kill iFlyVoice.exe" << false;
-        QTest::newRow("cannot be started") << Set([](Driven &d) { d.fake.processes->broken.append(xunFei); })
-                                           << "start /opt/iFly/iFlyVoice" << false;
-        QTest::newRow("killed by others") << Set([](Driven &d) { d.window->ThirdPartyWindowOpen = true; })
-                                          << "start /opt/iFly/iFlyVoice" << true;
+        const Rows<Set, QString, bool> row; // set, done, open (afterwards)
+        row(
+            "nothing open", [](Driven &) {}, "start /opt/iFly/iFlyVoice", true);
+        row(
+            "Sogou", [](Driven &d) { d.use(2); }, "start /opt/Sogou/VoiceInput", true);
+        row(
+            "refused to be started unasked", [](Driven &d) { d.window->LocalMustClickRunASR3 = true; },
+            "start /opt/iFly/iFlyVoice", true);
+        row(
+            "open",
+            [](Driven &d) {
+                d.window->ThirdPartyWindowOpen = true;
+                d.showWindow(true);
+            },
+            "close window 7", false);
+        row(
+            "the third, open",
+            [](Driven &d) {
+                d.window->ThirdPartyWindowOpen = d.window->XFVM3 = true;
+                d.showWindow(true);
+            },
+            "kill iFlyVoice.exe", false);
+        row(
+            "cannot be started", [](Driven &d) { d.fake.processes->broken.append(xunFei); },
+            "start /opt/iFly/iFlyVoice", false);
+        row(
+            "killed by others", [](Driven &d) { d.window->ThirdPartyWindowOpen = true; },
+            "start /opt/iFly/iFlyVoice", true);
     }
 
     void theMicrophoneButtonIsClicked()
     {
-        QFETCH(Set, set);
-        QFETCH(QString, done);
-        QFETCH(bool, open);
+        const auto [set, done, open] = rowOf<Set, QString, bool>();
         Driven program;
         set(program);
         program.window->MicWinShown = true; // by a click before a method was chosen
         program.window->pushButton_Mic_clicked();
-        const QStringList said = program.fake.log.calls(QStringLiteral("message 正在首次启动讯飞麦克风窗口"));
+        const QStringList said = program.fake.log.calls("message 正在首次启动讯飞麦克风窗口"_s);
         QCOMPARE(program.done(), done);
         QCOMPARE(program.window->ThirdPartyWindowOpen, open);
         QVERIFY(!program.window->MicWinShown);
-        QCOMPARE(!said.isEmpty(), open && done.contains(QStringLiteral("iFlyVoice")));
+        QCOMPARE(!said.isEmpty(), open && done.contains("iFlyVoice"_s));
     }
 };
 

@@ -7,6 +7,7 @@
 #include "support/ListeningPlatform.h"
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
+#include "support/Texts.h"
 #include "ui/Ask.h"
 #include "ui/MicTipDialog.h"
 #include "window/MainWindow.h"
@@ -38,19 +39,19 @@ public:
     explicit Desk(quint32 seed)
         : m_random(seed)
     {
-        home.write(QStringLiteral("MEVOEndpoints.ini"),
+        home.write("MEVOEndpoints.ini"_s,
                    "[Endpoints]\nBackendUrl=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BackendUrlBk1=\"http://127.0.0.1:9/mevowebapi?\"\n"
                    "BackendUrlBk2=\"http://127.0.0.1:9/mevowebapi?\"\nBaiduTokenHost=127.0.0.1:9\n"
                    "TranslateHost=127.0.0.1:9\n"
                    "BaiduSpeechHost=" +
                        m_recogniser.host().toLatin1() + "\n");
-        home.write(QStringLiteral("MEVOSetting.ini"),
+        home.write("MEVOSetting.ini"_s,
                    "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n");
         mevo::askHook = [](const mevo::Question &) { return 1; };
         plug();
         window = std::make_unique<MainWindow>(fake.platform);
-        window->BaiduAccessToken = QStringLiteral("token");
+        window->BaiduAccessToken = "token"_s;
         window->ClickCanASR = true;
         window->VoiceIntervalTime = 20; // of the heartbeat, so that it need not be waited for
         fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal);
@@ -77,7 +78,7 @@ public:
     void release()
     {
         m_recogniser.onRequest = nullptr;
-        m_recogniser.fallback = ScriptedAnswer::body(goodReply(QStringLiteral("late")));
+        m_recogniser.fallback = ScriptedAnswer::body(goodReply("late"_s));
         if (fake.hid->entries.empty()) {
             changePlug();
         }
@@ -97,7 +98,7 @@ public:
     }
     QString state() const
     {
-        return QStringLiteral(" | open %1 latched %2 idle %3 busy %4 device %5 recording %6 pending %7")
+        return " | open %1 latched %2 idle %3 busy %4 device %5 recording %6 pending %7"_s
             .arg(window->recorder()->isOpen())
             .arg(window->MicLatched.load())
             .arg(window->ResultIdle.load())
@@ -110,8 +111,7 @@ public:
     bool heartbeatComes()
     {
         fake.log.clear();
-        return QTest::qWaitFor(
-            [this] { return fake.log.has(QStringLiteral("hid send 05 81 01 00 00 00 00 00")); });
+        return QTest::qWaitFor([this] { return fake.log.has("hid send 05 81 01 00 00 00 00 00"_s); });
     }
 
     /// Dictates by the typing key as a patient user does: a press that is ignored after too-short ones is
@@ -129,7 +129,7 @@ public:
             fake.time->advance(1500);
             send(typingKey, false);
             if (records) {
-                return QTest::qWaitFor([&] { return fake.log.has(QStringLiteral("post 11 ") + text); });
+                return QTest::qWaitFor([&] { return fake.log.has("post 11 "_s + text); });
             }
             QTest::qWait(20);
         }
@@ -169,7 +169,7 @@ private:
     }
     void setRecogniser()
     {
-        const ScriptedAnswer good = ScriptedAnswer::body(goodReply(QStringLiteral("words")));
+        const ScriptedAnswer good = ScriptedAnswer::body(goodReply("words"_s));
         switch (below(6)) {
         case 0:
             m_recogniser.fallback = ScriptedAnswer::late(good);
@@ -199,7 +199,7 @@ private:
         case 4: {
             const int key = voiceKeys[below(int(std::size(voiceKeys)))];
             send(key, true);
-            return QStringLiteral("+%1").arg(key);
+            return "+%1"_s.arg(key);
         }
         case 5:
         case 6:
@@ -207,7 +207,7 @@ private:
         case 8: {
             const int key = voiceKeys[below(int(std::size(voiceKeys)))];
             send(key, false);
-            return QStringLiteral("-%1").arg(key);
+            return "-%1"_s.arg(key);
         }
         case 9: {
             QByteArray report(16, '\0');
@@ -215,28 +215,28 @@ private:
                 byte = char(below(4) == 0 ? below(256) : below(3));
             }
             fake.hid->push(report);
-            return QStringLiteral("odd:") + QString::fromLatin1(report.left(8).toHex());
+            return "odd:"_s + QString::fromLatin1(report.left(8).toHex());
         }
         case 10:
             changePlug();
-            return QStringLiteral("plug");
+            return "plug"_s;
         case 11:
             QTest::mousePress(window->micTip(), Qt::RightButton);
-            return QStringLiteral("latch");
+            return "latch"_s;
         case 12:
             window->CallMainFunctionSlot(22);
-            return QStringLiteral("reset");
+            return "reset"_s;
         case 13:
             m_recogniser.answerHeld();
-            return QStringLiteral("answer");
+            return "answer"_s;
         case 14:
             setRecogniser();
-            return QStringLiteral("recogniser");
+            return "recogniser"_s;
         default: {
             const int held = below(2000);
             fake.time->advance(held);
             QTest::qWait(below(40));
-            return QStringLiteral("%1ms").arg(held);
+            return "%1ms"_s.arg(held);
         }
         }
     }
@@ -257,11 +257,11 @@ private Q_SLOTS:
         const int scripts = number("MEVO_SCRIPTS", 200);
         Desk desk(quint32(number("MEVO_SEED", 1)));
         for (int i = 0; i < scripts; ++i) {
-            const QString what = QStringLiteral("script %1: %2").arg(i).arg(desk.run());
+            const QString what = "script %1: %2"_s.arg(i).arg(desk.run());
             desk.release();
             QVERIFY2(QTest::qWaitFor([&] { return desk.isQuiet(); }, 15000), qPrintable(what + desk.state()));
             QVERIFY2(desk.heartbeatComes(), qPrintable(what + desk.state()));
-            QVERIFY2(desk.dictates(QStringLiteral("dictation%1").arg(i)), qPrintable(what + desk.state()));
+            QVERIFY2(desk.dictates("dictation%1"_s.arg(i)), qPrintable(what + desk.state()));
             QVERIFY2(QTest::qWaitFor([&] { return desk.isQuiet(); }), qPrintable(what + desk.state()));
         }
     }

@@ -3,6 +3,7 @@
 #include "service/WebCipher.h"
 #include "session/KeyReport.h"
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
 #include "ui/Ask.h"
@@ -29,18 +30,9 @@ namespace {
 const ScratchHome home;
 const WebCipher cipher;
 
-QStringList list(std::initializer_list<const char *> texts)
-{
-    QStringList strings;
-    for (const char *each : texts) {
-        strings.append(QString::fromUtf8(each));
-    }
-    return strings;
-}
-
 QJsonObject oneRow(const QJsonObject &row)
 {
-    return {{QStringLiteral("items"), 1}, {QStringLiteral("result0"), row}};
+    return {{"items"_s, 1}, {"result0"_s, row}};
 }
 
 /// The backend at its three addresses, /main, /bk1 and /bk2 of one server, and Baidu's tokens. It notes what
@@ -56,10 +48,8 @@ public:
 
     ScriptedHttp server;
     QStringList down; ///< addresses that answer an error
-    QJsonObject product{{QStringLiteral("ClickCanASR"), QStringLiteral("1")},
-                        {QStringLiteral("VoiceIntervalTime"), QStringLiteral("700")}};
-    QJsonObject record{{QStringLiteral("UseTXAPIPara"), QStringLiteral("1")},
-                       {QStringLiteral("IPRecord"), QStringLiteral("192.0.2.9")}};
+    QJsonObject product{{"ClickCanASR"_s, "1"_s}, {"VoiceIntervalTime"_s, "700"_s}};
+    QJsonObject record{{"UseTXAPIPara"_s, "1"_s}, {"IPRecord"_s, "192.0.2.9"_s}};
     QJsonValue recordCount{1}; ///< rows of the device record that are announced
     QByteArray recordReply;    ///< sent in the place of the device record, if any
     QString refused;           ///< statements with this in them are answered with an error
@@ -72,17 +62,16 @@ public:
     /// tells the time of use as well.
     QStringList counters() const
     {
-        static const QRegularExpression expression(QStringLiteral(
+        static const QRegularExpression expression(
             "^main update mevodb\\.device_serialid set (\\w+UsedQuantity=\\d+)"
             "(,LatestLoginTime='2026-11-24 09:00:\\d\\d',CurrentVersion=107,CurrentSubVer='.+')? "
-            "where DongleID='(.+)'$"));
+            "where DongleID='(.+)'$"_s);
         QStringList found;
-        for (const QString &each : askedLike(QStringLiteral("UsedQuantity="))) {
+        for (const QString &each : askedLike("UsedQuantity="_s)) {
             const QRegularExpressionMatch match = expression.match(each);
             found.append(match.hasMatch()
-                             ? match.captured(1) +
-                                   (match.captured(2).isEmpty() ? QString() : QStringLiteral(" flush"))
-                             : QStringLiteral("? ") + each);
+                             ? match.captured(1) + (match.captured(2).isEmpty() ? QString() : " flush"_s)
+                             : "? "_s + each);
         }
         found.sort(); // those of one moment go over connections of their own
         return found;
@@ -92,9 +81,8 @@ private:
     ScriptedAnswer answer(const ScriptedRequest &request)
     {
         if (request.target.startsWith("/oauth")) {
-            static const QRegularExpression client(QStringLiteral("client_id=([^&]*)"));
-            asked.append(QStringLiteral("token ") +
-                         client.match(QString::fromLatin1(request.body)).captured(1));
+            static const QRegularExpression client("client_id=([^&]*)"_s);
+            asked.append("token "_s + client.match(QString::fromLatin1(request.body)).captured(1));
             const ScriptedAnswer token = ScriptedAnswer::body(R"({"access_token":"24.fresh"})");
             return holdToken ? ScriptedAnswer::late(token) : delayed(token);
         }
@@ -102,12 +90,12 @@ private:
         const QByteArray rest = request.target.mid(request.target.indexOf("___") + 3);
         const QString statement = cipher.DecryptString(QString::fromLatin1(rest.right(rest.size() & ~31)));
         asked.append(QString::fromLatin1(address) + QLatin1Char(' ') + statement);
-        m_log.add(QStringLiteral("asked ") + statement);
+        m_log.add("asked "_s + statement);
         if (down.contains(QString::fromLatin1(address)) ||
             (!refused.isEmpty() && statement.contains(refused))) {
             return ScriptedAnswer::body({}, 503);
         }
-        QJsonObject reply{{QStringLiteral("items"), 1}, {QStringLiteral("result"), QStringLiteral("107")}};
+        QJsonObject reply{{"items"_s, 1}, {"result"_s, "107"_s}};
         if (statement.contains(QLatin1String("productrecord"))) {
             reply = oneRow(product);
         } else if (statement.startsWith(QLatin1String("select *"))) {
@@ -115,12 +103,12 @@ private:
                 return ScriptedAnswer::body(recordReply);
             }
             reply = oneRow(record);
-            reply.insert(QStringLiteral("items"), recordCount);
+            reply.insert("items"_s, recordCount);
         } else if (statement.startsWith(QLatin1String("select F0"))) {
             QJsonObject account;
             const QString name = statement.section(u' ', -3, -3); // a Baidu list's column
             for (int i = 0; i < 3; ++i) {
-                account.insert(QStringLiteral("F%1").arg(i), mevo::encipherField(cipher, name));
+                account.insert("F%1"_s.arg(i), mevo::encipherField(cipher, name));
             }
             reply = oneRow(account);
         }
@@ -171,12 +159,12 @@ struct Program
             home.remove(QLatin1String(file));
         }
         const QByteArray host = backend.server.host().toLatin1();
-        home.write(QStringLiteral("MEVOEndpoints.ini"),
+        home.write("MEVOEndpoints.ini"_s,
                    "[Endpoints]\nBackendUrl=\"http://" + host + "/main?\"\nBackendUrlBk1=\"http://" + host +
                        "/bk1?\"\nBackendUrlBk2=\"http://" + host +
                        "/bk2?\"\nBaiduSpeechHost=127.0.0.1:9\nTranslateHost=127.0.0.1:9\nBaiduTokenHost=" +
                        host + "\n");
-        home.write(QStringLiteral("MEVOSetting.ini"),
+        home.write("MEVOSetting.ini"_s,
                    "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n" +
                        settings);
         if (plugged) {
@@ -234,7 +222,7 @@ struct Program
                 return;
             }
         }
-        QFAIL(qPrintable(QStringLiteral("no row ") + row));
+        QFAIL(qPrintable("no row "_s + row));
     }
     static QString setting(const char *key)
     {
@@ -242,11 +230,9 @@ struct Program
     }
 };
 
-const QString latchOff = QStringLiteral("hid send 05 20 08 00 00 00 00 00");
-const QString readProduct =
-    QStringLiteral("select * from mevodb.productrecord where CustomIndex=2 and ProductionIndex=1");
-const QString readRecord =
-    QStringLiteral("select * from mevodb.device_serialid where DongleID='02-01-001357'");
+const QString latchOff = "hid send 05 20 08 00 00 00 00 00"_s;
+const QString readProduct = "select * from mevodb.productrecord where CustomIndex=2 and ProductionIndex=1"_s;
+const QString readRecord = "select * from mevodb.device_serialid where DongleID='02-01-001357'"_s;
 
 } // namespace
 
@@ -266,8 +252,8 @@ private Q_SLOTS:
         const MainWindow &window = program.start();
         QStringList asked = program.backend.asked;
         QVERIFY2(asked.size() == 15, qPrintable(asked.join(u'\n')));
-        QCOMPARE(asked.takeFirst(), QStringLiteral("main newGetNewVer"));
-        QCOMPARE(asked.takeFirst(), QStringLiteral("main ") + readProduct);
+        QCOMPARE(asked.takeFirst(), "main newGetNewVer"_s);
+        QCOMPARE(asked.takeFirst(), "main "_s + readProduct);
         QStringList lists = asked.mid(0, 9); // these go side by side
         lists.sort();
         QCOMPARE(lists, (list({"main select F0,F1 from mevodb.bdasrfyid where F2 = 1",
@@ -280,12 +266,12 @@ private Q_SLOTS:
                                "main select F0,F1,F2 from mevodb.wxfasrid where F3 = 1",
                                "main select F0,F1,F2 from mevodb.wxfasrid where F3 = 1 and F4 = 1"})));
         asked = asked.mid(9);
-        QCOMPARE(asked.takeFirst(), QStringLiteral("token zbb"));
+        QCOMPARE(asked.takeFirst(), "token zbb"_s);
         QVERIFY(asked.takeFirst().startsWith(QLatin1String("token ")));
-        QCOMPARE(asked.takeFirst(), QStringLiteral("main ") + readRecord);
+        QCOMPARE(asked.takeFirst(), "main "_s + readRecord);
         const QRegularExpression address(
-            QStringLiteral("^main update mevodb\\.device_serialid set IPRecord='[0-9a-f.:]+' where "
-                           "DongleID='02-01-001357'$"));
+            "^main update mevodb\\.device_serialid set IPRecord='[0-9a-f.:]+' where "
+            "DongleID='02-01-001357'$"_s);
         QVERIFY2(address.match(asked.first()).hasMatch(), qPrintable(asked.first()));
         QVERIFY(window.ClickCanASR && window.NoDeviceMode);
         QCOMPARE(window.VoiceIntervalTime, 700);
@@ -308,10 +294,10 @@ private Q_SLOTS:
         QVERIFY(window.InitDone);
         QVERIFY(!window.ClickCanASR && window.BaiduAccessToken.isEmpty() && !window.recorder()->UseTXASRApi);
         QTRY_VERIFY_WITH_TIMEOUT(window.ClickCanASR, 10000);
-        QTRY_COMPARE_WITH_TIMEOUT(window.BaiduAccessToken, QStringLiteral("24.fresh"), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(window.BaiduAccessToken, "24.fresh"_s, 10000);
         QTRY_VERIFY_WITH_TIMEOUT(window.recorder()->UseTXASRApi, 10000);
-        QTRY_VERIFY_WITH_TIMEOUT(!program.backend.askedLike(QStringLiteral("IPRecord")).isEmpty(), 10000);
-        QVERIFY(!home.read(QStringLiteral("bbzdsrbdssset.ini")).isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!program.backend.askedLike("IPRecord"_s).isEmpty(), 10000);
+        QVERIFY(!home.read("bbzdsrbdssset.ini"_s).isEmpty());
     }
 
     /// The engine of a first run is told to a backend that was too slow for the start, before the record that
@@ -321,33 +307,32 @@ private Q_SLOTS:
         const QScopedValueRollback<int> wait(MainWindow::startWaitMs, 100);
         Program program(true, "FirstRunApp=1\n");
         program.backend.delayMs = 250;
-        program.backend.record = {{QStringLiteral("UseBDAPIPara"), QStringLiteral("1")},
-                                  {QStringLiteral("IPRecord"), QStringLiteral("192.0.2.9")}};
+        program.backend.record = {{"UseBDAPIPara"_s, "1"_s}, {"IPRecord"_s, "192.0.2.9"_s}};
         const MainWindow &window = program.start();
         QVERIFY(window.recorder()->UseTXASRApi && !window.BackendReachable);
-        const QString told = QStringLiteral("UseTXAPIPara= '1'");
+        const QString told = "UseTXAPIPara= '1'"_s;
         QTRY_VERIFY_WITH_TIMEOUT(!program.backend.askedLike(readRecord).isEmpty(), 20000);
         const QString choice = program.backend.askedLike(told).value(0);
         QVERIFY2(!choice.isEmpty(), qPrintable(program.backend.asked.join(u'\n')));
         QVERIFY(program.backend.asked.indexOf(choice) <
-                program.backend.asked.indexOf(QStringLiteral("main ") + readRecord));
+                program.backend.asked.indexOf("main "_s + readRecord));
     }
 
     void aChoiceDuringTheReadingOfTheRecordHolds()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         program.backend.server.onRequest = [&](const ScriptedRequest &) {
             program.backend.server.onRequest = nullptr;
-            QTimer::singleShot(0, &window, [&] { program.choose(QStringLiteral("英语(讯飞版)")); });
+            QTimer::singleShot(0, &window, [&] { program.choose("英语(讯飞版)"_s); });
         };
         program.backend.delayMs = 100;
-        program.backend.record[QStringLiteral("UseXFWPIDWAPara")] = QStringLiteral("1");
-        program.backend.record[QStringLiteral("ShowXFDialect")] = QString::number(1 - window.ShowXFDialect);
+        program.backend.record["UseXFWPIDWAPara"_s] = "1"_s;
+        program.backend.record["ShowXFDialect"_s] = QString::number(1 - window.ShowXFDialect);
         window.recorder()->EnableXunFeiWebApiDwa = false;
         window.ReadServerInfo(); // the row says Tencent
         QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->UseTXASRApi);
-        QCOMPARE(Program::setting("XunFeiWebApiCurrentVoiceType"), QStringLiteral("en_us"));
+        QCOMPARE(Program::setting("XunFeiWebApiCurrentVoiceType"), "en_us"_s);
         QVERIFY(window.recorder()->EnableXunFeiWebApiDwa); // what he has not chosen is the record's
     }
 
@@ -355,14 +340,14 @@ private Q_SLOTS:
     void anOlderAnswerDoesNotUndoANewerOne()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
-        program.backend.record = {{QStringLiteral("UseTXAPIPara"), 1}, {QStringLiteral("ShowTXI"), 0}};
+        MainWindow &window = program.startWith("B"_s);
+        program.backend.record = {{"UseTXAPIPara"_s, 1}, {"ShowTXI"_s, 0}};
         program.backend.delayMs = 3600000; // until somebody lets it go
         program.backend.server.onRequest = [&](const ScriptedRequest &) {
             program.backend.server.onRequest = nullptr;
             QTimer::singleShot(0, &window, [&] {
                 program.backend.delayMs = 0;
-                program.backend.record = {{QStringLiteral("UseXFWAPIPara"), 1}};
+                program.backend.record = {{"UseXFWAPIPara"_s, 1}};
                 window.ReadServerInfo();
                 program.backend.server.answerHeld();
             });
@@ -378,45 +363,45 @@ private Q_SLOTS:
     void aChoiceThatTheBackendHasNotHeardHolds()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("T"));
+        MainWindow &window = program.startWith("T"_s);
         window.IsOnline = false;
-        program.choose(QStringLiteral("英语(讯飞版)"));
+        program.choose("英语(讯飞版)"_s);
         QVERIFY(window.recorder()->UseXunFeiWebApi);
-        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("1"));
+        QCOMPARE(Program::setting("EngineChoiceUntold"), "1"_s);
         window.IsOnline = true;
-        program.backend.refused = QStringLiteral("DefaultRecEngine");
+        program.backend.refused = "DefaultRecEngine"_s;
         window.ReadServerInfo(); // the row still says Tencent
         QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->UseTXASRApi);
         program.backend.refused.clear();
-        program.backend.record[QStringLiteral("UseTXAPIPara")] = QStringLiteral("0");
+        program.backend.record["UseTXAPIPara"_s] = "0"_s;
         program.backend.asked.clear();
         window.ReadServerInfo();
         QVERIFY(program.backend.asked.first().contains(QLatin1String("UseXFSDKPara = '1'")));
         QVERIFY(window.recorder()->UseXunFeiWebApi);
-        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("0"));
+        QCOMPARE(Program::setting("EngineChoiceUntold"), "0"_s);
     }
 
     /// The settings page has changed what the record holds as well, while the backend could not be told.
     void theRecordDoesNotUndoAChoiceOfTheSettings()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("T"));
-        program.backend.record[QStringLiteral("ForceUseASR3")] = QStringLiteral("0");
-        program.backend.refused = QStringLiteral("ForceUseASR3=");
+        MainWindow &window = program.startWith("T"_s);
+        program.backend.record["ForceUseASR3"_s] = "0"_s;
+        program.backend.refused = "ForceUseASR3="_s;
         window.ForceUseASR3 = false;
         window.LocalEnableASR3 = true; // so that the box can be used
         window.pushBuutton_Setting_clicked();
-        window.findChild<QAbstractButton *>(QStringLiteral("checkBox_ForceUseASR3"))->click();
-        QTRY_VERIFY(!program.backend.askedLike(QStringLiteral("set ForceUseASR3=1")).isEmpty());
+        window.findChild<QAbstractButton *>("checkBox_ForceUseASR3"_s)->click();
+        QTRY_VERIFY(!program.backend.askedLike("set ForceUseASR3=1"_s).isEmpty());
         window.ReadServerInfo();
         QVERIFY(window.ForceUseASR3);
-        QCOMPARE(Program::setting("RecordChoicesUntold"), QStringLiteral("ForceUseASR3=1"));
+        QCOMPARE(Program::setting("RecordChoicesUntold"), "ForceUseASR3=1"_s);
         program.backend.refused.clear();
         program.backend.asked.clear();
         window.ReadServerInfo();
         QCOMPARE(program.backend.asked.first(),
-                 QStringLiteral("main update mevodb.device_serialid set ForceUseASR3=1 where DongleID='%1'")
-                     .arg(window.DongleID));
+                 "main update mevodb.device_serialid set ForceUseASR3=1 where DongleID='%1'"_s.arg(
+                     window.DongleID));
         QCOMPARE(Program::setting("RecordChoicesUntold"), QString());
         window.ReadServerInfo(); // what it says now it says knowing of the choice
         QVERIFY(!window.ForceUseASR3);
@@ -427,20 +412,20 @@ private Q_SLOTS:
     void aReadingThatWasSentBeforeAChoiceDoesNotUndoIt()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("T"));
+        MainWindow &window = program.startWith("T"_s);
         window.ForceUseASR3 = false;
         window.LocalEnableASR3 = true; // so that the box can be used
         window.pushBuutton_Setting_clicked();
-        program.backend.record = {{QStringLiteral("ForceUseASR3"), QStringLiteral("0")}};
+        program.backend.record = {{"ForceUseASR3"_s, "0"_s}};
         program.backend.delayMs = 3600000; // until somebody lets it go
         program.backend.server.onRequest = [&](const ScriptedRequest &) {
             program.backend.server.onRequest = nullptr;
             QTimer::singleShot(0, &window, [&] {
                 program.backend.delayMs = 0;
-                window.findChild<QAbstractButton *>(QStringLiteral("checkBox_ForceUseASR3"))->click();
-                QTRY_VERIFY(!program.backend.askedLike(QStringLiteral("set ForceUseASR3=1")).isEmpty());
+                window.findChild<QAbstractButton *>("checkBox_ForceUseASR3"_s)->click();
+                QTRY_VERIFY(!program.backend.askedLike("set ForceUseASR3=1"_s).isEmpty());
                 QTRY_COMPARE(Program::setting("RecordChoicesUntold"), QString());
-                program.backend.refused = QStringLiteral("select *");
+                program.backend.refused = "select *"_s;
                 window.ReadServerInfo();
                 program.backend.server.answerHeld();
             });
@@ -457,29 +442,29 @@ private Q_SLOTS:
     void aChoiceWhileTheOneBeforeIsBeingToldIsNotLost()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         window.BuildAsrLanMenu(false, false);
         program.backend.delayMs = 3600000;
         program.backend.server.onRequest = [&](const ScriptedRequest &) {
             program.backend.server.onRequest = nullptr;
             QTimer::singleShot(0, &window, [&] {
                 program.backend.delayMs = 0;
-                program.choose(QStringLiteral("英语(讯飞版)"));
+                program.choose("英语(讯飞版)"_s);
                 QCOMPARE(program.backend.asked.size(), 1);
-                QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("1"));
-                program.backend.refused = QStringLiteral("UseXFSDKPara = '1'");
+                QCOMPARE(Program::setting("EngineChoiceUntold"), "1"_s);
+                program.backend.refused = "UseXFSDKPara = '1'"_s;
                 program.backend.server.answerHeld();
             });
         };
-        program.choose(QStringLiteral("普通话(腾讯版)"));
-        const QString second = QStringLiteral("UseXFSDKPara = '1'");
+        program.choose("普通话(腾讯版)"_s);
+        const QString second = "UseXFSDKPara = '1'"_s;
         QVERIFY(window.recorder()->UseXunFeiWebApi);
         QCOMPARE(program.backend.askedLike(second).size(), 1);
-        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("1"));
+        QCOMPARE(Program::setting("EngineChoiceUntold"), "1"_s);
         program.backend.refused.clear();
         window.ReadServerInfo(); // the row says Tencent
         QCOMPARE(program.backend.askedLike(second).size(), 2);
-        QCOMPARE(Program::setting("EngineChoiceUntold"), QStringLiteral("0"));
+        QCOMPARE(Program::setting("EngineChoiceUntold"), "0"_s);
     }
 
     /// A record that is not there yet cannot hold what it is told, though the backend answers: the choices
@@ -495,8 +480,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, when);
         Program program;
-        program.backend.refused = QStringLiteral("select * from mevodb.device_serialid"); // it is read late
-        MainWindow &window = program.startWith(QStringLiteral("T"));
+        program.backend.refused = "select * from mevodb.device_serialid"_s; // it is read late
+        MainWindow &window = program.startWith("T"_s);
         program.backend.refused.clear();
         program.backend.recordCount = 0;
         window.BackendReachable = true;
@@ -504,12 +489,11 @@ private Q_SLOTS:
         window.EnableASR3 = when != QLatin1String("offline");
         window.pushBuutton_Setting_clicked();
         const auto choose = [&] {
-            window.findChild<QAbstractButton *>(QStringLiteral("checkBox_ForceUseASR3"))->click();
-            program.choose(QStringLiteral("英语(讯飞版)"));
+            window.findChild<QAbstractButton *>("checkBox_ForceUseASR3"_s)->click();
+            program.choose("英语(讯飞版)"_s);
         };
         if (when == QLatin1String("during")) {
-            mevo::SettingsFile().setValue(QStringLiteral("RecordChoicesUntold"),
-                                          QStringLiteral("EnableASR3=1"));
+            mevo::SettingsFile().setValue("RecordChoicesUntold"_s, "EnableASR3=1"_s);
             program.backend.delayMs = 100;
             program.backend.server.onRequest = [&](const ScriptedRequest &) {
                 if (!program.backend.askedLike(readRecord).isEmpty()) {
@@ -521,7 +505,7 @@ private Q_SLOTS:
             window.IsOnline = when == QLatin1String("before");
             choose();
             QTRY_VERIFY(window.recorder()->UseXunFeiWebApi);
-            QTRY_VERIFY(Program::setting("RecordChoicesUntold").contains(QStringLiteral("ForceUseASR3=0")));
+            QTRY_VERIFY(Program::setting("RecordChoicesUntold").contains("ForceUseASR3=0"_s));
             window.IsOnline = true;
         }
         window.ReadServerInfo();
@@ -529,30 +513,27 @@ private Q_SLOTS:
         QVERIFY(!window.EnableASR3 && !window.LocalEnableASR3);
         const auto toldAfterwards = [&program](const QString &part) {
             const QStringList told = program.backend.askedLike(part);
-            const QStringList inserts = program.backend.askedLike(QStringLiteral("insert into"));
+            const QStringList inserts = program.backend.askedLike("insert into"_s);
             return !told.isEmpty() && inserts.size() == 1 &&
                    program.backend.asked.lastIndexOf(told.last()) > program.backend.asked.indexOf(inserts[0]);
         };
-        QTRY_VERIFY(toldAfterwards(QStringLiteral("ForceUseASR3=0")));
-        QTRY_VERIFY(toldAfterwards(QStringLiteral("UseXFSDKPara = '1'")));
-        QTRY_COMPARE(Program::setting("RecordChoicesUntold") + Program::setting("EngineChoiceUntold"),
-                     QStringLiteral("0"));
+        QTRY_VERIFY(toldAfterwards("ForceUseASR3=0"_s));
+        QTRY_VERIFY(toldAfterwards("UseXFSDKPara = '1'"_s));
+        QTRY_COMPARE(Program::setting("RecordChoicesUntold") + Program::setting("EngineChoiceUntold"), "0"_s);
     }
 
     void theProductRecordComesFromEachAddress_data()
     {
-        QTest::addColumn<QStringList>("down");
-        QTest::addColumn<QString>("from");
-        QTest::newRow("main") << QStringList() << "main";
-        QTest::newRow("first backup") << list({"main"}) << "bk1";
-        QTest::newRow("second backup") << list({"main", "bk1"}) << "bk2";
-        QTest::newRow("none") << list({"main", "bk1", "bk2"}) << QString();
+        const Rows<QStringList, QString> row; // down, from
+        row("main", QStringList(), "main");
+        row("first backup", list({"main"}), "bk1");
+        row("second backup", list({"main", "bk1"}), "bk2");
+        row("none", list({"main", "bk1", "bk2"}), QString());
     }
 
     void theProductRecordComesFromEachAddress()
     {
-        QFETCH(QStringList, down);
-        QFETCH(QString, from);
+        const auto [down, from] = rowOf<QStringList, QString>();
         Program program(false);
         program.backend.down = down;
         const MainWindow &window = program.start();
@@ -560,10 +541,10 @@ private Q_SLOTS:
         for (const QString &address : list({"main ", "bk1 ", "bk2 "})) {
             all.append(address + readProduct);
         }
-        const QStringList asked = program.backend.askedLike(QStringLiteral("productrecord"));
+        const QStringList asked = program.backend.askedLike("productrecord"_s);
         QCOMPARE(asked, from.isEmpty() ? all : all.mid(0, down.size() + 1));
         QCOMPARE(window.NoDeviceMode, !from.isEmpty()); // the program may be used without a receiver
-        QCOMPARE(window.DongleID, from.isEmpty() ? QString() : QStringLiteral("02-01--1"));
+        QCOMPARE(window.DongleID, from.isEmpty() ? QString() : "02-01--1"_s);
         QCOMPARE(window.BackendReachable.load(), down.isEmpty());
     }
 
@@ -571,10 +552,9 @@ private Q_SLOTS:
 
     void theDeviceRecordComesFromEachAddress()
     {
-        QFETCH(QStringList, down);
-        QFETCH(QString, from);
+        const auto [down, from] = rowOf<QStringList, QString>();
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         program.backend.down = down;
         window.ReadServerInfo();
         QStringList all;
@@ -604,34 +584,31 @@ private Q_SLOTS:
 
     void whatAnExitWrites_data()
     {
-        QTest::addColumn<QString>("engines");
-        QTest::addColumn<QByteArray>("exit");
-        QTest::addColumn<QStringList>("counters");
+        const Rows<QString, QByteArray, QStringList> row; // engines, exit, counters
         const QByteArray asked("on_exitAppAction");
         const QByteArray restart("RebootAppDelayTimeout");
         const QByteArray byItself("exitByItself");
         const QStringList baidu = list({"BDSR1DUsedQuantity=3", "BDSR1DUsedQuantity=3 flush"});
         const QStringList xunFei = list({"XFSR1DUsedQuantity=5", "XFSR1DUsedQuantity=5 flush"});
         const QStringList tencent = list({"TXSR1DUsedQuantity=4 flush"});
-        QTest::newRow("asked, Baidu") << "B" << asked << baidu;
-        QTest::newRow("asked, XunFei") << "X" << asked << xunFei;
-        QTest::newRow("asked, Tencent") << "T" << asked << tencent;
-        QTest::newRow("asked, none") << "" << asked << QStringList();
-        QTest::newRow("asked, Baidu and XunFei") << "BX" << asked << baidu + xunFei;
-        QTest::newRow("restart, Baidu") << "B" << restart << baidu;
-        QTest::newRow("restart, Tencent") << "T" << restart << tencent;
-        QTest::newRow("by itself, Baidu") << "B" << byItself << baidu;
-        QTest::newRow("by itself, Tencent") << "T" << byItself << list({"TXSR1DUsedQuantity=4"}) + tencent;
+        row("asked, Baidu", "B", asked, baidu);
+        row("asked, XunFei", "X", asked, xunFei);
+        row("asked, Tencent", "T", asked, tencent);
+        row("asked, none", "", asked, QStringList());
+        row("asked, Baidu and XunFei", "BX", asked, baidu + xunFei);
+        row("restart, Baidu", "B", restart, baidu);
+        row("restart, Tencent", "T", restart, tencent);
+        row("by itself, Baidu", "B", byItself, baidu);
+        row("by itself, Tencent", "T", byItself, list({"TXSR1DUsedQuantity=4"}) + tencent);
     }
 
     void whatAnExitWrites()
     {
-        QFETCH(QString, engines);
-        QFETCH(QByteArray, exit);
+        const auto [engines, exit, counters] = rowOf<QString, QByteArray, QStringList>();
         Program program;
         MainWindow &window = program.startWith(engines);
         QVERIFY(QMetaObject::invokeMethod(&window, exit.constData()));
-        QTEST(program.backend.counters(), "counters");
+        QCOMPARE(program.backend.counters(), counters);
         // All of them have arrived before the microphone is switched off.
         const QStringList calls = program.fake.log.calls();
         QVERIFY(calls.contains(latchOff));
@@ -642,21 +619,17 @@ private Q_SLOTS:
 
     void whatHoldsTheCountersBack_data()
     {
-        QTest::addColumn<bool>("reachable");
-        QTest::addColumn<bool>("locked");
-        QTest::addColumn<bool>("pressing");
-        QTest::newRow("no backend") << false << false << false;
-        QTest::newRow("locked") << true << true << false;
-        QTest::newRow("a press is being handled") << true << false << true;
+        const Rows<bool, bool, bool> row; // reachable, locked, pressing
+        row("no backend", false, false, false);
+        row("locked", true, true, false);
+        row("a press is being handled", true, false, true);
     }
 
     void whatHoldsTheCountersBack()
     {
-        QFETCH(bool, reachable);
-        QFETCH(bool, locked);
-        QFETCH(bool, pressing);
+        const auto [reachable, locked, pressing] = rowOf<bool, bool, bool>();
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         window.BackendReachable = reachable;
         window.CountersLocked = locked;
         window.KeyDownHeld = pressing;
@@ -670,25 +643,23 @@ private Q_SLOTS:
 
     void theCountersAreWritten_data()
     {
-        QTest::addColumn<bool>("plugged");
-        QTest::addColumn<bool>("connected");
-        QTest::newRow("with a receiver") << true << true;
-        QTest::newRow("without a receiver") << false << true;
-        QTest::newRow("after its removal") << false << false;
+        const Rows<bool, bool> row; // plugged, connected
+        row("with a receiver", true, true);
+        row("without a receiver", false, true);
+        row("after its removal", false, false);
     }
 
     void theCountersAreWritten()
     {
-        QFETCH(bool, plugged);
-        QFETCH(bool, connected);
+        const auto [plugged, connected] = rowOf<bool, bool>();
         Program program(plugged);
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         window.DeviceConnected = connected;
         window.ClickCanASR = true;
         window.micTip()->show();
         const std::function<void()> ends[] = {
             [&] { window.onEnterTimerAfterRec(); },
-            [&] { window.showRecText(QStringLiteral("__AutoOver__")); },
+            [&] { window.showRecText("__AutoOver__"_s); },
             [&] {
                 QTest::mousePress(window.micTip(), Qt::RightButton);
                 window.BDSR1DUsedQuantity = 3; // what the empty session may have added
@@ -702,8 +673,7 @@ private Q_SLOTS:
             program.fake.log.clear();
             end();
             if (connected) {
-                QTRY_COMPARE(program.backend.counters().value(0),
-                             QStringLiteral("BDSR1DUsedQuantity=3 flush"));
+                QTRY_COMPARE(program.backend.counters().value(0), "BDSR1DUsedQuantity=3 flush"_s);
             }
             QCOMPARE(program.fake.log.has(latchOff), plugged);
         }
@@ -716,7 +686,7 @@ private Q_SLOTS:
     void theMenuFlushesBeforeItClosesVoiceInput()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("T"));
+        MainWindow &window = program.startWith("T"_s);
         window.on_closeASRFuncAction();
         QVERIFY(window.ASRFuncClosed && program.fake.log.has(latchOff));
         QTRY_COMPARE(program.backend.counters(), list({"TXSR1DUsedQuantity=4 flush"}));
@@ -725,7 +695,7 @@ private Q_SLOTS:
     void aBaiduRowTakesItsAccountFirst()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("T"));
+        MainWindow &window = program.startWith("T"_s);
         window.BuildAsrLanMenu(false, false);
         program.backend.holdToken = true;
         window.ThirdPartyActive = true; // an input method is left for the row
@@ -738,16 +708,16 @@ private Q_SLOTS:
                 QTimer::singleShot(0, &window, [&] { program.backend.server.answerHeld(); });
             }
         };
-        program.choose(QStringLiteral("粤语(百度版)"));
-        QCOMPARE(program.backend.askedLike(QStringLiteral("token")), list({"token yby"}));
-        QCOMPARE(codeAtTheToken, QStringLiteral("15371537"));
+        program.choose("粤语(百度版)"_s);
+        QCOMPARE(program.backend.askedLike("token"_s), list({"token yby"}));
+        QCOMPARE(codeAtTheToken, "15371537"_s);
         QVERIFY(!methodAtTheToken); // a press in that wait would open the method's window again
-        QCOMPARE(Program::setting("BaiDuCurrentVoiceType"), QStringLiteral("1637"));
+        QCOMPARE(Program::setting("BaiDuCurrentVoiceType"), "1637"_s);
         QVERIFY(window.recorder()->BaiDuNoStreamApi && !window.recorder()->UseTXASRApi);
         QVERIFY(program.backend.asked.last().contains(QLatin1String("UseBDAPIPara ='1'")));
         program.backend.asked.clear();
-        program.choose(QStringLiteral("粤语(百度版)")); // in force already
-        QVERIFY(program.backend.askedLike(QStringLiteral("token")).isEmpty());
+        program.choose("粤语(百度版)"_s); // in force already
+        QVERIFY(program.backend.askedLike("token"_s).isEmpty());
     }
 
     void whatComesWhileTheAccountIsFetchedHolds_data()
@@ -761,31 +731,30 @@ private Q_SLOTS:
     {
         QFETCH(bool, exit);
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("T"));
+        MainWindow &window = program.startWith("T"_s);
         window.BuildAsrLanMenu(false, false);
         program.backend.holdToken = true;
         program.backend.server.onRequest = [&](const ScriptedRequest &request) {
             if (request.target.startsWith("/oauth")) {
                 QTimer::singleShot(0, &window, [&, exit] {
-                    exit ? window.exitByItself() : program.choose(QStringLiteral("英语(讯飞版)"));
+                    exit ? window.exitByItself() : program.choose("英语(讯飞版)"_s);
                     program.backend.server.answerHeld();
                 });
             }
         };
-        program.choose(QStringLiteral("粤语(百度版)"));
-        QCOMPARE(Program::setting("BaiDuCurrentVoiceType"),
-                 exit ? QStringLiteral("1637") : QStringLiteral("1537"));
+        program.choose("粤语(百度版)"_s);
+        QCOMPARE(Program::setting("BaiDuCurrentVoiceType"), exit ? "1637"_s : "1537"_s);
         if (exit) {
             QVERIFY(window.recorder() == nullptr);
         } else {
             QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->BaiDuNoStreamApi);
-            QCOMPARE(Program::setting("XunFeiWebApiCurrentVoiceType"), QStringLiteral("en_us"));
+            QCOMPARE(Program::setting("XunFeiWebApiCurrentVoiceType"), "en_us"_s);
             // The account that was drawn is not that of Baidu's language in force.
             program.backend.server.onRequest = nullptr;
             program.backend.holdToken = false;
             program.backend.asked.clear();
-            program.choose(QStringLiteral("普通话(百度版)"));
-            QCOMPARE(program.backend.askedLike(QStringLiteral("token")), list({"token zbb"}));
+            program.choose("普通话(百度版)"_s);
+            QCOMPARE(program.backend.askedLike("token"_s), list({"token zbb"}));
         }
     }
 
@@ -800,7 +769,7 @@ private Q_SLOTS:
     void whatTheRecordHidesLeavesTheMenu()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         const auto rows = [&] {
             QStringList texts;
             for (const QAction *action : window.languageMenu()->actions()) {
@@ -813,75 +782,67 @@ private Q_SLOTS:
             window.ReadServerInfo();
             return rows();
         };
-        QVERIFY(rows().contains(QStringLiteral("普通话(讯飞版)")) &&
-                rows().contains(QStringLiteral("粤语(百度版)")));
-        QString seen = read({{QStringLiteral("ShowXFWebApi"), QStringLiteral("0")},
-                             {QStringLiteral("ShowBdYYI"), QStringLiteral("0")}});
-        QVERIFY(!seen.contains(QStringLiteral("讯飞版")) && !seen.contains(QStringLiteral("粤语(百度版)")));
-        QVERIFY(seen.contains(QStringLiteral("普通话(百度版)")) && window.recorder()->BaiDuNoStreamApi);
-        seen = read({{QStringLiteral("ShowBaiduI"), QStringLiteral("0")}});
-        QVERIFY(!seen.contains(QStringLiteral("百度版")) && window.recorder()->UseTXASRApi);
-        QCOMPARE(Program::setting("UseTXASRApi"), QStringLiteral("1"));
-        mevo::SettingsFile().setValue(QStringLiteral("TXCurrentVoiceType"), QStringLiteral("16k_zh_dialect"));
-        window.TXCurrentVoiceType = QStringLiteral("16k_zh_dialect");
-        read({{QStringLiteral("ShowTecentZhDialect"), QStringLiteral("0")}});
-        QCOMPARE(window.TXCurrentVoiceType, QStringLiteral("16k_zh"));
-        QCOMPARE(Program::setting("TXCurrentVoiceType"), QStringLiteral("16k_zh"));
-        read({{QStringLiteral("EnableASR3"), QStringLiteral("1")},
-              {QStringLiteral("HW2ScreenIntervalTime"), QStringLiteral("25")}});
+        QVERIFY(rows().contains("普通话(讯飞版)"_s) && rows().contains("粤语(百度版)"_s));
+        QString seen = read({{"ShowXFWebApi"_s, "0"_s}, {"ShowBdYYI"_s, "0"_s}});
+        QVERIFY(!seen.contains("讯飞版"_s) && !seen.contains("粤语(百度版)"_s));
+        QVERIFY(seen.contains("普通话(百度版)"_s) && window.recorder()->BaiDuNoStreamApi);
+        seen = read({{"ShowBaiduI"_s, "0"_s}});
+        QVERIFY(!seen.contains("百度版"_s) && window.recorder()->UseTXASRApi);
+        QCOMPARE(Program::setting("UseTXASRApi"), "1"_s);
+        mevo::SettingsFile().setValue("TXCurrentVoiceType"_s, "16k_zh_dialect"_s);
+        window.TXCurrentVoiceType = "16k_zh_dialect"_s;
+        read({{"ShowTecentZhDialect"_s, "0"_s}});
+        QCOMPARE(window.TXCurrentVoiceType, "16k_zh"_s);
+        QCOMPARE(Program::setting("TXCurrentVoiceType"), "16k_zh"_s);
+        read({{"EnableASR3"_s, "1"_s}, {"HW2ScreenIntervalTime"_s, "25"_s}});
         QVERIFY(window.EnableASR3 && window.LocalEnableASR3 && !window.ThirdPartyActive); // nobody has agreed
-        QCOMPARE(Program::setting("HW2ScreenIntervalTime"), QStringLiteral("25"));
+        QCOMPARE(Program::setting("HW2ScreenIntervalTime"), "25"_s);
         QCOMPARE(program.backend.asked.takeLast(),
-                 QStringLiteral("main select * from mevodb.asr3setting where ASR3Index=1"));
+                 "main select * from mevodb.asr3setting where ASR3Index=1"_s);
         for (const QString &each : program.backend.asked) {
-            QCOMPARE(each, QStringLiteral("main ") + readRecord);
+            QCOMPARE(each, "main "_s + readRecord);
         }
     }
 
     void aRecordThatIsNotThereIsMade_data()
     {
-        QTest::addColumn<QJsonValue>("count");
-        QTest::addColumn<bool>("refused");
-        QTest::addColumn<bool>("made");
-        QTest::newRow("no row") << QJsonValue(0) << false << true;
-        QTest::newRow("two rows") << QJsonValue(QStringLiteral("2")) << false << true;
-        QTest::newRow("refused") << QJsonValue(0) << true << false;
-        QTest::newRow("no count") << QJsonValue(QJsonValue::Undefined) << false << false;
-        QTest::newRow("a count that is none") << QJsonValue(QStringLiteral("many")) << false << false;
+        const Rows<QJsonValue, bool, bool> row; // count, refused, made
+        row("no row", QJsonValue(0), false, true);
+        row("two rows", QJsonValue("2"_s), false, true);
+        row("refused", QJsonValue(0), true, false);
+        row("no count", QJsonValue(QJsonValue::Undefined), false, false);
+        row("a count that is none", QJsonValue("many"_s), false, false);
     }
 
     void aRecordThatIsNotThereIsMade()
     {
-        QFETCH(QJsonValue, count);
-        QFETCH(bool, refused);
-        QFETCH(bool, made);
+        const auto [count, refused, made] = rowOf<QJsonValue, bool, bool>();
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         program.backend.recordCount = count;
-        program.backend.refused = refused ? QStringLiteral("insert into") : QString();
+        program.backend.refused = refused ? "insert into"_s : QString();
         window.ShowASR3UI = false;
         window.BuildAsrLanMenu(false, false);
         window.ReadServerInfo();
         if (!refused) {
-            const QString row = QStringLiteral("使用讯飞语音输入法"); // shown by a new record
+            const QString row = "使用讯飞语音输入法"_s; // shown by a new record
             const QList<QAction *> rows = window.languageMenu()->actions();
             QCOMPARE(std::any_of(rows.begin(), rows.end(),
                                  [&row](const QAction *action) { return action->text() == row; }),
                      made);
         }
-        const QStringList inserts = program.backend.askedLike(QStringLiteral("insert"));
+        const QStringList inserts = program.backend.askedLike("insert"_s);
         QCOMPARE(inserts.size(), int(made || refused));
-        const QRegularExpression insert(QStringLiteral(
+        const QRegularExpression insert(
             "^main insert into mevodb\\.device_serialid "
             "\\(DongleID,LastLoginDateTime,CurrentVersion,CurrentSubVer,DefaultRecEngine\\) VALUES "
-            "\\('02-01-001357','2026-11-24 09:00:\\d\\d',107,'.+','10'\\)$"));
+            "\\('02-01-001357','2026-11-24 09:00:\\d\\d',107,'.+','10'\\)$"_s);
         QVERIFY2(inserts.isEmpty() || insert.match(inserts[0]).hasMatch(), qPrintable(inserts.join(u'|')));
         QCOMPARE(window.BDSR1DUsedQuantity, made ? 0 : 3);
         if (refused) {
             QTRY_VERIFY(window.recorder() == nullptr); // the program has left
             QCOMPARE(program.questions.size(), 1);
-            QCOMPARE(program.questions[0].text,
-                     QStringLiteral("初始化数据错误，请升级安装最新版本软件或联系客服解决！"));
+            QCOMPARE(program.questions[0].text, "初始化数据错误，请升级安装最新版本软件或联系客服解决！"_s);
         }
         QVERIFY(refused || (window.recorder() != nullptr && program.questions.isEmpty()));
     }
@@ -896,11 +857,11 @@ private Q_SLOTS:
         QTest::newRow("a page") << QByteArray("<!DOCTYPE html><html><body>Log in</body></html>");
         QTest::newRow("one character") << QByteArray("0");
         QTest::newRow("a length alone") << QByteArray("00032");
-        QTest::newRow("a wrong length") << QByteArray("00033") + wrapped(QStringLiteral("{}")).mid(5);
+        QTest::newRow("a wrong length") << QByteArray("00033") + wrapped("{}"_s).mid(5);
         QTest::newRow("no cipher text") << QByteArray("00004zzzz");
         QTest::newRow("1 MB") << QByteArray(1000000, '7');
-        QTest::newRow("an empty object") << wrapped(QStringLiteral("{}"));
-        QTest::newRow("a list") << wrapped(QStringLiteral("[1]"));
+        QTest::newRow("an empty object") << wrapped("{}"_s);
+        QTest::newRow("a list") << wrapped("[1]"_s);
         QTest::newRow("a row announced and not sent") << wrapped(QStringLiteral(R"({"items":"1"})"));
         QTest::newRow("a row that is a text") << wrapped(QStringLiteral(R"({"items":1,"result0":"x"})"));
         QTest::newRow("an empty row") << wrapped(QStringLiteral(R"({"items":1,"result0":{}})"));
@@ -910,14 +871,14 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, reply);
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         window.ShowPowerLevel = true;
         program.backend.recordReply = reply;
-        const QByteArray settings = home.read(QStringLiteral("MEVOSetting.ini"));
+        const QByteArray settings = home.read("MEVOSetting.ini"_s);
         const QString address = window.IPRecord;
         window.ReadServerInfo();
-        QCOMPARE(program.backend.asked, QStringList(QStringLiteral("main ") + readRecord));
-        QCOMPARE(home.read(QStringLiteral("MEVOSetting.ini")), settings);
+        QCOMPARE(program.backend.asked, QStringList("main "_s + readRecord));
+        QCOMPARE(home.read("MEVOSetting.ini"_s), settings);
         QVERIFY(window.recorder()->BaiDuNoStreamApi && window.BDSR1DUsedQuantity == 3);
         QVERIFY(window.ShowPowerLevel && window.IPRecord == address && window.BackendReachable);
     }
@@ -932,15 +893,14 @@ private Q_SLOTS:
     void otherServersStartTheProgramAnew()
     {
         QFETCH(bool, atStart);
-        const QString address = QStringLiteral("http://new.example:19004/mevowebapi?");
+        const QString address = "http://new.example:19004/mevowebapi?"_s;
         {
             Program program;
-            const QJsonObject record{{QStringLiteral("TALKINSERVER_BK2"), address},
-                                     {QStringLiteral("ShowTXI"), QStringLiteral("0")}};
+            const QJsonObject record{{"TALKINSERVER_BK2"_s, address}, {"ShowTXI"_s, "0"_s}};
             if (atStart) {
                 program.backend.record = record;
             }
-            MainWindow &window = program.startWith(QStringLiteral("B"));
+            MainWindow &window = program.startWith("B"_s);
             if (!atStart) {
                 program.backend.record = record;
                 window.ReadServerInfo();
@@ -957,24 +917,21 @@ private Q_SLOTS:
             QCOMPARE(qgetenv("MEVO_SERVER_MOVES"), QByteArray("1"));
             QVERIFY(window.recorder() == nullptr && program.questions.isEmpty());
             QCOMPARE(Program::setting("TKSBK2"), mevo::encipherField(cipher, address));
-            QCOMPARE(program.fake.log
-                         .calls(QStringLiteral("message 软件已设置成功，将自动退出，请重新启动软件！ (2000)"))
+            QCOMPARE(program.fake.log.calls("message 软件已设置成功，将自动退出，请重新启动软件！ (2000)"_s)
                          .size(),
                      atStart ? 0 : 1); // startWith() has cleared the log of a start
         }
         qputenv("MEVO_SERVER_MOVES", "3"); // of programs before this one
         {
             Program program;
-            program.backend.record = {{QStringLiteral("TALKINSERVER_BK2"), address},
-                                      {QStringLiteral("ShowTXI"), QStringLiteral("0")}};
+            program.backend.record = {{"TALKINSERVER_BK2"_s, address}, {"ShowTXI"_s, "0"_s}};
             const MainWindow &window = program.start();
             QTest::qWait(50);
             QVERIFY(window.recorder() != nullptr && !window.ShowTXI);
             QCOMPARE(Program::setting("TKSBK2"), mevo::encipherField(cipher, address));
         }
         Program again(true, "TKSBK2=\"" + mevo::encipherField(cipher, address).toLatin1() + "\"\n");
-        again.backend.record = {{QStringLiteral("TALKINSERVER_BK2"), address},
-                                {QStringLiteral("ShowTXI"), 0}};
+        again.backend.record = {{"TALKINSERVER_BK2"_s, address}, {"ShowTXI"_s, 0}};
         const MainWindow &window = again.start();
         QVERIFY(!window.ShowTXI);                                 // it stands already, and the row is applied
         QVERIFY(!qEnvironmentVariableIsSet("MEVO_SERVER_MOVES")); // a later change is a first one again
@@ -983,43 +940,34 @@ private Q_SLOTS:
 
     void theVersionColumn_data()
     {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<QString>("page"); // of the product record, for downloads
-        QTest::addColumn<QString>("text"); // of the box
-        QTest::addColumn<QStringList>("opened");
-        QTest::addColumn<bool>("leaves");
-        QTest::addColumn<QStringList>("told");
-        const QString page = QStringLiteral("http://download.example/");
-        const QString offer = QStringLiteral("已有最新版本软件，请下载更新到最新版本！");
-        const QString required = QStringLiteral("已有最新版本，请下载更新软件后再使用！");
-        const QString now = QStringLiteral("http://now.example/");
-        const QStringList own(QStringLiteral(
-            "main update mevodb.device_serialid set CurrentVersion=107 where DongleID='02-01-001357'"));
+        // version, page (of the product record, for downloads), text (of the box), opened, leaves, told
+        const Rows<QString, QString, QString, QStringList, bool, QStringList> row;
+        const QString page = "http://download.example/"_s;
+        const QString offer = "已有最新版本软件，请下载更新到最新版本！"_s;
+        const QString required = "已有最新版本，请下载更新软件后再使用！"_s;
+        const QString now = "http://now.example/"_s;
+        const QStringList own(
+            "main update mevodb.device_serialid set CurrentVersion=107 where DongleID='02-01-001357'"_s);
         const QStringList none;
-        QTest::newRow("own") << "107" << page << "" << none << false << none;
-        QTest::newRow("offered") << "0" << page << offer << QStringList(page) << false << none;
-        QTest::newRow("offered, no page") << "0"
-                                          << "" << offer << none << false << none;
-        QTest::newRow("offered, a program") << "0"
-                                            << "file:///bin/true" << offer << none << false << none;
-        QTest::newRow("page") << "1" << page << "" << QStringList(page) << false << none;
-        QTest::newRow("required") << "2" << page << required << QStringList(page) << true << none;
-        QTest::newRow("the product's page") << "3" << page << "" << QStringList(now) << false << none;
-        QTest::newRow("another") << "106" << page << "" << none << false << own;
+        row("own", "107", page, "", none, false, none);
+        row("offered", "0", page, offer, QStringList(page), false, none);
+        row("offered, no page", "0", "", offer, none, false, none);
+        row("offered, a program", "0", "file:///bin/true", offer, none, false, none);
+        row("page", "1", page, "", QStringList(page), false, none);
+        row("required", "2", page, required, QStringList(page), true, none);
+        row("the product's page", "3", page, "", QStringList(now), false, none);
+        row("another", "106", page, "", none, false, own);
     }
 
     void theVersionColumn()
     {
-        QFETCH(QString, version);
-        QFETCH(QString, page);
-        QFETCH(QString, text);
-        QFETCH(bool, leaves);
+        const auto [version, page, text, opened, leaves, told] =
+            rowOf<QString, QString, QString, QStringList, bool, QStringList>();
         for (const bool atStart : {true, false}) {
             Program program;
-            program.backend.product = {{QStringLiteral("DownloadDrvWeb"), page},
-                                       {QStringLiteral("VWeb"), QStringLiteral("http://now.example/")},
-                                       {QStringLiteral("VWebSeed"), QStringLiteral("1")}};
-            const QJsonObject record{{QStringLiteral("CurrentVersion"), version}};
+            program.backend.product = {
+                {"DownloadDrvWeb"_s, page}, {"VWeb"_s, "http://now.example/"_s}, {"VWebSeed"_s, "1"_s}};
+            const QJsonObject record{{"CurrentVersion"_s, version}};
             if (atStart) {
                 program.backend.record = record;
             }
@@ -1029,15 +977,13 @@ private Q_SLOTS:
                 program.backend.record = record;
                 program.window->ReadServerInfo();
             }
-            QTRY_COMPARE(program.pages.opened, *static_cast<const QStringList *>(
-                                                   QTest::qData("opened", qMetaTypeId<QStringList>())));
+            QTRY_COMPARE(program.pages.opened, opened);
             QTRY_COMPARE(program.questions.size(), int(!text.isEmpty()));
             if (!text.isEmpty()) {
-                QCOMPARE(program.questions[0].title + program.questions[0].text,
-                         QStringLiteral("版本更新") + text);
+                QCOMPARE(program.questions[0].title + program.questions[0].text, "版本更新"_s + text);
             }
             QTRY_COMPARE(window.recorder() == nullptr, leaves);
-            QTEST(program.backend.askedLike(QStringLiteral("CurrentVersion=107 where")), "told");
+            QCOMPARE(program.backend.askedLike("CurrentVersion=107 where"_s), told);
         }
     }
 
@@ -1049,11 +995,9 @@ private Q_SLOTS:
         program.backend.delayMs = 3600000; // their pictures are on their way
         window.Recording = true;
         for (int seconds = 1; seconds <= 6; ++seconds) {
-            const QString hex = cipher.EncryptString(QStringLiteral("image;http://%1/a.png;%2;9;a.png;")
-                                                         .arg(program.backend.server.host())
-                                                         .arg(seconds));
-            window.onOrvWebSocketTextMessageReceived(
-                QStringLiteral("%1").arg(hex.size(), 5, 10, QLatin1Char('0')) + hex);
+            const QString hex = cipher.EncryptString(
+                "image;http://%1/a.png;%2;9;a.png;"_s.arg(program.backend.server.host()).arg(seconds));
+            window.onOrvWebSocketTextMessageReceived("%1"_s.arg(hex.size(), 5, 10, QLatin1Char('0')) + hex);
         }
         const auto open = [&window] {
             QStringList found;
@@ -1065,19 +1009,18 @@ private Q_SLOTS:
         };
         QCOMPARE(open(), QString());
         window.Recording = false;
-        QTRY_COMPARE(open(), QStringLiteral("1 2 3 4 5"));
+        QTRY_COMPARE(open(), "1 2 3 4 5"_s);
         window.findChild<CADShowDlg *>()->close();
-        QTRY_COMPARE(open(), QStringLiteral("2 3 4 5 6"));
+        QTRY_COMPARE(open(), "2 3 4 5 6"_s);
     }
 
     void aBoxThatAnExitClosesOpensNoPage()
     {
         Program program;
-        program.backend.product = {
-            {QStringLiteral("DownloadDrvWeb"), QStringLiteral("http://page.example/")}};
+        program.backend.product = {{"DownloadDrvWeb"_s, "http://page.example/"_s}};
         MainWindow &window = program.start();
         program.onQuestion = [&] { window.exitByItself(); };
-        program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("0")}};
+        program.backend.record = {{"CurrentVersion"_s, "0"_s}};
         window.ReadServerInfo();
         QTRY_VERIFY(window.recorder() == nullptr);
         QCOMPARE(program.questions.size(), 1);
@@ -1090,45 +1033,41 @@ private Q_SLOTS:
         Program program;
         const MainWindow &window = program.start();
         program.onQuestion = [&] {
-            program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("2")}};
+            program.backend.record = {{"CurrentVersion"_s, "2"_s}};
             program.window->ReadServerInfo();
             QTest::qWait(1); // it is said from the event loop, and the offer stands
             QCOMPARE(program.questions.size(), 1);
         };
-        program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("0")}};
+        program.backend.record = {{"CurrentVersion"_s, "0"_s}};
         program.window->ReadServerInfo();
         QTRY_COMPARE(program.questions.size(), 2);
-        QCOMPARE(program.questions[1].text, QStringLiteral("已有最新版本，请下载更新软件后再使用！"));
+        QCOMPARE(program.questions[1].text, "已有最新版本，请下载更新软件后再使用！"_s);
         QTRY_VERIFY(window.recorder() == nullptr);
     }
 
     void theDayOfCounting_data()
     {
-        QTest::addColumn<QJsonValue>("began");
-        QTest::addColumn<QString>("told");
-        const QString keep =
-            QStringLiteral("main update mevodb.device_serialid set "
-                           "LatestLoginTime='2026-11-24 09:00:00'  where DongleID='02-01-001357'");
-        const QString begin = QStringLiteral(
+        const Rows<QJsonValue, QString> row; // began, told
+        const QString keep = "main update mevodb.device_serialid set "
+                             "LatestLoginTime='2026-11-24 09:00:00'  where DongleID='02-01-001357'"_s;
+        const QString begin =
             "main update mevodb.device_serialid set BDSR1DUsedQuantity=0, "
             "TXSR1DUsedQuantity=0,XFSR1DUsedQuantity=0,BDFY1MUsedQuantity=0,LastLoginDateTime='2026-11-24 "
-            "09:00:00'  where DongleID='02-01-001357'");
-        QTest::newRow("24 h") << QJsonValue(QStringLiteral("2026-11-23T09:00:00")) << keep;
-        QTest::newRow("24 h and a second") << QJsonValue(QStringLiteral("2026-11-23T08:59:59")) << begin;
-        QTest::newRow("broken") << QJsonValue(QStringLiteral("0000-00-00 00:00:00")) << begin;
-        QTest::newRow("absent") << QJsonValue(QJsonValue::Undefined) << QString();
+            "09:00:00'  where DongleID='02-01-001357'"_s;
+        row("24 h", QJsonValue("2026-11-23T09:00:00"_s), keep);
+        row("24 h and a second", QJsonValue("2026-11-23T08:59:59"_s), begin);
+        row("broken", QJsonValue("0000-00-00 00:00:00"_s), begin);
+        row("absent", QJsonValue(QJsonValue::Undefined), QString());
     }
 
     void theDayOfCounting()
     {
-        QFETCH(QJsonValue, began);
-        QFETCH(QString, told);
+        const auto [began, told] = rowOf<QJsonValue, QString>();
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         program.fake.time->start = program.fake.time->start.addMSecs(-program.fake.time->monotonicMs());
-        program.backend.record = {{QStringLiteral("BDSR1DUsedQuantity"), 500},
-                                  {QStringLiteral("BDFY1MUsedQuantity"), 7},
-                                  {QStringLiteral("LastLoginDateTime"), began}};
+        program.backend.record = {
+            {"BDSR1DUsedQuantity"_s, 500}, {"BDFY1MUsedQuantity"_s, 7}, {"LastLoginDateTime"_s, began}};
         window.BaiduQuotaHit = window.TencentQuotaHit = true; // Tencent has some left, the record says
         window.ReadServerInfo();
         const QStringList asked = program.backend.asked.mid(1);
@@ -1142,37 +1081,32 @@ private Q_SLOTS:
 
     void theReadingEndsWithWhatItIsAbout_data()
     {
-        QTest::addColumn<bool>("exit"); // or a removal of the receiver
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("request");    // that it comes at
-        QTest::addColumn<bool>("newMethod"); // the record would use an input method from now on
+        // exit (or a removal of the receiver), rows, request (that it comes at), newMethod (the record
+        // would use an input method from now on)
+        const Rows<bool, int, int, bool> row;
         for (const bool exit : {true, false}) {
             const char *const what = exit ? "exit" : "removal";
-            QTest::addRow("%s, record", what) << exit << 1 << 1 << false;
-            QTest::addRow("%s, new record", what) << exit << 0 << 2 << false;
-            QTest::addRow("%s, input method", what) << exit << 1 << 2 << true;
-            QTest::addRow("%s, version", what) << exit << 1 << 2 << false;
-            QTest::addRow("%s, day", what) << exit << 1 << 3 << false;
-            QTest::addRow("%s, lists", what) << exit << 1 << 4 << false;
+            row(rowName("%s, record", what), exit, 1, 1, false);
+            row(rowName("%s, new record", what), exit, 0, 2, false);
+            row(rowName("%s, input method", what), exit, 1, 2, true);
+            row(rowName("%s, version", what), exit, 1, 2, false);
+            row(rowName("%s, day", what), exit, 1, 3, false);
+            row(rowName("%s, lists", what), exit, 1, 4, false);
         }
     }
 
     void theReadingEndsWithWhatItIsAbout()
     {
-        QFETCH(bool, exit);
-        QFETCH(int, rows);
-        QFETCH(int, request);
-        QFETCH(bool, newMethod);
+        const auto [exit, rows, request, newMethod] = rowOf<bool, int, int, bool>();
         Program program;
         MainWindow &window = program.startWith(QString()); // no counter is written at the exit
-        home.remove(QStringLiteral("bbzdsrbdssset.ini"));
-        program.backend.record = {{QStringLiteral("CurrentVersion"), QStringLiteral("106")},
-                                  {QStringLiteral("LastLoginDateTime"), QStringLiteral("x")}};
+        home.remove("bbzdsrbdssset.ini"_s);
+        program.backend.record = {{"CurrentVersion"_s, "106"_s}, {"LastLoginDateTime"_s, "x"_s}};
         if (newMethod) {
-            program.backend.record.insert(QStringLiteral("EnableASR3"), QStringLiteral("1"));
+            program.backend.record.insert("EnableASR3"_s, "1"_s);
         }
         program.backend.recordCount = rows;
-        program.backend.refused = rows == 0 ? QStringLiteral("insert into") : QString();
+        program.backend.refused = rows == 0 ? "insert into"_s : QString();
         program.backend.delayMs = 30;
         int count = 0;
         program.backend.server.onRequest = [&](const ScriptedRequest &) {
@@ -1192,9 +1126,8 @@ private Q_SLOTS:
         QTRY_VERIFY(!window.DeviceConnected);
         QTest::qWait(50); // what would come later
         QCOMPARE(window.recorder() == nullptr, exit);
-        QVERIFY(std::none_of(program.questions.begin(), program.questions.end(), [](const auto &question) {
-            return question.text.contains(QStringLiteral("最新版本"));
-        }));
+        QVERIFY(std::none_of(program.questions.begin(), program.questions.end(),
+                             [](const auto &question) { return question.text.contains("最新版本"_s); }));
         QVERIFY2(program.backend.asked.size() == request,
                  qPrintable(program.backend.asked.join(QLatin1Char('\n'))));
         if (exit) { // without a receiver nobody's counts are at hand
@@ -1205,12 +1138,12 @@ private Q_SLOTS:
     void listsThatAreMissingAreMadeGood()
     {
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("B"));
+        MainWindow &window = program.startWith("B"_s);
         for (const char *file : {"bbzdsrbdssset.ini", "byydsrbdssset.ini", "besrfdssset.ini"}) {
             home.remove(QLatin1String(file));
         }
         window.BaiduClientId.clear();
-        program.backend.record = {{QStringLiteral("ShowBdYYI"), QStringLiteral("0")}};
+        program.backend.record = {{"ShowBdYYI"_s, "0"_s}};
         program.backend.refused = readRecord; // no address answers, and the lists are fetched all the same
         window.ShowBdYYI = false;
         window.ReadServerInfo();
@@ -1218,10 +1151,10 @@ private Q_SLOTS:
         lists.sort();
         QCOMPARE(lists, (list({"main select F0,F1,F2 from mevodb.bdasrid where F3 = 1 and zbb = 1",
                                "main select F0,F1,F2 from mevodb.wxfasrid where F3 = 1"})));
-        QCOMPARE(window.BaiduClientId, QStringLiteral("zbb"));
+        QCOMPARE(window.BaiduClientId, "zbb"_s);
         program.backend.asked.clear();
         window.ReadServerInfo();
-        QCOMPARE(program.backend.askedLike(QStringLiteral("select F0")), QStringList());
+        QCOMPARE(program.backend.askedLike("select F0"_s), QStringList());
     }
 
     void anEngineThatIsUsedUpGivesWayToTencent_data()
@@ -1241,19 +1174,18 @@ private Q_SLOTS:
         window.Recording = true;
         window.updateRecCountsTimerOut();
         QVERIFY(!window.recorder()->UseTXASRApi); // the session that runs ends first
-        const QString told =
-            QStringLiteral("message 今日语音识别次数已用完，已自动切换到腾讯语音识别！ (3000)");
+        const QString told = "message 今日语音识别次数已用完，已自动切换到腾讯语音识别！ (3000)"_s;
         QVERIFY(!program.fake.log.has(told));
         window.Recording = false;
         window.updateRecCountsTimerOut();
         const AudioRecorder &recorder = *window.recorder();
         QVERIFY(recorder.UseTXASRApi && !recorder.BaiDuNoStreamApi && !recorder.UseXunFeiWebApi);
         QVERIFY(!window.BaiduQuotaHit && !window.XunFeiQuotaHit && program.questions.isEmpty());
-        QCOMPARE(Program::setting("TXCurrentVoiceType"), QStringLiteral("16k_zh")); // none had been chosen
+        QCOMPARE(Program::setting("TXCurrentVoiceType"), "16k_zh"_s); // none had been chosen
         QCOMPARE(Program::setting("UseTXASRApi") + Program::setting("BaiDuNoStreamApi") +
                      Program::setting("UseXunFeiWebApi"),
-                 QStringLiteral("100"));
-        QTRY_COMPARE(program.backend.askedLike(QStringLiteral("UseTXAPIPara= '1'")).size(), 1);
+                 "100"_s);
+        QTRY_COMPARE(program.backend.askedLike("UseTXAPIPara= '1'"_s).size(), 1);
         QVERIFY(program.fake.log.has(told));
     }
 
@@ -1271,14 +1203,14 @@ private Q_SLOTS:
         QFETCH(bool, rowChosen);
         Program program;
         program.answer = 1;
-        MainWindow &window = program.startWith(QStringLiteral("T"));
+        MainWindow &window = program.startWith("T"_s);
         window.TXSR1DMaxUsageQuantity = 4;
-        program.backend.refused = QStringLiteral("EnableASR3");
+        program.backend.refused = "EnableASR3"_s;
         window.updateRecCountsTimerOut();
-        const QString untold = QStringLiteral("EnableASR3=1;MustClickRunASR3=0;UseASR3Index=2");
+        const QString untold = "EnableASR3=1;MustClickRunASR3=0;UseASR3Index=2"_s;
         QTRY_COMPARE(Program::setting("RecordChoicesUntold"), untold);
         if (rowChosen) {
-            program.choose(QStringLiteral("英语(讯飞版)"));
+            program.choose("英语(讯飞版)"_s);
         } else {
             window.ReadServerInfo();
             QCOMPARE(Program::setting("RecordChoicesUntold"), untold);
@@ -1288,34 +1220,27 @@ private Q_SLOTS:
         program.backend.asked.clear();
         window.EnableASR3 = false; // as the record says
         window.ReadServerInfo();
-        QCOMPARE(
-            program.backend.askedLike(QStringLiteral("set EnableASR3=1,MustClickRunASR3=0,UseASR3Index=2"))
-                .size(),
-            int(!rowChosen));
-        QCOMPARE(program.backend.askedLike(QStringLiteral("set EnableASR3=0")).size(), int(rowChosen));
+        QCOMPARE(program.backend.askedLike("set EnableASR3=1,MustClickRunASR3=0,UseASR3Index=2"_s).size(),
+                 int(!rowChosen));
+        QCOMPARE(program.backend.askedLike("set EnableASR3=0"_s).size(), int(rowChosen));
         QCOMPARE(Program::setting("RecordChoicesUntold"), QString());
     }
 
     void theBoxOfUsedUpEngines_data()
     {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("shown");   // input methods are
-        QTest::addColumn<bool>("xpClass"); // where Tencent does not take over
-        QTest::addColumn<bool>("vertical");
-        QTest::newRow("XunFei") << 0 << true << false << false;
-        QTest::newRow("Sogou") << 1 << true << false << true;
-        QTest::newRow("neither") << 2 << false << false << false;
-        QTest::newRow("closed") << -1 << false << true << false;
+        // answer, shown (input methods are), xpClass (where Tencent does not take over), vertical
+        const Rows<int, bool, bool, bool> row;
+        row("XunFei", 0, true, false, false);
+        row("Sogou", 1, true, false, true);
+        row("neither", 2, false, false, false);
+        row("closed", -1, false, true, false);
     }
 
     void theBoxOfUsedUpEngines()
     {
-        QFETCH(int, answer);
-        QFETCH(bool, shown);
-        QFETCH(bool, xpClass);
-        QFETCH(bool, vertical);
+        const auto [answer, shown, xpClass, vertical] = rowOf<int, bool, bool, bool>();
         Program program;
-        MainWindow &window = program.startWith(xpClass ? QStringLiteral("B") : QStringLiteral("T"));
+        MainWindow &window = program.startWith(xpClass ? "B"_s : "T"_s);
         program.answer = answer;
         program.fake.systemFacts->xpClass = xpClass;
         window.ShowASR3UI = shown;
@@ -1328,18 +1253,16 @@ private Q_SLOTS:
         window.updateRecCountsTimerOut();
         QVERIFY(program.questions.isEmpty());
         window.ExitInProgress = false;
-        const QByteArray before = home.read(QStringLiteral("MEVOSetting.ini"));
+        const QByteArray before = home.read("MEVOSetting.ini"_s);
         window.updateRecCountsTimerOut();
         window.updateRecCountsTimerOut(); // one box at a time
         QCOMPARE(program.questions.size(), 1);
         const mevo::Question question = program.questions[0];
-        QCOMPARE(question.title, QStringLiteral("超出限量"));
+        QCOMPARE(question.title, "超出限量"_s);
         QCOMPARE(
             question.text,
-            shown
-                ? QStringLiteral(
-                      "已超出各接口每天限制使用次数，如继续使用，请选择使用讯飞输入法或搜狗语音输入法(f001)!")
-                : QStringLiteral("已超出各接口每天限制使用次数,请24小时后再使用(f001)！"));
+            shown ? "已超出各接口每天限制使用次数，如继续使用，请选择使用讯飞输入法或搜狗语音输入法(f001)!"_s
+                  : "已超出各接口每天限制使用次数,请24小时后再使用(f001)！"_s);
         QCOMPARE(question.buttons, list({"使用讯飞语音输入法", "使用搜狗语音输入法", "退出"}));
         QVERIFY(question.warning && question.defaultButton == 2);
         using Meaning = mevo::Answer; // closing the box leaves it
@@ -1347,31 +1270,25 @@ private Q_SLOTS:
         QVERIFY(xpClass ? window.BaiduQuotaHit : window.TencentQuotaHit);
         if (answer == 0 || answer == 1) {
             const QRegularExpression told(
-                QStringLiteral("^main update mevodb\\.device_serialid set EnableASR3=1,MustClickRunASR3=1,"
-                               "UseASR3Index=%1,CurrentVersion=107,CurrentSubVer='.+' where "
-                               "DongleID='02-01-001357'$")
-                    .arg(answer + 1));
+                "^main update mevodb\\.device_serialid set EnableASR3=1,MustClickRunASR3=1,"
+                "UseASR3Index=%1,CurrentVersion=107,CurrentSubVer='.+' where "
+                "DongleID='02-01-001357'$"_s.arg(answer + 1));
             QTRY_COMPARE(program.backend.asked.filter(told).size(), 1);
             // XunFei's is set up at once, and is not there.
-            const QString said =
-                answer == 0
-                    ? QStringLiteral("message 讯飞输入法没有安装")
-                    : QStringLiteral("message 已选择搜狗语音输入法，将在下次启动软件或插入设备时设置");
+            const QString said = answer == 0
+                                     ? "message 讯飞输入法没有安装"_s
+                                     : "message 已选择搜狗语音输入法，将在下次启动软件或插入设备时设置"_s;
             QTRY_VERIFY(program.fake.log.calls(said).size() > 0);
             QVERIFY(!window.micTip()->isVisible() && window.EnableASR3 && window.UseASR3Index == answer + 1);
             QCOMPARE(Program::setting("LocalEnableASR3") + Program::setting("LocalUseASR3Index"),
-                     QStringLiteral("1%1").arg(answer + 1));
-            const QString picture =
-                window.findChild<QPushButton *>(QStringLiteral("pushBuutton_VoiceType"))->styleSheet();
-            QVERIFY2(answer == 0 || picture.contains(QStringLiteral(":/rec/xunfeiV.png")),
-                     qPrintable(picture));
-            QTRY_COMPARE(program.backend.askedLike(QStringLiteral("UseTXAPIPara= '1'")).size(),
-                         int(answer == 0));
+                     "1%1"_s.arg(answer + 1));
+            const QString picture = window.findChild<QPushButton *>("pushBuutton_VoiceType"_s)->styleSheet();
+            QVERIFY2(answer == 0 || picture.contains(":/rec/xunfeiV.png"_s), qPrintable(picture));
+            QTRY_COMPARE(program.backend.askedLike("UseTXAPIPara= '1'"_s).size(), int(answer == 0));
         } else {
             QTest::qWait(0);
-            QCOMPARE(home.read(QStringLiteral("MEVOSetting.ini")), before);
-            QVERIFY(window.micTip()->isVisible() &&
-                    program.backend.askedLike(QStringLiteral("EnableASR3")).isEmpty());
+            QCOMPARE(home.read("MEVOSetting.ini"_s), before);
+            QVERIFY(window.micTip()->isVisible() && program.backend.askedLike("EnableASR3"_s).isEmpty());
         }
         QTRY_VERIFY([&] { // and it comes back after the next session, unless an input method is chosen
             window.updateRecCountsTimerOut();
@@ -1382,48 +1299,42 @@ private Q_SLOTS:
 
     void theFirstArrivalSettlesTheEngine_data()
     {
-        QTest::addColumn<bool>("first");
-        QTest::addColumn<bool>("inputMethod"); // the record would use one
-        QTest::addColumn<bool>("fast");
-        QTest::addColumn<bool>("chosen"); // by the user, before it comes
-        QTest::addColumn<bool>("settles");
-        QTest::addColumn<bool>("told");
-        QTest::newRow("first") << true << true << false << false << true << true;
-        QTest::newRow("fast variant") << true << true << true << false << true << false;
-        QTest::newRow("not the first") << false << true << false << false << false << false;
-        QTest::newRow("no input method") << true << false << false << false << false << false;
-        QTest::newRow("the user was first") << true << true << false << true << false << false;
+        // first, inputMethod (the record would use one), fast, chosen (by the user, before it comes),
+        // settles, tells
+        const Rows<bool, bool, bool, bool, bool, bool> row;
+        row("first", true, true, false, false, true, true);
+        row("fast variant", true, true, true, false, true, false);
+        row("not the first", false, true, false, false, false, false);
+        row("no input method", true, false, false, false, false, false);
+        row("the user was first", true, true, false, true, false, false);
     }
 
     void theFirstArrivalSettlesTheEngine()
     {
-        QFETCH(bool, first);
-        QFETCH(bool, inputMethod);
-        QFETCH(bool, fast);
-        QFETCH(bool, chosen);
-        QFETCH(bool, settles);
+        const auto [first, inputMethod, fast, chosen, settles, tells] =
+            rowOf<bool, bool, bool, bool, bool, bool>();
         Program program;
-        MainWindow &window = program.startWith(QStringLiteral("T"));
+        MainWindow &window = program.startWith("T"_s);
         using Change = mevo::DeviceNotifier::Change;
         program.fake.deviceNotifier->report(Change::Removal);
         QTRY_VERIFY(!window.DeviceConnected);
         window.FirstRunApp = first;
         if (chosen) {
-            program.choose(QStringLiteral("英语(腾讯版)"));
+            program.choose("英语(腾讯版)"_s);
         }
         window.EnableASR3 = inputMethod;
         window.BaiDuNoStreamApi_FastVersion = fast;
         program.backend.asked.clear();
         program.fake.log.clear();
         program.fake.deviceNotifier->report(Change::Arrival);
-        const QString lastStep = QStringLiteral("sibling \\KeypadHost.exe ORVKBAppHide");
+        const QString lastStep = "sibling \\KeypadHost.exe ORVKBAppHide"_s;
         QTRY_VERIFY(program.fake.log.has(lastStep));
         QCOMPARE(window.recorder()->BaiDuNoStreamApi, settles);
         QCOMPARE(window.FirstRunApp, first && !settles && !chosen);
-        QCOMPARE(Program::setting("FirstRunApp"), settles || chosen ? QStringLiteral("0") : QString());
-        QCOMPARE(Program::setting("LocalUseASR3Index"), settles || chosen ? QStringLiteral("-1") : QString());
-        const QStringList told = program.backend.askedLike(QStringLiteral("UseBDFstPara"));
-        QTEST(!told.isEmpty(), "told");
+        QCOMPARE(Program::setting("FirstRunApp"), settles || chosen ? "0"_s : QString());
+        QCOMPARE(Program::setting("LocalUseASR3Index"), settles || chosen ? "-1"_s : QString());
+        const QStringList told = program.backend.askedLike("UseBDFstPara"_s);
+        QCOMPARE(!told.isEmpty(), tells);
         if (!told.isEmpty()) {
             QCOMPARE(told,
                      list({"main update mevodb.device_serialid set DefaultRecEngine=10, UseBDAPIPara ='1', "

@@ -1,4 +1,5 @@
 #include "app/RunProgram.h"
+#include "support/Rows.h"
 #include "support/ScriptedHttp.h"
 #include "window/Program.h"
 
@@ -88,7 +89,7 @@ bool recognised(const Program &)
 bool recognisedAfterRemoval(const Program &program)
 {
     if (!window().DeviceConnected) {
-        window().DongleID = QStringLiteral("02-01-001357");
+        window().DongleID = "02-01-001357"_s;
         window().dayCounts.follow();
     }
     return recognised(program);
@@ -99,7 +100,7 @@ const Action actions[] = {
     {"a language is chosen",
      [](Program &) {
          for (QAction *row : window().languageMenu()->actions()) {
-             if (row->text() == QStringLiteral("粤语(百度版)")) {
+             if (row->text() == "粤语(百度版)"_s) {
                  row->trigger();
                  QCoreApplication::processEvents(); // the choice is made from the event loop
                  return;
@@ -180,18 +181,17 @@ class TestWindowWaits : public QObject
 private Q_SLOTS:
     void exitWhileTheProgramIsMade_data()
     {
-        QTest::addColumn<bool>("certain"); ///< nobody can call it back, so nothing more is waited for
-        QTest::addColumn<int>("answer");
-        QTest::newRow("signal") << true << Program::leave;
-        QTest::newRow("by itself") << true << Program::leave;
-        QTest::newRow("by the user") << false << Program::leave;
-        QTest::newRow("called back") << false << Program::back;
+        // certain (nobody can call it back, so nothing more is waited for), answer
+        const Rows<bool, int> row;
+        row("signal", true, Program::leave);
+        row("by itself", true, Program::leave);
+        row("by the user", false, Program::leave);
+        row("called back", false, Program::back);
     }
     /// In each wait of the construction.
     void exitWhileTheProgramIsMade()
     {
-        QFETCH(bool, certain);
-        QFETCH(int, answer);
+        const auto [certain, answer] = rowOf<bool, int>();
         const QString how = QString::fromLatin1(QTest::currentDataTag());
         int waits = 0;
         {
@@ -286,27 +286,23 @@ private Q_SLOTS:
         for (const QByteArray &answer : qAsConst(program.fake.singleInstance->answers)) {
             QVERIFY2(answer.contains("done"), answer.constData());
         }
-        const QString started = QStringLiteral("start ") + QCoreApplication::applicationFilePath() +
-                                QStringLiteral(" --settings");
-        QCOMPARE(program.order({QStringLiteral("lock released"), started}),
-                 (QStringList{QStringLiteral("lock released"), started}));
+        const QString started = "start "_s + QCoreApplication::applicationFilePath() + " --settings"_s;
+        QCOMPARE(program.order({"lock released"_s, started}), (QStringList{"lock released"_s, started}));
         QVERIFY(!program.fake.singleInstance->called); // nobody is kept waiting
     }
 
     void exitInsideEveryWait_data()
     {
-        QTest::addColumn<int>("action");
-        QTest::addColumn<QString>("how");
+        const Rows<int, QString> row; // action, how
         for (const char *how : {"by itself", "by the user"}) {
             for (int i = 0; i < int(std::size(actions)); ++i) {
-                QTest::addRow("%s, %s", actions[i].name, how) << i << QString::fromLatin1(how);
+                row(rowName("%s, %s", actions[i].name, how), i, QString::fromLatin1(how));
             }
         }
     }
     void exitInsideEveryWait()
     {
-        QFETCH(int, action);
-        QFETCH(QString, how);
+        const auto [action, how] = rowOf<int, QString>();
         const Action &each = actions[action];
         int waits = 1;
         for (int at = 0; at <= waits; ++at) { // the first round finds out how many there are
@@ -351,25 +347,21 @@ private Q_SLOTS:
     /// A receiver that answers nothing: the told attempts, and an exit or a removal at any moment of them.
     void aMuteReceiver_data()
     {
-        QTest::addColumn<bool>("atTheStart");
-        QTest::addColumn<QString>("happening");
-        QTest::addColumn<int>("after"); ///< milliseconds
+        const Rows<bool, QString, int> row; // atTheStart, happening, after (milliseconds)
         for (const bool atTheStart : {true, false}) {
             const char *when = atTheStart ? "start" : "arrival";
-            QTest::addRow("%s, nothing", when) << atTheStart << QString() << 0;
+            row(rowName("%s, nothing", when), atTheStart, QString(), 0);
             for (const char *happening : {"exit", "removal"}) {
                 for (const int after : {0, 1, 99, 101, 350, 599, 620, 5000}) {
-                    QTest::addRow("%s, %s after %d ms", when, happening, after)
-                        << atTheStart << QString::fromLatin1(happening) << after;
+                    row(rowName("%s, %s after %d ms", when, happening, after), atTheStart,
+                        QString::fromLatin1(happening), after);
                 }
             }
         }
     }
     void aMuteReceiver()
     {
-        QFETCH(bool, atTheStart);
-        QFETCH(QString, happening);
-        QFETCH(int, after);
+        const auto [atTheStart, happening, after] = rowOf<bool, QString, int>();
         Program program;
         program.fake.networkState->kind = mevo::NetworkState::Connection::None; // the clock alone counts
         if (!atTheStart) {
@@ -415,20 +407,16 @@ private Q_SLOTS:
 
     void aLoosePlug_data()
     {
-        QTest::addColumn<bool>("online");
-        QTest::addColumn<bool>("session");
-        QTest::addColumn<int>("step");
-        QTest::newRow("offline") << false << false << 50;
-        QTest::newRow("online") << true << false << 150;
-        QTest::newRow("mid-session") << true << true << 300;
+        const Rows<bool, bool, int> row; // online, session, step
+        row("offline", false, false, 50);
+        row("online", true, false, 150);
+        row("mid-session", true, true, 300);
     }
     /// Out, in, and after every pair of delays out and in once more: afterwards the receiver hears its
     /// heartbeat, and a key reaches the session. And the same with the plug left out.
     void aLoosePlug()
     {
-        QFETCH(bool, online);
-        QFETCH(bool, session);
-        QFETCH(int, step);
+        const auto [online, session, step] = rowOf<bool, bool, int>();
         constexpr int longestMs = 1500;
         Program program;
         program.fake.networkState->kind =
@@ -452,9 +440,9 @@ private Q_SLOTS:
                 program.fake.time->callAfter(out, qApp, [&program] { program.change(Change::Removal); });
                 program.fake.time->callAfter(out + in, qApp, [&program] { program.change(Change::Arrival); });
                 program.settle();
-                const QString delays = QStringLiteral("out %1, in %2").arg(out).arg(in);
+                const QString delays = "out %1, in %2"_s.arg(out).arg(in);
                 QVERIFY2(window().deviceOpen() && !window().DeviceIDBusy, qPrintable(delays));
-                QCOMPARE(window().DongleID, QStringLiteral("02-01-001357"));
+                QCOMPARE(window().DongleID, "02-01-001357"_s);
                 QVERIFY(window().isVisible() && !window().isLeaving());
                 QTimerEvent beat(window().HeartbeatTimerId);
                 program.fake.log.clear();
@@ -530,7 +518,7 @@ private Q_SLOTS:
             if (qobject_cast<QMessageBox *>(QApplication::activeModalWidget()) != nullptr) {
                 whenAsked.stop();
                 elapsed.start();
-                leave(QStringLiteral("signal"));
+                leave("signal"_s);
             }
         });
         whenAsked.start(1);
