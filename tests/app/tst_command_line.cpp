@@ -7,7 +7,6 @@
 
 using mevo::CommandLine;
 
-
 class TestCommandLine : public QObject
 {
     Q_OBJECT

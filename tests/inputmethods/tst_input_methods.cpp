@@ -7,7 +7,6 @@
 
 using mevo::SetupStep;
 
-
 /// What is decided about input methods, from a row, a path, flags and an address.
 class TestInputMethods : public QObject
 {

@@ -8,7 +8,6 @@
 
 using mevo::XunFeiConfigured;
 
-
 namespace {
 
 class NoRegistry : public mevo::Registry
@@ -71,10 +70,7 @@ private Q_SLOTS:
     void installedVersion_data()
     {
         // xml, expected (folder and generation; empty when it cannot be read)
-        const Rows<QByteArray, QString> add;
-        const auto row = [&](const char *name, const char *xml, const char *expected) {
-            add(name, QByteArray(xml), QString(expected));
-        };
+        const Rows<QByteArray, QString> row;
         row("third", "<c><installPath_ver2>C:\\x y</installPath_ver2><ver>3.0.1727</ver></c>", "C:\\x y 3");
         row("version first", "<c><ver> 2.1 </ver><installPath_ver2>/o</installPath_ver2></c>", "/o 2");
         row("no version", "<c><installPath_ver2>/o</installPath_ver2></c>", "/o 0");

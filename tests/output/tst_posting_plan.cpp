@@ -32,10 +32,7 @@ class TestPostingPlan : public QObject
 private Q_SLOTS:
     void batchesAreCut_data()
     {
-        const Rows<QString, QString, QString> add; // programs, text, cut
-        const auto row = [&](const char *name, const char *programs, const char *text, const char *cut) {
-            add(name, programs, QString::fromUtf8(text), QString::fromUtf8(cut));
-        };
+        const Rows<QString, QString, QString> row; // programs, text, cut
         row("as many as there are keys", "XTerm", "abcdabef", "|****abcdab|**ef");
         row("any program takes all of them at once", "Mousepad", "1上上𠀀2", "|****1上上𠀀2");
         row("an office is waited for before a pair", "libreoffice-writer", "12𠀀😀2𠀀", "|****12‖𠀀😀2‖𠀀");

@@ -87,7 +87,7 @@ private Q_SLOTS:
 
     void mappedWords_data()
     {
-        const Rows<Set, QString, QString, bool> row; // set, text, expected (shift ctrl alt win usage), typed
+        const Rows<QString, QString, bool, Set> row; // text, expected (shift ctrl alt win usage), typed, set
         const Set send = [](MainState &s) {
             s.VoiceSend = s.VoiceSend_AltS = s.VoiceSend_Enter = s.VoiceSend_CtrlEnter = true;
             s.VoiceSend_AltS_MapWords = "发送;Send It"_s;
@@ -103,38 +103,29 @@ private Q_SLOTS:
             s.VoiceClear_Backspace_MapWords = "退格"_s;
             s.VoiceClear_Delete_MapWords = "删除"_s;
         };
-        row("first hit ends it", send, "发送", "00100016", false);
-        row("further tests run when the word is typed", sendTyped, "发送", "00100016 00000028", true);
-        row("case does not matter", send, "SEND it", "00100016", false);
-        row("no word", send, "发送吧", "", true);
-        row("backspace", clear, "退格", "0000002a", false);
-        row("delete", clear, "删除", "0000004c", false);
-        row(
-            "last character does not count with punctuation",
-            [=](MainState &s) {
-                send(s);
-                s.AddPunctuationWhenEnd = true;
-            },
-            "回车。", "00000028", false);
-        row(
-            "group switched off",
-            [=](MainState &s) {
-                send(s);
-                s.VoiceSend = false;
-            },
-            "发送", "", true);
-        row(
-            "an empty list holds no word",
-            [=](MainState &s) {
-                send(s);
-                s.AddPunctuationWhenEnd = true;
-            },
-            "。", "", true);
+        row("first hit ends it", "发送", "00100016", false, send);
+        row("further tests run when the word is typed", "发送", "00100016 00000028", true, sendTyped);
+        row("case does not matter", "SEND it", "00100016", false, send);
+        row("no word", "发送吧", "", true, send);
+        row("backspace", "退格", "0000002a", false, clear);
+        row("delete", "删除", "0000004c", false, clear);
+        row("last character does not count with punctuation", "回车。", "00000028", false, [=](MainState &s) {
+            send(s);
+            s.AddPunctuationWhenEnd = true;
+        });
+        row("group switched off", "发送", "", true, [=](MainState &s) {
+            send(s);
+            s.VoiceSend = false;
+        });
+        row("an empty list holds no word", "。", "", true, [=](MainState &s) {
+            send(s);
+            s.AddPunctuationWhenEnd = true;
+        });
     }
 
     void mappedWords()
     {
-        const auto [set, text, expected, typed] = rowOf<Set, QString, QString, bool>();
+        const auto [text, expected, typed, set] = rowOf<QString, QString, bool, Set>();
         MainState state;
         state.FocusWindow = 9;
         set(state);

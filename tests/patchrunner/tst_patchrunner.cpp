@@ -193,7 +193,6 @@ struct OwnDisk
 
 } // namespace
 
-
 class TestPatchRunner : public QObject
 {
     Q_OBJECT

@@ -71,11 +71,8 @@ private Q_SLOTS:
 
     void nonsenseIsPassedOver_data()
     {
-        const Rows<QString, QJsonValue, bool> add; // column, value, taken
+        const Rows<QString, QJsonValue, bool> row; // column, value, taken
         const auto text = [](int length) { return QJsonValue(QString(length, QLatin1Char('x'))); };
-        const auto row = [&](const char *name, const char *column, const QJsonValue &value, bool taken) {
-            add(name, QString::fromLatin1(column), value, taken);
-        };
         row("the longest text", "Website", text(255), true);
         row("a longer one", "Website", text(256), false);
         row("a megabyte", "SWName", text(1 << 20), false);

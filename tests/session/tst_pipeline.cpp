@@ -83,7 +83,6 @@ void mode(Desk &desk, std::atomic<bool> SessionState::*flag)
 
 } // namespace
 
-
 class TestPipeline : public QObject
 {
     Q_OBJECT
@@ -123,62 +122,46 @@ private Q_SLOTS:
 
     void textIsRouted_data()
     {
-        const Rows<Set, QString, QString> add; // set, text, calls
-        const auto row = [&](const char *name, const Set &set, const char *text, const char *calls) {
-            add(name, set, QString::fromUtf8(text), QString::fromUtf8(calls));
-        };
+        const Rows<QString, QString, Set> row; // text, calls, set
         const Set plain = [](Desk &) {};
-        row("typing", plain, "你好__over__", "screen 你好");
-        row("marker alone", plain, "__over__", "");
-        row("full stop is typed twice", plain, "。__over__", "screen 。|screen 。");
-        row("question mark once", plain, "？__over__", "screen ？");
-        row("exclamation mark once", plain, "！__over__", "screen ！");
-        row("marker in the middle", plain, "甲__over__乙", "screen 甲乙");
-        row(
-            "search", [](Desk &d) { mode(d, &SessionState::VoiceSearchMode); }, "天气，北京",
-            "search 天气北京");
-        row(
-            "translate without a dialog", [](Desk &d) { d.state.VoiceTranslateMode = true; }, "甲", "");
+        row("typing", "你好__over__", "screen 你好", plain);
+        row("marker alone", "__over__", "", plain);
+        row("full stop is typed twice", "。__over__", "screen 。|screen 。", plain);
+        row("question mark once", "？__over__", "screen ？", plain);
+        row("exclamation mark once", "！__over__", "screen ！", plain);
+        row("marker in the middle", "甲__over__乙", "screen 甲乙", plain);
+        row("search", "天气，北京", "search 天气北京",
+            [](Desk &d) { mode(d, &SessionState::VoiceSearchMode); });
+        row("translate without a dialog", "甲", "", [](Desk &d) { d.state.VoiceTranslateMode = true; });
         const Set translating = [](Desk &d) {
             d.state.VoiceTranslateMode = true;
             d.port.dialog = true;
         };
-        row("translate", translating, "甲", "dialog 甲");
-        row(
-            "translate while the dialog closes",
-            [=](Desk &d) {
-                translating(d);
-                d.port.dialogClosing = true;
-            },
-            "甲", "screen 甲");
+        row("translate", "甲", "dialog 甲", translating);
+        row("translate while the dialog closes", "甲", "screen 甲", [=](Desk &d) {
+            translating(d);
+            d.port.dialogClosing = true;
+        });
         const Set commands = [](Desk &d) {
             mode(d, &SessionState::VoiceCommandWordMode);
             d.port.commandWords = QStringList{"复制"_s};
         };
-        row("command word", commands, "复制。", "command 复制");
-        row("no command word is typed", commands, "别的", "command 别的|screen 别的");
-        row(
-            "one command from typing mode",
-            [](Desk &d) {
-                d.state.OneShotCommandWord = true;
-                d.port.commandWords = QStringList{"复制"_s};
-            },
-            "复制", "buttons|command 复制");
-        row(
-            "command with the dialog open",
-            [=](Desk &d) {
-                commands(d);
-                d.port.dialog = true;
-            },
-            "别的", "dialog 别的|command 别的");
-        row(
-            "command while the dialog closes",
+        row("command word", "复制。", "command 复制", commands);
+        row("no command word is typed", "别的", "command 别的|screen 别的", commands);
+        row("one command from typing mode", "复制", "buttons|command 复制", [](Desk &d) {
+            d.state.OneShotCommandWord = true;
+            d.port.commandWords = QStringList{"复制"_s};
+        });
+        row("command with the dialog open", "别的", "dialog 别的|command 别的", [=](Desk &d) {
+            commands(d);
+            d.port.dialog = true;
+        });
+        row("command while the dialog closes", "别的", "screen 别的|command of a sent text 别的",
             [=](Desk &d) {
                 commands(d);
                 d.port.dialog = d.port.dialogClosing = true;
-            },
-            "别的", "screen 别的|command of a sent text 别的");
-        row("a text of punctuation is the empty command", commands, "。", "command |screen ");
+            });
+        row("a text of punctuation is the empty command", "。", "command |screen ", commands);
 
         const Set directCommand = [](Desk &d) {
             d.state.Enable_CommandWord_Direct = true;
@@ -186,124 +169,92 @@ private Q_SLOTS:
             d.state.Enable_CmdFlagsWord2Screen_Direct = true;
             d.port.commandWords = QStringList{"复制"_s};
         };
-        row("direct command, typed as well", directCommand, "执行复制",
-            "screen 执行复制|buttons|command of a sent text 复制");
-        row("direct command, unknown word is not typed twice", directCommand, "执行乙",
-            "screen 执行乙|buttons|command of a sent text 乙");
-        row("the second direct word", directCommand, "命令复制",
-            "screen 命令复制|buttons|command of a sent text 复制");
-        row("a direct word alone", directCommand, "执行", "screen 执行|buttons|command of a sent text ");
-        row(
-            "direct command, not typed",
-            [=](Desk &d) {
-                directCommand(d);
-                d.state.Enable_CmdFlagsWord2Screen_Direct = false;
-            },
-            "执行乙", "buttons|command 乙|screen 执行乙");
-        row(
-            "direct command while searching comes first",
-            [=](Desk &d) {
+        row("direct command, typed as well", "执行复制",
+            "screen 执行复制|buttons|command of a sent text 复制", directCommand);
+        row("direct command, unknown word is not typed twice", "执行乙",
+            "screen 执行乙|buttons|command of a sent text 乙", directCommand);
+        row("the second direct word", "命令复制", "screen 命令复制|buttons|command of a sent text 复制",
+            directCommand);
+        row("a direct word alone", "执行", "screen 执行|buttons|command of a sent text ", directCommand);
+        row("direct command, not typed", "执行乙", "buttons|command 乙|screen 执行乙", [=](Desk &d) {
+            directCommand(d);
+            d.state.Enable_CmdFlagsWord2Screen_Direct = false;
+        });
+        row("direct command while searching comes first", "执行复制",
+            "screen 执行复制|buttons|command of a sent text 复制", [=](Desk &d) {
                 directCommand(d);
                 mode(d, &SessionState::VoiceSearchMode);
                 d.state.Enable_Search_Direct = true;
                 d.state.SearchFlags_Contents_Driect = QStringList{"执行"_s};
-            },
-            "执行复制", "screen 执行复制|buttons|command of a sent text 复制");
-        row(
-            "direct command in command mode leaves the buttons",
-            [=](Desk &d) {
+            });
+        row("direct command in command mode leaves the buttons", "执行复制",
+            "screen 执行复制|command of a sent text 复制", [=](Desk &d) {
                 directCommand(d);
                 mode(d, &SessionState::VoiceCommandWordMode);
-            },
-            "执行复制", "screen 执行复制|command of a sent text 复制");
-        row(
-            "direct command is typed once beside the dialog",
-            [=](Desk &d) {
+            });
+        row("direct command is typed once beside the dialog", "执行复制",
+            "buttons|screen 执行复制|command of a sent text 复制", [=](Desk &d) {
                 directCommand(d);
                 d.port.dialog = d.port.dialogClosing = true;
-            },
-            "执行复制", "buttons|screen 执行复制|command of a sent text 复制");
+            });
         for (const bool first : {true, false}) {
-            row(
-                first ? "an empty first direct word hides the others"
+            row(first ? "an empty first direct word hides the others"
                       : "an empty direct word hides those behind it",
-                [=](Desk &d) {
+                "命令复制", "screen 命令复制", [=](Desk &d) {
                     directCommand(d);
                     d.state.CmdFlags_Contents_Driect.insert(first ? 0 : 1, QString());
-                },
-                "命令复制", "screen 命令复制");
+                });
         }
-        row(
-            "direct command switched off",
-            [=](Desk &d) {
-                directCommand(d);
-                d.state.Enable_CommandWord_Direct = false;
-            },
-            "执行复制", "screen 执行复制");
+        row("direct command switched off", "执行复制", "screen 执行复制", [=](Desk &d) {
+            directCommand(d);
+            d.state.Enable_CommandWord_Direct = false;
+        });
         const Set directSearch = [](Desk &d) {
             d.state.Enable_Search_Direct = true;
             d.state.SearchFlags_Contents_Driect = QStringList{"搜索"_s};
         };
-        row("direct search", directSearch, "搜索天气", "search 天气");
-        row(
-            "direct search, typed as well",
-            [=](Desk &d) {
-                directSearch(d);
-                d.state.Enable_SearchFlagsWord2Screen_Direct = true;
-            },
-            "搜索天气", "screen 搜索天气|search 天气");
-        row(
-            "direct search beside an input method is not typed",
-            [=](Desk &d) {
-                directSearch(d);
-                d.state.Enable_SearchFlagsWord2Screen_Direct = d.state.ThirdPartyActive = true;
-            },
-            "搜索天气", "search 天气");
-        row(
-            "a word that searches does not switch",
-            [=](Desk &d) {
-                directSearch(d);
-                d.state.Enable_SwitchFunctionMode = true;
-                d.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{"搜索"_s};
-            },
-            "搜索", "search ");
-        row(
-            "an empty search word hides those behind it",
-            [=](Desk &d) {
-                directSearch(d);
-                d.state.SearchFlags_Contents_Driect.prepend(QString());
-            },
-            "搜索天气", "screen 搜索天气");
-        row("the word inside a sentence is no prefix", directSearch, "我要搜索", "screen 我要搜索");
+        row("direct search", "搜索天气", "search 天气", directSearch);
+        row("direct search, typed as well", "搜索天气", "screen 搜索天气|search 天气", [=](Desk &d) {
+            directSearch(d);
+            d.state.Enable_SearchFlagsWord2Screen_Direct = true;
+        });
+        row("direct search beside an input method is not typed", "搜索天气", "search 天气", [=](Desk &d) {
+            directSearch(d);
+            d.state.Enable_SearchFlagsWord2Screen_Direct = d.state.ThirdPartyActive = true;
+        });
+        row("a word that searches does not switch", "搜索", "search ", [=](Desk &d) {
+            directSearch(d);
+            d.state.Enable_SwitchFunctionMode = true;
+            d.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{"搜索"_s};
+        });
+        row("an empty search word hides those behind it", "搜索天气", "screen 搜索天气", [=](Desk &d) {
+            directSearch(d);
+            d.state.SearchFlags_Contents_Driect.prepend(QString());
+        });
+        row("the word inside a sentence is no prefix", "我要搜索", "screen 我要搜索", directSearch);
 
         const Set switching = [](Desk &d) {
             d.state.Enable_SwitchFunctionMode = true;
             d.state.SetEnterVoiceTypeModeSwitchModeFlags = QStringList{"打字"_s};
             d.state.SetEnterVoiceCommandWordModeSwitchModeFlags = QStringList{"命令"_s};
         };
-        row("switch word in a sentence is text", switching, "打字吧", "screen 打字吧");
-        row(
-            "switching off: a word is a word",
-            [=](Desk &d) {
-                switching(d);
-                d.state.Enable_SwitchFunctionMode = false;
-            },
-            "命令", "screen 命令");
-        row(
-            "an empty list matches no empty text", [](Desk &d) { d.state.Enable_SwitchFunctionMode = true; },
-            "。", "screen ");
-        row(
-            "the empty word of a list that ends in a semicolon matches an empty text",
+        row("switch word in a sentence is text", "打字吧", "screen 打字吧", switching);
+        row("switching off: a word is a word", "命令", "screen 命令", [=](Desk &d) {
+            switching(d);
+            d.state.Enable_SwitchFunctionMode = false;
+        });
+        row("an empty list matches no empty text", "。", "screen ",
+            [](Desk &d) { d.state.Enable_SwitchFunctionMode = true; });
+        row("the empty word of a list that ends in a semicolon matches an empty text", "。", "buttons|reload",
             [=](Desk &d) {
                 switching(d);
                 d.state.SetEnterVoiceSearchModeSwitchModeFlags.append(QString());
-            },
-            "。", "buttons|reload");
+            });
     }
 
     void textIsRouted()
     {
-        const auto [set, text, calls] = rowOf<Set, QString, QString>();
+        const auto [text, calls, set] = rowOf<QString, QString, Set>();
         Desk desk;
         set(desk);
         QCOMPARE(desk.take(text), calls);

@@ -92,6 +92,12 @@ struct Desk
         report[15] = fromTip;
         session.process(report);
     }
+    /// The report of a key, and what has been asked for since the last look.
+    QStringList take(int number, int pressed, bool fromTip = false)
+    {
+        key(number, pressed, fromTip);
+        return calls();
+    }
     /// A report that the reader doesn't pass on.
     void refused(int number, int pressed)
     {
@@ -106,6 +112,28 @@ struct Desk
         return taken;
     }
 };
+
+/// An input method is in force, and its window is there.
+struct MethodDesk : Desk
+{
+    explicit MethodDesk(bool hold, int index = mevo::thirdPartyXunFei)
+    {
+        state.ThirdPartyActive = true;
+        state.ASR3HoldToTalk = hold;
+        state.LocalUseASR3Index = index;
+        state.LocalASR3CustomInstallPath = "/opt/VoiceInput"_s;
+        state.ASR3CustomShortCutKey = 0x3b;
+        port.running = QStringList{"VoiceInput"_s};
+        port.inputMethodWindow = 7;
+    }
+};
+
+/// Voice input is for commands from now on, or for typing again, which is the input method's.
+void takeCommands(Desk &desk, bool commands = true)
+{
+    desk.state.VoiceTypeMode = !commands;
+    desk.state.VoiceCommandWordMode = commands;
+}
 
 const QStringList ownPress{"clear clipboard"_s, "partial"_s,  "save focus"_s,
                            "raise"_s,           "tip show"_s, ":/rec/MicSpeakPlease.png"_s,
@@ -124,63 +152,47 @@ class TestSession : public QObject
 private Q_SLOTS:
     void pressIsTakenOrNot_data()
     {
-        const Rows<int, Set, QStringList> add; // key, set, calls
+        const Rows<int, QStringList, Set> add; // key, calls, set
         const Set nothing = [](Desk &) {};
         for (int key : {1, 2, 3, 6, 8, 14, 16}) {
-            add(rowName("key %d", key), key, nothing, ownPress);
+            add(rowName("key %d", key), key, ownPress, nothing);
         }
         for (int key : {0, 4, 5, 7, 15, 17, 255}) {
-            add(rowName("no voice key %d", key), key, nothing, QStringList());
+            add(rowName("no voice key %d", key), key, QStringList(), nothing);
         }
-        const auto row = [&](const char *name, const Set &set, const QStringList &calls) {
-            add(name, 1, set, calls);
+        const auto row = [&](const char *name, const QStringList &calls, const Set &set) {
+            add(name, 1, calls, set);
         };
-        row("quota of Baidu", [](Desk &d) { d.state.BaiduQuotaHit = true; }, {});
-        row("quota of XunFei", [](Desk &d) { d.state.XunFeiQuotaHit = true; }, {});
-        row("quota of Tencent", [](Desk &d) { d.state.TencentQuotaHit = true; }, {});
-        row("closed recognition", [](Desk &d) { d.state.ASRFuncClosed = true; },
-            {"message 已关闭语音识别功能！ 100"_s});
-        row("result under way", [](Desk &d) { d.state.ResultIdle = false; }, {});
-        row(
-            "press to be ignored", [](Desk &d) { d.state.QuickReleaseCount = 2; }, ownPress.mid(0, 1));
-        row(
-            "release under way", [](Desk &d) { d.state.KeyUpBusy = true; }, ownPress.mid(0, 1));
-        row(
-            "clipboard method saves no focus", [](Desk &d) { d.state.Send2ScreenMethod = 2; },
-            QStringList(ownPress.mid(0, 2)) + ownPress.mid(3));
-        row(
-            "tip window already up", [](Desk &d) { d.state.MicWinShown = true; },
-            QStringList(ownPress.mid(0, 4)) + ownPress.mid(5));
-        row(
-            "translation dialog takes the key",
-            [](Desk &d) {
-                d.state.DelimitTranslation = true;
-                d.port.dialogTakesKeys = true;
-            },
-            ownPress.mid(0, 4));
-        row(
-            "our own input method window is closed first",
-            [](Desk &d) {
+        row("quota of Baidu", {}, [](Desk &d) { d.state.BaiduQuotaHit = true; });
+        row("quota of XunFei", {}, [](Desk &d) { d.state.XunFeiQuotaHit = true; });
+        row("quota of Tencent", {}, [](Desk &d) { d.state.TencentQuotaHit = true; });
+        row("closed recognition", {"message 已关闭语音识别功能！ 100"_s},
+            [](Desk &d) { d.state.ASRFuncClosed = true; });
+        row("result under way", {}, [](Desk &d) { d.state.ResultIdle = false; });
+        row("press to be ignored", ownPress.mid(0, 1), [](Desk &d) { d.state.QuickReleaseCount = 2; });
+        row("release under way", ownPress.mid(0, 1), [](Desk &d) { d.state.KeyUpBusy = true; });
+        row("clipboard method saves no focus", QStringList(ownPress.mid(0, 2)) + ownPress.mid(3),
+            [](Desk &d) { d.state.Send2ScreenMethod = 2; });
+        row("tip window already up", QStringList(ownPress.mid(0, 4)) + ownPress.mid(5),
+            [](Desk &d) { d.state.MicWinShown = true; });
+        row("translation dialog takes the key", ownPress.mid(0, 4), [](Desk &d) {
+            d.state.DelimitTranslation = true;
+            d.port.dialogTakesKeys = true;
+        });
+        row("our own input method window is closed first",
+            QStringList(ownPress.mid(0, 1)) + QStringList{"leave"_s} + ownPress.mid(1), [](Desk &d) {
                 d.port.inputMethodWindow = 7;
                 d.state.ThirdPartyWindowOpen = true;
-            },
-            QStringList(ownPress.mid(0, 1)) + QStringList{"leave"_s} + ownPress.mid(1));
-        row(
-            "the newer XunFei window is left open",
-            [](Desk &d) {
-                d.port.inputMethodWindow = 7;
-                d.state.ThirdPartyWindowOpen = true;
-                d.state.XFVM3 = true;
-            },
-            ownPress);
-        row(
-            "input method on, but the mode is commands",
-            [](Desk &d) {
-                d.state.ThirdPartyActive = true;
-                d.state.VoiceTypeMode = false;
-                d.state.VoiceCommandWordMode = true;
-            },
-            ownPress);
+            });
+        row("the newer XunFei window is left open", ownPress, [](Desk &d) {
+            d.port.inputMethodWindow = 7;
+            d.state.ThirdPartyWindowOpen = true;
+            d.state.XFVM3 = true;
+        });
+        row("input method on, but the mode is commands", ownPress, [](Desk &d) {
+            d.state.ThirdPartyActive = true;
+            takeCommands(d);
+        });
     }
 
     /// The first word waits while the windows of the desktop are asked for their names.
@@ -195,11 +207,10 @@ private Q_SLOTS:
 
     void pressIsTakenOrNot()
     {
-        const auto [key, set, calls] = rowOf<int, Set, QStringList>();
+        const auto [key, calls, set] = rowOf<int, QStringList, Set>();
         Desk desk;
         set(desk);
-        desk.key(key, 1);
-        QCOMPARE(desk.calls(), calls);
+        QCOMPARE(desk.take(key, 1), calls);
         QCOMPARE(desk.state.Recording.load(), calls.contains("record start"_s));
         QCOMPARE(desk.state.PressPending.load(), desk.state.Recording.load());
         QVERIFY(!desk.state.KeyDownBusy && !desk.state.KeyDownHeld);
@@ -210,17 +221,14 @@ private Q_SLOTS:
         Desk desk;
         desk.state.RecTextBuffer = "left over"_s;
         desk.state.PartialResultCount = 3;
-        desk.key(1, 1);
-        QCOMPARE(desk.calls(), ownPress);
+        QCOMPARE(desk.take(1, 1), ownPress);
         QVERIFY(desk.state.MicWinShown && !desk.state.OneShotCommandWord);
         QVERIFY(desk.state.RecTextBuffer.isEmpty() && desk.state.PartialResultCount == 0);
         desk.port.clock += 1500;
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), ownRelease);
+        QCOMPARE(desk.take(1, 0), ownRelease);
         QVERIFY(!desk.state.Recording && !desk.state.PressPending && !desk.state.KeyUpBusy);
         QVERIFY(!desk.state.MicWinShown);
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), QStringList());
+        QCOMPARE(desk.take(1, 0), QStringList());
         desk.key(6, 1);
         QVERIFY(desk.state.OneShotCommandWord);
         QCOMPARE(desk.port.lastReport, "MEVOInput:GetHIDData :01 70 06 01 00\n"_s);
@@ -229,11 +237,9 @@ private Q_SLOTS:
     void theTipWindowStaysWhenItTalksItself()
     {
         Desk desk;
-        desk.key(3, 1, true);
-        QVERIFY(desk.calls().contains("tip long press"_s));
+        QVERIFY(desk.take(3, 1, true).contains("tip long press"_s));
         desk.port.clock += 1500;
-        desk.key(1, 0, true);
-        QVERIFY(!desk.calls().contains("tip hide"_s));
+        QVERIFY(!desk.take(1, 0, true).contains("tip hide"_s));
         QVERIFY(desk.state.MicWinShown && desk.state.MouseSession);
         desk.key(1, 1);
         QVERIFY(!desk.state.MouseSession);
@@ -252,13 +258,11 @@ private Q_SLOTS:
             QVERIFY(calls.contains("record stop"_s));
         }
         QCOMPARE(desk.state.QuickReleaseCount.load(), 1);
-        desk.key(1, 1);
-        QVERIFY(!desk.calls().contains("record start"_s));
+        QVERIFY(!desk.take(1, 1).contains("record start"_s));
         desk.port.clock += 1000;
         desk.key(1, 0);
         QCOMPARE(desk.state.QuickReleaseRun.load(), 0);
-        desk.key(1, 1);
-        QVERIFY(desk.calls().contains("record start"_s));
+        QVERIFY(desk.take(1, 1).contains("record start"_s));
     }
 
     void theNextPressMayComeDuringRecognition()
@@ -319,8 +323,7 @@ private Q_SLOTS:
     {
         const auto [firstGoesFirst, byTipWindow] = rowOf<bool, bool>();
         Desk desk;
-        desk.key(1, 1);
-        desk.calls();
+        desk.take(1, 1);
         desk.port.clock += 1500;
         desk.key(byTipWindow ? 3 : 6, 1, byTipWindow);
         QStringList again(ownPress);
@@ -329,14 +332,12 @@ private Q_SLOTS:
         QCOMPARE(desk.calls(), again);
         desk.port.clock += 1500;
         const auto releaseSecond = [&] {
-            desk.key(byTipWindow ? 1 : 6, 0, byTipWindow);
-            QCOMPARE(desk.calls().count("record stop"_s), 1);
+            QCOMPARE(desk.take(byTipWindow ? 1 : 6, 0, byTipWindow).count("record stop"_s), 1);
         };
         if (!firstGoesFirst) {
             releaseSecond();
         }
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), QStringList());
+        QCOMPARE(desk.take(1, 0), QStringList());
         QCOMPARE(desk.state.Recording.load(), firstGoesFirst);
         if (firstGoesFirst) {
             releaseSecond();
@@ -355,11 +356,9 @@ private Q_SLOTS:
         Desk desk;
         desk.key(1, 1);
         desk.state.QuickReleaseCount = 1;
-        desk.key(6, 1);
-        desk.calls();
+        desk.take(6, 1);
         desk.port.clock += 1500;
-        desk.key(6, 0);
-        QCOMPARE(desk.calls(), QStringList());
+        QCOMPARE(desk.take(6, 0), QStringList());
         QVERIFY(desk.state.Recording);
         desk.key(1, 0);
         QVERIFY(!desk.state.Recording);
@@ -371,26 +370,20 @@ private Q_SLOTS:
     {
         Desk desk;
         desk.state.ThirdPartyActive = true;
-        desk.state.VoiceTypeMode = false;
-        desk.state.VoiceCommandWordMode = true;
+        takeCommands(desk);
         desk.key(6, 1);
         QVERIFY(desk.state.Recording);
-        desk.state.VoiceTypeMode = true;
-        desk.state.VoiceCommandWordMode = false;
+        takeCommands(desk, false);
         desk.calls();
-        desk.key(6, 0);
-        QVERIFY(desk.calls().contains("record stop"_s));
-        desk.state.VoiceTypeMode = false;
-        desk.state.VoiceCommandWordMode = true;
+        QVERIFY(desk.take(6, 0).contains("record stop"_s));
+        takeCommands(desk);
         // A session that was reset and never released does not keep the input method's key down.
         desk.key(6, 1);
         desk.session.reset();
-        desk.state.ASR3HoldToTalk = desk.state.VoiceTypeMode = true;
-        desk.state.VoiceCommandWordMode = false;
-        desk.key(1, 1);
-        desk.calls();
-        desk.key(1, 0);
-        QCOMPARE(desk.calls().mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
+        desk.state.ASR3HoldToTalk = true;
+        takeCommands(desk, false);
+        desk.take(1, 1);
+        QCOMPARE(desk.take(1, 0).mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
         desk.state.Recording = false;
         // Without one of the two methods of a window there is no hot key to type.
         desk.state.LocalUseASR3Index = mevo::thirdPartyNone;
@@ -398,8 +391,7 @@ private Q_SLOTS:
         QVERIFY(desk.state.Recording);
         desk.state.Recording = false;
         desk.calls();
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), QStringList());
+        QCOMPARE(desk.take(1, 0), QStringList());
     }
 
     /// A method that has been left while its key was held does not leave the key down.
@@ -424,17 +416,12 @@ private Q_SLOTS:
     void aHeldHotKeyIsLetGo()
     {
         const auto [meanwhile] = rowOf<Set>();
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ASR3HoldToTalk = true;
-        desk.port.inputMethodWindow = 7;
-        desk.key(1, 1);
-        QCOMPARE(desk.calls().last(), "key 0 3f"_s);
+        MethodDesk desk(true);
+        QCOMPARE(desk.take(1, 1).last(), "key 0 3f"_s);
         meanwhile(desk);
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), QStringList{"key 0 0"_s}); // and another method is not begun
+        QCOMPARE(desk.take(1, 0), QStringList{"key 0 0"_s}); // and another method is not begun
         QCOMPARE(desk.state.QuickReleaseRun.load(), 0);
-        desk.key(1, 0); // once
-        QVERIFY(desk.calls().filter("key "_s).isEmpty());
+        QVERIFY(desk.take(1, 0).filter("key "_s).isEmpty()); // once
     }
 
     /// Another key begins a session of an own engine while the input method's is held: that session ends with
@@ -449,16 +436,10 @@ private Q_SLOTS:
     void aSessionBesideAHeldHotKeyIsItsOwn()
     {
         const auto [hold] = rowOf<bool>();
-        Desk desk;
-        desk.state.ThirdPartyActive = true;
-        desk.state.ASR3HoldToTalk = hold;
-        desk.port.inputMethodWindow = 7;
-        desk.key(1, 1);
-        desk.calls();
-        desk.state.VoiceTypeMode = false;
-        desk.state.VoiceCommandWordMode = true;
-        desk.key(6, 1);
-        QCOMPARE(desk.calls().filter("key "_s), hold ? QStringList{"key 0 0"_s} : QStringList());
+        MethodDesk desk(hold);
+        desk.take(1, 1);
+        takeCommands(desk);
+        QCOMPARE(desk.take(6, 1).filter("key "_s), hold ? QStringList{"key 0 0"_s} : QStringList());
         desk.key(1, 0);
         QVERIFY(desk.state.Recording);
         QVERIFY(desk.calls().isEmpty());
@@ -469,24 +450,18 @@ private Q_SLOTS:
     /// The other way round: the own session ends with the press that is the input method's.
     void anInputMethodsPressEndsASession()
     {
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ASR3HoldToTalk = true;
-        desk.port.inputMethodWindow = 7;
-        desk.state.VoiceTypeMode = false;
-        desk.state.VoiceCommandWordMode = true;
+        MethodDesk desk(true);
+        takeCommands(desk);
         desk.key(6, 1);
         QVERIFY(desk.state.Recording);
         desk.calls();
-        desk.state.VoiceTypeMode = true;
-        desk.state.VoiceCommandWordMode = false;
+        takeCommands(desk, false);
         desk.key(1, 1);
         QVERIFY(!desk.state.Recording);
         QCOMPARE(desk.calls(),
                  (QStringList{"clear clipboard"_s, "key 0 3f"_s, "record stop"_s, "tip hide"_s}));
-        desk.key(6, 0);
-        QVERIFY(desk.calls().isEmpty());
-        desk.key(1, 0);
-        QCOMPARE(desk.calls().mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
+        QVERIFY(desk.take(6, 0).isEmpty());
+        QCOMPARE(desk.take(1, 0).mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
     }
 
     /// Begun while the source pane of the translation window had the keyboard, released when it has it no
@@ -499,8 +474,7 @@ private Q_SLOTS:
         QVERIFY(desk.state.Recording);
         desk.calls();
         desk.port.dialogTakesKeys = true;
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), ownRelease);
+        QCOMPARE(desk.take(1, 0), ownRelease);
         QVERIFY(!desk.state.Recording && !desk.state.PressPending && !desk.state.KeyUpBusy);
     }
 
@@ -517,13 +491,9 @@ private Q_SLOTS:
     void anInputMethodsPressIsEnded()
     {
         const auto [pressed, hold, leftSince, first] = rowOf<bool, bool, bool, QStringList>();
-        Desk desk;
-        desk.state.ThirdPartyActive = true;
-        desk.state.ASR3HoldToTalk = hold;
-        desk.port.inputMethodWindow = 7;
+        MethodDesk desk(hold);
         if (pressed) {
-            desk.key(1, 1);
-            desk.calls();
+            desk.take(1, 1);
         }
         desk.state.ThirdPartyActive = !leftSince;
         desk.session.endInputMethodPress();
@@ -560,22 +530,15 @@ private Q_SLOTS:
     void aPressEndsWithoutItsRelease()
     {
         const auto [instead, hold, calls] = rowOf<Set, bool, QStringList>();
-        Desk desk;
-        desk.state.ThirdPartyActive = true;
-        desk.state.ASR3HoldToTalk = hold;
-        desk.port.inputMethodWindow = 7;
-        desk.key(1, 1);
-        desk.calls();
+        MethodDesk desk(hold);
+        desk.take(1, 1);
         instead(desk);
         QCOMPARE(QStringList(desk.calls().mid(0, calls.size())), calls);
         desk.state.ASRFuncClosed = false;
         desk.state.ThirdPartyActive = true;
-        desk.key(1, 0); // it comes after all
-        QVERIFY(desk.calls().isEmpty());
-        desk.key(1, 1);
-        desk.calls();
-        desk.key(1, 0);
-        QCOMPARE(desk.calls().mid(0, 1), QStringList{"paste timer"_s});
+        QVERIFY(desk.take(1, 0).isEmpty()); // it comes after all
+        desk.take(1, 1);
+        QCOMPARE(desk.take(1, 0).mid(0, 1), QStringList{"paste timer"_s});
     }
 
     void aReleaseWithoutItsPressIsNoInputMethods_data()
@@ -588,16 +551,12 @@ private Q_SLOTS:
     void aReleaseWithoutItsPressIsNoInputMethods()
     {
         const auto [index] = rowOf<int>();
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
-        desk.state.LocalUseASR3Index = index;
-        desk.port.inputMethodWindow = 7;
+        MethodDesk desk(false, index);
         desk.port.clock = 5000;
         desk.state.ResultIdle = false;
         desk.key(1, 1);
         desk.state.ResultIdle = true;
-        desk.key(1, 0);
-        QVERIFY(desk.calls().isEmpty());
+        QVERIFY(desk.take(1, 0).isEmpty());
     }
 
     void aClickHasStartedIt_data()
@@ -616,14 +575,9 @@ private Q_SLOTS:
     void aClickHasStartedIt()
     {
         const auto [index, program, hold, passed, typed] = rowOf<int, QString, bool, int, bool>();
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
-        desk.state.LocalUseASR3Index = index;
-        desk.state.ASR3HoldToTalk = hold;
+        MethodDesk desk(hold, index);
         desk.state.LocalASR3CustomInstallPath = program;
-        desk.state.ASR3CustomShortCutKey = 0x3b;
         desk.port.running = QStringList{"VoiceInput"_s, "SpeechInput"_s};
-        desk.port.inputMethodWindow = 7;
         desk.session.inputMethodStartedByClick();
         desk.port.clock += 7000; // until its window is there
         if (index != mevo::thirdPartyCustom) {
@@ -632,13 +586,11 @@ private Q_SLOTS:
         }
         desk.calls();
         desk.port.clock += passed;
-        desk.key(1, 1);
-        QCOMPARE(!desk.calls().filter("key "_s).isEmpty(), typed);
+        QCOMPARE(!desk.take(1, 1).filter("key "_s).isEmpty(), typed);
         desk.key(1, 0);
         const QStringList release = desk.calls();
         QVERIFY(release.contains("tap timer"_s) || !release.filter("key "_s).isEmpty());
-        desk.key(1, 1); // from now on as ever
-        QVERIFY(!desk.calls().filter("key "_s).isEmpty());
+        QVERIFY(!desk.take(1, 1).filter("key "_s).isEmpty()); // from now on as ever
     }
 
     void aClickIsOver_data()
@@ -651,14 +603,10 @@ private Q_SLOTS:
     void aClickIsOver()
     {
         const auto [since] = rowOf<Set>();
-        Desk desk;
-        desk.state.ThirdPartyActive = true;
-        desk.state.LocalUseASR3Index = mevo::thirdPartySogou;
-        desk.port.inputMethodWindow = 7;
+        MethodDesk desk(false, mevo::thirdPartySogou);
         desk.session.inputMethodStartedByClick();
         since(desk);
-        desk.key(1, 1);
-        QCOMPARE(desk.calls().filter("key "_s).size(), 2);
+        QCOMPARE(desk.take(1, 1).filter("key "_s).size(), 2);
     }
 
     void aReceiverIsPulledOutOfAPress_data()
@@ -674,25 +622,18 @@ private Q_SLOTS:
     void aReceiverIsPulledOutOfAPress()
     {
         const auto [index, hold, away, typed] = rowOf<int, bool, int, bool>();
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
-        desk.state.LocalUseASR3Index = index;
+        MethodDesk desk(false, index);
         desk.state.ASR3HoldToTalk = desk.state.ASR3CustomHoldToTalk = hold;
         desk.state.LocalASR3CustomInstallPath = "/opt/talk"_s;
-        desk.state.ASR3CustomShortCutKey = 0x3b;
         desk.port.running = QStringList{"talk"_s};
-        desk.port.inputMethodWindow = 7;
-        desk.key(1, 1);
-        QVERIFY(!desk.calls().filter("key "_s).isEmpty());
+        QVERIFY(!desk.take(1, 1).filter("key "_s).isEmpty());
         desk.session.receiverGone();
         desk.port.clock += away;
-        desk.key(1, 1);
-        QCOMPARE(!desk.calls().filter("key "_s).isEmpty(), typed);
+        QCOMPARE(!desk.take(1, 1).filter("key "_s).isEmpty(), typed);
         desk.key(1, 0);
         const QStringList release = desk.calls();
         QVERIFY(release.contains("tap timer"_s) || !release.filter("key "_s).isEmpty());
-        desk.key(1, 1); // from now on as ever
-        QVERIFY(!desk.calls().filter("key "_s).isEmpty());
+        QVERIFY(!desk.take(1, 1).filter("key "_s).isEmpty()); // from now on as ever
     }
 
     /// The window that a click brings up is not there yet.
@@ -702,61 +643,42 @@ private Q_SLOTS:
         desk.state.ThirdPartyActive = desk.state.LocalMustClickRunASR3 = true;
         desk.state.LocalUseASR3Index = mevo::thirdPartySogou;
         desk.session.inputMethodStartedByClick();
-        desk.key(1, 1);
-        QVERIFY(desk.calls().filter("key "_s).isEmpty());
-        desk.key(1, 0);
-        QVERIFY(desk.calls().contains("tap timer"_s));
+        QVERIFY(desk.take(1, 1).filter("key "_s).isEmpty());
+        QVERIFY(desk.take(1, 0).contains("tap timer"_s));
     }
 
     void aTappedMethodIsEndedWhateverHasCome_data()
     {
-        const Rows<int, Set, QStringList> row; // index, meanwhile, calls (at the release)
+        const Rows<int, QStringList, Set> row; // index, calls (at the release), meanwhile
         const QStringList timer{"tap timer"_s};
         const QStringList tap{"key 0 3b"_s, "sleep 100"_s, "key 0 0"_s};
         const Set otherMode = [](Desk &d) {
             d.state.VoiceTypeMode = false;
             d.state.VoiceSearchMode = true;
         };
-        row("another mode", 2, otherMode, timer);
-        row(
-            "another engine", 2, [](Desk &d) { d.state.ThirdPartyActive = false; }, timer);
-        row(
-            "another mode, and its window has gone", 2,
-            [otherMode](Desk &d) {
-                otherMode(d);
-                d.port.inputMethodWindow = 0;
-            },
-            QStringList());
-        row(
-            "another method, which is not begun", 2,
-            [](Desk &d) { d.state.LocalUseASR3Index = mevo::thirdPartyCustom; }, QStringList());
-        row("custom, which knows no modes", 3, otherMode, tap);
-        row(
-            "custom, withdrawn", 3, [](Desk &d) { d.state.ShowASR3Custom = false; }, tap);
-        row(
-            "custom, withdrawn and ended", 3,
-            [](Desk &d) {
-                d.state.ShowASR3Custom = false;
-                d.port.running.clear();
-            },
-            QStringList());
+        row("another mode", 2, timer, otherMode);
+        row("another engine", 2, timer, [](Desk &d) { d.state.ThirdPartyActive = false; });
+        row("another mode, and its window has gone", 2, QStringList(), [otherMode](Desk &d) {
+            otherMode(d);
+            d.port.inputMethodWindow = 0;
+        });
+        row("another method, which is not begun", 2, QStringList(),
+            [](Desk &d) { d.state.LocalUseASR3Index = mevo::thirdPartyCustom; });
+        row("custom, which knows no modes", 3, tap, otherMode);
+        row("custom, withdrawn", 3, tap, [](Desk &d) { d.state.ShowASR3Custom = false; });
+        row("custom, withdrawn and ended", 3, QStringList(), [](Desk &d) {
+            d.state.ShowASR3Custom = false;
+            d.port.running.clear();
+        });
     }
     /// It would go on listening, and its next press would end it instead of beginning.
     void aTappedMethodIsEndedWhateverHasCome()
     {
-        const auto [index, meanwhile, calls] = rowOf<int, Set, QStringList>();
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
-        desk.state.LocalUseASR3Index = index;
-        desk.state.LocalASR3CustomInstallPath = "/opt/VoiceInput"_s;
-        desk.state.ASR3CustomShortCutKey = 0x3b;
-        desk.port.running = QStringList{"VoiceInput"_s};
-        desk.port.inputMethodWindow = 7;
-        desk.key(1, 1);
-        desk.calls();
+        const auto [index, calls, meanwhile] = rowOf<int, QStringList, Set>();
+        MethodDesk desk(false, index);
+        desk.take(1, 1);
         meanwhile(desk);
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), calls);
+        QCOMPARE(desk.take(1, 0), calls);
         desk.session.endInputMethodPress(); // nothing is left of it
         QVERIFY(desk.calls().isEmpty());
     }
@@ -765,20 +687,13 @@ private Q_SLOTS:
     /// beginning, and its window is closed by a later press only.
     void aTappedMethodIsEndedByASession()
     {
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ThirdPartyWindowOpen = true;
-        desk.state.LocalUseASR3Index = mevo::thirdPartySogou;
-        desk.port.inputMethodWindow = 7;
-        desk.key(1, 1);
-        desk.calls();
-        desk.state.VoiceTypeMode = false;
-        desk.state.VoiceCommandWordMode = true;
-        desk.key(6, 1);
-        QCOMPARE(desk.calls(), ownPress + QStringList{"tap timer"_s});
-        desk.key(6, 0);
-        desk.calls();
-        desk.key(6, 1);
-        QCOMPARE(desk.calls().value(1), "leave"_s);
+        MethodDesk desk(false, mevo::thirdPartySogou);
+        desk.state.ThirdPartyWindowOpen = true;
+        desk.take(1, 1);
+        takeCommands(desk);
+        QCOMPARE(desk.take(6, 1), ownPress + QStringList{"tap timer"_s});
+        desk.take(6, 0);
+        QCOMPARE(desk.take(6, 1).value(1), "leave"_s);
     }
 
     void aSecondKeyWhileATappedMethodListens_data()
@@ -806,22 +721,17 @@ private Q_SLOTS:
         if (running) {
             run();
         }
-        desk.key(1, 1);
-        QCOMPARE(desk.calls().filter("key "_s).size(), running ? 2 : 0);
+        QCOMPARE(desk.take(1, 1).filter("key "_s).size(), running ? 2 : 0);
         run();
-        desk.key(3, 1);
-        QVERIFY(desk.calls().filter("key "_s).isEmpty());
-        desk.key(1, 0);
-        QVERIFY(desk.calls().isEmpty());
-        desk.key(3, 0);
-        QVERIFY(desk.calls().contains(index == 2 ? "tap timer"_s : "key 0 3b"_s));
+        QVERIFY(desk.take(3, 1).filter("key "_s).isEmpty());
+        QVERIFY(desk.take(1, 0).isEmpty());
+        QVERIFY(desk.take(3, 0).contains(index == 2 ? "tap timer"_s : "key 0 3b"_s));
         // It has ended in between: then it is begun as ever.
         desk.key(1, 1);
         desk.port.running.clear();
         desk.port.inputMethodWindow = 0;
         desk.calls();
-        desk.key(3, 1);
-        QVERIFY(desk.calls().contains("start /opt/VoiceInput"_s));
+        QVERIFY(desk.take(3, 1).contains("start /opt/VoiceInput"_s));
     }
 
     void aLostReleaseCostsNoPress_data()
@@ -834,16 +744,9 @@ private Q_SLOTS:
     void aLostReleaseCostsNoPress()
     {
         const auto [index] = rowOf<int>();
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ShowASR3Custom = true;
-        desk.state.LocalUseASR3Index = index;
-        desk.state.LocalASR3CustomInstallPath = "/opt/VoiceInput"_s;
-        desk.state.ASR3CustomShortCutKey = 0x3b;
-        desk.port.running = QStringList{"VoiceInput"_s};
-        desk.port.inputMethodWindow = 7;
+        MethodDesk desk(false, index);
         for (int press = 0; press < 2; ++press) {
-            desk.key(1, 1);
-            QCOMPARE(desk.calls().filter("key "_s), (QStringList{"key 0 3b"_s, "key 0 0"_s}));
+            QCOMPARE(desk.take(1, 1).filter("key "_s), (QStringList{"key 0 3b"_s, "key 0 0"_s}));
         }
     }
 
@@ -857,43 +760,30 @@ private Q_SLOTS:
     void aKeyThatIsNotTakenEndsNoOther()
     {
         const auto [hold] = rowOf<bool>();
-        Desk desk;
-        desk.state.ThirdPartyActive = true;
-        desk.state.ASR3HoldToTalk = hold;
-        desk.port.inputMethodWindow = 7;
-        desk.key(1, 1);
-        desk.calls();
+        MethodDesk desk(hold);
+        desk.take(1, 1);
         for (const int pressed : {1, 0}) {
             desk.refused(6, pressed);
             QCOMPARE(desk.calls(), QStringList{"record stop"_s});
         }
-        desk.key(1, 0);
-        QCOMPARE(desk.calls().value(1), hold ? "key 0 0"_s : "tap timer"_s);
+        QCOMPARE(desk.take(1, 0).value(1), hold ? "key 0 0"_s : "tap timer"_s);
     }
 
     /// While the input method's key is held no other key's release lets it go: neither of one whose press was
     /// not taken nor of one that it has overtaken.
     void onlyItsOwnKeyEndsAnInputMethodsPress()
     {
-        Desk desk;
-        desk.state.ThirdPartyActive = desk.state.ASR3HoldToTalk = true;
-        desk.port.inputMethodWindow = 7;
-        desk.key(1, 1);
-        desk.calls();
-        desk.key(8, 0);
-        QVERIFY(desk.calls().isEmpty());
+        MethodDesk desk(true);
+        desk.take(1, 1);
+        QVERIFY(desk.take(8, 0).isEmpty());
         desk.key(3, 1); // the later one has it now
         desk.calls();
-        desk.key(1, 0);
-        QVERIFY(desk.calls().isEmpty());
-        desk.key(3, 0);
-        QCOMPARE(desk.calls().mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
+        QVERIFY(desk.take(1, 0).isEmpty());
+        QCOMPARE(desk.take(3, 0).mid(0, 2), (QStringList{"paste timer"_s, "key 0 0"_s}));
         desk.key(3, 1);
         desk.key(1, 1);
-        desk.key(1, 0);
-        desk.calls();
-        desk.key(3, 0); // overtaken, and nothing is held any more
-        QVERIFY(desk.calls().isEmpty());
+        desk.take(1, 0);
+        QVERIFY(desk.take(3, 0).isEmpty()); // overtaken, and nothing is held any more
     }
 
     void aCustomMethodsKeyWaitsForItsWindow_data()
@@ -915,17 +805,14 @@ private Q_SLOTS:
         desk.state.ASR3CustomWinClassName = "Talk"_s;
         const QStringList start{"clear clipboard"_s, "start /opt/talk"_s, "await Talk"_s};
         const QStringList tap{"key 0 42"_s, "sleep 100"_s, "key 0 0"_s};
-        desk.key(1, 1);
-        QCOMPARE(desk.calls(), start);
+        QCOMPARE(desk.take(1, 1), start);
         desk.session.inputMethodCame();
         QCOMPARE(desk.calls(), hold ? QStringList(tap.mid(0, 1)) : tap);
         desk.session.inputMethodCame(); // once
         QVERIFY(desk.calls().isEmpty());
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), hold ? QStringList(tap.mid(2)) : tap);
+        QCOMPARE(desk.take(1, 0), hold ? QStringList(tap.mid(2)) : tap);
         // Let go before it is there: neither end of the key is typed.
-        desk.key(1, 1);
-        QCOMPARE(desk.calls(), start);
+        QCOMPARE(desk.take(1, 1), start);
         desk.key(1, 0);
         desk.session.inputMethodCame();
         QVERIFY(desk.calls().isEmpty());
@@ -934,27 +821,21 @@ private Q_SLOTS:
         desk.key(1, 0);
         desk.port.running = QStringList{"talk"_s};
         desk.calls();
-        desk.key(1, 1);
-        QCOMPARE(desk.calls(), QStringList(start.mid(0, 1)));
+        QCOMPARE(desk.take(1, 1), QStringList(start.mid(0, 1)));
         desk.session.inputMethodCame();
         QCOMPARE(desk.calls(), hold ? QStringList(tap.mid(0, 1)) : tap);
-        desk.key(1, 0);
-        desk.calls();
+        desk.take(1, 0);
         desk.port.running.clear();
         // The receiver is pulled out, and put in again before it is there: nobody would let the key go.
-        desk.key(1, 1);
-        desk.calls();
+        desk.take(1, 1);
         desk.session.receiverGone();
         desk.session.inputMethodCame();
-        desk.key(1, 0);
-        QVERIFY(desk.calls().isEmpty());
+        QVERIFY(desk.take(1, 0).isEmpty());
         // Another method has taken its place meanwhile.
-        desk.key(1, 1);
-        desk.calls();
+        desk.take(1, 1);
         desk.state.ThirdPartyActive = false;
         desk.session.inputMethodCame();
-        desk.key(1, 0);
-        QVERIFY(desk.calls().filter("key "_s).isEmpty());
+        QVERIFY(desk.take(1, 0).filter("key "_s).isEmpty());
     }
 
     void aReleaseWithoutItsPressKeepsTheKeyBusy()
@@ -962,8 +843,7 @@ private Q_SLOTS:
         Desk desk;
         desk.state.Recording = true;
         desk.port.clock = 5000;
-        desk.key(1, 0);
-        QCOMPARE(desk.calls(), QStringList());
+        QCOMPARE(desk.take(1, 0), QStringList());
         QVERIFY(desk.state.KeyUpBusy);
     }
 
@@ -987,123 +867,95 @@ private Q_SLOTS:
 
     void inputMethodIsDrivenByItsHotKey_data()
     {
-        const Rows<Set, QString, QString> row; // set, press, release
-        row(
-            "XunFei open, hold",
-            [](Desk &d) {
+        const Rows<QString, QString, Set> row; // press, release, set
+        row("XunFei open, hold", "clear clipboard|key 5 3f",
+            "paste timer|key 0 0|sleep 100|key 5 3f|sleep 200|key 0 0|sleep 200|key 0 0", [](Desk &d) {
                 d.port.inputMethodWindow = 7;
                 d.state.ASR3HoldToTalk = true;
                 d.state.LocalXunFeiASR3CtrlKey = 1;
                 d.state.LocalXunFeiASR3AltKey = 4;
-            },
-            "clear clipboard|key 5 3f",
-            "paste timer|key 0 0|sleep 100|key 5 3f|sleep 200|key 0 0|sleep 200|key 0 0");
-        row(
-            "XunFei not running, tap",
-            [](Desk &d) {
+            });
+        row("XunFei not running, tap",
+            "clear clipboard|place 299 389|tip hide|start xunfei|mark|hide bar|sleep 100",
+            "paste timer|tap timer", [](Desk &d) {
                 d.state.LocalASR3XunFeiInstallPath = "/x/iFlyVoice"_s;
                 d.state.HidMainUIWhenASR = true;
-            },
-            "clear clipboard|place 299 389|tip hide|start xunfei|mark|hide bar|sleep 100",
-            "paste timer|tap timer");
-        row(
-            "XunFei not installed, tap", [](Desk &) {},
-            "clear clipboard|place 299 389|key 0 3b|sleep 100|key 0 0", "paste timer|tap timer");
-        row(
-            "Sogou not running, hold",
-            [](Desk &d) {
+            });
+        row("XunFei not installed, tap", "clear clipboard|place 299 389|key 0 3b|sleep 100|key 0 0",
+            "paste timer|tap timer", [](Desk &) {});
+        row("Sogou not running, hold",
+            "clear clipboard|place 299 319|start /s/sogou|mark|sleep 100|sleep 500|key 0 3b",
+            "paste timer|key 0 0|sleep 100|key 0 3b|sleep 200|key 0 0|sleep 200|key 0 0", [](Desk &d) {
                 d.state.LocalUseASR3Index = mevo::thirdPartySogou;
                 d.state.LocalASR3SougoInstallPath = "/s/sogou"_s;
                 d.state.ASR3HoldToTalk = true;
                 d.state.ASR3ShortCutKey = 0x3b;
-            },
-            "clear clipboard|place 299 319|start /s/sogou|mark|sleep 100|sleep 500|key 0 3b",
-            "paste timer|key 0 0|sleep 100|key 0 3b|sleep 200|key 0 0|sleep 200|key 0 0");
-        row(
-            "Sogou open, tap with its own key",
-            [](Desk &d) {
+            });
+        row("Sogou open, tap with its own key", "clear clipboard|place 299 319|key 0 40|sleep 100|key 0 0",
+            "paste timer|tap timer", [](Desk &d) {
                 d.state.LocalUseASR3Index = mevo::thirdPartySogou;
                 d.port.inputMethodWindow = 7;
                 d.state.LocalXunFeiASR3ShortcutKey = 0x40;
-            },
-            "clear clipboard|place 299 319|key 0 40|sleep 100|key 0 0", "paste timer|tap timer");
-        row(
-            "custom method, started first",
-            [](Desk &d) {
+            });
+        row("custom method, started first",
+            "clear clipboard|start C:\\x\\SpeechInput.exe|sleep 100|sleep 500|key 2 41|sleep 100|key 0 0",
+            "key 2 41|sleep 100|key 0 0", [](Desk &d) {
                 d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
                 d.state.LocalASR3CustomInstallPath = "C:\\x\\SpeechInput.exe"_s;
                 d.state.ASR3CustomCtrlShortCutKey = 2;
                 d.state.ASR3CustomShortCutKey = 0x41;
-            },
-            "clear clipboard|start C:\\x\\SpeechInput.exe|sleep 100|sleep 500|key 2 41|sleep 100|key 0 0",
-            "key 2 41|sleep 100|key 0 0");
-        row(
-            "XunFei not running, which only a click may start",
-            [](Desk &d) {
+            });
+        row("XunFei not running, which only a click may start", "clear clipboard|place 299 389|key 0 3f",
+            "paste timer|key 0 0|sleep 100|key 0 3f|sleep 200|key 0 0|sleep 200|key 0 0", [](Desk &d) {
                 d.state.LocalASR3XunFeiInstallPath = "/x/iFlyVoice"_s;
                 d.state.LocalMustClickRunASR3 = d.state.ASR3HoldToTalk = true;
-            },
-            "clear clipboard|place 299 389|key 0 3f",
-            "paste timer|key 0 0|sleep 100|key 0 3f|sleep 200|key 0 0|sleep 200|key 0 0");
-        row(
-            "Ctrl and Shift of the same bit",
-            [](Desk &d) {
+            });
+        row("Ctrl and Shift of the same bit", "clear clipboard|key 0 3f",
+            "paste timer|key 0 0|sleep 100|key 0 43|sleep 200|key 0 0|sleep 200|key 0 0", [](Desk &d) {
                 d.port.inputMethodWindow = 7;
                 d.state.ASR3HoldToTalk = true;
                 d.state.LocalXunFeiASR3CtrlKey = d.state.LocalXunFeiASR3ShiftKey = 2;
                 d.state.LocalXunFeiASR3ShortcutKey = 0x43;
-            },
-            "clear clipboard|key 0 3f",
-            "paste timer|key 0 0|sleep 100|key 0 43|sleep 200|key 0 0|sleep 200|key 0 0");
-        row(
-            "custom method without a suffix",
-            [](Desk &d) {
+            });
+        row("custom method without a suffix",
+            "clear clipboard|start /opt/SpeechInput|sleep 100|sleep 500|key 1 0|sleep 100|key 0 0",
+            "key 1 0|sleep 100|key 0 0", [](Desk &d) {
                 d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
                 d.state.LocalASR3CustomInstallPath = "/opt/SpeechInput"_s;
                 d.state.ASR3CustomCtrlShortCutKey = 1;
                 d.state.ASR3CustomShortCutKey = 0;
-            },
-            "clear clipboard|start /opt/SpeechInput|sleep 100|sleep 500|key 1 0|sleep 100|key 0 0",
-            "key 1 0|sleep 100|key 0 0");
-        row(
-            "custom method that is held, started first",
-            [](Desk &d) {
+            });
+        row("custom method that is held, started first",
+            "clear clipboard|start /opt/dictate|sleep 100|sleep 500|key 5 45", "key 0 0", [](Desk &d) {
                 d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
                 d.state.LocalASR3CustomInstallPath = "/opt/dictate"_s;
                 d.state.ASR3CustomHoldToTalk = true;
                 d.state.ASR3CustomCtrlShortCutKey = 5;
                 d.state.ASR3CustomShortCutKey = 0x45;
-            },
-            "clear clipboard|start /opt/dictate|sleep 100|sleep 500|key 5 45", "key 0 0");
-        row(
-            "custom method that only a click may start",
-            [](Desk &d) {
+            });
+        row("custom method that only a click may start", "clear clipboard|key 0 3b|sleep 100|key 0 0",
+            "key 0 3b|sleep 100|key 0 0", [](Desk &d) {
                 d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
                 d.state.LocalASR3CustomInstallPath = "/opt/VoiceInput"_s;
                 d.state.LocalMustClickRunASR3 = true;
                 d.state.ASR3CustomShortCutKey = 0x3b;
-            },
-            "clear clipboard|key 0 3b|sleep 100|key 0 0", "key 0 3b|sleep 100|key 0 0");
-        row(
-            "custom method that listens by itself once started",
-            [](Desk &d) {
+            });
+        row("custom method that listens by itself once started",
+            "clear clipboard|start /x/VoiceInput.exe|sleep 100", "key 0 0|sleep 100|key 0 0", [](Desk &d) {
                 d.state.LocalUseASR3Index = mevo::thirdPartyCustom;
                 d.state.LocalASR3CustomInstallPath = "/x/VoiceInput.exe"_s;
-            },
-            "clear clipboard|start /x/VoiceInput.exe|sleep 100", "key 0 0|sleep 100|key 0 0");
+            });
     }
 
     void inputMethodIsDrivenByItsHotKey()
     {
-        const auto [set, press, release] = rowOf<Set, QString, QString>();
+        const auto [press, release, set] = rowOf<QString, QString, Set>();
         Desk desk;
         desk.state.ThirdPartyActive = true;
         set(desk);
-        desk.key(1, 1);
-        QCOMPARE(desk.calls().join(QLatin1Char('|')), press);
+        QCOMPARE(desk.take(1, 1).join(QLatin1Char('|')), press);
         QVERIFY(!desk.state.Recording);
-        desk.key(1, 0);
-        QCOMPARE(desk.calls().join(QLatin1Char('|')), release);
+        QCOMPARE(desk.take(1, 0).join(QLatin1Char('|')), release);
     }
 };
 

@@ -192,7 +192,6 @@ const QString open = "create|show"_s;
 
 } // namespace
 
-
 class TestVoiceModes : public QObject
 {
     Q_OBJECT

@@ -103,11 +103,7 @@ private Q_SLOTS:
     void changes_data()
     {
         // before (as the program knows it), after, kept, result
-        const Rows<QByteArray, QByteArray, QByteArray, QByteArray> add;
-        const auto row = [&](const char *name, const char *before, const char *after, const char *kept,
-                             const char *result) {
-            add(name, QByteArray(before), QByteArray(after), QByteArray(kept), QByteArray(result));
-        };
+        const Rows<QByteArray, QByteArray, QByteArray, QByteArray> row;
         const char *const both = R"({"Baidu":{"ApiKey":"i","SecretKey":"s"}})";
         row("the first", "", both, "", both);
         row("beside others, known or not", "", both, R"({"Google":[1],"XunFei":{"AppId":"a","Region":"b"}})",

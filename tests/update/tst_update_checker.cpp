@@ -380,11 +380,7 @@ private Q_SLOTS:
     {
         // earlier (archive that DownloadSetting.ini names), there, comesLater (while the archive is on its
         // way), refused, left
-        const Rows<QByteArray, QString, bool, bool, QStringList> add;
-        const auto row = [&](const char *name, const char *earlier, const char *there, bool comesLater,
-                             bool refused, const QStringList &left) {
-            add(name, QByteArray(earlier), QString(there), comesLater, refused, left);
-        };
+        const Rows<QByteArray, QString, bool, bool, QStringList> row;
         const QStringList done{"a.tar.xz", "DownloadSetting.ini"};
         row("the user's", "", "a.tar.xz", false, true, {"a.tar.xz"});
         row("the user's, that comes later", "", "a.tar.xz", true, true, {"a.tar.xz"});

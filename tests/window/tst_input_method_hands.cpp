@@ -136,6 +136,14 @@ public:
         made.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         return path;
     }
+    /// XunFei's method as its own installer leaves it, of that version.
+    void installXunFei(const QByteArray &version) const
+    {
+        file("prog/iFlyVoice.exe"_s);
+        file("localLow/iFly Info Tek/iFlyIME/iflyImeCfg.xml"_s,
+             "<c><installPath_ver2>" + user.filePath("prog"_s).toUtf8() + "</installPath_ver2><ver>" +
+                 version + "</ver></c>");
+    }
     QByteArray contentOf(const QString &name) const
     {
         QFile read(user.filePath(name));
@@ -305,10 +313,7 @@ private Q_SLOTS:
     {
         Program p("ThirdPartyConsentAsked=1\n");
         p.file("bin/VoiceInput"_s);
-        p.file("prog/iFlyVoice.exe"_s);
-        p.file(xunFeiFolder + "iflyImeCfg.xml"_s, "<c><installPath_ver2>" +
-                                                      p.user.filePath("prog"_s).toUtf8() +
-                                                      "</installPath_ver2><ver>3.0.1727</ver></c>");
+        p.installXunFei("3.0.1727");
         p.file(xunFeiFolder + "config.xml"_s, "<c><start_end>enable=1;keyStr=F6</start_end></c>");
         MainWindow &window = p.start();
         p.choose(sogouRow);
@@ -331,10 +336,7 @@ private Q_SLOTS:
     {
         Program p("ThirdPartyConsentAsked=1\n");
         p.file("bin/VoiceInput"_s);
-        p.file("prog/iFlyVoice.exe"_s);
-        p.file(xunFeiFolder + "iflyImeCfg.xml"_s, "<c><installPath_ver2>" +
-                                                      p.user.filePath("prog"_s).toUtf8() +
-                                                      "</installPath_ver2><ver>3.0.1727</ver></c>");
+        p.installXunFei("3.0.1727");
         MainWindow &window = p.start();
         p.choose(sogouRow);
         p.fake.windowSystem->byTitle.insert(window.ASR3WindowName, 7); // the user's own
@@ -355,19 +357,13 @@ private Q_SLOTS:
     void aLateRowOfAnotherGeneration()
     {
         Program p("ThirdPartyConsentAsked=1\n");
-        p.file("prog/iFlyVoice.exe"_s);
-        const auto install = [&p](const QByteArray &version) {
-            p.file(xunFeiFolder + "iflyImeCfg.xml"_s,
-                   "<c><installPath_ver2>" + p.user.filePath("prog"_s).toUtf8() + "</installPath_ver2><ver>" +
-                       version + "</ver></c>");
-        };
-        install("2.1.1708");
+        p.installXunFei("2.1.1708");
         MainWindow &window = p.start();
         p.settle();
         p.methodRow = {{"ASR3WindowName"_s, "旧窗"_s}};
         p.held = "asr3setting where"_s;
         p.onHeld = [&] {
-            install("3.0.1727");
+            p.installXunFei("3.0.1727");
             window.ReadXunFeiIme();
             p.methodRow["ASR3WindowName"_s] = "新窗"_s;
             p.server.answerHeld();
@@ -377,7 +373,7 @@ private Q_SLOTS:
         QCOMPARE(window.ASR3WindowName, "新窗"_s);
         QCOMPARE(p.told("asr3setting_usexunfeiinputmore30 where ASR3Index=1"_s).size(), 1);
         // What was asked for before says nothing about a generation that is found afterwards.
-        install("2.1.1708");
+        p.installXunFei("2.1.1708");
         window.ReadXunFeiIme();
         QCOMPARE(window.ASR3WindowName, "讯飞语音悬浮窗"_s);
     }
@@ -532,11 +528,8 @@ private Q_SLOTS:
         Program p("ThirdPartyConsentAsked=1\n");
         p.answer("提示"_s, "立即重启"_s, restart);
         p.answer("提示"_s, "查看如何设置"_s, how);
-        p.file("prog/iFlyVoice.exe"_s);
         p.file("prog/iFlyIMEConfig"_s);
-        p.file(xunFeiFolder + "iflyImeCfg.xml"_s, "<c><installPath_ver2>" +
-                                                      p.user.filePath("prog"_s).toUtf8() +
-                                                      "</installPath_ver2><ver>3.0.1727</ver></c>");
+        p.installXunFei("3.0.1727");
         p.file(xunFeiFolder + "config.xml"_s, withoutKey);
         MainWindow &window = p.start();
         window.FirstRunApp = true;

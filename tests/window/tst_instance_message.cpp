@@ -6,7 +6,6 @@
 using mevo::InstanceCall;
 using What = InstanceCall::What;
 
-
 namespace {
 
 QByteArray json(QByteArray withSingleQuotes)

@@ -86,41 +86,36 @@ class TestMethodHands : public QObject
 private slots:
     void theReceiverTypesTheKeys_data()
     {
-        const Rows<Set, QString, QString> row; // set, press, release
-        row(
-            "held",
+        const Rows<QString, QString, Set> row; // press, release, set
+        row("held", "05 3f 00 00 00",
+            "00 00 00 00 00 | sleep 100 | 05 41 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
+            "00 00 00 00 00",
             [](Driven &d) {
                 d.window->LocalXunFeiASR3CtrlKey = 1;
                 d.window->LocalXunFeiASR3AltKey = 4;
                 d.window->LocalXunFeiASR3ShortcutKey = 0x41;
-            },
-            "05 3f 00 00 00",
-            "00 00 00 00 00 | sleep 100 | 05 41 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
-            "00 00 00 00 00");
-        row(
-            "tapped", [](Driven &d) { d.use(2); }, "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00",
-            "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00");
-        row(
-            "custom, tapped",
-            [](Driven &d) {
+            });
+        row("tapped", "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00",
+            "00 3b 00 00 00 | sleep 100 | 00 00 00 00 00", [](Driven &d) { d.use(2); });
+        row("custom, tapped", "01 00 00 00 00 | sleep 100 | 00 00 00 00 00",
+            "01 00 00 00 00 | sleep 100 | 00 00 00 00 00", [](Driven &d) {
                 d.use(3);
                 d.window->ShowASR3Custom = true;
                 d.window->LocalASR3CustomInstallPath = "/opt/SpeechInput"_s;
                 d.fake.processes->running = QStringList{"SpeechInput"_s};
                 d.window->ASR3CustomCtrlShortCutKey = 1;
                 d.window->ASR3CustomShortCutKey = 0;
-            },
-            "01 00 00 00 00 | sleep 100 | 00 00 00 00 00", "01 00 00 00 00 | sleep 100 | 00 00 00 00 00");
-        row(
-            "held, the window not there", [](Driven &d) { d.showWindow(false); },
+            });
+        row("held, the window not there",
             "start /opt/iFly/iFlyVoice | sleep 100 | sleep 500 | 00 3f 00 00 00",
             "00 00 00 00 00 | sleep 100 | 00 3f 00 00 00 | sleep 200 | 00 00 00 00 00 | sleep 200 | "
-            "00 00 00 00 00");
+            "00 00 00 00 00",
+            [](Driven &d) { d.showWindow(false); });
     }
 
     void theReceiverTypesTheKeys()
     {
-        const auto [set, press, release] = rowOf<Set, QString, QString>();
+        const auto [press, release, set] = rowOf<QString, QString, Set>();
         Driven program;
         program.showWindow(true);
         set(program);
@@ -303,27 +298,20 @@ private slots:
 
     void aCloudEngineLeavesTheWindow_data()
     {
-        const Rows<Set, QString> row; // set, done
-        row(
-            "XunFei", [](Driven &) {}, "close window 7");
-        row(
-            "XunFei's third", [](Driven &d) { d.window->XFVM3 = true; }, "kill iFlyVoice.exe");
-        row(
-            "Sogou beside it",
-            [](Driven &d) {
-                d.window->XFVM3 = true;
-                d.use(2);
-            },
-            "close window 7");
-        row(
-            "the user's own", [](Driven &d) { d.window->ThirdPartyWindowOpen = false; }, "");
-        row(
-            "gone", [](Driven &d) { d.showWindow(false); }, "");
+        const Rows<QString, Set> row; // done, set
+        row("XunFei", "close window 7", [](Driven &) {});
+        row("XunFei's third", "kill iFlyVoice.exe", [](Driven &d) { d.window->XFVM3 = true; });
+        row("Sogou beside it", "close window 7", [](Driven &d) {
+            d.window->XFVM3 = true;
+            d.use(2);
+        });
+        row("the user's own", "", [](Driven &d) { d.window->ThirdPartyWindowOpen = false; });
+        row("gone", "", [](Driven &d) { d.showWindow(false); });
     }
 
     void aCloudEngineLeavesTheWindow()
     {
-        const auto [set, done] = rowOf<Set, QString>();
+        const auto [done, set] = rowOf<QString, Set>();
         Driven program;
         program.showWindow(true);
         program.window->ThirdPartyWindowOpen = true;
@@ -337,39 +325,28 @@ private slots:
 
     void theMicrophoneButtonIsClicked_data()
     {
-        const Rows<Set, QString, bool> row; // set, done, open (afterwards)
-        row(
-            "nothing open", [](Driven &) {}, "start /opt/iFly/iFlyVoice", true);
-        row(
-            "Sogou", [](Driven &d) { d.use(2); }, "start /opt/Sogou/VoiceInput", true);
-        row(
-            "refused to be started unasked", [](Driven &d) { d.window->LocalMustClickRunASR3 = true; },
-            "start /opt/iFly/iFlyVoice", true);
-        row(
-            "open",
-            [](Driven &d) {
-                d.window->ThirdPartyWindowOpen = true;
-                d.showWindow(true);
-            },
-            "close window 7", false);
-        row(
-            "the third, open",
-            [](Driven &d) {
-                d.window->ThirdPartyWindowOpen = d.window->XFVM3 = true;
-                d.showWindow(true);
-            },
-            "kill iFlyVoice.exe", false);
-        row(
-            "cannot be started", [](Driven &d) { d.fake.processes->broken.append(xunFei); },
-            "start /opt/iFly/iFlyVoice", false);
-        row(
-            "killed by others", [](Driven &d) { d.window->ThirdPartyWindowOpen = true; },
-            "start /opt/iFly/iFlyVoice", true);
+        const Rows<QString, bool, Set> row; // done, open (afterwards), set
+        row("nothing open", "start /opt/iFly/iFlyVoice", true, [](Driven &) {});
+        row("Sogou", "start /opt/Sogou/VoiceInput", true, [](Driven &d) { d.use(2); });
+        row("refused to be started unasked", "start /opt/iFly/iFlyVoice", true,
+            [](Driven &d) { d.window->LocalMustClickRunASR3 = true; });
+        row("open", "close window 7", false, [](Driven &d) {
+            d.window->ThirdPartyWindowOpen = true;
+            d.showWindow(true);
+        });
+        row("the third, open", "kill iFlyVoice.exe", false, [](Driven &d) {
+            d.window->ThirdPartyWindowOpen = d.window->XFVM3 = true;
+            d.showWindow(true);
+        });
+        row("cannot be started", "start /opt/iFly/iFlyVoice", false,
+            [](Driven &d) { d.fake.processes->broken.append(xunFei); });
+        row("killed by others", "start /opt/iFly/iFlyVoice", true,
+            [](Driven &d) { d.window->ThirdPartyWindowOpen = true; });
     }
 
     void theMicrophoneButtonIsClicked()
     {
-        const auto [set, done, open] = rowOf<Set, QString, bool>();
+        const auto [done, open, set] = rowOf<QString, bool, Set>();
         Driven program;
         set(program);
         program.window->MicWinShown = true; // by a click before a method was chosen

@@ -198,6 +198,24 @@ struct Program
         window = std::make_unique<MainWindow>(fake.platform);
         return *window;
     }
+    /// Something happens as soon as the backend has been asked anything.
+    void whenAsked(std::function<void()> action)
+    {
+        backend.server.onRequest = [this, action = std::move(action)](const ScriptedRequest &) {
+            backend.server.onRequest = nullptr;
+            QTimer::singleShot(0, window.get(), action);
+        };
+    }
+    /// Something happens before the backend's next answer comes.
+    void beforeTheAnswer(const std::function<void()> &action)
+    {
+        backend.delayMs = 3600000; // until somebody lets it go
+        whenAsked([this, action] {
+            backend.delayMs = 0;
+            action();
+            backend.server.answerHeld();
+        });
+    }
     /// Starts, sets the engine flags told ("B", "T", "X") and forgets what was asked so far.
     MainWindow &startWith(const QString &engines)
     {
@@ -322,10 +340,7 @@ private Q_SLOTS:
     {
         Program program;
         MainWindow &window = program.startWith("B"_s);
-        program.backend.server.onRequest = [&](const ScriptedRequest &) {
-            program.backend.server.onRequest = nullptr;
-            QTimer::singleShot(0, &window, [&] { program.choose("英语(讯飞版)"_s); });
-        };
+        program.whenAsked([&] { program.choose("英语(讯飞版)"_s); });
         program.backend.delayMs = 100;
         program.backend.record["UseXFWPIDWAPara"_s] = "1"_s;
         program.backend.record["ShowXFDialect"_s] = QString::number(1 - window.ShowXFDialect);
@@ -342,16 +357,10 @@ private Q_SLOTS:
         Program program;
         MainWindow &window = program.startWith("B"_s);
         program.backend.record = {{"UseTXAPIPara"_s, 1}, {"ShowTXI"_s, 0}};
-        program.backend.delayMs = 3600000; // until somebody lets it go
-        program.backend.server.onRequest = [&](const ScriptedRequest &) {
-            program.backend.server.onRequest = nullptr;
-            QTimer::singleShot(0, &window, [&] {
-                program.backend.delayMs = 0;
-                program.backend.record = {{"UseXFWAPIPara"_s, 1}};
-                window.ReadServerInfo();
-                program.backend.server.answerHeld();
-            });
-        };
+        program.beforeTheAnswer([&] {
+            program.backend.record = {{"UseXFWAPIPara"_s, 1}};
+            window.ReadServerInfo();
+        });
         window.ReadServerInfo();
         QCOMPARE(program.backend.askedLike(readRecord).size(), 2);
         QVERIFY(window.recorder()->UseXunFeiWebApi && !window.recorder()->UseTXASRApi && window.ShowTXI);
@@ -417,19 +426,13 @@ private Q_SLOTS:
         window.LocalEnableASR3 = true; // so that the box can be used
         window.pushBuutton_Setting_clicked();
         program.backend.record = {{"ForceUseASR3"_s, "0"_s}};
-        program.backend.delayMs = 3600000; // until somebody lets it go
-        program.backend.server.onRequest = [&](const ScriptedRequest &) {
-            program.backend.server.onRequest = nullptr;
-            QTimer::singleShot(0, &window, [&] {
-                program.backend.delayMs = 0;
-                window.findChild<QAbstractButton *>("checkBox_ForceUseASR3"_s)->click();
-                QTRY_VERIFY(!program.backend.askedLike("set ForceUseASR3=1"_s).isEmpty());
-                QTRY_COMPARE(Program::setting("RecordChoicesUntold"), QString());
-                program.backend.refused = "select *"_s;
-                window.ReadServerInfo();
-                program.backend.server.answerHeld();
-            });
-        };
+        program.beforeTheAnswer([&] {
+            window.findChild<QAbstractButton *>("checkBox_ForceUseASR3"_s)->click();
+            QTRY_VERIFY(!program.backend.askedLike("set ForceUseASR3=1"_s).isEmpty());
+            QTRY_COMPARE(Program::setting("RecordChoicesUntold"), QString());
+            program.backend.refused = "select *"_s;
+            window.ReadServerInfo();
+        });
         window.ReadServerInfo();
         QVERIFY(window.ForceUseASR3);
         program.backend.refused.clear();
@@ -444,18 +447,12 @@ private Q_SLOTS:
         Program program;
         MainWindow &window = program.startWith("B"_s);
         window.BuildAsrLanMenu(false, false);
-        program.backend.delayMs = 3600000;
-        program.backend.server.onRequest = [&](const ScriptedRequest &) {
-            program.backend.server.onRequest = nullptr;
-            QTimer::singleShot(0, &window, [&] {
-                program.backend.delayMs = 0;
-                program.choose("英语(讯飞版)"_s);
-                QCOMPARE(program.backend.asked.size(), 1);
-                QCOMPARE(Program::setting("EngineChoiceUntold"), "1"_s);
-                program.backend.refused = "UseXFSDKPara = '1'"_s;
-                program.backend.server.answerHeld();
-            });
-        };
+        program.beforeTheAnswer([&] {
+            program.choose("英语(讯飞版)"_s);
+            QCOMPARE(program.backend.asked.size(), 1);
+            QCOMPARE(Program::setting("EngineChoiceUntold"), "1"_s);
+            program.backend.refused = "UseXFSDKPara = '1'"_s;
+        });
         program.choose("普通话(腾讯版)"_s);
         const QString second = "UseXFSDKPara = '1'"_s;
         QVERIFY(window.recorder()->UseXunFeiWebApi);
