@@ -1,4 +1,5 @@
 #include "service/CRijndael.h"
+#include "support/Rows.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -6,8 +7,6 @@
 #include <openssl/evp.h>
 
 #include <string>
-
-Q_DECLARE_METATYPE(CRijndael::Mode)
 
 namespace {
 
@@ -23,30 +22,21 @@ struct Vector
 };
 
 /// ECB: one block of the published key and plain text above (digits of e and pi). CBC and CFB: three
-/// blocks of a counting text. All were worked out by libmcrypt; the ECB rows of block 16 agree with the
-/// submission to the AES competition.
+/// blocks of a counting text. All were worked out by libmcrypt; OpenSSL, which knows blocks of 16 alone,
+/// has those below.
 const Vector vectors[] = {
-    {16, 16, CRijndael::ECB, "3925841d02dc09fbdc118597196a0b32"},
-    {24, 16, CRijndael::ECB, "f9fb29aefc384a250340d833b87ebc00"},
-    {32, 16, CRijndael::ECB, "1a6e6c2c662e7da6501ffb62bc9e93f3"},
     {16, 24, CRijndael::ECB, "b24d275489e82bb8f7375e0d5fcdb1f481757c538b65148a"},
     {24, 24, CRijndael::ECB, "725ae43b5f3161de806a7c93e0bca93c967ec1ae1b71e1cf"},
     {32, 24, CRijndael::ECB, "0ebacf199e3315c2e34b24fcc7c46ef4388aa475d66c194c"},
     {16, 32, CRijndael::ECB, "7d15479076b69a46ffb3b3beae97ad8313f622f67fedb487de9f06b9ed9c8f19"},
     {24, 32, CRijndael::ECB, "5d7101727bb25781bf6715b0e6955282b9610e23a43c2eb062699f0ebf5887b2"},
     {32, 32, CRijndael::ECB, "a49406115dfb30a40418aafa4869b7c6a886ff31602a7dd19c889dc64f7e4e7a"},
-    {16, 16, CRijndael::CBC, "9bbfd7e94182c71285768a8328d2f4f9"},
-    {24, 16, CRijndael::CBC, "205c51dc715c166134d9e82e83c028ed"},
-    {32, 16, CRijndael::CBC, "aa45219dc80dbe4f1ff0e5d8ead380e8"},
     {16, 24, CRijndael::CBC, "17aac462dd44480538b1ab7f00cf2b0caea8556769e3bcaa"},
     {24, 24, CRijndael::CBC, "a9a7f047c85cfc6c553ce705af387dd25832522d30fe51f8"},
     {32, 24, CRijndael::CBC, "672a679bcde4e0269f9bfb62478a3ed9b546c002f4e1acd1"},
     {16, 32, CRijndael::CBC, "856a060a6d56bcdd181dc5234a2d1d9b5695a2d4ea457c292f6410ce19442c3c"},
     {24, 32, CRijndael::CBC, "b52d727ef63ade38200292197094d7a4360f5f9f97fda62a0e2511e58f9884bb"},
     {32, 32, CRijndael::CBC, "e733da98e149ffbf03b6796da3eb13ef40e967397dbd86294e5188a728f6cfdb"},
-    {16, 16, CRijndael::CFB, "1c2156bf2532aca0886602c759f3e3ee"},
-    {24, 16, CRijndael::CFB, "01d7074ec8a6599861c9069b710edb4c"},
-    {32, 16, CRijndael::CFB, "dc3bf5e34a789ad6ccd067f4f8783e52"},
     {16, 24, CRijndael::CFB, "6f955e86c309d609c561fcee7ae297a84af8b2e5f8702f98"},
     {24, 24, CRijndael::CFB, "dd8a89d0b9d820d1d3e51986b8a9ddaa13aad27c80ed81d0"},
     {32, 24, CRijndael::CFB, "8e92c2a5778ab08cf9d00b7216ec08ce4fc91e2c310d4c24"},
@@ -111,107 +101,89 @@ class TestRijndael : public QObject
     Q_OBJECT
 
 private slots:
-    void knownVectors_data();
-    void knownVectors();
-    void agreesWithOpenSsl_data();
-    void agreesWithOpenSsl();
-    void refusesMisuse_data();
-    void refusesMisuse();
-    void takesWholeBlocksOnly();
-};
-
-void TestRijndael::knownVectors_data()
-{
-    QTest::addColumn<int>("index");
-    for (std::size_t i = 0; i < std::size(vectors); ++i) {
-        QTest::addRow("key %d, block %d, mode %d", vectors[i].key, vectors[i].block, vectors[i].mode)
-            << static_cast<int>(i);
-    }
-}
-
-void TestRijndael::knownVectors()
-{
-    QFETCH(int, index);
-    const Vector &vector = vectors[index];
-    CRijndael cipher;
-    cipher.MakeKey(QByteArray::fromHex(keyHex), counting(vector.block, 1, 0), vector.key, vector.block);
-    const QByteArray plain = vector.mode == CRijndael::ECB ? QByteArray::fromHex(plainHex).left(vector.block)
-                                                           : counting(3 * vector.block, 7, 1);
-    const QByteArray result = cipher.Encrypt(plain, vector.mode);
-    QCOMPARE(result.right(vector.block).toHex(), QByteArray(vector.lastBlock));
-    QCOMPARE(cipher.Decrypt(result, vector.mode), plain);
-}
-
-void TestRijndael::agreesWithOpenSsl_data()
-{
-    QTest::addColumn<CRijndael::Mode>("mode");
-    QTest::addColumn<int>("keyLength");
-    for (int mode : {CRijndael::ECB, CRijndael::CBC, CRijndael::CFB}) {
-        for (int keyLength : {16, 24, 32}) {
-            QTest::addRow("mode %d, key %d", mode, keyLength) << CRijndael::Mode(mode) << keyLength;
+    void knownVectors_data()
+    {
+        const Rows<int> row; // index
+        for (std::size_t i = 0; i < std::size(vectors); ++i) {
+            row(rowName("key %d, block %d, mode %d", vectors[i].key, vectors[i].block, vectors[i].mode),
+                static_cast<int>(i));
         }
     }
-}
-
-void TestRijndael::agreesWithOpenSsl()
-{
-    QFETCH(CRijndael::Mode, mode);
-    QFETCH(int, keyLength);
-    for (int blocks = 1; blocks < 40; ++blocks) {
-        const QByteArray key = randomBytes(keyLength);
-        const QByteArray chain = randomBytes(16);
-        const QByteArray plain = randomBytes(16 * blocks);
+    void knownVectors()
+    {
+        const auto [index] = rowOf<int>();
+        const Vector &vector = vectors[index];
         CRijndael cipher;
-        cipher.MakeKey(key, chain, keyLength, 16);
-        const QByteArray expected = openSsl(plain, key, chain, mode);
-        QCOMPARE(cipher.Encrypt(plain, mode), expected);
-        QCOMPARE(cipher.Decrypt(expected, mode), plain);
+        cipher.MakeKey(QByteArray::fromHex(keyHex), counting(vector.block, 1, 0), vector.key, vector.block);
+        const QByteArray plain = vector.mode == CRijndael::ECB
+                                     ? QByteArray::fromHex(plainHex).left(vector.block)
+                                     : counting(3 * vector.block, 7, 1);
+        const QByteArray result = cipher.Encrypt(plain, vector.mode);
+        QCOMPARE(result.right(vector.block).toHex(), QByteArray(vector.lastBlock));
+        QCOMPARE(cipher.Decrypt(result, vector.mode), plain);
     }
-}
 
-void TestRijndael::refusesMisuse_data()
-{
-    QTest::addColumn<QByteArray>("key");
-    QTest::addColumn<int>("keyLength");
-    QTest::addColumn<int>("blockLength");
-    QTest::addColumn<QString>("message");
-    const QByteArray key(32, 'k');
-    QTest::newRow("no key") << QByteArray() << 16 << 16 << "Empty key";
-    QTest::newRow("no key, odd lengths") << QByteArray() << 5 << 5 << "Empty key";
-    QTest::newRow("key length 17") << key << 17 << 16 << "Incorrect key length";
-    QTest::newRow("key length 0") << key << 0 << 16 << "Incorrect key length";
-    QTest::newRow("key too short") << key.left(20) << 24 << 16 << "Incorrect key length";
-    QTest::newRow("block length 20") << key << 32 << 20 << "Incorrect block length";
-    QTest::newRow("block length -16") << key << 32 << -16 << "Incorrect block length";
-}
-
-void TestRijndael::refusesMisuse()
-{
-    QFETCH(QByteArray, key);
-    QFETCH(int, keyLength);
-    QFETCH(int, blockLength);
-    QFETCH(QString, message);
-    CRijndael cipher;
-    QString thrown;
-    try {
-        cipher.MakeKey(key, {}, keyLength, blockLength);
-    } catch (const std::string &text) {
-        thrown = QString::fromStdString(text);
+    void agreesWithOpenSsl_data()
+    {
+        const Rows<CRijndael::Mode, int> row; // mode, keyLength
+        for (int mode : {CRijndael::ECB, CRijndael::CBC, CRijndael::CFB}) {
+            for (int keyLength : {16, 24, 32}) {
+                row(rowName("mode %d, key %d", mode, keyLength), CRijndael::Mode(mode), keyLength);
+            }
+        }
     }
-    QCOMPARE(thrown, message);
-    QVERIFY_EXCEPTION_THROWN(cipher.Encrypt(QByteArray(16, 'x')), std::string);
-}
-
-void TestRijndael::takesWholeBlocksOnly()
-{
-    CRijndael cipher;
-    cipher.MakeKey(QByteArray(16, 'k'), {}, 16, 24);
-    for (int length : {1, 16, 23, 25, 47}) {
-        QVERIFY(cipher.Encrypt(QByteArray(length, 'x')).isEmpty());
-        QVERIFY(cipher.Decrypt(QByteArray(length, 'x')).isEmpty());
+    void agreesWithOpenSsl()
+    {
+        const auto [mode, keyLength] = rowOf<CRijndael::Mode, int>();
+        for (int blocks = 1; blocks < 40; ++blocks) {
+            const QByteArray key = randomBytes(keyLength);
+            const QByteArray chain = randomBytes(16);
+            const QByteArray plain = randomBytes(16 * blocks);
+            CRijndael cipher;
+            cipher.MakeKey(key, chain, keyLength, 16);
+            const QByteArray expected = openSsl(plain, key, chain, mode);
+            QCOMPARE(cipher.Encrypt(plain, mode), expected);
+            QCOMPARE(cipher.Decrypt(expected, mode), plain);
+        }
     }
-    QVERIFY(cipher.Decrypt({}).isEmpty());
-}
+
+    void refusesMisuse_data()
+    {
+        const Rows<QByteArray, int, int, QString> row; // key, keyLength, blockLength, message
+        const QByteArray key(32, 'k');
+        row("no key", QByteArray(), 16, 16, "Empty key");
+        row("no key, odd lengths", QByteArray(), 5, 5, "Empty key");
+        row("key length 17", key, 17, 16, "Incorrect key length");
+        row("key length 0", key, 0, 16, "Incorrect key length");
+        row("key too short", key.left(20), 24, 16, "Incorrect key length");
+        row("block length 20", key, 32, 20, "Incorrect block length");
+        row("block length -16", key, 32, -16, "Incorrect block length");
+    }
+    void refusesMisuse()
+    {
+        const auto [key, keyLength, blockLength, message] = rowOf<QByteArray, int, int, QString>();
+        CRijndael cipher;
+        QString thrown;
+        try {
+            cipher.MakeKey(key, {}, keyLength, blockLength);
+        } catch (const std::string &text) {
+            thrown = QString::fromStdString(text);
+        }
+        QCOMPARE(thrown, message);
+        QVERIFY_EXCEPTION_THROWN(cipher.Encrypt(QByteArray(16, 'x')), std::string);
+    }
+
+    void takesWholeBlocksOnly()
+    {
+        CRijndael cipher;
+        cipher.MakeKey(QByteArray(16, 'k'), {}, 16, 24);
+        for (int length : {1, 16, 23, 25, 47}) {
+            QVERIFY(cipher.Encrypt(QByteArray(length, 'x')).isEmpty());
+            QVERIFY(cipher.Decrypt(QByteArray(length, 'x')).isEmpty());
+        }
+        QVERIFY(cipher.Decrypt({}).isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRijndael)
 #include "tst_rijndael.moc"
