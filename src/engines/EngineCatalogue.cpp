@@ -72,19 +72,4 @@ const std::vector<XunFeiLanguage> &xunFeiLanguages()
     return rows;
 }
 
-QStringList catalogueCodes(Engine engine)
-{
-    QStringList codes;
-    for (const LanguageRow &row : menuLanguages()) {
-        if (row.engine == engine) {
-            codes.append(QLatin1String(row.code));
-        }
-    }
-    if (engine == Engine::Baidu) {
-        return {QStringLiteral("1537"), QStringLiteral("1637"), QStringLiteral("1737"),
-                QStringLiteral("1837"), QStringLiteral("1936")};
-    }
-    return codes;
-}
-
 } // namespace mevo

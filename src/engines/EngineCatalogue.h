@@ -30,7 +30,4 @@ struct XunFeiLanguage
 };
 const std::vector<XunFeiLanguage> &xunFeiLanguages();
 
-/// The codes that the catalogue knows, by engine and in order; "1936" has no menu row.
-QStringList catalogueCodes(Engine engine);
-
 } // namespace mevo

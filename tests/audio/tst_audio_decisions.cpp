@@ -1,7 +1,6 @@
 #include "audio/LevelMeter.h"
 #include "audio/MicrophoneChoice.h"
 #include "audio/Samples.h"
-#include "service/Statements.h"
 #include "support/Rows.h"
 
 #include <QTest>
@@ -96,17 +95,6 @@ private slots:
     {
         const auto [names, chosen] = rowOf<QStringList, QString>();
         QCOMPARE(mevo::productMicrophone(names), chosen);
-    }
-
-    void firstRunStatementKeepsPercentSigns()
-    {
-        const QString statement =
-            mevo::deviceStatement(mevo::Statement::FirstRunTencent, "a%2b"_s, {"1"_s, "01-02-030405"_s});
-        QCOMPARE(statement, "update a%2b.device_serialid set DefaultRecEngine=10, "
-                            "UseBDAPIPara ='0',ShowTXI='1', UseXFSDKPara = '0', "
-                            "UseTXAPIPara='1', UseXFWAPIPara='0' , EnableASR3='0', "
-                            "UseASR3Index='-1',UseBDFstPara = '1' where "
-                            "DongleID='01-02-030405'"_s);
     }
 };
 

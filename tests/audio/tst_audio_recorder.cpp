@@ -84,21 +84,6 @@ private slots:
         QVERIFY(f.recorder.BufferReady);
     }
 
-    void growsBy32000BytesASecond()
-    {
-        RecorderFixture f;
-        f.recorder.OnRecordStart();
-        QTRY_VERIFY(f.bytes > 0);
-        QElapsedTimer timer;
-        timer.start();
-        const int before = f.bytes;
-        QTRY_VERIFY_WITH_TIMEOUT(f.bytes - before >= 64000, 10000);
-        const double rate = (f.bytes - before) * 1000.0 / static_cast<double>(timer.elapsed());
-        f.recorder.OnRecordStop();
-        qInfo("rate %.0f bytes/s: a minute is %.2f MB", rate, rate * 60 / 1e6);
-        QVERIFY2(rate > 29000 && rate < 35000, qPrintable(QString::number(rate)));
-    }
-
     void keepsTheLastWordWhileTheLoopIsBusy()
     {
         RecorderFixture f;

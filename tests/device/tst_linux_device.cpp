@@ -244,26 +244,6 @@ private slots:
         }
     }
 
-    void voiceKeysLiveOnHeartbeats()
-    {
-        Link link(m_bed);
-        link.clock = 2999;
-        QVERIFY(link.commands.SendHeartbeat());
-        link.clock = 2999 + 2999;
-        QCOMPARE(link.receiver.key(8, true), VirtualReceiver::KeyFate::Sent);
-        QCOMPARE(link.receiver.key(8, false), VirtualReceiver::KeyFate::Sent);
-        link.state.ASRFuncClosed = true; // voice input is closed: no heartbeat goes out any more
-        QVERIFY(!link.commands.SendHeartbeat());
-        link.clock = 2999 + 3000;
-        QCOMPARE(link.receiver.key(8, true), VirtualReceiver::KeyFate::Silent);
-        link.state.ASRFuncClosed = false;
-        QVERIFY(link.commands.SendHeartbeat());
-        QCOMPARE(link.receiver.key(8, true), VirtualReceiver::KeyFate::Sent);
-        QVERIFY(link.commands.DeviceGoodbye());
-        QCOMPARE(link.receiver.key(3, true), VirtualReceiver::KeyFate::Silent);
-        QCOMPARE(link.received().last(), "05 81 07 00 00 00 00 00"_s);
-    }
-
 private:
     mevo::lab::TestBed m_bed;
 };

@@ -4,7 +4,6 @@
 #include "engines/LanguageImages.h"
 #include "support/Rows.h"
 
-#include <QSet>
 #include <QtTest>
 
 #include <functional>
@@ -77,32 +76,6 @@ class TestCatalogue : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void codes()
-    {
-        QCOMPARE(mevo::catalogueCodes(Engine::Tencent).join(u' '),
-                 "16k_zh 16k_ca 16k_zh_medical 16k_zh_dialect 16k_en 16k_ja"_s);
-        QCOMPARE(mevo::catalogueCodes(Engine::Baidu).join(u' '), "1537 1637 1737 1837 1936"_s);
-        QCOMPARE(mevo::catalogueCodes(Engine::XunFei).join(u' '), "mandarin en_us"_s);
-    }
-
-    void theFullXunFeiSet()
-    {
-        QCOMPARE(mevo::xunFeiLanguages().size(), std::size_t(31));
-        QHash<QString, QString> codeOf;
-        QSet<QString> codes;
-        for (const mevo::XunFeiLanguage &language : mevo::xunFeiLanguages()) {
-            codeOf[QString::fromUtf8(language.label)] = QLatin1String(language.code);
-            codes += QLatin1String(language.code);
-        }
-        QCOMPARE(codeOf.size(), 31);
-        QCOMPARE(codes.size(), 31);
-        // the service's own exceptions from the pattern of the other codes
-        QCOMPARE(codeOf["四川话"_s], "lmz"_s);
-        QCOMPARE(codeOf["俄语"_s], "ru-ru"_s);
-        QCOMPARE(codeOf["广东话"_s], "cantonese"_s);
-        QCOMPARE(codeOf["南京话"_s], "nankinese"_s);
-    }
-
     void images_data()
     {
         const Rows<QString, QString> row; // style, picture

@@ -2,6 +2,7 @@
 #include "base/RuntimePath.h"
 #include "patchrunner/UpdateRun.h"
 #include "support/Rows.h"
+#include "support/Signed.h"
 
 #include <QProcess>
 #include <QRandomGenerator>
@@ -17,7 +18,6 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <fcntl.h>
-#include <openssl/evp.h>
 #include <sched.h>
 #include <sys/file.h>
 #include <sys/mount.h>
@@ -336,21 +336,10 @@ private Q_SLOTS:
             more = "Sha256=" + QCryptographicHash::hash(signedContent, QCryptographicHash::Sha256).toHex() +
                    "\n";
         } else {
-            QByteArray key(32, 'k'), signature(64, '\0');
-            EVP_PKEY *pair = EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519");
-            EVP_MD_CTX *context = EVP_MD_CTX_new();
-            std::size_t keyLength = 32, length = 64;
-            if (kind != "another") {
-                EVP_PKEY_get_raw_public_key(pair, reinterpret_cast<uchar *>(key.data()), &keyLength);
-            }
-            EVP_DigestSignInit(context, nullptr, nullptr, nullptr, pair);
-            EVP_DigestSign(context, reinterpret_cast<uchar *>(signature.data()), &length,
-                           reinterpret_cast<const uchar *>(archive.constData()), std::size_t(archive.size()));
-            EVP_MD_CTX_free(context);
-            EVP_PKEY_free(pair);
-            more = "UpdateKey=" + key.toBase64() + "\n";
+            const Signed made(archive);
+            more = "UpdateKey=" + (kind == "another" ? QByteArray(32, 'k') : made.key).toBase64() + "\n";
             if (kind != "not signed") {
-                installation.write("a.tar.xz.sig", signature);
+                installation.write("a.tar.xz.sig", made.signature);
             }
         }
         installation.offer(archive, more);

@@ -169,26 +169,15 @@ private Q_SLOTS:
         QCOMPARE(row.writeBack, key.mark == QLatin1String("kept"));
     }
 
-    void stickyPositiveAndListRules()
+    void everyStartWritesTheVersionAndTheStartupEntry()
     {
-        home.write(fileName,
-                   "[MainSetting]\nVoiceSend=false\nAsr2ScreenIntervalTime=-5\nHW2ScreenIntervalTime=0\n"
-                   "Juhao2Douhao=false\nMouseCurrentWheelSpeed=2\nOutput2Tranditional=2\n");
+        home.write(fileName, "[MainSetting]\nMouseCurrentWheelSpeed=2\n");
         MainState state;
-        state.VoiceSend = true;
-        state.Asr2ScreenIntervalTime = 40;
-        state.HW2ScreenIntervalTime = 30;
         {
             mevo::SettingsFile file;
             mevo::loadSettings(state, file, true);
         }
-        QVERIFY(state.VoiceSend);
-        QCOMPARE(state.Asr2ScreenIntervalTime.load(), 40);
-        QCOMPARE(state.HW2ScreenIntervalTime, 30);
-        QVERIFY(!state.Juhao2Douhao);
         QCOMPARE(state.MouseCurrentWheelSpeed.load(), 1); // read under its other spelling only
-        QVERIFY(state.Output2Tranditional);
-        QVERIFY(state.CmdFlags_Contents_Driect.isEmpty());
         QCOMPARE(state.AutoRunApp, "1"_s);
         const QByteArray written = home.read(fileName);
         QVERIFY(written.contains("CurrentVersion=107") && written.contains("AutoRunApp=1"));

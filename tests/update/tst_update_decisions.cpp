@@ -1,5 +1,6 @@
 #include "base/RuntimeLock.h"
 #include "support/Rows.h"
+#include "support/Signed.h"
 #include "update/DownloadSetting.h"
 #include "update/StartReport.h"
 #include "update/UnfinishedUpdate.h"
@@ -10,8 +11,6 @@
 
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <openssl/evp.h>
 
 using mevo::UpdateMode;
 using mevo::UpdateStep;
@@ -289,19 +288,7 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(content);
         file.close();
-        EVP_PKEY *pair = EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519");
-        QByteArray key(32, '\0'), signature(64, '\0');
-        std::size_t length = 32;
-        QVERIFY(EVP_PKEY_get_raw_public_key(pair, reinterpret_cast<uchar *>(key.data()), &length) == 1);
-        EVP_MD_CTX *context = EVP_MD_CTX_new();
-        length = 64;
-        QVERIFY(EVP_DigestSignInit(context, nullptr, nullptr, nullptr, pair) == 1);
-        QVERIFY(EVP_DigestSign(context, reinterpret_cast<uchar *>(signature.data()), &length,
-                               reinterpret_cast<const uchar *>(content.constData()),
-                               std::size_t(content.size())) == 1);
-        EVP_MD_CTX_free(context);
-        EVP_PKEY_free(pair);
-
+        const auto [key, signature] = Signed(content);
         const QString base64 = QString::fromLatin1(key.toBase64());
         QVERIFY(mevo::isSignedBy(path, signature, base64));
         QVERIFY(mevo::isSignedBy(path, signature.toBase64() + "\n", base64));

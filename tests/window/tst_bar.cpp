@@ -1,11 +1,11 @@
 // The bar, its menus and the talk window, on a platform of fakes.
 
+#include "base/ApplicationFiles.h"
+#include "base/SettingsFile.h"
 #include "engines/EngineCatalogue.h"
-#include "support/FakePlatform.h"
 #include "support/Rows.h"
-#include "support/ScratchHome.h"
 #include "ui/MicTipDialog.h"
-#include "window/MainWindow.h"
+#include "window/Program.h"
 
 #include <QAction>
 #include <QApplication>
@@ -15,27 +15,16 @@
 
 namespace {
 
-const ScratchHome home;
-
-struct Bar
+struct Bar : Program
 {
-    FakePlatform fake;
-    std::unique_ptr<MainWindow> window;
-
     explicit Bar(const QByteArray &settings = {})
     {
-        home.write("MEVOEndpoints.ini"_s,
-                   "[Endpoints]\nBackendUrl=\"http://127.0.0.1:9/mevowebapi?\"\n"
-                   "BackendUrlBk1=\"http://127.0.0.1:9/mevowebapi?\"\n"
-                   "BackendUrlBk2=\"http://127.0.0.1:9/mevowebapi?\"\n"
-                   "BaiduSpeechHost=127.0.0.1:9\nBaiduTokenHost=127.0.0.1:9\nTranslateHost=127.0.0.1:9\n");
-        home.write("MEVOSetting.ini"_s,
-                   "[MainSetting]\nBaiDuNoStreamApi=1\nUseTXASRApi=0\nBaiDuCurrentVoiceType=1537\n" +
-                       settings);
-        fake.hid->entries = FakeHid::receiver();
-        fake.hid->identityReply = QByteArray::fromHex("010c5713000100020000000000000000");
-        MainWindow::startWaitMs = 30000; // a loaded machine is no slow service
-        window = std::make_unique<MainWindow>(fake.platform);
+        QFile file(mevo::appFile("MEVOSetting.ini"_s));
+        if (!file.open(QIODevice::Append) || file.write(settings) != settings.size()) {
+            qFatal("the settings cannot be written");
+        }
+        file.close();
+        start();
     }
     QStringList latchOffs()
     {
@@ -78,7 +67,7 @@ private Q_SLOTS:
         window.ShowXunFeiInputMethod = window.ShowSogouInputMethod = window.ShowASR3Custom = true;
         window.LocalASR3CustomInstallPath = "SpeechInput.exe"_s;
         window.UseTecentZhDialect = true;
-        home.write("MEVOSetting.ini"_s, "[MainSetting]\nTXCurrentVoiceType=16k_zh_dialect\n");
+        mevo::SettingsFile().setValue("TXCurrentVoiceType"_s, "16k_zh_dialect"_s);
         window.BuildAsrLanMenu(false, false);
         const QStringList cloud{"普通话(腾讯版)"_s,     "粤语(腾讯版)"_s,   "普通话+医疗(腾讯版)"_s,
                                 "自识别方言(腾讯版)"_s, "英语(腾讯版)"_s,   "日语(腾讯版)"_s,

@@ -282,18 +282,6 @@ private Q_SLOTS:
         QVERIFY(program.window->isLeaving() && program.window->recorder() == nullptr);
     }
 
-    void aKeyReportReachesTheSession()
-    {
-        Program program;
-        program.start();
-        program.fake.hid->push(QByteArray::fromHex("01700101000000000000000000000000"));
-        QTRY_VERIFY(program.window->Recording);
-        program.fake.hid->push(QByteArray::fromHex("01700100000000000000000000000000"));
-        QTRY_VERIFY(!program.window->Recording);
-        program.fake.hid->push(QByteArray::fromHex("01700601000000000000000000000000"));
-        QTRY_VERIFY(program.window->VoiceCommandWordMode && !program.window->VoiceTypeMode);
-    }
-
     void voiceInputClosesAndOpens()
     {
         Program program;
