@@ -265,11 +265,8 @@ private slots:
     /// the next one, and a second stop has nothing to hand over.
     void aSessionGoesOnAsItBegan_data()
     {
-        const Rows<bool> row; // streams
-        row("from the buffer to the stream", false);
-        row("from the stream to the buffer", true);
+        flagRows("from the stream to the buffer", "from the buffer to the stream");
     }
-
     void aSessionGoesOnAsItBegan()
     {
         const auto [streams] = rowOf<bool>();

@@ -289,12 +289,7 @@ private slots:
         QCOMPARE(run(), 0);
     }
 
-    void settingsPage_data()
-    {
-        const Rows<bool> row; // connected
-        row("with a device", true);
-        row("without one all is written, nothing sent", false);
-    }
+    void settingsPage_data() { flagRows("with a device", "without one all is written, nothing sent"); }
     void settingsPage()
     {
         const auto [connected] = rowOf<bool>();

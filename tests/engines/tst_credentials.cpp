@@ -447,7 +447,7 @@ private slots:
         m_state.BaiduAccessToken.clear();
         m_server->enqueue(ScriptedAnswer::late(ScriptedAnswer::body(reply)));
         m_server->fallback = ScriptedAnswer::body(R"({"access_token":"new"})");
-        m_server->onRequest = [&](const ScriptedRequest &) {
+        m_server->onRequest = [&, &account = account](const ScriptedRequest &) {
             m_server->onRequest = nullptr;
             QTimer::singleShot(0, this, [&, account = account] { // another language is chosen meanwhile
                 m_state.BaiduClientId = account;

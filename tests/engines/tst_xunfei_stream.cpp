@@ -317,12 +317,7 @@ private Q_SLOTS:
         QCOMPARE(desk.calls.join(QLatin1Char(',')), "handle 二,flush,end"_s);
     }
 
-    void theNextPressWhileATextIsHandled_data()
-    {
-        const Rows<bool> row; // correction
-        row("plain", false);
-        row("corrected", true);
-    }
+    void theNextPressWhileATextIsHandled_data() { flagRows("corrected", "plain"); }
     void theNextPressWhileATextIsHandled()
     {
         Desk desk;

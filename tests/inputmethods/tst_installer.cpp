@@ -240,15 +240,10 @@ private Q_SLOTS:
         QVERIFY(f.host.calls.last().startsWith("tell Impossible to save the file "));
     }
 
-    void cancelled_data()
-    {
-        QTest::addColumn<bool>("begun");
-        QTest::newRow("at 0%") << false;
-        QTest::newRow("half way") << true;
-    }
+    void cancelled_data() { flagRows("half way", "at 0%"); }
     void cancelled()
     {
-        QFETCH(bool, begun);
+        const auto [begun] = rowOf<bool>();
         Fixture f;
         f.server.fallback =
             begun ? ScriptedAnswer{"HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nhalf", false, false, 0}

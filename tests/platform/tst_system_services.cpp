@@ -351,15 +351,10 @@ private slots:
                  mevo::NetworkState::Connection::Lan);
     }
 
-    void oneInstance_data()
-    {
-        QTest::addColumn<bool>("runtimeFolder");
-        QTest::newRow("runtime folder") << true;
-        QTest::newRow("common folder") << false;
-    }
+    void oneInstance_data() { flagRows("runtime folder", "common folder"); }
     void oneInstance()
     {
-        QFETCH(bool, runtimeFolder);
+        const auto [runtimeFolder] = rowOf<bool>();
         qputenv("XDG_RUNTIME_DIR", runtimeFolder ? QFile::encodeName(m_folder->path()) : QByteArray());
         qputenv("MEVO_TEST_LOCK", QByteArray::number(QCoreApplication::applicationPid()));
         QProcess holder;

@@ -422,7 +422,7 @@ private slots:
         QString inner;
         int innerCode = 0;
         m_server->enqueue(ScriptedAnswer::late(ScriptedAnswer::body("outer")));
-        m_server->onRequest = [&](const ScriptedRequest &) {
+        m_server->onRequest = [&, &what = what](const ScriptedRequest &) {
             m_server->onRequest = nullptr;
             QTimer::singleShot(0, this, [&, what] {
                 if (what == QLatin1String("the object")) {

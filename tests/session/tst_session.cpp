@@ -331,7 +331,7 @@ private Q_SLOTS:
         again.insert(1, "record stop"_s); // before anything of the first one is put away
         QCOMPARE(desk.calls(), again);
         desk.port.clock += 1500;
-        const auto releaseSecond = [&] {
+        const auto releaseSecond = [&, &byTipWindow = byTipWindow] {
             QCOMPARE(desk.take(byTipWindow ? 1 : 6, 0, byTipWindow).count("record stop"_s), 1);
         };
         if (!firstGoesFirst) {
@@ -426,13 +426,7 @@ private Q_SLOTS:
 
     /// Another key begins a session of an own engine while the input method's is held: that session ends with
     /// its own key.
-    void aSessionBesideAHeldHotKeyIsItsOwn_data()
-    {
-        const Rows<bool> row; // hold
-        row("held", true);
-        row("tapped", false);
-    }
-
+    void aSessionBesideAHeldHotKeyIsItsOwn_data() { flagRows("held", "tapped"); }
     void aSessionBesideAHeldHotKeyIsItsOwn()
     {
         const auto [hold] = rowOf<bool>();
@@ -751,12 +745,7 @@ private Q_SLOTS:
     }
 
     /// While a result is being handled a second key is told to the session, but ends nothing.
-    void aKeyThatIsNotTakenEndsNoOther_data()
-    {
-        const Rows<bool> row; // hold
-        row("held", true);
-        row("tapped", false);
-    }
+    void aKeyThatIsNotTakenEndsNoOther_data() { flagRows("held", "tapped"); }
     void aKeyThatIsNotTakenEndsNoOther()
     {
         const auto [hold] = rowOf<bool>();
@@ -786,12 +775,7 @@ private Q_SLOTS:
         QVERIFY(desk.take(3, 0).isEmpty()); // overtaken, and nothing is held any more
     }
 
-    void aCustomMethodsKeyWaitsForItsWindow_data()
-    {
-        const Rows<bool> row; // hold
-        row("held", true);
-        row("tapped", false);
-    }
+    void aCustomMethodsKeyWaitsForItsWindow_data() { flagRows("held", "tapped"); }
     /// However long it takes to start: what is typed before its window is there is lost.
     void aCustomMethodsKeyWaitsForItsWindow()
     {

@@ -57,6 +57,14 @@ public:
     }
 };
 
+/// The whole table of a test with one flag: the row in which it is set, and the one in which it is not.
+inline void flagRows(const char *set, const char *notSet)
+{
+    const Rows<bool> row;
+    row(set, true);
+    row(notSet, false);
+}
+
 /// The cells of the row that is being tested; the types are those of its table.
 template <class... Cells>
 std::tuple<Cells...> rowOf()

@@ -345,15 +345,10 @@ private Q_SLOTS:
 
     /// What was fetched goes where it is not handed over: the updater cannot be started, or the program ends
     /// before its quiet moment. Until then nothing else is fetched over it.
-    void notHandedOver_data()
-    {
-        QTest::addColumn<bool>("answered");
-        QTest::newRow("the updater does not start") << true;
-        QTest::newRow("the program ends first") << false;
-    }
+    void notHandedOver_data() { flagRows("the updater does not start", "the program ends first"); }
     void notHandedOver()
     {
-        QFETCH(bool, answered);
+        const auto [answered] = rowOf<bool>();
         Update update;
         update.host.started.reset();
         if (answered) {

@@ -109,6 +109,12 @@ struct Program
         }
         return true;
     }
+    /// The session has such a report from the reader.
+    void take(int number, bool down) const
+    {
+        char report[mevo::keyReportSize] = {1, char(mevo::keyReportMarker), char(number), char(down)};
+        window->ProcessResult(report);
+    }
     /// A key of the receiver goes down or up.
     void key(int number, bool down) const
     {
@@ -118,6 +124,16 @@ struct Program
         report[2] = char(number);
         report[3] = char(down);
         fake.hid->push(report);
+    }
+};
+
+/// One that has started.
+struct Started : Program
+{
+    explicit Started(bool plugged = true)
+        : Program(plugged)
+    {
+        start();
     }
 };
 

@@ -45,8 +45,7 @@ class TestCommandEditorHands : public QObject
 private Q_SLOTS:
     void theBarsButtonOpensOne()
     {
-        Program program;
-        program.start();
+        Started program;
         program.window->show();
         QPushButton *open = button(program.window.get(), "pushBuutton_CommandWord");
         open->click();
@@ -76,8 +75,7 @@ private Q_SLOTS:
 
     void theTalkWindowDoesNotCoverIt()
     {
-        Program program;
-        program.start();
+        Started program;
         MicTipDialog *talk = program.window->micTip();
         talk->show();
         talk->move(talk->x(), 500); // leaves room above it on a small screen
@@ -95,8 +93,7 @@ private Q_SLOTS:
     /// The editor that stands is the only one to have the rows.
     void oneWhoseDraftCannotBeWrittenStays()
     {
-        Program program;
-        program.start();
+        Started program;
         QPushButton *open = button(program.window.get(), "pushBuutton_CommandWord");
         open->click();
         const QPointer<CommandWordDialog> editor = editors().first();

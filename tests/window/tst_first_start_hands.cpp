@@ -1,6 +1,7 @@
 // What the running program tells a new user.
 
 #include "base/SettingsFile.h"
+#include "support/Rows.h"
 #include "ui/FirstStartDialog.h"
 #include "ui/settings/CSettingDialog.h"
 #include "window/AccountHands.h"
@@ -155,15 +156,10 @@ private Q_SLOTS:
         QVERIFY(Start::isMarked());
     }
 
-    void receiverWithoutRights_data()
-    {
-        QTest::addColumn<bool>("closed");
-        QTest::newRow("the window says so") << false;
-        QTest::newRow("the window has been closed") << true;
-    }
+    void receiverWithoutRights_data() { flagRows("the window has been closed", "the window says so"); }
     void receiverWithoutRights()
     {
-        QFETCH(bool, closed);
+        const auto [closed] = rowOf<bool>();
         Start start(true);
         start.fake.secrets->kept = account;
         start.fake.hid->unopenable = {"/dev/hidraw3"};

@@ -601,14 +601,12 @@ private Q_SLOTS:
 
     void anotherMethodIsChosenMeanwhile_data()
     {
-        QTest::addColumn<bool>("download"); ///< of the first one is under way, else it is offered
-        QTest::newRow("while the first one is offered") << false;
-        QTest::newRow("while the first one is fetched") << true;
+        flagRows("while the first one is fetched", "while the first one is offered");
     }
     /// It is offered when the first one is out of the way.
     void anotherMethodIsChosenMeanwhile()
     {
-        QFETCH(bool, download);
+        const auto [download] = rowOf<bool>(); // of the first one is under way, else it is offered
         Program p("ThirdPartyConsentAsked=1\nForceUseASR3=1\nForceUseXFMore3V=1\n");
         p.methodRow = {{"ASR3DownWeb"_s, p.server.url("/files/setup.run"_s).toString()}};
         MainWindow &window = p.start();
@@ -670,7 +668,7 @@ private Q_SLOTS:
         p.statements.clear();
         const QByteArray before = home.read("MEVOSetting.ini"_s);
         const auto rows = window.languageMenu()->actions();
-        QVERIFY(std::any_of(rows.begin(), rows.end(), [&row](const QAction *action) {
+        QVERIFY(std::any_of(rows.begin(), rows.end(), [&row = row](const QAction *action) {
             return action->text() == row + "（未安装）"_s;
         }));
         p.choose(row);
@@ -864,7 +862,7 @@ private Q_SLOTS:
         MainWindow &window = p.start();
         bool came = false;
         p.held = held;
-        p.onHeld = [&] {
+        p.onHeld = [&, &what = what] {
             came = true;
             if (what == QLatin1String("exit")) {
                 window.exitByItself();
@@ -945,15 +943,10 @@ private Q_SLOTS:
         }
     }
 
-    void anExitDuringTheDownload_data()
-    {
-        QTest::addColumn<bool>("exit");
-        QTest::newRow("exit") << true;
-        QTest::newRow("receiver") << false;
-    }
+    void anExitDuringTheDownload_data() { flagRows("exit", "receiver"); }
     void anExitDuringTheDownload()
     {
-        QFETCH(bool, exit);
+        const auto [exit] = rowOf<bool>();
         Program p("ThirdPartyConsentAsked=1\nForceUseASR3=1\n");
         p.methodRow = {{"ASR3DownWeb"_s, p.server.url("/files/setup.run"_s).toString()}};
         p.answer("提示"_s, "下载"_s, 0);

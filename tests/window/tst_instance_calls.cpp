@@ -65,8 +65,7 @@ private Q_SLOTS:
     {
         const auto [focused, limit, posted, answer, kept] =
             rowOf<bool, int, QStringList, QByteArray, QStringList>();
-        Program program;
-        program.start();
+        Started program;
         program.window->VoiceTypeMode = false;
         program.window->VoiceCommandWordMode = true;
         program.fake.windowSystem->focused = focused ? 0x11 : 0;
@@ -79,8 +78,7 @@ private Q_SLOTS:
 
     void theOldestOfTooManyIsMissed()
     {
-        Program program;
-        program.start();
+        Started program;
         program.fake.windowSystem->focused = 0;
         const auto told = [&program] { return program.fake.log.calls("message 有文字未能输入"_s); };
         for (int text = 0; text <= mevo::UndeliveredTexts::most; ++text) {
@@ -105,8 +103,7 @@ private Q_SLOTS:
     void aWindowOfOursTakesItInAFieldAlone()
     {
         const auto [field, method] = rowOf<bool, int>();
-        Program program;
-        program.start();
+        Started program;
         program.window->Send2ScreenMethod = method;
         QDialog settings;
         QWidget *focused =
@@ -123,8 +120,7 @@ private Q_SLOTS:
 
     void aTextGoesByTheClipboardWhereTheSettingsSaySo()
     {
-        Program program;
-        program.start();
+        Started program;
         program.window->Send2ScreenMethod = 2;
         program.window->instanceCalls().take({What::Type, "一"_s}, m_answers("a"));
         QVERIFY(m_answers.told.isEmpty()); // the window has not read it yet
@@ -133,18 +129,12 @@ private Q_SLOTS:
         QVERIFY(program.fake.log.calls("post"_s).isEmpty());
     }
 
-    void aTextIsPastedIntoItsOwnWindowOnly_data()
-    {
-        QTest::addColumn<bool>("waits");
-        QTest::newRow("behind a sentence") << false;
-        QTest::newRow("behind another paste") << true;
-    }
+    void aTextIsPastedIntoItsOwnWindowOnly_data() { flagRows("behind another paste", "behind a sentence"); }
     /// The paste key goes to whatever has the focus when its turn comes.
     void aTextIsPastedIntoItsOwnWindowOnly()
     {
-        QFETCH(bool, waits);
-        Program program;
-        program.start();
+        const auto [waits] = rowOf<bool>();
+        Started program;
         program.window->Send2ScreenMethod = 2;
         auto &calls = program.window->instanceCalls();
         if (waits) {
@@ -188,10 +178,8 @@ private Q_SLOTS:
     /// keeps it where the sentence does not end.
     void aTextWaitsForTheSentenceBeforeIt()
     {
-        Program program;
-        program.start();
-        char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
-        program.window->ProcessResult(press);
+        Started program;
+        program.take(1, true);
         QVERIFY(program.window->Recording);
         const int spoken = program.window->NewestSession;
         program.window->instanceCalls().take({What::Type, "一"_s}, m_answers("a"));
@@ -201,16 +189,14 @@ private Q_SLOTS:
         QVERIFY(m_answers.told.isEmpty());
         QCOMPARE(program.window->NewestSession, spoken); // the talk window belongs to the speaker
         QVERIFY(program.window->Recording);
-        char release[mevo::keyReportSize] = {1, 0x70, 1, 0};
-        program.window->ProcessResult(release);
+        program.take(1, false);
         QTRY_COMPARE_WITH_TIMEOUT(m_answers.told, (QByteArrayList{"a done", "b done"}), 20000);
         QCOMPARE(program.fake.log.calls("post"_s), (QStringList{"post 11 一"_s, "post 22 二__over__"_s}));
     }
 
     void anExitKeepsWhatHasNotBeenTyped()
     {
-        Program program;
-        program.start();
+        Started program;
         program.fake.windowSystem->holdPosts = true;
         program.window->instanceCalls().take({What::Type, "一"_s}, m_answers("a"));
         program.window->instanceCalls().take({What::Type, "二__over__"_s}, m_answers("b"));
@@ -229,8 +215,7 @@ private Q_SLOTS:
 
     void windowsAreShown()
     {
-        Program program;
-        program.start();
+        Started program;
         auto &calls = program.window->instanceCalls();
         for (int i = 0; i < 2; ++i) { // a second time it stays
             calls.take({What::Talk, {}}, m_answers("talk"));

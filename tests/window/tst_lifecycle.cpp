@@ -22,8 +22,7 @@ class TestLifecycle : public QObject
 private Q_SLOTS:
     void startRunsInItsOrder()
     {
-        Program program;
-        program.start();
+        Started program;
         const QStringList wanted{"hid init"_s, identity, penPad, keypadHide, resetKeys};
         QCOMPARE(program.order(wanted), wanted);
         QCOMPARE(MainWindow::instance(), program.window.get());
@@ -38,8 +37,7 @@ private Q_SLOTS:
 
     void startWithoutAReceiverGoesOn()
     {
-        Program program(false);
-        program.start();
+        Started program(false);
         QVERIFY(program.window->InitDone);
         QVERIFY(program.window->DongleID.isEmpty());
         QVERIFY(program.fake.hid->sent().isEmpty());
@@ -106,8 +104,7 @@ private Q_SLOTS:
         QCOMPARE(program.order(wanted), leaves ? wanted : QStringList());
         QCOMPARE(program.window->recorder() == nullptr, leaves);
         if (!leaves) {
-            char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
-            program.window->ProcessResult(press);
+            program.take(1, true);
             QVERIFY(program.window->Recording);
         }
     }
@@ -115,8 +112,7 @@ private Q_SLOTS:
     void otherWaysOutAskNothing()
     {
         for (const auto leave : {&MainWindow::RebootAppDelayTimeout, &MainWindow::exitByItself}) {
-            Program program;
-            program.start();
+            Started program;
             program.fake.windowSystem->byTitle["ORVQuillary"_s] = 5;
             program.fake.log.clear();
             (program.window.get()->*leave)();
@@ -140,7 +136,7 @@ private Q_SLOTS:
         const auto [code, free, expected, startsAnew] = rowOf<int, bool, int, bool>();
         Program program;
         program.fake.singleInstance->free = free;
-        const WhenRunning leave([code] { QApplication::exit(code); });
+        const WhenRunning leave([code = code] { QApplication::exit(code); });
         const int result = mevo::runProgram(program.fake.platform);
         QCOMPARE(result, expected);
         const QString started = "start "_s + QCoreApplication::applicationFilePath();
@@ -187,8 +183,7 @@ private Q_SLOTS:
 
     void mainFunctionDoor()
     {
-        Program program;
-        program.start();
+        Started program;
         program.window->CallMainFunctionSlot(17);
         QCOMPARE(program.window->trayPicture(), ":/rec/ORLowPower.png"_s);
         program.window->CallMainFunctionSlot(18);
@@ -198,8 +193,7 @@ private Q_SLOTS:
         program.window->CallMainFunctionSlot(22);
         QVERIFY(program.window->ResultIdle);
         QCOMPARE(program.window->QuickReleaseCount + program.window->QuickReleaseRun, 0);
-        char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
-        program.window->ProcessResult(press);
+        program.take(1, true);
         QVERIFY(program.window->Recording);
         program.window->CallMainFunctionSlot(16);
         QVERIFY(program.fake.log.has("sleep 500"_s));
@@ -218,8 +212,7 @@ private Q_SLOTS:
 
     void keepOnTop()
     {
-        Program program;
-        program.start();
+        Started program;
         program.window->show();
         program.window->setWndTopMostTimeout();
         QVERIFY(program.window->isVisible());
@@ -238,8 +231,7 @@ private Q_SLOTS:
 
     void removalAndArrival()
     {
-        Program program;
-        program.start();
+        Started program;
         program.fake.log.clear();
         program.fake.deviceNotifier->report(mevo::DeviceNotifier::Change::Removal,
                                             "HID#VID_258A&PID_1016&MI_01&Col01"_s);
@@ -273,8 +265,7 @@ private Q_SLOTS:
 
     void arrivalWithoutAnIdentityEndsTheProgram()
     {
-        Program program(false);
-        program.start();
+        Started program(false);
         program.change(mevo::DeviceNotifier::Change::Arrival);
         program.settle();
         QCOMPARE(program.fake.log.calls(identity).size(), 1 + 51);
@@ -284,8 +275,7 @@ private Q_SLOTS:
 
     void voiceInputClosesAndOpens()
     {
-        Program program;
-        program.start();
+        Started program;
         MainWindow &window = *program.window;
         const QAction *action = nullptr;
         for (const QAction *each : window.findChildren<QAction *>()) {
@@ -343,7 +333,7 @@ private Q_SLOTS:
             return sent;
         };
         const QStringList on = plugged ? QStringList{"hid send 05 20 0c 00 00 00 00 00"_s} : QStringList();
-        const auto off = [&](int times) {
+        const auto off = [&, &plugged = plugged](int times) {
             QStringList list;
             for (int i = 0; plugged && i < times; ++i) {
                 list.append(latchOff);
@@ -381,8 +371,7 @@ private Q_SLOTS:
             return first.startsWith("未送达"_s) ? first : QString();
         };
         {
-            Program program;
-            program.start();
+            Started program;
             program.window->FocusWindow = 0x11;
             program.window->recorder()->showRecText("甲乙丙丁__over__"_s);
             QVERIFY(program.fake.log.has("post 11 甲乙丙丁"_s));
@@ -396,8 +385,7 @@ private Q_SLOTS:
             program.window->recorder()->showRecText("己__over__"_s);
             QCOMPARE(row(program), "未送达的文字(3)"_s);
         }
-        Program program;
-        program.start();
+        Started program;
         QCOMPARE(row(program), "未送达的文字(3)"_s);
         program.window->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly)
             ->actions()
@@ -441,8 +429,7 @@ private Q_SLOTS:
     {
         const auto [stop, method, focused, pasted] = rowOf<mevo::PostStop, int, mevo::WindowId, bool>();
         QFile::remove(mevo::appFile("MEVOUndelivered.json"_s));
-        Program program;
-        program.start();
+        Started program;
         program.fake.windowSystem->postLimit = 1;
         program.fake.windowSystem->postStop = stop;
         program.fake.windowSystem->focused = focused;
@@ -476,8 +463,7 @@ private Q_SLOTS:
     /// The reader judges a key's mode by what it sees; keys that wait before it may change that.
     void aKeyHasItsOwnModeHoweverManyWait()
     {
-        Program program;
-        program.start();
+        Started program;
         program.settle();
         const int seen = program.fake.hid->reads;
         for (const char *report : {"\1\x70\6\1", "\1\x70\6\0", "\1\x70\1\1"}) {
@@ -494,8 +480,7 @@ private Q_SLOTS:
     /// A latch stands for a session; without one it would keep the device's keys away for nothing.
     void aPressThatIsNotTakenLeavesNoLatch()
     {
-        Program program;
-        program.start();
+        Started program;
         MainWindow &window = *program.window;
         window.ClickCanASR = true;
         window.micTip()->show();
@@ -513,15 +498,12 @@ private Q_SLOTS:
     /// A press must not take a text away that is still on its way through the clipboard.
     void thePressLeavesAPasteItsClipboard()
     {
-        Program program;
-        program.start();
+        Started program;
         program.window->Send2ScreenMethod = 2;
         program.window->Send2Screen("甲"_s, 0, 100);
-        char press[mevo::keyReportSize] = {1, 0x70, 1, 1};
-        program.window->ProcessResult(press);
+        program.take(1, true);
         QCOMPARE(program.fake.clipboard->content, "甲"_s);
-        char release[mevo::keyReportSize] = {1, 0x70, 1, 0};
-        program.window->ProcessResult(release);
+        program.take(1, false);
     }
 
     /// A paste key that would go nowhere is not struck: the next press would take the text away.
@@ -546,15 +528,16 @@ private Q_SLOTS:
     {
         const auto [comes, unseen, taken, hangs, stays, reads] = rowOf<bool, bool, bool, int, bool, bool>();
         QFile::remove(mevo::appFile("MEVOUndelivered.json"_s));
-        Program program;
-        program.start();
+        Started program;
         FakeWindowSystem &windows = *program.fake.windowSystem;
         windows.focused = 0;
         windows.unseen = unseen;
         windows.answers = hangs;
         program.fake.clipboard->isRead = reads;
         program.fake.hid->sendResult = taken ? 8 : -1;
-        program.fake.clipboard->onSet = [&] { windows.focused = stays ? windows.focused : 0; };
+        program.fake.clipboard->onSet = [&, &stays = stays] {
+            windows.focused = stays ? windows.focused : 0;
+        };
         program.window->Send2ScreenMethod = 2;
         program.window->Send2Screen("甲"_s, 0, 100);
         QCOMPARE(program.fake.log.has("clipboard set 甲"_s), unseen);
@@ -571,8 +554,7 @@ private Q_SLOTS:
 
     void pastedTextsWaitForEachOther()
     {
-        Program program;
-        program.start();
+        Started program;
         program.window->Send2ScreenMethod = 2;
         program.fake.log.clear();
         program.window->Send2Screen("甲"_s, 0, 100);
@@ -593,8 +575,7 @@ private Q_SLOTS:
 
     void theBarsButtonsNeverTakeTheFocus()
     {
-        Program program;
-        program.start();
+        Started program;
         QVERIFY(program.window->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
         const auto buttons = program.window->findChildren<QPushButton *>();
         QVERIFY(buttons.size() >= 8);

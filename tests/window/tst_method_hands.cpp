@@ -40,11 +40,7 @@ struct Driven : Program
         there ? void(fake.windowSystem->byTitle.insert("Title"_s, 7))
               : void(fake.windowSystem->byTitle.clear());
     }
-    void report(bool pressed) const
-    {
-        char bytes[mevo::keyReportSize] = {1, mevo::keyReportMarker, mevo::KeyVoice, char(pressed)};
-        window->ProcessResult(bytes);
-    }
+    void report(bool pressed) const { take(mevo::KeyVoice, pressed); }
     /// What the receiver typed, the waits, and what was done to programs and windows since the last call.
     QString done()
     {

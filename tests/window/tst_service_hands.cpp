@@ -717,21 +717,15 @@ private Q_SLOTS:
         QVERIFY(program.backend.askedLike("token"_s).isEmpty());
     }
 
-    void whatComesWhileTheAccountIsFetchedHolds_data()
-    {
-        QTest::addColumn<bool>("exit");
-        QTest::newRow("another row") << false;
-        QTest::newRow("an exit") << true;
-    }
-
+    void whatComesWhileTheAccountIsFetchedHolds_data() { flagRows("an exit", "another row"); }
     void whatComesWhileTheAccountIsFetchedHolds()
     {
-        QFETCH(bool, exit);
+        const auto [exit] = rowOf<bool>();
         Program program;
         MainWindow &window = program.startWith("T"_s);
         window.BuildAsrLanMenu(false, false);
         program.backend.holdToken = true;
-        program.backend.server.onRequest = [&](const ScriptedRequest &request) {
+        program.backend.server.onRequest = [&, &exit = exit](const ScriptedRequest &request) {
             if (request.target.startsWith("/oauth")) {
                 QTimer::singleShot(0, &window, [&, exit] {
                     exit ? window.exitByItself() : program.choose("英语(讯飞版)"_s);
@@ -880,16 +874,10 @@ private Q_SLOTS:
         QVERIFY(window.ShowPowerLevel && window.IPRecord == address && window.BackendReachable);
     }
 
-    void otherServersStartTheProgramAnew_data()
-    {
-        QTest::addColumn<bool>("atStart");
-        QTest::newRow("while it runs") << false;
-        QTest::newRow("at its start") << true;
-    }
-
+    void otherServersStartTheProgramAnew_data() { flagRows("at its start", "while it runs"); }
     void otherServersStartTheProgramAnew()
     {
-        QFETCH(bool, atStart);
+        const auto [atStart] = rowOf<bool>();
         const QString address = "http://new.example:19004/mevowebapi?"_s;
         {
             Program program;
@@ -1106,7 +1094,7 @@ private Q_SLOTS:
         program.backend.refused = rows == 0 ? "insert into"_s : QString();
         program.backend.delayMs = 30;
         int count = 0;
-        program.backend.server.onRequest = [&](const ScriptedRequest &) {
+        program.backend.server.onRequest = [&, &exit = exit, &request = request](const ScriptedRequest &) {
             if (++count == request) {
                 QTimer::singleShot(0, &window, [&] {
                     if (exit) {
@@ -1188,16 +1176,10 @@ private Q_SLOTS:
 
     /// What the backend has not heard of the box is told before the record is read again, also by the next
     /// run; a row of the menu that is chosen meanwhile takes its place.
-    void theBoxIsToldAgain_data()
-    {
-        QTest::addColumn<bool>("rowChosen");
-        QTest::newRow("told again") << false;
-        QTest::newRow("a row is chosen") << true;
-    }
-
+    void theBoxIsToldAgain_data() { flagRows("a row is chosen", "told again"); }
     void theBoxIsToldAgain()
     {
-        QFETCH(bool, rowChosen);
+        const auto [rowChosen] = rowOf<bool>();
         Program program;
         program.answer = 1;
         MainWindow &window = program.startWith("T"_s);

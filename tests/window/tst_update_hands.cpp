@@ -1,6 +1,7 @@
 #include "app/RunProgram.h"
 #include "audio/AudioRecorder.h"
 #include "support/FakePlatform.h"
+#include "support/Rows.h"
 #include "support/ScratchHome.h"
 #include "support/ScriptedHttp.h"
 #include "ui/Ask.h"
@@ -176,15 +177,10 @@ private Q_SLOTS:
     }
 
     /// The exit for an update waits for the end of what the user is saying, but not for ever.
-    void handsOverBetweenSessions_data()
-    {
-        QTest::addColumn<bool>("ends");
-        QTest::newRow("the session ends") << true;
-        QTest::newRow("it never does") << false;
-    }
+    void handsOverBetweenSessions_data() { flagRows("the session ends", "it never does"); }
     void handsOverBetweenSessions()
     {
-        QFETCH(bool, ends);
+        const auto [ends] = rowOf<bool>();
         const QScopedValueRollback<int> look(MainWindow::quietLookMs, 5);
         const QScopedValueRollback<int> wait(MainWindow::quietWaitMs, ends ? 60000 : 100);
         Program program;

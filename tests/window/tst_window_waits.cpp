@@ -251,23 +251,18 @@ private Q_SLOTS:
         QVERIFY(shown);
     }
 
-    void aSecondStartWhileTheStartIsGivenUp_data()
-    {
-        QTest::addColumn<bool>("walked");
-        QTest::newRow("before the exit is walked") << false;
-        QTest::newRow("while it is") << true;
-    }
+    void aSecondStartWhileTheStartIsGivenUp_data() { flagRows("while it is", "before the exit is walked"); }
     /// What it was promised is kept, although the event loop never runs.
     void aSecondStartWhileTheStartIsGivenUp()
     {
-        QFETCH(bool, walked);
+        const auto [walked] = rowOf<bool>();
         Services services;
         Program program(true, services.host());
         const auto startAgain = [&program] {
             program.fake.singleInstance->startAgain("settings");
             program.fake.singleInstance->startAgain();
         };
-        services.at(1, false, [&] {
+        services.at(1, false, [&, &walked = walked] {
             ::raise(SIGTERM);
             QTimer::singleShot(0, qApp, [&] { // behind the signal, which comes through the event loop
                 QTRY_VERIFY(window().isGoingDown());
@@ -276,7 +271,7 @@ private Q_SLOTS:
                 }
             });
         });
-        program.fake.processes->onSibling = [&](const QString &) {
+        program.fake.processes->onSibling = [&, &walked = walked](const QString &) {
             if (walked && window().isLeaving()) {
                 startAgain();
             }
@@ -312,7 +307,7 @@ private Q_SLOTS:
             elapsed.start();
             const int code = run(
                 program,
-                [&] {
+                [&, &how = how] {
                     services.at(at, false, [&how] { leave(how); });
                     each.run(program);
                 },
@@ -375,7 +370,7 @@ private Q_SLOTS:
         const qint64 begin = program.fake.time->monotonicMs();
         qint64 happened = begin;
         if (!happening.isEmpty()) {
-            program.fake.time->callAfter(after, qApp, [&] {
+            program.fake.time->callAfter(after, qApp, [&, &happening = happening] {
                 happened = program.fake.time->monotonicMs();
                 happening == QLatin1String("exit") ? window().exitByItself()
                                                    : program.change(Change::Removal);
@@ -491,8 +486,7 @@ private Q_SLOTS:
 
     void changesWhileTheUserIsAsked()
     {
-        Program program;
-        program.start();
+        Started program;
         program.answer = Program::back;
         program.onQuestion = [&program] {
             program.change(Change::Removal);
@@ -532,8 +526,7 @@ private Q_SLOTS:
     /// A press that the reader has seen, but the session has not, when the receiver goes.
     void aPressOnItsWayAtTheRemoval()
     {
-        Program program;
-        program.start();
+        Started program;
         program.settle();
         program.fake.deviceNotifier->report(Change::Removal);
         const int reads = program.fake.hid->reads;
