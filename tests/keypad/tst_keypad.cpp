@@ -8,6 +8,7 @@
 #include "keypad/KeypadState.h"
 #include "keypad/PinyinInput.h"
 #include "keypad/PinyinList.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -17,7 +18,7 @@ using mevo::CommandRows;
 
 namespace {
 
-CommandRow row(const QString &content, const QString &words, const QString &type = QStringLiteral("1"))
+CommandRow row(const QString &content, const QString &words, const QString &type = "1"_s)
 {
     CommandRow made;
     made.CmdWordContents = content;
@@ -81,10 +82,10 @@ QString typedBy(KeypadState &state, const QString &keys)
         const bool chooses = name.size() == 2 && name[0] == '#';
         for (const Stroke &stroke :
              chooses ? state.choose(name[1].digitValue() - 1) : state.press(key(name))) {
-            typed += stroke.text.isEmpty() ? QStringLiteral("<%1%2>")
-                                                 .arg(stroke.shift ? "S" : "")
-                                                 .arg(stroke.virtualKey, 2, 16, QLatin1Char('0'))
-                                           : stroke.text;
+            typed +=
+                stroke.text.isEmpty()
+                    ? "<%1%2>"_s.arg(stroke.shift ? "S" : "").arg(stroke.virtualKey, 2, 16, QLatin1Char('0'))
+                    : stroke.text;
         }
     }
     return typed;
@@ -159,29 +160,19 @@ private Q_SLOTS:
 
     void syllables_data()
     {
-        QTest::addColumn<QString>("letters");
-        QTest::addColumn<QString>("found");
-        QTest::newRow("nothing") << ""
-                                 << "";
-        QTest::newRow("exact, then longer ones") << "a"
-                                                 << "啊1 阿1 爱1 哀1 安1";
-        QTest::newRow("exact, then its beginning") << "ai"
-                                                   << "爱2 哀2 啊1 阿1";
-        QTest::newRow("begun") << "h"
-                               << "好1 号1";
-        QTest::newRow("two syllables") << "nihao"
-                                       << "你2 泥2";
-        QTest::newRow("longest beginning first") << "nina"
-                                                 << "您3 你2 泥2";
-        QTest::newRow("unknown") << "xyz"
-                                 << "";
-        QTest::newRow("no letters") << "你"
-                                    << "";
+        const Rows<QString, QString> row; // letters, found
+        row("nothing", "", "");
+        row("exact, then longer ones", "a", "啊1 阿1 爱1 哀1 安1");
+        row("exact, then its beginning", "ai", "爱2 哀2 啊1 阿1");
+        row("begun", "h", "好1 号1");
+        row("two syllables", "nihao", "你2 泥2");
+        row("longest beginning first", "nina", "您3 你2 泥2");
+        row("unknown", "xyz", "");
+        row("no letters", "你", "");
     }
     void syllables()
     {
-        QFETCH(QString, letters);
-        QFETCH(QString, found);
+        const auto [letters, found] = rowOf<QString, QString>();
         QCOMPARE(texts(table().candidates(letters)).join(' '), found);
     }
 
@@ -195,50 +186,32 @@ private Q_SLOTS:
 
     void lists_data()
     {
-        QTest::addColumn<QString>("letters");
-        QTest::addColumn<QString>("exactly");
-        QTest::addColumn<QString>("beginning"); ///< of two texts at most
-        QTest::newRow("in their order") << "ni"
-                                        << "你泥"
-                                        << "您年";
-        QTest::newRow("at the end") << "nin"
-                                    << "您"
-                                    << "";
-        QTest::newRow("begun") << "n"
-                               << ""
-                               << "你您";
-        QTest::newRow("before all") << "a"
-                                    << ""
-                                    << "";
-        QTest::newRow("behind all") << "z"
-                                    << ""
-                                    << "";
-        QTest::newRow("not typed") << "你"
-                                   << ""
-                                   << "";
-        QTest::newRow("odd") << "o"
-                             << ""
-                             << "好";
+        const Rows<QString, QString, QString> row; // letters, exactly, beginning (of two texts at most)
+        row("in their order", "ni", "你泥", "您年");
+        row("at the end", "nin", "您", "");
+        row("begun", "n", "", "你您");
+        row("before all", "a", "", "");
+        row("behind all", "z", "", "");
+        row("not typed", "你", "", "");
+        row("odd", "o", "", "好");
     }
     void lists()
     {
-        QFETCH(QString, letters);
+        const auto [letters, exactly, beginning] = rowOf<QString, QString, QString>();
         const PinyinList list("# ni no\n你 ni\n您 nin\n\n年 nian\n泥 ni\n o\n#o o\no\nO O\n口 o \n口  o\n"
                               "口 o\r\n好 ok\n口 o" +
                               QByteArray(70000, 'o') + "\n里 l");
-        QTEST(list.exactly(letters, 9).join(QString()), "exactly");
-        QTEST(list.beginning(letters, 2).join(QString()), "beginning");
+        QCOMPARE(list.exactly(letters, 9).join(QString()), exactly);
+        QCOMPARE(list.beginning(letters, 2).join(QString()), beginning);
         QCOMPARE(list.exactly("l", 9), QStringList{"里"}); // the last line needs no end
         QVERIFY(PinyinList().isEmpty() && PinyinList("你ni\n").isEmpty() && !list.isEmpty());
     }
 
     void shippedList_data()
     {
-        QTest::addColumn<QString>("letters");
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QStringList>("others"); ///< somewhere behind it
-        const auto row = [](const char *letters, const char *first, const QStringList &others) {
-            QTest::newRow(letters) << letters << first << others;
+        const Rows<QString, QString, QStringList> add; // letters, first, others (somewhere behind it)
+        const auto row = [&](const char *letters, const char *first, const QStringList &others) {
+            add(letters, letters, first, others);
         };
         row("a", "啊", {"阿", "爱", "安"});
         row("ni", "你", {"泥", "呢", "妮", "擬", "年"});
@@ -269,12 +242,11 @@ private Q_SLOTS:
     }
     void shippedList()
     {
-        QFETCH(QString, letters);
-        QFETCH(QStringList, others);
+        const auto [letters, first, others] = rowOf<QString, QString, QStringList>();
         const PinyinTable full({}, shipped());
         const auto found = full.candidates(letters);
         QVERIFY(!found.empty());
-        QTEST(found.front().text, "first");
+        QCOMPARE(found.front().text, first);
         QStringList all;
         for (const Candidate &one : found) {
             QVERIFY2(!all.contains(one.text), qPrintable(one.text));
@@ -376,7 +348,7 @@ private Q_SLOTS:
             for (const int letter : {i % 26, i / 26 % 26, i / 676 % 26}) {
                 syllable += QChar('a' + letter);
             }
-            rows.push_back(row(syllable, QStringLiteral("字%1").arg(i)));
+            rows.push_back(row(syllable, "字%1"_s.arg(i)));
         }
         const PinyinTable huge(rows);
         QElapsedTimer timer;
@@ -418,24 +390,18 @@ private Q_SLOTS:
 
     void pagesOfLongTexts_data()
     {
-        QTest::addColumn<QString>("texts");
-        QTest::addColumn<QString>("pages");
+        const Rows<QString, QString> row; // texts, pages
         const QString endless(100, QChar(u'长'));
-        QTest::newRow("as many as there is room for") << "一二;三四;五六;七八;九十;百千;万亿;兆"
-                                                      << "一二 三四 五六 七八 九十 百千|万亿 兆";
-        QTest::newRow("long ones") << "社会主义;马马虎虎;乱七八糟;不三不四;好"
-                                   << "社会主义 马马虎虎 乱七八糟|不三不四 好";
-        QTest::newRow("to the last place") << "一;二;三;四;五;六;七;八;九"
-                                           << "一 二 三 四 五 六 七 八 九";
-        QTest::newRow("one more") << "一;二;三;四;五;六;七;八;九;十"
-                                  << "一 二 三 四 五 六 七 八 九|十";
-        QTest::newRow("without end") << "好;" + endless + ";号"
-                                     << "好|" + endless + "|号";
+        row("as many as there is room for", "一二;三四;五六;七八;九十;百千;万亿;兆",
+            "一二 三四 五六 七八 九十 百千|万亿 兆");
+        row("long ones", "社会主义;马马虎虎;乱七八糟;不三不四;好", "社会主义 马马虎虎 乱七八糟|不三不四 好");
+        row("to the last place", "一;二;三;四;五;六;七;八;九", "一 二 三 四 五 六 七 八 九");
+        row("one more", "一;二;三;四;五;六;七;八;九;十", "一 二 三 四 五 六 七 八 九|十");
+        row("without end", "好;" + endless + ";号", "好|" + endless + "|号");
     }
     void pagesOfLongTexts()
     {
-        QFETCH(QString, texts);
-        QFETCH(QString, pages);
+        const auto [texts, pages] = rowOf<QString, QString>();
         PinyinInput input;
         input.setTable(PinyinTable({row("ci", texts)}));
         input.addLetter('c');
@@ -451,81 +417,35 @@ private Q_SLOTS:
 
     void presses_data()
     {
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("letters"); ///< of the syllable that is left
-        QTest::newRow("letters and signs") << "h i Space 1 ; ` \\"
-                                           << "hi 1;`\\"
-                                           << "";
-        QTest::newRow("Shift is for one key") << "Shift h i Shift 1 2 Shift /"
-                                              << "Hi!2?"
-                                              << "";
-        QTest::newRow("Shift twice is none") << "Shift Shift a"
-                                             << "a"
-                                             << "";
-        QTest::newRow("capitals stay") << "Caps a b 1 Shift 1 Shift c Caps d"
-                                       << "AB1!cd"
-                                       << "";
-        QTest::newRow("keys without characters") << "Backspace Delete Tab Enter Left Up Right Down"
-                                                 << "<08><2e><09><0d><25><26><27><28>"
-                                                 << "";
-        QTest::newRow("Shift selects") << "Shift Left Left Shift Enter"
-                                       << "<S25><25><S0d>"
-                                       << "";
-        QTest::newRow("a syllable") << "Pinyin n i"
-                                    << ""
-                                    << "ni";
-        QTest::newRow("blank takes the first") << "Pinyin n i Space"
-                                               << "你"
-                                               << "";
-        QTest::newRow("digit takes its own") << "Pinyin n i 2"
-                                             << "泥"
-                                             << "";
-        QTest::newRow("digit without a character") << "Pinyin n i 9"
-                                                   << ""
-                                                   << "ni";
-        QTest::newRow("by the mouse") << "Pinyin n i #2 h #1"
-                                      << "泥好"
-                                      << "";
-        QTest::newRow("one syllable after the other") << "Pinyin n i h a o Space Space"
-                                                      << "你好"
-                                                      << "";
-        QTest::newRow("Enter takes the letters") << "Pinyin n i Enter Enter"
-                                                 << "ni<0d>"
-                                                 << "";
-        QTest::newRow("unknown syllable") << "Pinyin x y Space"
-                                          << "xy"
-                                          << "";
-        QTest::newRow("Backspace") << "Pinyin n i Backspace Backspace Backspace"
-                                   << "<08>"
-                                   << "";
-        QTest::newRow("Delete") << "Pinyin n i Delete Delete"
-                                << "<2e>"
-                                << "";
-        QTest::newRow("a sign takes the first") << "Pinyin n i h a o Space ,"
-                                                << "你好，"
-                                                << "";
-        QTest::newRow("letters that nothing stands for") << "Pinyin n i x ."
-                                                         << "你x。"
-                                                         << "";
-        QTest::newRow("capital") << "Pinyin n i Shift h a"
-                                 << "niH"
-                                 << "a";
-        QTest::newRow("switched off") << "Pinyin n i Pinyin a"
-                                      << "nia"
-                                      << "";
-        QTest::newRow("Chinese signs") << "Pinyin , . ; Shift ; Shift / Shift 1 [ ] \\ Shift 9 Shift 0 1 -"
-                                       << "，。；：？！【】、（）1-"
-                                       << "";
-        QTest::newRow("blank without a syllable") << "Pinyin Space a Space"
-                                                  << " 啊"
-                                                  << "";
+        const Rows<QString, QString, QString> row; // keys, typed, letters (of the syllable that is left)
+        row("letters and signs", "h i Space 1 ; ` \\", "hi 1;`\\", "");
+        row("Shift is for one key", "Shift h i Shift 1 2 Shift /", "Hi!2?", "");
+        row("Shift twice is none", "Shift Shift a", "a", "");
+        row("capitals stay", "Caps a b 1 Shift 1 Shift c Caps d", "AB1!cd", "");
+        row("keys without characters", "Backspace Delete Tab Enter Left Up Right Down",
+            "<08><2e><09><0d><25><26><27><28>", "");
+        row("Shift selects", "Shift Left Left Shift Enter", "<S25><25><S0d>", "");
+        row("a syllable", "Pinyin n i", "", "ni");
+        row("blank takes the first", "Pinyin n i Space", "你", "");
+        row("digit takes its own", "Pinyin n i 2", "泥", "");
+        row("digit without a character", "Pinyin n i 9", "", "ni");
+        row("by the mouse", "Pinyin n i #2 h #1", "泥好", "");
+        row("one syllable after the other", "Pinyin n i h a o Space Space", "你好", "");
+        row("Enter takes the letters", "Pinyin n i Enter Enter", "ni<0d>", "");
+        row("unknown syllable", "Pinyin x y Space", "xy", "");
+        row("Backspace", "Pinyin n i Backspace Backspace Backspace", "<08>", "");
+        row("Delete", "Pinyin n i Delete Delete", "<2e>", "");
+        row("a sign takes the first", "Pinyin n i h a o Space ,", "你好，", "");
+        row("letters that nothing stands for", "Pinyin n i x .", "你x。", "");
+        row("capital", "Pinyin n i Shift h a", "niH", "a");
+        row("switched off", "Pinyin n i Pinyin a", "nia", "");
+        row("Chinese signs", "Pinyin , . ; Shift ; Shift / Shift 1 [ ] \\ Shift 9 Shift 0 1 -",
+            "，。；：？！【】、（）1-", "");
+        row("blank without a syllable", "Pinyin Space a Space", " 啊", "");
     }
     void presses()
     {
-        QFETCH(QString, keys);
-        QFETCH(QString, typed);
-        QFETCH(QString, letters);
+        const auto [keys, typed, letters] = rowOf<QString, QString, QString>();
         KeypadState state;
         state.pinyin().setTable(table());
         QCOMPARE(typedBy(state, keys), typed);
@@ -563,35 +483,29 @@ private Q_SLOTS:
 
     void commandLines_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("wish"); ///< -1 for none
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("text");
+        const Rows<QStringList, int, int, QString> row; // arguments, wish (-1 for none), exitCode, text
         const QStringList none;
-        QTest::newRow("show or hide")
-            << QStringList{"ORVKBAppShowOrHide"} << int(Wish::ShowOrHide) << 0 << "";
-        QTest::newRow("hide") << QStringList{"ORVKBAppHide"} << int(Wish::Hide) << 0 << "";
-        QTest::newRow("exit") << QStringList{"ORVKBAppExit"} << int(Wish::Exit) << 0 << "";
-        QTest::newRow("by hand") << none << int(Wish::ShowOrHide) << 0 << "";
-        QTest::newRow("unknown") << QStringList{"ORVKBAppShow"} << -1 << 2
-                                 << "KeypadHost: unknown word: ORVKBAppShow (--help lists the words)\n";
-        QTest::newRow("other case") << QStringList{"orvkbapphide"} << -1 << 2
-                                    << "KeypadHost: unknown word: orvkbapphide (--help lists the words)\n";
-        QTest::newRow("of two lines")
-            << QStringList{"a\nb"} << -1 << 2 << "KeypadHost: unknown word: a\\nb (--help lists the words)\n";
-        QTest::newRow("empty") << QStringList{""} << -1 << 2
-                               << "KeypadHost: unknown word:  (--help lists the words)\n";
-        QTest::newRow("two") << QStringList{"ORVKBAppHide", "ORVKBAppExit"} << -1 << 2
-                             << "KeypadHost: more than one word: ORVKBAppExit (--help lists the words)\n";
-        QTest::newRow("version") << QStringList{"--version"} << -1 << 0 << "KeypadHost V1.07\n";
+        row("show or hide", QStringList{"ORVKBAppShowOrHide"}, int(Wish::ShowOrHide), 0, "");
+        row("hide", QStringList{"ORVKBAppHide"}, int(Wish::Hide), 0, "");
+        row("exit", QStringList{"ORVKBAppExit"}, int(Wish::Exit), 0, "");
+        row("by hand", none, int(Wish::ShowOrHide), 0, "");
+        row("unknown", QStringList{"ORVKBAppShow"}, -1, 2,
+            "KeypadHost: unknown word: ORVKBAppShow (--help lists the words)\n");
+        row("other case", QStringList{"orvkbapphide"}, -1, 2,
+            "KeypadHost: unknown word: orvkbapphide (--help lists the words)\n");
+        row("of two lines", QStringList{"a\nb"}, -1, 2,
+            "KeypadHost: unknown word: a\\nb (--help lists the words)\n");
+        row("empty", QStringList{""}, -1, 2, "KeypadHost: unknown word:  (--help lists the words)\n");
+        row("two", QStringList{"ORVKBAppHide", "ORVKBAppExit"}, -1, 2,
+            "KeypadHost: more than one word: ORVKBAppExit (--help lists the words)\n");
+        row("version", QStringList{"--version"}, -1, 0, "KeypadHost V1.07\n");
     }
     void commandLines()
     {
-        QFETCH(QStringList, arguments);
-        QFETCH(QString, text);
+        const auto [arguments, wish, exitCode, text] = rowOf<QStringList, int, int, QString>();
         const CommandLine line = readCommandLine(arguments);
-        QTEST(line.wish ? int(*line.wish) : -1, "wish");
-        QTEST(line.exitCode(), "exitCode");
+        QCOMPARE(line.wish ? int(*line.wish) : -1, wish);
+        QCOMPARE(line.exitCode(), exitCode);
         QCOMPARE(line.text, text);
     }
 
@@ -697,32 +611,21 @@ private Q_SLOTS:
 
     void endings_data()
     {
-        QTest::addColumn<QString>("steps"); ///< see below
-        QTest::addColumn<QString>("done");
-        QTest::newRow("at once") << "ask"
-                                 << "close end";
-        QTest::newRow("twice") << "ask ask look"
-                               << "close end";
-        QTest::newRow("a text is on its way") << "typing ask look typed look look"
-                                              << "close end";
-        QTest::newRow("it never arrives") << "typing ask limit"
-                                          << "close end";
-        QTest::newRow("still on its way") << "typing ask look ask"
-                                          << "close";
-        QTest::newRow("a syllable") << "composing ask look composed typing look typed look"
-                                    << "close end";
-        QTest::newRow("the user goes on with it") << "composing ask look ask look"
-                                                  << "";
-        QTest::newRow("the user has gone away") << "composing ask limit"
-                                                << "compose close end";
-        QTest::newRow("no time for it") << "composing ask hurry"
-                                        << "close end";
-        QTest::newRow("no time at all") << "composing hurry hurry ask"
-                                        << "close end";
+        const Rows<QString, QString> row; // steps (see below), expected
+        row("at once", "ask", "close end");
+        row("twice", "ask ask look", "close end");
+        row("a text is on its way", "typing ask look typed look look", "close end");
+        row("it never arrives", "typing ask limit", "close end");
+        row("still on its way", "typing ask look ask", "close");
+        row("a syllable", "composing ask look composed typing look typed look", "close end");
+        row("the user goes on with it", "composing ask look ask look", "");
+        row("the user has gone away", "composing ask limit", "compose close end");
+        row("no time for it", "composing ask hurry", "close end");
+        row("no time at all", "composing hurry hurry ask", "close end");
     }
     void endings()
     {
-        QFETCH(QString, steps);
+        const auto [steps, expected] = rowOf<QString, QString>();
         bool composing = false, typing = false;
         QStringList done;
         KeypadExit::Hooks hooks;
@@ -752,27 +655,26 @@ private Q_SLOTS:
                 composing = step == "composing";
             }
         }
-        QTEST(done.join(' '), "done");
+        QCOMPARE(done.join(' '), expected);
     }
 
     void places_data()
     {
-        QTest::addColumn<QVariant>("kept");
-        QTest::addColumn<QPoint>("place");
-        QTest::newRow("none kept: bottom of the first") << QVariant() << QPoint(350, 684);
-        QTest::newRow("as kept") << QVariant(QPoint(10, 20)) << QPoint(10, 20);
-        QTest::newRow("on the other screen") << QVariant(QPoint(1700, 300)) << QPoint(1700, 300);
-        QTest::newRow("over the edge") << QVariant(QPoint(-200, 800)) << QPoint(0, 700);
-        QTest::newRow("between two screens") << QVariant(QPoint(1200, 100)) << QPoint(1300, 100);
-        QTest::newRow("on a screen that is gone") << QVariant(QPoint(5000, 5000)) << QPoint(350, 684);
-        QTest::newRow("a corner is left") << QVariant(QPoint(-600, -250)) << QPoint(350, 684);
+        const Rows<QVariant, QPoint> row; // kept, place
+        row("none kept: bottom of the first", QVariant(), QPoint(350, 684));
+        row("as kept", QVariant(QPoint(10, 20)), QPoint(10, 20));
+        row("on the other screen", QVariant(QPoint(1700, 300)), QPoint(1700, 300));
+        row("over the edge", QVariant(QPoint(-200, 800)), QPoint(0, 700));
+        row("between two screens", QVariant(QPoint(1200, 100)), QPoint(1300, 100));
+        row("on a screen that is gone", QVariant(QPoint(5000, 5000)), QPoint(350, 684));
+        row("a corner is left", QVariant(QPoint(-600, -250)), QPoint(350, 684));
     }
     void places()
     {
-        QFETCH(QVariant, kept);
+        const auto [kept, place] = rowOf<QVariant, QPoint>();
         const std::vector<QRect> screens{QRect(0, 0, 1400, 1000), QRect(1300, 0, 1920, 1080)};
         const auto at = kept.isNull() ? std::nullopt : std::optional<QPoint>(kept.toPoint());
-        QTEST(keypadPlace(at, QSize(700, 300), screens), "place");
+        QCOMPARE(keypadPlace(at, QSize(700, 300), screens), place);
     }
     void placesWithoutRoom()
     {
@@ -783,20 +685,17 @@ private Q_SLOTS:
 
     void keptPlaces_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QVariant>("place");
-        QTest::newRow("none") << QByteArray() << QVariant();
-        QTest::newRow("whole") << QByteArray("[Keypad]\nLeft=-5\nTop=70\n") << QVariant(QPoint(-5, 70));
-        QTest::newRow("half") << QByteArray("[Keypad]\nLeft=5\n") << QVariant();
-        QTest::newRow("no number") << QByteArray("[Keypad]\nLeft=5px\nTop=7\n") << QVariant();
-        QTest::newRow("beyond every screen")
-            << QByteArray("[Keypad]\nLeft=2000000000\nTop=7\n") << QVariant();
-        QTest::newRow("nonsense") << QByteArray("\0\xff[[Keypad", 11) << QVariant();
+        const Rows<QByteArray, QVariant> row; // text, place
+        row("none", QByteArray(), QVariant());
+        row("whole", QByteArray("[Keypad]\nLeft=-5\nTop=70\n"), QVariant(QPoint(-5, 70)));
+        row("half", QByteArray("[Keypad]\nLeft=5\n"), QVariant());
+        row("no number", QByteArray("[Keypad]\nLeft=5px\nTop=7\n"), QVariant());
+        row("beyond every screen", QByteArray("[Keypad]\nLeft=2000000000\nTop=7\n"), QVariant());
+        row("nonsense", QByteArray("\0\xff[[Keypad", 11), QVariant());
     }
     void keptPlaces()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(QVariant, place);
+        const auto [text, place] = rowOf<QByteArray, QVariant>();
         QTemporaryDir folder;
         const QString path = folder.filePath("MEVKeypad.ini");
         QFile file(path);

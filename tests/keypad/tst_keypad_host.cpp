@@ -5,6 +5,7 @@
 #include "keypad/KeypadTables.h"
 #include "keypad/KeypadWindow.h"
 #include "keypad/WordDoor.h"
+#include "support/Rows.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -23,8 +24,7 @@ constexpr int waitMs = 30000;
 
 QByteArray table(const QString &syllable, const QString &texts, int type = 1)
 {
-    return QStringLiteral("[0]\nCmdWordContents=%1\nCmdWordTypeIndex=%2\nCommandWords=\"%3\"\nHide=0\n")
-        .arg(syllable)
+    return "[0]\nCmdWordContents=%1\nCmdWordTypeIndex=%2\nCommandWords=\"%3\"\nHide=0\n"_s.arg(syllable)
         .arg(type)
         .arg(texts)
         .toUtf8();
@@ -322,42 +322,36 @@ private Q_SLOTS:
 
     void exitWaitsForWhatIsTyped_data()
     {
-        QTest::addColumn<QStringList>("steps"); ///< keys to be clicked, and the words below
-        QTest::addColumn<QStringList>("posted");
-        QTest::addColumn<QString>("said");
+        // steps (keys to be clicked, and the words below), posted, said
+        const Rows<QStringList, QStringList, QString> row;
         const QString lost = "Keypad: ends with a syllable of 2 letters that was not chosen from";
-        QTest::newRow("nothing") << QStringList{"Exit", "closed", "ended"} << QStringList{} << "";
-        QTest::newRow("a text and a key behind it")
-            << QStringList{"a", "b", "退格", "Exit", "closed", "takes", "ended"}
-            << QStringList{"post 11 a", "post 11 b", "key down 8", "key up 8"} << "";
-        QTest::newRow("a program that takes nothing")
-            << QStringList{"hangs", "a", "b", "退格", "Exit", "closed", "ended"} << QStringList{"post 11 a"}
-            << "Keypad: ends while a text is on its way; dropped behind it: 2";
-        QTest::newRow("a syllable") << QStringList{"拼音",  "n",  "i",      "Exit",  "Hide", "Exit",
-                                                   "shown", "泥", "closed", "takes", "ended"}
-                                    << QStringList{"post 11 泥"} << "";
-        QTest::newRow("a syllable that is taken back")
-            << QStringList{"拼音", "n", "i", "Exit", "shown", "退格", "shown", "退格", "closed", "ended"}
-            << QStringList{} << "";
-        QTest::newRow("a syllable that is left alone")
-            << QStringList{"leaves", "拼音", "n", "i", "Exit", "closed", "takes", "ended"}
-            << QStringList{"post 11 ni"} << "";
-        QTest::newRow("a syllable that is left alone and fits nowhere")
-            << QStringList{"leaves", "拼音", "n", "i", "nowhere", "Exit", "closed", "ended"} << QStringList{}
-            << lost;
-        QTest::newRow("a syllable that is hidden")
-            << QStringList{"拼音", "n", "i", "Exit", "ShowOrHide", "closed", "ended"} << QStringList{}
-            << lost;
-        QTest::newRow("a syllable that was hidden before")
-            << QStringList{"拼音", "n", "i", "隐藏键盘", "Exit", "closed", "ended"} << QStringList{} << lost;
-        QTest::newRow("the session ends")
-            << QStringList{"拼音", "n", "i", "Signal", "closed", "ended"} << QStringList{} << lost;
+        row("nothing", QStringList{"Exit", "closed", "ended"}, QStringList{}, "");
+        row("a text and a key behind it", QStringList{"a", "b", "退格", "Exit", "closed", "takes", "ended"},
+            QStringList{"post 11 a", "post 11 b", "key down 8", "key up 8"}, "");
+        row("a program that takes nothing", QStringList{"hangs", "a", "b", "退格", "Exit", "closed", "ended"},
+            QStringList{"post 11 a"}, "Keypad: ends while a text is on its way; dropped behind it: 2");
+        row("a syllable",
+            QStringList{"拼音", "n", "i", "Exit", "Hide", "Exit", "shown", "泥", "closed", "takes", "ended"},
+            QStringList{"post 11 泥"}, "");
+        row("a syllable that is taken back",
+            QStringList{"拼音", "n", "i", "Exit", "shown", "退格", "shown", "退格", "closed", "ended"},
+            QStringList{}, "");
+        row("a syllable that is left alone",
+            QStringList{"leaves", "拼音", "n", "i", "Exit", "closed", "takes", "ended"},
+            QStringList{"post 11 ni"}, "");
+        row("a syllable that is left alone and fits nowhere",
+            QStringList{"leaves", "拼音", "n", "i", "nowhere", "Exit", "closed", "ended"}, QStringList{},
+            lost);
+        row("a syllable that is hidden",
+            QStringList{"拼音", "n", "i", "Exit", "ShowOrHide", "closed", "ended"}, QStringList{}, lost);
+        row("a syllable that was hidden before",
+            QStringList{"拼音", "n", "i", "隐藏键盘", "Exit", "closed", "ended"}, QStringList{}, lost);
+        row("the session ends", QStringList{"拼音", "n", "i", "Signal", "closed", "ended"}, QStringList{},
+            lost);
     }
     void exitWaitsForWhatIsTyped()
     {
-        QFETCH(QStringList, steps);
-        QFETCH(QStringList, posted);
-        QFETCH(QString, said);
+        auto [steps, posted, said] = rowOf<QStringList, QStringList, QString>();
         write(m_home.filePath("MEVOInputCmdWordTable_PinyinKeyboard.ini"), table("ni", "你;泥"));
         CallLog log;
         SlowWindows windows(log);

@@ -2,6 +2,7 @@
 
 #include "platform/linux/DesktopSecretStore.h"
 #include "platform/linux/SecretFile.h"
+#include "support/Rows.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -27,13 +28,12 @@ using mevo::SecretPlace;
 using mevo::SecretStore;
 
 using Attributes = QMap<QString, QString>;
-Q_DECLARE_METATYPE(Attributes)
 
 namespace {
 
-const QString serviceName = QStringLiteral("org.freedesktop.secrets");
-const QString servicePath = QStringLiteral("/org/freedesktop/secrets");
-const QString serviceInterface = QStringLiteral("org.freedesktop.Secret.Service");
+const QString serviceName = "org.freedesktop.secrets"_s;
+const QString servicePath = "/org/freedesktop/secrets"_s;
+const QString serviceInterface = "org.freedesktop.Secret.Service"_s;
 
 int modeOf(const QString &path)
 {
@@ -124,7 +124,7 @@ public:
         if (fault.isEmpty()) {
             message.setDelayedReply(true);
         } else {
-            connection.send(message.createErrorReply(fault, QStringLiteral("said by the test")));
+            connection.send(message.createErrorReply(fault, "said by the test"_s));
         }
         return true;
     }
@@ -146,12 +146,12 @@ private:
     QProcess m_daemon; ///< of the bus
     QProcess m_keyring;
     QByteArray m_bus;
-    QString path() const { return m_folder.filePath(QStringLiteral("deeper/accounts.json")); }
-    QString waiting() const { return path() + QStringLiteral(".waiting"); }
+    QString path() const { return m_folder.filePath("deeper/accounts.json"_s); }
+    QString waiting() const { return path() + ".waiting"_s; }
 
     QDBusConnection bus() const
     {
-        return QDBusConnection::connectToBus(QString::fromLatin1(m_bus), QStringLiteral("of the test"));
+        return QDBusConnection::connectToBus(QString::fromLatin1(m_bus), "of the test"_s);
     }
     void endKeyring()
     {
@@ -162,9 +162,7 @@ private:
     /// Its keyring is unlocked by an empty password.
     void startKeyring()
     {
-        m_keyring.start(QStringLiteral("gnome-keyring-daemon"),
-                        {QStringLiteral("--foreground"), QStringLiteral("--unlock"),
-                         QStringLiteral("--components=secrets")});
+        m_keyring.start("gnome-keyring-daemon"_s, {"--foreground"_s, "--unlock"_s, "--components=secrets"_s});
         QVERIFY(m_keyring.waitForStarted());
         m_keyring.write("\n");
         m_keyring.closeWriteChannel();
@@ -173,21 +171,18 @@ private:
     void lockKeyring() const
     {
         QDBusInterface service(serviceName, servicePath, serviceInterface, bus());
-        const QDBusReply<QDBusObjectPath> keyring =
-            service.call(QStringLiteral("ReadAlias"), QStringLiteral("default"));
+        const QDBusReply<QDBusObjectPath> keyring = service.call("ReadAlias"_s, "default"_s);
         QVERIFY(keyring.isValid());
-        const QDBusMessage locked = service.call(
-            QStringLiteral("Lock"), QVariant::fromValue(QList<QDBusObjectPath>{keyring.value()}));
+        const QDBusMessage locked =
+            service.call("Lock"_s, QVariant::fromValue(QList<QDBusObjectPath>{keyring.value()}));
         QVERIFY2(locked.type() == QDBusMessage::ReplyMessage, qPrintable(locked.errorMessage()));
     }
     /// How many secrets of the program the keyring holds, whatever they are.
     int itemsInKeyring() const
     {
         QDBusInterface service(serviceName, servicePath, serviceInterface, bus());
-        const QDBusMessage found =
-            service.call(QStringLiteral("SearchItems"),
-                         QVariant::fromValue(Attributes{
-                             {QStringLiteral("xdg:schema"), QStringLiteral("org.mevoinput.Accounts")}}));
+        const QDBusMessage found = service.call(
+            "SearchItems"_s, QVariant::fromValue(Attributes{{"xdg:schema"_s, "org.mevoinput.Accounts"_s}}));
         return found.arguments().isEmpty()
                    ? -1
                    : qdbus_cast<QList<QDBusObjectPath>>(found.arguments().first()).size();
@@ -198,10 +193,10 @@ private Q_SLOTS:
     {
         // A bus of its own that starts no services, beside folders of its own.
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path()));
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.filePath(QStringLiteral("data"))));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.filePath("data"_s)));
         qputenv("HOME", QFile::encodeName(m_folder.path()));
-        const QString socket = m_folder.filePath(QStringLiteral("own-bus"));
-        QFile config(m_folder.filePath(QStringLiteral("bus.conf")));
+        const QString socket = m_folder.filePath("own-bus"_s);
+        QFile config(m_folder.filePath("bus.conf"_s));
         QVERIFY(config.open(QIODevice::WriteOnly));
         config.write("<!DOCTYPE busconfig PUBLIC '-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN' "
                      "'http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd'>\n"
@@ -210,8 +205,7 @@ private Q_SLOTS:
                      "</listen><policy context='default'><allow send_destination='*' eavesdrop='true'/>"
                      "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>\n");
         config.close();
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--nofork"), QStringLiteral("--config-file"), config.fileName()});
+        m_daemon.start("dbus-daemon"_s, {"--nofork"_s, "--config-file"_s, config.fileName()});
         QVERIFY(m_daemon.waitForStarted());
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(socket), 20000);
         m_bus = "unix:path=" + QFile::encodeName(socket);
@@ -232,7 +226,7 @@ private Q_SLOTS:
         QCOMPARE(modeOf(path()), 0600);
         QVERIFY(
             QFile::setPermissions(path(), QFile::permissions(path()) | QFile::ReadGroup | QFile::ReadOther));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("others could read")));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("others could read"_s));
         QCOMPARE(mevo::readSecretFile(path()), std::make_optional(QByteArray("first")));
         QCOMPARE(modeOf(path()), 0600);
         QVERIFY(QFile::setPermissions(path(), QFile::permissions(path()) | QFile::ReadOther));
@@ -247,10 +241,10 @@ private Q_SLOTS:
 
     void unusableFile()
     {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot be read")));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("cannot be read"_s));
         QCOMPARE(mevo::readSecretFile(m_folder.path()), std::optional<QByteArray>());
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot be written")));
-        QVERIFY(!mevo::writeSecretFile(QStringLiteral("/proc/none/accounts.json"), "secret"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("cannot be written"_s));
+        QVERIFY(!mevo::writeSecretFile("/proc/none/accounts.json"_s, "secret"));
     }
 
     void fileOnly()
@@ -271,7 +265,7 @@ private Q_SLOTS:
     {
         DesktopSecretStore store(path(), true);
         const auto aside = [this](const QByteArray &text) {
-            return path() + QStringLiteral(".unreadable-") + mevo::secretAsideName(text);
+            return path() + ".unreadable-"_s + mevo::secretAsideName(text);
         };
         for (const char *text : {"one", "another", "one"}) {
             QVERIFY(mevo::writeSecretFile(path(), text));
@@ -310,11 +304,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("fault");
         QTest::newRow("silent") << QString();
-        QTest::newRow("fails") << QStringLiteral("org.freedesktop.DBus.Error.Failed");
-        QTest::newRow("breaks off") << QStringLiteral("org.freedesktop.DBus.Error.NoReply");
-        QTest::newRow("goes just now") << QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown");
-        QTest::newRow("has gone") << QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner");
-        QTest::newRow("is not started") << QStringLiteral("org.freedesktop.DBus.Error.Spawn.ServiceNotFound");
+        QTest::newRow("fails") << "org.freedesktop.DBus.Error.Failed"_s;
+        QTest::newRow("breaks off") << "org.freedesktop.DBus.Error.NoReply"_s;
+        QTest::newRow("goes just now") << "org.freedesktop.DBus.Error.ServiceUnknown"_s;
+        QTest::newRow("has gone") << "org.freedesktop.DBus.Error.NameHasNoOwner"_s;
+        QTest::newRow("is not started") << "org.freedesktop.DBus.Error.Spawn.ServiceNotFound"_s;
     }
     /// A keyring that is not to be reached may still hold the accounts: nothing is done elsewhere but to let
     /// the changes wait, until it can be done.
@@ -430,7 +424,7 @@ private Q_SLOTS:
 
     void keyring()
     {
-        if (QStandardPaths::findExecutable(QStringLiteral("gnome-keyring-daemon")).isEmpty()) {
+        if (QStandardPaths::findExecutable("gnome-keyring-daemon"_s).isEmpty()) {
             QSKIP("There is no keyring");
         }
         startKeyring();
@@ -460,7 +454,7 @@ private Q_SLOTS:
         QCOMPARE(itemsInKeyring(), 2); // and what was set aside
 
         // What cannot be done in both places is not done in one.
-        QVERIFY(QDir().mkpath(path() + QStringLiteral("/file")));
+        QVERIFY(QDir().mkpath(path() + "/file"_s));
         QVERIFY(!remove(store));
         QVERIFY(QDir(path()).removeRecursively());
         QVERIFY(QFile::remove(waiting()));
@@ -476,15 +470,13 @@ private Q_SLOTS:
     /// A run that ends between two places leaves no older change as the newest.
     void aChangeWaitsWhileItIsDone_data()
     {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QByteArray>("older");
-        QTest::newRow("an older one waits") << QByteArray() << QByteArray("older;");
-        QTest::newRow("there is a file as well") << QByteArray("of a time without it") << QByteArray();
+        const Rows<QByteArray, QByteArray> row; // file, older
+        row("an older one waits", QByteArray(), QByteArray("older;"));
+        row("there is a file as well", QByteArray("of a time without it"), QByteArray());
     }
     void aChangeWaitsWhileItIsDone()
     {
-        QFETCH(QByteArray, file);
-        QFETCH(QByteArray, older);
+        const auto [file, older] = rowOf<QByteArray, QByteArray>();
         if (m_keyring.state() != QProcess::Running) {
             QSKIP("There is no keyring");
         }

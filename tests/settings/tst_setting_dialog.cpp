@@ -1,6 +1,7 @@
 #include "settings/DialogFixture.h"
 #include "settings/List.h"
 #include "state/SettingsTable.h"
+#include "support/Rows.h"
 #include "ui/settings/ControlTable.h"
 
 #include <QAccessible>
@@ -72,9 +73,9 @@ const std::vector<Box> boxes{
 
 /// Boxes whose effect is tested by itself.
 const QStringList otherBoxes =
-    list({"checkBox_BaiduNotStreamRestApi", "checkBox_UseXunFeiWebApi", "checkBox_EnableThirdPartyVoiceInput",
-          "checkBox_EnableTecentAsr_zh_dialect", "checkBox_EnableXunFeiDwa", "checkBox_RunAsAdmin",
-          "checkBox_OnlyUseXunFeiOfflineASR", "checkBox_NetworkProxy", "checkBox_AutoRunApp_2"});
+    "checkBox_BaiduNotStreamRestApi checkBox_UseXunFeiWebApi checkBox_EnableThirdPartyVoiceInput "
+    "checkBox_EnableTecentAsr_zh_dialect checkBox_EnableXunFeiDwa checkBox_RunAsAdmin "
+    "checkBox_OnlyUseXunFeiOfflineASR checkBox_NetworkProxy checkBox_AutoRunApp_2"_s.split(u' ');
 
 struct RadioButton
 {
@@ -101,21 +102,12 @@ const std::vector<std::vector<RadioButton>> radioGroups{
      {"radioButton_Clear_ShortCut_Delete", "VoiceClear_Delete"}},
 };
 
-const QStringList otherRadioButtons = list({
-    "radioButton_BaiduNotStreamRestApi",
-    "radioButton_UseXunFeiWebApi",
-    "radioButton_TXAsrAPI",
-    "radioButton_EnableThirdPartyVoiceInput",
-    "radioButton_Mouse_SetDPI800",
-    "radioButton_Mouse_SetDPI1600",
-    "radioButton_Mouse_SetDPI2400",
-    "radioButton__Mouse_SetDataRate125",
-    "radioButton__Mouse_SetDataRate250",
-    "radioButton__Mouse_SetDataRate500",
-    "radioButton__Mouse_SetWheelSpeed_Low",
-    "radioButton__Mouse_SetWheelSpeed_Standard",
-    "radioButton__Mouse_SetWheelSpeed_Fast",
-});
+const QStringList otherRadioButtons =
+    "radioButton_BaiduNotStreamRestApi radioButton_UseXunFeiWebApi radioButton_TXAsrAPI "
+    "radioButton_EnableThirdPartyVoiceInput radioButton_Mouse_SetDPI800 radioButton_Mouse_SetDPI1600 "
+    "radioButton_Mouse_SetDPI2400 radioButton__Mouse_SetDataRate125 radioButton__Mouse_SetDataRate250 "
+    "radioButton__Mouse_SetDataRate500 radioButton__Mouse_SetWheelSpeed_Low "
+    "radioButton__Mouse_SetWheelSpeed_Standard radioButton__Mouse_SetWheelSpeed_Fast"_s.split(u' ');
 
 /// A field of words with what picks the key that it shows.
 struct Words
@@ -178,17 +170,16 @@ const std::vector<Words> wordFields{
 };
 
 const QStringList otherFields =
-    list({"lineEdit_ASR3XunFeiInstallPath", "lineEdit_ASR3SougoInstallPath", "lineEdit_ASR3CustomInstallPath",
-          "lineEdit_NetworkProxy_IP", "lineEdit_NetworkProxy_Port", "lineEdit_NetworkProxy_UserName",
-          "lineEdit_NetworkProxy_Password", "lineEdit_OwnBaiduApiKey", "lineEdit_OwnBaiduSecretKey",
-          "lineEdit_OwnTencentSecretId", "lineEdit_OwnTencentSecretKey", "lineEdit_OwnXunFeiAppId",
-          "lineEdit_OwnXunFeiApiKey", "lineEdit_OwnXunFeiApiSecret", "lineEdit_OwnBaiduTranslateAppId",
-          "lineEdit_OwnBaiduTranslateKey"});
+    "lineEdit_ASR3XunFeiInstallPath lineEdit_ASR3SougoInstallPath lineEdit_ASR3CustomInstallPath "
+    "lineEdit_NetworkProxy_IP lineEdit_NetworkProxy_Port lineEdit_NetworkProxy_UserName "
+    "lineEdit_NetworkProxy_Password lineEdit_OwnBaiduApiKey lineEdit_OwnBaiduSecretKey "
+    "lineEdit_OwnTencentSecretId lineEdit_OwnTencentSecretKey lineEdit_OwnXunFeiAppId "
+    "lineEdit_OwnXunFeiApiKey lineEdit_OwnXunFeiApiSecret lineEdit_OwnBaiduTranslateAppId "
+    "lineEdit_OwnBaiduTranslateKey"_s.split(u' ');
 
-const QStringList choices =
-    list({"comboBox_VADEOS_CheckTimeout", "comboBox_SelectASR3", "comboBox_Send2ScreenMethod",
-          "comboBox_MICDeviceList", "comboBox_SwitchVoiceMode", "comboBox_MouseCustomLeftKey",
-          "comboBox_MouseCustomRightKey"});
+const QStringList choices = "comboBox_VADEOS_CheckTimeout comboBox_SelectASR3 comboBox_Send2ScreenMethod "
+                            "comboBox_MICDeviceList comboBox_SwitchVoiceMode comboBox_MouseCustomLeftKey "
+                            "comboBox_MouseCustomRightKey"_s.split(u' ');
 
 /// A button and what it asks of the program.
 const std::vector<std::pair<const char *, const char *>> callButtons{
@@ -206,46 +197,29 @@ const std::vector<std::pair<const char *, const char *>> callButtons{
     {"pushButton_FirstStart", "first start"},
 };
 
-const QStringList otherButtons = list(
-    {"pushButton_XFWebApiSelectDialect", "pushButton_XFWebApiSelectSmallLan",
-     "pushButton_BrowseASR3XunFeiInstallPath", "pushButton_BrowseASR3SougoInstallPath",
-     "pushButton_BrowseASR3CustomInstallPath", "pushButton_ReadPowerLevel", "pushButton_ReadPowerLevel_2",
-     "pushButton_CheckOwnBaidu", "pushButton_RemoveOwnBaidu", "pushButton_CheckOwnTencent",
-     "pushButton_RemoveOwnTencent", "pushButton_CheckOwnXunFei", "pushButton_RemoveOwnXunFei",
-     "pushButton_CheckOwnBaiduTranslate", "pushButton_RemoveOwnBaiduTranslate"});
+const QStringList otherButtons =
+    "pushButton_XFWebApiSelectDialect pushButton_XFWebApiSelectSmallLan "
+    "pushButton_BrowseASR3XunFeiInstallPath pushButton_BrowseASR3SougoInstallPath "
+    "pushButton_BrowseASR3CustomInstallPath pushButton_ReadPowerLevel pushButton_ReadPowerLevel_2 "
+    "pushButton_CheckOwnBaidu pushButton_RemoveOwnBaidu pushButton_CheckOwnTencent "
+    "pushButton_RemoveOwnTencent pushButton_CheckOwnXunFei pushButton_RemoveOwnXunFei "
+    "pushButton_CheckOwnBaiduTranslate pushButton_RemoveOwnBaiduTranslate"_s.split(u' ');
 
 /// Settings that slots of the dialog, its choosers or the mouse write.
 const QStringList keysOfSlots =
-    list({"TXCurrentVoiceType", "UseTecentZhDialect", "AutoRunApp", "RunAsAdmin", "LocalEnableASR3",
-          "LocalUseASR3Index", "XFSelectDirlect", "XFSelectSmallLan", "MouseCurrentDPI",
-          "MouseCurrentDataRate", "MosueCurrentWheelSpeed", "MouseCurrentLeftkeyValue",
-          "MouseCurrentRightKeyValue", "MouseCurrentLeftKeyString", "MouseCurrentRightKeyString"});
+    "TXCurrentVoiceType UseTecentZhDialect AutoRunApp RunAsAdmin LocalEnableASR3 LocalUseASR3Index "
+    "XFSelectDirlect XFSelectSmallLan MouseCurrentDPI MouseCurrentDataRate MosueCurrentWheelSpeed "
+    "MouseCurrentLeftkeyValue MouseCurrentRightKeyValue MouseCurrentLeftKeyString "
+    "MouseCurrentRightKeyString"_s.split(u' ');
 
 /// Settings without a control: what the bar, its menus and the record set, and what only the file does.
-const QStringList keysWithoutControl = list({"MainWinLeft",
-                                             "MainWinTop",
-                                             "ShowVerticalUI",
-                                             "FirstRunApp",
-                                             "BaiDuNoStreamApi_FastVersion",
-                                             "XunFeiWebApiCurrentVoiceType",
-                                             "ShowXFDialect",
-                                             "ShowXFSmallLan",
-                                             "DownloadDrvWeb",
-                                             "UserManual",
-                                             "Website",
-                                             "SupportContact",
-                                             "SupportEmail",
-                                             "ASR3CustomCtrlShortCutKey",
-                                             "ASR3CustomShortCutKey",
-                                             "Asr2ScreenIntervalTime",
-                                             "HW2ScreenIntervalTime",
-                                             "LocalXunFeiASR3CtrlKey",
-                                             "LocalXunFeiASR3AltKey",
-                                             "LocalXunFeiASR3ShiftKey",
-                                             "LocalXunFeiASR3ShortcutKey",
-                                             "LocalMustClickRunASR3",
-                                             "LocalEnableThirdpatyVoiceInput",
-                                             "RunThirdpartVoiceInputByORV"});
+const QStringList keysWithoutControl =
+    "MainWinLeft MainWinTop ShowVerticalUI FirstRunApp BaiDuNoStreamApi_FastVersion "
+    "XunFeiWebApiCurrentVoiceType ShowXFDialect ShowXFSmallLan DownloadDrvWeb UserManual Website "
+    "SupportContact SupportEmail ASR3CustomCtrlShortCutKey ASR3CustomShortCutKey "
+    "Asr2ScreenIntervalTime HW2ScreenIntervalTime LocalXunFeiASR3CtrlKey LocalXunFeiASR3AltKey "
+    "LocalXunFeiASR3ShiftKey LocalXunFeiASR3ShortcutKey LocalMustClickRunASR3 "
+    "LocalEnableThirdpatyVoiceInput RunThirdpartVoiceInputByORV"_s.split(u' ');
 
 /// An input method is in force, and everything that the record can hide is shown.
 void showAll(Opened &opened)
@@ -255,10 +229,10 @@ void showAll(Opened &opened)
     opened.state.PowerLevel = 2;
     opened.state.LocalEnableASR3 = true;
     opened.state.LocalUseASR3Index = 2;
-    opened.state.DownloadDrvWeb = QStringLiteral("https://example.org/driver");
-    opened.state.UserManual = QStringLiteral("https://example.org/manual");
-    opened.state.Website = QStringLiteral("http://example.org");
-    opened.host.figures = QStringLiteral("figures");
+    opened.state.DownloadDrvWeb = "https://example.org/driver"_s;
+    opened.state.UserManual = "https://example.org/manual"_s;
+    opened.state.Website = "http://example.org"_s;
+    opened.host.figures = "figures"_s;
 }
 
 QStringList sorted(QStringList list)
@@ -339,8 +313,7 @@ private Q_SLOTS:
     {
         const Opened opened(QByteArray(), showAll);
         const auto *pages = opened.find<QTabWidget>("tabWidget_Setting");
-        QCOMPARE(pages->tabText(0) + pages->tabText(1) + pages->tabText(2),
-                 QStringLiteral(" 常用设置高级设置硬件设置"));
+        QCOMPARE(pages->tabText(0) + pages->tabText(1) + pages->tabText(2), " 常用设置高级设置硬件设置"_s);
         const std::vector<std::pair<const char *, const char *>> titles{
             {"groupBox_Voice", "语音设置"},
             {"groupBox_XunFeiStream", "讯飞流式版(不支持WindowsXP系统)"},
@@ -423,7 +396,7 @@ private Q_SLOTS:
             opened.dialog->updateUI();
             for (const RadioButton &each : group) {
                 const bool on = qstrcmp(each.name, chosen.name) == 0;
-                QCOMPARE(Opened::stored(each.key), on ? QStringLiteral("true") : QStringLiteral("false"));
+                QCOMPARE(Opened::stored(each.key), on ? "true"_s : "false"_s);
                 QCOMPARE(opened.isOn(each.name), on);
             }
         }
@@ -434,10 +407,10 @@ private Q_SLOTS:
         const Opened opened("VoiceImmediateSend=true\n");
         opened.click("checkBox_VoiceSend");
         QVERIFY(!opened.isOn("checkBox_VoiceImmediateSend") && !opened.state.VoiceImmediateSend);
-        QCOMPARE(Opened::stored("VoiceImmediateSend"), QStringLiteral("false"));
+        QCOMPARE(Opened::stored("VoiceImmediateSend"), "false"_s);
         opened.click("checkBox_VoiceImmediateSend");
         QVERIFY(!opened.isOn("checkBox_VoiceSend") && !opened.state.VoiceSend);
-        QCOMPARE(Opened::stored("VoiceSend"), QStringLiteral("false"));
+        QCOMPARE(Opened::stored("VoiceSend"), "false"_s);
         opened.click("checkBox_VoiceImmediateSend"); // off again leaves the other alone
         QVERIFY(!opened.isOn("checkBox_VoiceSend"));
     }
@@ -445,13 +418,13 @@ private Q_SLOTS:
     void choicesWriteNumbers()
     {
         const Opened opened("VADEOS_CheckTimeout=10\nSend2ScreenMethod=1\n");
-        QCOMPARE(opened.find<QComboBox>("comboBox_VADEOS_CheckTimeout")->currentText(), QStringLiteral("10"));
-        QCOMPARE(opened.find<QComboBox>("comboBox_Send2ScreenMethod")->currentText(), QStringLiteral("消息"));
+        QCOMPARE(opened.find<QComboBox>("comboBox_VADEOS_CheckTimeout")->currentText(), "10"_s);
+        QCOMPARE(opened.find<QComboBox>("comboBox_Send2ScreenMethod")->currentText(), "消息"_s);
         opened.pick("comboBox_VADEOS_CheckTimeout", 3);
-        QCOMPARE(Opened::stored("VADEOS_CheckTimeout"), QStringLiteral("4"));
+        QCOMPARE(Opened::stored("VADEOS_CheckTimeout"), "4"_s);
         QCOMPARE(opened.state.VADEOS_CheckTimeout, 4);
         opened.pick("comboBox_Send2ScreenMethod", 2);
-        QCOMPARE(Opened::stored("Send2ScreenMethod"), QStringLiteral("2"));
+        QCOMPARE(Opened::stored("Send2ScreenMethod"), "2"_s);
         QCOMPARE(opened.state.Send2ScreenMethod, 2);
     }
 
@@ -473,40 +446,33 @@ private Q_SLOTS:
         } else if (words.picker != nullptr) {
             opened.click(words.picker);
         }
-        QCOMPARE(opened.find<QLineEdit>(words.name)->text(), QStringLiteral("甲;乙"));
+        QCOMPARE(opened.find<QLineEdit>(words.name)->text(), "甲;乙"_s);
         opened.find<QLineEdit>(words.name)->setFocus();
         opened.click(words.semicolon);
-        opened.type(words.name, QStringLiteral("C"));
-        QCOMPARE(Opened::stored(words.key), QStringLiteral("甲;乙"));
+        opened.type(words.name, "C"_s);
+        QCOMPARE(Opened::stored(words.key), "甲;乙"_s);
         opened.click(words.save);
-        QCOMPARE(Opened::stored(words.key), QStringLiteral("甲;乙;C"));
-        QVERIFY(words.live == nullptr || words.live(opened.state) == QStringLiteral("甲|乙|C"));
+        QCOMPARE(Opened::stored(words.key), "甲;乙;C"_s);
+        QVERIFY(words.live == nullptr || words.live(opened.state) == "甲|乙|C"_s);
         QVERIFY(opened.questions.isEmpty()); // the buttons of the field need none
     }
 
     void wordsThatAreLeftAreAskedAbout_data()
     {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("stored");
-        QTest::newRow("yes") << 0 << "甲X"
-                             << "甲X";
-        QTest::newRow("no") << 1 << "甲"
-                            << "甲";
-        QTest::newRow("closed") << -1 << "甲X"
-                                << "甲"; // and nothing is lost
+        const Rows<int, QString, QString> row; // answer, shown, stored
+        row("yes", 0, "甲X", "甲X");
+        row("no", 1, "甲", "甲");
+        row("closed", -1, "甲X", "甲"); // and nothing is lost
     }
 
     void wordsThatAreLeftAreAskedAbout()
     {
-        QFETCH(int, answer);
-        QFETCH(QString, shown);
-        QFETCH(QString, stored);
+        const auto [answer, shown, stored] = rowOf<int, QString, QString>();
         Opened opened("CmdFlags_Contents_Driect=甲\n");
         opened.answer = answer;
-        opened.type("lineEdit_CmdFlags_Contents_Driect", QStringLiteral("X"));
+        opened.type("lineEdit_CmdFlags_Contents_Driect", "X"_s);
         opened.find<QLineEdit>("lineEdit_SearchFlags_Contents_Driect")->setFocus();
-        QCOMPARE(opened.questions, QStringList(QStringLiteral("是否要保存？")));
+        QCOMPARE(opened.questions, QStringList("是否要保存？"_s));
         QCOMPARE(opened.find<QLineEdit>("lineEdit_CmdFlags_Contents_Driect")->text(), shown);
         QCOMPARE(Opened::stored("CmdFlags_Contents_Driect"), stored);
         opened.find<QLineEdit>("lineEdit_CmdFlags_Contents_Driect")->setFocus();
@@ -527,9 +493,9 @@ private Q_SLOTS:
     {
         QFETCH(int, end);
         Opened opened("VoiceSend_Enter=true\nVoiceSend_Enter_MapWords=甲\nVoiceSend_AltS_MapWords=乙\n");
-        opened.type("lineEdit_Send_VoiceMapWords", QStringLiteral(";X"));
+        opened.type("lineEdit_Send_VoiceMapWords", ";X"_s);
         opened.dialog->updateUI(); // a record that is read meanwhile
-        QCOMPARE(opened.find<QLineEdit>("lineEdit_Send_VoiceMapWords")->text(), QStringLiteral("甲;X"));
+        QCOMPARE(opened.find<QLineEdit>("lineEdit_Send_VoiceMapWords")->text(), "甲;X"_s);
         switch (end) {
         case 0:
             opened.dialog->close();
@@ -543,11 +509,11 @@ private Q_SLOTS:
             break;
         default:
             opened.find("radioButton_Send_ShortCut_AltS")->click();
-            QCOMPARE(opened.find<QLineEdit>("lineEdit_Send_VoiceMapWords")->text(), QStringLiteral("乙"));
+            QCOMPARE(opened.find<QLineEdit>("lineEdit_Send_VoiceMapWords")->text(), "乙"_s);
         }
-        QCOMPARE(Opened::stored("VoiceSend_Enter_MapWords"), QStringLiteral("甲;X"));
-        QCOMPARE(Opened::stored("VoiceSend_AltS_MapWords"), QStringLiteral("乙"));
-        QCOMPARE(opened.state.VoiceSend_Enter_MapWords, QStringLiteral("甲;X"));
+        QCOMPARE(Opened::stored("VoiceSend_Enter_MapWords"), "甲;X"_s);
+        QCOMPARE(Opened::stored("VoiceSend_AltS_MapWords"), "乙"_s);
+        QCOMPARE(opened.state.VoiceSend_Enter_MapWords, "甲;X"_s);
     }
 
     /// The receiver is pulled out while the dialog asks.
@@ -560,13 +526,13 @@ private Q_SLOTS:
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QVERIFY(!dialog.isNull()); // a slot of its own still runs
         };
-        auto *words = dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit_CmdFlags_Contents_Driect"));
+        auto *words = dialog->findChild<QLineEdit *>("lineEdit_CmdFlags_Contents_Driect"_s);
         dialog->findChild<QTabWidget *>()->setCurrentIndex(1);
         words->setFocus();
-        QTest::keyClicks(words, QStringLiteral("X"));
-        dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit_SearchFlags_Contents_Driect"))->setFocus();
+        QTest::keyClicks(words, "X"_s);
+        dialog->findChild<QLineEdit *>("lineEdit_SearchFlags_Contents_Driect"_s)->setFocus();
         QCOMPARE(opened.questions.size(), 1);
-        QCOMPARE(Opened::stored("CmdFlags_Contents_Driect"), QStringLiteral("甲X"));
+        QCOMPARE(Opened::stored("CmdFlags_Contents_Driect"), "甲X"_s);
         QTRY_VERIFY(dialog.isNull());
     }
 
@@ -574,24 +540,23 @@ private Q_SLOTS:
     {
         Opened opened;
         QCOMPARE(opened.find<QLineEdit>("lineEdit_CmdFlags_Contents_Driect")->text(),
-                 QStringLiteral("天王盖地虎;执行命令词;"));
+                 "天王盖地虎;执行命令词;"_s);
         QCOMPARE(opened.find<QLineEdit>("lineEdit_SearchFlags_Contents_Driect")->text(),
-                 QStringLiteral("我要搜索;百度搜索;搜一搜;"));
-        QCOMPARE(opened.find<QLineEdit>(modeWords)->text(), QStringLiteral("切换到语音打字;使用语音打字"));
+                 "我要搜索;百度搜索;搜一搜;"_s);
+        QCOMPARE(opened.find<QLineEdit>(modeWords)->text(), "切换到语音打字;使用语音打字"_s);
         opened.pick(functions, 1);
         QCOMPARE(opened.find<QLineEdit>(modeWords)->text(), QString());
         opened.dialog->close();
-        QCOMPARE(Opened::stored("CmdFlags_Contents_Driect"), QStringLiteral("absent"));
+        QCOMPARE(Opened::stored("CmdFlags_Contents_Driect"), "absent"_s);
         QVERIFY(opened.state.CmdFlags_Contents_Driect.isEmpty());
     }
 
     void anEngineIsTheOnlyOne_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("call");
-        QTest::addColumn<QString>("flags"); // Baidu, Tencent, XunFei, input method, its number
-        const auto add = [](const char *button, const char *call, const char *flags) {
-            QTest::newRow(button) << button << call << flags;
+        // button, call, flags (Baidu, Tencent, XunFei, input method, its number)
+        const Rows<QString, QString, QString> row;
+        const auto add = [&](const char *button, const char *call, const char *flags) {
+            row(button, button, call, flags);
         };
         add("radioButton_BaiduNotStreamRestApi", "engine 0", "1 0 0 0 -1");
         add("checkBox_BaiduNotStreamRestApi", "engine 0", "1 0 0 0 -1");
@@ -604,9 +569,7 @@ private Q_SLOTS:
 
     void anEngineIsTheOnlyOne()
     {
-        QFETCH(QString, button);
-        QFETCH(QString, call);
-        QFETCH(QString, flags);
+        const auto [button, call, flags] = rowOf<QString, QString, QString>();
         for (const bool fromBaidu : {true, false}) {
             const Opened opened("LocalUseASR3Index=2\n", [fromBaidu](Opened &it) {
                 it.host.recorder.BaiDuNoStreamApi = fromBaidu;
@@ -664,11 +627,11 @@ private Q_SLOTS:
         QCOMPARE(opened.find<QComboBox>("comboBox_SelectASR3")->currentIndex(), 1);
         opened.click("pushButton_ASR3DownWeb");
         QCOMPARE(opened.host.take(), list({"download 2"}));
-        opened.replace("lineEdit_ASR3XunFeiInstallPath", QStringLiteral("/opt/other"));
+        opened.replace("lineEdit_ASR3XunFeiInstallPath", "/opt/other"_s);
         opened.find("checkBox_ForceUseASR3")->setFocus();
         QCOMPARE(opened.host.take(), list({"path"}));
         opened.host.methodsWork = true;
-        opened.replace("lineEdit_ASR3SougoInstallPath", QStringLiteral("/opt/there"));
+        opened.replace("lineEdit_ASR3SougoInstallPath", "/opt/there"_s);
         opened.find("checkBox_ForceUseASR3")->setFocus();
         QCOMPARE(opened.host.take(), list({"method 2"})); // which was chosen, and may be there now
         QVERIFY(opened.isOn("radioButton_EnableThirdPartyVoiceInput"));
@@ -683,46 +646,39 @@ private Q_SLOTS:
 
     void theMethodThatIsShown_data()
     {
-        QTest::addColumn<int>("local");
-        QTest::addColumn<int>("record");
-        QTest::addColumn<int>("shown"); // place in the list
-        QTest::newRow("in force or the last one") << 2 << 1 << 1;
-        QTest::newRow("what the record would use") << -1 << 2 << 1;
-        QTest::newRow("the first") << -1 << -1 << 0;
-        QTest::newRow("custom, which is not offered") << 3 << 2 << 1;
+        const Rows<int, int, int> row; // local, record, shown (place in the list)
+        row("in force or the last one", 2, 1, 1);
+        row("what the record would use", -1, 2, 1);
+        row("the first", -1, -1, 0);
+        row("custom, which is not offered", 3, 2, 1);
     }
     void theMethodThatIsShown()
     {
-        QFETCH(int, local);
-        QFETCH(int, record);
-        const Opened opened(QByteArray(), [local, record](Opened &it) {
+        const auto [local, record, shown] = rowOf<int, int, int>();
+        const Opened opened(QByteArray(), [local = local, record = record](Opened &it) {
             it.state.LocalUseASR3Index = local;
             it.state.UseASR3Index = record;
             it.state.ShowASR3Custom = false;
         });
-        QTEST(opened.find<QComboBox>("comboBox_SelectASR3")->currentIndex(), "shown");
+        QCOMPARE(opened.find<QComboBox>("comboBox_SelectASR3")->currentIndex(), shown);
         QVERIFY(opened.host.calls.isEmpty());
     }
 
     void thePathOfAMethodIsLookedFor_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("title");
-        QTest::newRow("XunFei") << "pushButton_BrowseASR3XunFeiInstallPath"
-                                << "选择语音输入法安装路径";
-        QTest::newRow("Sogou") << "pushButton_BrowseASR3SougoInstallPath"
-                               << "选择语音输入法安装路径";
-        QTest::newRow("custom") << "pushButton_BrowseASR3CustomInstallPath"
-                                << "选择自定义语音输入法安装路径";
+        const Rows<QString, QString> row; // button, title
+        row("XunFei", "pushButton_BrowseASR3XunFeiInstallPath", "选择语音输入法安装路径");
+        row("Sogou", "pushButton_BrowseASR3SougoInstallPath", "选择语音输入法安装路径");
+        row("custom", "pushButton_BrowseASR3CustomInstallPath", "选择自定义语音输入法安装路径");
     }
     void thePathOfAMethodIsLookedFor()
     {
-        QFETCH(QString, button);
+        const auto [button, title] = rowOf<QString, QString>();
         const Opened opened(QByteArray(), showAll);
         opened.click(qPrintable(button));
         auto *finder = opened.dialog->findChild<QFileDialog *>();
         QVERIFY(finder != nullptr);
-        QTEST(finder->windowTitle(), "title");
+        QCOMPARE(finder->windowTitle(), title);
     }
 
     void streamingIsRefusedOnOldSystems()
@@ -737,14 +693,14 @@ private Q_SLOTS:
     {
         const Opened opened(QByteArray(), showAll);
         opened.click("checkBox_EnableXunFeiDwa");
-        QCOMPARE(Opened::stored("EnableXunFeiWebApiDwa"), QStringLiteral("1"));
+        QCOMPARE(Opened::stored("EnableXunFeiWebApiDwa"), "1"_s);
         QVERIFY(opened.host.recorder.EnableXunFeiWebApiDwa);
         opened.click("checkBox_EnableTecentAsr_zh_dialect");
-        QCOMPARE(opened.state.TXCurrentVoiceType, QStringLiteral("16k_zh_dialect"));
-        QCOMPARE(Opened::stored("TXCurrentVoiceType"), QStringLiteral("16k_zh_dialect"));
+        QCOMPARE(opened.state.TXCurrentVoiceType, "16k_zh_dialect"_s);
+        QCOMPARE(Opened::stored("TXCurrentVoiceType"), "16k_zh_dialect"_s);
         opened.click("checkBox_EnableTecentAsr_zh_dialect");
-        QCOMPARE(Opened::stored("TXCurrentVoiceType"), QStringLiteral("16k_zh"));
-        QCOMPARE(Opened::stored("UseTecentZhDialect"), QStringLiteral("0"));
+        QCOMPARE(Opened::stored("TXCurrentVoiceType"), "16k_zh"_s);
+        QCOMPARE(Opened::stored("UseTecentZhDialect"), "0"_s);
         QCOMPARE(opened.host.calls, (list({"dialect 1", "tip 腾讯语音支", "dialect 0"})));
     }
 
@@ -755,9 +711,9 @@ private Q_SLOTS:
         opened.click("checkBox_ForceUseASR3");
         QCOMPARE(opened.host.take(), list({"record ForceUseASR3=1"}));
         opened.pick("comboBox_SelectASR3", 2);
-        QVERIFY(opened.host.calls.contains(QStringLiteral("record UseASR3Index=3")) &&
-                opened.host.calls.contains(QStringLiteral("method 3")));
-        QCOMPARE(Opened::stored("LocalUseASR3Index"), QStringLiteral("3"));
+        QVERIFY(opened.host.calls.contains("record UseASR3Index=3"_s) &&
+                opened.host.calls.contains("method 3"_s));
+        QCOMPARE(Opened::stored("LocalUseASR3Index"), "3"_s);
         opened.host.calls.clear();
         opened.click("checkBox_AsrOffline");
         QCOMPARE(opened.host.take(), (list({"record ForceUseXFMore3V=1", "restart"})));
@@ -765,19 +721,17 @@ private Q_SLOTS:
 
     void buttonsAskTheProgram_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("call");
+        const Rows<QString, QString> row; // button, call
         for (const auto &button : callButtons) {
-            QTest::newRow(button.first) << button.first << QString::fromLatin1(button.second);
+            row(button.first, button.first, QString::fromLatin1(button.second));
         }
     }
 
     void buttonsAskTheProgram()
     {
-        QFETCH(QString, button);
-        QFETCH(QString, call);
+        const auto [button, call] = rowOf<QString, QString>();
         Opened opened(QByteArray(), showAll);
-        opened.dialog->setUpdateNotice(QStringLiteral("newer"));
+        opened.dialog->setUpdateNotice("newer"_s);
         opened.click(qPrintable(button));
         QCOMPARE(opened.host.calls, QStringList(call));
         QVERIFY(call != QLatin1String("dongle") ||
@@ -787,8 +741,8 @@ private Q_SLOTS:
     void pagesThatAreNoneAreNotOffered()
     {
         const Opened opened(QByteArray(), [](Opened &it) {
-            it.state.DownloadDrvWeb = QStringLiteral("file:///etc/passwd");
-            it.state.UserManual = QStringLiteral("example");
+            it.state.DownloadDrvWeb = "file:///etc/passwd"_s;
+            it.state.UserManual = "example"_s;
         });
         for (const char *button : {"pushButton_DrvDownload", "pushButton_Manual", "pushButton_WebAddress"}) {
             QVERIFY(!opened.find(button)->isEnabled());
@@ -814,10 +768,9 @@ private Q_SLOTS:
 
     void visibilityByTheRecord_data()
     {
-        QTest::addColumn<QStringList>("hidden"); // while the flag is off, and shown while it is on
-        QTest::addColumn<int>("flag");
-        const auto add = [](const char *name, int flag, const QStringList &hidden) {
-            QTest::newRow(name) << hidden << flag;
+        const Rows<QStringList, int> row; // hidden (while the flag is off, and shown while it is on), flag
+        const auto add = [&](const char *name, int flag, const QStringList &hidden) {
+            row(name, hidden, flag);
         };
         add("ShowBaiduI", 0, list({"radioButton_BaiduNotStreamRestApi"}));
         add("ShowTXI", 1, list({"radioButton_TXAsrAPI"}));
@@ -834,10 +787,9 @@ private Q_SLOTS:
 
     void visibilityByTheRecord()
     {
-        QFETCH(QStringList, hidden);
-        QFETCH(int, flag);
+        const auto [hidden, flag] = rowOf<QStringList, int>();
         Opened opened(QByteArray(), showAll);
-        const auto set = [&](bool on) {
+        const auto set = [&, &flag = flag](bool on) {
             bool EnginePermissions::*const flags[] = {
                 &EnginePermissions::ShowBaiduI,          &EnginePermissions::ShowTXI,
                 &EnginePermissions::ShowTecentZhDialect, &EnginePermissions::ShowXFWebApi,
@@ -870,7 +822,7 @@ private Q_SLOTS:
         });
         QVERIFY(opened.host.recorder.UseTXASRApi && !opened.host.recorder.BaiDuNoStreamApi);
         QVERIFY(opened.isOn("radioButton_TXAsrAPI") && !opened.isOn("checkBox_EnableTecentAsr_zh_dialect"));
-        QCOMPARE(Opened::stored("UseTXASRApi"), QStringLiteral("1"));
+        QCOMPARE(Opened::stored("UseTXASRApi"), "1"_s);
     }
 
     void productsThatLackThings()
@@ -879,15 +831,13 @@ private Q_SLOTS:
         QVERIFY(opened.find<QGroupBox>("groupBox_Mouse")->isEnabled());
         {
             mevo::SettingsFile settings;
-            settings.setValue(QStringLiteral("NoMouse"), 1);
-            settings.setValue(QStringLiteral("NoDirectLanes"), 1);
+            settings.setValue("NoMouse"_s, 1);
+            settings.setValue("NoDirectLanes"_s, 1);
         }
         opened.dialog->updateUI();
-        QCOMPARE(opened.find<QGroupBox>("groupBox_Mouse")->title(),
-                 QStringLiteral("鼠标设置(不适用于此产品)"));
+        QCOMPARE(opened.find<QGroupBox>("groupBox_Mouse")->title(), "鼠标设置(不适用于此产品)"_s);
         QVERIFY(!opened.find<QGroupBox>("groupBox_Mouse")->isEnabled());
-        QCOMPARE(opened.find<QGroupBox>("groupBox_DirectLanes")->title(),
-                 QStringLiteral("软件功能直通车(不适用此产品)"));
+        QCOMPARE(opened.find<QGroupBox>("groupBox_DirectLanes")->title(), "软件功能直通车(不适用此产品)"_s);
     }
 
     void theMouse()
@@ -902,10 +852,8 @@ private Q_SLOTS:
         QVERIFY(opened.isOn("radioButton_Mouse_SetDPI800") &&
                 opened.isOn("radioButton__Mouse_SetDataRate500") &&
                 opened.isOn("radioButton__Mouse_SetWheelSpeed_Low"));
-        QCOMPARE(opened.find<QComboBox>("comboBox_MouseCustomLeftKey")->currentText(),
-                 QStringLiteral("删除"));
-        QCOMPARE(opened.find<QComboBox>("comboBox_MouseCustomRightKey")->currentText(),
-                 QStringLiteral("自定义"));
+        QCOMPARE(opened.find<QComboBox>("comboBox_MouseCustomLeftKey")->currentText(), "删除"_s);
+        QCOMPARE(opened.find<QComboBox>("comboBox_MouseCustomRightKey")->currentText(), "自定义"_s);
         for (const char *name :
              {"radioButton_Mouse_SetDPI1600", "radioButton_Mouse_SetDPI2400",
               "radioButton__Mouse_SetDataRate250", "radioButton__Mouse_SetDataRate125",
@@ -917,15 +865,15 @@ private Q_SLOTS:
                         "MouseCurrentDataRate 0", "MouseCurrentWheelSpeed 2", "MouseCurrentWheelSpeed 1"})));
         opened.pick("comboBox_MouseCustomLeftKey", 1);
         opened.pick("comboBox_MouseCustomRightKey", 0);
-        QCOMPARE(opened.host.calls.last(), QStringLiteral("right 麦克风"));
-        QVERIFY(opened.host.calls.contains(QStringLiteral("left 麦克风(F6)")));
+        QCOMPARE(opened.host.calls.last(), "right 麦克风"_s);
+        QVERIFY(opened.host.calls.contains("left 麦克风(F6)"_s));
         QStringList items;
         for (int i = 0; i < opened.find<QComboBox>("comboBox_MouseCustomLeftKey")->count(); ++i) {
             items.append(opened.find<QComboBox>("comboBox_MouseCustomLeftKey")->itemText(i));
         }
         QCOMPARE(items.join(QLatin1Char(' ')),
-                 QStringLiteral("麦克风 麦克风(F6) 语音打字 语音搜索 语音命令 语音翻译 删除 回桌面 前进 后退 "
-                                "长按中键上滚 长按中键下滚 自定义"));
+                 "麦克风 麦克风(F6) 语音打字 语音搜索 语音命令 语音翻译 删除 回桌面 前进 后退 "
+                 "长按中键上滚 长按中键下滚 自定义"_s);
     }
 
     /// The receiver goes and comes back, and its battery is told, while the page is open.
@@ -950,20 +898,20 @@ private Q_SLOTS:
     {
         Opened opened;
         auto *box = opened.find<QComboBox>("comboBox_MICDeviceList");
-        QCOMPARE(box->currentText(), QStringLiteral("Webcam"));
-        QCOMPARE(box->itemText(box->count() - 1), QStringLiteral("打开声音控制面板"));
+        QCOMPARE(box->currentText(), "Webcam"_s);
+        QCOMPARE(box->itemText(box->count() - 1), "打开声音控制面板"_s);
         opened.pick("comboBox_MICDeviceList", 1);
         QCOMPARE(opened.host.take(), list({"microphone QMZ mouse"}));
         opened.host.refuses = true;
         QTest::keyClick(box, Qt::Key_Home);
-        QCOMPARE(box->currentText(), QStringLiteral("QMZ mouse")); // put back
+        QCOMPARE(box->currentText(), "QMZ mouse"_s); // put back
         opened.host.refuses = false;
         opened.host.calls.clear();
-        opened.host.input = QStringLiteral("Webcam");
+        opened.host.input = "Webcam"_s;
         opened.click("checkBox_OnlyUseOurDeviceMic");
         QCOMPARE(opened.host.take(), list({"microphone QMZ mouse"}));
         QVERIFY(!box->isEnabled());
-        QCOMPARE(box->currentText(), QStringLiteral("QMZ mouse"));
+        QCOMPARE(box->currentText(), "QMZ mouse"_s);
         opened.click("checkBox_OnlyUseOurDeviceMic");
         QVERIFY(box->isEnabled() && opened.host.take().isEmpty());
         opened.click("checkBox_SimulateDoubleChannel");
@@ -975,7 +923,7 @@ private Q_SLOTS:
         box->setFocus();
         QTest::keyClick(box, Qt::Key_End);
         QCOMPARE(opened.host.take(), list({"sound"}));
-        QCOMPARE(box->currentText(), QStringLiteral("QMZ mouse"));
+        QCOMPARE(box->currentText(), "QMZ mouse"_s);
     }
 
     void theLevelMovesWhileTheDialogIsOpen()
@@ -993,37 +941,37 @@ private Q_SLOTS:
         const Opened opened("[NetworkProxy]\nUseNetworkProxy=false\n");
         opened.click("checkBox_NetworkProxy");
         const char *const group = "NetworkProxy";
-        QCOMPARE(Opened::stored("UseNetworkProxy", group), QStringLiteral("true"));
+        QCOMPARE(Opened::stored("UseNetworkProxy", group), "true"_s);
         QVERIFY(!opened.state.UseNetworkProxy); // there is nothing yet to go by
-        opened.replace("lineEdit_NetworkProxy_IP", QStringLiteral(" proxy.example "));
-        opened.replace("lineEdit_NetworkProxy_Port", QStringLiteral("x30y80"));
-        opened.replace("lineEdit_NetworkProxy_UserName", QStringLiteral("me"));
-        opened.replace("lineEdit_NetworkProxy_Password", QStringLiteral("p;w"));
+        opened.replace("lineEdit_NetworkProxy_IP", " proxy.example "_s);
+        opened.replace("lineEdit_NetworkProxy_Port", "x30y80"_s);
+        opened.replace("lineEdit_NetworkProxy_UserName", "me"_s);
+        opened.replace("lineEdit_NetworkProxy_Password", "p;w"_s);
         QCOMPARE(opened.find<QLineEdit>("lineEdit_NetworkProxy_Password")->echoMode(), QLineEdit::Password);
         opened.find("checkBox_NetworkProxy")->setFocus();
-        QCOMPARE(Opened::stored("NetworkProxy_Port", group), QStringLiteral("3080"));
-        QCOMPARE(Opened::stored("NetworkProxy_Password", group), QStringLiteral("p;w"));
+        QCOMPARE(Opened::stored("NetworkProxy_Port", group), "3080"_s);
+        QCOMPARE(Opened::stored("NetworkProxy_Password", group), "p;w"_s);
         QVERIFY(opened.state.UseNetworkProxy);
-        QCOMPARE(opened.state.NetworkProxy_IP, QStringLiteral("proxy.example"));
+        QCOMPARE(opened.state.NetworkProxy_IP, "proxy.example"_s);
         QCOMPARE(opened.state.NetworkProxy_Port, 3080);
-        QCOMPARE(opened.state.NetworkProxy_UserName, QStringLiteral("me"));
+        QCOMPARE(opened.state.NetworkProxy_UserName, "me"_s);
         opened.replace("lineEdit_NetworkProxy_Port", QString());
         opened.dialog->close(); // in the middle of it
         QCOMPARE(opened.state.NetworkProxy_Port, -1);
         opened.dialog->show();
         opened.click("checkBox_NetworkProxy");
         QVERIFY(!opened.state.UseNetworkProxy);
-        QCOMPARE(Opened::stored("UseNetworkProxy", group), QStringLiteral("false"));
+        QCOMPARE(Opened::stored("UseNetworkProxy", group), "false"_s);
     }
 
     void pathsAreStoredWhenTheyAreLeft()
     {
         const Opened opened("LocalASR3SougoInstallPath=/opt/old\n", showAll);
-        opened.replace("lineEdit_ASR3SougoInstallPath", QStringLiteral("/opt/new"));
-        QCOMPARE(Opened::stored("LocalASR3SougoInstallPath"), QStringLiteral("/opt/old"));
+        opened.replace("lineEdit_ASR3SougoInstallPath", "/opt/new"_s);
+        QCOMPARE(Opened::stored("LocalASR3SougoInstallPath"), "/opt/old"_s);
         opened.find("checkBox_ForceUseASR3")->setFocus();
-        QCOMPARE(Opened::stored("LocalASR3SougoInstallPath"), QStringLiteral("/opt/new"));
-        QCOMPARE(opened.state.LocalASR3SougoInstallPath, QStringLiteral("/opt/new"));
+        QCOMPARE(Opened::stored("LocalASR3SougoInstallPath"), "/opt/new"_s);
+        QCOMPARE(opened.state.LocalASR3SougoInstallPath, "/opt/new"_s);
         QCOMPARE(opened.host.calls, list({"path"})); // and looked at at once
     }
 
@@ -1032,16 +980,16 @@ private Q_SLOTS:
         Opened opened;
         auto *notice = opened.find<QPushButton>("pushButton_UpdateNotice");
         QVERIFY(!opened.isShown("pushButton_UpdateNotice"));
-        opened.dialog->setUpdateNotice(QStringLiteral("newer"));
+        opened.dialog->setUpdateNotice("newer"_s);
         QVERIFY(opened.isShown("pushButton_UpdateNotice") && notice->isEnabled());
         opened.dialog->setUpdateNotice(QString());
         QVERIFY(!opened.isShown("pushButton_UpdateNotice"));
         opened.click("pushButton_CheckUpdate");
         opened.dialog->setUpdateNotice(QString()); // who asks is answered
-        QCOMPARE(notice->text(), QStringLiteral("已是最新版本"));
+        QCOMPARE(notice->text(), "已是最新版本"_s);
         opened.dialog->hide();
         opened.dialog->show();
-        QVERIFY(opened.host.calls.contains(QStringLiteral("update opened")));
+        QVERIFY(opened.host.calls.contains("update opened"_s));
     }
 
     /// Making, showing and refilling write nothing, whatever the file holds.
@@ -1061,13 +1009,13 @@ private Q_SLOTS:
         QByteArray before;
         Opened opened(settings, [&](Opened &it) {
             it.state.LocalUseASR3Index = -7;
-            before = Opened::home().read(QStringLiteral("MEVOSetting.ini"));
+            before = Opened::home().read("MEVOSetting.ini"_s);
         });
         opened.dialog->updateUI();
         opened.dialog->hide();
         opened.dialog->show();
         opened.dialog->close();
-        QCOMPARE(Opened::home().read(QStringLiteral("MEVOSetting.ini")), before);
+        QCOMPARE(Opened::home().read("MEVOSetting.ini"_s), before);
         QVERIFY(opened.questions.isEmpty());
     }
 
@@ -1075,16 +1023,16 @@ private Q_SLOTS:
     void aFileThatCannotBeWritten()
     {
         Opened opened("Juhao2Douhao=false\n");
-        QFile::setPermissions(QFileInfo(Opened::home().path(QStringLiteral("x"))).path(),
+        QFile::setPermissions(QFileInfo(Opened::home().path("x"_s)).path(),
                               QFile::ReadOwner | QFile::ExeOwner);
         opened.click("checkBox_Juhao2Douhao");
         QVERIFY(opened.state.Juhao2Douhao && opened.isOn("checkBox_Juhao2Douhao"));
         opened.dialog->updateUI();
         QVERIFY(opened.isOn("checkBox_Juhao2Douhao"));
-        QFile::setPermissions(QFileInfo(Opened::home().path(QStringLiteral("x"))).path(),
+        QFile::setPermissions(QFileInfo(Opened::home().path("x"_s)).path(),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         opened.click("checkBox_AddPunctuationWhenEnd");
-        QVERIFY(Opened::home().read(QStringLiteral("MEVOSetting.ini")).contains("Juhao2Douhao=true"));
+        QVERIFY(Opened::home().read("MEVOSetting.ini"_s).contains("Juhao2Douhao=true"));
     }
 
     void theProgramEndsMeanwhile()
@@ -1145,7 +1093,7 @@ private Q_SLOTS:
         QFETCH(QString, language);
         QTranslator translator;
         if (!language.isEmpty()) {
-            QVERIFY(translator.load(QStringLiteral(":/translations/%1.qm").arg(language)));
+            QVERIFY(translator.load(":/translations/%1.qm"_s.arg(language)));
             QCoreApplication::installTranslator(&translator);
         }
         {
@@ -1156,9 +1104,8 @@ private Q_SLOTS:
                 pages->setCurrentIndex(page);
                 QCoreApplication::processEvents();
                 const auto *area = static_cast<QScrollArea *>(pages->widget(page));
-                QVERIFY2(
-                    area->widget()->width() <= area->viewport()->width(),
-                    qPrintable(QStringLiteral("page %1 is %2 wide").arg(page).arg(area->widget()->width())));
+                QVERIFY2(area->widget()->width() <= area->viewport()->width(),
+                         qPrintable("page %1 is %2 wide"_s.arg(page).arg(area->widget()->width())));
             }
             QVERIFY(opened.dialog->width() <= 640);
         }

@@ -2,6 +2,7 @@
 #include "base/ApplicationFiles.h"
 #include "base/SettingsFile.h"
 #include "settings/List.h"
+#include "support/Texts.h"
 #include "ui/settings/CSettingDialog.h"
 #include "window/Program.h"
 #include "window/UpdateHands.h"
@@ -22,7 +23,7 @@ namespace {
 
 QString setting(const char *key)
 {
-    return mevo::SettingsFile().value(QLatin1String(key), QStringLiteral("absent")).toString();
+    return mevo::SettingsFile().value(QLatin1String(key), "absent"_s).toString();
 }
 
 CSettingDialog *dialogOf(const MainWindow &window)
@@ -86,7 +87,7 @@ private Q_SLOTS:
         program.button("radioButton__Mouse_SetDataRate500")->click();
         program.button("radioButton__Mouse_SetWheelSpeed_Fast")->click();
         dialogOf(*program.window)
-            ->findChild<QComboBox *>(QStringLiteral("comboBox_MouseCustomLeftKey"))
+            ->findChild<QComboBox *>("comboBox_MouseCustomLeftKey"_s)
             ->setCurrentIndex(6);
         program.button("pushButton_GetMouseID")->click();
         const QStringList wanted =
@@ -94,9 +95,9 @@ private Q_SLOTS:
                   "hid send 05 20 40 00 00 00 00 02", "hid send 05 71 01 0f 00 00 00 00",
                   "hid send 05 2d 00 00 00 00 00 00"});
         QCOMPARE(program.order(wanted), wanted);
-        QCOMPARE(setting("MouseCurrentDPI"), QStringLiteral("800"));
-        QCOMPARE(setting("MouseCurrentWheelSpeed"), QStringLiteral("2"));
-        QCOMPARE(setting("MouseCurrentLeftKeyValue"), QStringLiteral("15"));
+        QCOMPARE(setting("MouseCurrentDPI"), "800"_s);
+        QCOMPARE(setting("MouseCurrentWheelSpeed"), "2"_s);
+        QCOMPARE(setting("MouseCurrentLeftKeyValue"), "15"_s);
     }
 
     void anEngineIsInForceAtOnce()
@@ -107,10 +108,9 @@ private Q_SLOTS:
         program.button("radioButton_TXAsrAPI")->click();
         QVERIFY(window.recorder()->UseTXASRApi && !window.recorder()->BaiDuNoStreamApi &&
                 !window.BaiduQuotaHit);
-        QCOMPARE(setting("UseTXASRApi") + setting("BaiDuNoStreamApi") + setting("UseXunFeiWebApi"),
-                 QStringLiteral("100"));
+        QCOMPARE(setting("UseTXASRApi") + setting("BaiDuNoStreamApi") + setting("UseXunFeiWebApi"), "100"_s);
         program.settle();
-        QCOMPARE(setting("EngineChoiceUntold"), QStringLiteral("1")); // nobody answers here
+        QCOMPARE(setting("EngineChoiceUntold"), "1"_s); // nobody answers here
         program.button("radioButton_BaiduNotStreamRestApi")->click();
         QVERIFY(window.recorder()->BaiDuNoStreamApi && window.recorder()->BaiduViaSettings);
     }
@@ -123,12 +123,12 @@ private Q_SLOTS:
         QVERIFY(!window.BackendReachable);
         program.button("radioButton_EnableThirdPartyVoiceInput")->click();
         program.settle();
-        QCOMPARE(program.fake.log.calls(QStringLiteral("message 没有找到讯飞语音输入法的程序")).size(), 1);
+        QCOMPARE(program.fake.log.calls("message 没有找到讯飞语音输入法的程序"_s).size(), 1);
         QVERIFY(window.recorder()->BaiDuNoStreamApi && !window.LocalEnableASR3 &&
                 program.questions.isEmpty());
         QVERIFY(program.button("radioButton_BaiduNotStreamRestApi")->isChecked());
-        QCOMPARE(setting("RecordChoicesUntold"), QStringLiteral("absent"));
-        QVERIFY(dialogOf(window)->findChild<QGroupBox *>(QStringLiteral("groupBox_ThirdParty"))->isEnabled());
+        QCOMPARE(setting("RecordChoicesUntold"), "absent"_s);
+        QVERIFY(dialogOf(window)->findChild<QGroupBox *>("groupBox_ThirdParty"_s)->isEnabled());
     }
 
     /// The path of what has been chosen and was not there: it is set up at once.
@@ -136,17 +136,16 @@ private Q_SLOTS:
     {
         WithSettings program;
         MainWindow &window = *program.window;
-        mevo::SettingsFile().setValue(QStringLiteral("ThirdPartyConsentAsked"), 1);
-        auto *methods = dialogOf(window)->findChild<QComboBox *>(QStringLiteral("comboBox_SelectASR3"));
+        mevo::SettingsFile().setValue("ThirdPartyConsentAsked"_s, 1);
+        auto *methods = dialogOf(window)->findChild<QComboBox *>("comboBox_SelectASR3"_s);
         program.button("radioButton_EnableThirdPartyVoiceInput")->click();
         methods->setCurrentIndex(1);
         const QTemporaryDir folder;
-        QFile made(folder.filePath(QStringLiteral("VoiceInput")));
+        QFile made(folder.filePath("VoiceInput"_s));
         QVERIFY(made.open(QIODevice::WriteOnly) &&
                 made.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         made.close();
-        auto *path =
-            dialogOf(window)->findChild<QLineEdit *>(QStringLiteral("lineEdit_ASR3SougoInstallPath"));
+        auto *path = dialogOf(window)->findChild<QLineEdit *>("lineEdit_ASR3SougoInstallPath"_s);
         const auto store = [path](const QString &text) {
             path->setText(text);
             path->setModified(true);
@@ -156,8 +155,7 @@ private Q_SLOTS:
         QVERIFY(!window.ThirdPartyActive); // nothing waits in the dialog
         QTRY_VERIFY(window.ThirdPartyActive);
         QCOMPARE(setting("LocalASR3SougoInstallPath"), made.fileName());
-        QCOMPARE(setting("RecordChoicesUntold"),
-                 QStringLiteral("EnableASR3=1;MustClickRunASR3=0;UseASR3Index=2"));
+        QCOMPARE(setting("RecordChoicesUntold"), "EnableASR3=1;MustClickRunASR3=0;UseASR3Index=2"_s);
         window.ForceUseASR3 = false;
         QVERIFY(made.remove());
         store(folder.path()); // where it is no longer
@@ -171,8 +169,7 @@ private Q_SLOTS:
         program.window->LocalUseASR3Index = 3;
         program.methodInForce();
         program.button("pushButton_ASR3DownWeb")->click();
-        QTRY_COMPARE(
-            program.fake.log.calls(QStringLiteral("message 该语音输入法没有可下载的安装程序！")).size(), 1);
+        QTRY_COMPARE(program.fake.log.calls("message 该语音输入法没有可下载的安装程序！"_s).size(), 1);
     }
 
     void choicesWaitForTheBackend()
@@ -183,10 +180,10 @@ private Q_SLOTS:
         program.button("checkBox_ForceUseASR3")->click();
         program.settle();
         QVERIFY(program.window->ForceUseASR3);
-        QCOMPARE(setting("RecordChoicesUntold"), QStringLiteral("ForceUseASR3=1"));
+        QCOMPARE(setting("RecordChoicesUntold"), "ForceUseASR3=1"_s);
         program.button("checkBox_ForceUseASR3")->click();
         program.settle();
-        QCOMPARE(setting("RecordChoicesUntold"), QStringLiteral("ForceUseASR3=0"));
+        QCOMPARE(setting("RecordChoicesUntold"), "ForceUseASR3=0"_s);
     }
 
     void theSystem()
@@ -194,7 +191,7 @@ private Q_SLOTS:
         WithSettings program;
         MainWindow &window = *program.window;
         program.button("checkBox_AutoRunApp_2")->click();
-        QCOMPARE(setting("AutoRunApp"), QStringLiteral("1"));
+        QCOMPARE(setting("AutoRunApp"), "1"_s);
         QCOMPARE(program.fake.startupEntry->names.size(), 1);
         program.button("checkBox_AutoRunApp_2")->click();
         QCOMPARE(setting("AutoRunApp"), QString());
@@ -204,32 +201,30 @@ private Q_SLOTS:
         QVERIFY(!program.button("checkBox_AutoRunApp_2")->isChecked() && window.AutoRunApp.isEmpty());
         program.button("checkBox_RunAsAdmin")->click();
         QVERIFY(program.fake.elevation->marked && window.RunAsAdmin);
-        QCOMPARE(setting("RunAsAdmin"), QStringLiteral("true"));
+        QCOMPARE(setting("RunAsAdmin"), "true"_s);
         program.button("checkBox_RunAsAdmin")->click();
         QVERIFY(!program.fake.elevation->marked && !window.RunAsAdmin);
         program.methodInForce();
         program.button("pushButton_OpenXunFeiInputSetting")->click();
-        QVERIFY(program.fake.log.has(
-            QStringLiteral("message 没有找到讯飞输入法的程序 iFlyIMEConfig.exe！ (3000)")));
+        QVERIFY(program.fake.log.has("message 没有找到讯飞输入法的程序 iFlyIMEConfig.exe！ (3000)"_s));
         const QTemporaryDir folder;
-        const QString tool = folder.filePath(QStringLiteral("iFlyHandwriting"));
+        const QString tool = folder.filePath("iFlyHandwriting"_s);
         QFile made(tool);
         QVERIFY(made.open(QIODevice::WriteOnly) &&
                 made.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         made.close();
         program.fake.registry->values.insert(
-            QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\iFly Info Tek\\iFlyIME|Install_Dir_Ver2"),
-            folder.path());
+            "HKEY_LOCAL_MACHINE\\SOFTWARE\\iFly Info Tek\\iFlyIME|Install_Dir_Ver2"_s, folder.path());
         program.button("pushButton_OpenXunFeiInputHW")->click();
-        QVERIFY(program.fake.log.has(QStringLiteral("start ") + tool));
+        QVERIFY(program.fake.log.has("start "_s + tool));
     }
 
     void offlineRecognitionOfTheInputMethod()
     {
         const QTemporaryDir data;
-        qputenv("XDG_DATA_HOME", QFile::encodeName(data.filePath(QStringLiteral("share"))));
-        const QString folder = data.filePath(QStringLiteral("localLow/iFly Info Tek/iFlyIME"));
-        QVERIFY(QDir().mkpath(folder) && QDir().mkpath(data.filePath(QStringLiteral("share"))));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(data.filePath("share"_s)));
+        const QString folder = data.filePath("localLow/iFly Info Tek/iFlyIME"_s);
+        QVERIFY(QDir().mkpath(folder) && QDir().mkpath(data.filePath("share"_s)));
         WithSettings program;
         program.methodInForce();
         const char *const box = "checkBox_OnlyUseXunFeiOfflineASR";
@@ -238,28 +233,26 @@ private Q_SLOTS:
         program.button(box)->click();
         program.settle();
         QVERIFY(!program.button(box)->isChecked());
-        QCOMPARE(setting("OnlyUseXunFeiOfflineASR"), QStringLiteral("absent"));
+        QCOMPARE(setting("OnlyUseXunFeiOfflineASR"), "absent"_s);
         program.answer = restart; // and there is no file to take
         program.button(box)->click();
         program.settle();
-        QCOMPARE(program.fake.log.calls(QStringLiteral("message 无法修改讯飞输入法的配置")).size(), 1);
-        QVERIFY(!program.button(box)->isChecked() &&
-                !program.fake.log.has(QStringLiteral("restart computer")));
-        QFile source(mevo::appFile(QStringLiteral("configXFOffline.xml")));
+        QCOMPARE(program.fake.log.calls("message 无法修改讯飞输入法的配置"_s).size(), 1);
+        QVERIFY(!program.button(box)->isChecked() && !program.fake.log.has("restart computer"_s));
+        QFile source(mevo::appFile("configXFOffline.xml"_s));
         QVERIFY(source.open(QIODevice::WriteOnly) && source.write("<offline/>") > 0);
         source.close();
         // As the program itself leaves the file when it has seen to the hot key.
-        QFile target(folder + QStringLiteral("/config.xml"));
+        QFile target(folder + "/config.xml"_s);
         QVERIFY(target.open(QIODevice::WriteOnly) && target.setPermissions(QFile::ReadOwner));
         target.close();
         program.button(box)->click();
         program.settle();
         QVERIFY(program.button(box)->isChecked() && program.window->OnlyUseXunFeiOfflineASR);
-        QCOMPARE(setting("OnlyUseXunFeiOfflineASR") + setting("PureXunFeiOfflineVersion"),
-                 QStringLiteral("11"));
+        QCOMPARE(setting("OnlyUseXunFeiOfflineASR") + setting("PureXunFeiOfflineVersion"), "11"_s);
         QVERIFY(target.open(QIODevice::ReadOnly));
         QCOMPARE(target.readAll(), QByteArray("<offline/>"));
-        QVERIFY(program.fake.log.has(QStringLiteral("restart computer")));
+        QVERIFY(program.fake.log.has("restart computer"_s));
         QVERIFY(source.remove());
     }
 
@@ -267,22 +260,19 @@ private Q_SLOTS:
     {
         WithSettings program;
         const QPointer<CSettingDialog> dialog(dialogOf(*program.window));
-        auto *words = dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit_CmdFlags_Contents_Driect"));
+        auto *words = dialog->findChild<QLineEdit *>("lineEdit_CmdFlags_Contents_Driect"_s);
         words->setFocus();
-        QTest::keyClicks(words, QStringLiteral("X"));
+        QTest::keyClicks(words, "X"_s);
         const QString typed = words->text();
         program.change(mevo::DeviceNotifier::Change::Removal);
         program.settle();
         QTRY_VERIFY(dialog.isNull());
         QCOMPARE(setting("CmdFlags_Contents_Driect"), typed);
         program.window->pushBuutton_Setting_clicked();
-        QVERIFY(!dialogOf(*program.window)
-                     ->findChild<QGroupBox *>(QStringLiteral("groupBox_Mouse"))
-                     ->isEnabled());
+        QVERIFY(!dialogOf(*program.window)->findChild<QGroupBox *>("groupBox_Mouse"_s)->isEnabled());
         program.change(mevo::DeviceNotifier::Change::Arrival);
         program.settle();
-        QTRY_VERIFY(
-            dialogOf(*program.window)->findChild<QGroupBox *>(QStringLiteral("groupBox_Mouse"))->isEnabled());
+        QTRY_VERIFY(dialogOf(*program.window)->findChild<QGroupBox *>("groupBox_Mouse"_s)->isEnabled());
     }
 
     /// A question on an update that stands over the settings has not been answered when they go.
@@ -292,7 +282,7 @@ private Q_SLOTS:
         const QScopedValueRollback<decltype(mevo::askHook)> askForReal(mevo::askHook, nullptr);
         mevo::UpdateHands hands(*program.window);
         QList<bool> answers;
-        hands.askForUpdate(QStringLiteral("text"), true, [&answers](bool now) { answers.append(now); });
+        hands.askForUpdate("text"_s, true, [&answers](bool now) { answers.append(now); });
         const QPointer<CSettingDialog> dialog(dialogOf(*program.window));
         const QPointer<QMessageBox> box(dialog->findChild<QMessageBox *>());
         QVERIFY(!box.isNull());
@@ -307,9 +297,9 @@ private Q_SLOTS:
     void anExitStoresWhatIsBeingEdited()
     {
         WithSettings program;
-        auto *words = dialogOf(*program.window)
-                          ->findChild<QLineEdit *>(QStringLiteral("lineEdit_CmdFlags_Contents_Driect"));
-        QTest::keyClicks(words, QStringLiteral("Y"));
+        auto *words =
+            dialogOf(*program.window)->findChild<QLineEdit *>("lineEdit_CmdFlags_Contents_Driect"_s);
+        QTest::keyClicks(words, "Y"_s);
         const QString typed = words->text();
         program.window->on_exitAppAction();
         QCOMPARE(setting("CmdFlags_Contents_Driect"), typed);
@@ -323,8 +313,8 @@ private Q_SLOTS:
         WithSettings program;
         program.methodInForce();
         program.button("checkBox_AsrOffline")->click();
-        QVERIFY(program.fake.log.has(QStringLiteral("message 将自动重启软件，请稍候 (2000)")));
-        QCOMPARE(setting("ForceUseXFMore3V"), QStringLiteral("true"));
+        QVERIFY(program.fake.log.has("message 将自动重启软件，请稍候 (2000)"_s));
+        QCOMPARE(setting("ForceUseXFMore3V"), "true"_s);
         QTimer::singleShot(20000, qApp, [] { QCoreApplication::exit(-1); });
         QCOMPARE(QCoreApplication::exec(), MainWindow::restartCode);
         QVERIFY(program.questions.isEmpty());

@@ -6,6 +6,7 @@
 #include "services/LabHttpServer.h"
 #include "support/FakePlatform.h"
 #include "support/ScratchHome.h"
+#include "support/Texts.h"
 #include "translation/OnlineReading.h"
 #include "translation/TtsService.h"
 
@@ -24,8 +25,8 @@ namespace {
 ScratchHome home;
 constexpr int sampleRate = 22050; ///< of the voice, in which the speaker is recorded as well
 constexpr int frame = sampleRate / 50;
-const QString sentence = QStringLiteral("please send the report before noon");
-const QString another = QStringLiteral("no, I have not seen any of the green bicycles");
+const QString sentence = "please send the report before noon"_s;
+const QString another = "no, I have not seen any of the green bicycles"_s;
 
 using Samples = QVector<short>;
 
@@ -80,10 +81,8 @@ class Speaker
 public:
     Speaker()
     {
-        m_recorder.start(QStringLiteral("parec"),
-                         {QStringLiteral("-d"), QStringLiteral("spk.monitor"), QStringLiteral("--raw"),
-                          QStringLiteral("--rate=22050"), QStringLiteral("--channels=1"),
-                          QStringLiteral("--format=s16le"), QStringLiteral("--latency-msec=20")});
+        m_recorder.start("parec"_s, {"-d"_s, "spk.monitor"_s, "--raw"_s, "--rate=22050"_s, "--channels=1"_s,
+                                     "--format=s16le"_s, "--latency-msec=20"_s});
     }
     ~Speaker()
     {
@@ -152,7 +151,7 @@ Samples spoken(const QString &text)
                                   [&kept](int) { return std::make_unique<KeptSound>(kept); });
         speech.open();
         speech.whenStreamEnds([&ended](SpeechEnd) { ended = true; });
-        speech.speak(text, QStringLiteral("en"));
+        speech.speak(text, "en"_s);
         (void)QTest::qWaitFor([&ended] { return ended; }, 30000);
     }
     return ended ? kept : Samples();
@@ -165,109 +164,103 @@ class TestReadingHeard : public QObject
     Q_OBJECT
 
 private slots:
-    void online();
-    void byTheSystemsVoice();
-    void stopIsHeard();
-    void whatIsNoSound();
+    void online()
+    {
+        QTemporaryDir folder;
+        QDir::setCurrent(folder.path());
+        lab::TtsService service([](const QString &token) { return token == QLatin1String("known"); },
+                                [](const QJsonObject &) {});
+        lab::LabHttpServer server(
+            [&](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
+                service.handle(request, reply);
+            });
+        QVERIFY(server.start(0));
+        MainState state;
+        state.BaiduTtsAccessToken = "known"_s;
+        mevo::EngineEndpoints endpoints;
+        endpoints.BaiduTtsHost = "127.0.0.1:%1"_s.arg(server.serverPort());
+        mevo::OnlineReading reading(state, endpoints, *m_platform.time, *m_platform.notifications,
+                                    [this] { return mevo::makeSoundPlayer(m_inputs); });
+        // The sound server comes after the first text: that one is said to be silent, the next one is heard.
+        m_server.die();
+        reading.read(mevo::Pane::Destination, another, {5, 5, 5, 0});
+        QTRY_COMPARE(m_platform.log.calls("message"_s).size(), 1);
+        m_platform.log.clear();
+        m_server.startAgain();
+        Speaker speaker;
+        QVERIFY(speaker.records());
+        reading.read(mevo::Pane::Source, sentence, {5, 5, 5, 0});
+        QVERIFY(QTest::qWaitFor([&reading] { return reading.activeCount() == 0; }, 60000));
+        QCOMPARE(m_platform.log.calls("message"_s), QStringList());
+        QVERIFY(speaker.fallsSilent(500));
+
+        const QString mp3 = QDir("SourceSynVoice"_s).entryList(QDir::Files).value(0);
+        QProcess lame;
+        lame.start("lame"_s, {"--quiet"_s, "--decode"_s, "-t"_s, "SourceSynVoice/"_s + mp3, "-"_s});
+        QVERIFY(lame.waitForFinished(30000));
+        const Samples expected = samplesOf(lame.readAllStandardOutput());
+        QVERIFY(expected.size() > sampleRate);
+        QVERIFY2(likeness(speaker.heard(), expected) > 0.9,
+                 qPrintable(QString::number(likeness(speaker.heard(), expected))));
+        QDir::setCurrent(QDir::rootPath());
+    }
+
+    void byTheSystemsVoice()
+    {
+        const Samples expected = spoken(sentence);
+        const Samples other = spoken(another);
+        QVERIFY(expected.size() > sampleRate);
+        Speaker speaker;
+        QVERIFY(speaker.records());
+        mevo::EspeakSpeech speech;
+        QVERIFY(speech.open());
+        QList<int> ends;
+        speech.whenStreamEnds([&ends](SpeechEnd end) { ends.append(int(end)); });
+        speech.speak(sentence, "en"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(ends, QList<int>{int(SpeechEnd::Spoken)}, 60000);
+        QVERIFY(speaker.fallsSilent(500));
+        const double like = likeness(speaker.heard(), expected);
+        QVERIFY2(like > 0.9, qPrintable(QString::number(like)));
+        QVERIFY2(likeness(speaker.heard(), other) < 0.7, "any sentence would do");
+    }
+
+    void stopIsHeard()
+    {
+        Speaker speaker;
+        QVERIFY(speaker.records());
+        mevo::EspeakSpeech speech;
+        QVERIFY(speech.open());
+        speech.speak(QString(another + ". "_s).repeated(50), "en"_s);
+        const auto hearsSomething = [&speaker] {
+            const QVector<double> loud = envelopeOf(speaker.heard());
+            return std::any_of(loud.begin(), loud.end(), [](double level) { return level > 50; });
+        };
+        QVERIFY(QTest::qWaitFor(hearsSomething, 30000));
+        speech.stop();
+        QVERIFY(speaker.fallsSilent(1000)); // long before the two minutes of the text are over
+    }
+
+    /// An error of the service that was kept as a file does not play, and is told apart from sound.
+    void whatIsNoSound()
+    {
+        QTemporaryDir folder;
+        QFile json(folder.filePath("error.mp3"_s));
+        QVERIFY(json.open(QIODevice::WriteOnly));
+        json.write(R"({"err_no":502,"err_msg":"authentication failed."})");
+        json.close();
+        const std::unique_ptr<mevo::SoundPlayer> player = mevo::makeSoundPlayer(m_inputs);
+        QList<int> sounds;
+        connect(player.get(), &mevo::SoundPlayer::ended, this,
+                [&sounds](mevo::SoundEnd end) { sounds.append(int(end)); });
+        player->play(json.fileName());
+        QTRY_COMPARE_WITH_TIMEOUT(sounds, QList<int>{int(mevo::SoundEnd::Unplayable)}, 60000);
+    }
 
 private:
     FakePlatform m_platform;
     SoundServer m_server;
     mevo::PulseInputs m_inputs;
 };
-
-void TestReadingHeard::online()
-{
-    QTemporaryDir folder;
-    QDir::setCurrent(folder.path());
-    lab::TtsService service([](const QString &token) { return token == QLatin1String("known"); },
-                            [](const QJsonObject &) {});
-    lab::LabHttpServer server([&](const lab::HttpRequest &request, const lab::LabHttpServer::Reply &reply) {
-        service.handle(request, reply);
-    });
-    QVERIFY(server.start(0));
-    MainState state;
-    state.BaiduTtsAccessToken = QStringLiteral("known");
-    mevo::EngineEndpoints endpoints;
-    endpoints.BaiduTtsHost = QStringLiteral("127.0.0.1:%1").arg(server.serverPort());
-    mevo::OnlineReading reading(state, endpoints, *m_platform.time, *m_platform.notifications,
-                                [this] { return mevo::makeSoundPlayer(m_inputs); });
-    // The sound server comes after the first text: that one is said to be silent, the next one is heard.
-    m_server.die();
-    reading.read(mevo::Pane::Destination, another, {5, 5, 5, 0});
-    QTRY_COMPARE(m_platform.log.calls(QStringLiteral("message")).size(), 1);
-    m_platform.log.clear();
-    m_server.startAgain();
-    Speaker speaker;
-    QVERIFY(speaker.records());
-    reading.read(mevo::Pane::Source, sentence, {5, 5, 5, 0});
-    QVERIFY(QTest::qWaitFor([&reading] { return reading.activeCount() == 0; }, 60000));
-    QCOMPARE(m_platform.log.calls(QStringLiteral("message")), QStringList());
-    QVERIFY(speaker.fallsSilent(500));
-
-    const QString mp3 = QDir(QStringLiteral("SourceSynVoice")).entryList(QDir::Files).value(0);
-    QProcess lame;
-    lame.start(QStringLiteral("lame"),
-               {QStringLiteral("--quiet"), QStringLiteral("--decode"), QStringLiteral("-t"),
-                QStringLiteral("SourceSynVoice/") + mp3, QStringLiteral("-")});
-    QVERIFY(lame.waitForFinished(30000));
-    const Samples expected = samplesOf(lame.readAllStandardOutput());
-    QVERIFY(expected.size() > sampleRate);
-    QVERIFY2(likeness(speaker.heard(), expected) > 0.9,
-             qPrintable(QString::number(likeness(speaker.heard(), expected))));
-    QDir::setCurrent(QDir::rootPath());
-}
-
-void TestReadingHeard::byTheSystemsVoice()
-{
-    const Samples expected = spoken(sentence);
-    const Samples other = spoken(another);
-    QVERIFY(expected.size() > sampleRate);
-    Speaker speaker;
-    QVERIFY(speaker.records());
-    mevo::EspeakSpeech speech;
-    QVERIFY(speech.open());
-    QList<int> ends;
-    speech.whenStreamEnds([&ends](SpeechEnd end) { ends.append(int(end)); });
-    speech.speak(sentence, QStringLiteral("en"));
-    QTRY_COMPARE_WITH_TIMEOUT(ends, QList<int>{int(SpeechEnd::Spoken)}, 60000);
-    QVERIFY(speaker.fallsSilent(500));
-    const double like = likeness(speaker.heard(), expected);
-    QVERIFY2(like > 0.9, qPrintable(QString::number(like)));
-    QVERIFY2(likeness(speaker.heard(), other) < 0.7, "any sentence would do");
-}
-
-void TestReadingHeard::stopIsHeard()
-{
-    Speaker speaker;
-    QVERIFY(speaker.records());
-    mevo::EspeakSpeech speech;
-    QVERIFY(speech.open());
-    speech.speak(QString(another + QStringLiteral(". ")).repeated(50), QStringLiteral("en"));
-    const auto hearsSomething = [&speaker] {
-        const QVector<double> loud = envelopeOf(speaker.heard());
-        return std::any_of(loud.begin(), loud.end(), [](double level) { return level > 50; });
-    };
-    QVERIFY(QTest::qWaitFor(hearsSomething, 30000));
-    speech.stop();
-    QVERIFY(speaker.fallsSilent(1000)); // long before the two minutes of the text are over
-}
-
-/// An error of the service that was kept as a file does not play, and is told apart from sound.
-void TestReadingHeard::whatIsNoSound()
-{
-    QTemporaryDir folder;
-    QFile json(folder.filePath(QStringLiteral("error.mp3")));
-    QVERIFY(json.open(QIODevice::WriteOnly));
-    json.write(R"({"err_no":502,"err_msg":"authentication failed."})");
-    json.close();
-    const std::unique_ptr<mevo::SoundPlayer> player = mevo::makeSoundPlayer(m_inputs);
-    QList<int> sounds;
-    connect(player.get(), &mevo::SoundPlayer::ended, this,
-            [&sounds](mevo::SoundEnd end) { sounds.append(int(end)); });
-    player->play(json.fileName());
-    QTRY_COMPARE_WITH_TIMEOUT(sounds, QList<int>{int(mevo::SoundEnd::Unplayable)}, 60000);
-}
 
 QTEST_MAIN(TestReadingHeard)
 #include "tst_reading_heard.moc"

@@ -53,24 +53,17 @@ struct FakeHost : mevo::TransWindowHost
     {
         sent = translation;
         typedSessions.append(translation.session ? translation.session->number : 0);
-        log.add(
-            QStringLiteral("type ") + translation.text +
-            (translation.front != 0 ? QStringLiteral(" into %1").arg(translation.front, 0, 16) : QString()));
+        log.add("type "_s + translation.text +
+                (translation.front != 0 ? " into %1"_s.arg(translation.front, 0, 16) : QString()));
     }
     void keepText(const QString &text) override { log.add("keep "_s + text); }
     void takeFocus() override { log.add("take focus"_s); }
     void neverTakeFocus() override {}
-    void giveFocusTo(mevo::WindowId window) override
-    {
-        log.add(QStringLiteral("focus to %1").arg(window, 0, 16));
-    }
-    void setDelimitTranslation(bool on) override
-    {
-        log.add(on ? QStringLiteral("delimit on") : QStringLiteral("delimit off"));
-    }
+    void giveFocusTo(mevo::WindowId window) override { log.add("focus to %1"_s.arg(window, 0, 16)); }
+    void setDelimitTranslation(bool on) override { log.add(on ? "delimit on"_s : "delimit off"_s); }
     void copySelection(bool emptied, mevo::WindowId, const Copied &copied) override
     {
-        log.add(emptied ? QStringLiteral("copy emptied") : QStringLiteral("copy"));
+        log.add(emptied ? "copy emptied"_s : "copy"_s);
         onCopied = [this, copied](const QString &text) { copied(text, selectionWindow); };
     }
     void clearClipboard() override { log.add("clear clipboard"_s); }
@@ -437,12 +430,7 @@ private Q_SLOTS:
     }
 
     /// A selection takes the place of a sentence whose translation is still awaited.
-    void selectionWhileTheAnswerIsAwaited_data()
-    {
-        const Rows<bool> row; // byKey
-        row("by the key", true);
-        row("by the button", false);
-    }
+    void selectionWhileTheAnswerIsAwaited_data() { flagRows("by the key", "by the button"); }
     void selectionWhileTheAnswerIsAwaited()
     {
         const auto [byKey] = rowOf<bool>();
@@ -506,41 +494,37 @@ private Q_SLOTS:
     /// By itself a translation goes to where its text came from, by hand to where the user works by then.
     void windowOfATranslation_data()
     {
-        QTest::addColumn<QString>("origin");
-        QTest::addColumn<bool>("byHand");
-        QTest::addColumn<int>("own");
-        QTest::newRow("spoken") << "spoken" << false << 0x51;
-        QTest::newRow("selected") << "selected" << false << 0x52;
-        QTest::newRow("selected, by the window's button") << "button" << false << 0x52;
-        QTest::newRow("typed behind a sentence") << "typed" << false << 0;
-        QTest::newRow("spoken, by hand") << "spoken" << true << 0;
-        QTest::newRow("selected, by hand") << "selected" << true << 0;
+        const Rows<QString, bool, int> row; // origin, byHand, own
+        row("spoken", "spoken", false, 0x51);
+        row("selected", "selected", false, 0x52);
+        row("selected, by the window's button", "button", false, 0x52);
+        row("typed behind a sentence", "typed", false, 0);
+        row("spoken, by hand", "spoken", true, 0);
+        row("selected, by hand", "selected", true, 0);
     }
     void windowOfATranslation()
     {
-        QFETCH(QString, origin);
-        QFETCH(bool, byHand);
+        const auto [origin, byHand, own] = rowOf<QString, bool, int>();
         Window window(byHand ? 10000 : 1);
         window.host.pressWindow = 0x51;
         window.host.selectionWindow = 0x52;
-        window.dialog->showRecText(QStringLiteral("一"));
+        window.dialog->showRecText("一"_s);
         if (origin == QLatin1String("selected")) {
-            window.select(QStringLiteral("word"));
+            window.select("word"_s);
         } else if (origin == QLatin1String("button")) {
             window.click("pushButton_SelectDelimit");
-            window.host.onCopied(QStringLiteral("word"));
+            window.host.onCopied("word"_s);
         } else if (origin == QLatin1String("typed")) {
-            window.source()->setPlainText(QStringLiteral("word"));
+            window.source()->setPlainText("word"_s);
         }
-        const QString text =
-            origin == QLatin1String("spoken") ? QStringLiteral("[一]") : QStringLiteral("[word]");
+        const QString text = origin == QLatin1String("spoken") ? "[一]"_s : "[word]"_s;
         QTRY_COMPARE(window.dest()->toPlainText(), text);
         if (byHand) {
             window.click("pushButton_TransSend");
         }
         QTRY_COMPARE(window.host.sent.text, text);
         QCOMPARE(window.host.sent.byHand, byHand);
-        QTEST(int(window.host.sent.own), "own");
+        QCOMPARE(int(window.host.sent.own), own);
     }
 
     /// A question has the keyboard when the next translation comes: the one that waits is not typed over it.
@@ -767,15 +751,10 @@ private Q_SLOTS:
     }
 
     /// The answer comes to a window that has gone; the sentences that it has not translated are told.
-    void closesWhileTheAnswerIsAwaited_data()
-    {
-        const Rows<bool> row; // atOnce (it is destroyed before the wait ends)
-        row("gone by then", true);
-        row("closed, not yet gone", false);
-    }
+    void closesWhileTheAnswerIsAwaited_data() { flagRows("gone by then", "closed, not yet gone"); }
     void closesWhileTheAnswerIsAwaited()
     {
-        const auto [atOnce] = rowOf<bool>();
+        const auto [atOnce] = rowOf<bool>(); // it is destroyed before the wait ends
         Window window(0);
         if (atOnce) {
             window.host.onClosed = [&window] { window.dialog.reset(); };
@@ -847,7 +826,7 @@ private Q_SLOTS:
         QFETCH(QString, language);
         QTranslator translator;
         if (!language.isEmpty()) {
-            QVERIFY(translator.load(QStringLiteral(":/translations/%1.qm").arg(language)));
+            QVERIFY(translator.load(":/translations/%1.qm"_s.arg(language)));
             QCoreApplication::installTranslator(&translator);
         }
         const QString pictures = qEnvironmentVariable("MEVO_PICTURES");
@@ -858,7 +837,7 @@ private Q_SLOTS:
             }
             window.find<QComboBox>("comboBox_DestLan_Delimit")->setCurrentIndex(27); // the longest name
             window.find<QComboBox>("comboBox_DestLan")->setCurrentIndex(27);
-            window.source()->setPlainText(QStringLiteral("今天天气很好，我们去公园吧。"));
+            window.source()->setPlainText("今天天气很好，我们去公园吧。"_s);
             QTRY_VERIFY(!window.dest()->toPlainText().isEmpty());
             for (const bool open : {false, true}) {
                 if (open) {
@@ -880,7 +859,7 @@ private Q_SLOTS:
                         QVERIFY2(
                             room >= widget->minimumSizeHint().width() &&
                                 room >= std::min(widget->sizeHint().width(), widget->maximumWidth()),
-                            qPrintable(QStringLiteral("%1 \"%2\": %3 of %4")
+                            qPrintable("%1 \"%2\": %3 of %4"_s
                                            .arg(widget->objectName(), widget->property("text").toString())
                                            .arg(room)
                                            .arg(widget->sizeHint().width())));
@@ -890,12 +869,10 @@ private Q_SLOTS:
                     }
                 }
                 if (!pictures.isEmpty()) {
-                    QVERIFY(window.dialog->grab().save(
-                        QStringLiteral("%1/%2-%3-%4-%5.png")
-                            .arg(pictures, language.isEmpty() ? QStringLiteral("zh") : language,
-                                 selection ? QStringLiteral("selection") : QStringLiteral("voice"),
-                                 open ? QStringLiteral("open") : QStringLiteral("closed"),
-                                 QString::number(window.dialog->devicePixelRatioF()))));
+                    QVERIFY(window.dialog->grab().save("%1/%2-%3-%4-%5.png"_s.arg(
+                        pictures, language.isEmpty() ? "zh"_s : language,
+                        selection ? "selection"_s : "voice"_s, open ? "open"_s : "closed"_s,
+                        QString::number(window.dialog->devicePixelRatioF()))));
                 }
             }
         }

@@ -4,6 +4,7 @@
 
 #include "base/SettingsFile.h"
 #include "service/WebCipher.h"
+#include "support/Rows.h"
 #include "support/ScriptedHttp.h"
 #include "window/Program.h"
 
@@ -37,7 +38,7 @@ struct Running : ScriptedHttp, Program
                 return ScriptedAnswer::body("", 500);
             }
             const QUrlQuery form(QString::fromUtf8(request.body));
-            const QString id = form.queryItemValue(QStringLiteral("client_id"));
+            const QString id = form.queryItemValue("client_id"_s);
             askers.append(id);
             return id.startsWith(QLatin1String("own"))
                        ? ScriptedAnswer::body("{\"access_token\":\"token of " + id.toLatin1() + "\"}")
@@ -81,10 +82,10 @@ private Q_SLOTS:
         Running program;
         program.fake.secrets->kept = kept;
         program.start();
-        QTRY_COMPARE(program.window->BaiduAccessToken, QStringLiteral("token of own-id"));
-        QTRY_COMPARE(program.window->BaiduTtsAccessToken, QStringLiteral("token of own-id"));
-        QCOMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
-        QCOMPARE(program.window->XunFeiMinorApiSecret, QStringLiteral("xs"));
+        QTRY_COMPARE(program.window->BaiduAccessToken, "token of own-id"_s);
+        QTRY_COMPARE(program.window->BaiduTtsAccessToken, "token of own-id"_s);
+        QCOMPARE(program.window->XunFeiAppId, "xa"_s);
+        QCOMPARE(program.window->XunFeiMinorApiSecret, "xs"_s);
         QCOMPARE(program.accounts().accountInForce(AccountService::XunFei), AccountSource::Own);
         QCOMPARE(program.accounts().accountInForce(AccountService::Tencent), AccountSource::None);
         QCOMPARE(program.accounts().accountsPlace(), SecretPlace::Desktop);
@@ -100,28 +101,28 @@ private Q_SLOTS:
             list += QByteArray::number(list.count('\n') - 1) + '=' +
                     mevo::encipherField(cipher, QString::fromLatin1(value)).toLatin1() + '\n';
         }
-        QFile file(qEnvironmentVariable("MEVO_HOME") + QStringLiteral("/bbzdsrbdssset.ini"));
+        QFile file(qEnvironmentVariable("MEVO_HOME") + "/bbzdsrbdssset.ini"_s);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(list);
         file.close();
         program.start();
-        QTRY_VERIFY(program.askers.contains(QStringLiteral("listed-id")));
-        QCOMPARE(program.window->BaiduClientId, QStringLiteral("listed-id"));
+        QTRY_VERIFY(program.askers.contains("listed-id"_s));
+        QCOMPARE(program.window->BaiduClientId, "listed-id"_s);
         QCOMPARE(program.accounts().accountInForce(AccountService::Baidu), AccountSource::List);
-        mevo::SettingsFile().setValue(QStringLiteral("LastBDTK"), QStringLiteral("of the listed one"));
+        mevo::SettingsFile().setValue("LastBDTK"_s, "of the listed one"_s);
 
         QVERIFY(program.keep(Running::of(kept)));
         QCOMPARE(program.accounts().accountsPlace(), SecretPlace::Desktop);
         QCOMPARE(program.fake.secrets->kept, kept);
-        QCOMPARE(program.window->BaiduClientId, QStringLiteral("own-id"));
-        QTRY_COMPARE(program.window->BaiduAccessToken, QStringLiteral("token of own-id"));
+        QCOMPARE(program.window->BaiduClientId, "own-id"_s);
+        QTRY_COMPARE(program.window->BaiduAccessToken, "token of own-id"_s);
         QVERIFY(stored("LastBDTK") != QLatin1String("of the listed one"));
         program.window->TimeOutReadInitPara(); // draws anew
-        QCOMPARE(program.window->BaiduClientId, QStringLiteral("own-id"));
+        QCOMPARE(program.window->BaiduClientId, "own-id"_s);
 
         QVERIFY(program.keep({}));
         QCOMPARE(program.fake.secrets->kept, QByteArray());
-        QCOMPARE(program.window->BaiduClientId, QStringLiteral("listed-id"));
+        QCOMPARE(program.window->BaiduClientId, "listed-id"_s);
         QCOMPARE(program.window->XunFeiApiKey, QString());
         QCOMPARE(program.accounts().accountInForce(AccountService::XunFei), AccountSource::None);
         QCOMPARE(program.window->BaiduAccessToken, QString());
@@ -133,11 +134,10 @@ private Q_SLOTS:
     void wrongAccountHasNoToken()
     {
         Running program;
-        mevo::SettingsFile().setValue(QStringLiteral("LastBDTK"),
-                                      mevo::encipherField(WebCipher(), QStringLiteral("old token")));
+        mevo::SettingsFile().setValue("LastBDTK"_s, mevo::encipherField(WebCipher(), "old token"_s));
         program.start();
         program.keep(Running::of(R"({"Baidu":{"ApiKey":"wrong","SecretKey":"s"}})"));
-        QTRY_VERIFY(program.askers.contains(QStringLiteral("wrong")));
+        QTRY_VERIFY(program.askers.contains("wrong"_s));
         program.settle();
         QCOMPARE(program.window->BaiduAccessToken, QString());
     }
@@ -180,8 +180,8 @@ private Q_SLOTS:
         program.start();
         QTRY_COMPARE(program.accounts().accountsUnread(), SecretPlace::Desktop);
         program.fake.secrets->locked = false;
-        QTRY_COMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
-        QTRY_COMPARE(program.window->BaiduAccessToken, QStringLiteral("token of own-id"));
+        QTRY_COMPARE(program.window->XunFeiAppId, "xa"_s);
+        QTRY_COMPARE(program.window->BaiduAccessToken, "token of own-id"_s);
         QCOMPARE(program.fake.secrets->prompts, 1);
     }
 
@@ -194,7 +194,7 @@ private Q_SLOTS:
         program.start();
         program.accounts().keepAccounts(tencent);
         mevo::OwnAccounts more = tencent;
-        more.set(AccountService::XunFei, 1, QStringLiteral("another"));
+        more.set(AccountService::XunFei, 1, "another"_s);
         program.accounts().keepAccounts(more);
         program.fake.secrets->release();
         QTRY_COMPARE(program.fake.secrets->changes, 2);
@@ -222,15 +222,10 @@ private Q_SLOTS:
     }
 
     /// An exit gives the store what it has not been given yet.
-    void exitWithChanges_data()
-    {
-        QTest::addColumn<bool>("behindOthers");
-        QTest::newRow("behind others") << true;
-        QTest::newRow("that could be kept nowhere") << false;
-    }
+    void exitWithChanges_data() { flagRows("behind others", "that could be kept nowhere"); }
     void exitWithChanges()
     {
-        QFETCH(bool, behindOthers);
+        const auto [behindOthers] = rowOf<bool>();
         Running program;
         auto &secrets = *program.fake.secrets;
         secrets.kept = kept;
@@ -240,7 +235,7 @@ private Q_SLOTS:
         if (behindOthers) {
             secrets.held = true;
             program.accounts().keepAccounts(more);
-            more.set(AccountService::XunFei, 1, QStringLiteral("another"));
+            more.set(AccountService::XunFei, 1, "another"_s);
             program.accounts().keepAccounts(more);
         } else {
             mevo::AccountHands::retryMs = 3600000;
@@ -291,30 +286,25 @@ private Q_SLOTS:
         QVERIFY(program.accounts().ownAccounts() == Running::of(keptAndTencent));
     }
 
-    void keyringThatComesLater_data()
-    {
-        QTest::addColumn<bool>("settings");
-        QTest::newRow("is asked for again") << false;
-        QTest::newRow("at the settings' opening") << true;
-    }
+    void keyringThatComesLater_data() { flagRows("at the settings' opening", "is asked for again"); }
     void keyringThatComesLater()
     {
-        QFETCH(bool, settings);
+        const auto [settings] = rowOf<bool>();
         Running program;
         program.fake.secrets->kept = R"({"XunFei":{"ApiKey":"xk","ApiSecret":"xs","AppId":"xa"}})";
         program.fake.secrets->older = R"({"Baidu":{"ApiKey":"own-new","SecretKey":"s"}})"; // the file
         program.fake.secrets->absent = true;
         mevo::AccountHands::retryMs = settings ? 3600000 : 20;
         program.start();
-        QTRY_COMPARE(program.window->BaiduClientId, QStringLiteral("own-new"));
+        QTRY_COMPARE(program.window->BaiduClientId, "own-new"_s);
         QCOMPARE(program.window->XunFeiAppId, QString());
         const int prompts = program.fake.secrets->prompts;
         program.fake.secrets->absent = false;
         if (settings) {
             program.window->pushBuutton_Setting_clicked();
         }
-        QTRY_COMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
-        QCOMPARE(program.window->BaiduClientId, QStringLiteral("own-new"));
+        QTRY_COMPARE(program.window->XunFeiAppId, "xa"_s);
+        QCOMPARE(program.window->BaiduClientId, "own-new"_s);
         QCOMPARE(program.fake.secrets->prompts, prompts);
         const int reads = program.fake.secrets->reads;
         program.window->pushBuutton_Setting_clicked();
@@ -329,12 +319,12 @@ private Q_SLOTS:
         program.fake.secrets->older = kept;
         program.fake.secrets->absent = true;
         program.start();
-        QTRY_COMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
+        QTRY_COMPARE(program.window->XunFeiAppId, "xa"_s);
         program.fake.secrets->absent = false;
         program.fake.secrets->locked = true;
         const int reads = program.fake.secrets->reads;
         QTRY_VERIFY(program.fake.secrets->reads > reads + 1);
-        QCOMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
+        QCOMPARE(program.window->XunFeiAppId, "xa"_s);
         QCOMPARE(program.accounts().accountsUnread(), SecretPlace::Nowhere);
     }
 
@@ -360,8 +350,8 @@ private Q_SLOTS:
         program.fake.secrets->older = kept;
         program.fake.secrets->kept = R"({"Baidu":{"ApiKey":"own-new","SecretKey":"s"}})";
         program.start();
-        QTRY_COMPARE(program.window->BaiduClientId, QStringLiteral("own-new"));
-        QCOMPARE(program.window->XunFeiAppId, QStringLiteral("xa"));
+        QTRY_COMPARE(program.window->BaiduClientId, "own-new"_s);
+        QCOMPARE(program.window->XunFeiAppId, "xa"_s);
     }
 };
 
