@@ -15,65 +15,43 @@ class TestSendPlan : public QObject
 private Q_SLOTS:
     void wayAndText_data()
     {
-        const Rows<Set, bool, bool, QString> add; // set, dialog, canPost, outcome (way and text)
-        const auto row = [&](const char *name, const Set &set, const char *outcome, bool dialog = false,
-                             bool canPost = true) {
-            add(name, set, dialog, canPost, QString::fromUtf8(outcome));
-        };
-        row(
-            "post", [](MainState &) {}, "post 句。");
-        row(
-            "clipboard when chosen", [](MainState &s) { s.Send2ScreenMethod = 2; }, "clipboard 句。");
-        row(
-            "clipboard when there is no focus", [](MainState &s) { s.FocusWindow = 0; }, "clipboard 句。");
-        row(
-            "clipboard beside the translation dialog", [](MainState &) {}, "clipboard 句。", true);
-        row(
-            "clipboard where nothing can be posted", [](MainState &) {}, "clipboard 句。", false, false);
-        row(
-            "method 1 without focus loses the text",
-            [](MainState &s) {
-                s.Send2ScreenMethod = 1;
-                s.FocusWindow = 0;
-            },
-            "lost 句。");
-        row(
-            "method 5 without focus loses the text",
-            [](MainState &s) {
-                s.Send2ScreenMethod = 5;
-                s.FocusWindow = 0;
-            },
-            "lost 句。");
-        row(
-            "method 5 with focus posts", [](MainState &s) { s.Send2ScreenMethod = 5; }, "post 句。");
-        row(
-            "full stop as comma", [](MainState &s) { s.AddPunctuationWhenEnd = true; }, "post 句，");
-        row(
-            "full stop kept",
-            [](MainState &s) {
-                s.AddPunctuationWhenEnd = true;
-                s.Juhao2Douhao = false;
-            },
-            "post 句。");
-        row(
-            "the input method types for itself",
-            [](MainState &s) {
-                s.ThirdPartyActive = true;
-                s.VoiceTypeMode = true;
-            },
-            "nothing ");
-        row(
-            "commands are not typed",
-            [](MainState &s) {
-                s.VoiceCommandWordMode = true;
-                s.DontSend2ScreenWhenCmdStatus = true;
-            },
-            "nothing ");
+        const Rows<bool, bool, QString, Set> row; // dialog, canPost, outcome (way and text), set
+        row("post", false, true, "post 句。", [](MainState &) {});
+        row("clipboard when chosen", false, true, "clipboard 句。",
+            [](MainState &s) { s.Send2ScreenMethod = 2; });
+        row("clipboard when there is no focus", false, true, "clipboard 句。",
+            [](MainState &s) { s.FocusWindow = 0; });
+        row("clipboard beside the translation dialog", true, true, "clipboard 句。", [](MainState &) {});
+        row("clipboard where nothing can be posted", false, false, "clipboard 句。", [](MainState &) {});
+        row("method 1 without focus loses the text", false, true, "lost 句。", [](MainState &s) {
+            s.Send2ScreenMethod = 1;
+            s.FocusWindow = 0;
+        });
+        row("method 5 without focus loses the text", false, true, "lost 句。", [](MainState &s) {
+            s.Send2ScreenMethod = 5;
+            s.FocusWindow = 0;
+        });
+        row("method 5 with focus posts", false, true, "post 句。",
+            [](MainState &s) { s.Send2ScreenMethod = 5; });
+        row("full stop as comma", false, true, "post 句，",
+            [](MainState &s) { s.AddPunctuationWhenEnd = true; });
+        row("full stop kept", false, true, "post 句。", [](MainState &s) {
+            s.AddPunctuationWhenEnd = true;
+            s.Juhao2Douhao = false;
+        });
+        row("the input method types for itself", false, true, "nothing ", [](MainState &s) {
+            s.ThirdPartyActive = true;
+            s.VoiceTypeMode = true;
+        });
+        row("commands are not typed", false, true, "nothing ", [](MainState &s) {
+            s.VoiceCommandWordMode = true;
+            s.DontSend2ScreenWhenCmdStatus = true;
+        });
     }
 
     void wayAndText()
     {
-        const auto [set, dialog, canPost, outcome] = rowOf<Set, bool, bool, QString>();
+        const auto [dialog, canPost, outcome, set] = rowOf<bool, bool, QString, Set>();
         MainState state;
         state.FocusWindow = 9;
         set(state);
