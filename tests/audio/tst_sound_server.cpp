@@ -100,9 +100,7 @@ private slots:
 
     void aServerThatHangsHoldsNobodyUp_data()
     {
-        const Rows<bool> row; // connected
-        row("while it was connected", true);
-        row("before it was connected", false);
+        flagRows("while it was connected", "before it was connected");
     }
     void aServerThatHangsHoldsNobodyUp()
     {

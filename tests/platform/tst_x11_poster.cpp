@@ -2,6 +2,7 @@
 #include "platform/linux/X11LiftedModifiers.h"
 #include "platform/linux/X11Ping.h"
 #include "platform/linux/X11Poster.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
@@ -174,7 +175,7 @@ std::vector<KeySym> symbols(Display *display)
 
 bool setLayout(const char *layout)
 {
-    return QProcess::execute(QStringLiteral("setxkbmap"), {QString::fromLatin1(layout)}) == 0;
+    return QProcess::execute("setxkbmap"_s, {QString::fromLatin1(layout)}) == 0;
 }
 
 } // namespace
@@ -193,16 +194,14 @@ private Q_SLOTS:
     /// it was sent stands in its text when it wakes, and what is typed next is what is meant.
     void aProgramThatHangsInTheMiddle_data()
     {
-        QTest::addColumn<int>("limitMs");
-        QTest::addColumn<bool>("complete");
-        QTest::newRow("for a moment") << 30000 << true;
-        QTest::newRow("for long") << 300 << false;
+        const Rows<int, bool> row; // limitMs, complete
+        row("for a moment", 30000, true);
+        row("for long", 300, false);
     }
 
     void aProgramThatHangsInTheMiddle()
     {
-        QFETCH(int, limitMs);
-        QFETCH(bool, complete);
+        const auto [limitMs, complete] = rowOf<int, bool>();
         mevo::X11Poster poster(m_lock);
         QVERIFY(poster.isUsable());
         poster.waits().takenLimitMs = limitMs;
@@ -211,7 +210,7 @@ private Q_SLOTS:
         const QString first = distinct(500), next = first.mid(100, 300);
         program.hangsAfterKeys = 5;
         std::atomic<bool> posted{false};
-        std::thread wakes([&program, &posted, complete] {
+        std::thread wakes([&program, &posted, complete = complete] {
             QElapsedTimer hanging;
             while (complete && !posted && !(hanging.isValid() && hanging.elapsed() > 2500)) {
                 if (program.hangs && !hanging.isValid()) {
@@ -246,24 +245,20 @@ private Q_SLOTS:
     void whatIsTypedBesideProgramsThatHang_data()
     {
         using Kind = Program::Kind;
-        QTest::addColumn<std::vector<Kind>>("hanging");
-        QTest::addColumn<Kind>("beside");
-        QTest::addColumn<bool>("ends");
+        const Rows<std::vector<Kind>, Kind, bool> row; // hanging, beside, ends
         const std::vector<Kind> one{Kind::AnswersPings}, two{Kind::AnswersPings, Kind::AnswersPings};
-        QTest::newRow("one") << one << Kind::AnswersPings << false;
-        QTest::newRow("two") << two << Kind::AnswersPings << false;
-        QTest::newRow("one that answers no pings") << std::vector{Kind::Busy} << Kind::AnswersPings << false;
-        QTest::newRow("beside a program of Java's") << one << Kind::Java << false;
-        QTest::newRow("a program of Java's") << std::vector{Kind::Java} << Kind::AnswersPings << false;
-        QTest::newRow("and we end") << two << Kind::AnswersPings << true;
+        row("one", one, Kind::AnswersPings, false);
+        row("two", two, Kind::AnswersPings, false);
+        row("one that answers no pings", std::vector{Kind::Busy}, Kind::AnswersPings, false);
+        row("beside a program of Java's", one, Kind::Java, false);
+        row("a program of Java's", std::vector{Kind::Java}, Kind::AnswersPings, false);
+        row("and we end", two, Kind::AnswersPings, true);
     }
 
     void whatIsTypedBesideProgramsThatHang()
     {
         using Kind = Program::Kind;
-        QFETCH(std::vector<Kind>, hanging);
-        QFETCH(Kind, beside);
-        QFETCH(bool, ends);
+        const auto [hanging, beside, ends] = rowOf<std::vector<Kind>, Kind, bool>();
         const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
         const std::vector<KeySym> before = symbols(display.get());
         auto poster = std::make_unique<mevo::X11Poster>(m_lock);
@@ -304,16 +299,10 @@ private Q_SLOTS:
 
     /// A layout is set while keys are on their way to a program, or bound and yet to be sent. What is told to
     /// have arrived has, and all the rest does when it is typed again.
-    void aLayoutIsSetMeanwhile_data()
-    {
-        QTest::addColumn<bool>("onTheirWay");
-        QTest::newRow("on their way") << true;
-        QTest::newRow("bound") << false;
-    }
-
+    void aLayoutIsSetMeanwhile_data() { flagRows("on their way", "bound"); }
     void aLayoutIsSetMeanwhile()
     {
-        QFETCH(bool, onTheirWay);
+        const auto [onTheirWay] = rowOf<bool>();
         const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
         mevo::X11Poster poster(m_lock);
         poster.waits().takenLimitMs = 30000;
@@ -327,7 +316,7 @@ private Q_SLOTS:
                      GrabSuccess);
         }
         std::atomic<bool> set{false};
-        std::thread sets([&] {
+        std::thread sets([&, onTheirWay = onTheirWay] {
             const auto isTime = [&] {
                 const std::vector<KeySym> all = symbols(display.get());
                 return onTheirWay ? program.hangs.load()
@@ -370,15 +359,15 @@ private Q_SLOTS:
         mevo::X11Poster poster(m_lock);
         Program program;
         QVERIFY(program.window() != 0);
-        QVERIFY(poster.post(program.window(), QStringLiteral("甲\n")).complete);
+        QVERIFY(poster.post(program.window(), "甲\n"_s).complete);
         keyIs(returnKey, XK_F30);
-        const mevo::PostResult refused = poster.post(program.window(), QStringLiteral("乙\n"));
+        const mevo::PostResult refused = poster.post(program.window(), "乙\n"_s);
         keyIs(anotherKey, XK_Return);
-        QVERIFY(poster.post(program.window(), QStringLiteral("丙\n")).complete);
+        QVERIFY(poster.post(program.window(), "丙\n"_s).complete);
         QVERIFY(setLayout("us"));
         QCOMPARE(refused.posted, 0);
         QVERIFY(refused.stop == mevo::PostStop::NoKeys);
-        QCOMPARE(program.text(), QStringLiteral("甲\uff0d丙\uff0d"));
+        QCOMPARE(program.text(), "甲\uff0d丙\uff0d"_s);
         QVERIFY(poster.rest());
     }
 
@@ -437,21 +426,17 @@ private Q_SLOTS:
     /// by a crash, stays his; so does one of ours that is his by then.
     void keysOfOthersStay_data()
     {
-        QTest::addColumn<bool>("atTheNextStart");
-        QTest::addColumn<bool>("crash");
-        QTest::addColumn<int>("key");
-        QTest::newRow("when ours are unbound") << false << false << 1;
-        QTest::newRow("at the next start") << true << false << 2;
-        QTest::newRow("at the next start, one of ours") << true << false << 1;
-        QTest::newRow("after a crash") << true << true << 2;
-        QTest::newRow("after a crash, one of ours") << true << true << 1;
+        const Rows<bool, bool, int> row; // atTheNextStart, crash, key
+        row("when ours are unbound", false, false, 1);
+        row("at the next start", true, false, 2);
+        row("at the next start, one of ours", true, false, 1);
+        row("after a crash", true, true, 2);
+        row("after a crash, one of ours", true, true, 1);
     }
 
     void keysOfOthersStay()
     {
-        QFETCH(bool, atTheNextStart);
-        QFETCH(bool, crash);
-        QFETCH(int, key);
+        const auto [atTheNextStart, crash, key] = rowOf<bool, bool, int>();
         const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
         const std::vector<KeySym> before = symbols(display.get());
         const auto keyIs = [&](int keycode, KeySym symbol) {
@@ -565,17 +550,15 @@ private Q_SLOTS:
     /// A modifier that the user lets go while it is lifted does not stay down.
     void liftedModifiers_data()
     {
-        QTest::addColumn<bool>("byHand");
-        QTest::addColumn<bool>("letGo");
-        QTest::newRow("held") << true << false;
-        QTest::newRow("let go meanwhile") << true << true;
-        QTest::newRow("held by a program") << false << false;
+        const Rows<bool, bool> row; // byHand, letGo
+        row("held", true, false);
+        row("let go meanwhile", true, true);
+        row("held by a program", false, false);
     }
 
     void liftedModifiers()
     {
-        QFETCH(bool, byHand);
-        QFETCH(bool, letGo);
+        const auto [byHand, letGo] = rowOf<bool, bool>();
         const std::unique_ptr<Display, int (*)(Display *)> display(XOpenDisplay(nullptr), XCloseDisplay);
         int count = 0;
         XIDeviceInfo *const devices = XIQueryDevice(display.get(), XIAllDevices, &count);
@@ -586,7 +569,7 @@ private Q_SLOTS:
         XDevice *const hand = XOpenDevice(display.get(), XID(keyboard->deviceid));
         XIFreeDeviceInfo(devices);
         const unsigned shift = XKeysymToKeycode(display.get(), XK_Shift_L);
-        const auto press = [&](bool down) {
+        const auto press = [&, byHand = byHand](bool down) {
             byHand ? XTestFakeDeviceKeyEvent(display.get(), hand, shift, down, nullptr, 0, CurrentTime)
                    : XTestFakeKeyEvent(display.get(), shift, down, CurrentTime);
         };

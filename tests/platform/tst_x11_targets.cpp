@@ -3,6 +3,7 @@
 #include "desk/TargetWindow.h"
 #include "platform/PostText.h"
 #include "platform/linux/X11WindowSystem.h"
+#include "support/Texts.h"
 
 #include <QProcess>
 #include <QtTest>
@@ -21,9 +22,7 @@ QString mixedText()
 {
     QString text;
     for (int i = 0; i < 5; ++i) {
-        text +=
-            QStringLiteral("会议改到下午三点半，大家带上上周的报告；Version %1%1 的 tests 在附件里😀𠀀。\n")
-                .arg(i);
+        text += "会议改到下午三点半，大家带上上周的报告；Version %1%1 的 tests 在附件里😀𠀀。\n"_s.arg(i);
         text += QChar(0x4e00 + 30 * i);
     }
     return text;
@@ -94,14 +93,13 @@ private Q_SLOTS:
         const QString text = mixedText();
         // Kate drops characters of two halves, and LibreOffice does without the focus: a text goes up to the
         // first of them, and that is said.
-        const int firstPair = text.indexOf(QStringLiteral("😀"));
+        const int firstPair = text.indexOf("😀"_s);
         const int typable = kind == QLatin1String("kate") ? firstPair : text.size();
         const int unfocused = kind.startsWith(QLatin1String("libreoffice")) ? firstPair : typable;
         const auto arrives = [&](mevo::lab::TargetWindow *other, int expected, const char *how) {
             const mevo::PostResult result = postIntoEmpty(*target, other, text);
             QVERIFY2(result.posted == expected && result.complete == (expected == text.size()),
-                     qPrintable(QStringLiteral("%1: %2 of %3, %4")
-                                    .arg(QLatin1String(how))
+                     qPrintable("%1: %2 of %3, %4"_s.arg(QLatin1String(how))
                                     .arg(result.posted)
                                     .arg(text.size())
                                     .arg(int(result.stop))));
@@ -116,28 +114,28 @@ private Q_SLOTS:
         XTestFakeKeyEvent(display, XKeysymToKeycode(display, XK_Shift_L), True, CurrentTime);
         XSync(display, False);
         XkbLockModifiers(display, XkbUseCoreKbd, LockMask, LockMask);
-        const mevo::PostResult withShift = postText(windows, m_window, QStringLiteral("a大写B"));
+        const mevo::PostResult withShift = postText(windows, m_window, "a大写B"_s);
         XkbLockModifiers(display, XkbUseCoreKbd, LockMask, 0);
         XTestFakeKeyEvent(display, XKeysymToKeycode(display, XK_Shift_L), False, CurrentTime);
         XSync(display, False);
         QVERIFY(withShift.complete);
-        QCOMPARE(saved(*target, typable + 4), text.left(typable) + QStringLiteral("a大写B"));
+        QCOMPARE(saved(*target, typable + 4), text.left(typable) + "a大写B"_s);
 
-        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us,ru")}), 0);
+        QCOMPARE(QProcess::execute("setxkbmap"_s, {"us,ru"_s}), 0);
         XkbLockGroup(display, XkbUseCoreKbd, 1);
         XSync(display, False);
-        const mevo::PostResult secondLayout = postText(windows, m_window, QStringLiteral("layout 二"));
-        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us")}), 0);
+        const mevo::PostResult secondLayout = postText(windows, m_window, "layout 二"_s);
+        QCOMPARE(QProcess::execute("setxkbmap"_s, {"us"_s}), 0);
         QVERIFY(secondLayout.complete);
-        QCOMPARE(saved(*target, typable + 12), text.left(typable) + QStringLiteral("a大写Blayout 二"));
+        QCOMPARE(saved(*target, typable + 12), text.left(typable) + "a大写Blayout 二"_s);
 
-        const Target other = mevo::lab::TargetWindow::start(QStringLiteral("xterm"));
+        const Target other = mevo::lab::TargetWindow::start("xterm"_s);
         QVERIFY(other);
         arrives(other.get(), unfocused, "without the focus");
         if (unfocused != text.size() && unfocused != typable) {
             QVERIFY(target->clear() && other->focus());
             QString plain = text;
-            plain.remove(QStringLiteral("😀𠀀"));
+            plain.remove("😀𠀀"_s);
             QVERIFY(postText(windows, m_window, plain).complete);
             QCOMPARE(saved(*target, plain.size()), plain);
         }

@@ -3,6 +3,7 @@
 #include "platform/linux/X11Connection.h"
 #include "platform/linux/X11ScratchKeys.h"
 #include "platform/linux/X11WindowSystem.h"
+#include "support/Rows.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -28,9 +29,8 @@ namespace {
 
 constexpr int readMs = 8000;
 
-const QString mixedText =
-    QStringLiteral("今天天气很好，我们去公园。Hello, World! (a<b) {c} \"d\" 'e' ~`@#$%^&*_+-=|\\;:/?.>"
-                   "Ünïcödé ¡Ñ! 【标题】《书名》——…… 😀𠀀 完");
+const QString mixedText = "今天天气很好，我们去公园。Hello, World! (a<b) {c} \"d\" 'e' ~`@#$%^&*_+-=|\\;:/?.>"
+                          "Ünïcödé ¡Ñ! 【标题】《书名》——…… 😀𠀀 完"_s;
 
 QString longText()
 {
@@ -140,7 +140,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::newRow("mixed") << mixedText;
         QTest::newRow("600 characters") << longText();
-        QTest::newRow("repeated") << QStringLiteral("哈哈哈aa啊啊\tbb");
+        QTest::newRow("repeated") << "哈哈哈aa啊啊\tbb"_s;
     }
 
     void textArrivesWhole()
@@ -164,10 +164,8 @@ private Q_SLOTS:
             QVERIFY2(target, qPrintable(kind));
             QElapsedTimer clock;
             clock.start();
-            QVERIFY2(postText(windows, windows.focusedWindow(), QStringLiteral("你好")).complete,
-                     qPrintable(kind));
-            QVERIFY2(clock.elapsed() < 1500,
-                     qPrintable(QStringLiteral("%1 %2 ms").arg(kind).arg(clock.elapsed())));
+            QVERIFY2(postText(windows, windows.focusedWindow(), "你好"_s).complete, qPrintable(kind));
+            QVERIFY2(clock.elapsed() < 1500, qPrintable("%1 %2 ms"_s.arg(kind).arg(clock.elapsed())));
         }
     }
 
@@ -175,16 +173,14 @@ private Q_SLOTS:
     {
         const Target target = open("mousepad");
         QVERIFY(target);
-        QVERIFY(
-            postText(windows, windows.focusedWindow(), QStringLiteral("一\r\n二\n三\r四\x01五")).complete);
-        QCOMPARE(target->text(QStringLiteral("一\n二\n三\n四五").size(), readMs),
-                 QStringLiteral("一\n二\n三\n四五"));
+        QVERIFY(postText(windows, windows.focusedWindow(), "一\r\n二\n三\r四\x01五"_s).complete);
+        QCOMPARE(target->text("一\n二\n三\n四五"_s.size(), readMs), "一\n二\n三\n四五"_s);
     }
 
     /// More characters than there are keys, for a window of each kind that has not the focus, with Caps Lock.
     void textGoesToItsWindowWhenTheFocusHasMoved()
     {
-        const QString text = QStringLiteral("这段话属于第一个窗口 abc") + longText().left(100);
+        const QString text = "这段话属于第一个窗口 abc"_s + longText().left(100);
         for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
             const Target first = mevo::lab::TargetWindow::start(kind);
             QVERIFY2(first, qPrintable(kind));
@@ -198,8 +194,8 @@ private Q_SLOTS:
             XSync(display, False);
             QVERIFY2(unfocused.complete && second->hasFocus(), qPrintable(kind));
             QCOMPARE(masterKeyboards(), 1); // beside another one Chromium takes no keys of the user's
-            QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("第二个")).complete);
-            QCOMPARE(second->text(3, readMs), QStringLiteral("第二个"));
+            QVERIFY(postText(windows, windows.focusedWindow(), "第二个"_s).complete);
+            QCOMPARE(second->text(3, readMs), "第二个"_s);
             QCOMPARE(first->text(text.size(), readMs), text);
         }
     }
@@ -243,7 +239,7 @@ private Q_SLOTS:
         QVERIFY(target);
         QString expected;
         for (int i = 0; i < 20; ++i) {
-            const QString text = QStringLiteral("第%1句。").arg(i);
+            const QString text = "第%1句。"_s.arg(i);
             expected += text;
             windows.postText(windows.focusedWindow(), text, {});
         }
@@ -258,7 +254,7 @@ private Q_SLOTS:
         QVERIFY(!windows.keysGoNowhere());
         target->stop();
         QTRY_VERIFY(!windows.isWindow(window));
-        const mevo::PostResult result = postText(windows, window, QStringLiteral("没有人"));
+        const mevo::PostResult result = postText(windows, window, "没有人"_s);
         QVERIFY(!result.complete);
         QCOMPARE(result.posted, 0);
         // The window manager has given the focus to a window of its own.
@@ -282,23 +278,17 @@ private Q_SLOTS:
 
     /// What cannot be typed is said to be so, and does not go into the window that an earlier text went to
     /// without the focus.
-    void aWindowOutOfSightTakesNothing_data()
-    {
-        QTest::addColumn<bool>("otherDesktop");
-        QTest::newRow("minimised") << false;
-        QTest::newRow("on another desktop") << true;
-    }
-
+    void aWindowOutOfSightTakesNothing_data() { flagRows("on another desktop", "minimised"); }
     void aWindowOutOfSightTakesNothing()
     {
-        QFETCH(bool, otherDesktop);
+        const auto [otherDesktop] = rowOf<bool>();
         const Target earlier = open("xterm");
         QVERIFY(earlier);
         const mevo::WindowId earlierWindow = windows.focusedWindow();
         const Target hidden = open("xterm");
         QVERIFY(hidden);
         const mevo::WindowId hiddenWindow = windows.focusedWindow();
-        QVERIFY(postText(windows, earlierWindow, QStringLiteral("先")).complete);
+        QVERIFY(postText(windows, earlierWindow, "先"_s).complete);
 
         if (otherDesktop) {
             toRoot("_NET_WM_DESKTOP", hidden->windowId(), 1);
@@ -306,13 +296,13 @@ private Q_SLOTS:
             XIconifyWindow(display, hidden->windowId(), DefaultScreen(display));
         }
         QTRY_VERIFY(mapState(hiddenWindow) != IsViewable);
-        const mevo::PostResult result = postText(windows, hiddenWindow, QStringLiteral("后"));
+        const mevo::PostResult result = postText(windows, hiddenWindow, "后"_s);
         QVERIFY(!result.complete);
         QCOMPARE(result.posted, 0);
         QCOMPARE(result.stop, mevo::PostStop::Hidden);
         QVERIFY(earlier->focus());
-        QVERIFY(postText(windows, earlierWindow, QStringLiteral("完")).complete);
-        QCOMPARE(earlier->text(2, readMs), QStringLiteral("先完"));
+        QVERIFY(postText(windows, earlierWindow, "完"_s).complete);
+        QCOMPARE(earlier->text(2, readMs), "先完"_s);
         QVERIFY(hidden->focus() || otherDesktop);
         QCOMPARE(hidden->peek(), QString());
     }
@@ -324,13 +314,13 @@ private Q_SLOTS:
             QVERIFY2(target, kind);
             const mevo::WindowId window = windows.focusedWindow();
             QVERIFY2(stop(pid_t(target->processId())), kind);
-            const mevo::PostResult result = postText(windows, window, QStringLiteral("没有人"));
+            const mevo::PostResult result = postText(windows, window, "没有人"_s);
             ::kill(pid_t(target->processId()), SIGCONT);
             QVERIFY2(!result.complete, kind);
             QCOMPARE(result.posted, 0);
             QCOMPARE(result.stop, mevo::PostStop::Hung);
-            QVERIFY2(postText(windows, window, QStringLiteral("醒了")).complete, kind);
-            QCOMPARE(target->text(2, readMs), QStringLiteral("醒了"));
+            QVERIFY2(postText(windows, window, "醒了"_s).complete, kind);
+            QCOMPARE(target->text(2, readMs), "醒了"_s);
         }
     }
 
@@ -346,12 +336,12 @@ private Q_SLOTS:
         QVERIFY(stop(pid_t(hanging->processId())));
         {
             mevo::X11WindowSystem ending;
-            ending.postText(hangingWindow, QStringLiteral("没有人"), {});
-            ending.postText(window, QStringLiteral("不"), {});
+            ending.postText(hangingWindow, "没有人"_s, {});
+            ending.postText(window, "不"_s, {});
         }
         ::kill(pid_t(hanging->processId()), SIGCONT);
-        QVERIFY(postText(windows, window, QStringLiteral("完")).complete);
-        QCOMPARE(target->text(1, readMs), QStringLiteral("完"));
+        QVERIFY(postText(windows, window, "完"_s).complete);
+        QCOMPARE(target->text(1, readMs), "完"_s);
     }
 
     /// A menu that is open for a moment is waited for; a keyboard that nobody gives back is not typed on.
@@ -369,15 +359,15 @@ private Q_SLOTS:
             XUngrabKeyboard(display, CurrentTime);
             XFlush(display);
         });
-        QVERIFY(postText(windows, window, QStringLiteral("等")).complete);
+        QVERIFY(postText(windows, window, "等"_s).complete);
         QVERIFY(grab());
-        const mevo::PostResult result = postText(windows, window, QStringLiteral("不"));
+        const mevo::PostResult result = postText(windows, window, "不"_s);
         XUngrabKeyboard(display, CurrentTime);
         XFlush(display);
         QCOMPARE(result.stop, mevo::PostStop::KeyboardGrabbed);
         QCOMPARE(result.posted, 0);
-        QVERIFY(postText(windows, window, QStringLiteral("完")).complete);
-        QCOMPARE(target->text(2, readMs), QStringLiteral("等完"));
+        QVERIFY(postText(windows, window, "完"_s).complete);
+        QCOMPARE(target->text(2, readMs), "等完"_s);
     }
 
     /// A screen saver of the desktop says that it is on, and later dies without a word.
@@ -387,19 +377,17 @@ private Q_SLOTS:
         QVERIFY(target);
         const mevo::WindowId window = windows.focusedWindow();
         {
-            QDBusConnection saver =
-                QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("saver"));
-            QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/gnome/ScreenSaver"),
-                                                             QStringLiteral("org.gnome.ScreenSaver"),
-                                                             QStringLiteral("ActiveChanged"));
+            QDBusConnection saver = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "saver"_s);
+            QDBusMessage signal = QDBusMessage::createSignal("/org/gnome/ScreenSaver"_s,
+                                                             "org.gnome.ScreenSaver"_s, "ActiveChanged"_s);
             signal << true;
             QVERIFY(saver.send(signal));
-            QTRY_COMPARE(postText(windows, window, QStringLiteral("锁")).stop, mevo::PostStop::ScreenLocked);
-            QDBusConnection::disconnectFromBus(QStringLiteral("saver"));
+            QTRY_COMPARE(postText(windows, window, "锁"_s).stop, mevo::PostStop::ScreenLocked);
+            QDBusConnection::disconnectFromBus("saver"_s);
         }
-        QTRY_VERIFY(postText(windows, window, QStringLiteral("开")).complete);
-        QVERIFY(target->text(1, readMs).endsWith(QStringLiteral("开")));
-        QVERIFY(target->peek().count(QStringLiteral("锁")) <= 1);
+        QTRY_VERIFY(postText(windows, window, "开"_s).complete);
+        QVERIFY(target->text(1, readMs).endsWith("开"_s));
+        QVERIFY(target->peek().count("锁"_s) <= 1);
     }
 
     void theKeyboardMapIsLeftAsItWas()
@@ -409,7 +397,7 @@ private Q_SLOTS:
         const Target target = open("xterm");
         QVERIFY(target);
         for (int i = 0; i < 30; ++i) {
-            QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("甲乙丙%1").arg(i)).complete);
+            QVERIFY(postText(windows, windows.focusedWindow(), "甲乙丙%1"_s.arg(i)).complete);
         }
         QVERIFY(postText(windows, windows.focusedWindow(), longText().left(150)).complete);
         QVERIFY(symbols() != before);
@@ -444,23 +432,19 @@ private Q_SLOTS:
     /// What the user's keyboard is set to at the moment changes nothing, and is left as it was.
     void locksAndHeldKeysChangeNothing_data()
     {
-        QTest::addColumn<unsigned>("locked");
-        QTest::addColumn<int>("held");
-        QTest::addColumn<unsigned>("group");
-        QTest::newRow("Caps Lock") << unsigned(LockMask) << 0 << 0U;
-        QTest::newRow("Caps Lock and Num Lock") << unsigned(LockMask | Mod2Mask) << 0 << 0U;
-        QTest::newRow("AltGr locked") << unsigned(Mod5Mask) << 0 << 0U;
-        QTest::newRow("Shift held") << 0U << int(XK_Shift_L) << 0U;
-        QTest::newRow("AltGr held") << 0U << int(XK_ISO_Level3_Shift) << 0U;
-        QTest::newRow("a group that the map has no more") << 0U << 0 << 2U;
+        const Rows<unsigned, int, unsigned> row; // locked, held, group
+        row("Caps Lock", unsigned(LockMask), 0, 0U);
+        row("Caps Lock and Num Lock", unsigned(LockMask | Mod2Mask), 0, 0U);
+        row("AltGr locked", unsigned(Mod5Mask), 0, 0U);
+        row("Shift held", 0U, int(XK_Shift_L), 0U);
+        row("AltGr held", 0U, int(XK_ISO_Level3_Shift), 0U);
+        row("a group that the map has no more", 0U, 0, 2U);
     }
 
     void locksAndHeldKeysChangeNothing()
     {
-        QFETCH(unsigned, locked);
-        QFETCH(int, held);
-        QFETCH(unsigned, group);
-        const auto hold = [&](Bool down) {
+        const auto [locked, held, group] = rowOf<unsigned, int, unsigned>();
+        const auto hold = [&, held = held](Bool down) {
             if (held != 0) {
                 XTestFakeKeyEvent(display, XKeysymToKeycode(display, KeySym(held)), down, CurrentTime);
                 XFlush(display);
@@ -472,8 +456,8 @@ private Q_SLOTS:
             return std::make_tuple(unsigned(now.locked_mods), unsigned(now.base_mods),
                                    unsigned(now.locked_group));
         };
-        const QString manyLetters = QStringLiteral("hello World你 ") + longText().left(100);
-        for (const QString &text : {QStringLiteral("hello World你"), manyLetters}) {
+        const QString manyLetters = "hello World你 "_s + longText().left(100);
+        for (const QString &text : {"hello World你"_s, manyLetters}) {
             for (const QString &kind : mevo::lab::TargetWindow::kinds()) {
                 const Target target = mevo::lab::TargetWindow::start(kind);
                 QVERIFY2(target, qPrintable(kind));
@@ -501,22 +485,22 @@ private Q_SLOTS:
     {
         const Target target = open("xterm");
         QVERIFY(target);
-        QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("先甲乙")).complete);
-        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us,de")}), 0);
-        QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("后甲乙")).complete);
-        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us")}), 0);
-        QVERIFY(postText(windows, windows.focusedWindow(), QStringLiteral("完")).complete);
-        QCOMPARE(target->text(7, readMs), QStringLiteral("先甲乙后甲乙完"));
+        QVERIFY(postText(windows, windows.focusedWindow(), "先甲乙"_s).complete);
+        QCOMPARE(QProcess::execute("setxkbmap"_s, {"us,de"_s}), 0);
+        QVERIFY(postText(windows, windows.focusedWindow(), "后甲乙"_s).complete);
+        QCOMPARE(QProcess::execute("setxkbmap"_s, {"us"_s}), 0);
+        QVERIFY(postText(windows, windows.focusedWindow(), "完"_s).complete);
+        QCOMPARE(target->text(7, readMs), "先甲乙后甲乙完"_s);
     }
 
     /// A second layout that is in force is none of a text's business.
     void aSecondLayoutChangesNothing()
     {
-        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us,ru")}), 0);
+        QCOMPARE(QProcess::execute("setxkbmap"_s, {"us,ru"_s}), 0);
         XkbLockGroup(display, XkbUseCoreKbd, 1);
         XSync(display, False);
         QString seen;
-        const QString text = QStringLiteral("layout two, 第二 ") + longText().left(60);
+        const QString text = "layout two, 第二 "_s + longText().left(60);
         {
             const Target target = open("xterm");
             QVERIFY(target);
@@ -525,7 +509,7 @@ private Q_SLOTS:
         }
         XkbStateRec state{};
         XkbGetState(display, XkbUseCoreKbd, &state);
-        QCOMPARE(QProcess::execute(QStringLiteral("setxkbmap"), {QStringLiteral("us")}), 0);
+        QCOMPARE(QProcess::execute("setxkbmap"_s, {"us"_s}), 0);
         QCOMPARE(seen, text);
         QCOMPARE(int(state.locked_group), 1);
     }
@@ -580,9 +564,9 @@ private Q_SLOTS:
                 [&] { return windows.caretRectangle() && windows.caretRectangle() != before; });
             return moved ? windows.caretRectangle() : std::nullopt;
         };
-        const auto first = caretAfter(QStringLiteral("甲"));
-        const auto second = caretAfter(QStringLiteral("乙丙丁"));
-        const auto third = caretAfter(QStringLiteral("\n"));
+        const auto first = caretAfter("甲"_s);
+        const auto second = caretAfter("乙丙丁"_s);
+        const auto third = caretAfter("\n"_s);
         QVERIFY(first && second && third);
         QVERIFY(second->left() > first->left() && second->top() == first->top());
         QVERIFY(third->top() > second->top() && third->left() < second->left());
@@ -595,8 +579,8 @@ private Q_SLOTS:
         QVERIFY(target);
         QVERIFY(windows.windowClass(mevo::WindowId(target->windowId())).contains(QLatin1String("XTerm")));
         const QString title = windows.windowTitle(mevo::WindowId(target->windowId()));
-        QCOMPARE(windows.findWindow(QStringLiteral("XTerm"), title), mevo::WindowId(target->windowId()));
-        QCOMPARE(windows.findWindow(QStringLiteral("NoSuchClass"), title), mevo::WindowId(0));
+        QCOMPARE(windows.findWindow("XTerm"_s, title), mevo::WindowId(target->windowId()));
+        QCOMPARE(windows.findWindow("NoSuchClass"_s, title), mevo::WindowId(0));
         QVERIFY(windows.closeWindow(mevo::WindowId(target->windowId())));
         QTRY_VERIFY(!windows.isWindow(mevo::WindowId(target->windowId())));
         QVERIFY(!windows.closeWindow(mevo::WindowId(target->windowId())));
@@ -605,17 +589,15 @@ private Q_SLOTS:
     /// A window that no window manager looks after, as a floating microphone may be.
     void windowsThatNobodyManages_data()
     {
-        QTest::addColumn<bool>("shown");
-        QTest::addColumn<bool>("closable");
-        QTest::newRow("shown") << true << true;
-        QTest::newRow("hidden") << false << true;
-        QTest::newRow("without a way to close it") << true << false;
+        const Rows<bool, bool> row; // shown, closable
+        row("shown", true, true);
+        row("hidden", false, true);
+        row("without a way to close it", true, false);
     }
 
     void windowsThatNobodyManages()
     {
-        QFETCH(bool, shown);
-        QFETCH(bool, closable);
+        const auto [shown, closable] = rowOf<bool, bool>();
         const auto closed = [](Display *connection) { XCloseDisplay(connection); };
         const std::unique_ptr<Display, decltype(closed)> other(XOpenDisplay(nullptr), closed);
         XSetWindowAttributes attributes{};
@@ -639,11 +621,9 @@ private Q_SLOTS:
         }
         XSync(other.get(), False);
         const mevo::WindowId expected = shown ? window : 0;
-        QCOMPARE(windows.findWindow(QStringLiteral("FloatingFrame"), QStringLiteral("语音悬浮窗 ")),
-                 expected);
-        QCOMPARE(windows.findWindow({}, QStringLiteral("语音悬浮窗 ")), expected);
-        QCOMPARE(windows.findWindow(QStringLiteral("FloatingFrame"), QStringLiteral("语音悬浮窗")),
-                 mevo::WindowId(0));
+        QCOMPARE(windows.findWindow("FloatingFrame"_s, "语音悬浮窗 "_s), expected);
+        QCOMPARE(windows.findWindow({}, "语音悬浮窗 "_s), expected);
+        QCOMPARE(windows.findWindow("FloatingFrame"_s, "语音悬浮窗"_s), mevo::WindowId(0));
         QCOMPARE(windows.closeWindow(window), closable);
         XEvent event{};
         const auto asked = [&] { return XCheckTypedEvent(other.get(), ClientMessage, &event) == True; };
