@@ -6,6 +6,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <chrono>
 
 namespace {
 
@@ -65,9 +66,9 @@ bool GetHIDDataThread::StopReader(int milliseconds)
     disconnect();
     requestInterruption();
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         StopRequested = true;
-        m_wake.wakeAll();
+        m_wake.notify_all();
     }
     quit();
     bool ended = wait(static_cast<unsigned long>(milliseconds));
@@ -118,14 +119,14 @@ void GetHIDDataThread::run()
 
 void GetHIDDataThread::takeOver(const mevo::InputReport &report)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_takenOver.push_back(report);
 }
 
 GetHIDDataThread::ReadResult GetHIDDataThread::nextReport(mevo::InputReport &report)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         if (!m_takenOver.empty()) {
             report = m_takenOver.front();
             m_takenOver.pop_front();
@@ -191,8 +192,8 @@ void GetHIDDataThread::dispatch(const mevo::InputReport &report, mevo::BatteryCo
 
 void GetHIDDataThread::pause(int milliseconds)
 {
-    const QMutexLocker lock(&m_mutex);
+    std::unique_lock lock(m_mutex);
     if (!StopRequested) {
-        m_wake.wait(&m_mutex, static_cast<unsigned long>(milliseconds));
+        m_wake.wait_for(lock, std::chrono::milliseconds(milliseconds));
     }
 }

@@ -5,12 +5,12 @@
 #include "platform/Hid.h"
 #include "platform/SystemServices.h"
 
-#include <QMutex>
 #include <QThread>
-#include <QWaitCondition>
 
 #include <atomic>
+#include <condition_variable>
 #include <deque>
+#include <mutex>
 
 struct MainState;
 
@@ -81,7 +81,7 @@ private:
     MainState &m_state;
     const mevo::ReaderPacing m_pacing;
     std::deque<mevo::InputReport> m_takenOver;
-    QMutex m_mutex; ///< of m_wake and m_takenOver; never held during a read, so termination cannot leave it
-                    ///< locked
-    QWaitCondition m_wake;
+    /// Of m_wake and m_takenOver; never held during a read, so termination cannot leave it locked.
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
 };
