@@ -19,8 +19,8 @@ public:
     SelectionCopy(Platform &platform, std::function<bool()> pressKeys);
 
     /// Copies and tells the text, an empty one when nothing is there. With `emptied` the clipboard keeps what
-    /// is copied, and a copying that is under way begins again for this one. Without it, it does nothing while
-    /// another is under way.
+    /// is copied, and a copying that is under way begins again for this one. Without it, it does nothing
+    /// while another is under way.
     void begin(bool emptied, std::function<void(const QString &)> copied);
     /// The clipboard has been emptied on purpose: nothing is put back, and that was not the copy.
     void clipboardEmptied();
