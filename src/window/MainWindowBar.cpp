@@ -8,6 +8,7 @@
 #include "ui/Ask.h"
 #include "ui/BarLayout.h"
 #include "ui/CompanionWindow.h"
+#include "ui/LastingMenu.h"
 #include "ui/MicTipDialog.h"
 #include "ui/Picture.h"
 #include "ui/QToolTips.h"
@@ -79,6 +80,7 @@ void MainWindow::createTrayIcon()
 void MainWindow::createMenu()
 {
     m_menu = new QMenu(this);
+    new mevo::LastingMenu(m_menu);
     m_menu->setWindowTitle(QStringLiteral("BarMenu")); // seen by nobody; tools find the menu by it
     m_menu->setStyleSheet(
         QStringLiteral("QMenu { border: 5px solid rgb(128, 128, 128); background-color: rgb(153,204,255); }"

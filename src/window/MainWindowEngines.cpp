@@ -17,6 +17,7 @@
 #include "service/WebApi.h"
 #include "service/WebApiReply.h"
 #include "session/VoiceModes.h"
+#include "ui/LastingMenu.h"
 #include "ui/QToolTips.h"
 #include "window/InputMethods.h"
 #include "window/InstanceCalls.h"
@@ -113,6 +114,7 @@ void MainWindow::showLanguages()
         m_languageMenu->deleteLater();
     }
     m_languageMenu = new QMenu(this);
+    new mevo::LastingMenu(m_languageMenu);
     m_languageMenu->setWindowTitle(
         QStringLiteral("LanguageMenu")); // seen by nobody; tools find the menu by it
     m_languageMenu->setStyleSheet(QLatin1String(menuStyle));

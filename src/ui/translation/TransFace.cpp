@@ -1,4 +1,5 @@
 #include "ui/translation/TransFace.h"
+#include "ui/LastingMenu.h"
 
 #include "ui/BarLayout.h"
 #include "ui/translation/TransPlace.h"
@@ -222,6 +223,7 @@ QWidget *TransFace::makePanes(QDialog *window)
         checkBox(panes, "checkBox_Delimit_Translation", QT_TRANSLATE_NOOP("CTransTipDialog", "划词翻译"));
     pushButton_TransSendSet = textButton(panes, "pushButton_TransSendSet", "");
     sendMenu = named(new QMenu(pushButton_TransSendSet), "sendMenu");
+    new LastingMenu(sendMenu);
     sendMenu->setWindowTitle(QStringLiteral("SendMenu")); // seen by nobody; tools find the menu by it
     pushButton_TransSendSet->setMenu(sendMenu);
     pushButton_TransSend =
