@@ -43,8 +43,8 @@ void MicrophoneMeter::open()
     connect(m_input.get(), &SoundInput::readyRead, this, &MicrophoneMeter::read);
     connect(m_input.get(), &SoundInput::ended, this, [this] {
         close();
-        Q_EMIT heard(0);
         lookAgain();
+        Q_EMIT heard(0); // last: who hears it may have us go
     });
 }
 

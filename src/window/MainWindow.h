@@ -65,6 +65,7 @@ class PushChannel;
 class SettingsHands;
 class TencentSpeech;
 class UndeliveredTexts;
+struct UndeliveredText;
 class UpdateHands;
 class WebApi;
 class CredentialStore;
@@ -500,6 +501,9 @@ private:
     void showUndeliveredCount();
     void typeUndelivered(int index);
     bool isUndelivered(int index) const;
+    /// Where it stands among the kept texts; -1 when it does not any more.
+    int placeOfUndelivered(const mevo::UndeliveredText &kept) const;
+    void removeUndelivered(const mevo::UndeliveredText &kept);
     void sendImmediateKeys();
     void sendOffAfterPost(mevo::WindowId window);
 

@@ -120,7 +120,7 @@ void MainWindow::showUndelivered()
         connect(m_undeliveredDialog, &UndeliveredDialog::typeWanted, this, &MainWindow::typeUndelivered);
         connect(m_undeliveredDialog, &UndeliveredDialog::copyWanted, this, [this](int index) {
             if (isUndelivered(index)) {
-                m_platform.clipboard->setText(m_undelivered->texts()[static_cast<std::size_t>(index)].text);
+                m_platform.clipboard->putBack(m_undelivered->texts()[static_cast<std::size_t>(index)].text);
             }
         });
         connect(m_undeliveredDialog, &UndeliveredDialog::removeWanted, this, [this](int index) {
@@ -163,21 +163,48 @@ void MainWindow::typeUndelivered(int index)
     m_typingUndelivered = true;
     post(window, kept.text, Kept::Already, [this, kept, window](const mevo::PostResult &result) {
         m_typingUndelivered = false;
-        const auto &texts = m_undelivered->texts();
-        const auto found =
-            std::find_if(texts.begin(), texts.end(), [&kept](const mevo::UndeliveredText &entry) {
-                return entry.text == kept.text && entry.when == kept.when;
-            });
-        if (found != texts.end()) {
-            const auto at = static_cast<int>(found - texts.begin());
-            const QString rest = kept.text.mid(result.posted);
-            if (result.complete || pasteRest(window, rest, result.stop, {}, 0)) {
-                m_undelivered->remove(at);
-            } else {
-                m_undelivered->replace(at, rest);
+        const QString rest = kept.text.mid(result.posted);
+        if (result.complete) {
+            removeUndelivered(kept);
+            return;
+        }
+        const int at = placeOfUndelivered(kept);
+        if (at >= 0) {
+            m_undelivered->replace(at, rest);
+        }
+        // It stands there until the paste is over; one that has failed stands there once more by then.
+        m_typingUndelivered = true;
+        const bool pasted = pasteRest(
+            window, rest, result.stop,
+            [this, left = mevo::UndeliveredText{rest, kept.when}](bool) {
+                m_typingUndelivered = false;
+                removeUndelivered(left);
+            },
+            0);
+        if (!pasted) {
+            m_typingUndelivered = false;
+            if (at >= 0) {
                 tellUndelivered(rest.size(), result.stop);
             }
         }
         showUndeliveredCount();
     });
+}
+
+int MainWindow::placeOfUndelivered(const mevo::UndeliveredText &kept) const
+{
+    const auto &texts = m_undelivered->texts();
+    const auto found = std::find_if(texts.begin(), texts.end(), [&kept](const mevo::UndeliveredText &entry) {
+        return entry.text == kept.text && entry.when == kept.when;
+    });
+    return found != texts.end() ? static_cast<int>(found - texts.begin()) : -1;
+}
+
+void MainWindow::removeUndelivered(const mevo::UndeliveredText &kept)
+{
+    const int at = placeOfUndelivered(kept);
+    if (at >= 0) {
+        m_undelivered->remove(at);
+    }
+    showUndeliveredCount();
 }
