@@ -105,7 +105,7 @@ bool isSilentBus(const QByteArray &socket, std::chrono::milliseconds limit)
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
-    // The first words of a client: the bus answers whatever they are worth (the D-Bus specification,
+    // The first words of a client: the bus answers whatever they are worth (freedesktop.org, D-Bus,
     // "Authentication Protocol"), with an error at the least.
     constexpr char hello[] = "\0AUTH\r\n";
     if (::send(client.fd(), hello, sizeof hello - 1, MSG_NOSIGNAL) < 0) {

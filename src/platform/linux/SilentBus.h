@@ -6,7 +6,7 @@
 
 namespace mevo {
 
-/// The socket that an address of D-Bus names first (the D-Bus specification, "Server Addresses"): its path,
+/// The socket that an address of D-Bus names first (freedesktop.org, D-Bus, "Server Addresses"): its path,
 /// or its name in the abstract space behind a null byte. Empty where there is none.
 QByteArray busSocketOf(const QByteArray &address);
 
