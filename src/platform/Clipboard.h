@@ -10,8 +10,10 @@ class Clipboard
 {
 public:
     virtual ~Clipboard() = default;
+    /// Offers a text that is to be pasted at once, by whatever key: also as the selection.
     virtual void setText(const QString &text) = 0;
-    /// Puts a text there that was there before; what is selected in another program stays selected.
+    /// Puts a text there that waits for the user: one that was there before, or that he copies. What is
+    /// selected in another program stays selected.
     virtual void putBack(const QString &text) = 0;
     virtual QString text() const = 0;
     virtual void clear() = 0;

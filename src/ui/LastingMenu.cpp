@@ -1,8 +1,10 @@
 #include "ui/LastingMenu.h"
 
+#include <QAction>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QPointer>
 #include <QTimer>
 
 namespace mevo {
@@ -26,10 +28,12 @@ bool LastingMenu::eventFilter(QObject *watched, QEvent *event)
         m_open.start();
     } else if (event->type() == QEvent::Hide && m_inDanger && !active && !m_open.hasExpired(noticedMs)) {
         m_inDanger = false;
-        QTimer::singleShot(0, m_menu, [menu = m_menu, place = m_menu->pos(), row = m_menu->activeAction()] {
-            menu->popup(place);
-            menu->setActiveAction(row);
-        });
+        QTimer::singleShot(
+            0, m_menu,
+            [menu = m_menu, place = m_menu->pos(), row = QPointer<QAction>(m_menu->activeAction())] {
+                menu->popup(place);
+                menu->setActiveAction(row);
+            });
     }
     return QObject::eventFilter(watched, event);
 }

@@ -214,6 +214,9 @@ void MainWindow::finishSessions()
     }
     for (const PendingPaste &paste : std::exchange(m_pendingPastes, {})) {
         keepForNextRun(paste.text);
+        if (paste.done) {
+            paste.done(false);
+        }
     }
     for (const QString &text : m_translationHands.takeUnsent()) {
         keepForNextRun(text);

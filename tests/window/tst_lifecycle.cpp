@@ -461,6 +461,28 @@ private Q_SLOTS:
         }
     }
 
+    /// A kept text that waits for its turn at the clipboard when the program ends is there once.
+    void anExitKeepsAWaitingPasteOnce()
+    {
+        QFile::remove(mevo::appFile("MEVOUndelivered.json"_s));
+        const QScopedValueRollback<int> wait(MainWindow::exitWaitMs, 20);
+        Started program;
+        program.fake.windowSystem->postLimit = 0;
+        program.window->FocusWindow = 0x11;
+        program.window->recorder()->showRecText("甲😀__over__"_s);
+        program.window->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly)
+            ->actions()
+            .first()
+            ->trigger();
+        program.fake.windowSystem->postStop = mevo::PostStop::Untypable;
+        program.window->HidBusy = true; // the receiver types something else
+        program.window->findChild<QPushButton *>("pushButton_Type"_s)->click();
+        program.window->exitByItself();
+        const mevo::UndeliveredTexts file(mevo::appFile("MEVOUndelivered.json"_s));
+        QCOMPARE(file.count(), 1);
+        QCOMPARE(file.texts()[0].text, "甲😀"_s);
+    }
+
     /// The reader judges a key's mode by what it sees; keys that wait before it may change that.
     void aKeyHasItsOwnModeHoweverManyWait()
     {
